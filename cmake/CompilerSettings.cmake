@@ -1,0 +1,28 @@
+# Flags that every target of this project shares.
+#
+# -ffp-contract=off and the absence of -ffast-math are promises: the same job gives the same bytes on every machine.
+add_library(glyphmotion_settings INTERFACE)
+target_compile_features(glyphmotion_settings INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+if(MSVC)
+  target_compile_options(glyphmotion_settings INTERFACE /W4 /WX /utf-8 /fp:precise)
+else()
+  target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror
+    -ffp-contract=off $<$<CONFIG:Release>:-O3>)
+endif()
+
+if(GLYPHMOTION_SANITIZE)
+  target_compile_options(glyphmotion_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer -O1)
+  target_link_options(glyphmotion_settings INTERFACE -fsanitize=address,undefined)
+  target_compile_definitions(glyphmotion_settings INTERFACE GLYPHMOTION_CLONES=)
+elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
+       AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  # Functions marked GLYPHMOTION_CLONES are compiled for AVX2 too and picked at start. Contraction is off, so the
+  # clones do the same operations in the same order.
+  target_compile_definitions(glyphmotion_settings INTERFACE
+    "GLYPHMOTION_CLONES=__attribute__((target_clones(\"avx2\",\"default\")))")
+else()
+  target_compile_definitions(glyphmotion_settings INTERFACE GLYPHMOTION_CLONES=)
+endif()

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// The library: one job in, a stream of finished images out. Render() is a host with a scripted user. It runs the
+// plug-in's main dialog in memory, sets the controls that the job names, presses Build (or Test, or looks at the
+// sample), and hands each image that arrives to the sink.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace glyphmotion {
+
+/// What to render. Everything is optional: an empty job is the default text in the default effect.
+struct Job {
+  /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize") or by control id ("440"). Values are
+  /// text: a number, 0 or 1 for checks, an index for lists and pickers, a decimal colour, a material ("#rrggbb",
+  /// "mtrl:FILE", ...) for fills.
+  using Setting = std::pair<std::string, std::string>;
+
+  std::optional<std::string> text;    ///< UTF-8
+  std::optional<std::string> effect;  ///< "vortex", "background-hyperspace"; case does not count
+  /// Fills of the chosen effect by role; empty: as they are.
+  std::string fill, shadow, background;
+  /// The outline's colour of the chosen effect, "#rrggbb"; empty: as it is.
+  std::string outline;
+  std::vector<Setting> settings;  ///< applied after everything else, in order
+  std::vector<Setting> defaults;  ///< applied after the settings file and the document, before everything above
+
+  std::string settingsFile;      ///< loaded first and saved at the end; empty: built-in defaults, nothing saved
+  std::string documentFile;      ///< a .GM4 to load first
+  std::string saveDocumentFile;  ///< a .GM4 to write before the build
+
+  enum class Action { Build, Test, Sample, None } action = Action::Build;
+
+  /// What the host claims about its file format.
+  bool paletteFormat = true;
+  bool trueColourFormat = true;
+
+  /// For tests of hosts: refuse the task, or the n-th image (from 1); let the n-th block allocation of the run fail
+  /// (from 1).
+  bool refuseTask = false;
+  int refuseImage = 0;
+  std::uint64_t failAllocation = 0;
+};
+
+/// One picture as it arrives. Pixels are the plug-in's packed DIB: valid during the call only.
+struct Image {
+  std::span<const std::uint8_t> dib;  ///< 40-byte header, colour table, bottom-up rows
+  int width = 0, height = 0;          ///< pixels
+  int bits = 0;                       ///< 1, 4, 8, 24 or 32 a pixel
+  int number = 0;                     ///< from 0
+  int delay = 0;                      ///< in the host's unit
+  int transparentIndex = -1;
+  bool standAlone = false;  ///< relies on no image before it
+  bool sample = false;      ///< the picture of the sample window: no task, no delay
+};
+
+/// What a task says before its images.
+struct Task {
+  int width = 0, height = 0;  ///< the largest over all images
+  int depth = 0;              ///< bits a pixel
+  int imageCount = 0;
+  std::span<const std::uint8_t> palette;  ///< 768 bytes: 256 times red, green, blue
+  int transparentIndex = 0;
+  bool test = false;
+};
+
+/// One call that the plug-in made, for recorders.
+struct HostCallEvent {
+  std::uint32_t operation = 0;
+  std::uint64_t a = 0, b = 0;
+  const char* name = "";                 ///< "HostOpAddImage"
+  const char* text = nullptr;            ///< of operations 3, 8, 9 and 10
+  std::span<const std::uint8_t> record;  ///< of operations 1, 2, 5 and 11, as sent
+  std::span<const std::uint8_t> image;   ///< of operation 2: the packed DIB's bytes
+  bool hasTask = false;
+};
+
+/// Receives the run. Members left empty are skipped. A sink that answers false ends the run as a host that refuses
+/// would.
+struct Sink {
+  std::function<bool(const Task&)> task;
+  std::function<bool(const Image&)> image;
+  std::function<void(bool finished)> end;  ///< finished: all images were added
+  std::function<void(bool isIndex, std::uint32_t value)> background;
+  std::function<void(const std::string&)> comment;
+  std::function<void(const std::string&)> stage;  ///< "Building", "Quantizing", "Supercompressing", "Remapping"
+  std::function<void(std::int64_t position, std::int64_t total)> progress;  ///< 0, 0 clears
+  std::function<void(const HostCallEvent&)> call;                           ///< every call, before it is answered
+  /// Asked between calls; true ends the run as soon as possible.
+  std::function<bool()> cancelled;
+};
+
+enum class RenderStatus {
+  Done,
+  Failed,  ///< the run failed; the message says why
+  BadJob,  ///< a value of the job is wrong; nothing was run
+  Cancelled
+};
+
+struct RenderResult {
+  RenderStatus status = RenderStatus::Failed;
+  std::string message;                      ///< one sentence; empty when done
+  std::vector<std::string> dialogMessages;  ///< what the dialog's message boxes said, in order
+  int images = 0;
+  std::uint64_t blocks = 0, locks = 0;  ///< live memory blocks and locks after the run: zero and zero
+};
+
+/// Runs a job. Never throws (but for what the sink throws). Runs of one process follow one another: calls from several
+/// threads wait.
+RenderResult Render(const Job& job, const Sink& sink);
+
+/// Lists for people: the names of the effects and of the fixed palettes (in the order of their numbers), font families.
+std::vector<std::string> EffectNames();
+std::vector<std::string> PaletteNames();
+std::vector<std::string> FontNames();
+
+/// One row of the persistent keys and one of the controls, for --list.
+struct KeyInfo {
+  std::string key, kind, defaultValue;
+  int control = 0;  ///< 0: no control
+};
+struct ControlInfo {
+  int id = 0;
+  std::string kind, caption, range, key, panel;
+};
+std::vector<KeyInfo> Keys();
+std::vector<ControlInfo> Controls();
+
+}  // namespace glyphmotion

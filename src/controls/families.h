@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// Control families: how each kind of option control writes itself to a document, reads itself from a document's line,
+// and stores its value into the persistent variable it is tied to. A family is a row; one control procedure serves them
+// all, so the code of documents and of the main dialog knows no control by name.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "controls/variables.h"
+#include "platform/dialog.h"
+
+namespace glyphmotion {
+
+enum ControlMessage : std::uint32_t {
+  kMessageSaveControl = 1334,  ///< b: std::string*, to which the control appends its line; result 0
+  kMessageLoadControl = 1335,  ///< b: const std::string*, one line; result 1 when the line was for this family
+  kMessageStoreControl = 1336  ///< the control's value goes into its variable
+};
+
+struct ControlFamily {
+  const char* stem;                                         ///< six capitals, "CHKBOX"; empty: no line of its own
+  void (*save)(Dialog& dialog, int id, std::string& line);  ///< appends the value
+  void (*load)(Dialog& dialog, int id, const std::string& value);     ///< takes the value of a line
+  void (*store)(Dialog& dialog, int id, Variable& variable);          ///< control to variable
+  void (*show)(Dialog& dialog, int id, const Variable& variable);     ///< variable to control
+  void (*paint)(Dialog& dialog, int id, const DrawRequest& request);  ///< drawn controls only
+  bool (*input)(Dialog& dialog, int id,
+                const Message& message);  ///< drawn controls only: mouse and keys; true: handled
+};
+
+/// The family for a kind of control, or null for kinds that persist nothing (labels, groups, plain buttons).
+/// SPNSGN is for numbers whose variable is a text; FNTBOX for the font combo, whose load never applies the value.
+const ControlFamily* FamilyOfKind(ControlKind kind) noexcept;
+extern const ControlFamily kSignedNumberFamily;
+extern const ControlFamily kFontFamily;
+
+/// Ties a control to its family and its variable (null: none) and shows the variable's value in it. Direction pickers
+/// get a data block that begins with the 32-bit index; material and fountain buttons get theirs from InitialiseMaterial
+/// and the like.
+void InstallFamily(Dialog& dialog, int id, const ControlFamily& family, Variable* variable);
+
+/// The variable a control is tied to, or null.
+Variable* VariableOfControl(const Dialog& dialog, int id) noexcept;
+
+}  // namespace glyphmotion

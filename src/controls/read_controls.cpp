@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "controls/read_controls.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/memory.h"
+
+namespace glyphmotion {
+
+NumberRange ParseRange(const std::string& caption) noexcept {
+  NumberRange range;
+  int minimum = 0, maximum = 0, initial = 0;
+  if (std::sscanf(caption.c_str(), "%d,%d,%d", &minimum, &maximum, &initial) == 3 && minimum <= maximum) {
+    range = {minimum, maximum, initial};
+  }
+  return range;
+}
+
+int ReadNumber(const Dialog& dialog, int id) {
+  const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+  const std::int64_t value = GetNumber(dialog, id, range.minimum < 0);
+  return static_cast<int>(std::clamp<std::int64_t>(value, range.minimum, range.maximum));
+}
+
+bool ReadCheck(const Dialog& dialog, int id) { return GetCheck(dialog, id) == 1; }
+
+Colour ReadColour(const Dialog& dialog, int id) { return static_cast<Colour>(GetNumber(dialog, id, false)); }
+
+int ReadSelection(const Dialog& dialog, int id) { return GetSelection(dialog, id); }
+
+int ReadDirection(const Dialog& dialog, int id) {
+  const LockedBlock<std::int32_t> index(reinterpret_cast<BlockHandle>(GetData(dialog, id)));
+  return index ? *index : 0;
+}
+
+std::string ReadText(const Dialog& dialog, int id) { return GetText(dialog, id); }
+
+}  // namespace glyphmotion

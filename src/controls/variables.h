@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// The persistent variables behind the settings' keys. While a dialog runs the controls are the model and write each
+// change back here; what has no control (FastRemap, AlphaGreyBack, ...) is read from here. One set for the whole
+// process.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "resources/settings_table.h"
+
+namespace glyphmotion {
+
+/// One variable: `number` for switches and numbers, `text` (at most 260 bytes) for texts.
+struct Variable {
+  const SettingsRow* row = nullptr;
+  std::uint32_t number = 0;
+  std::string text;
+};
+
+/// The variable of a key (case counts), or null. The pointer stays valid for the life of the process.
+Variable* FindVariable(std::string_view key) noexcept;
+
+/// The variable of row i of the SettingsTable, 0 <= i < its size.
+Variable& VariableAt(std::size_t i) noexcept;
+
+/// Gives every variable its default.
+void ResetVariables();
+
+/// Short forms for code that needs a value by key; 0 and empty for keys that do not exist.
+std::uint32_t NumberVariable(std::string_view key) noexcept;
+const std::string& TextVariable(std::string_view key) noexcept;
+
+}  // namespace glyphmotion

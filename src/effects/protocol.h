@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// The contract between the shell and the effects. An effect is one row of functions. It keeps no options of its own: a
+// renderer reads the dialog's controls, so a frame is a function of the dialog's state and of the effect's parameter
+// block.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "glyphmotion/host_contract.h"
+#include "image/frame_list.h"
+#include "image/packed_dib.h"
+#include "platform/dialog.h"
+#include "text/compositing.h"
+
+namespace glyphmotion {
+
+enum EffectFlags : std::uint32_t {
+  kLastOfFade = 1,  ///< the closing frame of a run that fades back to its start
+  kTestCall = 2,
+  kBuildCall = 4
+};
+
+/// The one argument of an effect's functions; zero but for what the caller sets.
+struct EffectContext {
+  Dialog* dialog = nullptr;                  ///< every control is reached through it
+  FrameList* frames = nullptr;               ///< where a build appends; null in other calls
+  const HostCallTable* hostCalls = nullptr;  ///< for progress; null but in a build
+  BlockHandle result = nullptr;              ///< the frame of a test call; the caller frees it
+  int sampleWidth = 0, sampleHeight = 0;     ///< inner size of the sample window
+  std::uint32_t flags = 0;                   ///< EffectFlags
+  void* parameters = nullptr;                ///< the effect's block, living in its test or build function
+  bool preview = false;                      ///< the sample window: no alpha plane
+  RunCache* cache = nullptr;                 ///< what the frames of this run share
+};
+
+/// One row of the EffectTable. The functions never throw; zero means failure.
+struct EffectDescriptor {
+  const char* name = "";
+  const DialogTemplate* panel = nullptr;
+  int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
+  int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
+  Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
+  int backgroundControl = 0;
+};
+
+/// The renderer of one frame; empty on failure.
+using Renderer = PackedDib (*)(EffectContext& context);
+
+/// A composer on the context's dialog, with the scroll offset given.
+FrameComposer MakeComposer(EffectContext& context, const PanelRoles& roles, ScrollOffset scroll = {});
+
+/// Runs a test: sets the flag, points `parameters` at the block, renders into `result`. 1 whether or not there was a
+/// frame.
+int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept;
+
+/// Begins a build: sets the flag and the block, renders once and throws the image away, giving its size. False when it
+/// could not be rendered; the build then returns 0.
+bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width = nullptr, int* height = nullptr);
+
+/// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
+/// none or memory is out; the build then returns 0.
+bool RenderAndAppend(EffectContext& context, PackedDib frame, int delay, int step, int total);
+/// The same without a progress call.
+bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
+
+/// Wraps a build: what it throws becomes failure, and on failure `result` is freed and cleared.
+template <typename Body>
+int GuardBuild(EffectContext& context, Body body) noexcept {
+  bool done = false;
+  try {
+    done = body();
+  } catch (...) {  // out of memory: a build that fails says so by its result
+  }
+  if (done) return 1;
+  FreeBlock(context.result);
+  context.result = nullptr;
+  return 0;
+}
+
+/// The common transparent-colour function: kNoColour with a nonzero mode; the key colour when both alpha options are
+/// on; else the colour of the background control's material if that is solid, else kNoColour.
+Colour SolidBackgroundColour(const Dialog& dialog, int mode, int backgroundControl) noexcept;
+template <int backgroundControl>
+Colour TransparentColour(const Dialog& dialog, int mode) noexcept {
+  return SolidBackgroundColour(dialog, mode, backgroundControl);
+}
+
+/// The key colour of alpha runs: the AlphaGreyBack setting.
+Colour AlphaKeyColour() noexcept;
+
+template <typename Parameters>
+Parameters& ParametersOf(EffectContext& context) {
+  return *static_cast<Parameters*>(context.parameters);
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// The drawing surface: aliased shapes drawn straight into a new 24-bit bitmap, the same on every platform.
+//
+// Rules for boundary pixels are those of GDI, found by experiment:
+//   FillRect         [left, right) x [top, bottom).
+//   Polygon          at each integer row y an edge counts if ymin <= y < ymax, its x taken exactly; fills ceil(xL) <= x
+//   < ceil(xR). Rectangle        [left, right - 1) x [top, bottom - 1). Ellipse          the full box, by a midpoint
+//   walk; sides of 2 or less follow the Rectangle rule. Thin line        one pixel a step of the major axis, the last
+//   point left out, minor coordinate ceil(v - 1/2). Wide line        the union of round caps at every vertex and of
+//   bodies.
+// Shapes are clipped to the surface; coordinates may lie anywhere. Effects draw at three or four times the size and
+// reduce.
+#pragma once
+
+#include <span>
+
+#include "image/packed_dib.h"
+
+namespace glyphmotion {
+
+struct Point {
+  int x = 0, y = 0;
+  friend constexpr bool operator==(const Point&, const Point&) = default;
+};
+
+enum class FillRule { Alternate, Winding };
+
+/// Draws on a 24-bit bitmap that it owns until End. Colours are 0x00BBGGRR. Filled shapes have no outline (the null
+/// pen).
+class DrawingSurface {
+ public:
+  /// A black surface; empty when it could not be made (see BlankDib).
+  DrawingSurface(int width, int height) noexcept;
+
+  explicit operator bool() const noexcept { return static_cast<bool>(view_); }
+  int Width() const noexcept { return view_.Width(); }
+  int Height() const noexcept { return view_.Height(); }
+
+  void FillRect(Rect rect, Colour colour) noexcept;
+  void FillPolygon(std::span<const Point> points, Colour colour, FillRule rule = FillRule::Alternate) noexcept;
+  void FillEllipse(Rect box, Colour colour) noexcept;
+  void FillRectangle(Rect box, Colour colour) noexcept;
+  /// Lines from point to point with a solid pen; width 0 and 1 give thin lines.
+  void Polyline(std::span<const Point> points, int penWidth, Colour colour) noexcept;
+
+  /// The drawing; the surface is empty afterwards.
+  PackedDib End() noexcept;
+
+ private:
+  PackedDib dib_;
+  DibView view_;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// Playing the user of a dialog in memory. (On Windows the user is a person, and this service does not exist.)
+#pragma once
+
+#include <functional>
+
+#include "platform/dialog.h"
+
+namespace glyphmotion {
+
+/// Called by RunModal for every dialog, outermost first, once it stands. Gives back the driver before.
+using ModalDriver = std::function<void(Dialog& dialog, int templateId)>;
+ModalDriver SetModalDriver(ModalDriver driver);
+
+/// One change of a dialog that a view would have to show.
+struct DialogChange {
+  enum What { Text, Check, Selection, Items, Enabled, Visible, Repaint, Focus, Created, Ended } what;
+  int id;  ///< 0 for the dialog itself
+};
+using DialogObserver = std::function<void(Dialog& dialog, const DialogChange& change)>;
+/// The one observer; an empty function takes it away.
+void SetDialogObserver(DialogObserver observer);
+
+/// Delivers posted messages, and due timers as if their time had come, until nothing is left.
+void Pump(Dialog& dialog);
+
+// What a person does. Each notifies the dialog as the control would, pumps, and returns false when the control does not
+// exist, is disabled or hidden, or the dialog has ended.
+bool Click(Dialog& dialog, int id);                          ///< buttons, checks (toggles), radios
+bool Type(Dialog& dialog, int id, const std::string& text);  ///< replaces an edit's text, cut to its limit
+bool Choose(Dialog& dialog, int id, int index);              ///< a combo's or list's item
+bool PressKey(Dialog& dialog, int id, KeyCode key);          ///< to a drawn control
+bool Mouse(Dialog& dialog, int id, MessageNumber what, int x,
+           int y);  ///< to a drawn control; captured moves go to the captor
+
+/// The control as it looks: paints a drawn or owner-drawn control on `request`.
+bool PaintControl(Dialog& dialog, int id, const DrawRequest& request);
+
+}  // namespace glyphmotion

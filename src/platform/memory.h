@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// Movable memory blocks: the form in which every image and most records live and cross the host boundary.
+//
+// A handle survives the block's growth; its bytes may be touched only while it is locked. Locks nest. Blocks are
+// zero-filled when made and where they grow. The null handle is "nothing": locking it gives null, freeing it does
+// nothing. Handles that are no live block (a host may hand us anything) behave like null. Not for use by two threads at
+// once.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace glyphmotion {
+
+/// Handle of a movable block; null is "nothing".
+using BlockHandle = void*;
+
+/// A new zeroed block of `bytes` bytes (0 is a valid block), owned by the caller; null when memory is out.
+BlockHandle AllocateBlock(std::size_t bytes) noexcept;
+
+/// Grows or shrinks an unlocked block in place of its handle; new bytes are zero. False, and the block unchanged, when
+/// memory is out.
+bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept;
+
+/// The block's bytes, or null. Valid until the matching UnlockBlock.
+void* LockBlock(BlockHandle block) noexcept;
+void UnlockBlock(BlockHandle block) noexcept;
+
+/// Size in bytes; 0 for nothing.
+std::size_t BlockSize(BlockHandle block) noexcept;
+
+/// Frees the block, and any locks still on it.
+void FreeBlock(BlockHandle block) noexcept;
+
+/// A new block with the same bytes, or null when `block` is nothing, empty, or memory is out.
+BlockHandle DuplicateBlock(BlockHandle block) noexcept;
+
+/// What is alive now: blocks not freed, locks not undone.
+struct BlockCounters {
+  std::uint64_t blocks = 0;
+  std::uint64_t locks = 0;
+};
+BlockCounters LiveBlocks() noexcept;
+
+/// Makes the n-th allocation (or growth) from now on fail, once; n from 1, 0 switches it off. For tests and
+/// --fail-allocation.
+void FailAllocation(std::uint64_t n) noexcept;
+
+/// Allocations and growths asked for since the last FailAllocation: the range a test has to try.
+std::uint64_t AllocationsAsked() noexcept;
+
+/// Owns one block.
+class MovableBlock {
+ public:
+  MovableBlock() = default;
+  explicit MovableBlock(BlockHandle handle) noexcept : handle_(handle) {}
+  MovableBlock(MovableBlock&& other) noexcept : handle_(other.Release()) {}
+  MovableBlock& operator=(MovableBlock&& other) noexcept {
+    if (this != &other) Reset(other.Release());
+    return *this;
+  }
+  ~MovableBlock() { FreeBlock(handle_); }
+
+  explicit operator bool() const noexcept { return handle_ != nullptr; }
+  BlockHandle Handle() const noexcept { return handle_; }
+  BlockHandle Release() noexcept { return std::exchange(handle_, nullptr); }
+  void Reset(BlockHandle handle = nullptr) noexcept { FreeBlock(std::exchange(handle_, handle)); }
+
+ private:
+  BlockHandle handle_ = nullptr;
+};
+
+/// Holds a block locked as a T; empty when the block is nothing or smaller than T.
+template <typename T>
+class LockedBlock {
+ public:
+  explicit LockedBlock(BlockHandle handle) noexcept : handle_(handle) {
+    if (BlockSize(handle) >= sizeof(T)) data_ = static_cast<T*>(LockBlock(handle));
+  }
+  LockedBlock(LockedBlock&& other) noexcept
+      : handle_(std::exchange(other.handle_, nullptr)), data_(std::exchange(other.data_, nullptr)) {}
+  LockedBlock& operator=(LockedBlock&&) = delete;
+  ~LockedBlock() {
+    if (data_) UnlockBlock(handle_);
+  }
+
+  explicit operator bool() const noexcept { return data_ != nullptr; }
+  T* operator->() const noexcept { return data_; }
+  T& operator*() const noexcept { return *data_; }
+  T* get() const noexcept { return data_; }
+
+ private:
+  BlockHandle handle_ = nullptr;
+  T* data_ = nullptr;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// The one random generator. Seeds are stored in documents, so its sequence is part of the file formats.
+#pragma once
+
+#include <cstdint>
+
+namespace glyphmotion {
+
+/// state = state * 214013 + 2531011; a value is (state >> 16) & 0x7FFF, 0 to 32767. One state for the whole process, as
+/// for the C runtime whose recurrence this is: an effect that seeds it continues the sequence in its later frames.
+void SeedRandom(std::uint32_t seed) noexcept;
+int NextRandom() noexcept;
+
+/// The state, so that work that was remembered can leave the sequence where doing it again would have:
+/// SeedRandom(RandomState()).
+std::uint32_t RandomState() noexcept;
+
+}  // namespace glyphmotion

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// What a machine's desktop does for a dialog: message boxes, file and colour choosers, a name prompt, popup menus,
+// help, the cursor. Off Windows there is no desktop: the answers come from a responder that the dialog's driver sets.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace glyphmotion {
+
+struct Dialog;
+
+enum class MessageButtons { Ok, YesNo };
+
+/// A modal message over `owner` (which may be null). True for OK and Yes.
+bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons = MessageButtons::Ok);
+
+struct FileQuestion {
+  bool save = false;
+  std::string filterName;        ///< "GM4 files"
+  std::string extension;         ///< "GM4", also the default
+  std::string folder, fileName;  ///< where to begin
+  int width = 0, height = 0;     ///< in: the size wanted, 0 for the system's. out: the size on close
+};
+/// The path chosen, or nothing.
+std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question);
+
+/// The colour chosen (0x00BBGGRR), or nothing. `start` is where the chooser opens.
+std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start);
+
+/// A name, starting from `start`; nothing when cancelled.
+std::optional<std::string> AskName(Dialog* owner, const std::string& title, const std::string& start);
+
+struct MenuItem {
+  int id = 0;
+  std::string text;
+  bool checked = false;
+};
+/// A popup menu at a place of the control (or at the pointer when `control` is 0). The id chosen, or 0.
+int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items);
+
+/// Opens a help page of the shipped help. False when it cannot be shown.
+bool ShowHelpPage(const std::string& reference);
+
+/// Shows or ends the wait cursor; nested.
+void SetWaitCursor(bool wait);
+
+bool IsShiftDown();
+
+/// The colours of the desktop that the drawn controls use, by the field's names.
+enum class SystemColour { ButtonFace, ButtonShadow, ButtonText, DarkShadow, Highlight, Light3D, WindowText, Window };
+std::uint32_t GetSystemColour(SystemColour colour);
+
+/// Width and height of the screen in pixels.
+void ScreenSize(int& width, int& height);
+
+/// Off Windows: who answers. Members left empty answer "cancelled" (messages: OK).
+struct UiResponder {
+  std::function<bool(Dialog*, const std::string&, MessageButtons)> message;
+  std::function<std::optional<std::string>(Dialog*, FileQuestion&)> file;
+  std::function<std::optional<std::uint32_t>(Dialog*, std::uint32_t)> colour;
+  std::function<std::optional<std::string>(Dialog*, const std::string&, const std::string&)> name;
+  std::function<int(Dialog*, std::span<const MenuItem>)> menu;
+  bool shiftDown = false;
+};
+/// Replaces the responder and gives back the old one.
+UiResponder SetUiResponder(UiResponder responder);
+
+}  // namespace glyphmotion

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// Fonts of the machine: their names, their metrics, and one character at a time.
+//
+// Size is the cell height: ascent + descent of the face as GDI takes them (the OS/2 table's usWinAscent and
+// usWinDescent), in pixels, unhinted. A character's box is its advance + em/3 wide and one cell high; the glyph starts
+// em/6 to the right, its baseline at the ascent. A blank's box is em/3. A family that is missing is replaced by the
+// machine's best match, a glyph that is missing by that of a face that has it; both quietly.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace glyphmotion {
+
+/// A font as an effect asks for it.
+struct FontRequest {
+  std::string family;   ///< UTF-8
+  int cellHeight = 24;  ///< pixels, 1 and up
+  bool bold = false;    ///< weight 700 instead of 400; emboldened when the family has no bold face
+  bool italic = false;  ///< slanted when the family has no italic face
+  friend bool operator==(const FontRequest&, const FontRequest&) = default;
+};
+
+struct FontMetrics {
+  int height = 0;  ///< ascent + descent, whole pixels: what every line of this font is high
+  int ascent = 0;
+};
+
+struct GlyphBox {
+  double width = 0, height = 0;  ///< pixels, margins included
+};
+
+/// Coverage of one glyph in its box, rows top down.
+struct GlyphBitmap {
+  int width = 0, height = 0;           ///< the box, truncated to whole pixels
+  std::vector<std::uint8_t> coverage;  ///< width * height values, 0 to 255
+};
+
+/// Starts the engine for a run; nested starts are counted. False when the machine offers no font at all.
+bool StartTextEngine() noexcept;
+void StopTextEngine() noexcept;
+
+/// Every family of the machine, sorted without regard to case, no name twice.
+std::vector<std::string> FontFamilies();
+
+/// True when a family of exactly this name (case ignored) is installed, or the machine names a metric-compatible
+/// stand-in for it (as Liberation Sans for Arial).
+bool HasFontFamily(const std::string& family);
+
+FontMetrics MeasureFont(const FontRequest& font) noexcept;
+
+/// The box of a one-character string. False when no face at all could be opened.
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept;
+
+/// The glyph on nothing: grey by coverage, or one-bit (0 and 255 only) without `antialias`. False as above, or when
+/// memory is out.
+bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept;
+
+/// The glyph's outline, filled (penWidth 0) or stroked with round joins, in the same box; for the drawing operations on
+/// paths.
+bool RenderGlyphOutline(const FontRequest& font, char32_t character, bool antialias, double penWidth,
+                        GlyphBitmap& glyph) noexcept;
+
+}  // namespace glyphmotion

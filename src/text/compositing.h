@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// One frame from a dialog's state: background, shadow, fill, outline. Every effect renders through the FrameComposer
+// and changes its course at the openings below, each named after what it changes.
+#pragma once
+
+#include <functional>
+
+#include "controls/read_controls.h"
+#include "materials/material_cache.h"
+#include "text/text_raster.h"
+
+namespace glyphmotion {
+
+/// Ids of the dialog's own controls that every renderer reads.
+namespace ControlId {
+constexpr int Delay = 11, Animated = 22, Pause = 23;
+constexpr int Antialias = 51, Text = 52, Font = 53, Bold = 54, Italic = 55, Size = 57, Effect = 58, Pad = 59;
+constexpr int CharacterSpace = 61, AlphaTransparency = 62, AlphaBackground = 63;
+}  // namespace ControlId
+
+/// The control ids of an effect's panel by role; 0 where the panel has no such control.
+struct PanelRoles {
+  int fill = 0, shadow = 0, background = 0, outline = 0;
+  int fillOpacity = 0, shadowOpacity = 0, softness = 0, shadowOffset = 0, shadowDirection = 0;
+  int shadowEnable = 0, outlineEnable = 0;
+};
+
+struct ScrollOffset {
+  int x = 0, y = 0;  ///< pixels
+};
+
+/// What the frames of one run share. Pixels never depend on what has been remembered.
+struct RunCache {
+  GlyphCache glyphs;
+  MaterialCache materials;
+};
+
+/// What the composer reads from the controls; an effect may change it before Compose.
+struct FrameOptions {
+  TextLine line;          ///< text without the appended blank
+  int margin = 0;         ///< pixels on all four sides: Pad, the softness term and the outline's one pixel included
+  int extraHeight = 0;    ///< added below the text
+  bool alpha = false;     ///< Alpha transparency, where this frame may have an alpha plane
+  bool solidKey = false;  ///< Alpha transparency and Alpha background both on: the background is the key colour
+  int fillOpacity = 255, shadowOpacity = 255, outlineLevel = 255;
+  int softness = 0, shadowOffset = 0, shadowDirection = 0;
+  bool shadowEnable = false, outlineEnable = false;
+  Colour outlineColour = 0;
+};
+
+/// Places derived from the options.
+struct FrameGeometry {
+  int width = 0, height = 0;                           ///< of the frame
+  ScrollOffset text, shadow;                           ///< offsets of the shadow direction, without margin and scroll
+  int textX = 0, textY = 0, shadowX = 0, shadowY = 0;  ///< where the first box stands: scroll + margin + offset
+};
+
+/// The frame under work, for openings that paint on it.
+struct FrameLayers {
+  const DibView& frame;  ///< 24 bits
+  const DibView* alpha;  ///< 8 bits, or null
+  const DibView& mask;   ///< the text mask, or the outline mask (four pixels wider, columns one to the right)
+  const FrameGeometry& geometry;
+};
+
+/// Blends `colour` into the frame at (x, y) with weight a and raises the alpha plane by a; nothing outside the frame.
+void BlendPixel(const FrameLayers& layers, int x, int y, Colour colour, int a) noexcept;
+/// Blends `colour` into a 24-bit bitmap at (x, y) with weight a; nothing outside.
+void BlendPixel(const DibView& bitmap, int x, int y, Colour colour, int a) noexcept;
+
+class FrameComposer {
+ public:
+  /// Reads all options. `preview` suppresses the alpha plane.
+  FrameComposer(Dialog& dialog, const PanelRoles& roles, ScrollOffset scroll, bool preview, RunCache& cache);
+
+  FrameOptions options;
+
+  // Openings. Those that take a bitmap own it and give back the one to go on with; an empty one ends the frame.
+  using Change = std::function<PackedDib(PackedDib)>;
+  using Make = std::function<PackedDib(int width, int height)>;
+
+  std::function<bool(int width, int height)> onSize;  ///< the size is known, nothing made yet; false ends the frame
+  Make makeFrame;                                     ///< in place of the background material (and of the solid key)
+  Change onFrame;                                     ///< the frame with its background
+  bool backgroundOnly = false;                        ///< the frame is finished now
+  Make makeFillBitmap;                                ///< in place of the fill material
+  Change onFillBitmap;                                ///< the fill material's pixels
+  Change onShadowBitmap;                              ///< the shadow material's pixels, if the shadow is enabled
+  Change onShadowMask;                                ///< before its blur
+  Change onSoftShadowMask;                            ///< after its blur
+  Change onTextMask;
+  Change onOutlineMask;
+  std::function<bool(const FrameLayers&)> afterFill;
+  std::function<bool(const FrameLayers&)> afterOutline;
+
+  /// The finished frame: 24 bits, or 32 with an alpha plane. Nothing on an empty text or any failure.
+  PackedDib Compose();
+
+  /// A material control's pixels, through the run's cache; nothing when the control has no material.
+  PackedDib RenderMaterial(int control, int width, int height);
+  /// True when the control holds a material of kind solid.
+  bool IsSolid(int control) const;
+  int Number(int control) const { return ReadNumber(dialog_, control); }
+  bool Check(int control) const { return ReadCheck(dialog_, control); }
+
+ private:
+  FrameGeometry Geometry(const TextMeasure& measure) const;
+  bool PaintShadow(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
+                   const DibView* alpha, const PackedDib& shadowBitmap);
+  bool PaintFill(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame, const DibView* alpha,
+                 const PackedDib& fillBitmap);
+  bool PaintOutline(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
+                    const DibView* alpha);
+
+  Dialog& dialog_;
+  PanelRoles roles_;
+  ScrollOffset scroll_;
+  RunCache& cache_;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// From a string and a font to masks. Text is never drawn as a whole: each character is measured by itself and
+// rasterised by itself, which is what makes Character space and the per-character effects possible.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "image/packed_dib.h"
+#include "platform/text_engine.h"
+
+namespace glyphmotion {
+
+/// UTF-8 to code points; bytes that are no UTF-8 are read as Windows-1252.
+std::u32string DecodeText(const std::string& text);
+
+struct TextLine {
+  FontRequest font;
+  bool antialias = true;
+  std::u32string text;       ///< with the blank that renderers append
+  int characterSpace = 100;  ///< percent of each advance
+};
+
+struct TextMeasure {
+  int width = 0, height = 0;  ///< pixels: the sum of the advances; the font's height
+  std::vector<int> advances;  ///< one a character, trailing blank included
+};
+
+/// Glyphs and boxes of one run, so that each is made once. Bounded; forgets all when the font changes too often.
+class GlyphCache {
+ public:
+  struct Glyph {
+    bool drawn = false;
+    PackedDib bitmap;  ///< 8 bits, coverage, of the box's size; empty when the operation failed
+  };
+  /// The box's width in whole pixels as mode Measure gives it; false when the measure failed.
+  bool Width(const FontRequest& font, char32_t character, int& width);
+  /// The coverage bitmap, or null when it could not be drawn.
+  const PackedDib* Coverage(const FontRequest& font, bool antialias, char32_t character);
+
+ private:
+  struct Entry {
+    int width = -1;  ///< -2: failed
+    Glyph glyph[2];  ///< one-bit, antialiased
+  };
+  Entry& Find(const FontRequest& font, char32_t character);
+  FontRequest font_;
+  std::unordered_map<char32_t, Entry> entries_;
+};
+
+/// Total width, height and advances. With accent compensation an accented Latin-1 letter is as wide as its base letter.
+/// Characters that cannot be measured have no width. Never fails.
+TextMeasure MeasureText(const TextLine& line, bool accentCompensation, GlyphCache& cache);
+
+/// A new mask of width x height with the first character's box at (x, y); glyphs merge by maximum; `level` (0 to 255)
+/// scales the coverage. Nothing when a character could not be drawn or memory is out.
+PackedDib RasteriseText(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height,
+                        int level, GlyphCache& cache);
+
+/// The ring around the text at (x, y), four pixels wider than asked, its columns one to the right of the frame's.
+/// Inside the letters 255 minus the coverage stands, so that antialiased edges complement the fill.
+PackedDib OutlineMask(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height, int level,
+                      GlyphCache& cache);
+
+/// A blank bitmap of the size, with the source one pixel to the right.
+PackedDib ExpandMask(const PackedDib& mask, int width, int height);
+
+/// 3 by 3 maximum, as a new mask of the same size.
+PackedDib DilateMask(const PackedDib& mask);
+
+}  // namespace glyphmotion
