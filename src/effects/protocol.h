@@ -60,7 +60,7 @@ bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* wi
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.
-bool RenderAndAppend(EffectContext& context, PackedDib frame, int delay, int step, int total);
+bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int step, int total);
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
 

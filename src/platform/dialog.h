@@ -195,7 +195,7 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum);
 
 /// Gives a control its behaviour; `family` is kept with it for the procedure's own use.
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family);
-const void* ControlFamily(const Dialog& dialog, int id);
+const void* FamilyOf(const Dialog& dialog, int id);
 /// The procedure's answer; 0 when the control has none.
 std::int64_t SendToControl(Dialog& dialog, int id, const Message& message);
 

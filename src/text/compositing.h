@@ -79,6 +79,7 @@ class FrameComposer {
   using Change = std::function<PackedDib(PackedDib)>;
   using Make = std::function<PackedDib(int width, int height)>;
 
+  bool allowEmptyText = false;  ///< an empty text counts as the single blank instead of ending the frame
   std::function<bool(int width, int height)> onSize;  ///< the size is known, nothing made yet; false ends the frame
   Make makeFrame;                                     ///< in place of the background material (and of the solid key)
   Change onFrame;                                     ///< the frame with its background
