@@ -81,7 +81,6 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSimple = {"Simple",         &kSimplePanel, Test, Build, TransparentColour<kRoles.background>,
-                                  kRoles.background};
+const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion
