@@ -131,4 +131,6 @@ bool AtomicWriteFile(const std::string& path, std::string_view bytes) noexcept t
   return false;
 }
 
+std::string_view LineEnd() noexcept { return "\n"; }
+
 }  // namespace glyphmotion
