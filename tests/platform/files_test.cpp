@@ -42,6 +42,17 @@ TEST(Files, BytesComeBackAsTheyWere) {
   EXPECT_EQ(folder.Count(), 3) << "no temporary file is left";
 }
 
+TEST(Files, ANameWithoutAFolderIsInTheCurrentOne) {
+  const Folder folder;
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path);
+  const bool written = AtomicWriteFile("plain", "x");
+  fs::current_path(before);
+  EXPECT_TRUE(written);
+  EXPECT_EQ(ReadWholeFile(folder / "plain"), "x");
+  EXPECT_EQ(folder.Count(), 1);
+}
+
 TEST(Files, WhatCannotBeReadGivesNothing) {
   const Folder folder;
   ASSERT_TRUE(AtomicWriteFile(folder / "ten", "0123456789"));
