@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "glyphmotion/host_contract.h"
 #include "image/frame_list.h"
@@ -32,6 +33,7 @@ struct EffectContext {
   void* parameters = nullptr;                ///< the effect's block, living in its test or build function
   bool preview = false;                      ///< the sample window: no alpha plane
   RunCache* cache = nullptr;                 ///< what the frames of this run share
+  std::string failure;  ///< why a build failed, when it is not for want of memory: one sentence for the user
 };
 
 /// One row of the EffectTable. The functions never throw; zero means failure.
@@ -41,7 +43,7 @@ struct EffectDescriptor {
   int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
-  int backgroundControl = 0;
+  const PanelRoles* roles = nullptr;  ///< the panel's controls by role
 };
 
 /// The renderer of one frame; empty on failure.
@@ -60,7 +62,7 @@ bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* wi
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.
-bool RenderAndAppend(EffectContext& context, PackedDib frame, int delay, int step, int total);
+bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int step, int total);
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
 
