@@ -37,8 +37,8 @@ struct ControlFamily {
 /// have a family without a line: told to store, they have their edit store its value.
 /// SPNSGN is for numbers whose variable is a text; FNTBOX for the font combo, whose load never applies the value.
 const ControlFamily* FamilyOfKind(ControlKind kind) noexcept;
-extern const ControlFamily kSignedNumberFamily;
-extern const ControlFamily kFontFamily;
+extern const ControlFamily kColourFamily, kNumberFamily, kSignedNumberFamily, kUpDownFamily, kCheckFamily, kTextFamily,
+    kSelectionFamily, kFontFamily;
 
 /// Ties a control to its family and its variable (null: none) and shows the variable's value in it. The variable stands
 /// in the control's word; direction pickers get a data block there that begins with the 32-bit index; material and
