@@ -7,6 +7,7 @@
 
 #include "image/filters.h"
 #include "image/packed_dib.h"
+#include "image/surface.h"
 
 namespace glyphmotion {
 namespace {
@@ -77,6 +78,41 @@ void BM_PixelWalk(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_PixelWalk)->ArgName("depth")->Arg(8)->Arg(24)->Arg(32)->Unit(benchmark::kMicrosecond);
+
+void BM_ConcentricEllipses(benchmark::State& state) {
+  for (auto _ : state) {
+    DrawingSurface surface(1800, 360);
+    for (int i = 0; i < 300; ++i)
+      surface.FillEllipse({i * 3, i / 2, 1800 - i * 3, 360 - i / 2}, static_cast<Colour>(i) * 0x030507);
+    benchmark::DoNotOptimize(surface.End());
+  }
+}
+BENCHMARK(BM_ConcentricEllipses)->Unit(benchmark::kMicrosecond);
+
+void BM_Wedges(benchmark::State& state) {
+  for (auto _ : state) {
+    DrawingSurface surface(1800, 360);
+    for (int i = 0; i < 3000; ++i) {
+      const int x = i * 7919 % 1800, y = i * 104729 % 360;
+      const Point wedge[] = {{x, y}, {x + 60 - i % 120, y + 40}, {x + 66 - i % 120, y + 43}};
+      surface.FillPolygon(wedge, static_cast<Colour>(i) * 0x0305);
+    }
+    benchmark::DoNotOptimize(surface.End());
+  }
+}
+BENCHMARK(BM_Wedges)->Unit(benchmark::kMicrosecond);
+
+void BM_Lines(benchmark::State& state) {
+  for (auto _ : state) {
+    DrawingSurface surface(1800, 360);
+    for (int i = 0; i < 500; ++i) {
+      const Point line[] = {{i * 7919 % 1800, i * 104729 % 360}, {i * 6007 % 1800, i * 31337 % 360}};
+      surface.Polyline(line, static_cast<int>(state.range(0)), static_cast<Colour>(i) * 0x0305);
+    }
+    benchmark::DoNotOptimize(surface.End());
+  }
+}
+BENCHMARK(BM_Lines)->ArgName("pen")->Arg(1)->Arg(12)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace glyphmotion

@@ -25,8 +25,8 @@ constexpr auto kControls = Join(
     CheckBox({kEnables, 5}, "Enable", 314, "Style005FillEnable", 42),
     TwoLineLabel(ColourField({kSwatches, 6}, "Beam o&utline color:", 312, "Style005BeamOutColor")),
     CheckBox({kEnables, 6}, "Enable", 315, "Style005OutEnable", 42),
-    CheckBox({kChecks, 6}, "Fatten outl&ine beam", 316, "Style005Fatten", 76),
     NumberField({kNumbers, 7}, "Beam si&ze:", 306, "1,16,6", "Style005BeamSize"),
+    CheckBox({kChecks, 7}, "Fatten outl&ine beam", 316, "Style005Fatten", 84),
     NumberField({kNumbers, 8}, "Beam &diffusion:", 310, "0,40,16", "Style005BeamSoft"),
     PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollTwo, 300, "Style005Scroll"));
 

@@ -45,19 +45,21 @@ constexpr ControlTemplate Control(ControlKind kind, int id, const char* caption,
   return {kind, id, caption, units(x), units(y), units(width), units(height), key, initial};
 }
 
-/// The label of a field, its text level with the field's.
-constexpr ControlTemplate LabelOf(Cell cell, const char* caption) {
-  return Control(ControlKind::Label, -1, caption, cell.column.x, cell.Top() + 2, cell.column.labelWidth, kLabelHeight);
+/// The label of a field, its text level with the field's. Panels are shown and hidden by id, so their labels have one:
+/// that of the field + 1.
+constexpr ControlTemplate LabelOf(Cell cell, const char* caption, int id) {
+  return Control(ControlKind::Label, id + 1, caption, cell.column.x, cell.Top() + 2, cell.column.labelWidth,
+                 kLabelHeight);
 }
 
 constexpr std::array<ControlTemplate, 2> MaterialField(Cell cell, const char* caption, int id, std::uint32_t colour,
                                                        const char* key = nullptr) {
-  return {LabelOf(cell, caption), Control(ControlKind::MaterialButton, id, "", cell.FieldLeft(), cell.Top(),
-                                          kSwatchWidth, kFieldHeight, key, colour)};
+  return {LabelOf(cell, caption, id), Control(ControlKind::MaterialButton, id, "", cell.FieldLeft(), cell.Top(),
+                                              kSwatchWidth, kFieldHeight, key, colour)};
 }
 
 constexpr std::array<ControlTemplate, 2> ColourField(Cell cell, const char* caption, int id, const char* key) {
-  return {LabelOf(cell, caption),
+  return {LabelOf(cell, caption, id),
           Control(ControlKind::ColourButton, id, "", cell.FieldLeft(), cell.Top(), kSwatchWidth, kFieldHeight, key)};
 }
 
@@ -65,7 +67,7 @@ constexpr std::array<ControlTemplate, 2> ColourField(Cell cell, const char* capt
 constexpr std::array<ControlTemplate, 3> NumberField(Cell cell, const char* caption, int id, const char* range,
                                                      const char* key, std::uint32_t initial = 0) {
   const int x = cell.FieldLeft(), y = cell.Top();
-  return {LabelOf(cell, caption),
+  return {LabelOf(cell, caption, id),
           Control(ControlKind::NumberEdit, id, "", x, y, kNumberWidth, kFieldHeight, key, initial),
           Control(ControlKind::UpDown, id + 10000, range, x + kNumberWidth, y, kUpDownWidth, kFieldHeight)};
 }
@@ -78,7 +80,7 @@ constexpr std::array<ControlTemplate, 1> CheckBox(Cell cell, const char* caption
 /// `items` by semicolons; the height is that of the closed combo.
 constexpr std::array<ControlTemplate, 2> ComboField(Cell cell, const char* caption, int id, const char* items,
                                                     const char* key, int width) {
-  return {LabelOf(cell, caption),
+  return {LabelOf(cell, caption, id),
           Control(ControlKind::Combo, id, items, cell.FieldLeft(), cell.Top(), width, kFieldHeight, key)};
 }
 
@@ -87,7 +89,7 @@ constexpr std::array<ControlTemplate, 2> PickerField(Cell cell, const char* capt
                                                      const char* key) {
   const bool square = kind == ControlKind::ShadowDirection || kind == ControlKind::ScrollFour;
   const int top = cell.Top();
-  return {Control(ControlKind::Label, -1, caption, cell.column.x, top, cell.column.labelWidth, kLabelHeight),
+  return {Control(ControlKind::Label, id + 1, caption, cell.column.x, top, cell.column.labelWidth, kLabelHeight),
           Control(kind, id, "", cell.column.x, top + 10, square ? 50 : 34, square ? 46 : 16, key)};
 }
 

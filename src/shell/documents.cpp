@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/documents.h"
 
+#include <algorithm>
 #include <charconv>
 #include <exception>
 #include <optional>
@@ -24,6 +25,10 @@ constexpr std::size_t kLongestFirstLine = 8192;  // characters that are searched
 void Tell(Dialog& dialog, int text) {
   ShowMessage(&dialog, LoadText(text));
   Invalidate(dialog, 0);
+}
+
+void TellMemoryIsOut(Dialog& dialog) noexcept try { Tell(dialog, kTextMemoryError); } catch (const std::exception&) {
+  // There is no memory left even for the message.
 }
 
 /// A control's line, or nothing when it keeps none. Whatever the control's text holds, it stays one line of UTF-8.
@@ -95,6 +100,7 @@ int SaveDocument(Dialog& dialog, const std::string& path) noexcept try {
   Tell(dialog, kTextDocumentNotCreated);
   return 0;
 } catch (const std::exception&) {
+  TellMemoryIsOut(dialog);
   return 0;
 }
 
@@ -107,7 +113,7 @@ void LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   LoadLines(dialog, *lines);
   Send(dialog, {kMessageRefresh, 0, 0});
 } catch (const std::exception&) {
-  // Out of memory: the controls that have their lines keep them.
+  TellMemoryIsOut(dialog);  // the controls that have their lines keep them
 }
 
 std::string FontOfDocument(const std::string& path) noexcept try {

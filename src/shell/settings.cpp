@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/settings.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 
@@ -141,7 +142,8 @@ std::string DecodeRegistration(std::string_view stored) {
     if (byte < 0) return {};
     text += static_cast<char>(byte ^ sequence.Next());
   }
-  return CheckByte(text) == check && IsUtf8(text) ? text : std::string();
+  const bool isText = IsUtf8(text) && std::none_of(text.begin(), text.end(), IsControl);
+  return isText && CheckByte(text) == check ? text : std::string();
 }
 
 void TakeValue(Variable& variable, std::string_view value) {
