@@ -276,7 +276,7 @@ RenderResult Render(const Job& job, const Sink& sink) {
   const std::lock_guard<std::mutex> lock(oneAtATime);
   RenderResult result;
   Session session(job, sink);
-  ScriptedUser user(job);
+  ScriptedUser user(job, result.dialogMessages);
   {
     UiResponder responder;
     responder.message = [&](Dialog*, const std::string& text, MessageButtons) {

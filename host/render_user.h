@@ -14,7 +14,8 @@ namespace glyphmotion {
 
 class ScriptedUser {
  public:
-  explicit ScriptedUser(const Job& job) : job_(job) {}
+  /// `messages` grows with what the dialog's message boxes say.
+  ScriptedUser(const Job& job, const std::vector<std::string>& messages) : job_(job), messages_(messages) {}
 
   /// Sets the controls in the order of force and presses the button of the job's action; a sample goes to `sample`. On
   /// a value that is wrong nothing is pressed and Error() says why.
@@ -39,6 +40,7 @@ class ScriptedUser {
   bool Fail(std::string sentence);
 
   const Job& job_;
+  const std::vector<std::string>& messages_;
   std::string error_;
   bool played_ = false;
 };

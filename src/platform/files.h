@@ -24,4 +24,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
 /// Returns  false when anything could not be done.
 bool AtomicWriteFile(const std::string& path, std::string_view bytes) noexcept;
 
+/// What ends a line of a text file on this platform.
+std::string_view LineEnd() noexcept;
+
 }  // namespace glyphmotion

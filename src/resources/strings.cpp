@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "resources/strings.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
 namespace glyphmotion {
 namespace {
 
@@ -30,6 +34,9 @@ constexpr TextRow kTexts[] = {
     {kTextRegisterHostFirst, "Please register your host application before you register this plugin."},
     {kTextDamagedProgram, "This plugin has been damaged. Please install it again."},
     {kTextHelpNotShown, "The help page could not be shown."},
+    {kTextAskRegistrationName, "Registration name"},
+    {kTextAskRegistrationCode, "Registration code"},
+    {kTextAbout, "Glyphmotion #4\n\nVersion %s\n\nAnimated text in twenty-one effects."},
     {kTextBuilding, "Building"},
     {kTextQuantizing, "Quantizing"},
     {kTextSupercompressing, "Supercompressing"},
@@ -95,6 +102,19 @@ constexpr bool NumbersRise() {
 }
 static_assert(NumbersRise(), "one text a number");
 
+// FNV-1a over the numbers and texts.
+constexpr std::uint32_t ChecksumOf(const TextRow* rows, std::size_t count) {
+  std::uint32_t sum = 2166136261u;
+  const auto add = [&](std::uint32_t value) { sum = (sum ^ value) * 16777619u; };
+  for (std::size_t i = 0; i < count; ++i) {
+    add(static_cast<std::uint32_t>(rows[i].number));
+    for (const char* c = rows[i].text; *c; ++c) add(static_cast<unsigned char>(*c));
+  }
+  return sum;
+}
+
+constexpr std::uint32_t kChecksum = ChecksumOf(kTexts, std::size(kTexts));
+
 }  // namespace
 
 std::string LoadText(int number) {
@@ -102,6 +122,12 @@ std::string LoadText(int number) {
     if (row.number == number) return row.text;
   }
   return "String table error - this application may be damaged";
+}
+
+bool AreTextsIntact() noexcept {
+  // Volatile, so that the table in memory is read and not what the compiler knows of it.
+  const TextRow* volatile rows = kTexts;
+  return ChecksumOf(rows, std::size(kTexts)) == kChecksum;
 }
 
 std::string FormatText(int number, const std::string& argument) {

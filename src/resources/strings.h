@@ -12,6 +12,9 @@ std::string LoadText(int number);
 /// LoadText with every "%s" in it replaced by `argument`.
 std::string FormatText(int number, const std::string& argument);
 
+/// False when the table is no longer what was compiled: the program's file has been damaged.
+bool AreTextsIntact() noexcept;
+
 constexpr int kTextMemoryError = 6;  ///< the general failure text
 
 // The palettes of the Palette combo, in its order: kTextFirstPalette + n.
@@ -26,6 +29,9 @@ constexpr int kTextPanelFailed = 2004;
 constexpr int kTextRegisterHostFirst = 2005;
 constexpr int kTextDamagedProgram = 2006;  ///< the integrity check failed
 constexpr int kTextHelpNotShown = 2007;
+constexpr int kTextAskRegistrationName = 2008;
+constexpr int kTextAskRegistrationCode = 2009;
+constexpr int kTextAbout = 2010;  ///< %s: the version
 
 // Builds: the names of the stages, then what may go wrong.
 constexpr int kTextBuilding = 2020;

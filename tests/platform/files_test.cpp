@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace glyphmotion {
 namespace {
@@ -40,6 +40,17 @@ TEST(Files, BytesComeBackAsTheyWere) {
     }
   }
   EXPECT_EQ(folder.Count(), 3) << "no temporary file is left";
+}
+
+TEST(Files, ANameWithoutAFolderIsInTheCurrentOne) {
+  const Folder folder;
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path);
+  const bool written = AtomicWriteFile("plain", "x");
+  fs::current_path(before);
+  EXPECT_TRUE(written);
+  EXPECT_EQ(ReadWholeFile(folder / "plain"), "x");
+  EXPECT_EQ(folder.Count(), 1);
 }
 
 TEST(Files, WhatCannotBeReadGivesNothing) {
@@ -77,6 +88,24 @@ TEST(Files, AFullDiskLeavesTheOldFile) {
   EXPECT_FALSE(written);
   EXPECT_EQ(ReadWholeFile(folder / "kept"), "old");
   EXPECT_EQ(folder.Count(), 1);
+}
+
+// Whenever the program is killed while it saves, one whole version of the file stands.
+TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
+  const Folder folder;
+  const std::string path = folder / "kept", versions[] = {std::string(300000, 'a'), std::string(200000, 'b')};
+  ASSERT_TRUE(AtomicWriteFile(path, versions[0]));
+  for (int round = 0; round < 12; ++round) {
+    const pid_t child = fork();
+    if (child == 0) {
+      for (unsigned i = 0;; ++i) AtomicWriteFile(path, versions[i % 2]);
+    }
+    usleep(static_cast<useconds_t>(2000 + 1700 * round));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const auto content = ReadWholeFile(path);
+    ASSERT_TRUE(content == versions[0] || content == versions[1]) << "round " << round;
+  }
 }
 
 TEST(Files, LinksAndPermissionsStay) {

@@ -327,7 +327,7 @@ void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, con
   control->family = family;
 }
 
-const void* ControlFamily(const Dialog& dialog, int id) {
+const void* FamilyOf(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   return control ? control->family : nullptr;
 }

@@ -49,7 +49,7 @@ bool WriteAll(int descriptor, std::string_view bytes) {
 
 std::string FolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
 /// A new, empty file beside `path`; its name goes to `name`. Names that exist are passed over.
@@ -130,5 +130,7 @@ bool AtomicWriteFile(const std::string& path, std::string_view bytes) noexcept t
 } catch (const std::exception&) {
   return false;
 }
+
+std::string_view LineEnd() noexcept { return "\n"; }
 
 }  // namespace glyphmotion
