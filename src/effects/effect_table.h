@@ -16,6 +16,8 @@ const EffectDescriptor& EffectRow(int i) noexcept;
 /// The row of a name, where case does not count and blanks may be hyphens ("background-hyperspace"); -1 for none.
 int FindEffect(const std::string& name) noexcept;
 
-extern const EffectDescriptor kSimple;
+extern const EffectDescriptor kBackgroundHyperspace, kBackgroundIris, kBreaker, kCubist, kElastic, kEventHorizon, kFuse,
+    kGumdrops, kHyperspace, kIris, kLaser, kNebula, kPhasersOnStun, kPinch, kPulse, kRipple, kRadar, kSingularity,
+    kVortex, kWhiteNoise, kSimple;
 
 }  // namespace glyphmotion

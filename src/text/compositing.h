@@ -7,6 +7,7 @@
 
 #include "controls/read_controls.h"
 #include "materials/material_cache.h"
+#include "text/soft_shadow.h"
 #include "text/text_raster.h"
 
 namespace glyphmotion {
@@ -33,6 +34,7 @@ struct ScrollOffset {
 struct RunCache {
   GlyphCache glyphs;
   MaterialCache materials;
+  SoftShadowCache softShadow;
 };
 
 /// What the composer reads from the controls; an effect may change it before Compose.
@@ -79,6 +81,7 @@ class FrameComposer {
   using Change = std::function<PackedDib(PackedDib)>;
   using Make = std::function<PackedDib(int width, int height)>;
 
+  bool allowEmptyText = false;  ///< an empty text counts as the single blank instead of ending the frame
   std::function<bool(int width, int height)> onSize;  ///< the size is known, nothing made yet; false ends the frame
   Make makeFrame;                                     ///< in place of the background material (and of the solid key)
   Change onFrame;                                     ///< the frame with its background

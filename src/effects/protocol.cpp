@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "effects/protocol.h"
+
+#include "controls/material_control.h"
+#include "controls/variables.h"
+
+namespace glyphmotion {
+
+FrameComposer MakeComposer(EffectContext& context, const PanelRoles& roles, ScrollOffset scroll) {
+  return FrameComposer(*context.dialog, roles, scroll, context.preview, *context.cache);
+}
+
+int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept {
+  context.flags |= kTestCall;
+  context.parameters = parameters;
+  try {
+    context.result = render(context).Release();
+  } catch (...) {  // out of memory: the sample stays empty
+    context.result = nullptr;
+  }
+  return 1;
+}
+
+bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width, int* height) {
+  context.flags |= kBuildCall;
+  context.parameters = parameters;
+  const PackedDib frame = render(context);
+  const DibView view(frame);
+  if (!view) return false;
+  if (width) *width = view.Width();
+  if (height) *height = view.Height();
+  return true;
+}
+
+bool RunFits(EffectContext& context, int width, int height, std::int64_t frames) {
+  const int bits = ReadCheck(*context.dialog, ControlId::AlphaTransparency) ? 32 : 24;
+  const auto bytes = static_cast<std::int64_t>(DibSize(width, height, bits));
+  if (bytes > 0 && frames <= kMaxRunBytes / bytes) return true;
+  context.failure = "An animation of " + std::to_string(frames) + " frames of " + std::to_string(width) + " x " +
+                    std::to_string(height) + " pixels does not fit into memory. Choose fewer frames or a smaller size.";
+  return false;
+}
+
+bool AppendQuietly(EffectContext& context, PackedDib frame, int delay) {
+  if (!frame) return false;
+  FrameRecord record;
+  record.image = frame.Handle();
+  record.delay = delay;
+  if (!AppendFrame(*context.frames, record)) return false;
+  frame.Release();
+  return true;
+}
+
+bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int step, int total) {
+  if (!AppendQuietly(context, std::move(frame), delay)) return false;
+  if (context.hostCalls && context.hostCalls->HostCall) {
+    context.hostCalls->HostCall(nullptr, HostOpProgress, static_cast<std::uint64_t>(step),
+                                static_cast<std::uint64_t>(total));
+  }
+  return true;
+}
+
+Colour AlphaKeyColour() noexcept { return NumberVariable("AlphaGreyBack"); }
+
+Colour SolidBackgroundColour(const Dialog& dialog, int mode, int backgroundControl) noexcept {
+  if (mode != 0) return kNoColour;
+  if (ReadCheck(dialog, ControlId::AlphaTransparency) && ReadCheck(dialog, ControlId::AlphaBackground))
+    return AlphaKeyColour();
+  const auto material = LockMaterial(dialog, backgroundControl);
+  return material && material->Kind == kSolid ? material->Colour : kNoColour;
+}
+
+}  // namespace glyphmotion

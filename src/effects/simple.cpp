@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// Simple: the text scrolls once across the frame in one of four directions and stops for a moment where it stands at
+// rest. The reference case of the composer, which it uses without change.
+#include <algorithm>
+
+#include "effects/effect_table.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr PanelRoles kRoles{.fill = 100,
+                            .shadow = 102,
+                            .background = 104,
+                            .outline = 106,
+                            .fillOpacity = 108,
+                            .shadowOpacity = 110,
+                            .softness = 114,
+                            .shadowOffset = 116,
+                            .shadowDirection = 120,
+                            .shadowEnable = 122,
+                            .outlineEnable = 123};
+constexpr int kFrames = 112, kScroll = 118;
+
+PackedDib Render(EffectContext& context) {
+  return MakeComposer(context, kRoles, ParametersOf<ScrollOffset>(context)).Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  ScrollOffset rest;
+  return RunTest(context, &rest, Render);
+}
+
+enum Direction { kUp = 0, kRight = 1, kLeft = 2, kDown = 3 };
+
+// One run across the frame: the text starts a whole side before its rest place and ends a whole side past it.
+struct Run {
+  bool vertical;
+  double position, step;  // pixels; the step is negative where the position falls
+  int frames;
+};
+
+Run PlanRun(int direction, int width, int height, int frames) {
+  const bool vertical = direction == kUp || direction == kDown;
+  const bool rising = direction == kRight || direction == kDown;
+  const int side = vertical ? height : width;
+  // Never less than a pixel a frame.
+  const int count = std::min(frames, 2 * side);
+  const double step = static_cast<double>(2 * side) / count;
+  return {vertical, rising ? -static_cast<double>(side) : static_cast<double>(side), rising ? step : -step, count};
+}
+
+// The frame nearest to rest from the start side.
+bool Holds(double previous, double position, double step) {
+  return step < 0 ? position >= 0 && position + step < 0 : position >= 0 && previous < 0;
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    ScrollOffset offset;
+    if (!ReadCheck(dialog, ControlId::Animated)) {
+      context.flags |= kBuildCall;
+      context.parameters = &offset;
+      return AppendWithProgress(context, Render(context), delay, 0, 1);
+    }
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &offset, Render, &width, &height)) return false;
+    Run run = PlanRun(ReadDirection(dialog, kScroll), width, height, ReadNumber(dialog, kFrames));
+    if (!RunFits(context, width, height, run.frames)) return false;
+    for (int i = 0; i < run.frames; ++i) {
+      const double previous = run.position;
+      run.position += run.step;
+      (run.vertical ? offset.y : offset.x) = static_cast<int>(run.position);
+      const bool rests = i == run.frames - 1 || Holds(previous, run.position, run.step);
+      if (!AppendWithProgress(context, Render(context), rests ? delay + pause : delay, i, run.frames)) return false;
+    }
+    return true;
+  });
+}
+
+}  // namespace
+
+const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+
+}  // namespace glyphmotion

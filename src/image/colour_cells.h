@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// What a colour matcher remembers: the index of every 24-bit colour, worked out in cubes of 8 x 8 x 8 colours when the
+// first colour of a cube is asked for.
+//
+// A table of 2^24 bytes holds cube after cube, so that neighbouring colours share cache lines and untouched cubes cost
+// no memory (the block comes zeroed from the system, page by page). A look-up is then one load; a cube is filled with
+// the few palette entries that can be nearest to some colour in it. The cubes are those of the 15-bit colours of the
+// fast remap, which therefore only fills them differently.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "image/remap.h"
+#include "platform/memory.h"
+
+namespace glyphmotion {
+
+constexpr std::uint32_t kCubeCount = 32768;
+constexpr std::uint32_t kCubeColours = 512;
+
+struct ColourMatcher::State {
+  Palette palette{};
+  int depth = 8;
+  int count = 256;  ///< entries offered, 0 to 256
+  RemapOptions options;
+
+  MovableBlock block;                    ///< of `table`, locked as long as it exists
+  std::uint8_t* table = nullptr;         ///< kCubeCount x kCubeColours indices, or null before PrepareMatching
+  std::array<bool, kCubeCount> known{};  ///< cubes that have been filled
+
+  /// The entries' channels, apart, for the vector loops; entries past `count` are not read.
+  std::array<std::int32_t, 256> red{}, green{}, blue{};
+};
+
+/// Where a channel's value goes in the number of a colour: five bits to the cube, three to the place in it.
+constexpr auto kPlaces = [] {
+  std::array<std::array<std::uint32_t, 256>, 3> places{};
+  for (std::uint32_t v = 0; v < 256; ++v) {
+    places[0][v] = (v >> 3) << 19 | (v & 7) << 6;
+    places[1][v] = (v >> 3) << 14 | (v & 7) << 3;
+    places[2][v] = (v >> 3) << 9 | (v & 7);
+  }
+  return places;
+}();
+
+/// Makes the table ready; false when memory is out. Call before the first Match.
+bool PrepareMatching(ColourMatcher::State& state) noexcept;
+
+/// Fills one cube.
+void FillCube(ColourMatcher::State& state, std::uint32_t cube) noexcept;
+
+/// The index for a pixel, by the nearest colour or the fast remap as the options say. Channels are 0 to 255.
+inline std::uint8_t Match(ColourMatcher::State& state, std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+  const std::uint32_t place = kPlaces[0][red] | kPlaces[1][green] | kPlaces[2][blue];
+  const std::uint32_t cube = place / kCubeColours;
+  if (!state.known[cube]) [[unlikely]]
+    FillCube(state, cube);
+  return state.table[place];
+}
+
+/// Writes `width` indices in the form of a row of `bits` (1, 4 or 8): the lowest bits of each, the first pixel highest.
+void PackIndices(std::uint8_t* row, const std::uint8_t* indices, int width, int bits) noexcept;
+
+}  // namespace glyphmotion

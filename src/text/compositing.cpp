@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+#include "text/compositing.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "controls/material_control.h"
+#include "controls/variables.h"
+#include "image/filters.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr std::size_t kMaxFaceName = 259;
+
+struct DirectionRow {
+  int textX, textY, shadowX, shadowY;  // factors of the shadow offset
+};
+
+// By direction index: up-left, up, up-right, right, left, down-left, down, down-right. Either the text or the shadow
+// moves, so that neither ever lies at a negative place.
+constexpr DirectionRow kDirections[8] = {{1, 1, 0, 0}, {0, 1, 0, 0}, {0, 1, 1, 0}, {0, 0, 1, 0},
+                                         {1, 0, 0, 0}, {1, 0, 0, 1}, {0, 0, 0, 1}, {0, 0, 1, 1}};
+
+void RaiseAlpha(std::uint8_t& level, int a) { level = static_cast<std::uint8_t>(std::min(255, level + a)); }
+
+void BlendBytes(std::uint8_t* under, int blue, int green, int red, int a) {
+  under[0] = BlendChannel(under[0], blue, a);
+  under[1] = BlendChannel(under[1], green, a);
+  under[2] = BlendChannel(under[2], red, a);
+}
+
+// Blends `count` 24-bit pixels with the weights of a mask's row.
+void BlendRow(std::uint8_t* under, const std::uint8_t* over, const std::uint8_t* mask, int count) {
+  for (int x = 0; x < count; ++x, under += 3, over += 3) {
+    const int a = mask[x];
+    if (a == 0) continue;
+    if (a == 255) {
+      std::memcpy(under, over, 3);
+    } else {
+      BlendBytes(under, over[0], over[1], over[2], a);
+    }
+  }
+}
+
+void RaiseAlphaRow(std::uint8_t* plane, const std::uint8_t* mask, int count) {
+  for (int x = 0; x < count; ++x) RaiseAlpha(plane[x], mask[x]);
+}
+
+// Runs an opening that may be absent.
+PackedDib Apply(const FrameComposer::Change& change, PackedDib dib) {
+  return change && dib ? change(std::move(dib)) : std::move(dib);
+}
+
+}  // namespace
+
+void BlendPixel(const DibView& bitmap, int x, int y, Colour colour, int a) noexcept {
+  if (a == 0 || x < 0 || y < 0 || x >= bitmap.Width() || y >= bitmap.Height()) return;
+  BlendBytes(bitmap.Row(y) + 3 * static_cast<std::size_t>(x), BlueOf(colour), GreenOf(colour), RedOf(colour), a);
+}
+
+void BlendPixel(const FrameLayers& layers, int x, int y, Colour colour, int a) noexcept {
+  BlendPixel(layers.frame, x, y, colour, a);
+  const DibView* alpha = layers.alpha;
+  if (alpha && x >= 0 && y >= 0 && x < alpha->Width() && y < alpha->Height()) RaiseAlpha(alpha->Row(y)[x], a);
+}
+
+FrameComposer::FrameComposer(Dialog& dialog, const PanelRoles& roles, ScrollOffset scroll, bool preview,
+                             RunCache& cache)
+    : dialog_(dialog), roles_(roles), scroll_(scroll), cache_(cache) {
+  TextLine& line = options.line;
+  line.text = DecodeText(ReadText(dialog, ControlId::Text));
+  line.font.family = ReadText(dialog, ControlId::Font).substr(0, kMaxFaceName);
+  line.font.cellHeight = Number(ControlId::Size);
+  line.font.bold = Check(ControlId::Bold);
+  line.font.italic = Check(ControlId::Italic);
+  line.antialias = Check(ControlId::Antialias);
+  line.characterSpace = Number(ControlId::CharacterSpace);
+
+  const auto numberOr = [&](int control, int otherwise) { return control ? Number(control) : otherwise; };
+  options.fillOpacity = numberOr(roles.fillOpacity, 255);
+  options.shadowOpacity = numberOr(roles.shadowOpacity, 255);
+  options.softness = numberOr(roles.softness, 0);
+  options.shadowOffset = numberOr(roles.shadowOffset, 0);
+  options.shadowDirection = roles.shadowDirection ? ReadDirection(dialog, roles.shadowDirection) : 0;
+  options.shadowEnable = roles.shadowEnable && Check(roles.shadowEnable);
+  options.outlineEnable = roles.outlineEnable && Check(roles.outlineEnable);
+  options.outlineColour = roles.outline ? ReadColour(dialog, roles.outline) : 0;
+  options.alpha = !preview && Check(ControlId::AlphaTransparency);
+  options.solidKey = Check(ControlId::AlphaTransparency) && Check(ControlId::AlphaBackground);
+
+  options.margin = Number(ControlId::Pad);
+  if (options.softness > 0) options.margin += 1 + options.softness / 10;
+  if (options.outlineEnable && options.margin < 1) options.margin = 1;
+}
+
+bool FrameComposer::IsSolid(int control) const {
+  const auto material = LockMaterial(dialog_, control);
+  return material && material->Kind == kSolid;
+}
+
+PackedDib FrameComposer::RenderMaterial(int control, int width, int height) {
+  const auto material = LockMaterial(dialog_, control);
+  return material ? cache_.materials.Render(*material, width, height) : PackedDib();
+}
+
+FrameGeometry FrameComposer::Geometry(const TextMeasure& measure) const {
+  FrameGeometry geometry;
+  const int grow = options.shadowEnable ? options.shadowOffset : 0;
+  geometry.width = measure.width + 2 * options.margin + grow;
+  geometry.height = measure.height + 2 * options.margin + grow + options.extraHeight;
+  const bool known = options.shadowDirection >= 0 && options.shadowDirection < 8;
+  const DirectionRow& direction = kDirections[known ? options.shadowDirection : 0];
+  const int offset = options.shadowOffset;
+  geometry.text = {direction.textX * offset, direction.textY * offset};
+  geometry.shadow = {direction.shadowX * offset, direction.shadowY * offset};
+  geometry.textX = scroll_.x + options.margin + geometry.text.x;
+  geometry.textY = scroll_.y + options.margin + geometry.text.y;
+  geometry.shadowX = scroll_.x + options.margin + geometry.shadow.x;
+  geometry.shadowY = scroll_.y + options.margin + geometry.shadow.y;
+  return geometry;
+}
+
+PackedDib FrameComposer::Compose() {
+  if (options.line.text.empty() && !allowEmptyText) return {};
+  options.line.text.push_back(U' ');
+  const TextMeasure measure = MeasureText(options.line, NumberVariable("AccentCompensation") != 0, cache_.glyphs);
+  const FrameGeometry geometry = Geometry(measure);
+  const int width = geometry.width, height = geometry.height;
+  if (!DibSize(width, height, 24)) return {};
+  if (onSize && !onSize(width, height)) return {};
+
+  PackedDib frame = makeFrame          ? makeFrame(width, height)
+                    : options.solidKey ? SolidDib(width, height, NumberVariable("AlphaGreyBack"))
+                                       : RenderMaterial(roles_.background, width, height);
+  frame = Apply(onFrame, std::move(frame));
+  if (!frame || backgroundOnly) return frame;
+
+  PackedDib fill = makeFillBitmap ? makeFillBitmap(width, height) : RenderMaterial(roles_.fill, width, height);
+  fill = Apply(onFillBitmap, std::move(fill));
+  if (!fill) return {};
+  PackedDib shadow;
+  if (options.shadowEnable) {
+    shadow = Apply(onShadowBitmap, RenderMaterial(roles_.shadow, width, height));
+    if (!shadow) return {};
+  }
+  PackedDib plane;
+  if (options.alpha) {
+    plane = BlankMask(width, height);
+    if (!plane) return {};
+  }
+  {
+    const DibView picture(frame), planeView(plane);
+    const DibView* alpha = options.alpha ? &planeView : nullptr;
+    if (!picture || (alpha && !*alpha)) return {};
+    if (options.shadowEnable && !PaintShadow(measure, geometry, picture, alpha, shadow)) return {};
+    shadow.Reset();
+    if (!PaintFill(measure, geometry, picture, alpha, fill)) return {};
+    fill.Reset();
+    if (options.outlineEnable && !PaintOutline(measure, geometry, picture, alpha)) return {};
+  }
+  return options.alpha ? MergeColourAndAlpha(frame, plane) : std::move(frame);
+}
+
+bool FrameComposer::PaintShadow(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
+                                const DibView* alpha, const PackedDib& shadowBitmap) {
+  const int softness = options.softness > 0 ? options.softness + 2 : 0;
+  PackedDib mask;
+  if (softness && !onShadowMask) {
+    mask = cache_.softShadow.Render(options.line, measure, geometry.shadowX, geometry.shadowY, geometry.width,
+                                    geometry.height, options.shadowOpacity, softness, cache_.glyphs);
+  } else {
+    mask = Apply(onShadowMask, RasteriseText(options.line, measure, geometry.shadowX, geometry.shadowY, geometry.width,
+                                             geometry.height, options.shadowOpacity, cache_.glyphs));
+    if (mask && softness) mask = Blur(mask, softness);
+  }
+  mask = Apply(onSoftShadowMask, std::move(mask));
+  const DibView levels(mask), over(shadowBitmap);
+  if (!levels || !over) return false;
+
+  // The shadow's material travels with it; the mask stays in frame coordinates.
+  const int left = std::max(0, geometry.shadowX), top = std::max(0, geometry.shadowY);
+  const int right =
+      std::min({frame.Width(), levels.Width(), geometry.shadowX + std::min(geometry.width, over.Width())});
+  const int bottom =
+      std::min({frame.Height(), levels.Height(), geometry.shadowY + std::min(geometry.height, over.Height())});
+  if (left >= right) return true;
+  for (int y = top; y < bottom; ++y) {
+    const std::uint8_t* row = levels.Row(y) + left;
+    if (alpha) {
+      RaiseAlphaRow(alpha->Row(y) + left, row, right - left);
+    } else {
+      BlendRow(frame.Row(y) + 3 * static_cast<std::size_t>(left),
+               over.Row(y - geometry.shadowY) + 3 * static_cast<std::size_t>(left - geometry.shadowX), row,
+               right - left);
+    }
+  }
+  return true;
+}
+
+bool FrameComposer::PaintFill(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
+                              const DibView* alpha, const PackedDib& fillBitmap) {
+  PackedDib mask =
+      Apply(onTextMask, RasteriseText(options.line, measure, geometry.textX, geometry.textY, geometry.width,
+                                      geometry.height, options.fillOpacity, cache_.glyphs));
+  const DibView levels(mask), over(fillBitmap);
+  if (!levels || !over) return false;
+  // The fill does not move with the text: a scrolling text slides across a stationary material.
+  const int right = std::min({frame.Width(), levels.Width(), over.Width()});
+  const int bottom = std::min({frame.Height(), levels.Height(), over.Height()});
+  for (int y = 0; y < bottom; ++y) {
+    BlendRow(frame.Row(y), over.Row(y), levels.Row(y), right);
+    if (alpha) RaiseAlphaRow(alpha->Row(y), levels.Row(y), right);
+  }
+  return !afterFill || afterFill({frame, alpha, levels, geometry});
+}
+
+bool FrameComposer::PaintOutline(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
+                                 const DibView* alpha) {
+  PackedDib mask =
+      Apply(onOutlineMask, OutlineMask(options.line, measure, geometry.textX, geometry.textY, geometry.width,
+                                       geometry.height, options.outlineLevel, cache_.glyphs));
+  const DibView levels(mask);
+  if (!levels) return false;
+  const int blue = BlueOf(options.outlineColour), green = GreenOf(options.outlineColour),
+            red = RedOf(options.outlineColour);
+  const int right = std::min(frame.Width(), levels.Width() - 1), bottom = std::min(frame.Height(), levels.Height());
+  for (int y = 0; y < bottom; ++y) {
+    const std::uint8_t* row = levels.Row(y) + 1;  // the mask's column x + 1 belongs to the frame's column x
+    std::uint8_t* pixel = frame.Row(y);
+    for (int x = 0; x < right; ++x, pixel += 3) {
+      if (row[x]) BlendBytes(pixel, blue, green, red, row[x]);
+    }
+    if (alpha && right > 0) RaiseAlphaRow(alpha->Row(y), row, right);
+  }
+  return !afterOutline || afterOutline({frame, alpha, levels, geometry});
+}
+
+}  // namespace glyphmotion
