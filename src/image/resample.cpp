@@ -19,10 +19,10 @@ namespace {
 // Which source positions make each output position of one axis.
 struct Contributions {
   int source = 0, target = 0;  // lengths
-  std::unique_ptr<int[]> first;
-  std::unique_ptr<Taps[]> taps;
-  std::unique_ptr<double[]> exact;
-  std::unique_ptr<float[]> fast;
+  Scratch<int> first;
+  Scratch<Taps> taps;
+  Scratch<double> exact;
+  Scratch<float> fast;
 };
 
 // Fills in the weights of output position c; `exact` and `fast` have room for the window.
@@ -74,8 +74,8 @@ bool FindContributions(int source, int target, const ResampleFilter& filter, Con
 
 // kLanes lines side by side: source position j of lane l is samples[j * kLanes + l].
 struct Strip {
-  std::unique_ptr<float[]> samples;
-  std::unique_ptr<int[]> filledBefore;  // positions below j that hold anything but zeros
+  Scratch<float> samples;
+  Scratch<int> filledBefore;  // positions below j that hold anything but zeros
 };
 
 bool MakeStrip(int length, Strip& strip) {
