@@ -131,6 +131,7 @@ typedef struct HostColorPickRecord {
   uint32_t version;
   const uint8_t* palette;    /* 256 times red, green, blue, to offer */
   uint32_t depth;            /* 24 */
+  uint32_t reserved20;
   uint32_t color;            /* in: the colour to start from. out: the colour chosen. 0x00BBGGRR */
   uint32_t reserved28;
   uint64_t ownerWindow;

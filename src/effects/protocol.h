@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "glyphmotion/host_contract.h"
 #include "image/frame_list.h"
@@ -32,6 +33,7 @@ struct EffectContext {
   void* parameters = nullptr;                ///< the effect's block, living in its test or build function
   bool preview = false;                      ///< the sample window: no alpha plane
   RunCache* cache = nullptr;                 ///< what the frames of this run share
+  std::string failure;  ///< why a build failed, when it is not for want of memory: one sentence for the user
 };
 
 /// One row of the EffectTable. The functions never throw; zero means failure.
@@ -41,7 +43,7 @@ struct EffectDescriptor {
   int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
-  int backgroundControl = 0;
+  const PanelRoles* roles = nullptr;  ///< the panel's controls by role
 };
 
 /// The renderer of one frame; empty on failure.
@@ -57,6 +59,13 @@ int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept;
 /// Begins a build: sets the flag and the block, renders once and throws the image away, giving its size. False when it
 /// could not be rendered; the build then returns 0.
 bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width = nullptr, int* height = nullptr);
+
+/// False, with the sentence set, when a run of that many frames of a size cannot be held in memory (kMaxRunBytes).
+/// Asked before the first frame of a build is kept.
+bool RunFits(EffectContext& context, int width, int height, std::int64_t frames);
+
+/// All frames of a run are held at once until the host has them.
+constexpr std::int64_t kMaxRunBytes = std::int64_t{4} << 30;
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.

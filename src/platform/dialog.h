@@ -124,7 +124,9 @@ using ControlProcedure = std::int64_t (*)(Dialog& dialog, int id, const Message&
 
 /// Runs a dialog until EndDialog. `owner` is the host's window or null. Returns EndDialog's result, or -1 when it could
 /// not be made. In memory: the procedure gets kMessageInitialise with `parameter`, the queue is pumped, then the driver
-/// runs; when the driver returns and nothing has ended the dialog, it ends with 0. kMessageDestroy comes last.
+/// runs; when the driver returns and nothing has ended the dialog, it ends with 0. kMessageDestroy comes last: to the
+/// dialog's procedure, while its controls still stand, then to the procedure of every control that has one, in the
+/// order of the children; there a control frees what its word holds. It comes whatever was thrown, which then goes on.
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter);
 void EndDialog(Dialog& dialog, std::int64_t result);
 bool HasEnded(const Dialog& dialog);
@@ -143,8 +145,9 @@ std::vector<int> Children(const Dialog& dialog);
 bool HasControl(const Dialog& dialog, int id);
 ControlKind KindOf(const Dialog& dialog, int id);
 
+/// The text of a combo or a list is that of its selected item. A trackbar's text is its position.
 std::string GetText(const Dialog& dialog, int id);
-/// Like a person's typing: an edit notifies the dialog with kEditChanged.
+/// Like a person's typing: an edit notifies the dialog with kEditChanged. Combos and lists ignore it (SelectText).
 void SetText(Dialog& dialog, int id, const std::string& text);
 /// The control's text as a decimal number, as a machine's own dialogs read it: leading blanks skipped, 0 when there is
 /// none or it does not fit; a minus counts only when `isSigned`.
@@ -190,7 +193,7 @@ struct ControlRectangle {
 ControlRectangle RectangleOf(const Dialog& dialog, int id);
 void ResizeControl(Dialog& dialog, int id, int width, int height);
 
-/// The range of an up-down.
+/// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar.
 void SetRange(Dialog& dialog, int id, int minimum, int maximum);
 
 /// Gives a control its behaviour; `family` is kept with it for the procedure's own use.

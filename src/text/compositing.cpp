@@ -165,10 +165,16 @@ PackedDib FrameComposer::Compose() {
 
 bool FrameComposer::PaintShadow(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
                                 const DibView* alpha, const PackedDib& shadowBitmap) {
-  PackedDib mask = RasteriseText(options.line, measure, geometry.shadowX, geometry.shadowY, geometry.width,
-                                 geometry.height, options.shadowOpacity, cache_.glyphs);
-  mask = Apply(onShadowMask, std::move(mask));
-  if (mask && options.softness > 0) mask = Blur(mask, options.softness + 2);
+  const int softness = options.softness > 0 ? options.softness + 2 : 0;
+  PackedDib mask;
+  if (softness && !onShadowMask) {
+    mask = cache_.softShadow.Render(options.line, measure, geometry.shadowX, geometry.shadowY, geometry.width,
+                                    geometry.height, options.shadowOpacity, softness, cache_.glyphs);
+  } else {
+    mask = Apply(onShadowMask, RasteriseText(options.line, measure, geometry.shadowX, geometry.shadowY, geometry.width,
+                                             geometry.height, options.shadowOpacity, cache_.glyphs));
+    if (mask && softness) mask = Blur(mask, softness);
+  }
   mask = Apply(onSoftShadowMask, std::move(mask));
   const DibView levels(mask), over(shadowBitmap);
   if (!levels || !over) return false;

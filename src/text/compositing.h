@@ -7,6 +7,7 @@
 
 #include "controls/read_controls.h"
 #include "materials/material_cache.h"
+#include "text/soft_shadow.h"
 #include "text/text_raster.h"
 
 namespace glyphmotion {
@@ -33,6 +34,7 @@ struct ScrollOffset {
 struct RunCache {
   GlyphCache glyphs;
   MaterialCache materials;
+  SoftShadowCache softShadow;
 };
 
 /// What the composer reads from the controls; an effect may change it before Compose.

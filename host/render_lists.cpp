@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// The lists that --list shows.
+#include <glyphmotion/render.h>
+
+#include "controls/variables.h"
+#include "effects/effect_table.h"
+#include "image/fixed_palettes.h"
+#include "platform/text_engine.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+const char* NameOf(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::NumberEdit:
+      return "number";
+    case ControlKind::Check:
+      return "check";
+    case ControlKind::Edit:
+      return "text";
+    case ControlKind::Combo:
+    case ControlKind::SortedCombo:
+    case ControlKind::List:
+      return "list";
+    case ControlKind::ColourButton:
+      return "colour";
+    case ControlKind::MaterialButton:
+      return "material";
+    case ControlKind::ShadowDirection:
+      return "direction 0-7";
+    case ControlKind::ScrollFour:
+      return "direction 0-3";
+    case ControlKind::ScrollTwo:
+      return "direction 0-1";
+    case ControlKind::ScrollAxis:
+      return "axis 0-1";
+    case ControlKind::Button:
+    case ControlKind::DefaultButton:
+      return "button";
+    default:
+      return "";
+  }
+}
+
+const char* NameOfFlags(std::uint32_t flags) {
+  if (flags & kSettingText) return "text";
+  return flags & kSettingSwitch ? "switch" : "number";
+}
+
+std::string WithoutMnemonic(std::string text) {
+  std::erase(text, '&');
+  return text;
+}
+
+void ListTemplate(const DialogTemplate& dialogTemplate, const char* panel, std::vector<ControlInfo>& list) {
+  std::string label;
+  for (std::size_t i = 0; i < dialogTemplate.controls.size(); ++i) {
+    const ControlTemplate& control = dialogTemplate.controls[i];
+    if (control.kind == ControlKind::Label) label = WithoutMnemonic(control.caption);
+    const char* kind = NameOf(control.kind);
+    if (!*kind || control.id < 1) continue;
+    ControlInfo info;
+    info.id = control.id;
+    info.kind = kind;
+    const bool captioned = control.kind == ControlKind::Check || control.kind == ControlKind::Button ||
+                           control.kind == ControlKind::DefaultButton;
+    info.caption = captioned ? WithoutMnemonic(control.caption) : label;
+    if (control.kind == ControlKind::NumberEdit && i + 1 < dialogTemplate.controls.size()) {
+      info.range = dialogTemplate.controls[i + 1].caption;
+    } else if (control.kind == ControlKind::Combo) {
+      info.range = control.caption;
+    }
+    info.key = control.key ? control.key : "";
+    info.panel = panel;
+    list.push_back(std::move(info));
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> EffectNames() {
+  std::vector<std::string> names;
+  for (int i = 0; i < kEffectCount; ++i) names.emplace_back(EffectRow(i).name);
+  return names;
+}
+
+std::vector<std::string> PaletteNames() {
+  std::vector<std::string> names(1);
+  for (const char* c = kFixedPaletteNames; *c; ++c) {
+    if (*c == ';') {
+      names.emplace_back();
+    } else {
+      names.back() += *c;
+    }
+  }
+  return names;
+}
+
+std::vector<std::string> FontNames() { return FontFamilies(); }
+
+std::vector<KeyInfo> Keys() {
+  std::vector<KeyInfo> keys;
+  for (const SettingsRow& row : SettingsTable()) {
+    const ControlTemplate* control = FindControlOfKey(row.key);
+    const bool text = row.flags & kSettingText;
+    keys.push_back({row.key, NameOfFlags(row.flags), text ? row.defaultText : std::to_string(row.defaultNumber),
+                    control ? control->id : 0});
+  }
+  return keys;
+}
+
+std::vector<ControlInfo> Controls() {
+  std::vector<ControlInfo> list;
+  ListTemplate(kMainDialogTemplate, "", list);
+  for (int i = 0; i < kEffectCount; ++i)
+    ListTemplate(*PanelTemplates()[static_cast<std::size_t>(i)], EffectRow(i).name, list);
+  return list;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// The user of a rendering job: does to the main dialog what a person with that wish would do.
+#pragma once
+
+#include <glyphmotion/render.h>
+
+#include <functional>
+#include <string>
+
+#include "image/packed_dib.h"
+#include "platform/dialog.h"
+
+namespace glyphmotion {
+
+class ScriptedUser {
+ public:
+  /// `messages` grows with what the dialog's message boxes say.
+  ScriptedUser(const Job& job, const std::vector<std::string>& messages) : job_(job), messages_(messages) {}
+
+  /// Sets the controls in the order of force and presses the button of the job's action; a sample goes to `sample`. On
+  /// a value that is wrong nothing is pressed and Error() says why.
+  void Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample);
+
+  /// One sentence, or empty.
+  const std::string& Error() const { return error_; }
+  /// The script came to its end and, for a sample or a saved document, did what was asked.
+  bool Played() const { return played_; }
+
+ private:
+  bool LoadDocumentFirst(Dialog& dialog);
+  bool ChooseEffect(Dialog& dialog);
+  bool SetMaterials(Dialog& dialog);
+  bool Apply(Dialog& dialog, const Job::Setting& setting);
+  bool ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting);
+  bool SetMaterial(Dialog& dialog, int id, const std::string& text);
+  bool SetColour(Dialog& dialog, int id, const std::string& text);
+  bool SetFont(Dialog& dialog, const std::string& family);
+  bool SetByLine(Dialog& dialog, int id, const std::string& value);
+  bool Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample);
+  bool Fail(std::string sentence);
+
+  const Job& job_;
+  const std::vector<std::string>& messages_;
+  std::string error_;
+  bool played_ = false;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "controls/face_painting.h"
+
+#include <algorithm>
+
+namespace glyphmotion {
+namespace {
+
+std::uint8_t* PixelOf(const DrawRequest& request, int x, int y) {
+  return request.pixels + request.stride * y + 3 * static_cast<std::ptrdiff_t>(x);
+}
+
+void PaintPixel(const DrawRequest& request, int x, int y, Colour colour) {
+  if (x < 0 || y < 0 || x >= request.width || y >= request.height) return;
+  std::uint8_t* pixel = PixelOf(request, x, y);
+  pixel[0] = static_cast<std::uint8_t>(BlueOf(colour));
+  pixel[1] = static_cast<std::uint8_t>(GreenOf(colour));
+  pixel[2] = static_cast<std::uint8_t>(RedOf(colour));
+}
+
+}  // namespace
+
+void FillFace(const DrawRequest& request, Rect rect, Colour colour) noexcept {
+  const int right = std::min(rect.right, request.width), bottom = std::min(rect.bottom, request.height);
+  for (int y = std::max(rect.top, 0); y < bottom; ++y) {
+    for (int x = std::max(rect.left, 0); x < right; ++x) PaintPixel(request, x, y, colour);
+  }
+}
+
+void FrameFace(const DrawRequest& request, Rect rect, Colour topLeft, Colour bottomRight) noexcept {
+  if (rect.Width() < 1 || rect.Height() < 1) return;
+  FillFace(request, {rect.left, rect.top, rect.right, rect.top + 1}, topLeft);
+  FillFace(request, {rect.left, rect.top, rect.left + 1, rect.bottom}, topLeft);
+  FillFace(request, {rect.left, rect.bottom - 1, rect.right, rect.bottom}, bottomRight);
+  FillFace(request, {rect.right - 1, rect.top, rect.right, rect.bottom}, bottomRight);
+}
+
+void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed, Colour face) noexcept {
+  const Colour light = GetSystemColour(SystemColour::Highlight);
+  const Colour shadow = GetSystemColour(SystemColour::ButtonShadow), dark = GetSystemColour(SystemColour::DarkShadow);
+  const Colour soft = GetSystemColour(SystemColour::Light3D);
+  FillFace(request, rect, face);
+  FrameFace(request, rect, pressed ? dark : light, pressed ? light : dark);
+  FrameFace(request, Shrunk(rect, 1), pressed ? shadow : soft, pressed ? soft : shadow);
+}
+
+void DottedFrame(const DrawRequest& request, Rect rect) noexcept {
+  const Colour colours[] = {GetSystemColour(SystemColour::Highlight), GetSystemColour(SystemColour::ButtonText)};
+  const auto dot = [&](int x, int y) { PaintPixel(request, x, y, colours[(x ^ y) & 1]); };
+  for (int x = rect.left; x < rect.right; ++x) {
+    dot(x, rect.top);
+    dot(x, rect.bottom - 1);
+  }
+  for (int y = rect.top; y < rect.bottom; ++y) {
+    dot(rect.left, y);
+    dot(rect.right - 1, y);
+  }
+}
+
+void PaintMask(const DrawRequest& request, int x, int y, std::span<const std::string_view> rows, MaskTurn turn,
+               Colour colour) noexcept {
+  const auto height = static_cast<int>(rows.size()), width = height ? static_cast<int>(rows[0].size()) : 0;
+  for (int row = 0; row < height; ++row) {
+    for (int column = 0; column < width; ++column) {
+      if (rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)] != '#') continue;
+      int across = turn.transpose ? row : column, down = turn.transpose ? column : row;
+      if (turn.mirror) across = (turn.transpose ? height : width) - 1 - across;
+      if (turn.flip) down = (turn.transpose ? width : height) - 1 - down;
+      PaintPixel(request, x + across, y + down, colour);
+    }
+  }
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Values in a document's lines.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+namespace glyphmotion {
+
+/// Length of a family's stem, with which each line begins.
+constexpr std::size_t kStemLength = 6;
+
+/// The number a text begins with, after blanks and a sign; 0 when there is none, the nearest 32-bit number when it is
+/// too large.
+inline std::int32_t LeadingNumber(std::string_view text) noexcept {
+  std::size_t i = 0;
+  while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;
+  const bool negative = i < text.size() && text[i] == '-';
+  if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  std::int64_t value = 0;
+  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+    value = std::min(value * 10 + (text[i] - '0'), kMost + 1);
+  }
+  return static_cast<std::int32_t>(negative ? -value : std::min(value, kMost));
+}
+
+}  // namespace glyphmotion

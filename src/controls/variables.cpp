@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The variables stand in an array in table order. A key is found by binary search in a list of row numbers that is
+// sorted by key once.
+#include "controls/variables.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace glyphmotion {
+namespace {
+
+void GiveDefault(Variable& variable) {
+  variable.number = variable.row->defaultNumber;
+  variable.text = variable.row->defaultText;
+}
+
+struct Store {
+  std::vector<Variable> variables;   // never resized after construction, so pointers into it stay valid
+  std::vector<std::uint16_t> byKey;  // row numbers, sorted by key
+  Store() : variables(SettingsTable().size()), byKey(SettingsTable().size()) {
+    for (std::size_t i = 0; i < variables.size(); ++i) {
+      variables[i].row = &SettingsTable()[i];
+      GiveDefault(variables[i]);
+    }
+    std::iota(byKey.begin(), byKey.end(), std::uint16_t{0});
+    std::sort(byKey.begin(), byKey.end(), [](std::uint16_t a, std::uint16_t b) { return KeyOf(a) < KeyOf(b); });
+  }
+  static std::string_view KeyOf(std::size_t row) { return SettingsTable()[row].key; }
+};
+
+Store& TheStore() {
+  static Store store;
+  return store;
+}
+
+}  // namespace
+
+Variable* FindVariable(std::string_view key) noexcept {
+  Store& store = TheStore();
+  const auto at =
+      std::lower_bound(store.byKey.begin(), store.byKey.end(), key,
+                       [](std::uint16_t row, std::string_view wanted) { return Store::KeyOf(row) < wanted; });
+  if (at == store.byKey.end() || Store::KeyOf(*at) != key) return nullptr;
+  return &store.variables[*at];
+}
+
+Variable& VariableAt(std::size_t i) noexcept { return TheStore().variables[i]; }
+
+void ResetVariables() {
+  for (Variable& variable : TheStore().variables) GiveDefault(variable);
+}
+
+std::uint32_t NumberVariable(std::string_view key) noexcept {
+  const Variable* variable = FindVariable(key);
+  return variable ? variable->number : 0;
+}
+
+const std::string& TextVariable(std::string_view key) noexcept {
+  static const std::string none;
+  const Variable* variable = FindVariable(key);
+  return variable ? variable->text : none;
+}
+
+}  // namespace glyphmotion

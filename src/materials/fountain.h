@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Fountains: gradients of up to 64 markers between a start and an end colour, and the library file of favourites.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "materials/material.h"
+
+namespace glyphmotion {
+
+constexpr int kMaxMarkers = 64;
+constexpr std::size_t kFountainDiskBytes = 581;
+
+constexpr std::uint32_t kFountainKeepsFile = 1;  ///< Flags bit 0
+constexpr std::uint32_t kFountainLooped = 2;     ///< Flags bit 1
+
+constexpr std::uint32_t MakeMarker(int position, Colour colour) {
+  return static_cast<std::uint32_t>(position & 0xFF) << 24 | (colour & 0xFFFFFF);
+}
+constexpr int MarkerPosition(std::uint32_t marker) { return static_cast<int>(marker >> 24); }
+
+/// Mode 0: no markers; 1: one grey; 2: the spectrum of seven. From black to white. Other modes as 0.
+void DefaultFountain(FountainSpec& fountain, int mode) noexcept;
+
+/// The 581 bytes of the disk form: the handle narrowed to four zero bytes.
+void FountainToDisk(std::uint8_t* dest, const FountainSpec& source) noexcept;
+/// The memory form of 581 bytes; the preview is cleared.
+void FountainFromDisk(FountainSpec& dest, const std::uint8_t* source) noexcept;
+
+/// trunc(position / 255.0 * width) of each of the first min(MarkerCount, 64) markers into `out`; their count.
+int MarkerPositions(const FountainSpec& fountain, int width, int (&out)[kMaxMarkers]) noexcept;
+
+/// A new 24-bit bitmap, colours running from left to right; nothing on failure. Markers are drawn in their order: one
+/// that lies before its predecessor moves the pen back without drawing.
+PackedDib FountainToBitmap(const FountainSpec& fountain, int width, int height) noexcept;
+
+/// By position, where 0 counts as the highest: a zeroed marker goes last, and so does a true marker at 0.
+void SortMarkers(FountainSpec& fountain) noexcept;
+
+/// A position that no marker has, near `position`; -1 when there are 64 markers or the search finds none. The search
+/// steps to and fro within 0 to 63, odd as that is for positions up to 255, and fails when it begins to circle.
+int FreePosition(const FountainSpec& fountain, int position) noexcept;
+
+}  // namespace glyphmotion

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "materials/library_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace glyphmotion {
+namespace {
+
+// Paths are UTF-8 on every platform.
+std::filesystem::path PathOf(const std::string& path) {
+  return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+}  // namespace
+
+FileReader::FileReader(const std::string& path) noexcept {
+  try {
+    const std::filesystem::path file = PathOf(path);
+    // Folders, pipes and devices are no libraries, and some of them never end.
+    if (!std::filesystem::is_regular_file(file)) return;
+    remaining_ = std::filesystem::file_size(file);
+    in_.open(file, std::ios::binary);
+    open_ = in_.is_open();
+  } catch (...) {
+  }
+  if (!open_) remaining_ = 0;
+}
+
+bool FileReader::Read(void* bytes, std::size_t count) noexcept {
+  if (count > remaining_) return false;
+  try {
+    in_.read(static_cast<char*>(bytes), static_cast<std::streamsize>(count));
+    remaining_ -= count;
+    return static_cast<std::size_t>(in_.gcount()) == count;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool FileReader::Skip(std::uint64_t count) noexcept {
+  if (count > remaining_) return false;
+  try {
+    in_.seekg(static_cast<std::streamoff>(count), std::ios::cur);
+    remaining_ -= count;
+    return in_.good();
+  } catch (...) {
+    return false;
+  }
+}
+
+bool ReadFileBytes(const std::string& path, std::string& bytes, std::size_t limit) noexcept {
+  bytes.clear();
+  FileReader reader(path);
+  if (!reader) return false;
+  try {
+    bytes.resize(static_cast<std::size_t>(std::min<std::uint64_t>(limit, reader.Remaining())));
+    if (reader.Read(bytes.data(), bytes.size())) return true;
+  } catch (...) {
+  }
+  bytes.clear();
+  return false;
+}
+
+void BackUpFile(const std::string& path) noexcept {
+  try {
+    std::error_code error;
+    const std::filesystem::path file = PathOf(path), copy = PathOf(path + ".bak");
+    if (!std::filesystem::exists(file, error)) return;
+    std::filesystem::remove(copy, error);
+    std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing, error);
+  } catch (...) {
+  }
+}
+
+}  // namespace glyphmotion

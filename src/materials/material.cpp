@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "materials/material.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "materials/fountain.h"
+#include "materials/library_file.h"
+#include "materials/texture_library.h"
+#include "materials/tile.h"
+#include "platform/files.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr std::size_t kDiskBytes = 1270;
+constexpr char kSignature[] = "TESSCMAT";
+constexpr std::size_t kSignatureBytes = 8;
+
+// Where the disk form differs from memory: three handles of 8 bytes are 4 on disk, so each stretch of bytes between
+// them lies a little lower. The fountain holds the first of them.
+constexpr std::size_t kFountainAt = offsetof(Material, Fountain);
+constexpr std::size_t kTextureAt = offsetof(Material, Texture);
+constexpr std::size_t kTileBitmapAt = offsetof(Material, Tile) + offsetof(TileSpec, TileBitmap);
+constexpr std::size_t kTileBoundsAt = offsetof(Material, Tile) + offsetof(TileSpec, Left);
+constexpr std::size_t kPreviewAt = offsetof(Material, Preview);
+constexpr std::size_t kAverageAt = offsetof(Material, AverageColour);
+static_assert(kFountainAt + kFountainDiskBytes == 649 && kTileBitmapAt - 4 == 1182 && kTileBoundsAt - 8 == 1186 &&
+              kPreviewAt - 8 == 1234 && kAverageAt - 12 == 1238 && sizeof(Material) - 12 == kDiskBytes);
+
+void ToDisk(std::uint8_t* disk, const Material& material) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(&material);
+  std::memset(disk, 0, kDiskBytes);
+  std::memcpy(disk, bytes, kFountainAt);
+  FountainToDisk(disk + kFountainAt, material.Fountain);
+  std::memcpy(disk + kTextureAt - 4, bytes + kTextureAt, kTileBitmapAt - kTextureAt);
+  // Reserved bytes are written as zeros, whatever the record holds.
+  std::memcpy(disk + kTileBoundsAt - 8, bytes + kTileBoundsAt, offsetof(TileSpec, Reserved) - offsetof(TileSpec, Left));
+  std::memcpy(disk + kAverageAt - 12, bytes + kAverageAt, sizeof(material.AverageColour));
+}
+
+void FromDisk(Material& material, const std::uint8_t* disk) {
+  auto* bytes = reinterpret_cast<std::uint8_t*>(&material);
+  std::memset(bytes, 0, sizeof(Material));
+  std::memcpy(bytes, disk, kFountainAt);
+  FountainFromDisk(material.Fountain, disk + kFountainAt);
+  std::memcpy(bytes + kTextureAt, disk + kTextureAt - 4, kTileBitmapAt - kTextureAt);
+  std::memcpy(bytes + kTileBoundsAt, disk + kTileBoundsAt - 8, kPreviewAt - kTileBoundsAt);
+  std::memcpy(bytes + kAverageAt, disk + kAverageAt - 12, sizeof(Material) - kAverageAt);
+  material.Size = sizeof(Material);
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+}  // namespace
+
+void DefaultMaterial(Material& material, Colour colour) noexcept {
+  std::memset(&material, 0, sizeof(material));
+  std::memcpy(material.Signature, kSignature, kSignatureBytes);
+  material.Size = sizeof(Material);
+  material.Version = 0x00040000;
+  material.Colour = colour;
+  material.Gradient.StartColour = 0x404040;
+  material.Gradient.EndColour = 0xC0C0C0;
+  material.Gradient.Midpoint = 50;
+  material.Gradient.TwoColor = 1;
+  DefaultFountain(material.Fountain, 2);
+  DefaultTextureSpec(material.Texture);
+}
+
+Colour AverageBitmapColour(const PackedDib& bitmap) noexcept {
+  const DibView view(bitmap);
+  if (!view) return 0;
+  std::uint64_t red = 0, green = 0, blue = 0;
+  for (int y = 0; y < view.Height(); ++y) {
+    for (int x = 0; x < view.Width(); ++x) {
+      const Colour colour = view.GetPixel(x, y);
+      red += colour & 0xFF;
+      green += (colour >> 8) & 0xFF;
+      blue += (colour >> 16) & 0xFF;
+    }
+  }
+  const auto count = static_cast<std::uint64_t>(view.Width()) * static_cast<std::uint64_t>(view.Height());
+  return MakeColour(static_cast<int>(red / count), static_cast<int>(green / count), static_cast<int>(blue / count));
+}
+
+PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept {
+  PackedDib picture =
+      material.Kind == kSolid ? SolidDib(width, height, material.Colour) : BlankDib(width, height, nullptr, 24);
+  if (!picture || material.Kind < kTile || material.Kind > kTile) return picture;
+  material.Tile.Left = material.Tile.Top = 0;
+  material.Tile.Right = width;
+  material.Tile.Bottom = height;
+  return RenderTile(material.Tile);
+}
+
+std::string HexEncode(const void* bytes, std::size_t count) {
+  static constexpr char digits[] = "0123456789ABCDEF";
+  const auto* from = static_cast<const std::uint8_t*>(bytes);
+  std::string text(2 * count, '0');
+  for (std::size_t i = 0; i < count; ++i) {
+    text[2 * i] = digits[from[i] >> 4];
+    text[2 * i + 1] = digits[from[i] & 15];
+  }
+  return text;
+}
+
+MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
+  MovableBlock block(AllocateBlock(count + 1));
+  auto* bytes = static_cast<std::uint8_t*>(LockBlock(block.Handle()));
+  if (!bytes) return {};
+  bool valid = true;
+  for (std::size_t i = 0; i < count && valid; ++i) {
+    // The text ends at its first NUL, in either place of a pair.
+    if (2 * i + 1 >= text.size() || !text[2 * i] || !text[2 * i + 1]) break;
+    const int high = HexDigit(text[2 * i]), low = HexDigit(text[2 * i + 1]);
+    valid = high >= 0 && low >= 0;
+    if (valid) bytes[i] = static_cast<std::uint8_t>(high << 4 | low);
+  }
+  UnlockBlock(block.Handle());
+  return valid ? std::move(block) : MovableBlock{};
+}
+
+MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile) noexcept {
+  MovableBlock block(AllocateBlock(sizeof(Material)));
+  const LockedBlock<Material> material(block.Handle());
+  if (!material) return block;
+  DefaultMaterial(*material, colour);
+  std::string bytes;
+  if (readFile && ReadFileBytes(path, bytes, kDiskBytes) && bytes.size() == kDiskBytes &&
+      bytes.compare(0, kSignatureBytes, kSignature) == 0) {
+    FromDisk(*material, reinterpret_cast<const std::uint8_t*>(bytes.data()));
+  }
+  material->Preview = 0;
+  material->Tile.TileBitmap = 0;
+  LoadTileOf(material->Tile);
+  material->ButtonState = 0;
+  return block;
+}
+
+bool SaveMaterial(BlockHandle block, const std::string& path) noexcept {
+  const LockedBlock<Material> material(block);
+  if (!material || path.empty()) return false;
+  try {
+    std::string bytes(kDiskBytes, '\0');
+    ToDisk(reinterpret_cast<std::uint8_t*>(bytes.data()), *material);
+    return AtomicWriteFile(path.substr(0, 260), bytes);
+  } catch (...) {
+    return false;
+  }
+}
+
+void FreeMaterial(BlockHandle block) noexcept {
+  if (const LockedBlock<Material> material(block); material) {
+    FreeBlock(HandleOf(material->Preview));
+    FreeBlock(HandleOf(material->Tile.TileBitmap));
+  }
+  FreeBlock(block);
+}
+
+}  // namespace glyphmotion

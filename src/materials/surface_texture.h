@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Textures that are shaded surfaces: craters stamped into a height field, and gradient noise with bubbles.
+#pragma once
+
+#include "materials/material.h"
+
+namespace glyphmotion {
+
+/// A flat surface hit by CreaterCount * 10 impacts of power-law size, lit along the rows: BackColour and ForeColour[0]
+/// mixed by the slope. Seeded by SeedValue[0]. A new 24-bit bitmap of the bounds' size, or nothing.
+PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept;
+
+/// Octaves of gradient noise (MatrixSize 32 to 1024 gives 0 to 8 of them) and stamped bubbles make a grey, which three
+/// curves turn into colour. The bubbles follow SeedValue[0]; the noise follows that of the first such texture of the
+/// process. A new 24-bit bitmap of the bounds' size, or nothing.
+PackedDib GeneratePerturbationTexture(const TextureSpec& spec) noexcept;
+
+/// Whether some perturbation texture has built the noise tables, which then stand for the life of the process.
+bool NoiseTablesBuilt() noexcept;
+
+/// The bounds of a square of `side` pixels.
+inline void SetTextureBounds(TextureSpec& spec, int side) noexcept {
+  spec.Left = spec.Top = 0;
+  spec.Right = spec.Bottom = side;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Named textures and the text files that hold them, one group a file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "materials/material.h"
+
+namespace glyphmotion {
+
+constexpr int kTextureTypes = 6;
+
+/// The defaults of every field, bounds and reserved bytes zero.
+void DefaultTextureSpec(TextureSpec& spec) noexcept;
+
+}  // namespace glyphmotion

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// Tiles: one small bitmap repeated over the fill, and the binary libraries that hold groups of them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "materials/library_stamp.h"
+#include "materials/material.h"
+
+namespace glyphmotion {
+
+/// Handles in records are 64-bit numbers.
+inline BlockHandle HandleOf(std::uint64_t word) noexcept {
+  return reinterpret_cast<BlockHandle>(static_cast<std::uintptr_t>(word));
+}
+inline std::uint64_t WordOf(BlockHandle block) noexcept {
+  return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(block));
+}
+
+/// A path from a record's field of 261 bytes, which may lack its NUL.
+std::string PathOfTile(const TileSpec& tile);
+/// Puts a path into the field, cut to 260 bytes.
+void SetTilePath(TileSpec& tile, const std::string& path) noexcept;
+
+/// A new block with tile number `index` (from 0) of a library, byte for byte as it is stored; nothing when the file is
+/// missing, foreign or short, or has no such tile. Items of another signature are counted and passed over.
+PackedDib LoadMatrixTile(const std::string& path, std::uint32_t index) noexcept;
+
+/// Loads TileBitmap from TilePath at TileIndex, if there is a path; the field is overwritten, not freed.
+void LoadTileOf(TileSpec& tile) noexcept;
+
+/// A new 24-bit bitmap of the size of the record's bounds, the tile repeated from the top left corner without
+/// mirroring; without a tile, the built-in one. Nothing on failure.
+PackedDib RenderTile(const TileSpec& tile) noexcept;
+
+/// A new 24-bit bitmap with the same picture: 1 bit gives black and white, 2 to 8 bits go through the palette, other
+/// depths lose their top byte.
+PackedDib TileTo24Bit(const PackedDib& bitmap) noexcept;
+
+/// One library in memory.
+struct TileLibrary {
+  bool writeable = false;
+  std::vector<PackedDib> tiles;
+};
+
+/// False when the file is missing or foreign: `library` is then as it was. A short file gives the tiles before the
+/// break and false as well.
+bool ReadTileLibrary(const std::string& path, TileLibrary& library) noexcept;
+
+/// Writes the library with Writeable as given in it, after a copy of the old file as path + ".bak".
+bool WriteTileLibrary(const std::string& path, const TileLibrary& library, const LibraryStamp& stamp) noexcept;
+
+}  // namespace glyphmotion

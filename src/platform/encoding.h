@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Text is UTF-8 inside the program. Files of older makes hold Windows-1252.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace glyphmotion {
+
+/// Whether all of it is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool IsUtf8(std::string_view bytes) noexcept;
+
+/// The bytes of a text file as UTF-8: as they are (without a byte order mark) when they are UTF-8, otherwise each byte
+/// is a Windows-1252 character. The five bytes that Windows-1252 leaves open stand for the control characters of the
+/// same number.
+std::string TextFromBytes(std::string_view bytes);
+
+/// The longest beginning of at most `limit` bytes that does not end inside a character.
+std::string_view CutText(std::string_view text, std::size_t limit) noexcept;
+
+}  // namespace glyphmotion

@@ -1,0 +1,335 @@
+// SPDX-License-Identifier: MIT
+// The controls of a dialog in memory: what they hold and how that changes.
+#include "platform/dialog.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#include "platform/portable/dialog_state.h"
+
+namespace glyphmotion {
+namespace {
+
+// The average character of the dialogs' 8-point font, in pixels: four dialog units across, eight down.
+constexpr int kBaseWidth = 6, kBaseHeight = 13;
+
+/// Dialog units to pixels, to the nearest as a machine's own dialog manager does.
+int PixelsOf(int units, int base, int divisor) {
+  const int scaled = units * base * 2;
+  return (scaled + (scaled < 0 ? -divisor : divisor)) / (divisor * 2);
+}
+
+char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool LessWithoutCase(const std::string& a, const std::string& b) {
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return static_cast<unsigned char>(Folded(x)) < static_cast<unsigned char>(Folded(y));
+  });
+}
+
+bool EqualWithoutCase(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Folded(x) == Folded(y); });
+}
+
+/// Where the item ended up. The item that was selected stays so.
+int InsertItem(Control& control, const std::string& text) {
+  auto place = control.items.end();
+  if (control.kind == ControlKind::SortedCombo) {
+    place = std::upper_bound(control.items.begin(), control.items.end(), text,
+                             [](const std::string& a, const ListItem& b) { return LessWithoutCase(a, b.text); });
+  }
+  const auto index = static_cast<int>(place - control.items.begin());
+  control.items.insert(place, ListItem{text, 0});
+  if (control.selection >= index) ++control.selection;
+  return index;
+}
+
+/// A combo's and a list's caption is its items, separated by semicolons.
+void FillFromCaption(Control& control, const std::string& caption) {
+  for (std::size_t start = 0; start < caption.size();) {
+    const std::size_t end = std::min(caption.find(';', start), caption.size());
+    if (end > start) InsertItem(control, caption.substr(start, end - start));
+    start = end + 1;
+  }
+}
+
+Control MakeControl(const ControlTemplate& source, bool visible) {
+  Control control;
+  control.kind = source.kind;
+  control.id = source.id;
+  control.visible = visible;
+  control.place.left = PixelsOf(source.x, kBaseWidth, 4);
+  control.place.top = PixelsOf(source.y, kBaseHeight, 8);
+  control.place.right = control.place.left + PixelsOf(source.width, kBaseWidth, 4);
+  control.place.bottom = control.place.top + PixelsOf(source.height, kBaseHeight, 8);
+  const std::string caption = source.caption ? source.caption : "";
+  if (HasItems(source.kind)) {
+    FillFromCaption(control, caption);
+  } else {
+    control.text = caption;
+  }
+  return control;
+}
+
+ListItem* FindItem(Control* control, int index) {
+  if (!control || index < 0 || index >= static_cast<int>(control->items.size())) return nullptr;
+  return &control->items[static_cast<std::size_t>(index)];
+}
+const ListItem* FindItem(const Control* control, int index) { return FindItem(const_cast<Control*>(control), index); }
+
+}  // namespace
+
+void AppendControls(Dialog& dialog, const DialogTemplate& dialogTemplate, bool visible) {
+  const std::size_t before = dialog.controls.size();
+  try {
+    for (const ControlTemplate& source : dialogTemplate.controls) {
+      dialog.controls.push_back(MakeControl(source, visible));
+    }
+    dialog.byId.reserve(dialog.controls.size());
+    for (std::size_t i = before; i < dialog.controls.size(); ++i) {
+      Control& control = dialog.controls[i];
+      if (control.id != -1) dialog.byId.emplace(control.id, &control);
+    }
+  } catch (const std::bad_alloc&) {
+    while (dialog.controls.size() > before) {
+      const auto found = dialog.byId.find(dialog.controls.back().id);
+      if (found != dialog.byId.end() && found->second == &dialog.controls.back()) dialog.byId.erase(found);
+      dialog.controls.pop_back();
+    }
+    throw;
+  }
+}
+
+bool AddControls(Dialog& dialog, const DialogTemplate& panel) {
+  try {
+    AppendControls(dialog, panel, false);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  for (const ControlTemplate& control : panel.controls) NotifyObserver(dialog, DialogChange::Created, control.id);
+  return true;
+}
+
+std::string DialogTitle(const Dialog& dialog) { return dialog.title; }
+
+void SetDialogTitle(Dialog& dialog, const std::string& title) {
+  dialog.title = title;
+  NotifyObserver(dialog, DialogChange::Text, 0);
+}
+
+std::uint64_t WindowOf(Dialog& dialog) { return reinterpret_cast<std::uintptr_t>(&dialog); }
+
+std::vector<int> Children(const Dialog& dialog) {
+  std::vector<int> ids;
+  ids.reserve(dialog.controls.size());
+  for (const Control& control : dialog.controls) ids.push_back(control.id);
+  return ids;
+}
+
+bool HasControl(const Dialog& dialog, int id) { return FindControl(dialog, id) != nullptr; }
+
+ControlKind KindOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->kind : ControlKind::Label;
+}
+
+std::string GetText(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return {};
+  if (!HasItems(control->kind)) return control->text;
+  const ListItem* item = FindItem(control, control->selection);
+  return item ? item->text : std::string();
+}
+
+void SetText(Dialog& dialog, int id, const std::string& text) {
+  Control* control = FindControl(dialog, id);
+  if (!control || HasItems(control->kind)) return;
+  control->text = text;
+  NotifyObserver(dialog, DialogChange::Text, id);
+  if (IsEdit(control->kind)) Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), kEditChanged});
+}
+
+std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return 0;
+  const std::string copy = HasItems(control->kind) ? GetText(dialog, id) : std::string();
+  const char* at = HasItems(control->kind) ? copy.c_str() : control->text.c_str();
+  while (*at == ' ' || (*at >= '\t' && *at <= '\r')) ++at;
+  const bool negative = isSigned && *at == '-';
+  if (negative || *at == '+') ++at;
+  const std::int64_t most = negative   ? std::int64_t{1} + std::numeric_limits<std::int32_t>::max()
+                            : isSigned ? std::numeric_limits<std::int32_t>::max()
+                                       : std::numeric_limits<std::uint32_t>::max();
+  std::int64_t value = 0;
+  for (; *at >= '0' && *at <= '9'; ++at) {
+    value = value * 10 + (*at - '0');
+    if (value > most) return 0;
+  }
+  return negative ? -value : value;
+}
+
+void SetNumber(Dialog& dialog, int id, std::int64_t value) { SetText(dialog, id, std::to_string(value)); }
+
+void LimitText(Dialog& dialog, int id, int characters) {
+  if (Control* control = FindControl(dialog, id)) control->limit = std::max(characters, 0);
+}
+
+int GetCheck(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->check : 0;
+}
+
+void SetCheck(Dialog& dialog, int id, int state) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->check = std::clamp(state, 0, 2);
+  NotifyObserver(dialog, DialogChange::Check, id);
+}
+
+int AddItem(Dialog& dialog, int id, const std::string& text) {
+  Control* control = FindControl(dialog, id);
+  if (!control || !HasItems(control->kind)) return -1;
+  const int index = InsertItem(*control, text);
+  NotifyObserver(dialog, DialogChange::Items, id);
+  return index;
+}
+
+void ClearItems(Dialog& dialog, int id) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->items.clear();
+  control->selection = -1;
+  NotifyObserver(dialog, DialogChange::Items, id);
+}
+
+int ItemCount(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? static_cast<int>(control->items.size()) : 0;
+}
+
+std::string ItemText(const Dialog& dialog, int id, int index) {
+  const ListItem* item = FindItem(FindControl(dialog, id), index);
+  return item ? item->text : std::string();
+}
+
+void DeleteItem(Dialog& dialog, int id, int index) {
+  Control* control = FindControl(dialog, id);
+  if (!FindItem(control, index)) return;
+  control->items.erase(control->items.begin() + index);
+  if (control->selection == index) {
+    control->selection = -1;
+  } else if (control->selection > index) {
+    --control->selection;
+  }
+  NotifyObserver(dialog, DialogChange::Items, id);
+}
+
+std::uint64_t ItemData(const Dialog& dialog, int id, int index) {
+  const ListItem* item = FindItem(FindControl(dialog, id), index);
+  return item ? item->data : 0;
+}
+
+void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
+  if (ListItem* item = FindItem(FindControl(dialog, id), index)) item->data = data;
+}
+
+int GetSelection(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->selection : -1;
+}
+
+void SetSelection(Dialog& dialog, int id, int index) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->selection = FindItem(control, index) ? index : -1;
+  NotifyObserver(dialog, DialogChange::Selection, id);
+}
+
+int SelectText(Dialog& dialog, int id, const std::string& text) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return -1;
+  const auto found = std::find_if(control->items.begin(), control->items.end(),
+                                  [&](const ListItem& item) { return EqualWithoutCase(item.text, text); });
+  if (found == control->items.end()) return -1;
+  const auto index = static_cast<int>(found - control->items.begin());
+  SetSelection(dialog, id, index);
+  return index;
+}
+
+std::uint64_t GetData(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->data : 0;
+}
+
+void SetData(Dialog& dialog, int id, std::uint64_t data) {
+  if (Control* control = FindControl(dialog, id)) control->data = data;
+}
+
+bool IsEnabled(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control && control->enabled;
+}
+
+void Enable(Dialog& dialog, int id, bool enabled) {
+  Control* control = FindControl(dialog, id);
+  if (!control || control->enabled == enabled) return;
+  control->enabled = enabled;
+  NotifyObserver(dialog, DialogChange::Enabled, id);
+}
+
+bool IsVisible(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control && control->visible;
+}
+
+void Show(Dialog& dialog, int id, bool visible) {
+  Control* control = FindControl(dialog, id);
+  if (!control || control->visible == visible) return;
+  control->visible = visible;
+  NotifyObserver(dialog, DialogChange::Visible, id);
+}
+
+bool IsDialogVisible(const Dialog& dialog) { return dialog.visible; }
+
+void SetFocus(Dialog& dialog, int id) {
+  if (!FindControl(dialog, id)) return;
+  dialog.focus = id;
+  NotifyObserver(dialog, DialogChange::Focus, id);
+}
+
+int FocusOf(const Dialog& dialog) { return dialog.focus; }
+
+ControlRectangle RectangleOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->place : ControlRectangle{};
+}
+
+void ResizeControl(Dialog& dialog, int id, int width, int height) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->place.right = control->place.left + std::max(width, 0);
+  control->place.bottom = control->place.top + std::max(height, 0);
+  NotifyObserver(dialog, DialogChange::Repaint, id);
+}
+
+void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->minimum = std::min(minimum, maximum);
+  control->maximum = std::max(minimum, maximum);
+}
+
+void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->procedure = procedure;
+  control->family = family;
+}
+
+const void* FamilyOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->family : nullptr;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,365 @@
+// SPDX-License-Identifier: MIT
+// Messages, timers and the modal loop of dialogs in memory, and the person who drives them.
+//
+// Posted messages stand in one queue for all dialogs, as they do on a desktop: while an inner dialog runs, what was
+// posted to the outer one arrives in its turn, and its timers tick. What is still queued for a dialog when it goes is
+// dropped.
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "platform/portable/dialog_state.h"
+
+namespace glyphmotion {
+namespace {
+
+struct QueuedMessage {
+  Dialog* dialog = nullptr;
+  int control = 0;  ///< 0: for the dialog itself
+  Message message;
+};
+
+struct Desktop {
+  std::deque<QueuedMessage> queue;
+  std::vector<Dialog*> dialogs;  ///< outermost first; only the last can be reached by a person
+  ModalDriver driver;
+  DialogObserver observer;
+  std::uint64_t sequence = 0;  ///< of the last timer armed
+  const Dialog* tickingDialog = nullptr;
+  int tickingTimer = 0;  ///< the timer whose message is being handled
+};
+
+Desktop& TheDesktop() {
+  static Desktop desktop;
+  return desktop;
+}
+
+void Deliver(const QueuedMessage& queued) {
+  if (queued.control) {
+    SendToControl(*queued.dialog, queued.control, queued.message);
+  } else {
+    Send(*queued.dialog, queued.message);
+  }
+}
+
+void PumpPosted(Dialog& dialog) {
+  auto& queue = TheDesktop().queue;
+  while (!dialog.ended && !queue.empty()) {
+    const QueuedMessage next = queue.front();
+    queue.pop_front();
+    Deliver(next);
+  }
+}
+
+/// The armed timer that is due first, with its dialog; null when none is left.
+Timer* NextTimer(Dialog*& owner) {
+  Timer* next = nullptr;
+  for (Dialog* dialog : TheDesktop().dialogs) {
+    for (Timer& timer : dialog->timers) {
+      if (!timer.armed) continue;
+      if (next && (next->milliseconds < timer.milliseconds ||
+                   (next->milliseconds == timer.milliseconds && next->armed < timer.armed))) {
+        continue;
+      }
+      next = &timer;
+      owner = dialog;
+    }
+  }
+  return next;
+}
+
+/// Sends the timer's message. A timer fires once a pump, however often it repeats; set again by its own message it
+/// waits for the next pump, set again by another it is due anew.
+void Tick(Dialog& dialog, Timer& timer) {
+  Desktop& desktop = TheDesktop();
+  struct Restore {
+    Desktop& desktop;
+    const Dialog* dialog;
+    int timer;
+    ~Restore() {
+      desktop.tickingDialog = dialog;
+      desktop.tickingTimer = timer;
+    }
+  } restore{desktop, desktop.tickingDialog, desktop.tickingTimer};
+  timer.armed = 0;
+  desktop.tickingDialog = &dialog;
+  desktop.tickingTimer = timer.id;
+  Send(dialog, {kMessageTimer, static_cast<std::uint64_t>(timer.id), 0});
+}
+
+/// Everything from the first message to the last before kMessageDestroy.
+void RunDialog(Dialog& dialog, void* parameter) {
+  NotifyObserver(dialog, DialogChange::Created, 0);
+  Send(dialog, {kMessageInitialise, 0, PointerArgument(parameter)});
+  if (dialog.ended) return;
+  dialog.visible = true;
+  NotifyObserver(dialog, DialogChange::Visible, 0);
+  Pump(dialog);
+  if (!dialog.ended) {
+    const ModalDriver driver = TheDesktop().driver;
+    if (driver) driver(dialog, dialog.templateId);
+  }
+  PumpPosted(dialog);
+  if (!dialog.ended) EndDialog(dialog, 0);
+}
+
+/// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
+/// one of them gets its message, whatever another throws; `error` keeps the first.
+void DestroyDialog(Dialog& dialog, std::exception_ptr& error) {
+  dialog.ended = true;
+  dialog.visible = false;
+  const auto guarded = [&](const auto& call) {
+    try {
+      call();
+    } catch (...) {
+      if (!error) error = std::current_exception();
+    }
+  };
+  guarded([&] { Send(dialog, {kMessageDestroy, 0, 0}); });
+  for (std::size_t i = 0; i < dialog.controls.size(); ++i) {
+    Control& control = dialog.controls[i];
+    if (control.procedure) guarded([&] { control.procedure(dialog, control.id, {kMessageDestroy, 0, 0}); });
+  }
+  Desktop& desktop = TheDesktop();
+  std::erase_if(desktop.queue, [&](const QueuedMessage& queued) { return queued.dialog == &dialog; });
+  std::erase(desktop.dialogs, &dialog);
+}
+
+std::unique_ptr<Dialog> MakeDialog(const DialogTemplate& dialogTemplate, DialogProcedure procedure) {
+  try {
+    auto dialog = std::make_unique<Dialog>();
+    dialog->templateId = dialogTemplate.id;
+    dialog->title = dialogTemplate.title ? dialogTemplate.title : "";
+    dialog->procedure = procedure;
+    AppendControls(*dialog, dialogTemplate, true);
+    TheDesktop().dialogs.push_back(dialog.get());
+    return dialog;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+/// The control, if a person can reach it now.
+Control* Reachable(Dialog& dialog, int id) {
+  const auto& dialogs = TheDesktop().dialogs;
+  Control* control = FindControl(dialog, id);
+  const bool reachable = control && control->visible && control->enabled && !dialog.ended && dialogs.back() == &dialog;
+  return reachable ? control : nullptr;
+}
+
+void SendCommand(Dialog& dialog, int id, int code) {
+  Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
+}
+
+/// A radio's group is the unbroken run of radios around it.
+void CheckRadio(Dialog& dialog, const Control& chosen) {
+  auto at = std::find_if(dialog.controls.begin(), dialog.controls.end(),
+                         [&](const Control& control) { return &control == &chosen; });
+  while (at != dialog.controls.begin() && std::prev(at)->kind == ControlKind::Radio) --at;
+  for (; at != dialog.controls.end() && at->kind == ControlKind::Radio; ++at) {
+    const int state = &*at == &chosen;
+    if (at->check != state) SetCheck(dialog, at->id, state);
+  }
+}
+
+/// Drawn controls that follow the pointer themselves; a click on them is a press and a release in their middle.
+bool TakesMouse(ControlKind kind) {
+  return kind == ControlKind::MaterialButton || kind == ControlKind::FountainButton ||
+         kind >= ControlKind::ShadowDirection;
+}
+
+/// No more than `limit` characters of UTF-8, and one line.
+std::string CutToLine(const std::string& text, int limit) {
+  std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  int characters = 0;
+  for (std::size_t i = 0; limit && i < end; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && ++characters > limit) end = i;
+  }
+  return text.substr(0, end);
+}
+
+/// Up and down in a number edit: its up-down stands straight after it.
+bool StepNumber(Dialog& dialog, const Control& edit, int step) {
+  for (std::size_t i = 0; i + 1 < dialog.controls.size(); ++i) {
+    const Control& partner = dialog.controls[i + 1];
+    if (&dialog.controls[i] != &edit || partner.kind != ControlKind::UpDown) continue;
+    const std::int64_t value = GetNumber(dialog, edit.id, partner.minimum < 0) + step;
+    SetNumber(dialog, edit.id, std::clamp<std::int64_t>(value, partner.minimum, partner.maximum));
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void NotifyObserver(Dialog& dialog, DialogChange::What what, int id) {
+  const auto& observer = TheDesktop().observer;
+  if (observer) observer(dialog, {what, id});
+}
+
+ModalDriver SetModalDriver(ModalDriver driver) { return std::exchange(TheDesktop().driver, std::move(driver)); }
+
+void SetDialogObserver(DialogObserver observer) { TheDesktop().observer = std::move(observer); }
+
+std::int64_t RunModal(const DialogTemplate& dialogTemplate, void*, DialogProcedure procedure, void* parameter) {
+  const std::unique_ptr<Dialog> dialog = MakeDialog(dialogTemplate, procedure);
+  if (!dialog) return -1;
+  std::exception_ptr error;
+  try {
+    RunDialog(*dialog, parameter);
+  } catch (...) {
+    error = std::current_exception();
+  }
+  DestroyDialog(*dialog, error);
+  if (error) std::rethrow_exception(error);
+  return dialog->result;
+}
+
+void EndDialog(Dialog& dialog, std::int64_t result) {
+  dialog.result = result;
+  dialog.visible = false;
+  if (std::exchange(dialog.ended, true)) return;
+  NotifyObserver(dialog, DialogChange::Ended, 0);
+}
+
+bool HasEnded(const Dialog& dialog) { return dialog.ended; }
+
+std::int64_t SendToControl(Dialog& dialog, int id, const Message& message) {
+  const Control* control = FindControl(dialog, id);
+  return control && control->procedure ? control->procedure(dialog, id, message) : 0;
+}
+
+std::int64_t Send(Dialog& dialog, const Message& message) {
+  return dialog.procedure ? dialog.procedure(dialog, message) : 0;
+}
+
+void Post(Dialog& dialog, const Message& message) { TheDesktop().queue.push_back({&dialog, 0, message}); }
+
+void PostCommand(Dialog& dialog, int id, int code) {
+  Post(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
+}
+
+void PostToControl(Dialog& dialog, int id, const Message& message) {
+  if (FindControl(dialog, id)) TheDesktop().queue.push_back({&dialog, id, message});
+}
+
+void SetTimer(Dialog& dialog, int timer, int milliseconds) {
+  Desktop& desktop = TheDesktop();
+  const bool ticking = desktop.tickingDialog == &dialog && desktop.tickingTimer == timer;
+  KillTimer(dialog, timer);
+  dialog.timers.push_back({timer, milliseconds, ticking ? 0 : ++desktop.sequence});
+}
+
+void KillTimer(Dialog& dialog, int timer) {
+  std::erase_if(dialog.timers, [&](const Timer& each) { return each.id == timer; });
+}
+
+void Invalidate(Dialog& dialog, int id) {
+  if (id == 0 || FindControl(dialog, id)) NotifyObserver(dialog, DialogChange::Repaint, id);
+}
+
+void CaptureMouse(Dialog& dialog, int id) {
+  if (FindControl(dialog, id)) dialog.capture = id;
+}
+
+void ReleaseMouse(Dialog& dialog) { dialog.capture = 0; }
+
+bool HasCapture(const Dialog& dialog, int id) { return dialog.capture == id && FindControl(dialog, id); }
+
+void Pump(Dialog& dialog) {
+  Desktop& desktop = TheDesktop();
+  for (Dialog* each : desktop.dialogs) {
+    for (Timer& timer : each->timers) {
+      if (!timer.armed) timer.armed = ++desktop.sequence;
+    }
+  }
+  PumpPosted(dialog);
+  Dialog* owner = nullptr;
+  for (Timer* timer = nullptr; !dialog.ended && (timer = NextTimer(owner));) {
+    Tick(*owner, *timer);
+    PumpPosted(dialog);
+  }
+}
+
+bool Click(Dialog& dialog, int id) {
+  Control* control = Reachable(dialog, id);
+  if (!control) return false;
+  if (TakesMouse(control->kind)) {
+    const int x = (control->place.right - control->place.left) / 2;
+    const int y = (control->place.bottom - control->place.top) / 2;
+    return Mouse(dialog, id, kMessageLeftDown, x, y) && (HasEnded(dialog) || Mouse(dialog, id, kMessageLeftUp, x, y));
+  }
+  if (control->kind == ControlKind::Check) SetCheck(dialog, id, control->check ? 0 : 1);
+  if (control->kind == ControlKind::Radio) CheckRadio(dialog, *control);
+  SendCommand(dialog, id, kClicked);
+  Pump(dialog);
+  return true;
+}
+
+bool Type(Dialog& dialog, int id, const std::string& text) {
+  Control* control = Reachable(dialog, id);
+  if (!control) return false;
+  if (control->kind == ControlKind::Trackbar) {
+    const int asked = std::atoi(text.c_str());
+    SetNumber(dialog, id, std::clamp(asked, control->minimum, control->maximum));
+    SendCommand(dialog, id, kEditChanged);
+  } else if (IsEdit(control->kind)) {
+    SetText(dialog, id, CutToLine(text, control->limit));
+  } else {
+    return false;
+  }
+  Pump(dialog);
+  return true;
+}
+
+bool Choose(Dialog& dialog, int id, int index) {
+  Control* control = Reachable(dialog, id);
+  if (!control || index < 0 || index >= static_cast<int>(control->items.size())) return false;
+  SetSelection(dialog, id, index);
+  SendCommand(dialog, id, kSelectionChanged);
+  Pump(dialog);
+  return true;
+}
+
+bool PressKey(Dialog& dialog, int id, KeyCode key) {
+  Control* control = Reachable(dialog, id);
+  if (!control) return false;
+  if (control->procedure) SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
+  if (control->kind == ControlKind::NumberEdit && (key == kKeyUp || key == kKeyDown)) {
+    StepNumber(dialog, *control, key == kKeyUp ? 1 : -1);
+  }
+  Pump(dialog);
+  return true;
+}
+
+bool Mouse(Dialog& dialog, int id, MessageNumber what, int x, int y) {
+  Control* control = Reachable(dialog, id);
+  if (!control) return false;
+  const Control* captor = dialog.capture ? FindControl(dialog, dialog.capture) : nullptr;
+  if (captor) {
+    x += control->place.left - captor->place.left;
+    y += control->place.top - captor->place.top;
+    id = captor->id;
+  }
+  SendToControl(dialog, id, {what, static_cast<std::uint64_t>(static_cast<std::int64_t>(x)), y});
+  Pump(dialog);
+  return true;
+}
+
+bool PaintControl(Dialog& dialog, int id, const DrawRequest& request) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || !request.pixels || request.width < 1 || request.height < 1) return false;
+  DrawRequest copy = request;
+  if (control->kind == ControlKind::OwnerDrawn) {
+    Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(id), PointerArgument(&copy)});
+    return true;
+  }
+  if (control->kind < ControlKind::ColourButton || !control->procedure) return false;
+  SendToControl(dialog, id, {kMessagePaint, 0, PointerArgument(&copy)});
+  return true;
+}
+
+}  // namespace glyphmotion

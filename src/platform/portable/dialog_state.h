@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// What a dialog in memory is made of, shared by the two files that implement it: dialog.cpp (controls) and
+// dialog_run.cpp (messages, the modal loop and the person who drives it).
+#pragma once
+
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/dialog.h"
+#include "platform/dialog_driver.h"
+
+namespace glyphmotion {
+
+struct ListItem {
+  std::string text;
+  std::uint64_t data = 0;
+};
+
+struct Control {
+  ControlKind kind = ControlKind::Label;
+  int id = -1;
+  bool visible = true, enabled = true;
+  int check = 0;
+  int selection = -1;
+  int limit = 0;                   ///< characters a person may type; 0: any number
+  int minimum = 0, maximum = 100;  ///< of an up-down or a trackbar
+  ControlRectangle place;
+  std::string text;
+  std::vector<ListItem> items;
+  std::uint64_t data = 0;
+  ControlProcedure procedure = nullptr;
+  const void* family = nullptr;
+};
+
+struct Timer {
+  int id = 0;
+  int milliseconds = 0;
+  std::uint64_t armed = 0;  ///< order in which it was armed; 0 once it has fired in this pump
+};
+
+struct Dialog {
+  int templateId = 0;
+  std::string title;
+  DialogProcedure procedure = nullptr;
+  std::deque<Control> controls;            ///< children in order; a deque, so that adding moves none
+  std::unordered_map<int, Control*> byId;  ///< the first child of each id; none for -1
+  std::vector<Timer> timers;
+  std::int64_t result = 0;
+  int focus = 0, capture = 0;  ///< control ids; 0: none
+  bool visible = false, ended = false;
+};
+
+/// The control of an id, or null.
+inline Control* FindControl(Dialog& dialog, int id) {
+  const auto found = dialog.byId.find(id);
+  return found == dialog.byId.end() ? nullptr : found->second;
+}
+inline const Control* FindControl(const Dialog& dialog, int id) {
+  const auto found = dialog.byId.find(id);
+  return found == dialog.byId.end() ? nullptr : found->second;
+}
+
+inline bool IsEdit(ControlKind kind) { return kind == ControlKind::Edit || kind == ControlKind::NumberEdit; }
+inline bool HasItems(ControlKind kind) {
+  return kind == ControlKind::Combo || kind == ControlKind::SortedCombo || kind == ControlKind::List;
+}
+
+/// Makes the controls of a template at the end of the dialog; on std::bad_alloc none of them stays.
+void AppendControls(Dialog& dialog, const DialogTemplate& dialogTemplate, bool visible);
+
+/// Tells the observer, if there is one.
+void NotifyObserver(Dialog& dialog, DialogChange::What what, int id);
+
+}  // namespace glyphmotion

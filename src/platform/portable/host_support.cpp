@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The calls of the public C header for hosts off Windows: blocks, and a driver that plays the user.
+#include <algorithm>
+#include <cstring>
+
+#include "glyphmotion/host_contract.h"
+#include "platform/dialog_driver.h"
+#include "platform/memory.h"
+
+namespace {
+
+using glyphmotion::Dialog;
+
+glyphmotion::BlockHandle HandleOf(std::uint64_t value) { return reinterpret_cast<glyphmotion::BlockHandle>(value); }
+Dialog& DialogOf(GlyphmotionDialog* dialog) { return *reinterpret_cast<Dialog*>(dialog); }
+
+}  // namespace
+
+extern "C" {
+
+void* GlyphmotionLockBlock(uint64_t handle) { return glyphmotion::LockBlock(HandleOf(handle)); }
+void GlyphmotionUnlockBlock(uint64_t handle) { glyphmotion::UnlockBlock(HandleOf(handle)); }
+size_t GlyphmotionBlockSize(uint64_t handle) { return glyphmotion::BlockSize(HandleOf(handle)); }
+uint64_t GlyphmotionAllocateBlock(size_t bytes) {
+  return reinterpret_cast<std::uintptr_t>(glyphmotion::AllocateBlock(bytes));
+}
+
+void GlyphmotionLiveBlocks(uint64_t* blocks, uint64_t* locks) {
+  const glyphmotion::BlockCounters live = glyphmotion::LiveBlocks();
+  if (blocks) *blocks = live.blocks;
+  if (locks) *locks = live.locks;
+}
+
+void GlyphmotionSetDriver(GlyphmotionDriver driver, void* context) {
+  if (!driver) {
+    glyphmotion::SetModalDriver({});
+    return;
+  }
+  glyphmotion::SetModalDriver(
+      [driver, context](Dialog& dialog, int) { driver(reinterpret_cast<GlyphmotionDialog*>(&dialog), context); });
+}
+
+int GlyphmotionSetText(GlyphmotionDialog* dialog, int id, const char* text) {
+  return dialog && text && glyphmotion::Type(DialogOf(dialog), id, text);
+}
+
+int GlyphmotionSetNumber(GlyphmotionDialog* dialog, int id, int value) {
+  return dialog && glyphmotion::Type(DialogOf(dialog), id, std::to_string(value));
+}
+
+int GlyphmotionSetCheck(GlyphmotionDialog* dialog, int id, int checked) {
+  if (!dialog || !glyphmotion::HasControl(DialogOf(dialog), id) || !glyphmotion::IsEnabled(DialogOf(dialog), id))
+    return 0;
+  const bool is = glyphmotion::GetCheck(DialogOf(dialog), id) == 1;
+  return is == (checked != 0) || glyphmotion::Click(DialogOf(dialog), id);
+}
+
+int GlyphmotionSelect(GlyphmotionDialog* dialog, int id, int index) {
+  return dialog && glyphmotion::Choose(DialogOf(dialog), id, index);
+}
+
+int GlyphmotionPress(GlyphmotionDialog* dialog, int id) { return dialog && glyphmotion::Click(DialogOf(dialog), id); }
+
+int GlyphmotionGetText(GlyphmotionDialog* dialog, int id, char* buffer, size_t size) {
+  if (!dialog || !buffer || !size || !glyphmotion::HasControl(DialogOf(dialog), id)) return 0;
+  const std::string text = glyphmotion::GetText(DialogOf(dialog), id);
+  const size_t count = std::min(text.size(), size - 1);
+  std::memcpy(buffer, text.data(), count);
+  buffer[count] = 0;
+  return 1;
+}
+}

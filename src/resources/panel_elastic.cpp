@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// The panel of Elastic.
+#include "resources/panel_layout.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace panel;
+
+constexpr auto kControls = Join(
+    MaterialField({kSwatches, 1}, "&Fill:", 575, 0xBD7E40),
+    NumberField({kNumbers, 1}, "O&pacity:", 583, "0,255,255", "Style012FillOpacity"),
+    NumberField({kChecks, 1}, "Fra&mes:", 587, "2,32760,64", "Style012Frames"),
+    MaterialField({kSwatches, 2}, "&Shadow:", 577, 0x7F7F7F),
+    NumberField({kNumbers, 2}, "Op&acity:", 585, "0,255,255", "Style012ShadowOpacity"),
+    CheckBox({kChecks, 2}, "S&hadow enable", 595, "Style012ShadowEnable"),
+    MaterialField({kSwatches, 3}, "&Background:", 579, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Sof&tness:", 589, "0,40,10", "Style012Soft"),
+    ColourField({kSwatches, 4}, "&Outline:", 581, "Style012OutlineColor"),
+    NumberField({kNumbers, 4}, "Shado&w offset:", 591, "1,255,4", "Style012ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outli&ne enable", 596, "Style012OutlineEnable"),
+    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 593, "Style012ShadowDirection"),
+    NumberField({kNumbers, 5}, "Ener&gy:", 597, "5,100,20", "Style012Energy"));
+
+}  // namespace
+
+const DialogTemplate kElasticPanel = {7412, "Elastic", 488, 336, kControls};
+
+}  // namespace glyphmotion

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// The panel of Fuse.
+#include "resources/panel_layout.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace panel;
+
+constexpr auto kControls = Join(
+    MaterialField({kSwatches, 1}, "&Fill:", 459, 0x00CCFF),
+    NumberField({kNumbers, 1}, "O&pacity:", 467, "0,255,255", "Style009FillOpacity"),
+    NumberField({kChecks, 1}, "Fra&mes:", 471, "2,32760,64", "Style009Frames"),
+    MaterialField({kSwatches, 2}, "&Shadow:", 461, 0x7F7F7F),
+    NumberField({kNumbers, 2}, "Op&acity:", 469, "0,255,255", "Style009ShadowOpacity"),
+    CheckBox({kChecks, 2}, "S&hadow enable", 481, "Style009ShadowEnable"),
+    MaterialField({kSwatches, 3}, "&Background:", 463, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Sof&tness:", 473, "0,40,10", "Style009Soft"),
+    ColourField({kSwatches, 4}, "&Outline:", 465, "Style009OutlineColor"),
+    NumberField({kNumbers, 4}, "Shado&w offset:", 475, "1,255,4", "Style009ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outli&ne enable", 482, "Style009OutlineEnable"),
+    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 479, "Style009ShadowDirection"),
+    MaterialField({kSwatches, 5}, "Ba&ck fill:", 485, 0x202020),
+    NumberField({kNumbers, 5}, "L&eaf size:", 483, "1,64,2", "Style009Size"),
+    PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollAxis, 477, "Style009Scroll"));
+
+}  // namespace
+
+const DialogTemplate kFusePanel = {7409, "Fuse", 488, 336, kControls};
+
+}  // namespace glyphmotion

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// The panel of Pinch, whose text has no shadow.
+#include "resources/panel_layout.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace panel;
+
+constexpr auto kControls = Join(MaterialField({kSwatches, 1}, "&Fill:", 221, 0xBD7E40),
+                                NumberField({kChecks, 1}, "Fra&mes:", 227, "2,32760,64", "Style003Frames"),
+                                MaterialField({kSwatches, 3}, "&Background:", 223, 0xFFFFFF),
+                                ColourField({kSwatches, 4}, "&Outline:", 225, "Style003OutlineColor"),
+                                CheckBox({kChecks, 4}, "Outli&ne enable", 229, "Style003OutlineEnable"),
+                                NumberField({kNumbers, 5}, "Pinch wi&dth:", 230, "10,50,20", "Style003Wavesize"),
+                                NumberField({kNumbers, 6}, "Pin&ch depth:", 232, "1,99,60", "Style003Waveheight"));
+
+}  // namespace
+
+const DialogTemplate kPinchPanel = {7403, "Pinch", 488, 336, kControls};
+
+}  // namespace glyphmotion

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// The panel of Singularity.
+#include "resources/panel_layout.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace panel;
+
+constexpr auto kControls = Join(
+    MaterialField({kSwatches, 1}, "&Fill:", 924, 0xBD7E40),
+    NumberField({kNumbers, 1}, "O&pacity:", 932, "0,255,255", "Style020FillOpacity"),
+    NumberField({kChecks, 1}, "Fra&mes:", 936, "2,32760,64", "Style020Frames"),
+    MaterialField({kSwatches, 2}, "&Shadow:", 926, 0x7F7F7F),
+    NumberField({kNumbers, 2}, "Op&acity:", 934, "0,255,255", "Style020ShadowOpacity"),
+    CheckBox({kChecks, 2}, "S&hadow enable", 946, "Style020ShadowEnable"),
+    MaterialField({kSwatches, 3}, "&Background:", 928, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Sof&tness:", 938, "0,40,10", "Style020Soft"),
+    ColourField({kSwatches, 4}, "&Outline:", 930, "Style020OutlineColor"),
+    NumberField({kNumbers, 4}, "Shado&w offset:", 940, "1,255,4", "Style020ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outli&ne enable", 947, "Style020OutlineEnable"),
+    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 944, "Style020ShadowDirection"),
+    NumberField({kNumbers, 5}, "An&gle:", 942, "45,720,224", "Style020Angle"),
+    CheckBox({kChecks, 5}, "Smooth", 950, "Style020Smooth"),
+    PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollTwo, 948, "Style020Scroll"));
+
+}  // namespace
+
+const DialogTemplate kSingularityPanel = {7420, "Singularity", 488, 336, kControls};
+
+}  // namespace glyphmotion

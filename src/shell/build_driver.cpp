@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: MIT
+// From the Build button to the host: options, "Building", "Quantizing", "Supercompressing", "Remapping", the task.
+#include "shell/build_driver.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+#include "controls/variables.h"
+#include "effects/effect_table.h"
+#include "image/fixed_palettes.h"
+#include "image/quantise.h"
+#include "image/remap.h"
+#include "image/supercompress.h"
+#include "platform/shell_ui.h"
+#include "resources/strings.h"
+#include "shell/main_dialog.h"
+#include "shell/stamp.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr const char* kNewTaskError = "Error creating new task.";
+constexpr const char* kAddImageError = "There has been an error adding an image to the current file object.";
+constexpr const char* kEffectMissing = "This effect is not part of this program. Choose another effect.";
+constexpr const char* kComment =
+    "CREATED BY...\r\n\r\nThis graphic was created by Tessaloom' Framewright Professional or Framewright Motion and "
+    "the Glyphmotion #4 "
+    "plugin.\r\n\r\nSee\r\n\r\n    www.tessaloom.example\r\n\r\nfor more information.";
+
+enum BackgroundKind : std::uint64_t { kBackgroundColour = 100, kBackgroundIndex = 101 };
+
+// What the dialog asks of this run, with what cannot go together already settled.
+struct RunOptions {
+  int effectIndex = 0;
+  bool alpha = false, trueColour = false, customPalette = false, dither = false;
+  bool supercompress = false, transparent = false, maskBackground = false;
+  Colour background = kNoColour;
+};
+
+RunOptions ReadOptions(const Dialog& dialog, bool test) {
+  RunOptions options;
+  options.effectIndex = GetSelection(dialog, ControlId::Effect);
+  const EffectDescriptor& effect = EffectRow(options.effectIndex);
+  options.alpha = !test && ReadCheck(dialog, ControlId::AlphaTransparency);
+  options.trueColour = ReadCheck(dialog, MainControl::TrueColour) || options.alpha;
+  options.customPalette = ReadCheck(dialog, MainControl::CustomPalette);
+  options.dither = ReadCheck(dialog, MainControl::Dither);
+  options.supercompress = ReadCheck(dialog, MainControl::Supercompress) && !options.trueColour;
+  const auto refusal = static_cast<std::int32_t>(effect.transparentColourFunction(dialog, 1));
+  options.transparent =
+      ReadCheck(dialog, MainControl::Transparent) && !options.alpha && refusal <= 0 && !options.supercompress;
+  options.maskBackground = ReadCheck(dialog, MainControl::MaskBackground) && !options.supercompress;
+  options.background = effect.transparentColourFunction(dialog, 0);
+  if (options.background == kNoColour) {
+    options.transparent = options.maskBackground = false;
+  } else if (options.transparent) {
+    options.maskBackground = true;
+  }
+  return options;
+}
+
+int DepthOfCount(int count) {
+  for (int depth = 1; depth <= 8; ++depth) {
+    if (count <= 1 << depth) return depth;
+  }
+  return 24;
+}
+
+// What every way out of a run undoes, in the order of the destructors: the check of Alpha transparency, the running
+// picture, the frames, the cursor.
+struct WaitCursor {
+  WaitCursor() { SetWaitCursor(true); }
+  ~WaitCursor() { SetWaitCursor(false); }
+};
+struct OwnedFrames {
+  FrameList list;
+  ~OwnedFrames() { FreeFrames(list); }
+};
+struct AlphaCheck {
+  Dialog& dialog;
+  int state;
+  explicit AlphaCheck(Dialog& owner) : dialog(owner), state(GetCheck(owner, ControlId::AlphaTransparency)) {}
+  ~AlphaCheck() { SetCheck(dialog, ControlId::AlphaTransparency, state); }
+};
+struct Resources {
+  WaitCursor cursor;
+  OwnedFrames frames;
+  PackedDib previous;
+  AlphaCheck alphaCheck;
+  explicit Resources(Dialog& dialog) : alphaCheck(dialog) {}
+};
+
+class Run {
+ public:
+  Run(Dialog& dialog, const HostCallTable& host, bool test)
+      : host_(host), test_(test), dialog_(dialog), resources_(dialog) {}
+
+  bool Execute() {
+    if (test_) SetCheck(dialog_, ControlId::AlphaTransparency, 0);
+    options_ = ReadOptions(dialog_, test_);
+    AskRegistration();
+    LoadFixedPalette(&palette_, &depth_, static_cast<int>(NumberVariable("MainPalette")));
+    return BuildFrames() && ChoosePalette() && Supercompress() && Remap() && HandOver();
+  }
+
+ private:
+  FrameList& Frames() { return resources_->frames.list; }
+  std::uint64_t Call(HostTaskRecord* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+    return host_.HostCall(task, operation, a, b);
+  }
+  static std::uint64_t Address(const void* pointer) { return reinterpret_cast<std::uintptr_t>(pointer); }
+  void Progress(int position, int total) {
+    Call(nullptr, HostOpProgress, static_cast<std::uint64_t>(position), static_cast<std::uint64_t>(total));
+  }
+  void Stage(const char* name) { Call(nullptr, HostOpStatusText, 0, Address(name)); }
+  bool Fail(const std::string& text) {
+    ShowMessage(&dialog_, text);
+    return false;
+  }
+  bool FailMemory() { return Fail(LoadText(kTextMemoryError)); }
+
+  void AskRegistration() {
+    if (TextVariable("RegistrationName").empty() || TextVariable("RegistrationCode").empty()) return;
+    stamped_ = Call(nullptr, HostOpIsRegistered, 0, 0) == 0;
+  }
+
+  bool BuildFrames() {
+    Progress(0, 0);
+    Stage("Building");
+    const EffectDescriptor& effect = EffectRow(options_.effectIndex);
+    if (!effect.buildFunction) return Fail(kEffectMissing);
+    RunCache cache;
+    EffectContext context;
+    context.dialog = &dialog_;
+    context.frames = &Frames();
+    context.hostCalls = &host_;
+    context.cache = &cache;
+    if (!effect.buildFunction(context)) return context.failure.empty() ? FailMemory() : Fail(context.failure);
+    Progress(0, 0);
+    if (Frames().count == 0) return FailMemory();
+    if (Frames().count == 1) singleFrame_ = true;
+    return true;
+  }
+
+  bool Supercompressing() const { return options_.supercompress && !singleFrame_; }
+
+  bool ChoosePalette() {
+    if (options_.trueColour || !options_.customPalette) {
+      superColour_ = options_.alpha ? 1 : 0;
+      return true;
+    }
+    Stage("Quantizing");
+    // A single frame drops Supercompress only after the count was wanted.
+    const bool reserve = options_.supercompress || options_.maskBackground;
+    int n = reserve ? 255 : 256;
+    if (!QuantiseFrames(Frames(), n, palette_)) return FailMemory();
+    const Rgb background = RgbOf(options_.background);
+    colourCount_ = n;
+    if (!options_.maskBackground) {
+      if (n < 254) {
+        palette_[static_cast<std::size_t>(n)] = background;
+        colourCount_ = ++n;
+      } else {
+        const int nearest = NearestColour(background.red, background.green, background.blue, palette_, n);
+        palette_[static_cast<std::size_t>(nearest)] = background;
+      }
+    }
+    SortPaletteByBrightness(palette_, n);
+    const bool reserved = Supercompressing() || options_.maskBackground;
+    depth_ = DepthOfCount(n + (reserved ? 1 : 0));
+    transparentIndex_ = n;
+    if (reserved && n < 256) palette_[static_cast<std::size_t>(n)] = background;
+    if (Supercompressing()) {
+      superColour_ = options_.background;
+      superIndex_ = n;
+    }
+    return true;
+  }
+
+  bool Supercompress() {
+    if (!Supercompressing()) return true;
+    Stage("Supercompressing");
+    const auto progress = [this](int i, int count) { Progress(i, count); };
+    return SupercompressFrames(Frames(), superColour_, resources_->previous, progress) || FailMemory();
+  }
+
+  bool Remap() {
+    Stage("Remapping");
+    const RemapOptions remapOptions{NumberVariable("FastRemap") != 0,
+                                    static_cast<int>(NumberVariable("DitherBrightness")),
+                                    static_cast<int>(NumberVariable("DitherContrast"))};
+    std::optional<ColourMatcher> matcher;
+    if (!options_.trueColour) matcher.emplace(palette_, depth_, colourCount_, remapOptions);
+    for (int i = 0; i < Frames().count; ++i) {
+      Progress(i, Frames().count);
+      const LockedFrame record(Frames(), i);
+      if (!record) return FailMemory();
+      if (stamped_ && !StampFrame(record->image)) return FailMemory();
+      if (matcher && !RemapFrame(*record, i, *matcher)) return FailMemory();
+      const DibView view(record->image);
+      if (!view) return FailMemory();
+      maxWidth_ = std::max(maxWidth_, view.Width());
+      maxHeight_ = std::max(maxHeight_, view.Height());
+      if (options_.transparent) record->transparentIndex = transparentIndex_;
+    }
+    return true;
+  }
+
+  // The frame's 24-bit image gives way to one of palette indices.
+  bool RemapFrame(FrameRecord& record, int number, ColourMatcher& matcher) {
+    // Borrowed: the record keeps its image until the new one stands.
+    struct Borrowed {
+      PackedDib dib;
+      explicit Borrowed(BlockHandle handle) : dib(handle) {}
+      ~Borrowed() { dib.Release(); }
+    } source(record.image);
+    PackedDib image = options_.dither ? DitherImage(source.dib, matcher) : RemapImage(source.dib, matcher);
+    if (image && Supercompressing()) {
+      if (number == 0) image = MaskReplace(image, source.dib, options_.background, transparentIndex_);
+      if (image && record.mask && !MarkUnchanged(image, record)) return false;
+    }
+    if (image && options_.maskBackground && transparentIndex_ != -1) {
+      image = MaskReplace(image, source.dib, options_.background, transparentIndex_);
+    }
+    if (!image) return false;
+    source.dib.Reset();
+    record.image = image.Release();
+    return true;
+  }
+
+  bool MarkUnchanged(const PackedDib& image, FrameRecord& record) {
+    const DibView view(image), mask(record.mask);
+    if (!view || !mask) return false;
+    for (int y = 0; y < std::min(view.Height(), mask.Height()); ++y) {
+      const std::uint8_t* bits = mask.Row(y);
+      for (int x = 0; x < std::min(view.Width(), mask.Width()); ++x) {
+        if (bits[x >> 3] & (0x80 >> (x & 7))) view.SetPixel(x, y, static_cast<std::uint32_t>(superIndex_));
+      }
+    }
+    if (superIndex_ >= 0 && superIndex_ < 1 << view.Bits()) view.SetTableEntry(superIndex_, RgbOf(superColour_));
+    record.transparentIndex = superIndex_;
+    return true;
+  }
+
+  bool HandOver() {
+    Progress(0, 0);
+    HostTaskRecord task{};
+    task.size = sizeof task;
+    task.version = HostInterfaceVersion;
+    task.ownerWindow = WindowOf(dialog_);
+    task.bitsPerPixel = static_cast<std::uint32_t>(depth_);
+    task.width = static_cast<std::uint32_t>(maxWidth_);
+    task.height = static_cast<std::uint32_t>(maxHeight_);
+    std::memcpy(task.palette, palette_.data(), sizeof task.palette);
+    task.imageCount = static_cast<std::uint32_t>(Frames().count);
+    if (options_.transparent) task.transparentIndex = transparentIndex_;
+    if (!Call(nullptr, test_ ? HostOpNewTestTask : HostOpNewTask, 0, Address(&task))) return Fail(kNewTaskError);
+    SetBackground(task);
+    for (int i = 0; i < Frames().count; ++i) {
+      if (AddImage(task, i)) continue;
+      Fail(kAddImageError);
+      // The host abandons the file only after everything here has been freed.
+      resources_.reset();
+      Call(&task, HostOpEndTask, 0, 0);
+      return false;
+    }
+    if (NumberVariable("AddDescriptiveCommentBlock")) Call(&task, HostOpAddComment, 0, Address(kComment));
+    Call(&task, HostOpEndTask, 1, 0);
+    return true;
+  }
+
+  void SetBackground(HostTaskRecord& task) {
+    if (!(host_.hostFlags & HostFlagPaletteFormat)) {
+      Call(&task, HostOpSetBackground, kBackgroundColour, options_.background);
+      return;
+    }
+    const Rgb colour = RgbOf(options_.background);
+    const int index = transparentIndex_ != -1
+                          ? transparentIndex_
+                          : NearestColour(colour.red, colour.green, colour.blue, palette_, colourCount_);
+    Call(&task, HostOpSetBackground, kBackgroundIndex, static_cast<std::uint64_t>(index));
+  }
+
+  bool AddImage(HostTaskRecord& task, int i) {
+    const LockedFrame record(Frames(), i);
+    if (!record) return false;
+    HostImageRecord image{};
+    image.size = sizeof image;
+    image.version = HostInterfaceVersion;
+    image.image = Address(record->image);
+    image.standAlone = options_.alpha || options_.transparent ? 1 : 0;
+    image.delay = static_cast<std::uint32_t>(record->delay);
+    image.number = static_cast<std::uint32_t>(i);
+    const bool alphaPlanes = options_.alpha && !(host_.hostFlags & HostFlagPaletteFormat);
+    image.transparentIndex = alphaPlanes ? 0 : record->transparentIndex;
+    return Call(&task, HostOpAddImage, 0, Address(&image)) != 0;
+  }
+
+  const HostCallTable& host_;
+  bool test_;
+  Dialog& dialog_;
+  RunOptions options_;
+  std::optional<Resources> resources_;
+  Palette palette_{};
+  int depth_ = 8, colourCount_ = 256;
+  int transparentIndex_ = -1, superIndex_ = -1;
+  Colour superColour_ = 0;
+  int maxWidth_ = 0, maxHeight_ = 0;
+  bool stamped_ = false, singleFrame_ = false;
+};
+
+}  // namespace
+
+bool BuildDriver(Dialog& dialog, const HostCallTable& hostCalls, bool test) {
+  if (!hostCalls.HostCall) return false;
+  Run run(dialog, hostCalls, test);
+  try {
+    return run.Execute();
+  } catch (const std::bad_alloc&) {
+    ShowMessage(&dialog, LoadText(kTextMemoryError));
+    return false;
+  }
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,547 @@
+// SPDX-License-Identifier: MIT
+// The dialog's state is its controls; what stands here beside them is the host's table, the place of the panels and the
+// size of the file dialogs. From top to bottom: the host, options and their constraints, panels, documents,
+// registration, the start, the commands.
+#include "shell/main_dialog.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "controls/families.h"
+#include "controls/material_control.h"
+#include "controls/read_controls.h"
+#include "effects/effect_table.h"
+#include "platform/folders.h"
+#include "platform/shell_ui.h"
+#include "platform/text_engine.h"
+#include "resources/strings.h"
+#include "resources/templates.h"
+#include "shell/build_driver.h"
+#include "shell/documents.h"
+#include "shell/sample_window.h"
+#include "shell/settings.h"
+#include "text/compositing.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace MainControl;
+
+constexpr int kSampleTimer = 15;
+constexpr int kTextLimit = 260, kTitleLimit = 260;
+constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
+constexpr int kFirstOptionOfTheSample = 50;  // options below do not show in the sample
+constexpr const char* kUntitled = "untitled.gm4";
+constexpr const char* kHelpTopic = "TLMPLGM4.HTML#PREFACE";
+constexpr int kPaletteCount = 9;
+
+struct MainDialogState {
+  const HostCallTable* hostCalls = nullptr;
+  int effect = -1;  // whose panel shows
+  bool repaintPosted = false;
+  int fileDialogWidth = 0, fileDialogHeight = 0;
+};
+
+// One main dialog runs at a time.
+MainDialogState state;
+
+// --- The host ---
+
+std::uint64_t CallHost(std::uint32_t operation, std::uint64_t a = 0, std::uint64_t b = 0) {
+  return state.hostCalls && state.hostCalls->HostCall ? state.hostCalls->HostCall(nullptr, operation, a, b) : 0;
+}
+
+std::uint64_t AddressOf(const void* pointer) { return reinterpret_cast<std::uintptr_t>(pointer); }
+
+bool HostHas(std::uint32_t flag) { return (state.hostCalls->hostFlags & flag) != 0; }
+
+// 8 steps of red and green, 4 of blue.
+void FillPickerPalette(std::uint8_t (&palette)[768]) {
+  constexpr std::uint8_t kEight[] = {0, 36, 72, 108, 144, 180, 216, 255}, kFour[] = {0, 85, 170, 255};
+  for (std::size_t i = 0; i < 256; ++i) {
+    palette[3 * i] = kEight[i >> 5];
+    palette[3 * i + 1] = kEight[i >> 2 & 7];
+    palette[3 * i + 2] = kFour[i & 3];
+  }
+}
+
+// --- Options ---
+
+void Tell(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
+
+Variable& VariableOf(const char* key) { return *FindVariable(key); }
+
+void RepaintSample(Dialog& dialog) {
+  if (std::exchange(state.repaintPosted, true)) return;
+  Post(dialog, {kMessageRepaintSample, 0, 0});
+}
+
+// While a person types, the sample waits for a pause.
+void RepaintSampleLater(Dialog& dialog) {
+  SetTimer(dialog, kSampleTimer, static_cast<int>(std::min(NumberVariable("UpdateDelay"), 60000u)));
+}
+
+void Store(Dialog& dialog, int id) { SendToControl(dialog, id, {kMessageStoreControl, 0, 0}); }
+
+void SetCheckAndStore(Dialog& dialog, int id, bool checked) {
+  SetCheck(dialog, id, checked);
+  Store(dialog, id);
+}
+
+void SetDelays(Dialog& dialog, int delay, int pause) {
+  SetNumber(dialog, ControlId::Delay, delay);
+  SetNumber(dialog, ControlId::Pause, pause);
+  Store(dialog, ControlId::Delay);
+  Store(dialog, ControlId::Pause);
+}
+
+void EnableBuild(Dialog& dialog) { Enable(dialog, Build, !GetText(dialog, ControlId::Text).empty()); }
+void EnablePalette(Dialog& dialog) { Enable(dialog, MainControl::Palette, !ReadCheck(dialog, CustomPalette)); }
+
+void TakeRange(Dialog& dialog, int upDown) {
+  const NumberRange range = ParseRange(GetText(dialog, upDown));
+  SetRange(dialog, upDown, range.minimum, range.maximum);
+}
+
+void PickColour(Dialog& dialog, int id) {
+  std::uint8_t palette[768];
+  FillPickerPalette(palette);
+  HostColorPickRecord record{};
+  record.size = sizeof record;
+  record.version = HostInterfaceVersion;
+  record.palette = palette;
+  record.depth = 24;
+  record.color = ReadColour(dialog, id);
+  record.ownerWindow = WindowOf(dialog);
+  if (!CallHost(HostOpPickColor, 0, AddressOf(&record))) return;
+  SetNumber(dialog, id, record.color & 0xFFFFFF);
+  Store(dialog, id);
+  Invalidate(dialog, id);
+  RepaintSample(dialog);
+}
+
+// --- Panels ---
+
+void InstallControl(Dialog& dialog, const ControlTemplate& control) {
+  const ControlFamily* family = control.id == ControlId::Font ? &kFontFamily : FamilyOfKind(control.kind);
+  if (!family) return;
+  Variable* variable = control.key ? FindVariable(control.key) : nullptr;
+  switch (control.kind) {
+    case ControlKind::MaterialButton:
+      // Its window word is its material, which has a file of its own; a key only says the first colour.
+      InstallFamily(dialog, control.id, *family, nullptr);
+      InitialiseMaterial(dialog, control.id, variable ? variable->number : control.initial);
+      return;
+    case ControlKind::UpDown:
+      InstallFamily(dialog, control.id, *family, nullptr);
+      TakeRange(dialog, control.id);
+      return;
+    case ControlKind::NumberEdit:
+      InstallFamily(dialog, control.id, *family, variable);
+      if (!variable) SetNumber(dialog, control.id, control.initial);
+      return;
+    default:
+      InstallFamily(dialog, control.id, *family, variable);
+  }
+}
+
+bool InstallPanel(Dialog& dialog, const DialogTemplate& panel) {
+  if (!AddControls(dialog, panel)) return false;
+  for (const ControlTemplate& control : panel.controls) InstallControl(dialog, control);
+  return true;
+}
+
+void ShowControls(Dialog& dialog, const DialogTemplate& panel, bool visible) {
+  for (const ControlTemplate& control : panel.controls) Show(dialog, control.id, visible);
+}
+
+int ChosenEffect(const Dialog& dialog) {
+  return std::clamp(GetSelection(dialog, ControlId::Effect), 0, kEffectCount - 1);
+}
+
+void ShowPanel(Dialog& dialog, int effect) {
+  for (int i = 0; i < kEffectCount; ++i) {
+    if (i != effect) ShowControls(dialog, *EffectRow(i).panel, false);
+  }
+  ShowControls(dialog, *EffectRow(effect).panel, true);
+  state.effect = effect;
+}
+
+// --- Documents ---
+
+std::size_t FilePartOf(const std::string& path) {
+  const std::size_t separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? 0 : separator + 1;
+}
+
+std::optional<std::string> AskDocument(Dialog& dialog, bool save) {
+  std::string& current = VariableOf("CurrentFileName").text;
+  FileQuestion question;
+  question.save = save;
+  question.filterName = LoadText(kTextDocumentFilter);
+  question.extension = "GM4";
+  question.folder = VariableOf("OpenPath").text;
+  question.fileName = current.substr(FilePartOf(current));
+  question.width = state.fileDialogWidth;
+  question.height = state.fileDialogHeight;
+  const std::optional<std::string> path = AskFile(&dialog, question);
+  if (question.width >= kSmallestFileDialog && question.height >= kSmallestFileDialog) {
+    state.fileDialogWidth = question.width;
+    state.fileDialogHeight = question.height;
+  }
+  return path;
+}
+
+void RememberDocument(const std::string& path) {
+  VariableOf("CurrentFileName").text = path;
+  VariableOf("OpenPath").text = path.substr(0, FilePartOf(path));
+}
+
+void OpenDocument(Dialog& dialog) {
+  const auto path = AskDocument(dialog, false);
+  if (!path) return;
+  LoadDocument(dialog, *path);
+  RememberDocument(*path);
+}
+
+void SaveDocumentAs(Dialog& dialog) {
+  const auto path = AskDocument(dialog, true);
+  if (!path) return;
+  SaveDocument(dialog, *path);
+  RememberDocument(*path);
+}
+
+void SaveCurrentDocument(Dialog& dialog) {
+  const std::string path = VariableOf("CurrentFileName").text;
+  if (path.substr(FilePartOf(path)) == kUntitled) return SaveDocumentAs(dialog);
+  SaveDocument(dialog, path);
+}
+
+void ShowDocumentMenu(Dialog& dialog) {
+  const MenuItem items[] = {{Open, LoadText(kTextMenuOpen), false},
+                            {Save, LoadText(kTextMenuSave), false},
+                            {SaveAs, LoadText(kTextMenuSaveAs), false}};
+  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  if (chosen) PostCommand(dialog, chosen);
+}
+
+// --- Registration, help and the check of the program ---
+
+// Any name with any code is a registration; half of one is none.
+void CheckRegistration() {
+  std::string& name = VariableOf("RegistrationName").text;
+  std::string& code = VariableOf("RegistrationCode").text;
+  if (!name.empty() && !code.empty()) return;
+  name.clear();
+  code.clear();
+}
+
+void ShowTitle(Dialog& dialog) {
+  std::string title = LoadText(kTextProgramTitle);
+  if (VariableOf("RegistrationName").text.empty()) title += LoadText(kTextUnregisteredSuffix);
+  SetDialogTitle(dialog, title.substr(0, kTitleLimit));
+}
+
+void RegisterCopy(Dialog& dialog) {
+  if (!CallHost(HostOpIsRegistered)) return Tell(dialog, kTextRegisterHostFirst);
+  std::string& name = VariableOf("RegistrationName").text;
+  std::string& code = VariableOf("RegistrationCode").text;
+  const auto newName = AskName(&dialog, LoadText(kTextAskRegistrationName), name);
+  if (!newName) return;
+  const auto newCode = AskName(&dialog, LoadText(kTextAskRegistrationCode), code);
+  if (!newCode) return;
+  name = newName->substr(0, kTextLimit);
+  code = newCode->substr(0, kTextLimit);
+  CheckRegistration();
+  ShowTitle(dialog);
+}
+
+// A damaged program says so and ends its dialog; the host lives on.
+bool CheckIntegrity(Dialog& dialog) {
+  if (AreTextsIntact()) return true;
+  Tell(dialog, kTextDamagedProgram);
+  EndDialog(dialog, 0);
+  return false;
+}
+
+void ShowHelp(Dialog& dialog) {
+  if (!CallHost(HostOpShowHelp, 0, AddressOf(kHelpTopic))) Tell(dialog, kTextHelpNotShown);
+  CheckIntegrity(dialog);
+}
+
+void Run(Dialog& dialog, bool test) {
+  if (!CheckIntegrity(dialog)) return;
+  CallHost(HostOpBeforeWork);
+  Invalidate(dialog, test ? Test : Build);
+  const bool done = BuildDriver(dialog, *state.hostCalls, test);
+  if (test) return Invalidate(dialog, 0);
+  // After a failure, which has been told, the dialog stays open for another try.
+  if (done) EndDialog(dialog, 1);
+}
+
+// --- The start ---
+
+void ResetPathsOnShift() {
+  if (!IsShiftDown()) return;
+  VariableOf("CurrentFileName").text = JoinPath(DocumentsFolder(), kUntitled);
+  VariableOf("OpenPath").text = DocumentsFolder();
+}
+
+// The font by name, also one that is not listed but that the machine has a stand-in for.
+bool SelectFont(Dialog& dialog, const std::string& family) {
+  if (SelectText(dialog, ControlId::Font, family) >= 0) return true;
+  if (family.empty() || !HasFontFamily(family)) return false;
+  AddItem(dialog, ControlId::Font, family);
+  return SelectText(dialog, ControlId::Font, family) >= 0;
+}
+
+void FillFonts(Dialog& dialog) {
+  for (const std::string& family : FontFamilies()) AddItem(dialog, ControlId::Font, family);
+  if (SelectFont(dialog, TextVariable("MainFontName")) || SelectFont(dialog, "Arial")) return;
+  AddItem(dialog, ControlId::Font, "Arial");
+  SelectText(dialog, ControlId::Font, "Arial");
+}
+
+void FillPalettes(Dialog& dialog) {
+  for (int i = 0; i < kPaletteCount; ++i) AddItem(dialog, MainControl::Palette, LoadText(kTextFirstPalette + i));
+  SetSelection(dialog, MainControl::Palette, static_cast<int>(NumberVariable("MainPalette")));
+}
+
+// True colour only where the host's format takes it.
+void LimitToTrueColour(Dialog& dialog) {
+  if (HostHas(HostFlagTrueColorFormat)) return;
+  VariableOf("Truecolour").number = 0;
+  SetCheck(dialog, TrueColour, 0);
+  Enable(dialog, TrueColour, false);
+}
+
+// Palettes, their transparent index and 1/100 s on one side; alpha and milliseconds on the other.
+void LimitToFormat(Dialog& dialog) {
+  const bool palette = HostHas(HostFlagPaletteFormat), shift = IsShiftDown();
+  const int delayRange = ControlId::Delay + kUpDownOffset;
+  SetText(dialog, delayRange, palette ? "1,25,4" : "1,250,40");
+  TakeRange(dialog, delayRange);
+  if (palette) {
+    VariableOf("MainAlphaTrans").number = 0;
+    SetCheck(dialog, ControlId::AlphaTransparency, 0);
+    Enable(dialog, ControlId::AlphaTransparency, false);
+    Enable(dialog, ControlId::AlphaBackground, false);
+    if (shift) SetDelays(dialog, 4, 100);
+    return;
+  }
+  Enable(dialog, Transparent, false);
+  SetCheck(dialog, Supercompress, 0);
+  Enable(dialog, Supercompress, false);
+  Enable(dialog, ControlId::AlphaTransparency, true);
+  if (shift) SetDelays(dialog, 10, 1000);
+}
+
+void InstallPanels(Dialog& dialog) {
+  for (int i = 0; i < kEffectCount; ++i) {
+    AddItem(dialog, ControlId::Effect, EffectRow(i).name);
+    if (InstallPanel(dialog, *EffectRow(i).panel)) continue;
+    Tell(dialog, kTextPanelFailed);
+    PostCommand(dialog, Cancel);
+    return;
+  }
+  // A file of another version may hold a number that no row has.
+  const int effect = static_cast<int>(NumberVariable("MainEffect"));
+  SetSelection(dialog, ControlId::Effect, std::clamp(effect, 0, kEffectCount - 1));
+}
+
+void AskFileDialogSize() {
+  std::int32_t size[2] = {0, 0};
+  CallHost(HostOpGetFileDialogSize, 0, AddressOf(size));
+  int width = 0, height = 0;
+  ScreenSize(width, height);
+  state.fileDialogWidth = std::min<int>(size[0], width);
+  state.fileDialogHeight = std::min<int>(size[1], height);
+}
+
+void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
+  state = {};
+  state.hostCalls = hostCalls;
+  LoadSettings();
+  CheckRegistration();
+  if (!hostCalls->HostCall) {
+    Tell(dialog, kTextInternalError);
+    PostCommand(dialog, Cancel);
+  }
+  ResetPathsOnShift();
+  for (const ControlTemplate& control : kMainDialogTemplate.controls) InstallControl(dialog, control);
+  LimitToTrueColour(dialog);
+  LimitText(dialog, ControlId::Text, kTextLimit);
+  FillFonts(dialog);
+  FillPalettes(dialog);
+  LimitToFormat(dialog);
+  InstallPanels(dialog);
+  SetFocus(dialog, Build);
+  PostCommand(dialog, CustomPalette);
+  AskFileDialogSize();
+  ShowTitle(dialog);
+  Post(dialog, {kMessageRefresh, 0, 0});
+}
+
+void Refresh(Dialog& dialog) {
+  if (IsShiftDown() && HostHas(HostFlagTrueColorFormat)) {
+    SetCheckAndStore(dialog, TrueColour, true);
+    SetDelays(dialog, 40, 1000);
+  } else if (IsShiftDown()) {
+    SetDelays(dialog, 4, 100);
+  }
+  ShowPanel(dialog, ChosenEffect(dialog));
+  EnableBuild(dialog);
+  EnablePalette(dialog);
+  RepaintSample(dialog);
+}
+
+// --- The commands ---
+
+void OnTrueColour(Dialog& dialog) {
+  Store(dialog, TrueColour);
+  RepaintSample(dialog);
+  if (!ReadCheck(dialog, TrueColour)) SetCheckAndStore(dialog, ControlId::AlphaTransparency, false);
+}
+
+void OnAlphaTransparency(Dialog& dialog) {
+  Store(dialog, ControlId::AlphaTransparency);
+  RepaintSample(dialog);
+  if (ReadCheck(dialog, ControlId::AlphaTransparency)) SetCheckAndStore(dialog, TrueColour, true);
+}
+
+void OnAlphaBackground(Dialog& dialog) {
+  Store(dialog, ControlId::AlphaBackground);
+  RepaintSample(dialog);
+}
+
+void OnPalette(Dialog& dialog, int code) {
+  if (code != kSelectionChanged) return;
+  VariableOf("MainPalette").number =
+      static_cast<std::uint32_t>(std::max(GetSelection(dialog, MainControl::Palette), 0));
+}
+
+void OnText(Dialog& dialog, int code) {
+  if (code != kEditChanged || !IsDialogVisible(dialog)) return;
+  Store(dialog, ControlId::Text);
+  EnableBuild(dialog);
+  RepaintSampleLater(dialog);
+}
+
+void OnEffect(Dialog& dialog, int code) {
+  const int effect = ChosenEffect(dialog);
+  if (code != kSelectionChanged || effect == state.effect) return;
+  ShowPanel(dialog, effect);
+  VariableOf("MainEffect").number = static_cast<std::uint32_t>(effect);
+  RepaintSample(dialog);
+}
+
+// Every other control: its family knows what to do with it.
+void OnOption(Dialog& dialog, int id, int code) {
+  if (!IsDialogVisible(dialog) || !HasControl(dialog, id)) return;
+  if (KindOf(dialog, id) == ControlKind::ColourButton) return PickColour(dialog, id);
+  Store(dialog, id);
+  if (id < kFirstOptionOfTheSample) return;
+  code == kEditChanged ? RepaintSampleLater(dialog) : RepaintSample(dialog);
+}
+
+void OnCommand(Dialog& dialog, int id, int code) {
+  switch (id) {
+    case Build:
+      return PostCommand(dialog, RunBuild);
+    case Cancel:
+      return EndDialog(dialog, 0);
+    case Help:
+      return ShowHelp(dialog);
+    case TrueColour:
+      return OnTrueColour(dialog);
+    case MainControl::Palette:
+      return OnPalette(dialog, code);
+    case CustomPalette:
+      return EnablePalette(dialog);
+    case Register:
+      return RegisterCopy(dialog);
+    case About:
+      ShowMessage(&dialog, FormatText(kTextAbout, GLYPHMOTION_VERSION));
+      return;
+    case Test:
+      return PostCommand(dialog, MainControl::RunTest);
+    case OpenSave:
+      return ShowDocumentMenu(dialog);
+    case Open:
+      return OpenDocument(dialog);
+    case Save:
+      return SaveCurrentDocument(dialog);
+    case SaveAs:
+      return SaveDocumentAs(dialog);
+    case RunBuild:
+      return Run(dialog, false);
+    case MainControl::RunTest:
+      return Run(dialog, true);
+    case ControlId::Text:
+      return OnText(dialog, code);
+    case ControlId::Effect:
+      return OnEffect(dialog, code);
+    case ControlId::AlphaTransparency:
+      return OnAlphaTransparency(dialog);
+    case ControlId::AlphaBackground:
+      return OnAlphaBackground(dialog);
+    default:
+      return OnOption(dialog, id, code);
+  }
+}
+
+void OnDrawItem(Dialog& dialog, int id, const DrawRequest& request) {
+  if (id == Sample) DrawSampleWindow(dialog, request);
+  if (id == SizeText) DrawSizeText(dialog, request);
+}
+
+void OnDestroy(Dialog& dialog) {
+  KillTimer(dialog, kSampleTimer);
+  CheckRegistration();
+  SaveSettings();
+  for (const DialogTemplate* panel : PanelTemplates()) {
+    for (const ControlTemplate& control : panel->controls) {
+      if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
+    }
+  }
+  state = {};
+}
+
+}  // namespace
+
+const HostCallTable* CurrentHostCalls() noexcept { return state.hostCalls; }
+
+std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
+  switch (message.number) {
+    case kMessageInitialise:
+      Initialise(dialog, PointerOf<const HostCallTable>(message.b));
+      return 0;  // the focus has its place already
+    case kMessageRefresh:
+      Refresh(dialog);
+      return 1;
+    case kMessageRepaintSample:
+      state.repaintPosted = false;
+      Invalidate(dialog, Sample);
+      return 1;
+    case kMessageTimer:
+      if (message.a != kSampleTimer) return 0;
+      KillTimer(dialog, kSampleTimer);
+      Invalidate(dialog, Sample);
+      return 1;
+    case kMessageCommand:
+      OnCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
+      return 1;
+    case kMessageDrawItem:
+      OnDrawItem(dialog, static_cast<int>(message.a), *PointerOf<const DrawRequest>(message.b));
+      return 1;
+    case kMessageDestroy:
+      OnDestroy(dialog);
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace glyphmotion

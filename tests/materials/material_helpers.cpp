@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "material_helpers.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace glyphmotion {
+namespace {
+
+struct Scratch {
+  std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("glyphmotion-materials-" + std::to_string(getpid()));
+  Scratch() { std::filesystem::create_directories(folder); }
+  ~Scratch() {
+    std::error_code error;
+    std::filesystem::remove_all(folder, error);
+  }
+};
+
+}  // namespace
+
+std::string TemporaryFile(const std::string& name) {
+  static const Scratch scratch;
+  return (scratch.folder / name).string();
+}
+
+std::string FileBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream out;
+  out << in.rdbuf();
+  return out.str();
+}
+
+void WriteBytes(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+std::string PixelsOf(const PackedDib& dib) {
+  const DibView view(dib);
+  std::string pixels;
+  for (int y = 0; view && y < view.Height(); ++y) {
+    for (int x = 0; x < view.Width(); ++x) {
+      const std::uint32_t value = view.GetPixel(x, y);
+      pixels.append(reinterpret_cast<const char*>(&value), 3);
+    }
+  }
+  return pixels;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "image/packed_dib.h"
+
+namespace glyphmotion {
+
+/// A path in this process's own scratch folder, which is emptied at its end.
+std::string TemporaryFile(const std::string& name);
+std::string FileBytes(const std::string& path);
+void WriteBytes(const std::string& path, const std::string& bytes);
+
+/// All pixels by value, row by row from the top.
+std::string PixelsOf(const PackedDib& dib);
+
+}  // namespace glyphmotion
