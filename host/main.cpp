@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <cstdio>
+#include "host/program.h"
 
-int main() {
-  std::puts("glyphmotion " GLYPHMOTION_VERSION);
-  return 0;
+int main(int argc, char** argv) {
+  glyphmotion::CatchInterrupts();
+  return glyphmotion::RunProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
 }

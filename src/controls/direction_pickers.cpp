@@ -34,30 +34,28 @@ constexpr std::string_view kStraightArrow[] = {
     "......#......",  //
 };
 constexpr std::string_view kDiagonalArrow[] = {
-    ".#.........",  //
-    "###........",  //
-    ".###......#",  //
-    "..###....##",  //
-    "...###..###",  //
+    "..#........",  //
+    ".###.......",  //
+    "#####.....#",  //
+    ".#####...##",  //
+    "..#####.###",  //
+    "...########",  //
     "....#######",  //
     ".....######",  //
     "....#######",  //
     "...########",  //
     "..#########",  //
-    ".##########",  //
 };
 constexpr std::string_view kDoubleArrow[] = {
-    ".....#.......#.....",  //
-    "....##.......##....",  //
-    "...###.......###...",  //
-    "..####.......####..",  //
-    ".#################.",  //
-    "###################",  //
-    ".#################.",  //
-    "..####.......####..",  //
-    "...###.......###...",  //
-    "....##.......##....",  //
-    ".....#.......#.....",  //
+    "....#.....#....",  //
+    "...##.....##...",  //
+    "..###.....###..",  //
+    ".#############.",  //
+    "###############",  //
+    ".#############.",  //
+    "..###.....###..",  //
+    "...##.....##...",  //
+    "....#.....#....",  //
 };
 
 struct Cell {
@@ -153,16 +151,18 @@ bool InputPicker(Dialog& dialog, int id, const Message& message) {
 void PaintCell(const DrawRequest& request, const Cell& cell, bool pressed, bool enabled, bool focused) {
   const Rect rect{cell.column * kPickerCell, cell.row * kPickerCell, (cell.column + 1) * kPickerCell,
                   (cell.row + 1) * kPickerCell};
-  PaintButtonFace(request, rect, pressed);
+  // The choice is a dark face with a light arrow: an edge alone is hard to find among eight buttons.
+  const auto colour = GetSystemColour;
+  const auto chosen = colour(enabled ? SystemColour::DarkShadow : SystemColour::ButtonShadow);
+  PaintButtonFace(request, rect, pressed, pressed ? chosen : colour(SystemColour::ButtonFace));
   int width = static_cast<int>(cell.arrow[0].size()), height = static_cast<int>(cell.arrow.size());
   if (cell.turn.transpose) std::swap(width, height);
   const int x = rect.left + (kPickerCell - width) / 2 + pressed, y = rect.top + (kPickerCell - height) / 2 + pressed;
-  if (enabled) {
-    PaintMask(request, x, y, cell.arrow, cell.turn, GetSystemColour(SystemColour::ButtonText));
-  } else {
-    PaintMask(request, x + 1, y + 1, cell.arrow, cell.turn, GetSystemColour(SystemColour::Highlight));
-    PaintMask(request, x, y, cell.arrow, cell.turn, GetSystemColour(SystemColour::ButtonShadow));
-  }
+  if (!enabled && !pressed) PaintMask(request, x + 1, y + 1, cell.arrow, cell.turn, colour(SystemColour::Highlight));
+  const SystemColour arrow = pressed   ? SystemColour::Highlight
+                             : enabled ? SystemColour::ButtonText
+                                       : SystemColour::ButtonShadow;
+  PaintMask(request, x, y, cell.arrow, cell.turn, colour(arrow));
   if (focused && enabled) DottedFrame(request, Shrunk(rect, 3));
 }
 

@@ -18,12 +18,6 @@ void PaintPixel(const DrawRequest& request, int x, int y, Colour colour) {
   pixel[2] = static_cast<std::uint8_t>(RedOf(colour));
 }
 
-void InvertPixel(const DrawRequest& request, int x, int y) {
-  if (x < 0 || y < 0 || x >= request.width || y >= request.height) return;
-  std::uint8_t* pixel = PixelOf(request, x, y);
-  for (int channel = 0; channel < 3; ++channel) pixel[channel] = static_cast<std::uint8_t>(~pixel[channel]);
-}
-
 }  // namespace
 
 void FillFace(const DrawRequest& request, Rect rect, Colour colour) noexcept {
@@ -41,25 +35,25 @@ void FrameFace(const DrawRequest& request, Rect rect, Colour topLeft, Colour bot
   FillFace(request, {rect.right - 1, rect.top, rect.right, rect.bottom}, bottomRight);
 }
 
-void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed) noexcept {
-  const Colour face = GetSystemColour(SystemColour::ButtonFace), light = GetSystemColour(SystemColour::Highlight);
+void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed, Colour face) noexcept {
+  const Colour light = GetSystemColour(SystemColour::Highlight);
   const Colour shadow = GetSystemColour(SystemColour::ButtonShadow), dark = GetSystemColour(SystemColour::DarkShadow);
   const Colour soft = GetSystemColour(SystemColour::Light3D);
-  // A pressed face is half way to the highlight, so that the choice shows even where edges are hard to see.
-  FillFace(request, rect, pressed ? Blend(face, light, 160) : face);
+  FillFace(request, rect, face);
   FrameFace(request, rect, pressed ? dark : light, pressed ? light : dark);
   FrameFace(request, Shrunk(rect, 1), pressed ? shadow : soft, pressed ? soft : shadow);
 }
 
 void DottedFrame(const DrawRequest& request, Rect rect) noexcept {
-  const int right = rect.right - 1, bottom = rect.bottom - 1;
-  for (int x = rect.left; x <= right; ++x) {
-    if ((x + rect.top) & 1) InvertPixel(request, x, rect.top);
-    if (bottom > rect.top && ((x + bottom) & 1)) InvertPixel(request, x, bottom);
+  const Colour colours[] = {GetSystemColour(SystemColour::Highlight), GetSystemColour(SystemColour::ButtonText)};
+  const auto dot = [&](int x, int y) { PaintPixel(request, x, y, colours[(x ^ y) & 1]); };
+  for (int x = rect.left; x < rect.right; ++x) {
+    dot(x, rect.top);
+    dot(x, rect.bottom - 1);
   }
-  for (int y = rect.top + 1; y < bottom; ++y) {
-    if ((rect.left + y) & 1) InvertPixel(request, rect.left, y);
-    if (right > rect.left && ((right + y) & 1)) InvertPixel(request, right, y);
+  for (int y = rect.top; y < rect.bottom; ++y) {
+    dot(rect.left, y);
+    dot(rect.right - 1, y);
   }
 }
 

@@ -19,10 +19,10 @@ void FillFace(const DrawRequest& request, Rect rect, Colour colour) noexcept;
 /// A one-pixel frame just inside the rectangle: top and left in one colour, bottom and right in another.
 void FrameFace(const DrawRequest& request, Rect rect, Colour topLeft, Colour bottomRight) noexcept;
 
-/// A button's face with its two-pixel edge, raised or pressed.
-void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed) noexcept;
+/// A button's face in a colour with its two-pixel edge, raised or pressed.
+void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed, Colour face) noexcept;
 
-/// Every other pixel of a frame inverted: where the keyboard is.
+/// A frame of light and dark pixels by turns, which shows on any colour: where the keyboard is.
 void DottedFrame(const DrawRequest& request, Rect rect) noexcept;
 
 /// A bitmap's pixels at their own size from the rectangle's top left corner, cut to the rectangle. Nothing for an empty

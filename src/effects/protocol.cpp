@@ -32,6 +32,15 @@ bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* wi
   return true;
 }
 
+bool RunFits(EffectContext& context, int width, int height, std::int64_t frames) {
+  const int bits = ReadCheck(*context.dialog, ControlId::AlphaTransparency) ? 32 : 24;
+  const auto bytes = static_cast<std::int64_t>(DibSize(width, height, bits));
+  if (bytes > 0 && frames <= kMaxRunBytes / bytes) return true;
+  context.failure = "An animation of " + std::to_string(frames) + " frames of " + std::to_string(width) + " x " +
+                    std::to_string(height) + " pixels does not fit into memory. Choose fewer frames or a smaller size.";
+  return false;
+}
+
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay) {
   if (!frame) return false;
   FrameRecord record;

@@ -60,6 +60,13 @@ int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept;
 /// could not be rendered; the build then returns 0.
 bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width = nullptr, int* height = nullptr);
 
+/// False, with the sentence set, when a run of that many frames of a size cannot be held in memory (kMaxRunBytes).
+/// Asked before the first frame of a build is kept.
+bool RunFits(EffectContext& context, int width, int height, std::int64_t frames);
+
+/// All frames of a run are held at once until the host has them.
+constexpr std::int64_t kMaxRunBytes = std::int64_t{4} << 30;
+
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.
 bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int step, int total);

@@ -68,6 +68,7 @@ int Build(EffectContext& context) noexcept {
     int width = 0, height = 0;
     if (!PrimeRun(context, &offset, Render, &width, &height)) return false;
     Run run = PlanRun(ReadDirection(dialog, kScroll), width, height, ReadNumber(dialog, kFrames));
+    if (!RunFits(context, width, height, run.frames)) return false;
     for (int i = 0; i < run.frames; ++i) {
       const double previous = run.position;
       run.position += run.step;

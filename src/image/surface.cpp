@@ -181,23 +181,20 @@ void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule
     if (!active) y = std::max(y, edges[next].firstRow);
     while (next < count && edges[next].firstRow == y) edges[active++] = edges[next++];
     for (int i = 0; i < active; ++i) {
-      const Edge edge = edges[i];
-      const Crossing crossing = {static_cast<int>(std::clamp<Wide>(edge.x.Ceiling(), 0, canvas.Width())),
-                                 edge.direction};
-      int at = i;
-      for (; at > 0 && table.crossings[at - 1].x > crossing.x; --at) {
-        table.crossings[at] = table.crossings[at - 1];
-        edges[at] = edges[at - 1];
+      const Wide x = std::clamp<Wide>(edges[i].x.Ceiling(), 0, canvas.Width());
+      table.crossings[i] = {static_cast<int>(x), edges[i].direction};
+      for (int at = i; at > 0 && table.crossings[at - 1].x > table.crossings[at].x; --at) {
+        std::swap(table.crossings[at - 1], table.crossings[at]);
+        std::swap(edges[at - 1], edges[at]);
       }
-      table.crossings[at] = crossing;
-      edges[at] = edge;
     }
     FillBetween(canvas, y, table.crossings, active, rule);
     int kept = 0;
     for (int i = 0; i < active; ++i) {
       if (edges[i].endRow <= y + 1) continue;
       edges[i].x.Advance();
-      edges[kept++] = edges[i];
+      if (kept != i) edges[kept] = edges[i];
+      ++kept;
     }
     active = kept;
   }

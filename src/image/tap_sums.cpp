@@ -19,28 +19,33 @@ struct Ones {
 };
 constexpr Ones kOnes;
 
-// The float results of all lanes; says in `doubtful` which ones stand too near to a whole number, and how many.
+// The float results of all lanes; says in `doubtful` which ones stand too near to a whole number from 1 to 255, and how
+// many. (Beyond those the byte is 0 or 255 on either side.) Loops of one type each, so that compilers make vectors of
+// them all.
 GLYPHMOTION_CLONES
 int FastSums(const float* in, std::ptrdiff_t pitch, const float* weights, int count, const float* reciprocal,
-             float tolerance, std::uint8_t* out, std::uint8_t* doubtful) {
-  float sum[kLanes] = {};
+             float tolerance, std::uint8_t* out, std::int32_t* doubtful) {
+  float sum[kLanes];
+  for (int l = 0; l < kLanes; ++l) sum[l] = 0.0f;
   for (int t = 0; t < count; t += kTapGroup) {
     const float *p0 = in + t * pitch, *p1 = p0 + pitch, *p2 = p1 + pitch, *p3 = p2 + pitch;
     const float w0 = weights[t], w1 = weights[t + 1], w2 = weights[t + 2], w3 = weights[t + 3];
     for (int l = 0; l < kLanes; ++l) sum[l] = sum[l] + w0 * p0[l] + w1 * p1[l] + w2 * p2[l] + w3 * p3[l];
   }
-  int whole[kLanes], doubts = 0;
+  std::int32_t whole[kLanes], doubts = 0;
   for (int l = 0; l < kLanes; ++l) {
-    float v = sum[l] > 0.0f ? sum[l] : 0.0f;
-    v = v < 255.0f ? v : 255.0f;
-    v = (v + 0.5f) * reciprocal[l];
-    whole[l] = static_cast<int>(v);
-    const float fraction = v - static_cast<float>(whole[l]);
-    const int doubt = (fraction < tolerance) | (fraction > 1.0f - tolerance);
-    doubtful[l] = static_cast<std::uint8_t>(doubt);
+    const float v = (sum[l] + 0.5f) * reciprocal[l];
+    const float near = tolerance * reciprocal[l];
+    const float distance = v - static_cast<float>(static_cast<std::int32_t>(v + 0.5f));
+    const std::int32_t doubt = (distance < near) & (distance > -near) & (v > 1.0f - near) & (v < 255.0f + near);
+    whole[l] = static_cast<std::int32_t>(v);
+    doubtful[l] = doubt;
     doubts += doubt;
   }
-  for (int l = 0; l < kLanes; ++l) out[l] = static_cast<std::uint8_t>(whole[l]);
+  for (int l = 0; l < kLanes; ++l) {
+    const std::int32_t low = whole[l] < 0 ? 0 : whole[l];
+    out[l] = static_cast<std::uint8_t>(low > 255 ? 255 : low);
+  }
   return doubts;
 }
 
@@ -75,8 +80,9 @@ const Divisors kNoDivision = {kOnes.exact, kOnes.reciprocal};
 
 // With u = 2^-24 and n fast taps: each product and each of n additions rounds once, so the float sum is off by at most
 // (n + 1) u times the sum of |weight * sample|, beside what the float weights (zero for taps left out) differ from the
-// double ones. Adding 0.5 rounds once more; a reciprocal of at most 2 doubles all that, and rounds twice. The errors of
-// the double sums are below 1e-10 and covered, as are second-order terms, by the last factor.
+// double ones. Adding 0.5 rounds once more. A reciprocal, which is 1 or more, multiplies all that, and itself brings
+// two roundings of a result below 257. The errors of the double sums are below 1e-10 and covered, as are second-order
+// terms, by the last factor.
 float Tolerance(const Taps& taps) noexcept {
   constexpr double u = 0x1p-24;
   double differences = 0.0, weights = 0.0;
@@ -87,12 +93,12 @@ float Tolerance(const Taps& taps) noexcept {
     weights += std::abs(fast);
   }
   const double sum = 255.0 * differences + (taps.fastCount + 1) * u * 255.0 * weights;
-  return static_cast<float>((2.0 * (sum + 256.0 * u) + 3.0 * 256.0 * u + 1e-9) * 1.05);
+  return static_cast<float>((sum + 3.0 * 257.0 * u + 1e-9) * 1.05);
 }
 
 void SumToBytes(const float* in, std::ptrdiff_t pitch, const Taps& taps, const Divisors& divisors,
                 std::uint8_t* out) noexcept {
-  std::uint8_t doubtful[kLanes];
+  std::int32_t doubtful[kLanes];
   const int doubts = FastSums(in + taps.fastFirst * pitch, pitch, taps.fast, taps.fastCount, divisors.reciprocal,
                               taps.tolerance, out, doubtful);
   if (doubts == 0) return;

@@ -36,10 +36,10 @@ struct Taps {
   float tolerance = 0.0f;  ///< from Tolerance()
 };
 
-/// What a fast result may differ from the plain one, for samples of 0 to 255 and divisors of 0.5 or more.
+/// What a fast result may differ from the plain one before a division, for samples of 0 to 255.
 float Tolerance(const Taps& taps) noexcept;
 
-/// kLanes divisors of the results, and their reciprocals in float. All ones where nothing is divided.
+/// kLanes divisors of the results, from 0.5 to 1, and their reciprocals in float. All ones where nothing is divided.
 struct Divisors {
   const double* exact;
   const float* reciprocal;
@@ -53,10 +53,19 @@ void SumToBytes(const float* in, std::ptrdiff_t pitch, const Taps& taps, const D
 /// Bytes to floats.
 void WidenBytes(const std::uint8_t* from, std::size_t count, float* to) noexcept;
 
-/// A zeroed working array, or null.
+/// Vectors that straddle a cache line load at half the pace.
+constexpr std::align_val_t kScratchAlignment{64};
+
+struct FreeScratch {
+  void operator()(void* data) const noexcept { ::operator delete[](data, kScratchAlignment); }
+};
 template <typename T>
-std::unique_ptr<T[]> ScratchArray(std::size_t count) noexcept {
-  return std::unique_ptr<T[]>(new (std::nothrow) T[count]());
+using Scratch = std::unique_ptr<T[], FreeScratch>;
+
+/// A zeroed working array of plain values, or null.
+template <typename T>
+Scratch<T> ScratchArray(std::size_t count) noexcept {
+  return Scratch<T>(new (kScratchAlignment, std::nothrow) T[count]());
 }
 
 }  // namespace glyphmotion

@@ -33,7 +33,7 @@ struct GlyphBox {
 
 /// Coverage of one glyph in its box, rows top down.
 struct GlyphBitmap {
-  int width = 0, height = 0;           ///< the box, truncated to whole pixels
+  int width = 0, height = 0;           ///< the box, truncated to whole pixels, 1 at least
   std::vector<std::uint8_t> coverage;  ///< width * height values, 0 to 255
 };
 

@@ -23,7 +23,7 @@ namespace glyphmotion::panel {
 struct Column {
   int x, labelWidth;
 };
-constexpr Column kSwatches{7, 48}, kNumbers{107, 50}, kChecks{207, 26}, kDirections{285, 60};
+constexpr Column kSwatches{7, 48}, kNumbers{107, 50}, kChecks{207, 30}, kDirections{285, 60};
 /// For panels whose own colours have an Enable check in the place of the numbers.
 constexpr Column kEnables{107, 42}, kNumbersRight{207, 48};
 

@@ -2,12 +2,12 @@
 #include "shell/documents.h"
 
 #include <algorithm>
-#include <charconv>
 #include <exception>
 #include <optional>
 #include <string_view>
 
 #include "controls/families.h"
+#include "controls/line_values.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
 #include "platform/shell_ui.h"
@@ -19,7 +19,6 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::string_view kPluginName = "Glyphmotion 4 Plugin", kMakerName = "Tessaloom";
-constexpr std::size_t kStemLength = 6;
 constexpr std::size_t kLongestFirstLine = 8192;  // characters that are searched for the two names
 
 void Tell(Dialog& dialog, int text) {
@@ -63,15 +62,9 @@ std::string_view NextLine(std::string_view& rest) {
   return line.substr(0, line.find_first_of(std::string_view("\r\0", 2)));
 }
 
-/// The id after the stem; 0 when there is none, or none that an id can be.
+/// The id after the stem; 0 or less when there is none.
 int IdOfLine(std::string_view line) {
-  if (line.starts_with(';') || line.size() <= kStemLength) return 0;
-  std::string_view digits = line.substr(kStemLength);
-  digits.remove_prefix(std::min(digits.find_first_not_of(" \t\v\f"), digits.size()));
-  if (digits.starts_with('+')) digits.remove_prefix(1);
-  int id = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  return id;
+  return line.starts_with(';') || line.size() <= kStemLength ? 0 : LeadingNumber(line.substr(kStemLength));
 }
 
 /// The lines after the first; nothing when the first line is not that of a document. A file without a first line is a

@@ -25,7 +25,7 @@ std::mt19937& Rng() {
   static std::mt19937 rng(7);
   return rng;
 }
-int Random(int low, int high) { return low + static_cast<int>(Rng()() % static_cast<unsigned>(high - low + 1)); }
+int Random(std::int64_t low, std::int64_t high) { return static_cast<int>(low + Rng()() % (high - low + 1)); }
 
 // A coordinate near a surface of some side, or now and then anywhere at all.
 int RandomPlace(int side, bool far) {

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// The command line: what a user may say, and the job that it becomes.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "glyphmotion/render.h"
+
+namespace glyphmotion {
+
+/// What the command line may name; filled from the library by LibraryCatalogue, by hand in tests.
+struct Catalogue {
+  std::vector<std::string> effects;   ///< in the order of the effect list
+  std::vector<std::string> palettes;  ///< in the order of their numbers, as the dialog shows them
+  std::vector<KeyInfo> keys;
+  std::vector<ControlInfo> controls;
+  std::function<bool(const std::string&)> hasFont;
+  std::function<std::vector<std::string>()> fonts;
+};
+
+enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures };
+
+struct Arguments {
+  Job job;
+  std::string output;     ///< file, or folder with framesAsPng; empty: none
+  std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
+  bool framesAsPng = false;
+  double lossyQuality = -1;  ///< 0 to 100; below 0: lossless
+  std::string recordFolder;  ///< empty: none
+  ListKind list = ListKind::None;
+  bool quiet = false;
+  std::optional<bool> progress;  ///< nothing: as the terminal is
+};
+
+/// What became of the command line: arguments to run with, or a text to print and an exit code.
+struct ParsedArguments {
+  std::optional<Arguments> arguments;
+  std::string text;   ///< for standard output: help, version
+  std::string error;  ///< one sentence for standard error
+  int exitCode = 0;   ///< without arguments: 0 done, 2 bad usage
+};
+
+/// Parses the words after the program's name. Never exits, never prints.
+ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& catalogue);
+
+/// The names of --palette, in the order of the palettes' numbers: bw, windows16, ...
+const std::vector<std::string>& PaletteOptionNames();
+
+/// "Background Hyperspace" as the command line writes it: "background-hyperspace".
+std::string OptionForm(const std::string& name);
+
+/// The one of `names` that is nearest to `word` by edits, case ignored; empty when none is near.
+std::string NearestName(const std::string& word, const std::vector<std::string>& names);
+
+}  // namespace glyphmotion

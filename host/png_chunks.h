@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// PNG pictures and animations in memory: libpng compresses, this adds the chunks of an animation (APNG) around it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace glyphmotion {
+
+enum class PngKind : std::uint8_t { Palette = 3, Rgb = 2, Rgba = 6 };
+
+/// A picture to compress: rows top down, tightly packed (1, 3 or 4 bytes a pixel).
+struct PngPicture {
+  int width = 0, height = 0;
+  PngKind kind = PngKind::Rgba;
+  std::span<const std::uint8_t> pixels;
+  std::span<const std::uint8_t> palette;  ///< 3 bytes an entry, at most 256; Palette only
+  int transparentIndex = -1;              ///< Palette only
+};
+
+/// A whole PNG file; empty when libpng fails.
+std::vector<std::uint8_t> WritePng(const PngPicture& picture);
+
+/// Where and how long a frame of an animation stands.
+struct PngFramePlace {
+  int left = 0, top = 0;
+  int delayMilliseconds = 0;
+};
+
+/// Builds an animation chunk by chunk. Frames replace the pixels under them and stay.
+class PngAnimation {
+ public:
+  explicit PngAnimation(int frameCount) : frameCount_(frameCount) {}
+  /// The bytes that a frame adds to the file; the first must have the size of the whole animation. All frames are of
+  /// the first one's kind, palette and transparent index. Empty when libpng fails.
+  std::vector<std::uint8_t> Add(const PngPicture& picture, const PngFramePlace& place);
+  /// The last bytes.
+  static std::vector<std::uint8_t> End();
+
+ private:
+  int frameCount_;
+  std::uint32_t sequence_ = 0;
+  bool first_ = true;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "host/program.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <optional>
+
+#include "glyphmotion/render.h"
+#include "host/arguments.h"
+#include "host/encoders.h"
+#include "host/output_file.h"
+#include "host/progress.h"
+#include "host/recorder.h"
+#include "platform/text_engine.h"
+
+namespace glyphmotion {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+int Fail(const std::string& sentence, int code = kExitFailed) {
+  std::string line = sentence;
+  std::replace(line.begin(), line.end(), '\n', ' ');
+  std::fprintf(stderr, "glyphmotion: error: %s\n", line.c_str());
+  return code;
+}
+
+Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
+
+// --- Lists
+
+void PrintRow(const std::vector<std::string>& cells, const std::vector<int>& widths) {
+  std::string line;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    line += cells[i];
+    const auto width = static_cast<std::size_t>(i < widths.size() ? widths[i] : 0);
+    if (i + 1 < cells.size()) line.append(cells[i].size() < width ? width - cells[i].size() : 1, ' ');
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  std::printf("%s\n", line.c_str());
+}
+
+int PrintList(ListKind kind, const Catalogue& catalogue) {
+  switch (kind) {
+    case ListKind::Effects:
+      for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
+      return kExitDone;
+    case ListKind::Fonts:
+      for (const std::string& name : catalogue.fonts()) PrintRow({name}, {});
+      return kExitDone;
+    case ListKind::Palettes:
+      PrintRow({"custom", "-", "made for the picture"}, {16, 4});
+      for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i)
+        PrintRow({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]}, {16, 4});
+      return kExitDone;
+    case ListKind::Keys:
+      for (const KeyInfo& row : catalogue.keys)
+        PrintRow({row.key, row.kind, row.control ? std::to_string(row.control) : "-", row.defaultValue}, {32, 8, 6});
+      return kExitDone;
+    case ListKind::Controls:
+      for (const ControlInfo& row : catalogue.controls)
+        PrintRow({std::to_string(row.id), row.kind, row.range, row.key, row.panel, row.caption}, {6, 18, 16, 28, 24});
+      return kExitDone;
+    default:
+      return Fail("no texture library is installed, so there are no textures to list");
+  }
+}
+
+// --- A run
+
+// Everything that takes part in one run.
+struct Run {
+  const Arguments& arguments;
+  Output output;
+  std::optional<Encoder> encoder;
+  std::optional<Recorder> recorder;
+  ProgressBar bar;
+  std::string error;  // why an image was refused
+  int width = 0, height = 0;
+
+  explicit Run(const Arguments& given)
+      : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
+};
+
+bool OpenEncoder(Run& run, int width, int height, int count) {
+  run.width = width;
+  run.height = height;
+  if (!run.output) return true;
+  const int unit = run.arguments.job.paletteFormat ? 10 : 1;
+  run.encoder =
+      FindFormat(run.arguments.extension)->open(run.output, {width, height, count, unit, run.arguments.lossyQuality});
+  return true;
+}
+
+bool AddImage(Run& run, const Image& image) {
+  if (image.sample) OpenEncoder(run, image.width, image.height, 1);
+  if (!run.encoder) return true;
+  run.error = run.encoder->add(image);
+  return run.error.empty();
+}
+
+Sink SinkOf(Run& run) {
+  Sink sink;
+  sink.task = [&run](const Task& task) { return OpenEncoder(run, task.width, task.height, task.imageCount); };
+  sink.image = [&run](const Image& image) { return AddImage(run, image); };
+  sink.comment = [&run](const std::string& text) {
+    if (run.encoder && run.encoder->comment) run.encoder->comment(text);
+  };
+  sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
+  sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
+  if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
+  sink.cancelled = [] { return interrupted != 0; };
+  return sink;
+}
+
+std::string OpenOutputs(Run& run) {
+  std::string error;
+  if (!run.arguments.recordFolder.empty()) {
+    run.recorder.emplace(run.arguments.recordFolder, error);
+    if (!error.empty()) return error;
+  }
+  if (run.arguments.output.empty()) return {};
+  run.output = run.arguments.framesAsPng ? Output::Folder(run.arguments.output, error)
+                                         : Output::File(run.arguments.output, error);
+  return error;
+}
+
+std::string MessageOf(const Run& run, const RenderResult& result) {
+  if (!run.error.empty()) return run.error;
+  if (!result.message.empty()) return result.message;
+  return result.dialogMessages.empty() ? "the run failed" : result.dialogMessages.front();
+}
+
+int Conclude(Run& run, const RenderResult& result) {
+  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
+  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
+  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
+  if (run.arguments.job.action == Job::Action::None) return kExitDone;
+  if (result.images == 0 && run.arguments.job.action != Job::Action::Sample)
+    return Fail("the effect built no frame; is there anything to see in the text?");
+  if (!run.output) return kExitDone;
+  if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
+  std::string error = run.encoder->finish();
+  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
+  if (error.empty()) error = run.output.Keep();
+  if (!error.empty()) return Fail(error);
+  if (!run.arguments.quiet && ErrorsGoToTerminal())
+    std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
+                 std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
+  return kExitDone;
+}
+
+int Execute(const Arguments& arguments) {
+  Run run(arguments);
+  const std::string error = OpenOutputs(run);
+  if (!error.empty()) return Fail(error);
+  const RenderResult result = Render(arguments.job, SinkOf(run));
+  run.bar.Clear();
+  if (run.recorder) {
+    const std::string trouble = run.recorder->End(result);
+    if (!trouble.empty()) return Fail(trouble);
+  }
+  return Conclude(run, result);
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+  std::signal(SIGINT, [](int) { interrupted = 1; });
+  std::signal(SIGTERM, [](int) { interrupted = 1; });
+}
+
+int RunProgram(const std::vector<std::string>& words) {
+  try {
+    const Catalogue catalogue = LibraryCatalogue();
+    const ParsedArguments parsed = ParseArguments(words, catalogue);
+    if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
+    if (!parsed.arguments) {
+      std::fputs(parsed.text.c_str(), stdout);
+      return parsed.exitCode;
+    }
+    if (parsed.arguments->list != ListKind::None) return PrintList(parsed.arguments->list, catalogue);
+    return Execute(*parsed.arguments);
+  } catch (const std::bad_alloc&) {
+    return Fail("memory is out; try a smaller size or fewer frames");
+  } catch (const std::exception& error) {
+    return Fail(std::string("something unexpected happened: ") + error.what());
+  }
+}
+
+}  // namespace glyphmotion

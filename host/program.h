@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// The program: arguments become a job, the job's images become a file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace glyphmotion {
+
+/// Exit codes of the program.
+enum ExitCode { kExitDone = 0, kExitFailed = 1, kExitUsage = 2, kExitInterrupted = 130 };
+
+/// Runs the program with the words after its name. Prints to standard output (lists, help) and standard error. Returns
+/// an ExitCode.
+int RunProgram(const std::vector<std::string>& words);
+
+/// After this, Ctrl-C ends a run in order: nothing unfinished is left behind, and RunProgram returns kExitInterrupted.
+void CatchInterrupts();
+
+}  // namespace glyphmotion

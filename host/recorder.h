@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// --record: every call of the plug-in as a line of JSON, every image as a file.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "glyphmotion/render.h"
+
+namespace glyphmotion {
+
+/// Writes FOLDER/calls.jsonl and FOLDER/0000.dib and so on. Files of an earlier recording are replaced.
+class Recorder {
+ public:
+  /// Makes the folder. `error` gets one sentence when that fails.
+  Recorder(const std::string& folder, std::string& error);
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+  ~Recorder();
+
+  void Call(const HostCallEvent& event);
+  /// The last line, after everything has been freed. An empty text when all was written, otherwise one sentence.
+  std::string End(const RenderResult& result);
+
+ private:
+  void Line(const std::string& text);
+
+  std::string folder_;
+  std::FILE* calls_ = nullptr;
+  bool failed_ = false;
+};
+
+/// The line of one call, without its end. `imageFile` names the file of its image; empty: none.
+std::string CallLine(const HostCallEvent& event, const std::string& imageFile);
+
+}  // namespace glyphmotion

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// What every machine's folders have in common: the overrides of a scripted run, and joining.
+#include "platform/folders.h"
+
+#include <utility>
+
+namespace glyphmotion {
+namespace {
+
+FolderOverrides& Overrides() {
+  static FolderOverrides overrides;
+  return overrides;
+}
+
+bool IsSeparator(char c) { return c == '/' || c == '\\'; }
+
+}  // namespace
+
+void SetFolderOverrides(FolderOverrides overrides) { Overrides() = std::move(overrides); }
+
+const FolderOverrides& CurrentFolderOverrides() noexcept { return Overrides(); }
+
+std::string SettingsFilePath() {
+  const auto& override = Overrides().settingsFile;
+  return override ? *override : JoinPath(SettingsFolder(), "tlmplgm4.ini");
+}
+
+std::string PerControlFolder() {
+  const auto& override = Overrides().perControlFolder;
+  return override ? *override : DataFolder();
+}
+
+std::string JoinPath(const std::string& folder, const std::string& name) {
+  if (folder.empty()) return {};
+  return IsSeparator(folder.back()) ? folder + name : folder + "/" + name;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// Folders by the XDG base directories.
+#include "platform/folders.h"
+
+#include <dlfcn.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+
+namespace glyphmotion {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+std::string WithSeparator(std::string folder) {
+  if (!folder.empty() && folder.back() != '/') folder += '/';
+  return folder;
+}
+
+std::string HomeFolder() {
+  if (std::string home = Environment("HOME"); !home.empty()) return WithSeparator(std::move(home));
+  const passwd* entry = getpwuid(getuid());
+  return entry && entry->pw_dir ? WithSeparator(entry->pw_dir) : "";
+}
+
+/// A base directory; relative values of the variable are to be ignored.
+std::string BaseFolder(const char* variable, const char* underHome) {
+  const std::string folder = Environment(variable);
+  if (!folder.empty() && folder.front() == '/') return JoinPath(folder, "glyphmotion/");
+  return JoinPath(HomeFolder(), std::string(underHome) + "/glyphmotion/");
+}
+
+/// The value of XDG_DOCUMENTS_DIR in user-dirs.dirs, whose lines read NAME="$HOME/Documents".
+std::string UserDocuments(const std::string& home) {
+  const std::string config = Environment("XDG_CONFIG_HOME");
+  std::ifstream file(JoinPath(config.empty() ? home + ".config" : config, "user-dirs.dirs"));
+  const std::string start = "XDG_DOCUMENTS_DIR=\"", homeName = "$HOME/";
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind(start, 0) != 0) continue;
+    const std::string value = line.substr(start.size(), line.find('"', start.size()) - start.size());
+    return value.rfind(homeName, 0) == 0 ? home + value.substr(homeName.size()) : value;
+  }
+  return {};
+}
+
+bool IsFolder(const std::string& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+bool HoldsLibraries(const std::string& folder) {
+  for (const char* name : {"tlmplgm4.fft", "tlmplgm4.mtx", "FountainLibrary.fll"}) {
+    std::error_code error;
+    if (fs::exists(folder + name, error)) return true;
+  }
+  return false;
+}
+
+void InThisModule() {}
+
+}  // namespace
+
+std::string SettingsFolder() {
+  const std::string home = Environment("GLYPHMOTION_HOME");
+  return home.empty() ? BaseFolder("XDG_CONFIG_HOME", ".config") : WithSeparator(home);
+}
+
+std::string DataFolder() {
+  if (const auto& override = CurrentFolderOverrides().dataFolder) return WithSeparator(*override);
+  const std::string home = Environment("GLYPHMOTION_HOME");
+  return home.empty() ? BaseFolder("XDG_DATA_HOME", ".local/share") : WithSeparator(home) + "data/";
+}
+
+std::string DocumentsFolder() {
+  const std::string home = HomeFolder();
+  if (home.empty()) return {};
+  for (const std::string& folder : {Environment("XDG_DOCUMENTS_DIR"), UserDocuments(home), home + "Documents"}) {
+    if (!folder.empty() && IsFolder(folder)) return WithSeparator(folder);
+  }
+  return home;
+}
+
+std::string OwnFolder() {
+  // The loader names a shared library by its path, but the program by however it was called.
+  Dl_info module{};
+  std::error_code error;
+  fs::path path;
+  if (dladdr(reinterpret_cast<void*>(&InThisModule), &module) && module.dli_fname && module.dli_fname[0] == '/') {
+    path = fs::canonical(module.dli_fname, error);
+  }
+  if (path.empty()) path = fs::read_symlink("/proc/self/exe", error);
+  return path.empty() ? "" : WithSeparator(path.parent_path().string());
+}
+
+std::string ShippedFolder() {
+  const std::string own = OwnFolder();
+  if (own.empty()) return {};
+  for (const std::string& folder : {own, own + "share/glyphmotion/", own + "../share/glyphmotion/"}) {
+    if (HoldsLibraries(folder)) return folder;
+  }
+  return {};
+}
+
+std::string RegisteredOwner() {
+  const passwd* entry = getpwuid(getuid());
+  if (!entry) return {};
+  const std::string details = entry->pw_gecos ? entry->pw_gecos : "";
+  const std::string name = details.substr(0, details.find(','));
+  return !name.empty() ? name : entry->pw_name ? entry->pw_name : "";
+}
+
+std::string RegisteredOrganization() { return {}; }
+
+bool EnsureFolder(const std::string& folder) noexcept try {
+  if (folder.empty()) return false;
+  std::error_code error;
+  const fs::path path = fs::path(folder) / "";  // with and without a last separator alike
+  fs::create_directories(path.parent_path(), error);
+  return fs::is_directory(path, error);
+} catch (...) {
+  return false;
+}
+
+}  // namespace glyphmotion

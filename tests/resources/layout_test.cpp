@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+// The screen without a screen: dialog 1000 with each panel shown, and what ties its controls to keys and effects.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "controls/read_controls.h"
+#include "effects/effect_table.h"
+#include "resources/settings_table.h"
+#include "resources/templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using Kind = ControlKind;
+using Controls = std::vector<ControlTemplate>;
+
+constexpr int kMargin = 7;
+
+Controls ControlsOf(const DialogTemplate& dialogTemplate) {
+  return {dialogTemplate.controls.begin(), dialogTemplate.controls.end()};
+}
+
+Controls DialogWith(const DialogTemplate& panel) {
+  Controls all = ControlsOf(kMainDialogTemplate);
+  all.insert(all.end(), panel.controls.begin(), panel.controls.end());
+  return all;
+}
+
+std::string NameOf(const ControlTemplate& control) { return std::to_string(control.id) + " " + control.caption; }
+
+bool Overlap(const ControlTemplate& a, const ControlTemplate& b) {
+  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+// Widths of the dialog font's characters in pixels, at 6 by 13 base units.
+int CharacterWidth(char c) {
+  static const std::map<std::string, int> kWidths = {{"ijl", 2},      {"ft :.,-/I", 3}, {"r", 4},
+                                                     {"JLscvxyz", 6}, {"m", 8},         {"ABCDFEKPSTVXYZ", 7},
+                                                     {"GHNOQRUw", 8}, {"M", 9},         {"W", 11}};
+  for (const auto& [characters, width] : kWidths) {
+    if (characters.find(c) != std::string::npos) return width;
+  }
+  return 6;
+}
+
+int WidthInUnits(const std::string& caption) {
+  int pixels = 0;
+  for (const char c : caption) pixels += c == '&' ? 0 : CharacterWidth(c);
+  return (pixels * 4 + 5) / 6;
+}
+
+// The widest line of a text that wraps at blanks, and how many lines it takes.
+int WrappedWidth(const std::string& caption, int width, int& lines) {
+  std::istringstream words(caption);
+  std::string line, word;
+  int widest = 0;
+  lines = 0;
+  while (words >> word) {
+    const std::string longer = line.empty() ? word : line + " " + word;
+    if (!line.empty() && WidthInUnits(longer) > width) {
+      ++lines;
+      line = word;
+    } else {
+      line = longer;
+    }
+    widest = std::max(widest, WidthInUnits(line));
+  }
+  ++lines;
+  return widest;
+}
+
+// What a control has for its caption.
+int RoomForText(const ControlTemplate& control) {
+  switch (control.kind) {
+    case Kind::Check:
+      return control.width - 12;
+    case Kind::Button:
+    case Kind::DefaultButton:
+      return control.width - 6;
+    default:
+      return control.width;
+  }
+}
+
+bool HasOwnCaption(Kind kind) { return kind == Kind::Check || kind == Kind::Button || kind == Kind::DefaultButton; }
+bool WantsLabel(Kind kind) {
+  return !HasOwnCaption(kind) && kind != Kind::Label && kind != Kind::Group && kind != Kind::UpDown &&
+         kind != Kind::OwnerDrawn;
+}
+
+void ExpectUniqueMnemonics(const DialogTemplate& dialogTemplate) {
+  std::map<char, std::string> taken;
+  for (const ControlTemplate& control : dialogTemplate.controls) {
+    if (control.kind != Kind::Label && !HasOwnCaption(control.kind)) continue;
+    const std::string caption = control.caption;
+    const std::size_t mark = caption.find('&');
+    if (mark == std::string::npos) continue;
+    ASSERT_LT(mark + 1, caption.size()) << caption;
+    const char letter = static_cast<char>(std::tolower(static_cast<unsigned char>(caption[mark + 1])));
+    const auto [at, isNew] = taken.emplace(letter, caption);
+    EXPECT_TRUE(isNew) << dialogTemplate.title << ": " << at->second << " and " << caption;
+  }
+}
+
+TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
+  for (const DialogTemplate* panel : PanelTemplates()) {
+    const Controls all = DialogWith(*panel);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      const ControlTemplate& control = all[i];
+      EXPECT_TRUE(control.x >= kMargin && control.y >= kMargin && control.width > 0 && control.height > 0 &&
+                  control.x + control.width <= kMainDialogTemplate.width - kMargin &&
+                  control.y + control.height <= kMainDialogTemplate.height - kMargin)
+          << panel->title << ": " << NameOf(control);
+      for (std::size_t j = i + 1; j < all.size(); ++j) {
+        EXPECT_FALSE(Overlap(control, all[j])) << panel->title << ": " << NameOf(control) << " / " << NameOf(all[j]);
+      }
+    }
+  }
+}
+
+TEST(Layout, EveryCaptionFitsItsControl) {
+  Controls all = ControlsOf(kMainDialogTemplate);
+  for (const DialogTemplate* panel : PanelTemplates()) {
+    all.insert(all.end(), panel->controls.begin(), panel->controls.end());
+  }
+  for (const ControlTemplate& control : all) {
+    if (control.kind != Kind::Label && !HasOwnCaption(control.kind)) continue;
+    int lines = 0;
+    EXPECT_LE(WrappedWidth(control.caption, RoomForText(control), lines), RoomForText(control)) << NameOf(control);
+    EXPECT_LE(lines * 8, control.height) << NameOf(control);
+  }
+}
+
+// A label stands directly before the control it names: that is how a mnemonic and a screen reader find it.
+TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
+  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  all.push_back(&kMainDialogTemplate);
+  for (const DialogTemplate* dialogTemplate : all) {
+    const ControlTemplate* before = nullptr;
+    for (const ControlTemplate& control : dialogTemplate->controls) {
+      const std::string name = std::string(dialogTemplate->title) + ": " + NameOf(control);
+      if (WantsLabel(control.kind)) {
+        ASSERT_TRUE(before && before->kind == Kind::Label && *before->caption) << name;
+        const bool leftOf = before->x + before->width <= control.x && std::abs(before->y - control.y) <= 3;
+        const bool above = before->x == control.x && before->y + before->height <= control.y;
+        EXPECT_TRUE(leftOf || above) << name;
+      }
+      EXPECT_TRUE(!HasOwnCaption(control.kind) || *control.caption) << name;
+      EXPECT_FALSE(before && before->kind == Kind::Label && !WantsLabel(control.kind))
+          << name << ": a label of nothing";
+      EXPECT_EQ(before && before->kind == Kind::NumberEdit, control.kind == Kind::UpDown) << name;
+      if (control.kind == Kind::UpDown) {
+        EXPECT_EQ(control.id, before->id + kUpDownOffset) << name;
+        EXPECT_EQ(control.x, before->x + before->width) << name;
+        EXPECT_EQ(control.y, before->y) << name;
+        EXPECT_EQ(control.height, before->height) << name;
+      }
+      before = &control;
+    }
+  }
+}
+
+TEST(Layout, MnemonicsAreUniqueInTheDialogAndInEachPanel) {
+  ExpectUniqueMnemonics(kMainDialogTemplate);
+  for (const DialogTemplate* panel : PanelTemplates()) ExpectUniqueMnemonics(*panel);
+}
+
+struct Role {
+  const char* name;
+  int PanelRoles::*control;
+  Kind kind;
+};
+constexpr Role kRoles[] = {{"fill", &PanelRoles::fill, Kind::MaterialButton},
+                           {"shadow", &PanelRoles::shadow, Kind::MaterialButton},
+                           {"background", &PanelRoles::background, Kind::MaterialButton},
+                           {"outline", &PanelRoles::outline, Kind::ColourButton},
+                           {"fill opacity", &PanelRoles::fillOpacity, Kind::NumberEdit},
+                           {"shadow opacity", &PanelRoles::shadowOpacity, Kind::NumberEdit},
+                           {"softness", &PanelRoles::softness, Kind::NumberEdit},
+                           {"shadow offset", &PanelRoles::shadowOffset, Kind::NumberEdit},
+                           {"shadow direction", &PanelRoles::shadowDirection, Kind::ShadowDirection},
+                           {"shadow enable", &PanelRoles::shadowEnable, Kind::Check},
+                           {"outline enable", &PanelRoles::outlineEnable, Kind::Check}};
+
+// An effect's renderer and its panel must mean the same control, and a role has one place in all panels.
+TEST(Panels, RolesAreWhereTheEffectsReadThemAndInOnePlace) {
+  for (const Role& role : kRoles) {
+    const ControlTemplate* first = nullptr;
+    for (int i = 0; i < kEffectCount; ++i) {
+      ASSERT_NE(EffectRow(i).roles, nullptr) << EffectRow(i).name;
+      const int id = EffectRow(i).roles->*role.control;
+      if (!id) continue;
+      const DialogTemplate* panel = nullptr;
+      const ControlTemplate* control = FindControlOfId(id, &panel);
+      ASSERT_NE(control, nullptr) << EffectRow(i).name << " " << role.name;
+      EXPECT_EQ(panel, EffectRow(i).panel) << EffectRow(i).name << " " << role.name;
+      EXPECT_EQ(control->kind, role.kind) << EffectRow(i).name << " " << role.name;
+      if (!first) first = control;
+      EXPECT_EQ(control->x, first->x) << EffectRow(i).name << " " << role.name;
+      EXPECT_EQ(control->y, first->y) << EffectRow(i).name << " " << role.name;
+    }
+  }
+}
+
+TEST(Panels, IdsAreUniqueAndInTheRangeThatIsShownAndHidden) {
+  std::set<int> ids;
+  for (const ControlTemplate& control : kMainDialogTemplate.controls) {
+    EXPECT_TRUE(control.id == -1 || ids.insert(control.id).second) << control.id;
+  }
+  ASSERT_EQ(PanelTemplates().size(), static_cast<std::size_t>(kEffectCount));
+  for (int i = 0; i < kEffectCount; ++i) {
+    const DialogTemplate& panel = *PanelTemplates()[static_cast<std::size_t>(i)];
+    EXPECT_EQ(&panel, EffectRow(i).panel);
+    EXPECT_STREQ(panel.title, EffectRow(i).name);
+    for (const ControlTemplate& control : panel.controls) {
+      EXPECT_TRUE(ids.insert(control.id).second) << panel.title << " " << control.id;
+      const int base = control.kind == Kind::UpDown ? control.id - kUpDownOffset : control.id;
+      EXPECT_TRUE(base >= 100 && base <= 1198) << panel.title << " " << control.id;
+    }
+  }
+}
+
+std::uint32_t SettingKindOf(Kind kind) {
+  if (kind == Kind::Check) return kSettingSwitch;
+  return kind == Kind::Edit || kind == Kind::SortedCombo ? kSettingText : kSettingNumber;
+}
+
+// Everything that a person sets is remembered, under a key of its own kind, and a new installation starts in range.
+TEST(Panels, KeysAndControlsAnswerEachOther) {
+  std::map<std::string, const SettingsRow*> rows;
+  for (const SettingsRow& row : SettingsTable()) rows[row.key] = &row;
+  std::set<std::string> bound;
+  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  all.push_back(&kMainDialogTemplate);
+  for (const DialogTemplate* dialogTemplate : all) {
+    std::string stem;
+    for (const ControlTemplate& control : dialogTemplate->controls) {
+      const std::string name = std::string(dialogTemplate->title) + ": " + NameOf(control);
+      if (!control.key) continue;
+      ASSERT_TRUE(rows.contains(control.key)) << name << " " << control.key;
+      EXPECT_TRUE(bound.insert(control.key).second) << name << " " << control.key;
+      const SettingsRow& row = *rows[control.key];
+      const std::string key = row.key;
+      // Two old keys have a kind that is not their control's; both kinds are stored alike.
+      const bool oldKind = key == "MainPadding" || key == "MainTransparent";
+      EXPECT_TRUE(oldKind || row.flags & SettingKindOf(control.kind)) << key;
+      if (dialogTemplate != &kMainDialogTemplate) {
+        if (stem.empty()) stem = key.substr(0, 8);
+        EXPECT_EQ(key.substr(0, 8), stem) << name;
+      }
+      const ControlTemplate* upDown = FindControlOfId(control.id + kUpDownOffset);
+      EXPECT_EQ(upDown != nullptr, control.kind == Kind::NumberEdit) << name;
+      if (!upDown) continue;
+      int minimum = 0, maximum = 0, initial = 0;
+      ASSERT_EQ(std::sscanf(upDown->caption, "%d,%d,%d", &minimum, &maximum, &initial), 3) << name;
+      const int value = static_cast<int>(row.defaultNumber);
+      EXPECT_TRUE(minimum < maximum && initial >= minimum && initial <= maximum) << name;
+      EXPECT_TRUE(value >= minimum && value <= maximum) << name;
+      EXPECT_STREQ(FindControlOfKey(control.key)->key, control.key);
+    }
+  }
+  // Old keys that are read and written with the rest and that no control has ever shown.
+  std::set<std::string> unbound;
+  for (const auto& [key, row] : rows) {
+    if (key.starts_with("Style") && !bound.contains(key)) unbound.insert(key);
+  }
+  std::set<std::string> expected = {"Style006Track", "Style015Track"};
+  for (const auto& [key, row] : rows) {
+    if (key.ends_with("ShadowColor") && key != "Style000ShadowColor") expected.insert(key);
+  }
+  EXPECT_EQ(unbound, expected);
+}
+
+// The combos' items are what a document's numbers mean.
+TEST(Panels, ListsHaveTheItemsThatTheirNumbersMean) {
+  const auto items = [](int id) {
+    std::istringstream caption(FindControlOfId(id)->caption);
+    std::vector<std::string> list;
+    for (std::string item; std::getline(caption, item, ';');) list.push_back(item);
+    return list;
+  };
+  const std::vector<std::string> increments = items(562);
+  ASSERT_EQ(increments.size(), 34u);
+  EXPECT_EQ(increments[21], "5");
+  for (const std::string& increment : increments) EXPECT_EQ(360 % std::atoi(increment.c_str()), 0);
+  for (int id : {191, 195, 199, 203, 207, 642, 646, 650, 654, 658}) {
+    EXPECT_EQ(items(id).size(), 9u) << id;
+    EXPECT_EQ(items(id)[5], "Diag. left") << id;
+  }
+}
+
+}  // namespace
+}  // namespace glyphmotion
