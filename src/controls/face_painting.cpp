@@ -57,6 +57,14 @@ void DottedFrame(const DrawRequest& request, Rect rect) noexcept {
   }
 }
 
+void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) noexcept {
+  if (!bitmap) return;
+  const int width = std::min(rect.Width(), bitmap.Width()), height = std::min(rect.Height(), bitmap.Height());
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) PaintPixel(request, rect.left + x, rect.top + y, bitmap.GetPixel(x, y));
+  }
+}
+
 void PaintMask(const DrawRequest& request, int x, int y, std::span<const std::string_view> rows, MaskTurn turn,
                Colour colour) noexcept {
   const auto height = static_cast<int>(rows.size()), width = height ? static_cast<int>(rows[0].size()) : 0;

@@ -25,6 +25,10 @@ void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed, Colour
 /// A frame of light and dark pixels by turns, which shows on any colour: where the keyboard is.
 void DottedFrame(const DrawRequest& request, Rect rect) noexcept;
 
+/// A bitmap's pixels at their own size from the rectangle's top left corner, cut to the rectangle. Nothing for an empty
+/// view.
+void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) noexcept;
+
 /// How a mask is turned before it is painted; the steps apply in this order.
 struct MaskTurn {
   bool transpose = false, mirror = false, flip = false;

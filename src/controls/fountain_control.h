@@ -1,12 +1,67 @@
 // SPDX-License-Identifier: MIT
-// The gradient held by a fountain button: its window word.
+// The fountain button: a bar that shows a gradient of up to 64 markers, with a handle for each colour above it. Its
+// window word holds the FountainSpec.
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "controls/families.h"
+#include "image/packed_dib.h"
+#include "materials/fountain.h"
 
 namespace glyphmotion {
 
 /// The family of fountain buttons, stem FOUNTB.
 extern const ControlFamily kFountainFamily;
+
+/// Private messages of the control; `a` is a marker's index, or one of the two handles.
+enum FountainMessage : std::uint32_t {
+  kMessageFountainColour = 0x59A,    ///< change a colour
+  kMessageFountainAdd = 0x59B,       ///< add a marker; a: its position
+  kMessageFountainDelete = 0x59C,    ///< delete a marker
+  kMessageFountainPosition = 0x59D,  ///< adjust a marker's position
+  kMessageMarkerMenu = 0x59E,
+  kMessageBarMenu = 0x59F
+};
+constexpr int kStartHandle = -1, kEndHandle = -2;
+/// Posted to the dialog after each change; b: the control's id.
+constexpr std::uint32_t kMessageFillChanged = 0x52F;
+
+/// What a place of the control belongs to.
+struct FountainHit {
+  enum Part { Nowhere, Handle, Bar } part = Nowhere;
+  int index = 0;     ///< of a handle: a marker's index, kStartHandle or kEndHandle
+  int position = 0;  ///< of the bar: 0 to 255
+};
+
+/// Within a control of this size: the bar, and the handle of a colour at column x.
+Rect FountainBar(int width, int height) noexcept;
+Rect FountainHandle(int x) noexcept;
+/// Markers before the two handles, the last marker first.
+FountainHit HitFountain(const FountainSpec& fountain, int width, int height, int x, int y) noexcept;
+
+/// The control's fountain, locked; empty when the control has none.
+LockedBlock<FountainSpec> LockFountain(const Dialog& dialog, int id) noexcept;
+
+/// Sizes the control and loads its fountain: with `ownFile` and Shift up from its file, otherwise a copy of `initial`,
+/// otherwise the spectrum. A control whose text contains "FountainButtonLooped" is looped.
+void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial);
+
+/// Writes the control's own file, if it keeps one, and frees the fountain.
+void DestroyFountain(Dialog& dialog, int id);
+
+/// Fountain%05.5d.mtrl in the folder of per-control files; empty when there is none. Holds the memory form, 585 bytes.
+std::string FountainPath(int id);
+
+/// FountainLibrary.fll in the data folder.
+std::string FountainLibraryPath();
+
+/// The windows that the control opens; without them, positions are asked for by name and the library is not managed.
+struct FountainWindows {
+  std::optional<int> (*askPosition)(Dialog& dialog, int position) = nullptr;
+  void (*manageLibrary)(Dialog& dialog) = nullptr;
+};
+void SetFountainWindows(const FountainWindows& windows) noexcept;
 
 }  // namespace glyphmotion

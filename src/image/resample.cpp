@@ -2,9 +2,9 @@
 // The two-pass resampler: each axis in a pass of its own, through an intermediate bitmap of the source's depth.
 //
 // A pass first works out, for each output position, which source positions contribute and with what weights; the list
-// is then used for every line. Both passes run on strips of kLanes parallel lines that stand side by side in memory as
-// floats (tap_sums.h): a down-going pass takes kLanes byte columns as they are, an across-going one takes the channels
-// of some rows and turns them, tile by tile. Where a window meets nothing but zeros the result is zero already.
+// is then used for every line. Both passes run on strips of parallel lines that stand side by side in memory as floats
+// (tap_sums.h): a down-going pass takes some byte columns as they are, an across-going one takes the channels of some
+// rows and turns them, tile by tile. Where a window meets nothing but zeros the result is zero already.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -72,19 +72,22 @@ bool FindContributions(int source, int target, const ResampleFilter& filter, Con
   return true;
 }
 
-// kLanes lines side by side: source position j of lane l is samples[j * kLanes + l].
+// `pitch` lines side by side, a multiple of kLanes: source position j of line l is samples[j * pitch + l].
 struct Strip {
+  std::ptrdiff_t pitch = 0;
+  std::ptrdiff_t lines = 0;  // those in use
   Scratch<float> samples;
   Scratch<int> filledBefore;  // positions below j that hold anything but zeros
 };
 
-bool MakeStrip(int length, Strip& strip) {
-  strip.samples = ScratchArray<float>(static_cast<std::size_t>(length + kTapGroup) * kLanes);
+bool MakeStrip(int length, int pitch, Strip& strip) {
+  strip.pitch = strip.lines = pitch;
+  strip.samples = ScratchArray<float>(static_cast<std::size_t>(length + kTapGroup) * static_cast<std::size_t>(pitch));
   strip.filledBefore = ScratchArray<int>(static_cast<std::size_t>(length) + 1);
   return strip.samples && strip.filledBefore;
 }
 
-// The outputs at position c of all lanes; false when they are all zero.
+// The outputs at position c of all lines; false when they are all zero.
 bool SumWindow(const Strip& strip, const Contributions& list, int c, std::uint8_t* out) {
   const int first = list.first[static_cast<std::size_t>(c)];
   const Taps& taps = list.taps[static_cast<std::size_t>(c)];
@@ -92,7 +95,9 @@ bool SumWindow(const Strip& strip, const Contributions& list, int c, std::uint8_
       strip.filledBefore[static_cast<std::size_t>(first)]) {
     return false;
   }
-  SumToBytes(strip.samples.get() + static_cast<std::ptrdiff_t>(first) * kLanes, kLanes, taps, kNoDivision, out);
+  for (std::ptrdiff_t line = 0; line < strip.lines; line += kLanes) {
+    SumToBytes(strip.samples.get() + first * strip.pitch + line, strip.pitch, taps, kNoDivision, out + line);
+  }
   return true;
 }
 
@@ -100,24 +105,29 @@ std::ptrdiff_t BytesAcross(const DibView& view) {
   return static_cast<std::ptrdiff_t>(view.Width()) * (view.Bits() / 8);
 }
 
+// Columns taken at a time: short pieces of many rows are what memory is slowest at.
+constexpr int kColumns = 4 * kLanes;
+
 // Columns of `from` to columns of `to`, which has the same width and is blank.
 bool PassDown(const DibView& from, const DibView& to, const ResampleFilter& filter) {
   Contributions list;
   Strip strip;
-  if (!FindContributions(from.Height(), to.Height(), filter, list) || !MakeStrip(from.Height(), strip)) return false;
+  if (!FindContributions(from.Height(), to.Height(), filter, list) || !MakeStrip(from.Height(), kColumns, strip))
+    return false;
   const std::ptrdiff_t across = BytesAcross(from);
-  for (std::ptrdiff_t x = 0; x < across; x += kLanes) {
-    const auto columns = static_cast<std::size_t>(std::min<std::ptrdiff_t>(kLanes, across - x));
+  for (std::ptrdiff_t x = 0; x < across; x += kColumns) {
+    const auto columns = static_cast<std::size_t>(std::min<std::ptrdiff_t>(kColumns, across - x));
+    strip.lines = static_cast<std::ptrdiff_t>(columns);
     for (int y = 0; y < from.Height(); ++y) {
       const std::uint8_t* row = from.Row(y) + x;
-      WidenBytes(row, columns, strip.samples.get() + static_cast<std::ptrdiff_t>(y) * kLanes);
+      WidenBytes(row, columns, strip.samples.get() + y * strip.pitch);
       unsigned bits = 0;
       for (std::size_t l = 0; l < columns; ++l) bits |= row[l];
       strip.filledBefore[static_cast<std::size_t>(y) + 1] =
           strip.filledBefore[static_cast<std::size_t>(y)] + (bits != 0);
     }
     for (int c = 0; c < to.Height(); ++c) {
-      std::uint8_t out[kLanes];
+      std::uint8_t out[kColumns];
       if (SumWindow(strip, list, c, out)) std::memcpy(to.Row(c) + x, out, columns);
     }
   }
@@ -172,7 +182,8 @@ template <int channels>
 bool PassAcross(const DibView& from, const DibView& to, const ResampleFilter& filter) {
   Contributions list;
   Strip strip;
-  if (!FindContributions(from.Width(), to.Width(), filter, list) || !MakeStrip(from.Width(), strip)) return false;
+  if (!FindContributions(from.Width(), to.Width(), filter, list) || !MakeStrip(from.Width(), kLanes, strip))
+    return false;
   constexpr int kRows = kLanes / channels;
   for (int top = 0; top < from.Height(); top += kRows) {
     const int rows = std::min(kRows, from.Height() - top);

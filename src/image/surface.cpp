@@ -200,12 +200,34 @@ void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule
   }
 }
 
+// Takes a shape's spans down instead of painting them.
+class SpanNotes {
+ public:
+  SpanNotes(int width, std::span<RowSpan> rows) : rows_(rows), width_(width), height_(static_cast<int>(rows.size())) {}
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  void FillSpan(Wide y, Wide left, Wide right) const {
+    if (y < 0 || y >= height_) return;
+    rows_[static_cast<std::size_t>(y)] = {static_cast<int>(std::clamp<Wide>(left, 0, width_)),
+                                          static_cast<int>(std::clamp<Wide>(right, 0, width_))};
+  }
+  void FillRect(const WideRect& rect) const {
+    const Wide end = std::min<Wide>(rect.bottom, height_);
+    for (Wide y = std::max<Wide>(rect.top, 0); y < end; ++y) FillSpan(y, rect.left, rect.right);
+  }
+
+ private:
+  std::span<RowSpan> rows_;
+  int width_, height_;
+};
+
 // Ellipses ------------------------------------------------------------------------------------------------------------
 
 // Boxes with longer sides would overflow the midpoint walk; nobody can see its single pixels in them.
 constexpr Wide kLongestWalk = Wide{1} << 19;
 
 // The rows of a huge ellipse that meet the surface, by its equation.
+template <typename Canvas>
 void FillHugeEllipse(const Canvas& canvas, const WideRect& box) {
   const double a = static_cast<double>(box.Width()) / 2.0, b = static_cast<double>(box.Height()) / 2.0;
   const double centreX = static_cast<double>(box.left) + a, centreY = static_cast<double>(box.top) + b;
@@ -220,6 +242,7 @@ void FillHugeEllipse(const Canvas& canvas, const WideRect& box) {
 
 // The integer midpoint walk of Zingl, "A Rasterizing Algorithm for Drawing Curves", from the middle row outwards. Rows
 // of a narrow tip that the walk does not reach, or reaches with nothing between the sides, get the middle columns.
+template <typename Canvas>
 void FillEllipseOn(const Canvas& canvas, const WideRect& box) {
   const Wide width = box.Width(), height = box.Height();
   if (box.left >= canvas.Width() || box.right <= 0 || box.top >= canvas.Height() || box.bottom <= 0) return;
@@ -330,7 +353,29 @@ WideRect Ordered(const Rect& box) {
   return {left, top, right, bottom};
 }
 
+// The rows of a box that lie on the surface, emptied.
+RowRange ClearRows(const WideRect& box, std::span<RowSpan> rows) {
+  const auto height = static_cast<Wide>(rows.size());
+  const Wide first = std::clamp<Wide>(box.top, 0, height), end = std::clamp<Wide>(box.bottom, first, height);
+  for (Wide y = first; y < end; ++y) rows[static_cast<std::size_t>(y)] = {};
+  return {static_cast<int>(first), static_cast<int>(end)};
+}
+
 }  // namespace
+
+RowRange EllipseRows(Rect box, int width, std::span<RowSpan> rows) noexcept {
+  const WideRect sides = Ordered(box);
+  const RowRange range = ClearRows(sides, rows);
+  FillEllipseOn(SpanNotes(width, rows), sides);
+  return range;
+}
+
+RowRange RectangleRows(Rect box, int width, std::span<RowSpan> rows) noexcept {
+  const WideRect sides = Ordered(box);
+  const RowRange range = ClearRows(sides, rows);
+  SpanNotes(width, rows).FillRect({sides.left, sides.top, sides.right - 1, sides.bottom - 1});
+  return range;
+}
 
 DrawingSurface::DrawingSurface(int width, int height) noexcept
     : dib_(BlankDib(width, height, nullptr, 24)), view_(dib_) {}

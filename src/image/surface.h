@@ -23,6 +23,21 @@ struct Point {
   friend constexpr bool operator==(const Point&, const Point&) = default;
 };
 
+/// The columns of one row of a shape: [left, right), empty when left >= right.
+struct RowSpan {
+  int left = 0, right = 0;
+};
+/// The rows [first, end) of a surface that a shape meets.
+struct RowRange {
+  int first = 0, end = 0;
+};
+
+/// What FillEllipse and FillRectangle would paint on a surface of `width` columns and as many rows as `rows` holds, for
+/// who lays shapes over one another and wants to write each pixel once. Fills those rows' spans, clipped, and leaves
+/// the others as they are.
+RowRange EllipseRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
+RowRange RectangleRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
+
 enum class FillRule { Alternate, Winding };
 
 /// Draws on a 24-bit bitmap that it owns until End. Colours are 0x00BBGGRR. Filled shapes have no outline (the null

@@ -4,6 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "materials/gradient.h"
+#include "materials/library_file.h"
+#include "platform/files.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -11,6 +15,38 @@ constexpr std::size_t kPreviewOffset = offsetof(FountainSpec, Preview);
 constexpr std::size_t kAfterPreview = kPreviewOffset + sizeof(FountainSpec::Preview);
 constexpr std::size_t kDiskAfterPreview = kPreviewOffset + 4;
 constexpr std::size_t kSizeOffset = offsetof(FountainSpec, Size);
+
+#pragma pack(push, 1)
+struct LibraryHeader {
+  char signature[8];
+  std::uint32_t time;
+  std::uint32_t itemCount;
+  std::uint8_t reserved[64];
+};
+struct LibraryItem {
+  char signature[8];
+  std::uint32_t markerCount, startColour, endColour;
+  std::uint32_t markers[kMaxMarkers];
+  std::uint8_t reserved[64];
+};
+#pragma pack(pop)
+static_assert(sizeof(LibraryHeader) == 80 && sizeof(LibraryItem) == 340);
+constexpr char kHeaderSignature[] = "TESSFLHH", kItemSignature[] = "TESSFLHE";
+
+LibraryItem ItemOf(const FountainSpec& fountain) {
+  LibraryItem item{};
+  std::memcpy(item.signature, kItemSignature, sizeof(item.signature));
+  item.markerCount = fountain.MarkerCount;
+  item.startColour = fountain.StartColour;
+  item.endColour = fountain.EndColour;
+  std::memcpy(item.markers, fountain.Markers, sizeof(item.markers));
+  return item;
+}
+
+template <typename T>
+void Append(std::string& bytes, const T& record) {
+  bytes.append(reinterpret_cast<const char*>(&record), sizeof(record));
+}
 
 }  // namespace
 
@@ -48,6 +84,39 @@ void FountainFromDisk(FountainSpec& dest, const std::uint8_t* source) noexcept {
   dest.Size = sizeof(FountainSpec);
 }
 
+int MarkerPositions(const FountainSpec& fountain, int width, int (&out)[kMaxMarkers]) noexcept {
+  const auto count = static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers));
+  for (int i = 0; i < count; ++i) out[i] = static_cast<int>(MarkerPosition(fountain.Markers[i]) / 255.0 * width);
+  return count;
+}
+
+PackedDib FountainToBitmap(const FountainSpec& fountain, int width, int height) noexcept {
+  PackedDib picture = BlankDib(width, height, nullptr, 24);
+  const DibView to(picture);
+  if (!to) return {};
+  int positions[kMaxMarkers];
+  const int count = MarkerPositions(fountain, width, positions);
+  int x = 0;
+  Colour colour = fountain.StartColour & 0xFFFFFF;
+  const auto drawTo = [&](int end, Colour next) {
+    if (end > x) {
+      const PackedDib segment = RenderLinearBlend(colour, next, end - x, height, 90);
+      const DibView from(segment);
+      if (!from) return false;
+      CopyRegion(to, x, 0, from, 0, 0, end - x, height);
+    }
+    x = end;
+    colour = next;
+    return true;
+  };
+  for (int i = 0; i < count; ++i) {
+    if (!drawTo(positions[i], fountain.Markers[i] & 0xFFFFFF)) return {};
+  }
+  const Colour last = fountain.Flags & kFountainLooped ? fountain.StartColour : fountain.EndColour;
+  if (!drawTo(width, last & 0xFFFFFF)) return {};
+  return picture;
+}
+
 void SortMarkers(FountainSpec& fountain) noexcept {
   const auto rank = [](std::uint32_t marker) { return MarkerPosition(marker) ? MarkerPosition(marker) : 256; };
   std::uint32_t markers[kMaxMarkers];
@@ -55,6 +124,22 @@ void SortMarkers(FountainSpec& fountain) noexcept {
   const std::uint32_t count = std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers);
   std::stable_sort(markers, markers + count, [&](std::uint32_t a, std::uint32_t b) { return rank(a) < rank(b); });
   std::memcpy(fountain.Markers, markers, sizeof(markers));
+}
+
+bool RemoveMarker(FountainSpec& fountain, int index) noexcept {
+  if (index < 0 || index >= static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers))) return false;
+  fountain.MarkerCount = std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers);
+  fountain.Markers[index] = 0;
+  // The last of the entries that rank highest is dropped: with a true marker at 0 behind it, the zeroed entry must not
+  // stand first, so the two change places before the sort, which keeps the order of equals.
+  for (std::uint32_t i = static_cast<std::uint32_t>(index) + 1; i < fountain.MarkerCount; ++i) {
+    const std::uint32_t marker = fountain.Markers[i];
+    fountain.Markers[i] = fountain.Markers[i - 1];
+    fountain.Markers[i - 1] = marker;
+  }
+  SortMarkers(fountain);
+  --fountain.MarkerCount;
+  return true;
 }
 
 int FreePosition(const FountainSpec& fountain, int position) noexcept {
@@ -85,6 +170,72 @@ int FreePosition(const FountainSpec& fountain, int position) noexcept {
     }
   }
   return -1;
+}
+
+bool ReadFountainLibrary(const std::string& path, std::vector<FountainSpec>& fountains) noexcept {
+  FileReader file(path);
+  LibraryHeader header;
+  if (!file || !file.Read(&header, sizeof(header)) ||
+      std::memcmp(header.signature, kHeaderSignature, sizeof(header.signature)) != 0) {
+    return false;
+  }
+  try {
+    fountains.clear();
+    for (std::uint32_t i = 0; i < header.itemCount; ++i) {
+      LibraryItem item;
+      if (!file.Read(&item, sizeof(item)) || std::memcmp(item.signature, kItemSignature, sizeof(item.signature)) != 0) {
+        return false;
+      }
+      FountainSpec& fountain = fountains.emplace_back();
+      DefaultFountain(fountain, 0);
+      fountain.MarkerCount = item.markerCount;
+      fountain.StartColour = item.startColour;
+      fountain.EndColour = item.endColour;
+      std::memcpy(fountain.Markers, item.markers, sizeof(item.markers));
+    }
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool WriteFountainLibrary(const std::string& path, const std::vector<FountainSpec>& fountains,
+                          std::int64_t seconds) noexcept {
+  try {
+    LibraryHeader header{};
+    std::memcpy(header.signature, kHeaderSignature, sizeof(header.signature));
+    header.time = static_cast<std::uint32_t>(seconds);
+    header.itemCount = static_cast<std::uint32_t>(fountains.size());
+    std::string bytes;
+    Append(bytes, header);
+    for (const FountainSpec& fountain : fountains) Append(bytes, ItemOf(fountain));
+    BackUpFile(path);
+    return AtomicWriteFile(path, bytes);
+  } catch (...) {
+    return false;
+  }
+}
+
+bool AddToFountainLibrary(const std::string& path, const FountainSpec& fountain, std::int64_t seconds) noexcept {
+  try {
+    if (path.empty()) return false;
+    std::string bytes;
+    if (!ReadFileBytes(path, bytes)) return WriteFountainLibrary(path, {fountain}, seconds);
+    LibraryHeader header;
+    if (bytes.size() < sizeof(header)) return false;
+    std::memcpy(&header, bytes.data(), sizeof(header));
+    const std::size_t end = sizeof(header) + std::size_t{header.itemCount} * sizeof(LibraryItem);
+    if (std::memcmp(header.signature, kHeaderSignature, sizeof(header.signature)) != 0 || end > bytes.size())
+      return false;
+    ++header.itemCount;
+    std::memcpy(bytes.data(), &header, sizeof(header));
+    bytes.resize(end);
+    Append(bytes, ItemOf(fountain));
+    BackUpFile(path);
+    return AtomicWriteFile(path, bytes);
+  } catch (...) {
+    return false;
+  }
 }
 
 }  // namespace glyphmotion

@@ -38,8 +38,23 @@ PackedDib FountainToBitmap(const FountainSpec& fountain, int width, int height) 
 /// By position, where 0 counts as the highest: a zeroed marker goes last, and so does a true marker at 0.
 void SortMarkers(FountainSpec& fountain) noexcept;
 
+/// Deletes a marker: its entry is zeroed, falls to the end of the sort and is no longer counted. False for an index
+/// outside the table.
+bool RemoveMarker(FountainSpec& fountain, int index) noexcept;
+
 /// A position that no marker has, near `position`; -1 when there are 64 markers or the search finds none. The search
 /// steps to and fro within 0 to 63, odd as that is for positions up to 255, and fails when it begins to circle.
 int FreePosition(const FountainSpec& fountain, int position) noexcept;
+
+/// The library of favourites: start, end and markers of each; flags and names are not kept. False when the file is
+/// missing or foreign, or breaks off; `fountains` then holds what came before.
+bool ReadFountainLibrary(const std::string& path, std::vector<FountainSpec>& fountains) noexcept;
+
+/// Writes a whole library, after a copy of the old file as path + ".bak". `seconds` since 1970 go into the header.
+bool WriteFountainLibrary(const std::string& path, const std::vector<FountainSpec>& fountains,
+                          std::int64_t seconds) noexcept;
+
+/// Appends one fountain; a missing file is made. False when the file is no library or cannot be written.
+bool AddToFountainLibrary(const std::string& path, const FountainSpec& fountain, std::int64_t seconds) noexcept;
 
 }  // namespace glyphmotion

@@ -5,7 +5,9 @@
 #include <cstring>
 
 #include "materials/fountain.h"
+#include "materials/gradient.h"
 #include "materials/library_file.h"
+#include "materials/surface_texture.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
 #include "platform/files.h"
@@ -16,6 +18,22 @@ namespace {
 constexpr std::size_t kDiskBytes = 1270;
 constexpr char kSignature[] = "TESSCMAT";
 constexpr std::size_t kSignatureBytes = 8;
+
+// Textures are made square, of the greater side, and give their middle.
+PackedDib RenderTexture(TextureSpec& texture, int width, int height) {
+  if (!DibSize(width, height, 24)) return {};
+  const int side = std::max(width, height);
+  SetTextureBounds(texture, side);
+  PackedDib square = GenerateTexture(texture);
+  if (!square || width == height) return square;
+  const int left = std::max((side - width) / 2, 0), top = std::max((side - height) / 2, 0);
+  PackedDib middle = CropDib(square, {left, top, left + width, top + height});
+  if (middle) return middle;
+  // Where memory runs out in this one place, the square's own corner serves.
+  PackedDib corner = BlankDib(width, height, nullptr, 24);
+  CopyRegion(DibView(corner), 0, 0, DibView(square), 0, 0, width, height);
+  return corner;
+}
 
 // Where the disk form differs from memory: three handles of 8 bytes are 4 on disk, so each stretch of bytes between
 // them lies a little lower. The fountain holds the first of them.
@@ -90,13 +108,22 @@ Colour AverageBitmapColour(const PackedDib& bitmap) noexcept {
 }
 
 PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept {
-  PackedDib picture =
-      material.Kind == kSolid ? SolidDib(width, height, material.Colour) : BlankDib(width, height, nullptr, 24);
-  if (!picture || material.Kind < kTile || material.Kind > kTile) return picture;
-  material.Tile.Left = material.Tile.Top = 0;
-  material.Tile.Right = width;
-  material.Tile.Bottom = height;
-  return RenderTile(material.Tile);
+  switch (material.Kind) {
+    case kSolid:
+      return SolidDib(width, height, material.Colour);
+    case kGradient:
+      return RenderGradient(width, height, material.Gradient, material.Fountain);
+    case kTexture:
+      return RenderTexture(material.Texture, width, height);
+    case kTile:
+      if (!DibSize(width, height, 24)) return {};
+      material.Tile.Left = material.Tile.Top = 0;
+      material.Tile.Right = width;
+      material.Tile.Bottom = height;
+      return RenderTile(material.Tile);
+    default:
+      return BlankDib(width, height, nullptr, 24);
+  }
 }
 
 std::string HexEncode(const void* bytes, std::size_t count) {

@@ -1,13 +1,397 @@
 // SPDX-License-Identifier: MIT
 #include "materials/surface_texture.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <numbers>
+#include <vector>
+
+#include "materials/fractal_texture.h"
+#include "platform/random.h"
+
 namespace glyphmotion {
 namespace {
 
-bool noiseBuilt = false;
+constexpr double kRandomMax = 32767.0;
+constexpr float kSmallest = 1.1920929e-7f;
+
+double RandomUnit() { return NextRandom() / kRandomMax; }
+
+// Truncation to a 32-bit number, and its low bits where it does not fit.
+std::int32_t Truncate(double value) {
+  return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
+}
+
+bool SizeOf(const TextureSpec& spec, int& width, int& height) {
+  const std::int64_t w = std::int64_t{spec.Right} - spec.Left, h = std::int64_t{spec.Bottom} - spec.Top;
+  width = w <= INT32_MAX ? static_cast<int>(w) : 0;
+  height = h <= INT32_MAX ? static_cast<int>(h) : 0;
+  return DibSize(width, height, 24) != 0;
+}
+
+// Craters -------------------------------------------------------------------------------------------------------------
+
+// More impacts than this change no picture that anyone can tell apart, and a foreign record may ask for milliards.
+constexpr std::uint32_t kMostCraters = 1000000;
+
+class HeightField {
+ public:
+  HeightField(int width, int height)
+      : width_(width),
+        height_(height),
+        heights_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 32767) {}
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  std::uint16_t* Row(int y) { return heights_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); }
+
+  // The mean of the square of 2 * reach + 1 about a place, as far as it lies in the field.
+  int Mean(int x, int y, int reach) {
+    const int left = std::max(x - reach, 0), right = std::min(x + reach, width_ - 1);
+    const int top = std::max(y - reach, 0), bottom = std::min(y + reach, height_ - 1);
+    std::uint32_t sum = 0;
+    for (int yy = top; yy <= bottom; ++yy) {
+      const std::uint16_t* row = Row(yy);
+      for (int xx = left; xx <= right; ++xx) sum += row[xx];
+    }
+    return static_cast<int>(sum / static_cast<std::uint32_t>((right - left + 1) * (bottom - top + 1)));
+  }
+
+ private:
+  int width_, height_;
+  std::vector<std::uint16_t> heights_;
+};
+
+// The profile of large craters of one radius: at each place of the stamp, the height over the level of the impact and
+// how much of the old ground stays. Both depend on the distance from the middle only.
+struct CraterStamp {
+  std::vector<double> profile, keep;
+};
+
+CraterStamp MakeStamp(int radius, double depth) {
+  const double r = radius;
+  const auto side = static_cast<std::size_t>(2 * radius + 1);
+  CraterStamp stamp{std::vector<double>(side * side), std::vector<double>(side * side)};
+  const double scale = std::pow(r, depth);
+  std::size_t at = 0;
+  for (int v = radius; v >= -radius; --v) {
+    for (int u = radius; u >= -radius; --u, ++at) {
+      const double dy = v / r, dx = u / r, d2 = dx * dx + dy * dy, q = 2.25 * d2;
+      double p = std::max(std::sqrt(0.5) - std::sqrt(std::fabs(1.0 - q)), q > 1.0 ? 0.0 : -10.0);
+      p = p * scale;
+      if (u == 0 && v == 0 && Truncate(p) == 0) p = p < 0.0 ? -1.0 : 1.0;
+      stamp.profile[at] = p;
+      stamp.keep[at] = (1.0 / (1.0 - std::min(0.9, d2)) / 10.000000000000002 - 0.09999999999999998) / 0.9;
+    }
+  }
+  return stamp;
+}
+
+void StampLargeCrater(HeightField& field, int x, int y, int radius, double level, const CraterStamp& stamp) {
+  const int top = std::max(y - radius, 0), bottom = std::min(field.Height() - 1, y + radius);
+  const int left = std::max(x - radius, 0), right = std::min(field.Width() - 1, x + radius);
+  const int side = 2 * radius + 1;
+  for (int yy = top; yy <= bottom; ++yy) {
+    std::uint16_t* row = field.Row(yy);
+    const auto start = static_cast<std::size_t>(yy - y + radius) * static_cast<std::size_t>(side);
+    for (int xx = left; xx <= right; ++xx) {
+      const std::size_t at = start + static_cast<std::size_t>(xx - x + radius);
+      const double p = stamp.profile[at], w = stamp.keep[at];
+      const auto ground = static_cast<std::uint16_t>(Truncate((level + p) * (1.0 - w) + (row[xx] + p) * w));
+      row[xx] = std::clamp<std::uint16_t>(ground, 1000, 64000);
+    }
+  }
+}
+
+void HitSurface(HeightField& field, std::uint32_t craters, double depth) {
+  std::map<int, CraterStamp> stamps;
+  for (std::uint32_t i = 0; i < craters; ++i) {
+    const int x = static_cast<int>((field.Width() - 1.0) * RandomUnit());
+    const int y = static_cast<int>((field.Height() - 1.0) * RandomUnit());
+    const double r = std::sqrt(1.0 / ((1.0 - 0.9999 * RandomUnit()) * std::numbers::pi));
+    if (r < 3.0) {
+      const int mean = field.Mean(x, y, 1);
+      const int noise = r >= 1.0 ? ((NextRandom() >> 8) & 3) - 1 : 0;
+      field.Row(y)[x] = static_cast<std::uint16_t>(mean + noise);
+      continue;
+    }
+    const int level = field.Mean(x, y, static_cast<int>(std::max(2.0, r / 3.0)));
+    const int radius = static_cast<int>(std::max(2.0, r));
+    auto stamp = stamps.find(radius);
+    if (stamp == stamps.end()) stamp = stamps.emplace(radius, MakeStamp(radius, depth)).first;
+    StampLargeCrater(field, x, y, radius, level, stamp->second);
+  }
+}
+
+constexpr int kSteepest = 52;
+
+// Opacity of the foreground by slope, from -52 to 52.
+std::array<std::uint8_t, 2 * kSteepest + 1> ShadingTable() {
+  std::array<std::uint8_t, 2 * kSteepest + 1> table{};
+  for (int s = -kSteepest; s <= kSteepest; ++s) {
+    const double a = s * std::numbers::pi / 2.0;
+    const double level =
+        s < 1 ? 128.0 - std::pow(std::sin(a / -52.0), 0.5) * 127.0 : std::pow(std::sin(a / 52.0), 0.5) * 127.0 + 128.0;
+    table[static_cast<std::size_t>(s + kSteepest)] = static_cast<std::uint8_t>(level);
+  }
+  return table;
+}
+
+void PutColour(std::uint8_t* to, Colour colour) {
+  to[0] = static_cast<std::uint8_t>(BlueOf(colour));
+  to[1] = static_cast<std::uint8_t>(GreenOf(colour));
+  to[2] = static_cast<std::uint8_t>(RedOf(colour));
+}
+
+// Perturbation --------------------------------------------------------------------------------------------------------
+
+constexpr int kLattice = 16, kOctaves = 8;
+
+// Gradients of the lattice and a table that is deliberately no true permutation, each repeated past its end. Made once
+// in the life of the process, from the first texture's seed: later textures keep this noise.
+struct NoiseTables {
+  bool built = false;
+  std::array<float, kLattice + 18> sine{}, cosine{};
+  std::array<int, kLattice + 18> permutation{};
+};
+NoiseTables noise;
+
+void BuildNoise(std::uint32_t seed) {
+  SeedRandom(seed);
+  for (std::size_t i = 0; i < kLattice; ++i) {
+    const auto a = static_cast<float>(NextRandom() * 6.2831854820251465 / 32767.0);
+    noise.sine[i] = static_cast<float>(std::sin(static_cast<double>(a)));
+    noise.cosine[i] = static_cast<float>(std::cos(static_cast<double>(a)));
+    noise.permutation[i] = static_cast<int>(i);
+  }
+  noise.permutation[kLattice] = 0;
+  // The first swap brings the 0 past the end into the table; what it takes out is lost.
+  for (std::size_t i = kLattice; i > 0; i -= 2) {
+    std::swap(noise.permutation[i], noise.permutation[static_cast<std::size_t>(NextRandom() & 15)]);
+  }
+  for (std::size_t i = 0; i < 18; ++i) {
+    noise.sine[kLattice + i] = noise.sine[i];
+    noise.cosine[kLattice + i] = noise.cosine[i];
+    noise.permutation[kLattice + i] = noise.permutation[i];
+  }
+  noise.built = true;
+}
+
+// Where a coordinate lies in the lattice: its two neighbours, the distances from them and the blend between them.
+struct LatticePlace {
+  int b0, b1;
+  float r0, r1, s;
+};
+LatticePlace PlaceOf(float v) {
+  const float t = v + 10000.0f;
+  const int whole = static_cast<int>(t), b0 = whole & 15;
+  const float r0 = t - static_cast<float>(whole);
+  return {b0, (b0 + 1) & 15, r0, r0 - 1.0f, (3.0f - 2.0f * r0) * r0 * r0};
+}
+
+// The right-hand corners take the cosine for both components, which makes the grain of the texture.
+float Noise(const LatticePlace& x, const LatticePlace& y) {
+  const auto at = [](int i) { return static_cast<std::size_t>(i); };
+  const auto& p = noise.permutation;
+  const int i = p[at(x.b0)], j = p[at(x.b1)];
+  const std::size_t b00 = at(p[at(y.b0 + i)]), b10 = at(p[at(y.b0 + j)]), b01 = at(p[at(y.b1 + i)]),
+                    b11 = at(p[at(y.b1 + j)]);
+  const float u0 = y.r0 * noise.cosine[b00] + x.r0 * noise.sine[b00];
+  const float v0 = noise.cosine[b10] * y.r0 + noise.cosine[b10] * x.r1;
+  const float a = (v0 - u0) * x.s + u0;
+  const float u1 = y.r1 * noise.cosine[b01] + x.r0 * noise.sine[b01];
+  const float v1 = noise.cosine[b11] * y.r1 + noise.cosine[b11] * x.r1;
+  const float b = (v1 - u1) * x.s + u1;
+  return ((b - a) * y.s + a) * 1.5f;
+}
+
+// Which octaves are summed: whole ones, then a part of one more.
+struct Octaves {
+  int count = 0;
+  std::array<float, kOctaves> part{}, weight{};
+};
+Octaves OctavesOf(std::uint32_t matrix) {
+  float o = (static_cast<float>(static_cast<std::int32_t>(matrix)) - 32.0f) / 992.0f * 8.0f + kSmallest;
+  if (o < 0.0f || o > 8.0f) o = 8.0f;
+  Octaves octaves;
+  const auto add = [&](float part) {
+    const auto k = static_cast<std::size_t>(octaves.count++);
+    octaves.part[k] = part;
+    octaves.weight[k] = static_cast<float>(std::pow(2.0, -static_cast<double>(k) / 2.0));
+  };
+  const auto whole = static_cast<int>(o);
+  const float rest = o - static_cast<float>(whole);
+  while (octaves.count < whole) add(1.0f);
+  if (rest > kSmallest && octaves.count < kOctaves) add(rest);
+  return octaves;
+}
+
+// One channel's curve through four values, as Catmull and Rom's splines go.
+double CurveAt(const float (&points)[6], double t) {
+  t = std::clamp(t, 0.0, 1.0) * 3.0;
+  const int k = std::min(static_cast<int>(t), 2);
+  const double f = t - k, p0 = points[k], p1 = points[k + 1], p2 = points[k + 2], p3 = points[k + 3];
+  const double cubic = static_cast<double>(static_cast<float>(1.5 * p1 - 0.5 * p0 - 1.5 * p2 + 0.5 * p3));
+  const double square = static_cast<double>(static_cast<float>(p0 - 2.5 * p1 + 2.0 * p2 - 0.5 * p3));
+  const double linear = static_cast<double>(static_cast<float>(0.5 * p2 - 0.5 * p0));
+  return ((cubic * f + square) * f + linear) * f + p1;
+}
+
+using ColourTable = std::array<std::array<std::uint8_t, 3>, 256>;
+
+void FillChannel(ColourTable& table, std::size_t channel, const float (&given)[4]) {
+  float c[4];
+  // Written so that what is not a number becomes 0.
+  for (int i = 0; i < 4; ++i) c[i] = given[i] > 0.0f ? std::min(given[i], 1.0f) : 0.0f;
+  const float points[6] = {2.0f * c[0] - c[1], c[0], c[1], c[2], c[3], 2.0f * c[3] - c[2]};
+  for (std::size_t i = 0; i < 256; ++i) {
+    table[i][channel] =
+        static_cast<std::uint8_t>(std::clamp(CurveAt(points, static_cast<double>(i) / 255.0) * 255.0, 0.0, 255.0));
+  }
+}
+
+// Blue, green, red, as pixels are stored.
+ColourTable MakeColourTable(const TextureSpec& spec) {
+  float red[4], green[4], blue[4];
+  for (int i = 0; i < 4; ++i) {
+    red[i] = spec.ColorRed[i];
+    green[i] = spec.ColorGreen[i];
+    blue[i] = spec.ColorBlue[i];
+  }
+  ColourTable table{};
+  FillChannel(table, 0, blue);
+  FillChannel(table, 1, green);
+  FillChannel(table, 2, red);
+  return table;
+}
+
+// What each place under a bubble becomes, by shape.
+float Swell(std::uint32_t shape, float old, float d2, float r2) {
+  switch (shape) {
+    case 0:
+      return old + 1.0f;
+    case 1:
+      return 1.0f / (2.0f * d2 / r2 + 1.0f) + old;
+    case 2:
+      return 1.0f / (16.0f * d2 / r2 + 0.1f) + old;
+    case 3:
+      return (1.0f - old) * d2 / r2 + old;
+    default:
+      return old;
+  }
+}
+
+std::vector<float> BubbleMap(const TextureSpec& spec, int width, int height, int bubbles) {
+  std::vector<float> map(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  const int radius = std::min({height / 2, width / 2, std::max(static_cast<std::int32_t>(spec.BubbleSize), 1)});
+  const std::int64_t r2 = std::int64_t{radius} * radius;
+  const std::uint32_t shape = spec.BubbleShape;
+  SeedRandom(spec.SeedValue[0]);
+  for (int i = 0; i < bubbles; ++i) {
+    const int cx = NextRandom() % width + width, cy = NextRandom() % height + height;
+    for (int dy = -radius; dy < radius; ++dy) {
+      float* row = map.data() + static_cast<std::size_t>((cy + dy) % height) * static_cast<std::size_t>(width);
+      int x = (cx - radius) % width;
+      for (int dx = -radius; dx < radius; ++dx, x = x + 1 == width ? 0 : x + 1) {
+        const std::int64_t d2 = std::int64_t{dx} * dx + std::int64_t{dy} * dy;
+        if (d2 <= r2) row[x] = Swell(shape, row[x], static_cast<float>(d2), static_cast<float>(r2));
+      }
+    }
+  }
+  return map;
+}
+
+// One row's noise, octave by octave. A place's sum gets its terms in the order of the octaves.
+void NoiseRow(const Octaves& octaves, float fy, const std::vector<LatticePlace>& columns, std::vector<float>& sums) {
+  const std::size_t width = sums.size();
+  std::fill(sums.begin(), sums.end(), 0.0f);
+  float y = fy * 16.0f;
+  for (int k = 0; k < octaves.count; ++k, y *= 2.0f) {
+    const LatticePlace row = PlaceOf(y);
+    const float part = octaves.part[static_cast<std::size_t>(k)], weight = octaves.weight[static_cast<std::size_t>(k)];
+    const LatticePlace* places = columns.data() + static_cast<std::size_t>(k) * width;
+    for (std::size_t x = 0; x < width; ++x) sums[x] += Noise(places[x], row) * part * weight;
+  }
+}
+
+std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, int width) {
+  std::vector<LatticePlace> columns;
+  columns.reserve(static_cast<std::size_t>(octaves.count) * static_cast<std::size_t>(width));
+  for (int k = 0; k < octaves.count; ++k) {
+    for (int x = 0; x < width; ++x) {
+      const float fx = static_cast<float>(x) / static_cast<float>(width);
+      columns.push_back(PlaceOf(fx * 16.0f * static_cast<float>(1 << k)));
+    }
+  }
+  return columns;
+}
 
 }  // namespace
 
-bool NoiseTablesBuilt() noexcept { return noiseBuilt; }
+bool NoiseTablesBuilt() noexcept { return noise.built; }
+
+PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept {
+  int width = 0, height = 0;
+  if (!SizeOf(spec, width, height)) return {};
+  PackedDib picture = SolidDib(width, height, spec.BackColour);
+  const DibView view(picture);
+  if (!view) return {};
+  try {
+    SeedFractalNoise(spec.SeedValue[0]);
+    HeightField field(width, height);
+    const auto depth = static_cast<double>(spec.CreaterDepth);
+    HitSurface(field, std::min(spec.CreaterCount, kMostCraters) * 10, depth);
+    const auto shading = ShadingTable();
+    std::array<std::array<std::uint8_t, 3>, shading.size()> pixels;
+    for (std::size_t i = 0; i < shading.size(); ++i) {
+      PutColour(pixels[i].data(), Blend(spec.BackColour, spec.ForeColour[0], shading[i]));
+    }
+    for (int y = 0; y < height; ++y) {
+      const std::uint16_t* row = field.Row(y);
+      std::uint8_t* to = view.Row(y);
+      for (int x = 0; x + 1 < width; ++x, to += 3) {
+        const int slope = std::clamp(row[x + 1] - row[x], -kSteepest, kSteepest);
+        std::copy_n(pixels[static_cast<std::size_t>(slope + kSteepest)].data(), 3, to);
+      }
+    }
+  } catch (...) {
+    return {};
+  }
+  return picture;
+}
+
+PackedDib GeneratePerturbationTexture(const TextureSpec& spec) noexcept {
+  int width = 0, height = 0;
+  if (!SizeOf(spec, width, height)) return {};
+  PackedDib picture = BlankDib(width, height, nullptr, 24);
+  const DibView view(picture);
+  if (!view) return {};
+  try {
+    const int bubbles = std::clamp(static_cast<std::int32_t>(spec.BubbleCount), 0, 1024);
+    const float power = spec.PerturbationPower, bubblePower = spec.BubblePower;
+    const ColourTable colours = MakeColourTable(spec);
+    const std::vector<float> map = bubbles ? BubbleMap(spec, width, height, bubbles) : std::vector<float>();
+    const Octaves octaves = power > kSmallest ? OctavesOf(spec.MatrixSize) : Octaves{};
+    if (octaves.count && !noise.built) BuildNoise(spec.SeedValue[0]);
+    const std::vector<LatticePlace> columns = NoiseColumns(octaves, width);
+    std::vector<float> sums(static_cast<std::size_t>(width));
+    for (int y = 0; y < height; ++y) {
+      NoiseRow(octaves, static_cast<float>(y) / static_cast<float>(height), columns, sums);
+      std::uint8_t* to = view.Row(y);
+      const float* swellings = map.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+      for (int x = 0; x < width; ++x, to += 3) {
+        const float n = octaves.count ? sums[static_cast<std::size_t>(x)] * power : 0.0f;
+        const float b = bubbles && bubblePower != 0.0f ? 2.0f * bubblePower * swellings[x] - 1.0f : 0.0f;
+        const float level = (n + b + 1.0f) * 0.5f;
+        const float grey = level > 0.0f ? std::min(level, 1.0f) : 0.0f;
+        std::copy_n(colours[static_cast<std::size_t>(static_cast<double>(grey) * 255.0)].data(), 3, to);
+      }
+    }
+  } catch (...) {
+    return {};
+  }
+  return picture;
+}
 
 }  // namespace glyphmotion

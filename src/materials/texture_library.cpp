@@ -3,6 +3,9 @@
 
 #include <cstring>
 
+#include "materials/fractal_texture.h"
+#include "materials/surface_texture.h"
+
 namespace glyphmotion {
 
 void DefaultTextureSpec(TextureSpec& spec) noexcept {
@@ -29,6 +32,22 @@ void DefaultTextureSpec(TextureSpec& spec) noexcept {
   spec.BubbleSize = 4;
   spec.BubblePower = 0.25f;
   spec.PerturbationPower = 1.0f;
+}
+
+PackedDib GenerateTexture(const TextureSpec& spec) noexcept {
+  switch (spec.TextureType) {
+    case 0:
+    case 1:
+    case 2:
+    case 3:
+      return GenerateFractalTexture(spec);
+    case 4:
+      return GenerateCraterTexture(spec);
+    case 5:
+      return GeneratePerturbationTexture(spec);
+    default:
+      return {};
+  }
 }
 
 }  // namespace glyphmotion

@@ -346,7 +346,9 @@ void InstallPanels(Dialog& dialog) {
     PostCommand(dialog, Cancel);
     return;
   }
-  SetSelection(dialog, ControlId::Effect, static_cast<int>(NumberVariable("MainEffect")));
+  // A file of another version may hold a number that no row has.
+  const int effect = static_cast<int>(NumberVariable("MainEffect"));
+  SetSelection(dialog, ControlId::Effect, std::clamp(effect, 0, kEffectCount - 1));
 }
 
 void AskFileDialogSize() {

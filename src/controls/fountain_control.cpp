@@ -1,0 +1,360 @@
+// SPDX-License-Identifier: MIT
+#include "controls/fountain_control.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "controls/face_painting.h"
+#include "materials/library_file.h"
+#include "materials/tile.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/shell_ui.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr int kWidth = 197, kHeight = 50;
+constexpr int kHandleHalf = 5, kHandleTop = 4, kHandleBottom = 11;
+constexpr int kPullOff = 24;  // pixels above or below the control at which a dragged marker comes off
+
+enum MenuId { kDeleteMarker = 100, kChangeColour, kAdjustPosition, kAddToLibrary, kManageLibrary };
+
+FountainWindows fountainWindows;
+
+// The marker under the captured mouse; there is one mouse.
+int draggedMarker = -1;
+
+struct Extent {
+  int width, height;
+};
+Extent ExtentOf(const Dialog& dialog, int id) {
+  const ControlRectangle place = RectangleOf(dialog, id);
+  return {place.right - place.left, place.bottom - place.top};
+}
+
+int ColumnOf(const Rect& bar, std::uint32_t marker) {
+  return bar.left + static_cast<int>(MarkerPosition(marker) / 255.0 * bar.Width());
+}
+
+int MarkerCountOf(const FountainSpec& fountain) {
+  return static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers));
+}
+
+void FreePreview(FountainSpec& fountain) {
+  FreeBlock(HandleOf(fountain.Preview));
+  fountain.Preview = 0;
+}
+
+void RenderPreview(Dialog& dialog, int id, FountainSpec& fountain) {
+  const Extent extent = ExtentOf(dialog, id);
+  const Rect bar = FountainBar(extent.width, extent.height);
+  PackedDib preview = FountainToBitmap(fountain, bar.Width(), bar.Height());
+  if (!preview) return;
+  FreePreview(fountain);
+  fountain.Preview = WordOf(preview.Release());
+}
+
+void Changed(Dialog& dialog, int id, FountainSpec& fountain) {
+  RenderPreview(dialog, id, fountain);
+  Invalidate(dialog, id);
+  Post(dialog, {kMessageFillChanged, 0, id});
+}
+
+void SaveLine(Dialog& dialog, int id, std::string& line) {
+  if (const auto fountain = LockFountain(dialog, id); fountain) line += HexEncode(fountain.get(), sizeof(FountainSpec));
+}
+
+void LoadLine(Dialog& dialog, int id, const std::string& value) {
+  MovableBlock block = HexDecode(value, sizeof(FountainSpec));
+  if (!block) return;
+  if (const auto old = LockFountain(dialog, id); old) FreePreview(*old);
+  FreeBlock(HandleOf(GetData(dialog, id)));
+  SetData(dialog, id, WordOf(block.Release()));
+  const auto fountain = LockFountain(dialog, id);
+  fountain->Preview = 0;
+  RenderPreview(dialog, id, *fountain);
+  Invalidate(dialog, id);
+}
+
+// The control's private messages ------------------------------------------------------------------------------------
+
+void ChangeColour(Dialog& dialog, int id, int index) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain || (index == kEndHandle && fountain->Flags & kFountainLooped)) return;
+  if (index >= MarkerCountOf(*fountain) || index < kEndHandle) {
+    ShowMessage(&dialog, "Internal error");
+    return;
+  }
+  std::uint32_t entry = index == kStartHandle ? fountain->StartColour
+                        : index == kEndHandle ? fountain->EndColour
+                                              : fountain->Markers[index];
+  const auto colour = AskColour(&dialog, entry & 0xFFFFFF);
+  if (!colour) return;
+  entry = (entry & 0xFF000000) | (*colour & 0xFFFFFF);
+  if (index == kStartHandle) {
+    fountain->StartColour = entry;
+  } else if (index == kEndHandle) {
+    fountain->EndColour = entry;
+  } else {
+    fountain->Markers[index] = entry;
+  }
+  Changed(dialog, id, *fountain);
+}
+
+void AddMarker(Dialog& dialog, int id, int wanted) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return;
+  const int position = FreePosition(*fountain, wanted);
+  if (position < 0) {
+    ShowMessage(&dialog, "No more marker space is available. Delete an existing marker.");
+    return;
+  }
+  const auto colour = AskColour(&dialog, 0x808080);
+  if (!colour) return;
+  fountain->Markers[fountain->MarkerCount++] = MakeMarker(position, *colour);
+  SortMarkers(*fountain);
+  Changed(dialog, id, *fountain);
+}
+
+void DeleteMarker(Dialog& dialog, int id, int index) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return;
+  if (fountain->MarkerCount == 0) {
+    ShowMessage(&dialog, "That marker cannot be deleted");
+  } else if (!RemoveMarker(*fountain, index)) {
+    ShowMessage(&dialog, "Internal error");
+  } else {
+    Changed(dialog, id, *fountain);
+  }
+}
+
+void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain || index < 0 || index >= MarkerCountOf(*fountain)) return;
+  const int old = MarkerPosition(fountain->Markers[index]);
+  std::optional<int> position;
+  if (fountainWindows.askPosition) {
+    position = fountainWindows.askPosition(dialog, old);
+  } else if (const auto text = AskName(&dialog, "Adjust position", std::to_string(old)); text) {
+    position = std::atoi(text->c_str());
+  }
+  if (!position) return;
+  fountain->Markers[index] = MakeMarker(std::clamp(*position, 0, 255), fountain->Markers[index]);
+  SortMarkers(*fountain);
+  Changed(dialog, id, *fountain);
+}
+
+void MarkerMenu(Dialog& dialog, int id, int index) {
+  const MenuItem items[] = {{kDeleteMarker, "Delete marker", false},
+                            {kChangeColour, "Change color", false},
+                            {kAdjustPosition, "Adjust position", false}};
+  switch (PopupMenu(&dialog, 0, 0, 0, items)) {
+    case kDeleteMarker:
+      return DeleteMarker(dialog, id, index);
+    case kChangeColour:
+      return ChangeColour(dialog, id, index);
+    case kAdjustPosition:
+      return AdjustMarkerPosition(dialog, id, index);
+  }
+}
+
+void BarMenu(Dialog& dialog, int id) {
+  const MenuItem items[] = {{kAddToLibrary, "Add to library", false}, {kManageLibrary, "Manage library", false}};
+  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  if (chosen == kManageLibrary && fountainWindows.manageLibrary) fountainWindows.manageLibrary(dialog);
+  if (chosen != kAddToLibrary) return;
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain || !AddToFountainLibrary(FountainLibraryPath(), *fountain, CurrentTime())) {
+    ShowMessage(&dialog, "There has been an error adding this library entry.");
+  }
+}
+
+// The mouse -----------------------------------------------------------------------------------------------------------
+
+FountainHit HitAt(const Dialog& dialog, int id, const FountainSpec& fountain, const Message& message) {
+  const Extent extent = ExtentOf(dialog, id);
+  return HitFountain(fountain, extent.width, extent.height, static_cast<int>(message.a), static_cast<int>(message.b));
+}
+
+// A dragged marker follows the pointer to any free position but 0, which would send it to the end of the table.
+void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
+  if (draggedMarker < 0 || draggedMarker >= MarkerCountOf(fountain)) return;
+  const Extent extent = ExtentOf(dialog, id);
+  const Rect bar = FountainBar(extent.width, extent.height);
+  const int position = std::clamp((x - bar.left) * 255 / std::max(bar.Width(), 1), 1, 255);
+  std::uint32_t* begin = fountain.Markers + 0;
+  for (int i = 0; i < MarkerCountOf(fountain); ++i) {
+    if (MarkerPosition(begin[i]) == position) return;
+  }
+  const std::uint32_t marker = MakeMarker(position, begin[draggedMarker]);
+  begin[draggedMarker] = marker;
+  SortMarkers(fountain);
+  for (int i = 0; i < MarkerCountOf(fountain); ++i) {
+    if (begin[i] == marker) draggedMarker = i;
+  }
+  RenderPreview(dialog, id, fountain);
+  Invalidate(dialog, id);
+}
+
+void LeftUp(Dialog& dialog, int id, const Message& message) {
+  if (!HasCapture(dialog, id)) return;
+  ReleaseMouse(dialog);
+  const int marker = draggedMarker, y = static_cast<int>(message.b);
+  draggedMarker = -1;
+  if (marker < 0) return;
+  if (y < -kPullOff || y >= ExtentOf(dialog, id).height + kPullOff) return DeleteMarker(dialog, id, marker);
+  Post(dialog, {kMessageFillChanged, 0, id});
+}
+
+bool InputFountain(Dialog& dialog, int id, const Message& message) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return false;
+  const FountainHit hit = HitAt(dialog, id, *fountain, message);
+  const auto argument = static_cast<int>(static_cast<std::int64_t>(message.a));
+  switch (message.number) {
+    case kMessageLeftDown:
+      draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
+      if (draggedMarker >= 0) CaptureMouse(dialog, id);
+      return true;
+    case kMessageMouseMove:
+      if (HasCapture(dialog, id)) Drag(dialog, id, *fountain, argument);
+      return true;
+    case kMessageLeftUp:
+      return LeftUp(dialog, id, message), true;
+    case kMessageDoubleClick:
+      if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
+      if (hit.part == FountainHit::Bar) AddMarker(dialog, id, hit.position);
+      return true;
+    case kMessageRightUp:
+      if (hit.part != FountainHit::Handle) {
+        BarMenu(dialog, id);
+      } else if (hit.index < 0) {
+        ChangeColour(dialog, id, hit.index);
+      } else if (IsShiftDown()) {
+        DeleteMarker(dialog, id, hit.index);
+      } else {
+        MarkerMenu(dialog, id, hit.index);
+      }
+      return true;
+    case kMessageFountainColour:
+      return ChangeColour(dialog, id, argument), true;
+    case kMessageFountainAdd:
+      return AddMarker(dialog, id, argument), true;
+    case kMessageFountainDelete:
+      return DeleteMarker(dialog, id, argument), true;
+    case kMessageFountainPosition:
+      return AdjustMarkerPosition(dialog, id, argument), true;
+    case kMessageMarkerMenu:
+      return MarkerMenu(dialog, id, argument), true;
+    case kMessageBarMenu:
+      return BarMenu(dialog, id), true;
+    default:
+      return false;
+  }
+}
+
+// The face ------------------------------------------------------------------------------------------------------------
+
+// A flag on a pole: the colour, framed, and a stem down to the bar.
+void PaintHandle(const DrawRequest& request, int x, Colour colour, bool enabled) {
+  const Rect box = FountainHandle(x);
+  const Colour edge = GetSystemColour(enabled ? SystemColour::DarkShadow : SystemColour::ButtonShadow);
+  FrameFace(request, box, edge, edge);
+  FillFace(request, Shrunk(box, 1), enabled ? colour & 0xFFFFFF : GetSystemColour(SystemColour::ButtonFace));
+  for (int row = 0; row < 4; ++row) {
+    FillFace(request, {x - 3 + row, box.bottom + row, x + 4 - row, box.bottom + row + 1}, edge);
+  }
+}
+
+void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
+  FillFace(request, {0, 0, request.width, request.height}, GetSystemColour(SystemColour::ButtonFace));
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return;
+  const Rect bar = FountainBar(request.width, request.height);
+  const bool enabled = IsEnabled(dialog, id);
+  const Colour shadow = GetSystemColour(SystemColour::ButtonShadow), light = GetSystemColour(SystemColour::Highlight);
+  FrameFace(request, Shrunk(bar, -1), shadow, light);
+  if (enabled) PaintBitmap(request, bar, DibView(HandleOf(fountain->Preview)));
+  PaintHandle(request, bar.left, fountain->StartColour, enabled);
+  const bool looped = fountain->Flags & kFountainLooped;
+  PaintHandle(request, bar.right, looped ? fountain->StartColour : fountain->EndColour, enabled && !looped);
+  for (int i = 0; i < MarkerCountOf(*fountain); ++i) {
+    PaintHandle(request, ColumnOf(bar, fountain->Markers[i]), fountain->Markers[i], enabled);
+  }
+}
+
+}  // namespace
+
+const ControlFamily kFountainFamily = {"FOUNTB", SaveLine,      LoadLine,      nullptr,
+                                       nullptr,  PaintFountain, InputFountain, DestroyFountain};
+
+void SetFountainWindows(const FountainWindows& windows) noexcept { fountainWindows = windows; }
+
+Rect FountainBar(int width, int height) noexcept { return {8, 16, width - 8, height - 4}; }
+
+Rect FountainHandle(int x) noexcept { return {x - kHandleHalf, kHandleTop, x + kHandleHalf + 1, kHandleBottom}; }
+
+FountainHit HitFountain(const FountainSpec& fountain, int width, int height, int x, int y) noexcept {
+  const Rect bar = FountainBar(width, height);
+  const auto within = [&](const Rect& box) { return x >= box.left && x < box.right && y >= box.top && y < box.bottom; };
+  for (int i = MarkerCountOf(fountain) - 1; i >= 0; --i) {
+    if (within(FountainHandle(ColumnOf(bar, fountain.Markers[i])))) return {FountainHit::Handle, i, 0};
+  }
+  if (within(FountainHandle(bar.left))) return {FountainHit::Handle, kStartHandle, 0};
+  if (within(FountainHandle(bar.right))) return {FountainHit::Handle, kEndHandle, 0};
+  if (within(bar)) return {FountainHit::Bar, 0, (x - bar.left) * 255 / std::max(bar.Width(), 1)};
+  return {};
+}
+
+LockedBlock<FountainSpec> LockFountain(const Dialog& dialog, int id) noexcept {
+  return LockedBlock<FountainSpec>(HandleOf(GetData(dialog, id)));
+}
+
+std::string FountainPath(int id) {
+  char name[32];
+  std::snprintf(name, sizeof(name), "Fountain%.5d.mtrl", id);
+  return JoinPath(PerControlFolder(), name);
+}
+
+std::string FountainLibraryPath() { return JoinPath(DataFolder(), "FountainLibrary.fll"); }
+
+void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
+  ResizeControl(dialog, id, kWidth, kHeight);
+  MovableBlock block(AllocateBlock(sizeof(FountainSpec)));
+  if (!block) return;
+  {
+    const LockedBlock<FountainSpec> fountain(block.Handle());
+    std::string bytes;
+    if (ownFile && !IsShiftDown() && ReadFileBytes(FountainPath(id), bytes, sizeof(FountainSpec)) &&
+        bytes.size() == sizeof(FountainSpec) && bytes.compare(0, 8, "TESSFOUN") == 0) {
+      std::memcpy(fountain.get(), bytes.data(), sizeof(FountainSpec));
+    } else if (initial) {
+      *fountain = *initial;
+    } else {
+      DefaultFountain(*fountain, 2);
+    }
+    fountain->Preview = 0;
+    if (GetText(dialog, id).find("FountainButtonLooped") != std::string::npos) fountain->Flags |= kFountainLooped;
+    if (ownFile) fountain->Flags |= kFountainKeepsFile;
+    RenderPreview(dialog, id, *fountain);
+  }
+  FreeBlock(HandleOf(GetData(dialog, id)));
+  SetData(dialog, id, WordOf(block.Release()));
+}
+
+void DestroyFountain(Dialog& dialog, int id) {
+  if (const auto fountain = LockFountain(dialog, id); fountain) {
+    FreePreview(*fountain);
+    if (fountain->Flags & kFountainKeepsFile) {
+      AtomicWriteFile(FountainPath(id), {reinterpret_cast<const char*>(fountain.get()), sizeof(FountainSpec)});
+    }
+  }
+  FreeBlock(HandleOf(GetData(dialog, id)));
+  SetData(dialog, id, 0);
+}
+
+}  // namespace glyphmotion

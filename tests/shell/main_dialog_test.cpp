@@ -1,0 +1,605 @@
+// SPDX-License-Identifier: MIT
+// The main dialog as a person, a host and a screen meet it.
+#include "shell/main_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "controls/read_controls.h"
+#include "controls/variables.h"
+#include "effects/effect_table.h"
+#include "image/packed_dib.h"
+#include "platform/dialog_driver.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/memory.h"
+#include "platform/shell_ui.h"
+#include "platform/text_engine.h"
+#include "resources/strings.h"
+#include "resources/templates.h"
+#include "shell/documents.h"
+#include "text/compositing.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace MainControl;
+
+struct HostCallSeen {
+  std::uint32_t operation;
+  std::uint64_t a, b;
+};
+
+// What the host of a test saw and answers.
+struct TestHost {
+  std::vector<HostCallSeen> calls;
+  std::function<std::uint64_t(std::uint32_t, std::uint64_t, std::uint64_t)> answer;
+  int Count(std::uint32_t operation) const {
+    int count = 0;
+    for (const HostCallSeen& call : calls) count += call.operation == operation;
+    return count;
+  }
+};
+TestHost host;
+
+std::uint64_t HostCall(void*, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+  host.calls.push_back({operation, a, b});
+  return host.answer ? host.answer(operation, a, b) : 0;
+}
+
+template <typename T>
+T* At(std::uint64_t address) {
+  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(address));
+}
+
+class MainDialogTest : public testing::Test {
+ protected:
+  MainDialogTest() : folder_(std::filesystem::temp_directory_path() / "glyphmotion_main_dialog_test") {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    FolderOverrides overrides;
+    overrides.settingsFile = Path("settings.ini");
+    overrides.perControlFolder = "";
+    overrides.dataFolder = "";
+    SetFolderOverrides(overrides);
+    host = {};
+    StartTextEngine();
+    responder_.message = [this](Dialog*, const std::string& text, MessageButtons) {
+      messages_.push_back(text);
+      return true;
+    };
+  }
+  ~MainDialogTest() override {
+    StopTextEngine();
+    SetFolderOverrides({});
+    std::filesystem::remove_all(folder_);
+  }
+
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+  /// Runs the dialog with this driver; nothing is left behind. RunModal's result.
+  std::int64_t RunDialog(std::uint32_t hostFlags, const std::function<void(Dialog&)>& driver) {
+    HostCallTable table{};
+    table.version = HostInterfaceVersion;
+    table.HostCall = withoutHostCall_ ? nullptr : HostCall;
+    table.hostFlags = hostFlags;
+    const BlockCounters before = LiveBlocks();
+    const UiResponder oldResponder = SetUiResponder(responder_);
+    const ModalDriver oldDriver = SetModalDriver([&](Dialog& dialog, int) { driver(dialog); });
+    const std::int64_t result = RunModal(kMainDialogTemplate, nullptr, MainDialogProcedure, &table);
+    SetModalDriver(oldDriver);
+    SetUiResponder(oldResponder);
+    EXPECT_EQ(LiveBlocks().blocks, before.blocks);
+    EXPECT_EQ(LiveBlocks().locks, before.locks);
+    EXPECT_EQ(CurrentHostCalls(), nullptr);
+    return result;
+  }
+
+  std::filesystem::path folder_;
+  UiResponder responder_;
+  std::vector<std::string> messages_;
+  bool withoutHostCall_ = false;
+};
+
+constexpr std::uint32_t kPaletteHost = HostFlagPaletteFormat, kColourHost = HostFlagTrueColorFormat,
+                        kBothHost = HostFlagPaletteFormat | HostFlagTrueColorFormat;
+
+// --- The start ---
+
+TEST_F(MainDialogTest, APaletteHostGetsItsDelaysAndNeverAlpha) {
+  AtomicWriteFile(Path("settings.ini"), "MainAlphaTrans = 1\nTruecolour = 1\nMainSupercompress = 1\n");
+  RunDialog(kPaletteHost, [&](Dialog& dialog) {
+    EXPECT_EQ(GetText(dialog, 10011), "1,25,4");
+    for (int id : {int{TrueColour}, int{ControlId::AlphaTransparency}}) {
+      EXPECT_EQ(GetCheck(dialog, id), 0) << id;
+      EXPECT_FALSE(IsEnabled(dialog, id)) << id;
+    }
+    EXPECT_FALSE(IsEnabled(dialog, ControlId::AlphaBackground));
+    EXPECT_TRUE(IsEnabled(dialog, Transparent));
+    EXPECT_EQ(GetCheck(dialog, Supercompress), 1);
+    EXPECT_EQ(NumberVariable("Truecolour") + NumberVariable("MainAlphaTrans"), 0u);
+    EXPECT_EQ(FocusOf(dialog), int{Build});
+    EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4 [UNREGISTERED COPY]");
+    EXPECT_EQ(ItemCount(dialog, ControlId::Effect), kEffectCount);
+    EXPECT_EQ(ItemText(dialog, MainControl::Palette, 7), "256-color with gray");
+    EXPECT_EQ(GetSelection(dialog, MainControl::Palette), 6);
+    EXPECT_FALSE(GetText(dialog, ControlId::Font).empty());
+    ASSERT_EQ(host.calls.size(), 1u);
+    EXPECT_EQ(host.calls[0].operation, std::uint32_t{HostOpGetFileDialogSize});
+  });
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainDialogTest, ATrueColourHostGetsAlphaAndNoSupercompress) {
+  AtomicWriteFile(Path("settings.ini"), "MainAlphaTrans = 1\nMainSupercompress = 1\nMainTransparent = 1\n");
+  RunDialog(kColourHost, [&](Dialog& dialog) {
+    EXPECT_EQ(GetText(dialog, 10011), "1,250,40");
+    EXPECT_FALSE(IsEnabled(dialog, Transparent));
+    EXPECT_FALSE(IsEnabled(dialog, Supercompress));
+    EXPECT_EQ(GetCheck(dialog, Supercompress), 0);
+    EXPECT_TRUE(IsEnabled(dialog, ControlId::AlphaTransparency));
+    EXPECT_EQ(GetCheck(dialog, ControlId::AlphaTransparency), 1);
+  });
+}
+
+TEST_F(MainDialogTest, ShiftAtTheStartResetsPathsAndDelays) {
+  AtomicWriteFile(Path("settings.ini"), "CurrentFileName = /elsewhere/a.gm4\nMainDelay = 7\nMainText = old\n");
+  responder_.shiftDown = true;
+  RunDialog(kPaletteHost, [&](Dialog& dialog) {
+    EXPECT_EQ(TextVariable("CurrentFileName"), JoinPath(DocumentsFolder(), "untitled.gm4"));
+    EXPECT_EQ(GetNumber(dialog, ControlId::Delay, false), 4);
+    EXPECT_EQ(GetNumber(dialog, ControlId::Pause, false), 100);
+    EXPECT_NE(GetText(dialog, ControlId::Text), "old");
+  });
+  RunDialog(kColourHost, [&](Dialog& dialog) {
+    EXPECT_EQ(GetNumber(dialog, ControlId::Delay, false), 40);
+    EXPECT_EQ(GetNumber(dialog, ControlId::Pause, false), 1000);
+    EXPECT_EQ(GetCheck(dialog, TrueColour), 1);
+  });
+}
+
+TEST_F(MainDialogTest, AHostWithoutItsFunctionIsToldAndLetGo) {
+  withoutHostCall_ = true;
+  bool driven = false;
+  EXPECT_EQ(RunDialog(kBothHost, [&](Dialog&) { driven = true; }), 0);
+  EXPECT_FALSE(driven);
+  EXPECT_EQ(messages_, std::vector<std::string>{"Internal error"});
+}
+
+// --- Panels and effects ---
+
+std::vector<int> VisiblePanels(const Dialog& dialog) {
+  std::vector<int> visible;
+  for (int i = 0; i < kEffectCount; ++i) {
+    std::size_t shown = 0;
+    for (const ControlTemplate& control : EffectRow(i).panel->controls) {
+      EXPECT_TRUE(HasControl(dialog, control.id)) << control.id;
+      shown += IsVisible(dialog, control.id);
+    }
+    EXPECT_TRUE(shown == 0 || shown == EffectRow(i).panel->controls.size()) << EffectRow(i).name;
+    if (shown) visible.push_back(i);
+  }
+  return visible;
+}
+
+TEST_F(MainDialogTest, OnePanelShowsAndItIsThatOfTheChosenEffect) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{17});
+    for (int i : {0, 15, 20}) {
+      ASSERT_TRUE(Choose(dialog, ControlId::Effect, i));
+      EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{i});
+      EXPECT_EQ(NumberVariable("MainEffect"), static_cast<std::uint32_t>(i));
+      EXPECT_TRUE(IsVisible(dialog, ControlId::Text) && IsVisible(dialog, Build));
+    }
+  });
+  const std::pair<const char*, int> stored[] = {{"99", 20}, {"-5", 0}, {"16", 16}};
+  for (const auto& [number, shown] : stored) {
+    AtomicWriteFile(Path("settings.ini"), std::string("MainEffect = ") + number + "\n");
+    RunDialog(kBothHost, [&](Dialog& dialog) { EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{shown}); });
+  }
+}
+
+TEST_F(MainDialogTest, EveryControlStartsWithItsSetting) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    for (const DialogTemplate* panel : PanelTemplates()) {
+      for (const ControlTemplate& control : panel->controls) {
+        const Variable* variable = control.key ? FindVariable(control.key) : nullptr;
+        const auto number = variable ? static_cast<int>(variable->row->defaultNumber) : 0;
+        if (control.kind == ControlKind::NumberEdit && variable) {
+          EXPECT_EQ(ReadNumber(dialog, control.id), number) << control.key;
+        }
+        if (control.kind == ControlKind::Check) {
+          EXPECT_EQ(GetCheck(dialog, control.id), number) << control.key;
+        }
+        if (control.kind == ControlKind::Combo) {
+          EXPECT_EQ(GetSelection(dialog, control.id), number) << control.key;
+        }
+        if (control.kind == ControlKind::ColourButton) {
+          EXPECT_EQ(ReadColour(dialog, control.id), static_cast<Colour>(number)) << control.key;
+        }
+        if (control.kind >= ControlKind::ShadowDirection) {
+          EXPECT_EQ(ReadDirection(dialog, control.id), number) << control.key;
+        }
+      }
+    }
+    EXPECT_EQ(ReadNumber(dialog, 511), 20);  // White Noise's softness, which no key keeps
+    EXPECT_EQ(EffectRow(10).transparentColourFunction(dialog, 0), 0x000000u);
+    EXPECT_EQ(EffectRow(1).transparentColourFunction(dialog, 0), 0xE4CAAFu);
+  });
+}
+
+// --- Options ---
+
+TEST_F(MainDialogTest, OptionsKeepEachOtherInBounds) {
+  RunDialog(kColourHost, [&](Dialog& dialog) {
+    ASSERT_EQ(GetCheck(dialog, TrueColour), 1);
+    Click(dialog, TrueColour);
+    Click(dialog, ControlId::AlphaTransparency);
+    EXPECT_EQ(GetCheck(dialog, TrueColour), 1);
+    EXPECT_EQ(NumberVariable("Truecolour") + NumberVariable("MainAlphaTrans"), 2u);
+    Click(dialog, TrueColour);
+    EXPECT_EQ(GetCheck(dialog, ControlId::AlphaTransparency), 0);
+    EXPECT_EQ(NumberVariable("Truecolour") + NumberVariable("MainAlphaTrans"), 0u);
+    EXPECT_TRUE(IsEnabled(dialog, MainControl::Palette));
+    Click(dialog, CustomPalette);
+    EXPECT_FALSE(IsEnabled(dialog, MainControl::Palette));
+    Click(dialog, CustomPalette);
+    Choose(dialog, MainControl::Palette, 3);
+    EXPECT_EQ(NumberVariable("MainPalette"), 3u);
+  });
+}
+
+TEST_F(MainDialogTest, AnEmptyTextDisablesBuildButNotTest) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Type(dialog, ControlId::Text, "");
+    EXPECT_FALSE(IsEnabled(dialog, Build));
+    EXPECT_TRUE(IsEnabled(dialog, MainControl::Test));
+    Type(dialog, ControlId::Text, std::string(300, 'x'));
+    EXPECT_TRUE(IsEnabled(dialog, Build));
+    EXPECT_EQ(TextVariable("MainText"), std::string(260, 'x'));
+  });
+  AtomicWriteFile(Path("settings.ini"), "MainText = \n");
+  RunDialog(kBothHost, [&](Dialog& dialog) { EXPECT_FALSE(IsEnabled(dialog, Build)); });
+}
+
+TEST_F(MainDialogTest, ChangesAreStoredAndOnlyThoseThatShowRepaintTheSample) {
+  int repaints = 0;
+  SetDialogObserver([&](Dialog&, const DialogChange& change) {
+    repaints += change.what == DialogChange::Repaint && change.id == Sample;
+  });
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    const auto repaintsOf = [&](const std::function<void()>& change) {
+      repaints = 0;
+      change();
+      Pump(dialog);
+      return repaints;
+    };
+    EXPECT_EQ(repaintsOf([&] { Type(dialog, ControlId::Delay, "9"); }), 0);
+    EXPECT_EQ(repaintsOf([&] { Click(dialog, Dither); }), 0);
+    EXPECT_EQ(NumberVariable("MainDelay") + NumberVariable("MainDither"), 10u);
+    EXPECT_EQ(repaintsOf([&] { Click(dialog, ControlId::Bold); }), 1);
+    EXPECT_EQ(NumberVariable("MainFontBold"), 0u);
+    EXPECT_EQ(repaintsOf([&] { Type(dialog, 114, "7"); }), 1);
+    EXPECT_EQ(NumberVariable("Style000Soft"), 7u);
+    EXPECT_EQ(repaintsOf([&] { Type(dialog, 114, "9999"); }), 1);
+    EXPECT_EQ(ReadNumber(dialog, 114), 40);
+    EXPECT_EQ(repaintsOf([&] {
+                for (int i = 0; i < 5; ++i) Send(dialog, {kMessageCommand, ControlId::Italic, kClicked});
+              }),
+              1);
+    SetText(dialog, 116, "200");
+    Send(dialog, {kMessageCommand, 10116, kClicked});
+    EXPECT_EQ(NumberVariable("Style000ShadowOffset"), 200u);
+  });
+  SetDialogObserver({});
+}
+
+TEST_F(MainDialogTest, AColourButtonTakesTheHostsColour) {
+  std::uint64_t accept = 1;
+  host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {
+    if (operation != HostOpPickColor) return 0;
+    auto& record = *At<HostColorPickRecord>(b);
+    EXPECT_EQ(record.size, 40u);
+    EXPECT_EQ(record.version, 0x1000u);
+    EXPECT_EQ(record.depth, 24u);
+    EXPECT_EQ(record.color, 0x333333u);
+    EXPECT_NE(record.ownerWindow, 0u);
+    const std::uint8_t* entry = record.palette + 3 * (6 * 32 + 1 * 4 + 2);
+    EXPECT_TRUE(entry[0] == 216 && entry[1] == 36 && entry[2] == 170);
+    record.color = 0x123456;
+    return accept;
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    accept = 0;
+    Click(dialog, 106);
+    EXPECT_EQ(GetText(dialog, 106), "3355443");
+    accept = 1;
+    Click(dialog, 106);
+    EXPECT_EQ(GetText(dialog, 106), "1193046");
+    EXPECT_EQ(NumberVariable("Style000OutlineColor"), 0x123456u);
+  });
+}
+
+// --- The sample ---
+
+struct Picture {
+  int width, height;
+  std::vector<std::uint8_t> bytes;
+  Picture(int w, int h) : width(w), height(h), bytes(static_cast<std::size_t>(w * h * 3), 0x55) {}
+  DrawRequest Request() { return {bytes.data(), width, height, width * 3}; }
+  Colour Pixel(int x, int y) const {
+    const std::uint8_t* p = bytes.data() + 3 * (y * width + x);
+    return MakeColour(p[2], p[1], p[0]);
+  }
+  bool IsFramed(Colour colour) const {
+    for (int x = 0; x < width; ++x) {
+      if (Pixel(x, 0) != colour || Pixel(x, height - 1) != colour) return false;
+    }
+    for (int y = 0; y < height; ++y) {
+      if (Pixel(0, y) != colour || Pixel(width - 1, y) != colour) return false;
+    }
+    return true;
+  }
+};
+
+TEST_F(MainDialogTest, WithoutAFrameTheSampleIsAnEmptyField) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Type(dialog, ControlId::Text, "");
+    Picture picture(60, 30);
+    ASSERT_TRUE(PaintControl(dialog, Sample, picture.Request()));
+    EXPECT_TRUE(picture.IsFramed(GetSystemColour(SystemColour::ButtonShadow)));
+    for (int y = 1; y < 29; ++y) {
+      for (int x = 1; x < 59; ++x) ASSERT_EQ(picture.Pixel(x, y), GetSystemColour(SystemColour::Light3D));
+    }
+  });
+}
+
+TEST_F(MainDialogTest, TheSampleStandsInTheMiddleOfItsColour) {
+  AtomicWriteFile(Path("settings.ini"),
+                  "MainText = I\nMainFontSize = 20\nSampleWindowKeyLine = 1\nStyle000ShadowEnable = 0\n");
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Picture picture(301, 151);
+    ASSERT_TRUE(PaintControl(dialog, Sample, picture.Request()));
+    int width = 0, height = 0;
+    ASSERT_EQ(std::sscanf(GetText(dialog, SizeText).c_str(), "%d x %d pixels", &width, &height), 2);
+    ASSERT_TRUE(width > 4 && width < 100 && height > 19 && height < 60);
+    EXPECT_TRUE(picture.IsFramed(GetSystemColour(SystemColour::ButtonShadow)));
+    const int left = 1 + (299 - width) / 2, top = 1 + (149 - height) / 2;
+    bool hasInk = false;
+    for (int y = 1; y < 150; ++y) {
+      for (int x = 1; x < 300; ++x) {
+        const bool inFrame = x >= left && x < left + width && y >= top && y < top + height;
+        const bool onLine = !inFrame && x >= left - 1 && x <= left + width && y >= top - 1 && y <= top + height;
+        if (inFrame) {
+          hasInk |= picture.Pixel(x, y) != 0xFFFFFF;
+        } else {
+          ASSERT_EQ(picture.Pixel(x, y), onLine ? 0xC0C0C0u : 0xFFFFFFu) << x << "," << y;
+        }
+      }
+    }
+    EXPECT_TRUE(hasInk);
+    // A window smaller than the frame shows its middle and nothing outside itself.
+    Picture small(5, 4);
+    ASSERT_TRUE(PaintControl(dialog, Sample, small.Request()));
+    EXPECT_TRUE(small.IsFramed(GetSystemColour(SystemColour::ButtonShadow)));
+  });
+}
+
+TEST_F(MainDialogTest, TheSizeTextIsOneLineInsideItsFrame) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Picture blank(120, 21), text(120, 21);
+    SetText(dialog, SizeText, "");
+    ASSERT_TRUE(PaintControl(dialog, SizeText, blank.Request()));
+    SetText(dialog, SizeText, std::string(80, 'M'));
+    ASSERT_TRUE(PaintControl(dialog, SizeText, text.Request()));
+    int ink = 0;
+    for (int y = 0; y < 21; ++y) {
+      for (int x = 0; x < 120; ++x) {
+        const bool inside = x >= 5 && x < 115 && y >= 3 && y < 18;
+        const bool frame = x == 0 || y == 0 || x == 119 || y == 20;
+        ASSERT_EQ(blank.Pixel(x, y), GetSystemColour(frame ? SystemColour::ButtonShadow : SystemColour::ButtonFace));
+        ASSERT_TRUE(inside || text.Pixel(x, y) == blank.Pixel(x, y)) << x << "," << y;
+        ink += text.Pixel(x, y) != blank.Pixel(x, y);
+      }
+    }
+    EXPECT_GT(ink, 100);
+  });
+}
+
+// --- Documents, registration, help ---
+
+TEST_F(MainDialogTest, TheMenuSavesUnderTheNameItHas) {
+  std::vector<FileQuestion> questions;
+  int choice = Save;
+  host.answer = [](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {
+    if (operation == HostOpGetFileDialogSize) {
+      At<std::int32_t>(b)[0] = 1 << 20;
+      At<std::int32_t>(b)[1] = 300;
+    }
+    return 1;
+  };
+  responder_.menu = [&](Dialog*, std::span<const MenuItem> items) {
+    EXPECT_EQ(items.size(), 3u);
+    EXPECT_EQ(items[2].text, "Save as...");
+    return choice;
+  };
+  responder_.file = [&](Dialog*, FileQuestion& question) -> std::optional<std::string> {
+    questions.push_back(question);
+    question.width = questions.size() == 1 ? 640 : 100;
+    question.height = 480;
+    return Path("a.gm4");
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Type(dialog, ControlId::Text, "one");
+    Click(dialog, OpenSave);
+    ASSERT_EQ(questions.size(), 1u);
+    EXPECT_TRUE(questions[0].save);
+    EXPECT_EQ(questions[0].fileName, "untitled.gm4");
+    EXPECT_EQ(questions[0].filterName, "GM4 files");
+    int screenWidth = 0, screenHeight = 0;
+    ScreenSize(screenWidth, screenHeight);
+    EXPECT_EQ(questions[0].width, screenWidth);
+    EXPECT_EQ(questions[0].height, 300);
+    EXPECT_EQ(TextVariable("CurrentFileName"), Path("a.gm4"));
+    Type(dialog, ControlId::Text, "two");
+    Click(dialog, OpenSave);
+    EXPECT_EQ(questions.size(), 1u);
+    Type(dialog, ControlId::Text, "three");
+    choice = Open;
+    Click(dialog, OpenSave);
+    ASSERT_EQ(questions.size(), 2u);
+    EXPECT_FALSE(questions[1].save);
+    EXPECT_EQ(questions[1].width, 640);
+    EXPECT_EQ(GetText(dialog, ControlId::Text), "two");
+    choice = SaveAs;
+    Click(dialog, OpenSave);
+    ASSERT_EQ(questions.size(), 3u);
+    EXPECT_EQ(questions[2].width, 640);  // the 100 of the dialog before was too small to be remembered
+  });
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
+  std::mt19937 random(4);
+  std::vector<std::string> lines;
+  const auto linesOf = [](Dialog& dialog) {
+    std::vector<std::string> result;
+    for (int id : Children(dialog)) {
+      std::string line;
+      if (id > 0) SendToControl(dialog, id, {1334, 0, PointerArgument(&line)});
+      // Handles are no part of what a material stores.
+      const std::size_t value = line.find('=') + 1;
+      if (line.starts_with("MATLBT")) line.replace(value + 2 * 1242, 16, "").replace(value + 2 * 1186, 16, "");
+      result.push_back(line);
+    }
+    return result;
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    for (int effect = 0; effect < kEffectCount; ++effect) {
+      Choose(dialog, ControlId::Effect, effect);
+      for (const ControlTemplate& control : EffectRow(effect).panel->controls) {
+        if (control.kind == ControlKind::Check && random() % 2) Click(dialog, control.id);
+        if (control.kind == ControlKind::Combo) Choose(dialog, control.id, static_cast<int>(random() % 9));
+        if (control.kind == ControlKind::NumberEdit) Type(dialog, control.id, std::to_string(random() % 500));
+        if (control.kind == ControlKind::ColourButton) SetNumber(dialog, control.id, random() & 0xFFFFFF);
+        if (control.kind >= ControlKind::ShadowDirection && random() % 2) PressKey(dialog, control.id, kKeyLeft);
+      }
+    }
+    Choose(dialog, ControlId::Effect, 9);
+    ASSERT_EQ(SaveDocument(dialog, Path("all.gm4")), 1);
+    lines = linesOf(dialog);
+  });
+  std::filesystem::remove(Path("settings.ini"));
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    EXPECT_TRUE(linesOf(dialog) != lines);
+    LoadDocument(dialog, Path("all.gm4"));
+    const std::vector<std::string> now = linesOf(dialog);
+    for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(now[i], lines[i]);
+    EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{9});
+  });
+  // What was loaded is what the settings remember.
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    std::vector<std::string> now = linesOf(dialog);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      const bool remembered = !lines[i].starts_with("SPNBTN511=") && !lines[i].starts_with("CHKBOX14=");
+      EXPECT_TRUE(!remembered || now[i] == lines[i]) << now[i] << lines[i];
+    }
+  });
+}
+
+TEST_F(MainDialogTest, RegistrationNeedsARegisteredHostAndBothHalves) {
+  AtomicWriteFile(Path("settings.ini"), "RegistrationName = half of it\n");
+  std::uint64_t registered = 0;
+  host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t) {
+    return operation == HostOpIsRegistered ? registered : 0;
+  };
+  std::vector<std::string> asked;
+  responder_.name = [&](Dialog*, const std::string& title, const std::string&) -> std::optional<std::string> {
+    asked.push_back(title);
+    return asked.size() == 1 ? "x1" : "x2";
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    EXPECT_EQ(TextVariable("RegistrationName"), "");
+    Click(dialog, Register);
+    EXPECT_EQ(messages_, std::vector<std::string>{LoadText(kTextRegisterHostFirst)});
+    EXPECT_TRUE(asked.empty());
+    registered = 1;
+    Click(dialog, Register);
+    EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4");
+  });
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    EXPECT_EQ(TextVariable("RegistrationName") + TextVariable("RegistrationCode"), "x1x2");
+    EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4");
+  });
+}
+
+TEST_F(MainDialogTest, HelpIsTheHostsAndItsRefusalIsTold) {
+  std::uint64_t shown = 1;
+  host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {
+    if (operation != HostOpShowHelp) return 0;
+    EXPECT_STREQ(At<const char>(b), "TLMPLGM4.HTML#PREFACE");
+    return shown;
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Click(dialog, Help);
+    EXPECT_TRUE(messages_.empty());
+    shown = 0;
+    Click(dialog, Help);
+    EXPECT_EQ(messages_.size(), 1u);
+    EXPECT_FALSE(HasEnded(dialog));
+  });
+  EXPECT_EQ(host.Count(HostOpShowHelp), 2);
+}
+
+// --- Building ---
+
+TEST_F(MainDialogTest, ATestKeepsTheDialogABuildEndsItAndARefusalLeavesItOpen) {
+  AtomicWriteFile(Path("settings.ini"), "MainText = I\nMainFontSize = 12\nMainRolling = 0\nMainPalette = 0\n");
+  std::uint64_t accept = 1;
+  host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t) -> std::uint64_t {
+    return operation == HostOpNewTask || operation == HostOpNewTestTask ? accept : 1;
+  };
+  const std::int64_t result = RunDialog(kBothHost, [&](Dialog& dialog) {
+    host.calls.clear();
+    Click(dialog, MainControl::Test);
+    EXPECT_FALSE(HasEnded(dialog));
+    ASSERT_FALSE(host.calls.empty());
+    EXPECT_EQ(host.calls[0].operation, std::uint32_t{HostOpBeforeWork});
+    EXPECT_EQ(host.Count(HostOpNewTestTask), 1);
+    EXPECT_EQ(host.Count(HostOpAddImage), 1);
+    accept = 0;
+    Click(dialog, Build);
+    EXPECT_FALSE(HasEnded(dialog));
+    EXPECT_EQ(messages_, std::vector<std::string>{"Error creating new task."});
+    accept = 1;
+    Click(dialog, Build);
+    EXPECT_TRUE(HasEnded(dialog));
+  });
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(host.Count(HostOpNewTask), 2);
+}
+
+TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
+  AtomicWriteFile(Path("settings.ini"), "MainText = I\n");
+  FailAllocation(0);
+  RunDialog(kBothHost, [](Dialog&) {});
+  const std::uint64_t asked = AllocationsAsked();
+  ASSERT_GT(asked, 50u);
+  for (std::uint64_t n = 1; n <= asked; n += 7) {
+    FailAllocation(n);
+    RunDialog(kBothHost, [](Dialog& dialog) {
+      Picture picture(40, 20);
+      PaintControl(dialog, Sample, picture.Request());
+    });
+  }
+  FailAllocation(0);
+}
+
+}  // namespace
+}  // namespace glyphmotion
