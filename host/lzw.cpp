@@ -225,4 +225,53 @@ void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uin
   }
 }
 
+namespace {
+
+// How many bits the next code has, from the codes so far.
+struct CodeWidth {
+  unsigned clear, next = 0, width = 0;
+  explicit CodeWidth(int minCodeSize) : clear(1u << minCodeSize) { Restart(); }
+  void Restart() {
+    next = clear + 1;  // the first code after a clear adds no string
+    width = 1;
+    while ((1u << width) <= clear) ++width;
+  }
+  void Advance() {
+    if (next < kCodes) ++next;
+    if (next == 1u << width && width < 12) ++width;
+  }
+};
+
+}  // namespace
+
+bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
+                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out) {
+  CodeWidth from(minCodeSize), to(newMinCodeSize);
+  BitWriter writer{out};
+  std::uint64_t bits = 0;
+  unsigned count = 0;
+  for (std::size_t i = 0;;) {
+    for (; count < from.width; count += 8) {
+      if (i == compressed.size()) return false;
+      bits |= std::uint64_t{compressed[i++]} << count;
+    }
+    const unsigned code = static_cast<unsigned>(bits) & ((1u << from.width) - 1);
+    bits >>= from.width;
+    count -= from.width;
+    const unsigned renumbered = code < from.clear ? literal[code] : code - from.clear + to.clear;
+    if (renumbered >= kCodes) return false;
+    writer.Put(renumbered, to.width);
+    if (code == from.clear) {
+      from.Restart();
+      to.Restart();
+    } else if (code == from.clear + 1) {
+      writer.Flush();
+      return true;
+    } else {
+      from.Advance();
+      to.Advance();
+    }
+  }
+}
+
 }  // namespace glyphmotion

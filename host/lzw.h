@@ -2,6 +2,7 @@
 // GIF's form of LZW compression: variable code size, deferred clear, and a choice of symbols per pixel.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -27,5 +28,12 @@ enum class ClearRule : std::uint8_t {
 /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
                  int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out);
+
+/// Gives the literals of compressed bytes other values, and the codes the width that goes with them. The strings stay.
+///
+/// literal  the new value of each old one.
+/// Returns false, with `out` unspecified, when the codes would outgrow 4096.
+bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
+                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out);
 
 }  // namespace glyphmotion
