@@ -240,19 +240,19 @@ struct GifWriter::State {
     std::size_t cost = SIZE_MAX;
     int codeSize = 2;
     Method method = Method::Plain;
-    ClearRule rule = ClearRule::WhenWorse;
+    LzwMode mode;
   };
   static void ChooseWildcard(const Census& census, const std::vector<Id>& used, const std::array<bool, 257>& taken,
                              Plan& plan);
   Plan CollectSymbols(const Box& crop, Slots& own);
   void MarkVaried();
   std::span<const std::uint8_t> Arrange(Method method, const Plan& plan);
-  void Try(Method method, ClearRule rule, Plan& plan, Result& result);
+  void Try(Method method, LzwMode mode, Plan& plan, Result& result);
   int Compress(Plan& plan);
   void Renumber();
 
   Method lastMethod = Method::Plain, lastMethodOfFrame = Method::Plain;
-  ClearRule lastRule = ClearRule::WhenWorse;
+  LzwMode lastMode;
   int trialCountdown = 0;
 };
 
@@ -496,18 +496,18 @@ std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Pla
   return {};
 }
 
-void GifWriter::State::Try(Method method, ClearRule rule, Plan& plan, Result& result) {
+void GifWriter::State::Try(Method method, LzwMode mode, Plan& plan, Result& result) {
   const std::span<const std::uint8_t> choices = Arrange(method, plan);
   const bool plain = method == Method::Plain;
   const int codeSize = plain ? CodeSize(*std::max_element(symbols.begin(), symbols.end())) : plan.codeSize;
   attempt.clear();
-  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, rule, attempt);
+  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, mode, attempt);
   // A palette that has to grow for the transparent index is paid back over some frames.
   const bool grows = !plain && plan.wildcard >= 1 << plan.slots->Bits();
   const std::size_t cost = attempt.size() + (grows ? (std::size_t{3} << plan.slots->Bits()) / 8 : 0);
   if (cost >= result.cost) return;
   best.swap(attempt);
-  result = {cost, codeSize, method, rule};
+  result = {cost, codeSize, method, mode};
 }
 
 // The shortest of what the freedom allows, into `best`. What won last goes first; the other ways are tried again from
@@ -518,13 +518,16 @@ int GifWriter::State::Compress(Plan& plan) {
   Result result;
   if (plan.choice) {
     for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Wildcards})
-      if (trial || method == lastMethod) Try(method, lastRule, plan, result);
+      if (trial || method == lastMethod) Try(method, lastMode, plan, result);
   } else {
-    Try(Method::Plain, lastRule, plan, result);
+    Try(Method::Plain, lastMode, plan, result);
   }
-  const ClearRule other = lastRule == ClearRule::WhenFull ? ClearRule::WhenWorse : ClearRule::WhenFull;
-  if (trial && best.size() > 3800) Try(result.method, other, plan, result);
-  lastRule = result.rule;
+  if (trial) {
+    const bool overflows = best.size() > 3800;  // about what fills the dictionary
+    for (const LzwMode mode : {LzwMode{false, true}, LzwMode{false, false}, LzwMode{true, true}, LzwMode{true, false}})
+      if (mode != lastMode && (overflows || !mode.clearWhenFull)) Try(result.method, mode, plan, result);
+  }
+  lastMode = result.mode;
   lastMethodOfFrame = result.method;
   if (plan.choice) lastMethod = result.method;
   if (trial && plan.choice) trialCountdown = kTrialPeriod - 1;

@@ -70,14 +70,14 @@ struct BitWriter {
 struct ClearPolicy {
   static constexpr unsigned kWindow = 256;  // codes
   static constexpr double kTolerance = 0.95;
-  ClearRule rule;
+  bool whenFull;
   unsigned codes = 0;
   std::size_t windowStart = 0;
   double best = 0;
 
   void Full(std::size_t position) { codes = 0, windowStart = position, best = 0; }
   bool WantsClear(std::size_t position) {
-    if (rule == ClearRule::WhenFull) return true;
+    if (whenFull) return true;
     if (++codes < kWindow) return false;
     const auto length = static_cast<double>(position - windowStart);
     codes = 0;
@@ -90,8 +90,12 @@ struct ClearPolicy {
 // Emits codes and keeps the code width in step with what a decoder has.
 class CodeStream {
  public:
-  CodeStream(Dictionary& dictionary, int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out)
-      : dictionary_(dictionary), writer_{out}, policy_{rule}, clear_(1u << minCodeSize), width_(MinimumWidth()) {
+  CodeStream(Dictionary& dictionary, int minCodeSize, bool clearWhenFull, std::vector<std::uint8_t>& out)
+      : dictionary_(dictionary),
+        writer_{out},
+        policy_{clearWhenFull},
+        clear_(1u << minCodeSize),
+        width_(MinimumWidth()) {
     Restart();
   }
   void Restart() {
@@ -106,6 +110,11 @@ class CodeStream {
   // The string of `node` and one more symbol becomes a string. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     dictionary_.Insert(node, symbol, next_);
+    if (next_ == 1u << width_) ++width_;
+    if (++next_ == kCodes) policy_.Full(position);
+  }
+  // The decoder adds a string that stands already.
+  void Skip(std::size_t position) {
     if (next_ == 1u << width_) ++width_;
     if (++next_ == kCodes) policy_.Full(position);
   }
@@ -144,6 +153,57 @@ void CompressPlain(std::span<const std::uint8_t> symbols, const Dictionary& dict
       codes.Restart();
     }
   }
+  codes.End();
+}
+
+// The longest string at a place: its node, the node one symbol before its end, and the place behind it.
+struct Match {
+  unsigned node, parent;
+  std::size_t end;
+};
+Match LongestMatch(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t i) {
+  Match match{symbols[i], kNone, i + 1};
+  while (match.end < symbols.size()) {
+    const unsigned child = dictionary.Child(match.node, symbols[match.end]);
+    if (child == kNone) break;
+    match.parent = match.node;
+    match.node = child;
+    ++match.end;
+  }
+  return match;
+}
+
+// A cut must win this many symbols while the dictionary grows, because it adds no new string to it.
+constexpr std::size_t kCutGain = 1;
+
+void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, CodeStream& codes) {
+  const std::size_t size = symbols.size();
+  Match match = LongestMatch(symbols, dictionary, 0);
+  while (match.end < size) {
+    const std::size_t end = match.end;
+    Match next = LongestMatch(symbols, dictionary, end);
+    // The string about to be added lengthens the next one if that one stops right there.
+    const bool grows = !codes.Full() && next.node == match.node && next.end < size && symbols[next.end] == symbols[end];
+    if (match.parent != kNone) {
+      const Match early = LongestMatch(symbols, dictionary, end - 1);
+      if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : kCutGain)) {
+        codes.Put(match.parent);
+        if (!codes.Full()) codes.Skip(end - 1);
+        match = early;
+        continue;
+      }
+    }
+    codes.Put(match.node);
+    if (!codes.Full()) {
+      if (grows) next = {codes.Next(), next.node, next.end + 1};
+      codes.Add(match.node, symbols[end], end);
+    } else if (codes.WantsClear(end)) {
+      codes.Restart();
+      next = LongestMatch(symbols, dictionary, end);
+    }
+    match = next;
+  }
+  codes.Put(match.node);
   codes.End();
 }
 
@@ -215,10 +275,12 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
 }  // namespace
 
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out) {
+                 int minCodeSize, LzwMode mode, std::vector<std::uint8_t>& out) {
   static thread_local Dictionary dictionary;
-  CodeStream codes(dictionary, minCodeSize, rule, out);
-  if (free.empty()) {
+  CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, out);
+  if (free.empty() && mode.lookahead) {
+    CompressWithLookahead(symbols, dictionary, codes);
+  } else if (free.empty()) {
     CompressPlain(symbols, dictionary, codes);
   } else {
     CompressWithChoice({dictionary, symbols, free.data(), wildcard}, symbols.size(), codes);
