@@ -513,8 +513,9 @@ void GifWriter::State::Try(Method method, LzwMode mode, Plan& plan, Result& resu
 // The shortest of what the freedom allows, into `best`. What won last goes first; the other ways are tried again from
 // time to time, because neighbouring frames are alike and trying costs time.
 int GifWriter::State::Compress(Plan& plan) {
-  constexpr int kTrialPeriod = 8;
-  const bool trial = !plan.choice || trialCountdown-- <= 0;
+  constexpr int kTrialPeriod = 4;
+  constexpr std::size_t kSmall = 8192;  // pixels
+  const bool trial = symbols.size() < kSmall || trialCountdown-- <= 0;
   Result result;
   if (plan.choice) {
     for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Wildcards})
@@ -530,7 +531,8 @@ int GifWriter::State::Compress(Plan& plan) {
   lastMode = result.mode;
   lastMethodOfFrame = result.method;
   if (plan.choice) lastMethod = result.method;
-  if (trial && plan.choice) trialCountdown = kTrialPeriod - 1;
+  // The first frame is no model for the others: they have one before them.
+  if (trialCountdown < 0) trialCountdown = encoded.empty() ? 0 : kTrialPeriod - 1;
   plan.needsWildcard = plan.needsWildcard || result.method != Method::Plain;
   return result.codeSize;
 }

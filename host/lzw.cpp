@@ -173,10 +173,9 @@ Match LongestMatch(std::span<const std::uint8_t> symbols, const Dictionary& dict
   return match;
 }
 
-// A cut must win this many symbols while the dictionary grows, because it adds no new string to it.
-constexpr std::size_t kCutGain = 1;
-
-void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, CodeStream& codes) {
+// `cutGain`: how many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
+void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t cutGain,
+                           CodeStream& codes) {
   const std::size_t size = symbols.size();
   Match match = LongestMatch(symbols, dictionary, 0);
   while (match.end < size) {
@@ -186,7 +185,7 @@ void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictiona
     const bool grows = !codes.Full() && next.node == match.node && next.end < size && symbols[next.end] == symbols[end];
     if (match.parent != kNone) {
       const Match early = LongestMatch(symbols, dictionary, end - 1);
-      if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : kCutGain)) {
+      if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
         codes.Put(match.parent);
         if (!codes.Full()) codes.Skip(end - 1);
         match = early;
@@ -279,7 +278,7 @@ void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uin
   static thread_local Dictionary dictionary;
   CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, out);
   if (free.empty() && mode.lookahead) {
-    CompressWithLookahead(symbols, dictionary, codes);
+    CompressWithLookahead(symbols, dictionary, mode.clearWhenFull ? 4 : 1, codes);
   } else if (free.empty()) {
     CompressPlain(symbols, dictionary, codes);
   } else {
