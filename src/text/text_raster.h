@@ -3,6 +3,7 @@
 // rasterised by itself, which is what makes Character space and the per-character effects possible.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -27,26 +28,31 @@ struct TextMeasure {
   std::vector<int> advances;  ///< one a character, trailing blank included
 };
 
-/// Glyphs and boxes of one run, so that each is made once. Bounded; forgets all when the font changes too often.
+/// Glyphs and boxes of one run, so that each is made once, by font. Bounded (8 fonts, 4096 characters, 16 MiB): when it
+/// is full it forgets all.
 class GlyphCache {
  public:
-  struct Glyph {
-    bool drawn = false;
-    PackedDib bitmap;  ///< 8 bits, coverage, of the box's size; empty when the operation failed
-  };
   /// The box's width in whole pixels as mode Measure gives it; false when the measure failed.
   bool Width(const FontRequest& font, char32_t character, int& width);
-  /// The coverage bitmap, or null when it could not be drawn.
+  /// The glyph in its box as coverage, 8 bits: what mode Glyph gives for a brush at full level. Null when it could not
+  /// be drawn. Stands until the next call.
   const PackedDib* Coverage(const FontRequest& font, bool antialias, char32_t character);
 
  private:
+  static constexpr int kUnknown = -1, kFailed = -2;
   struct Entry {
-    int width = -1;  ///< -2: failed
-    Glyph glyph[2];  ///< one-bit, antialiased
+    int width = kUnknown;
+    PackedDib coverage[2];  // one-bit, antialiased
+  };
+  struct Font {
+    FontRequest request;
+    std::unordered_map<char32_t, Entry> entries;
   };
   Entry& Find(const FontRequest& font, char32_t character);
-  FontRequest font_;
-  std::unordered_map<char32_t, Entry> entries_;
+  void Forget();
+
+  std::vector<Font> fonts_;
+  std::size_t count_ = 0, bytes_ = 0;  // entries; bytes of coverage
 };
 
 /// Total width, height and advances. With accent compensation an accented Latin-1 letter is as wide as its base letter.

@@ -473,6 +473,9 @@ TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
     for (int id : Children(dialog)) {
       std::string line;
       if (id > 0) SendToControl(dialog, id, {1334, 0, PointerArgument(&line)});
+      // Handles are no part of what a material stores.
+      const std::size_t value = line.find('=') + 1;
+      if (line.starts_with("MATLBT")) line.replace(value + 2 * 1242, 16, "").replace(value + 2 * 1186, 16, "");
       result.push_back(line);
     }
     return result;
@@ -494,9 +497,10 @@ TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
   });
   std::filesystem::remove(Path("settings.ini"));
   RunDialog(kBothHost, [&](Dialog& dialog) {
-    EXPECT_NE(linesOf(dialog), lines);
+    EXPECT_TRUE(linesOf(dialog) != lines);
     LoadDocument(dialog, Path("all.gm4"));
-    EXPECT_EQ(linesOf(dialog), lines);
+    const std::vector<std::string> now = linesOf(dialog);
+    for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(now[i], lines[i]);
     EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{9});
   });
   // What was loaded is what the settings remember.

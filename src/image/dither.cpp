@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: MIT
+// Error diffusion after Floyd and Steinberg, always from left to right, in storage order.
+//
+// A pixel needs the errors of its left neighbour and of three pixels of the row before, so one row alone is one long
+// chain of dependent look-ups. Four rows are therefore diffused together, each two pixels behind the row before it:
+// their chains are independent, and the values are those of one row after the other.
+#include <algorithm>
+#include <cstdint>
+
+#include "image/colour_cells.h"
+#include "image/remap.h"
+
+namespace glyphmotion {
+namespace {
+
+// ---- Colour ----
+
+constexpr int kRowsTogether = 4;
+constexpr int kLag = 2;
+
+/// Errors for one pixel of the next row, red, green, blue; the fourth is padding.
+struct Errors {
+  std::int16_t channel[4];
+};
+
+/// One row under way.
+struct Line {
+  const std::uint8_t* pixels = nullptr;  ///< blue, green, red
+  std::uint8_t* indices = nullptr;
+  const Errors* above = nullptr;  ///< what the row before has left for this one
+  Errors* below = nullptr;        ///< what this row leaves
+  int carried[3] = {};            ///< 7/16 of the last pixel's error
+  int sixteenth[3] = {};          ///< 1/16 of it
+  int pending[3] = {};            ///< what the place below the last pixel has got so far
+};
+
+// Pixel x of a line. The place below its left neighbour is then complete; the first column gets nothing from the right.
+template <bool kInside>
+inline void Step(Line& line, int x, ColourMatcher::State& state) {
+  const std::uint8_t* pixel = line.pixels + 3 * x;
+  const Errors above = line.above[x];
+  int value[3];
+  for (int k = 0; k < 3; ++k) {
+    value[k] = std::clamp(pixel[2 - k] + above.channel[k] + line.carried[k], 0, 255);
+  }
+  const std::uint8_t index = Match(state, static_cast<std::uint32_t>(value[0]), static_cast<std::uint32_t>(value[1]),
+                                   static_cast<std::uint32_t>(value[2]));
+  line.indices[x] = index;
+  const int entry[3] = {state.red[index], state.green[index], state.blue[index]};
+  Errors left{};
+  for (int k = 0; k < 3; ++k) {
+    const int error = value[k] - entry[k];
+    const int fromRight = kInside || x >= 2 ? (3 * error) >> 4 : 0;
+    left.channel[k] = static_cast<std::int16_t>(line.pending[k] + fromRight);
+    line.carried[k] = (7 * error) >> 4;
+    line.pending[k] = line.sixteenth[k] + ((5 * error) >> 4);
+    line.sixteenth[k] = error >> 4;
+  }
+  if (kInside || x > 0) line.below[x - 1] = left;
+}
+
+template <int kRows>
+void DiffuseRows(const Line* rows, int width, ColourMatcher::State& state) {
+  Line lines[kRows];
+  for (int i = 0; i < kRows; ++i) lines[i] = rows[i];
+  // Steps in which some line is at its first or last pixels, or outside.
+  const auto edge = [&](int from, int to) {
+    for (int t = from; t < to; ++t) {
+      for (int i = 0; i < kRows; ++i) {
+        const int x = t - kLag * i;
+        if (x < 0 || x >= width) continue;
+        Step<false>(lines[i], x, state);
+        if (x + 1 < width) continue;
+        for (int k = 0; k < 3; ++k) lines[i].below[x].channel[k] = static_cast<std::int16_t>(lines[i].pending[k]);
+      }
+    }
+  };
+  constexpr int kFirstInside = kLag * kRows;
+  edge(0, kFirstInside);
+  int t = kFirstInside;
+  for (; t < width - 1; ++t) {
+    for (int i = 0; i < kRows; ++i) Step<true>(lines[i], t - kLag * i, state);
+  }
+  edge(t, width + kLag * (kRows - 1));
+}
+
+// Blue, green, red of an indexed row, as a 24-bit row holds them.
+void ExpandRow(const DibView& source, int r, std::uint8_t* to) {
+  for (int x = 0; x < source.Width(); ++x, to += 3) {
+    const Rgb c = source.TableEntry(static_cast<int>(source.GetPixel(x, source.Height() - 1 - r)));
+    to[0] = c.blue;
+    to[1] = c.green;
+    to[2] = c.red;
+  }
+}
+
+/// The lines' memory, in one block: errors for each row under way and the row after, indices, expanded pixels.
+struct LineMemory {
+  MovableBlock block;
+  LockedBlock<std::uint8_t> lock;
+  std::size_t width;
+
+  explicit LineMemory(int pixels)
+      : block(AllocateBlock(static_cast<std::size_t>(pixels) *
+                            ((kRowsTogether + 1) * sizeof(Errors) + kRowsTogether * 4))),
+        lock(block.Handle()),
+        width(static_cast<std::size_t>(pixels)) {}
+  Errors* ErrorsOf(int i) const { return reinterpret_cast<Errors*>(lock.get()) + static_cast<std::size_t>(i) * width; }
+  std::uint8_t* Bytes(int i) const {
+    return reinterpret_cast<std::uint8_t*>(ErrorsOf(kRowsTogether + 1)) + static_cast<std::size_t>(i) * 4 * width;
+  }
+};
+
+PackedDib DitherColour(const DibView& source, ColourMatcher::State& state) {
+  const int width = source.Width(), height = source.Height();
+  PackedDib dithered = BlankDib(width, height, &state.palette, state.depth);
+  const DibView target(dithered);
+  const LineMemory memory(width);
+  if (!target || !memory.lock || !PrepareMatching(state)) return {};
+  for (int r = 0, rows = 0; r < height; r += rows) {
+    rows = r + kRowsTogether <= height ? kRowsTogether : 1;
+    Line lines[kRowsTogether];
+    for (int i = 0; i < rows; ++i) {
+      std::uint8_t* bytes = memory.Bytes(i);
+      lines[i] = {source.StoredRow(r + i), bytes, memory.ErrorsOf(i), memory.ErrorsOf(i + 1)};
+      if (source.Bits() == 24) continue;
+      ExpandRow(source, r + i, bytes + width);
+      lines[i].pixels = bytes + width;
+    }
+    if (rows == 1) {
+      DiffuseRows<1>(lines, width, state);
+    } else {
+      DiffuseRows<kRowsTogether>(lines, width, state);
+    }
+    std::copy_n(memory.ErrorsOf(rows), width, memory.ErrorsOf(0));
+    for (int i = 0; i < rows; ++i) PackIndices(target.StoredRow(r + i), lines[i].indices, width, target.Bits());
+  }
+  return dithered;
+}
+
+// ---- One bit ----
+
+using ToneTable = std::array<int, 256>;
+
+ToneTable TonesOf(const RemapOptions& options) {
+  ToneTable tones;
+  const double contrast = options.ditherContrast;
+  const double step = 256 / (256 - 2 * contrast);
+  double tone = options.ditherBrightness - contrast;
+  for (int& entry : tones) {
+    entry = tone > 254 ? 254 : tone < 1 ? 1 : static_cast<int>(tone);
+    tone += step;
+  }
+  return tones;
+}
+
+struct Range {
+  int low = 255, high = 0;
+};
+
+Range ReadBrightness(const DibView& source, std::uint8_t* work, std::size_t stride) {
+  Range range;
+  for (int r = 0; r < source.Height(); ++r) {
+    std::uint8_t* row = work + stride * static_cast<std::size_t>(r);
+    const std::uint8_t* from = source.StoredRow(r);
+    for (int x = 0; x < source.Width(); ++x) {
+      const Rgb c = source.Bits() == 24
+                        ? Rgb{from[3 * x + 2], from[3 * x + 1], from[3 * x]}
+                        : source.TableEntry(static_cast<int>(source.GetPixel(x, source.Height() - 1 - r)));
+      const int level = Brightness(c);
+      row[x] = static_cast<std::uint8_t>(level);
+      range = {std::min(range.low, level), std::max(range.high, level)};
+    }
+  }
+  return range;
+}
+
+void Add(std::uint8_t& level, int error) { level = static_cast<std::uint8_t>(std::clamp(level + error, 0, 255)); }
+
+PackedDib DitherGrey(const DibView& source, ColourMatcher::State& state) {
+  const int width = source.Width(), height = source.Height();
+  PackedDib dithered = BlankDib(width, height, &state.palette, 1);
+  const DibView target(dithered);
+  // A pad ahead of the first row, since the first column also writes to the byte before a row: the last byte of the row
+  // under work, which is a pixel of it when the width is a multiple of four.
+  constexpr std::size_t kPad = 4;
+  const std::size_t stride = DibStride(width, 8);
+  const MovableBlock block(AllocateBlock(kPad + stride * static_cast<std::size_t>(height)));
+  const LockedBlock<std::uint8_t> lock(block.Handle());
+  if (!target || !lock) return {};
+  std::uint8_t* work = lock.get() + kPad;
+  const Range range = ReadBrightness(source, work, stride);
+  const ToneTable tones = TonesOf(state.options);
+  const int threshold = (range.low + range.high) >> 1;
+  for (int r = 0; r < height; ++r) {
+    std::uint8_t* row = work + stride * static_cast<std::size_t>(r);
+    std::uint8_t* next = r + 1 < height ? row + stride : nullptr;
+    std::uint8_t* bits = target.StoredRow(r);
+    for (int x = 0; x < width; ++x) {
+      const int tone = tones[row[x]];
+      const bool light = tone > threshold;
+      if (light) bits[x >> 3] = static_cast<std::uint8_t>(bits[x >> 3] | 0x80 >> (x & 7));
+      const int error = (tone - (light ? range.high : range.low)) >> 4;
+      const bool right = x + 1 < width;
+      if (next) {
+        if (right) Add(next[x + 1], error);
+        if (x != 1) Add(next[x - 1], 3 * error);
+        Add(next[x], 5 * error);
+      }
+      if (right) Add(row[x + 1], 7 * error);
+    }
+  }
+  return dithered;
+}
+
+}  // namespace
+
+PackedDib DitherImage(const PackedDib& image, ColourMatcher& matcher) noexcept {
+  ColourMatcher::State& state = matcher.Internals();
+  const DibView source(image);
+  if (!source || source.Bits() == 1 || source.Bits() == 32 || state.depth < 1 || state.depth > 8) return {};
+  return state.depth == 1 ? DitherGrey(source, state) : DitherColour(source, state);
+}
+
+}  // namespace glyphmotion
