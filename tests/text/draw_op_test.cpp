@@ -120,7 +120,9 @@ TEST(DrawOp, ShapesStandInAMarginOfFour) {
       EXPECT_GT(Inked(view), 20) << static_cast<int>(op);
       EXPECT_EQ(view.GetPixel(1, 1), 0u);
       EXPECT_EQ(view.GetPixel(26, 16), 0u);
-      if (op == DrawOperation::Ellipse) EXPECT_EQ(view.GetPixel(14, 9), 0x0000FFu);
+      if (op == DrawOperation::Ellipse) {
+        EXPECT_EQ(view.GetPixel(14, 9), 0x0000FFu);
+      }
     }
   }
   record.op = DrawOperation::RoundedRectangle;

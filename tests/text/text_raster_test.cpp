@@ -113,19 +113,14 @@ TEST(Text, AccentsTakeTheirBaseLettersWidthButKeepTheirShape) {
   const std::u32string accented =
       U"\u00C0\u00C7\u00C9\u00CF\u00D1\u00D8\u00DC\u00DD\u00DF\u00E5\u00F0\u00F1\u00F8\u00FF";
   const std::u32string bases = U"ACEINOUYBaonoy";
-  int differs = 0, paired = 0;
+  int differs = 0;
   for (std::size_t i = 0; i < accented.size(); ++i) {
     EXPECT_EQ(width(accented[i], true), width(bases[i], true)) << i;
     differs += width(accented[i], false) != width(bases[i], true);
   }
   EXPECT_GT(differs, 0) << "without compensation the sharp s and the stroked o have their own widths";
-  // Letters outside the table stay themselves; a wide stand-in for each Latin-1 character shows who is in it.
-  for (char32_t c = 0xC0; c <= 0xFF; ++c)
-    paired += std::u32string(U"\u00C6\u00D0\u00D7\u00DE\u00E6\u00F7\u00FE").find(c) == std::u32string::npos;
-  EXPECT_EQ(paired, 57);
-  for (const char32_t c : U"\u00C6\u00D0\u00D7\u00DE\u00E6\u00F7\u00FE") {
-    if (c) EXPECT_EQ(width(c, true), width(c, false));
-  }
+  const std::u32string unpaired = U"\u00C6\u00D0\u00D7\u00DE\u00E6\u00F7\u00FE";
+  for (const char32_t c : unpaired) EXPECT_EQ(width(c, true), width(c, false));
   const TextLine line = Line(U"\u00E9", 60), plain = Line(U"e", 60);
   const TextMeasure measure = MeasureText(line, true, cache);
   EXPECT_NE(Pixels(RasteriseText(line, measure, 0, 0, 60, 60, 255, cache)),

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "effects/build_harness.h"
+
+namespace glyphmotion::test {
+namespace {
+
+constexpr const char* kFrames = "Style000Frames";
+constexpr const char* kScroll = "Style000Scroll";
+
+// The schedule by the book: positions of the run, and which frames hold.
+struct Expected {
+  int frames;
+  std::vector<int> holds;
+};
+Expected Schedule(int side, bool rising, int frames) {
+  Expected expected{std::min(frames, 2 * side), {}};
+  const double step = 2.0 * side / expected.frames;
+  double p = rising ? -side : side;
+  for (int i = 0; i < expected.frames; ++i) {
+    const double before = p;
+    p += rising ? step : -step;
+    const bool holds = rising ? p >= 0 && before < 0 : p >= 0 && p - step < 0;
+    if (holds || i == expected.frames - 1) expected.holds.push_back(i);
+  }
+  return expected;
+}
+
+TEST(Simple, EveryDirectionFollowsItsScheduleAndHoldsAtRest) {
+  const Built still = BuildWith("simple", {{"22", "0"}});
+  ASSERT_EQ(still.frames.size(), 1u) << still.result.message;
+  EXPECT_EQ(still.Delays(), std::vector<int>{4}) << "no pause without animation";
+  for (int direction : {0, 1, 2, 3}) {
+    for (int frames : {2, 3, 17, 64}) {
+      const Built built =
+          BuildWith("simple", {{kFrames, std::to_string(frames)}, {kScroll, std::to_string(direction)}});
+      const bool vertical = direction == 0 || direction == 3;
+      const Expected expected =
+          Schedule(vertical ? still.frames[0].height : still.frames[0].width, direction == 1 || direction == 3, frames);
+      ASSERT_EQ(built.frames.size(), static_cast<std::size_t>(expected.frames)) << direction << " " << frames;
+      ASSERT_EQ(built.progress.size(), built.frames.size());
+      for (int i = 0; i < expected.frames; ++i) {
+        const bool holds = std::count(expected.holds.begin(), expected.holds.end(), i) > 0;
+        EXPECT_EQ(built.frames[static_cast<std::size_t>(i)].delay, holds ? 104 : 4)
+            << direction << " " << frames << " " << i;
+        EXPECT_EQ(built.progress[static_cast<std::size_t>(i)],
+                  std::make_pair(std::int64_t{i}, std::int64_t{expected.frames}));
+      }
+    }
+  }
+}
+
+TEST(Simple, TheRestingFrameIsTheStillFrame) {
+  const Built still = BuildWith("simple", {{"22", "0"}});
+  const Built sample = SampleWith("simple");
+  const Built built = BuildWith("simple", {{kFrames, "2"}, {kScroll, "2"}});
+  ASSERT_EQ(built.frames.size(), 2u);
+  EXPECT_EQ(built.frames[0], still.frames[0]) << "two frames: the first stands at rest";
+  ASSERT_EQ(sample.frames.size(), 1u);
+  EXPECT_EQ(sample.frames[0], still.frames[0]);
+  // In the second the text has left: nothing but the background.
+  for (int y = 0; y < built.frames[1].height; ++y) {
+    for (int x = 0; x < built.frames[1].width; ++x)
+      ASSERT_EQ(PixelOf(built.frames[1], x, y), 0xFFFFFFu) << x << "," << y;
+  }
+}
+
+TEST(Simple, MarginsFollowSoftnessOutlineAndShadow) {
+  const auto size = [](const Settings& settings) {
+    Settings all = settings;
+    all.emplace_back("22", "0");
+    const Built built = BuildWith("simple", all);
+    return built.frames.empty() ? std::make_pair(0, 0) : std::make_pair(built.frames[0].width, built.frames[0].height);
+  };
+  const auto bare = size({{"Style000Soft", "0"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowEnable", "0"}});
+  EXPECT_EQ(bare.second, 16) << "the cell height";
+  const struct {
+    Settings settings;
+    int grow;
+  } rows[] = {
+      {{{"Style000Soft", "0"}, {"Style000ShadowEnable", "0"}}, 2},    // the outline's pixel
+      {{{"Style000Soft", "40"}, {"Style000ShadowEnable", "0"}}, 10},  // softness without a shadow
+      {{{"Style000Soft", "9"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowEnable", "0"}}, 2},  // 1 + 9 / 10
+      {{{"Style000Soft", "0"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowOffset", "255"}},
+       255},  // the offset grows both sides
+      {{{"Style000Soft", "0"}, {"Style000ShadowEnable", "0"}, {"MainPadding", "7"}}, 14},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(size(row.settings), std::make_pair(bare.first + row.grow, bare.second + row.grow));
+}
+
+TEST(Simple, AlphaRunsGivePlanesAndTheShadowPaintsNoColour) {
+  const Settings base = {{"22", "0"}, {"62", "1"}, {"63", "1"}};
+  Settings other = base;
+  other.emplace_back("102", "#ff0000");
+  const Built grey = BuildWith("simple", base), red = BuildWith("simple", other);
+  ASSERT_EQ(grey.frames.size(), 1u) << grey.result.message;
+  EXPECT_EQ(grey.frames[0].bits, 32);
+  EXPECT_TRUE(grey.frames[0].standAlone);
+  EXPECT_EQ(grey.frames[0], red.frames[0]);
+  EXPECT_EQ(PixelOf(grey.frames[0], 0, 0), 8355711u) << "the key colour";
+}
+
+TEST(Simple, EmptyTextBuildsNothingAndSaysSo) {
+  Job job = SmallJob("simple");
+  job.text = "";
+  const Built built = RunJob(job);
+  EXPECT_EQ(built.result.status, RenderStatus::BadJob);
+  EXPECT_FALSE(built.result.message.empty());
+  EXPECT_TRUE(built.frames.empty());
+}
+
+TEST(Simple, EveryAllocationMayFailNothingLeaks) {
+  EXPECT_EQ(FirstBadFailure(SmallJob("simple", {{kFrames, "2"}, {"MainPadding", "2"}}), 1, 400), 0u);
+}
+
+}  // namespace
+}  // namespace glyphmotion::test
