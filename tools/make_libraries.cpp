@@ -45,7 +45,8 @@ constexpr Row kTextures[] = {
     {"Lagoon", "fractal3,back=#0a8f96,fore1=#46d3c5,fore2=#d8fbef,seed=801,size=64,power=0.9,density=2.05"},
     {"Ice", "fractal4,back=#bfe3f5,fore1=#ffffff,fore2=#78b7dd,fore3=#f2fbff,seed=912,size=256,power=1.1,density=2.4"},
     {"Fire", "fractal4,back=#4a0500,fore1=#d42a00,fore2=#ff8a00,fore3=#fff0a0,seed=1021,size=128,power=1,density=2.1"},
-    {"Embers", "fractal3,back=#140806,fore1=#8c1d04,fore2=#ffb347,seed=1133,size=256,power=1.6,density=2.3"},
+    {"Embers",
+     "fractal4,back=#140806,fore1=#6e1604,fore2=#e0600f,fore3=#ffd27a,seed=1137,size=256,power=0.9,density=2.3"},
     {"Lava",
      "fractal5,back=#ff7a1a,fore1=#c81e00,fore2=#2a0a08,fore3=#1a0606,fore4=#ffd25a,seed=1240,size=128,power=0.8,"
      "density=2.2"},
@@ -72,9 +73,9 @@ constexpr Row kTextures[] = {
     {"Hammered Gold", "craters,back=#7a4a08,fore1=#ffe9a0,seed=2353,craters=2600,depth=1.4"},
     {"Pewter", "craters,back=#3b4046,fore1=#dfe5ea,seed=2460,craters=9000,depth=0.9"},
     {"Wood",
-     "perturbation,seed=2571,size=300,bubbles=0,noise=0.75,red=0.25/0.52/0.72/0.86,green=0.12/0.30/0.48/0.64,blue=0.05/"
-     "0.15/0.26/0.40"},
-    {"Brushed Steel",
+     "perturbation,seed=2571,size=130,bubbles=0,noise=1.5,red=0.34/0.74/0.44/0.80,green=0.17/0.48/0.25/0.55,blue=0.07/"
+     "0.27/0.12/0.32"},
+    {"Steel",
      "perturbation,seed=2682,size=520,bubbles=0,noise=0.45,red=0.22/0.48/0.68/0.95,green=0.25/0.51/0.71/0.97,blue=0.29/"
      "0.55/0.75/1"},
     {"Silk",
@@ -87,11 +88,11 @@ constexpr Row kTextures[] = {
      "perturbation,seed=2912,size=200,bubbles=160,bubblesize=9,bubblepower=0.5,shape=luminous,noise=0.35,red=0.62/0.85/"
      "0.97/1,green=0.45/0.70/0.90/1,blue=0.18/0.42/0.72/0.96"},
     {"Deep Sea",
-     "perturbation,seed=3021,size=260,bubbles=220,bubblesize=12,bubblepower=0.34,shape=fuzzy,noise=0.5,red=0/0.02/0.20/"
-     "0.80,green=0.06/0.30/0.66/1,blue=0.20/0.50/0.78/1"},
+     "perturbation,seed=3021,size=200,bubbles=90,bubblesize=13,bubblepower=0.4,shape=fuzzy,noise=0.7,red=0/0.02/0.10/"
+     "0.60,green=0.10/0.32/0.58/0.92,blue=0.26/0.52/0.72/0.96"},
     {"Leopard",
-     "perturbation,seed=3133,size=160,bubbles=260,bubblesize=14,bubblepower=0.5,shape=ellipse,noise=0.5,red=0.86/0.72/"
-     "0.24/0.10,green=0.64/0.46/0.12/0.05,blue=0.34/0.20/0.06/0.03"},
+     "perturbation,seed=3140,size=200,bubbles=64,bubblesize=9,bubblepower=0.62,shape=ellipse,noise=0.25,red=0.90/0.80/"
+     "0.20/0.12,green=0.68/0.54/0.11/0.06,blue=0.36/0.26/0.06/0.04"},
 };
 
 // Tiles ---------------------------------------------------------------------------------------------------------------
@@ -183,22 +184,18 @@ Paint Planks(double u, double v) {
                Smooth(0.02, 0.07, std::min(y, 1 - y)) * Smooth(0.004, 0.016, std::min(end, 1 - end)));
 }
 Paint Honeycomb(double u, double v) {
-  const double height = 1.0 / 2.0, width = 0.5;
+  // Seven across and eight rows down come close enough to regular hexagons.
+  constexpr double kWidth = 1.0 / 7, kRow = 1.0 / 8, kStretch = 0.8660254 * kWidth / kRow;
   double best = 9, second = 9;
-  for (int j = -1; j <= 5; ++j) {
-    for (int i = -1; i <= 3; ++i) {
-      const double cx = (i + 0.5 * (j & 1)) * width, cy = j * height / 2;
-      const double d = std::hypot((u - cx) * 1.0, (v - cy) * 1.1547 / 1.0);
-      if (d < best) {
-        second = best;
-        best = d;
-      } else {
-        second = std::min(second, d);
-      }
+  for (int j = -2; j <= 9; ++j) {
+    for (int i = -2; i <= 8; ++i) {
+      const double d = std::hypot(u - (i + 0.5 * (j & 1)) * kWidth, (v - j * kRow) * kStretch) / kWidth;
+      second = std::min(second, std::max(best, d));
+      best = std::min(best, d);
     }
   }
-  const double wall = Smooth(0.02, 0.06, second - best);
-  return Mixed(Hex(0x8A4B08), Mixed(Hex(0xFFD65C), Hex(0xE79A12), best / 0.28), wall);
+  const Paint honey = Mixed(Hex(0xFFDD6E), Hex(0xE8960C), best / 0.58);
+  return Mixed(Hex(0x7A4206), honey, Smooth(0.06, 0.16, second - best));
 }
 Paint Scales(double u, double v) {
   for (int j = 0; j < 6; ++j) {
@@ -362,10 +359,10 @@ struct TileRow {
   TileFunction at;
   int side;
 };
-constexpr TileRow kTiles[] = {{Bricks, 64},  {Planks, 96},   {Honeycomb, 48}, {Scales, 64}, {Carbon, 32},
-                              {Tartan, 64},  {Argyle, 48},   {Dots, 48},      {Waves, 64},  {Chevron, 48},
-                              {Marble, 128}, {Terrazzo, 96}, {Cobbles, 96},   {Knit, 48},   {Starry, 128},
-                              {Circuit, 96}, {Mosaic, 64},   {Bubbles, 96},   {Rivets, 64}, {Leaves, 96}};
+constexpr TileRow kTiles[] = {{Bricks, 64},  {Planks, 96},   {Honeycomb, 112}, {Scales, 64}, {Carbon, 32},
+                              {Tartan, 64},  {Argyle, 48},   {Dots, 48},       {Waves, 64},  {Chevron, 48},
+                              {Marble, 128}, {Terrazzo, 96}, {Cobbles, 96},    {Knit, 48},   {Starry, 128},
+                              {Circuit, 96}, {Mosaic, 64},   {Bubbles, 96},    {Rivets, 64}, {Leaves, 96}};
 
 PackedDib DrawTile(const TileRow& row) {
   constexpr int kSamples = 5;
