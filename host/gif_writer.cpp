@@ -54,18 +54,11 @@ Box BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int hei
   return box;
 }
 
-// Numbers for colours. The first palette's colours are numbered by their index, so that the usual frame needs no
-// translation.
+// Numbers for colours: palette entries of one colour are one and the same, here and in the file.
 struct ColourIds {
   std::vector<std::uint32_t> colours;
   std::unordered_map<std::uint32_t, Id> ids;
 
-  void Begin(std::span<const std::uint8_t, 768> palette) {
-    for (std::size_t i = 0; i < 256; ++i) {
-      colours.push_back(ColourAt(palette, i));
-      ids.emplace(colours.back(), static_cast<Id>(i));
-    }
-  }
   static std::uint32_t ColourAt(std::span<const std::uint8_t, 768> palette, std::size_t i) {
     return palette[i * 3] | std::uint32_t{palette[i * 3 + 1]} << 8 | std::uint32_t{palette[i * 3 + 2]} << 16;
   }
@@ -213,7 +206,7 @@ struct GifWriter::State {
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
-  bool Identity(const GifFrame& frame, std::array<Id, 256>& idOfIndex);
+  std::array<Id, 256> IdsOf(const GifFrame& frame);
   void WritePending(const Box& mustCover, Disposal disposal);
   void Encode(const Box& crop, Disposal disposal);
 
@@ -265,17 +258,12 @@ GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 
-// Fills the table from palette index to id; true when every index but the transparent one is its own id.
-bool GifWriter::State::Identity(const GifFrame& frame, std::array<Id, 256>& idOfIndex) {
-  if (ids.colours.empty()) ids.Begin(frame.palette);
-  bool same = true;
-  for (std::size_t i = 0; i < 256; ++i) {
-    const std::uint32_t colour = ColourIds::ColourAt(frame.palette, i);
-    const bool own = colour == ids.colours[i] || static_cast<int>(i) == frame.transparentIndex;
-    idOfIndex[i] = own ? static_cast<Id>(i) : ids.IdOf(colour);
-    same = same && own;
-  }
-  return same;
+// The table from palette index to id.
+std::array<Id, 256> GifWriter::State::IdsOf(const GifFrame& frame) {
+  std::array<Id, 256> idOfIndex{};
+  for (std::size_t i = 0; i < 256; ++i)
+    if (static_cast<int>(i) != frame.transparentIndex) idOfIndex[i] = ids.IdOf(ColourIds::ColourAt(frame.palette, i));
+  return idOfIndex;
 }
 
 // The screen as it looks with `frame` on it, into `wanted`.
@@ -289,8 +277,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
     ids = {};
     common.slotOfId.clear();
   }
-  std::array<Id, 256> idOfIndex;
-  const bool identity = Identity(frame, idOfIndex);
+  const std::array<Id, 256> idOfIndex = IdsOf(frame);
   const int columns = std::min(width, frame.width), rows = std::min(height, frame.height);
   wanted = shown;
   if (frame.standAlone) std::fill(wanted.begin(), wanted.end(), kClear);
@@ -298,11 +285,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
   for (int y = 0; y < rows; ++y) {
     const std::uint8_t* in = frame.indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame.width);
     Id* out = wanted.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    if (identity) {
-      for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : in[x];
-    } else {
-      for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOfIndex[in[x]];
-    }
+    for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOfIndex[in[x]];
   }
 }
 
