@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
@@ -82,7 +83,7 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {
   if (!material) return;
   // The default library is taken whatever the file said.
   FreeBlock(HandleOf(material->Tile.TileBitmap));
-  SetTilePath(material->Tile, JoinPath(DataFolder(), "tlmplgm4.mtx"));
+  SetTilePath(material->Tile, LibraryPath(kTileLibraryName));
   LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
 }
