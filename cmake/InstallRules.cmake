@@ -1,5 +1,6 @@
 # Installs the program, the library, its public headers and a package file for find_package(glyphmotion).
 include(CMakePackageConfigHelpers)
+include(Libraries)
 
 install(TARGETS glyphmotion EXPORT glyphmotion_targets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS glyphmotion_settings EXPORT glyphmotion_targets)

@@ -156,6 +156,10 @@ std::vector<std::string> OptionWords(const CLI::App& app) {
   return words;
 }
 
+std::string OneTextTooMany(const std::string& word) {
+  return "'" + word + "' is one text too many; put the text in quotation marks";
+}
+
 // CLI11's error in our one sentence.
 std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const std::vector<std::string>& remaining) {
   if (!remaining.empty()) {
@@ -164,7 +168,7 @@ std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const 
       const std::string near = Suggestion(word.substr(0, word.find('=')), OptionWords(app));
       return "there is no option '" + word + "'" + (near.empty() ? "; see --help" : near);
     }
-    return "'" + word + "' is one text too many; put the text in quotation marks";
+    return OneTextTooMany(word);
   }
   std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
@@ -452,14 +456,24 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
   ParsedArguments parsed;
   CLI::App app{"Turns a line of text into an animated picture.", "glyphmotion"};
   app.footer(kExamples);
-  app.set_help_flag("-h,--help", "Print this help")->group("Help");
+  app.set_help_flag();
   app.allow_extras();
   Typed typed;
   DefineOptions(app, typed);
+  app.set_help_flag("-h,--help", "Print this help")->group("Help");
+  // What follows "--" is text, whatever it looks like.
+  const auto dashes = std::find(words.begin(), words.end(), "--");
+  std::vector<std::string> texts(dashes == words.end() ? dashes : dashes + 1, words.end());
+  words.erase(dashes, words.end());
   std::reverse(words.begin(), words.end());  // CLI11 takes them last first
   try {
     app.parse(words);
     const std::vector<std::string> extras = app.remaining();
+    if (!typed.text && !texts.empty()) {
+      typed.text = texts.front();
+      texts.erase(texts.begin());
+    }
+    if (!texts.empty()) Refuse(OneTextTooMany(texts.front()));
     if (!extras.empty()) Refuse(SentenceOf(CLI::ParseError("", 2), app, extras));
     if (typed.version) {
       parsed.text = "glyphmotion " GLYPHMOTION_VERSION "\n";
@@ -468,6 +482,9 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
     parsed.arguments = Resolve(typed, catalogue);
   } catch (const CLI::CallForHelp&) {
     parsed.text = app.help();
+    // CLI11 marks the second of a pair of flags with its value, which helps nobody.
+    for (std::size_t at; (at = parsed.text.find("{false}")) != std::string::npos;)
+      parsed.text.replace(at, 7, "       ");
   } catch (const CLI::ParseError& error) {
     parsed.error = SentenceOf(error, app, {});
     parsed.exitCode = 2;

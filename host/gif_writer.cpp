@@ -78,16 +78,16 @@ struct ColourIds {
 
 // One palette under construction: ids to slots.
 struct Slots {
-  std::vector<Id> idOfSlot;
+  std::vector<std::uint32_t> colours;
   std::vector<std::int16_t> slotOfId;  // -1: none
   int reserved = 0;                    // entries used, a transparent one past the colours included
 
   int SlotOf(Id id) const { return id < slotOfId.size() ? slotOfId[id] : -1; }
-  void Append(Id id) {
+  void Append(Id id, std::uint32_t colour) {
     if (slotOfId.size() <= id) slotOfId.resize(std::size_t{id} + 1, -1);
-    slotOfId[id] = static_cast<std::int16_t>(idOfSlot.size());
-    idOfSlot.push_back(id);
-    Reserve(static_cast<int>(idOfSlot.size()));
+    slotOfId[id] = static_cast<std::int16_t>(colours.size());
+    colours.push_back(colour);
+    Reserve(static_cast<int>(colours.size()));
   }
   void Reserve(int entries) { reserved = std::max(reserved, entries); }
   int Bits() const {
@@ -112,9 +112,9 @@ void PutBlocks(std::vector<std::uint8_t>& out, std::span<const std::uint8_t> byt
   out.push_back(0);
 }
 
-void PutPalette(std::vector<std::uint8_t>& out, const Slots& slots, const ColourIds& ids) {
+void PutPalette(std::vector<std::uint8_t>& out, const Slots& slots) {
   for (std::size_t i = 0; i < std::size_t{1} << slots.Bits(); ++i) {
-    const std::uint32_t colour = i < slots.idOfSlot.size() ? ids.colours[slots.idOfSlot[i]] : 0;
+    const std::uint32_t colour = i < slots.colours.size() ? slots.colours[i] : 0;
     for (int c = 0; c < 3; ++c) out.push_back(static_cast<std::uint8_t>(colour >> (8 * c)));
   }
 }
@@ -132,15 +132,50 @@ struct GifWriter::State {
   ColourIds ids;
   Slots common;
   std::string comment;
-  std::vector<std::uint8_t> body, symbols, free, attempt, best;
+  std::vector<std::uint8_t> body, symbols, free, written, freedom, stretch, attempt, best;
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
   bool Identity(const GifFrame& frame, std::array<Id, 256>& idOfIndex);
   void WritePending(const Box& mustCover, Disposal disposal);
   void Encode(const Box& crop, Disposal disposal);
-  bool CollectSymbols(const Box& crop, Slots& own, const Slots*& slots, int& wildcard);
-  int Compress(int wildcard);
+
+  // Pixels of the crop by colour.
+  struct Census {
+    std::vector<std::uint32_t> must, may;  // by id: pixels that change, pixels that stay
+    bool hasFree = false, hasNothing = false, onlyWildcards = false;
+  };
+  // How a frame is going to be written.
+  struct Plan {
+    Slots* slots = nullptr;
+    int wildcard = -1;           // the transparent slot; -1: none is left
+    int codeSize = 2;            // that holds what must be written, and the wildcard
+    bool needsWildcard = false;  // it is used
+    bool choice = false;         // some pixels are free
+  };
+  Census Count(const Box& crop) const;
+  static std::vector<Id> ColoursToWrite(Census& census);
+  int NearestSlot(const Slots& palette, const std::vector<Id>& used, Id id) const;
+  // How free pixels are written: as their colours, as the dictionary likes, so that runs go on, as the wildcard where
+  // many stand together, as the wildcard.
+  enum class Method { Plain, Choice, Runs, Stretches, Wildcards };
+  struct Result {
+    std::size_t cost = SIZE_MAX;
+    int codeSize = 2;
+    Method method = Method::Plain;
+    ClearRule rule = ClearRule::WhenWorse;
+  };
+  static void ChooseWildcard(const Census& census, const std::vector<Id>& used, const std::array<bool, 257>& taken,
+                             Plan& plan);
+  Plan CollectSymbols(const Box& crop, Slots& own);
+  void MarkStretches();
+  std::span<const std::uint8_t> Arrange(Method method, const Plan& plan);
+  void Try(Method method, ClearRule rule, Plan& plan, Result& result);
+  int Compress(Plan& plan);
+
+  Method lastMethod = Method::Plain;
+  ClearRule lastRule = ClearRule::WhenWorse;
+  int trialCountdown = 0;
 };
 
 GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
@@ -172,6 +207,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
     WritePending({}, kKeep);
     std::replace_if(
         shown.begin(), shown.end(), [](Id id) { return id != kClear; }, kUnknown);
+    before = shown;
     ids = {};
     common.slotOfId.clear();
   }
@@ -231,100 +267,222 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   }
 }
 
-// Palette slots for the crop's pixels into `symbols`, freedom into `free`. `slots` is the palette in use. `wildcard` is
-// the transparent slot, or -1 when none is free. True when some pixel is free and some index can say so.
-bool GifWriter::State::CollectSymbols(const Box& crop, Slots& own, const Slots*& slots, int& wildcard) {
-  std::vector<std::uint32_t> counts(ids.colours.size(), 0);
-  bool hasFree = false, hasClear = false;
+// Counts the crop's colours: those that must be written, and those of pixels that stay as they were.
+GifWriter::State::Census GifWriter::State::Count(const Box& crop) const {
+  Census census;
+  census.must.resize(ids.colours.size());
+  census.may.resize(ids.colours.size());
   for (int y = crop.top; y < crop.bottom; ++y) {
     const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    for (std::size_t i = start + static_cast<std::size_t>(crop.left); i < start + static_cast<std::size_t>(crop.right);
-         ++i) {
-      hasFree |= before[i] == shown[i];
-      if (shown[i] < kUnknown) {
-        ++counts[shown[i]];
+    const Id* was = before.data() + start;
+    const Id* is = shown.data() + start;
+    for (int x = crop.left; x < crop.right; ++x) {
+      const bool stays = was[x] == is[x];
+      census.hasFree |= stays;
+      if (is[x] >= kUnknown) {
+        census.hasNothing = true;
       } else {
-        hasClear = true;
+        ++(stays ? census.may : census.must)[is[x]];
       }
     }
   }
-  std::vector<Id> used;
-  for (std::size_t id = 0; id < counts.size(); ++id)
-    if (counts[id]) used.push_back(static_cast<Id>(id));
-  std::stable_sort(used.begin(), used.end(), [&](Id a, Id b) { return counts[a] > counts[b]; });
+  return census;
+}
 
+// The colours to write, the most frequent first. Usually all of the crop; only those that must be written where that
+// would be more than a palette holds. Then even these may be too many, by one, beside a transparent index: the rarest
+// gives way to its nearest neighbour.
+std::vector<Id> GifWriter::State::ColoursToWrite(Census& census) {
+  std::vector<Id> used;
+  const auto collect = [&](bool all) {
+    used.clear();
+    for (std::size_t id = 0; id < census.must.size(); ++id)
+      if (census.must[id] || (all && census.may[id])) used.push_back(static_cast<Id>(id));
+  };
+  collect(true);
+  census.onlyWildcards = used.size() + (census.hasNothing ? 1 : 0) > 256;
+  if (census.onlyWildcards) collect(false);
+  std::stable_sort(used.begin(), used.end(),
+                   [&](Id a, Id b) { return census.must[a] + census.may[a] > census.must[b] + census.may[b]; });
+  if (census.onlyWildcards && used.size() == 256) used.pop_back();
+  return used;
+}
+
+int GifWriter::State::NearestSlot(const Slots& palette, const std::vector<Id>& used, Id id) const {
+  const auto distance = [&](Id other) {
+    int sum = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+      const int d =
+          static_cast<int>(ids.colours[id] >> shift & 255) - static_cast<int>(ids.colours[other] >> shift & 255);
+      sum += d * d;
+    }
+    return sum;
+  };
+  return palette.SlotOf(
+      *std::min_element(used.begin(), used.end(), [&](Id a, Id b) { return distance(a) < distance(b); }));
+}
+
+int CodeSize(int largest) {
+  int bits = 2;
+  while (1 << bits <= largest) ++bits;
+  return bits;
+}
+
+// A slot for the wildcard: one that no pixel of the crop has, or, where that would make the codes longer, one that only
+// free pixels have. Those of them that the codes don't reach are then written as the wildcard.
+void GifWriter::State::ChooseWildcard(const Census& census, const std::vector<Id>& used,
+                                      const std::array<bool, 257>& taken, Plan& plan) {
+  std::array<bool, 257> must{};
+  int largest = 0;
+  for (const Id id : used) {
+    const int slot = plan.slots->SlotOf(id);
+    if (!census.must[id]) continue;
+    must[static_cast<std::size_t>(slot)] = true;
+    largest = std::max(largest, slot);
+  }
+  plan.needsWildcard = census.hasNothing || census.onlyWildcards;
+  const auto gap = [](const std::array<bool, 257>& slots) {
+    return static_cast<int>(std::find(slots.begin(), slots.end(), false) - slots.begin());
+  };
+  plan.wildcard = gap(taken);
+  if (!plan.needsWildcard && CodeSize(std::max(plan.wildcard, largest)) > CodeSize(std::max(gap(must), largest)))
+    plan.wildcard = gap(must);
+  if (plan.wildcard > 255 || !(census.hasFree || census.hasNothing)) plan.wildcard = -1;
+  plan.codeSize = CodeSize(std::max(plan.wildcard, largest));
+  plan.choice = census.hasFree && plan.wildcard >= 0;
+}
+
+// Palette slots for the crop's pixels into `symbols`, freedom into `free`.
+GifWriter::State::Plan GifWriter::State::CollectSymbols(const Box& crop, Slots& own) {
+  Census census = Count(crop);
+  const std::vector<Id> used = ColoursToWrite(census);
   const auto missing =
       static_cast<std::size_t>(std::count_if(used.begin(), used.end(), [&](Id id) { return common.SlotOf(id) < 0; }));
-  // Pixels that must stay see-through need a slot of their own beside the frame's colours.
-  const bool fits = common.idOfSlot.size() + missing <= 256 && !(hasClear && used.size() == 256);
-  Slots& palette = fits ? common : own;
+  Plan plan;
+  plan.slots = common.colours.size() + missing <= 256 ? &common : &own;
   for (const Id id : used)
-    if (palette.SlotOf(id) < 0 && palette.idOfSlot.size() < 256) palette.Append(id);
-  slots = &palette;
+    if (plan.slots->SlotOf(id) < 0) plan.slots->Append(id, ids.colours[id]);
+  std::array<bool, 257> taken{};
+  for (const Id id : used) taken[static_cast<std::size_t>(plan.slots->SlotOf(id))] = true;
+  ChooseWildcard(census, used, taken, plan);
 
-  wildcard = -1;
-  if (hasFree || hasClear) {
-    std::array<bool, 257> taken{};
-    for (const Id id : used)
-      if (palette.SlotOf(id) >= 0) taken[static_cast<std::size_t>(palette.SlotOf(id))] = true;
-    const auto gap = std::find(taken.begin(), taken.end(), false) - taken.begin();
-    if (gap < 256) {
-      wildcard = static_cast<int>(gap);
-      palette.Reserve(wildcard + 1);
-    }
+  std::vector<std::uint8_t> slotOf(ids.colours.size());
+  for (std::size_t id = 0; id < slotOf.size(); ++id) {
+    const int slot = census.must[id] || census.may[id] ? plan.slots->SlotOf(static_cast<Id>(id)) : 0;
+    const bool given = slot >= 0 && taken[static_cast<std::size_t>(slot)];
+    slotOf[id] = static_cast<std::uint8_t>(
+        given || !census.must[id] ? std::max(slot, 0) : NearestSlot(*plan.slots, used, static_cast<Id>(id)));
   }
-  symbols.clear();
-  free.clear();
+  symbols.resize(static_cast<std::size_t>(crop.Width()) * static_cast<std::size_t>(crop.Height()));
+  free.resize(symbols.size());
+  std::size_t i = 0;
   for (int y = crop.top; y < crop.bottom; ++y) {
     const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    for (std::size_t i = start + static_cast<std::size_t>(crop.left); i < start + static_cast<std::size_t>(crop.right);
-         ++i) {
-      const int slot = shown[i] < kUnknown ? palette.SlotOf(shown[i]) : wildcard;
-      symbols.push_back(static_cast<std::uint8_t>(slot));
-      free.push_back(before[i] == shown[i]);
+    const Id* was = before.data() + start;
+    const Id* is = shown.data() + start;
+    for (int x = crop.left; x < crop.right; ++x, ++i) {
+      const bool stays = was[x] == is[x];
+      const bool nothing = is[x] >= kUnknown || (stays && census.onlyWildcards);
+      symbols[i] = nothing ? static_cast<std::uint8_t>(plan.wildcard) : slotOf[is[x]];
+      free[i] = stays;
     }
   }
-  return hasFree && wildcard >= 0;
+  return plan;
+}
+
+// Marks the free pixels that stand in a row of many.
+void GifWriter::State::MarkStretches() {
+  constexpr std::size_t kMany = 9;
+  stretch.assign(free.size(), 0);
+  for (std::size_t i = 0; i < free.size();) {
+    std::size_t end = i;
+    while (end < free.size() && free[end]) ++end;
+    if (end - i >= kMany)
+      std::fill(stretch.begin() + static_cast<std::ptrdiff_t>(i), stretch.begin() + static_cast<std::ptrdiff_t>(end),
+                std::uint8_t{1});
+    i = end + 1;
+  }
+}
+
+// Arranges `symbols` for a method into `written`, and gives the pixels that the compressor may choose for.
+std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Plan& plan) {
+  written = symbols;
+  if (method == Method::Plain) return {};
+  const auto wildcard = static_cast<std::uint8_t>(plan.wildcard);
+  const int reach = 1 << plan.codeSize;
+  freedom = free;
+  if (method == Method::Stretches) MarkStretches();
+  for (std::size_t i = 0; i < symbols.size(); ++i) {
+    if (!free[i]) continue;
+    const bool forced = symbols[i] >= reach || symbols[i] == wildcard;
+    const bool runGoesOn = i > 0 && written[i - 1] == symbols[i];
+    if (forced || method == Method::Wildcards || (method == Method::Stretches && stretch[i]) ||
+        (method == Method::Runs && !runGoesOn))
+      written[i] = wildcard;
+    freedom[i] = !forced;
+  }
+  if (method == Method::Choice) return freedom;
+  return {};
+}
+
+void GifWriter::State::Try(Method method, ClearRule rule, Plan& plan, Result& result) {
+  const std::span<const std::uint8_t> choices = Arrange(method, plan);
+  const bool plain = method == Method::Plain;
+  const int codeSize = plain ? CodeSize(*std::max_element(symbols.begin(), symbols.end())) : plan.codeSize;
+  attempt.clear();
+  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, rule, attempt);
+  // A palette that has to grow for the transparent index is paid back over some frames.
+  const bool grows = !plain && plan.wildcard >= 1 << plan.slots->Bits();
+  const std::size_t cost = attempt.size() + (grows ? (std::size_t{3} << plan.slots->Bits()) / 8 : 0);
+  if (cost >= result.cost) return;
+  best.swap(attempt);
+  result = {cost, codeSize, method, rule};
+}
+
+// The shortest of what the freedom allows, into `best`. What won last goes first; the other ways are tried again from
+// time to time, because neighbouring frames are alike and trying costs time.
+int GifWriter::State::Compress(Plan& plan) {
+  constexpr int kTrialPeriod = 8;
+  const bool trial = !plan.choice || trialCountdown-- <= 0;
+  Result result;
+  if (plan.choice) {
+    for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Stretches, Method::Wildcards})
+      if (trial || method == lastMethod) Try(method, lastRule, plan, result);
+  } else {
+    Try(Method::Plain, lastRule, plan, result);
+  }
+  const ClearRule other = lastRule == ClearRule::WhenFull ? ClearRule::WhenWorse : ClearRule::WhenFull;
+  if (trial && best.size() > 3800) Try(result.method, other, plan, result);
+  lastRule = result.rule;
+  if (plan.choice) lastMethod = result.method;
+  if (trial && plan.choice) trialCountdown = kTrialPeriod - 1;
+  plan.needsWildcard = plan.needsWildcard || result.method != Method::Plain;
+  return result.codeSize;
 }
 
 void GifWriter::State::Encode(const Box& crop, Disposal disposal) {
   Slots own;
-  const Slots* slots = nullptr;
-  int wildcard = -1;
-  const bool choice = CollectSymbols(crop, own, slots, wildcard);
-  int largest = *std::max_element(symbols.begin(), symbols.end());
-  if (choice) largest = std::max(largest, wildcard);
-  int minCodeSize = 2;
-  while (1 << minCodeSize <= largest) ++minCodeSize;
-  best.clear();
-  CompressLzw(symbols, {}, 0, minCodeSize, best);
-  if (choice) {
-    attempt.clear();
-    CompressLzw(symbols, free, static_cast<std::uint8_t>(wildcard), minCodeSize, attempt);
-    if (attempt.size() < best.size()) best.swap(attempt);
-    for (std::size_t i = 0; i < symbols.size(); ++i)
-      if (free[i]) symbols[i] = static_cast<std::uint8_t>(wildcard);
-    attempt.clear();
-    CompressLzw(symbols, {}, 0, minCodeSize, attempt);
-    if (attempt.size() < best.size()) best.swap(attempt);
-  }
-  const std::uint8_t control[] = {0x21, 0xF9, 4, static_cast<std::uint8_t>(disposal << 2 | (wildcard >= 0 ? 1 : 0))};
+  Plan plan = CollectSymbols(crop, own);
+  const int minCodeSize = Compress(plan);
+  const bool transparent = plan.needsWildcard && plan.wildcard >= 0;
+  if (transparent) plan.slots->Reserve(plan.wildcard + 1);
+  const std::uint8_t control[] = {0x21, 0xF9, 4, static_cast<std::uint8_t>(disposal << 2 | (transparent ? 1 : 0))};
   body.insert(body.end(), std::begin(control), std::end(control));
   PutWord(body, pendingDelay);
-  body.push_back(static_cast<std::uint8_t>(std::max(wildcard, 0)));
+  body.push_back(static_cast<std::uint8_t>(transparent ? plan.wildcard : 0));
   body.push_back(0);
   body.push_back(0x2C);
   for (const int value : {crop.left, crop.top, crop.Width(), crop.Height()}) PutWord(body, value);
-  const bool local = slots == &own;
+  const bool local = plan.slots == &own;
   body.push_back(static_cast<std::uint8_t>(local ? 0x80 | (own.Bits() - 1) : 0));
-  if (local) PutPalette(body, own, ids);
+  if (local) PutPalette(body, own);
   body.push_back(static_cast<std::uint8_t>(minCodeSize));
   PutBlocks(body, best);
 }
 
 std::vector<std::uint8_t> GifWriter::Finish() {
   State& s = *state_;
-  s.WritePending({}, s.before.empty() ? kKeep : kKeep);
+  s.WritePending({}, kKeep);
   if (s.frames == 0) return {};
   std::vector<std::uint8_t> file = {'G', 'I', 'F', '8', '9', 'a'};
   PutWord(file, s.width);
@@ -332,7 +490,7 @@ std::vector<std::uint8_t> GifWriter::Finish() {
   file.push_back(static_cast<std::uint8_t>(0x80 | 7 << 4 | (s.common.Bits() - 1)));
   file.push_back(0);  // background: viewers show nothing there
   file.push_back(0);  // square pixels
-  PutPalette(file, s.common, s.ids);
+  PutPalette(file, s.common);
   if (s.frames > 1) {
     static constexpr std::uint8_t kForever[] = {0x21, 0xFF, 11,  'N', 'E', 'T', 'S', 'C', 'A', 'P',
                                                 'E',  '2',  '.', '0', 3,   1,   0,   0,   0};

@@ -65,38 +65,37 @@ struct BitWriter {
   }
 };
 
-// Decides when a full dictionary is no longer worth keeping, by the marginal value theorem: a patch is left when what
-// it yields now (pixels a bit) falls below the mean yield of a whole visit, the poor start included.
+// Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
+// codes at a time, against the best window since the dictionary was full.
 struct ClearPolicy {
-  static constexpr unsigned kWindow = 64;  // codes a look
+  static constexpr unsigned kWindow = 256;  // codes
+  static constexpr double kTolerance = 0.95;
+  ClearRule rule;
   unsigned codes = 0;
-  std::size_t cycleStart = 0, windowStart = 0;
-  double cycleBits = 0;
+  std::size_t windowStart = 0;
+  double best = 0;
 
-  void Restart(std::size_t position) { cycleStart = position; }
-  void Full(std::size_t position, double bits) { codes = 0, windowStart = position, cycleBits = bits; }
+  void Full(std::size_t position) { codes = 0, windowStart = position, best = 0; }
   bool WantsClear(std::size_t position) {
+    if (rule == ClearRule::WhenFull) return true;
     if (++codes < kWindow) return false;
-    constexpr double kBits = 12.0 * kWindow;
-    cycleBits += kBits;
-    const double now = static_cast<double>(position - windowStart) / kBits;
-    const double mean = static_cast<double>(position - cycleStart) / cycleBits;
+    const auto length = static_cast<double>(position - windowStart);
     codes = 0;
     windowStart = position;
-    return now < mean;
+    if (length > best) best = length;
+    return length < best * kTolerance;
   }
 };
 
 // Emits codes and keeps the code width in step with what a decoder has.
 class CodeStream {
  public:
-  CodeStream(Dictionary& dictionary, int minCodeSize, std::vector<std::uint8_t>& out)
-      : dictionary_(dictionary), writer_{out}, clear_(1u << minCodeSize), width_(MinimumWidth()) {
-    Restart(0);
+  CodeStream(Dictionary& dictionary, int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out)
+      : dictionary_(dictionary), writer_{out}, policy_{rule}, clear_(1u << minCodeSize), width_(MinimumWidth()) {
+    Restart();
   }
-  void Restart(std::size_t position) {
+  void Restart() {
     writer_.Put(clear_, width_);
-    policy_.Restart(position);
     dictionary_.Clear(clear_);
     next_ = clear_ + 2;
     width_ = MinimumWidth();
@@ -108,7 +107,7 @@ class CodeStream {
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     dictionary_.Insert(node, symbol, next_);
     if (next_ == 1u << width_) ++width_;
-    if (++next_ == kCodes) policy_.Full(position, LearningBits());
+    if (++next_ == kCodes) policy_.Full(position);
   }
   bool WantsClear(std::size_t position) { return policy_.WantsClear(position); }
   // The decoder adds a string for the last code too, whatever it may be.
@@ -123,13 +122,6 @@ class CodeStream {
     unsigned width = 1;
     while ((1u << width) <= clear_) ++width;
     return width;
-  }
-  // What it takes to fill the dictionary: one code an entry.
-  double LearningBits() const {
-    double bits = 0;
-    for (unsigned width = MinimumWidth(), from = clear_ + 2; width <= 12; from = 1u << width, ++width)
-      bits += width * static_cast<double>((1u << width) - from);
-    return bits;
   }
 
   Dictionary& dictionary_;
@@ -149,7 +141,7 @@ void CompressPlain(std::span<const std::uint8_t> symbols, const Dictionary& dict
     if (!codes.Full()) {
       codes.Add(node, symbols[i], i);
     } else if (codes.WantsClear(i)) {
-      codes.Restart(i);
+      codes.Restart();
     }
   }
   codes.End();
@@ -213,7 +205,7 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
     codes.Put(match.node);
     previous = match.node;
     if (codes.Full() && i < size && codes.WantsClear(i)) {
-      codes.Restart(i);
+      codes.Restart();
       previous = kNone;
     }
   }
@@ -223,9 +215,9 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
 }  // namespace
 
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, std::vector<std::uint8_t>& out) {
+                 int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out) {
   static thread_local Dictionary dictionary;
-  CodeStream codes(dictionary, minCodeSize, out);
+  CodeStream codes(dictionary, minCodeSize, rule, out);
   if (free.empty()) {
     CompressPlain(symbols, dictionary, codes);
   } else {

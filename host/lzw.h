@@ -9,6 +9,12 @@
 
 namespace glyphmotion {
 
+/// When a dictionary that is full gives way to an empty one.
+enum class ClearRule : std::uint8_t {
+  WhenFull,  ///< at once: best for textures that change all the time
+  WhenWorse  ///< when strings get markedly shorter than they have been: best for patterns that come again
+};
+
 /// Compresses symbols into codes, least significant bit first, without GIF's sub-blocks.
 ///
 /// symbols   one a pixel, each below 2^minCodeSize.
@@ -17,10 +23,9 @@ namespace glyphmotion {
 /// minCodeSize  2 to 8.
 /// out       the compressed bytes are appended.
 ///
-/// The codes begin with a clear and end with the end code. Once the 4096 codes are used up the dictionary is kept for
-/// as long as it serves, and cleared when strings get markedly shorter.
+/// The codes begin with a clear and end with the end code.
 /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, std::vector<std::uint8_t>& out);
+                 int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out);
 
 }  // namespace glyphmotion

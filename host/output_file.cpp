@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string CannotWrite(const fs::path& path, const std::string& why) {
-  return "'" + path.string() + "' cannot be written: " + why;
+  return std::string("'").append(path.string()).append("' cannot be written: ").append(why);
 }
 
 // A hidden name beside the target, not in use.
@@ -21,7 +21,7 @@ fs::path TemporaryBeside(const fs::path& target) {
   std::random_device random;
   char tail[20];
   std::snprintf(tail, sizeof tail, ".%08x.part", static_cast<unsigned>(random()));
-  return target.parent_path() / ("." + target.filename().string() + tail);
+  return target.parent_path() / std::string(".").append(target.filename().string()).append(tail);
 }
 
 // A link is followed, so that the file it names is the one replaced.

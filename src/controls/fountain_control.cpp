@@ -8,6 +8,7 @@
 
 #include "controls/face_painting.h"
 #include "materials/library_file.h"
+#include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -320,7 +321,7 @@ std::string FountainPath(int id) {
   return JoinPath(PerControlFolder(), name);
 }
 
-std::string FountainLibraryPath() { return JoinPath(DataFolder(), "FountainLibrary.fll"); }
+std::string FountainLibraryPath() { return LibraryPath(kFountainLibraryName); }
 
 void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
   ResizeControl(dialog, id, kWidth, kHeight);

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "controls/face_painting.h"
+#include "controls/fountain_control.h"
+#include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
@@ -12,6 +15,9 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kArrowWidth = 16, kInset = 2;
+constexpr std::uint32_t kFacePressed = 1, kArrowPressed = 2;
+
+MaterialWindows materialWindows;
 
 BlockHandle BlockOf(const Dialog& dialog, int id) { return HandleOf(GetData(dialog, id)); }
 
@@ -54,16 +60,222 @@ void LoadLine(Dialog& dialog, int id, const std::string& value) {
   Invalidate(dialog, id);
 }
 
-// A material has no persistent variable: its own file remembers it.
-void StoreNothing(Dialog&, int, Variable&) {}
-void ShowNothing(Dialog&, int, const Variable&) {}
+// The kind menu and the editors ---------------------------------------------------------------------------------------
+
+void PostChange(Dialog& dialog, int id, const Material& material) {
+  Post(dialog, {kMessageFillChanged, material.Kind, id});
+}
+
+// The mean colour stays that of the last edit, and the caption's colour with it.
+void SetKind(Dialog& dialog, int id, std::uint32_t kind) {
+  const auto material = LockMaterial(dialog, id);
+  if (!material) return;
+  material->Kind = kind;
+  if (!RenderPreview(dialog, id, *material)) return;
+  Invalidate(dialog, id);
+  PostChange(dialog, id, *material);
+}
+
+void KindMenu(Dialog& dialog, int id) {
+  static constexpr const char* names[] = {"Simple", "Gradient", "Texture", "Tile"};
+  std::uint32_t kind = 0;
+  if (const auto material = LockMaterial(dialog, id); material) kind = material->Kind;
+  MenuItem items[4];
+  for (int i = 0; i < 4; ++i) items[i] = {kCommandFirstKind + i, names[i], kind == static_cast<std::uint32_t>(i)};
+  const ControlRectangle place = RectangleOf(dialog, id);
+  const int chosen =
+      PopupMenu(&dialog, id, place.right - place.left - kArrowWidth, (place.bottom - place.top) / 2, items);
+  if (chosen >= kCommandFirstKind && chosen < kCommandFirstKind + 4) {
+    SetKind(dialog, id, static_cast<std::uint32_t>(chosen - kCommandFirstKind));
+  }
+}
+
+bool EditTile(Dialog& dialog, TileSpec& tile) {
+  if (!materialWindows.editTile) return false;
+  TileSpec copy = tile;
+  copy.TileBitmap = WordOf(DuplicateBlock(HandleOf(tile.TileBitmap)));
+  const bool accepted = materialWindows.editTile(dialog, copy);
+  FreeBlock(HandleOf(accepted ? tile.TileBitmap : copy.TileBitmap));
+  if (accepted) tile = copy;
+  return accepted;
+}
+
+bool EditKind(Dialog& dialog, Material& material) {
+  switch (material.Kind) {
+    case kSolid: {
+      const auto colour = AskColour(&dialog, material.Colour);
+      if (colour) material.Colour = *colour;
+      return colour.has_value();
+    }
+    case kGradient: {
+      GradientSpec gradient = material.Gradient;
+      FountainSpec fountain = material.Fountain;
+      if (!materialWindows.editGradient || !materialWindows.editGradient(dialog, gradient, fountain)) return false;
+      material.Gradient = gradient;
+      material.Fountain = fountain;
+      return true;
+    }
+    case kTexture: {
+      TextureSpec texture = material.Texture;
+      if (!materialWindows.editTexture || !materialWindows.editTexture(dialog, texture)) return false;
+      material.Texture = texture;
+      return true;
+    }
+    case kTile:
+      return EditTile(dialog, material.Tile);
+    default:
+      return false;
+  }
+}
+
+// Accepted or not, the dialog hears of it.
+void EditMaterial(Dialog& dialog, int id) {
+  const auto material = LockMaterial(dialog, id);
+  if (!material) return;
+  if (EditKind(dialog, *material)) {
+    RenderPreviewAndAverage(dialog, id, *material);
+    Invalidate(dialog, id);
+  }
+  PostChange(dialog, id, *material);
+}
+
+// A press is not cancelled by sliding off, and the arrow goes before the face.
+void Release(Dialog& dialog, int id, Material& material) {
+  if (!HasCapture(dialog, id)) return;
+  ReleaseMouse(dialog);
+  const std::uint32_t pressed = material.ButtonState;
+  material.ButtonState = 0;
+  if (pressed) Invalidate(dialog, id);
+  if (pressed & kArrowPressed) {
+    PostToControl(dialog, id, {kMessageKindMenu, 0, 0});
+  } else if (pressed & kFacePressed) {
+    PostToControl(dialog, id, {kMessageCommand, kCommandEditMaterial, 0});
+  }
+}
+
+void Press(Dialog& dialog, int id, Material& material, const Message& message) {
+  const ControlRectangle place = RectangleOf(dialog, id);
+  const int width = place.right - place.left, height = place.bottom - place.top;
+  const auto x = static_cast<int>(message.a), y = static_cast<int>(message.b);
+  CaptureMouse(dialog, id);
+  if (x < 0 || y < 0 || x >= width || y >= height) return;
+  material.ButtonState |= x >= width - kArrowWidth ? kArrowPressed : kFacePressed;
+  Invalidate(dialog, id);
+}
+
+bool InputMaterial(Dialog& dialog, int id, const Message& message) {
+  switch (message.number) {
+    case kMessageLeftDown:
+    case kMessageDoubleClick:
+      if (const auto material = LockMaterial(dialog, id); material) Press(dialog, id, *material, message);
+      return true;
+    case kMessageLeftUp:
+      if (const auto material = LockMaterial(dialog, id); material) Release(dialog, id, *material);
+      return true;
+    case kMessageKeyDown:
+      if (message.a == kKeySpace) return EditMaterial(dialog, id), true;
+      if (message.a == kKeyDown) return KindMenu(dialog, id), true;
+      return false;
+    case kMessageKindMenu:
+      return KindMenu(dialog, id), true;
+    case kMessageCommand:
+      if (message.a == kCommandEditMaterial) return EditMaterial(dialog, id), true;
+      if (message.a < kCommandFirstKind || message.a > kCommandFirstKind + 3) return false;
+      return SetKind(dialog, id, static_cast<std::uint32_t>(message.a - kCommandFirstKind)), true;
+    default:
+      return false;
+  }
+}
+
+// The face ------------------------------------------------------------------------------------------------------------
+
+void SoftEdge(const DrawRequest& request, Rect rect, bool sunken) {
+  const Colour light = GetSystemColour(SystemColour::Highlight), soft = GetSystemColour(SystemColour::Light3D);
+  const Colour shadow = GetSystemColour(SystemColour::ButtonShadow), dark = GetSystemColour(SystemColour::DarkShadow);
+  FrameFace(request, rect, sunken ? dark : light, sunken ? light : dark);
+  FrameFace(request, Shrunk(rect, 1), sunken ? shadow : soft, sunken ? soft : shadow);
+}
+
+// A triangle pointing right: its upright side on the left, its tip at the right in the middle.
+void PaintTriangle(const DrawRequest& request, Rect arrow, int p, bool enabled) {
+  const int middle = (arrow.top + arrow.bottom) / 2;
+  arrow.top = std::max(arrow.top, middle - 10);
+  arrow.bottom = std::min(arrow.bottom, middle + 10);
+  const int left = arrow.left + 5 + p, top = arrow.top + 5 + p, tip = arrow.right - 6 + p,
+            bottom = arrow.bottom - 5 + p;
+  const Colour fill = GetSystemColour(enabled ? SystemColour::DarkShadow : SystemColour::Highlight);
+  const Colour edge = GetSystemColour(SystemColour::ButtonShadow);
+  const int centre = middle + p;
+  // Where a row crosses the two slanted sides, rounded up as polygons are.
+  const auto crossing = [&](int from, int y, int to) {
+    return left + ((tip - left) * (y - from) + (to - from) - 1) / (to - from);
+  };
+  for (int y = top; y < bottom; ++y) {
+    const int right = y < centre ? crossing(top, y, centre) : bottom - centre > 0 ? crossing(bottom, y, centre) : tip;
+    FillFace(request, {left, y, right, y + 1}, fill);
+  }
+  for (int x = left; x < tip; ++x) {
+    const int y = top + (centre - top) * (x - left) / std::max(tip - left, 1);
+    FillFace(request, {x, y, x + 1, y + 1}, edge);
+  }
+}
+
+void PaintMaterial(Dialog& dialog, int id, const DrawRequest& request) {
+  const auto material = LockMaterial(dialog, id);
+  const std::uint32_t pressed = material ? material->ButtonState : 0;
+  const bool enabled = IsEnabled(dialog, id);
+  const Colour face = GetSystemColour(SystemColour::ButtonFace);
+  const Rect whole{0, 0, request.width, request.height};
+  const Rect button{0, 0, request.width - kArrowWidth, request.height};
+  const Rect arrow{button.right, 0, request.width, request.height};
+  FrameFace(request, whole, 0, 0);
+  FillFace(request, arrow, face);
+  SoftEdge(request, arrow, pressed & kArrowPressed);
+  PaintTriangle(request, arrow, pressed & kArrowPressed ? 1 : 0, enabled);
+  SoftEdge(request, button, pressed & kFacePressed);
+  const Rect inset = Shrunk(button, kInset);
+  FillFace(request, inset, face);
+  if (enabled && material) PaintBitmap(request, inset, DibView(HandleOf(material->Preview)));
+}
 
 }  // namespace
 
-const ControlFamily kMaterialFamily = {"MATLBT", SaveLine, LoadLine, StoreNothing, ShowNothing, nullptr, nullptr};
+const ControlFamily kMaterialFamily = {"MATLBT", SaveLine,      LoadLine,      nullptr,
+                                       nullptr,  PaintMaterial, InputMaterial, DestroyMaterial};
 
 LockedBlock<Material> LockMaterial(const Dialog& dialog, int id) noexcept {
   return LockedBlock<Material>(BlockOf(dialog, id));
+}
+
+void SetMaterialWindows(const MaterialWindows& windows) noexcept { materialWindows = windows; }
+
+Colour CaptionColour(Colour average) noexcept {
+  const int level = (RedOf(average) * 77 / 255 + GreenOf(average) * 150 / 255 + BlueOf(average) * 28 / 255) & 0xFF;
+  return level < 0x81 ? 0xFFFFFF : 0;
+}
+
+bool SetMaterial(Dialog& dialog, int id, const Material& source) {
+  MovableBlock block(AllocateBlock(sizeof(Material)));
+  const LockedBlock<Material> material(block.Handle());
+  if (!material) return false;
+  *material = source;
+  material->Preview = material->Fountain.Preview = 0;
+  material->ButtonState = 0;
+  FreeMaterial(BlockOf(dialog, id));
+  SetData(dialog, id, WordOf(block.Release()));
+  RenderPreviewAndAverage(dialog, id, *material);
+  Invalidate(dialog, id);
+  return true;
+}
+
+MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept {
+  MovableBlock block(DuplicateBlock(BlockOf(dialog, id)));
+  const LockedBlock<Material> copy(block.Handle());
+  if (!copy) return {};
+  copy->Preview = 0;
+  const BlockHandle tile = HandleOf(copy->Tile.TileBitmap);
+  copy->Tile.TileBitmap = WordOf(DuplicateBlock(tile));
+  return block;
 }
 
 std::string MaterialPath(int id) {
@@ -82,7 +294,7 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {
   if (!material) return;
   // The default library is taken whatever the file said.
   FreeBlock(HandleOf(material->Tile.TileBitmap));
-  SetTilePath(material->Tile, JoinPath(DataFolder(), "tlmplgm4.mtx"));
+  SetTilePath(material->Tile, LibraryPath(kTileLibraryName));
   LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
 }

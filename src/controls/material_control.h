@@ -21,6 +21,32 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour);
 /// Saves the control's .mtrl file and frees the material.
 void DestroyMaterial(Dialog& dialog, int id);
 
+/// Puts a material into the control, which takes over its tile; the record's own preview is passed over. The preview
+/// follows. False, with the control as it was and the tile still the caller's, when memory is out.
+bool SetMaterial(Dialog& dialog, int id, const Material& material);
+
+/// A copy of the control's record with its own duplicate of the tile and no preview, owned by the caller
+/// (FreeMaterial); nothing on failure.
+MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept;
+
+/// Private messages of the control. Posted to the control by itself: open the kind menu; kMessageCommand with 99 edits
+/// the current kind, with 100 to 103 sets it.
+constexpr std::uint32_t kMessageKindMenu = 0x52D;
+constexpr int kCommandEditMaterial = 99, kCommandFirstKind = 100;
+
+/// The windows behind the button for the kinds that are more than a colour. Each edits a copy and answers whether it
+/// was accepted; one that is missing counts as cancelled.
+struct MaterialWindows {
+  bool (*editGradient)(Dialog& dialog, GradientSpec& gradient, FountainSpec& fountain) = nullptr;
+  bool (*editTexture)(Dialog& dialog, TextureSpec& texture) = nullptr;
+  /// The tile's bitmap in the copy is the copy's own; accepted, it goes into the record.
+  bool (*editTile)(Dialog& dialog, TileSpec& tile) = nullptr;
+};
+void SetMaterialWindows(const MaterialWindows& windows) noexcept;
+
+/// White or black, whichever reads better on a face of this mean colour.
+Colour CaptionColour(Colour average) noexcept;
+
 /// The control's .mtrl file: Material%05.5d.mtrl in the folder of per-control files; empty when there is none.
 std::string MaterialPath(int id);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Elastic: not built in yet; the row has a panel and a background colour, but no frames.
+// Elastic: the material inside the letters stretches and ripples outward in rings from the middle, more and more
+// strongly, then settles back. The letters keep their shape; a plain colour shows nothing of it.
 #include "effects/effect_table.h"
+#include "effects/ripple_fill.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +19,60 @@ constexpr PanelRoles kRoles{.fill = 575,
                             .shadowDirection = 593,
                             .shadowEnable = 595,
                             .outlineEnable = 596};
+constexpr int kFrames = 587, kEnergy = 597;
+
+PackedDib Render(EffectContext& context) {
+  ElasticParams& params = ParametersOf<ElasticParams>(context);
+  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  // The rings widen from 4 pixels to 50 as their height grows from 0.7 to 60.
+  params.wavelength = 400 + static_cast<int>(4600 * params.phase);
+  params.amplitude = 70 + static_cast<int>(5930 * params.phase);
+  if (params.phase > 0) composer.onFillBitmap = [&](PackedDib fill) { return RippleFill(fill, params); };
+  return composer.Compose();
+}
+
+ElasticParams ParamsAtRest(const Dialog& dialog) {
+  ElasticParams params;
+  params.energy = ReadNumber(dialog, kEnergy);
+  return params;
+}
+
+int Test(EffectContext& context) noexcept {
+  ElasticParams params = ParamsAtRest(*context.dialog);
+  return RunTest(context, &params, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames), half = frames / 2, total = frames | 1;
+    ElasticParams params = ParamsAtRest(dialog);
+    params.phase = 0.5;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &params, Render, &width, &height)) return false;
+    if (!RunFits(context, width, height, 2 * std::int64_t{half} + 2)) return false;
+
+    const auto append = [&](double phase, int step) {
+      params.phase = phase;
+      return AppendWithProgress(context, Render(context), delay, step, total);
+    };
+    for (int i = 0; i < half; ++i) {
+      if (!append(static_cast<double>(i) / half, i)) return false;
+    }
+    if (!append(1.0, half)) return false;
+    // The peak is held for a second frame, which reports the same step as the first.
+    for (int j = 0; j < half; ++j) {
+      if (!append(1.0 - static_cast<double>(j) / half, half + j)) return false;
+    }
+    params.phase = 0;
+    return AppendQuietly(context, Render(context), delay + pause);
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kElastic = {"Elastic", &kElasticPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
+const EffectDescriptor kElastic = {"Elastic", &kElasticPanel, Test, Build, TransparentColour<kRoles.background>,
                                    &kRoles};
 
 }  // namespace glyphmotion

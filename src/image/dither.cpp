@@ -5,6 +5,7 @@
 // chain of dependent look-ups. Four rows are therefore diffused together, each two pixels behind the row before it:
 // their chains are independent, and the values are those of one row after the other.
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "image/colour_cells.h"
@@ -18,49 +19,74 @@ namespace {
 constexpr int kRowsTogether = 4;
 constexpr int kLag = 2;
 
-/// Errors for one pixel of the next row, red, green, blue; the fourth is padding.
-struct Errors {
-  std::int16_t channel[4];
+// The three channels are worked on together, each in a lane of 13 bits of one number: red lowest, then green, blue. An
+// error, -255 to 255, is held plus 256; its products with 7, 3, 5 and 1, divided by 16 and rounded downward, are then
+// held plus 112, 48, 80 and 16, and a pixel with all that it has received plus 256 again. Lanes never are negative, and
+// never reach into the next.
+using Lanes = std::uint64_t;
+
+constexpr Lanes Spread(Lanes value) { return value | value << 13 | value << 26; }
+
+template <int kWeight>
+constexpr Lanes Share(Lanes error) {
+  return (error * kWeight >> 4) & Spread(511);
+}
+
+constexpr Lanes kNoError = Spread(256);
+constexpr Lanes kNothingAbove = Share<3>(kNoError) + Share<5>(kNoError) + Share<1>(kNoError);
+
+// For a channel's lane: the value within 0 to 255 in its lane, and the channel's part of the colour's place in the
+// matcher's table from bit 40 on.
+constexpr auto kLimited = [] {
+  std::array<std::array<Lanes, 1024>, 3> limited{};
+  for (std::size_t k = 0; k < 3; ++k) {
+    for (std::size_t i = 0; i < 1024; ++i) {
+      const std::size_t value = i < 256 ? 0 : std::min<std::size_t>(i - 256, 255);
+      limited[k][i] = Lanes{value} << 13 * k | Lanes{kPlaces[k][value]} << 40;
+    }
+  }
+  return limited;
+}();
+
+/// What the rows under way share.
+struct Job {
+  ColourMatcher::State* state;
+  const Lanes* entries;  ///< the palette, less 256 in each lane
+  const bool* known;     ///< of the state, as is the table
+  const std::uint8_t* table;
 };
 
 /// One row under way.
 struct Line {
   const std::uint8_t* pixels = nullptr;  ///< blue, green, red
   std::uint8_t* indices = nullptr;
-  const Errors* above = nullptr;  ///< what the row before has left for this one
-  Errors* below = nullptr;        ///< what this row leaves
-  int carried[3] = {};            ///< 7/16 of the last pixel's error
-  int sixteenth[3] = {};          ///< 1/16 of it
-  int pending[3] = {};            ///< what the place below the last pixel has got so far
+  const Lanes* above = nullptr;          ///< what the row before has left for this one
+  Lanes* below = nullptr;                ///< what this row leaves
+  Lanes carried = Share<7>(kNoError);    ///< 7/16 of the last pixel's error
+  Lanes sixteenth = Share<1>(kNoError);  ///< 1/16 of it
+  Lanes pending = 0;                     ///< what the place below the last pixel has got so far
 };
 
 // Pixel x of a line. The place below its left neighbour is then complete; the first column gets nothing from the right.
 template <bool kInside>
-inline void Step(Line& line, int x, ColourMatcher::State& state) {
+inline void Step(Line& line, int x, const Job& job) {
   const std::uint8_t* pixel = line.pixels + 3 * x;
-  const Errors above = line.above[x];
-  int value[3];
-  for (int k = 0; k < 3; ++k) {
-    value[k] = std::clamp(pixel[2 - k] + above.channel[k] + line.carried[k], 0, 255);
-  }
-  const std::uint8_t index = Match(state, static_cast<std::uint32_t>(value[0]), static_cast<std::uint32_t>(value[1]),
-                                   static_cast<std::uint32_t>(value[2]));
+  const Lanes sum = (pixel[2] | Lanes{pixel[1]} << 13 | Lanes{pixel[0]} << 26) + line.above[x] + line.carried;
+  const Lanes limited = kLimited[0][sum & 1023] + kLimited[1][sum >> 13 & 1023] + kLimited[2][sum >> 26 & 1023];
+  const auto place = static_cast<std::uint32_t>(limited >> 40);
+  if (!job.known[place / kCubeColours]) [[unlikely]]
+    FillCube(*job.state, place / kCubeColours);
+  const std::uint8_t index = job.table[place];
   line.indices[x] = index;
-  const int entry[3] = {state.red[index], state.green[index], state.blue[index]};
-  Errors left{};
-  for (int k = 0; k < 3; ++k) {
-    const int error = value[k] - entry[k];
-    const int fromRight = kInside || x >= 2 ? (3 * error) >> 4 : 0;
-    left.channel[k] = static_cast<std::int16_t>(line.pending[k] + fromRight);
-    line.carried[k] = (7 * error) >> 4;
-    line.pending[k] = line.sixteenth[k] + ((5 * error) >> 4);
-    line.sixteenth[k] = error >> 4;
-  }
-  if (kInside || x > 0) line.below[x - 1] = left;
+  const Lanes error = limited - job.entries[index];
+  if (kInside || x > 0) line.below[x - 1] = line.pending + Share<3>(kInside || x >= 2 ? error : kNoError);
+  line.carried = Share<7>(error);
+  line.pending = line.sixteenth + Share<5>(error);
+  line.sixteenth = Share<1>(error);
 }
 
 template <int kRows>
-void DiffuseRows(const Line* rows, int width, ColourMatcher::State& state) {
+void DiffuseRows(const Line* rows, int width, const Job job) {
   Line lines[kRows];
   for (int i = 0; i < kRows; ++i) lines[i] = rows[i];
   // Steps in which some line is at its first or last pixels, or outside.
@@ -69,9 +95,9 @@ void DiffuseRows(const Line* rows, int width, ColourMatcher::State& state) {
       for (int i = 0; i < kRows; ++i) {
         const int x = t - kLag * i;
         if (x < 0 || x >= width) continue;
-        Step<false>(lines[i], x, state);
+        Step<false>(lines[i], x, job);
         if (x + 1 < width) continue;
-        for (int k = 0; k < 3; ++k) lines[i].below[x].channel[k] = static_cast<std::int16_t>(lines[i].pending[k]);
+        lines[i].below[x] = lines[i].pending + Share<3>(kNoError);
       }
     }
   };
@@ -79,7 +105,7 @@ void DiffuseRows(const Line* rows, int width, ColourMatcher::State& state) {
   edge(0, kFirstInside);
   int t = kFirstInside;
   for (; t < width - 1; ++t) {
-    for (int i = 0; i < kRows; ++i) Step<true>(lines[i], t - kLag * i, state);
+    for (int i = 0; i < kRows; ++i) Step<true>(lines[i], t - kLag * i, job);
   }
   edge(t, width + kLag * (kRows - 1));
 }
@@ -102,10 +128,10 @@ struct LineMemory {
 
   explicit LineMemory(int pixels)
       : block(AllocateBlock(static_cast<std::size_t>(pixels) *
-                            ((kRowsTogether + 1) * sizeof(Errors) + kRowsTogether * 4))),
+                            ((kRowsTogether + 1) * sizeof(Lanes) + kRowsTogether * 4))),
         lock(block.Handle()),
         width(static_cast<std::size_t>(pixels)) {}
-  Errors* ErrorsOf(int i) const { return reinterpret_cast<Errors*>(lock.get()) + static_cast<std::size_t>(i) * width; }
+  Lanes* ErrorsOf(int i) const { return reinterpret_cast<Lanes*>(lock.get()) + static_cast<std::size_t>(i) * width; }
   std::uint8_t* Bytes(int i) const {
     return reinterpret_cast<std::uint8_t*>(ErrorsOf(kRowsTogether + 1)) + static_cast<std::size_t>(i) * 4 * width;
   }
@@ -117,20 +143,30 @@ PackedDib DitherColour(const DibView& source, ColourMatcher::State& state) {
   const DibView target(dithered);
   const LineMemory memory(width);
   if (!target || !memory.lock || !PrepareMatching(state)) return {};
+  std::array<Lanes, 256> entries;
+  for (std::size_t i = 0; i < state.palette.size(); ++i) {
+    const Rgb c = state.palette[i];
+    entries[i] = (c.red | Lanes{c.green} << 13 | Lanes{c.blue} << 26) - kNoError;
+  }
+  const Job job = {&state, entries.data(), state.known.data(), state.table};
+  std::fill_n(memory.ErrorsOf(0), width, kNothingAbove);
   for (int r = 0, rows = 0; r < height; r += rows) {
     rows = r + kRowsTogether <= height ? kRowsTogether : 1;
     Line lines[kRowsTogether];
     for (int i = 0; i < rows; ++i) {
       std::uint8_t* bytes = memory.Bytes(i);
-      lines[i] = {source.StoredRow(r + i), bytes, memory.ErrorsOf(i), memory.ErrorsOf(i + 1)};
+      lines[i].pixels = source.StoredRow(r + i);
+      lines[i].indices = bytes;
+      lines[i].above = memory.ErrorsOf(i);
+      lines[i].below = memory.ErrorsOf(i + 1);
       if (source.Bits() == 24) continue;
       ExpandRow(source, r + i, bytes + width);
       lines[i].pixels = bytes + width;
     }
     if (rows == 1) {
-      DiffuseRows<1>(lines, width, state);
+      DiffuseRows<1>(lines, width, job);
     } else {
-      DiffuseRows<kRowsTogether>(lines, width, state);
+      DiffuseRows<kRowsTogether>(lines, width, job);
     }
     std::copy_n(memory.ErrorsOf(rows), width, memory.ErrorsOf(0));
     for (int i = 0; i < rows; ++i) PackIndices(target.StoredRow(r + i), lines[i].indices, width, target.Bits());

@@ -1,12 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "materials/material_text.h"
 
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstring>
+#include <optional>
+#include <string_view>
+
+#include "materials/fountain.h"
+#include "materials/fractal_texture.h"
+#include "materials/shipped.h"
+#include "materials/texture_library.h"
 #include "materials/tile.h"
+#include "resources/shipped_fountains.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr char kForms[] = "#RRGGBB, gradient:..., fountain:..., texture:..., tile:FILE#N or mtrl:FILE";
+constexpr char kForms[] =
+    "write #RRGGBB, gradient:..., fountain:..., texture:..., tile:FILE#N, mtrl:FILE or image:FILE";
+
+ImageLoader imageLoader;
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -15,18 +30,389 @@ int HexDigit(char c) {
   return -1;
 }
 
+std::string Quote(std::string_view text) { return "'" + std::string(text) + "'"; }
+
+bool Fail(std::string& error, std::string sentence) {
+  error = std::move(sentence);
+  return false;
+}
+
+// Names are told apart by letters and digits alone, in any case.
+std::string Plain(std::string_view name) {
+  std::string plain;
+  for (const char c : name) {
+    if (c != ' ' && c != '-' && c != '_') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  return plain;
+}
+
+// The text between separators; blanks at the ends of each part do not count.
+std::vector<std::string> Split(std::string_view text, std::string_view separators) {
+  std::vector<std::string> parts;
+  for (std::size_t at = 0; at <= text.size();) {
+    const std::size_t end = std::min(text.find_first_of(separators, at), text.size());
+    std::string_view part = text.substr(at, end - at);
+    while (!part.empty() && part.front() == ' ') part.remove_prefix(1);
+    while (!part.empty() && part.back() == ' ') part.remove_suffix(1);
+    parts.emplace_back(part);
+    at = end + 1;
+  }
+  return parts;
+}
+
+std::optional<double> NumberOf(std::string_view text) {
+  double value = 0;
+  if (!text.empty() && text[0] == '+') text.remove_prefix(1);
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (failure != std::errc() || end != text.data() + text.size() || !(value > -1e12 && value < 1e12))
+    return std::nullopt;
+  return value;
+}
+
+// A number within a range; whole numbers where `whole`.
+bool NumberWithin(const std::string& key, const std::string& text, double least, double most, bool whole, double& value,
+                  std::string& error) {
+  const auto number = NumberOf(text);
+  if (number && *number >= least && *number <= most &&
+      (!whole || *number == static_cast<double>(static_cast<std::int64_t>(*number)))) {
+    value = *number;
+    return true;
+  }
+  const auto shown = [](double v) {
+    std::string digits = std::to_string(v);
+    digits.erase(digits.find_last_not_of('0') + 1);
+    if (digits.back() == '.') digits.pop_back();
+    return digits;
+  };
+  return Fail(error, Quote(text) + " is no value for " + key + ": " + (whole ? "a whole number" : "a number") +
+                         " from " + shown(least) + " to " + shown(most) + " is wanted");
+}
+
+bool ColourPart(const std::string& text, Colour& colour, std::string& error) {
+  return ParseColour(text, colour) || Fail(error, Quote(text) + " is no colour: write #RRGGBB");
+}
+
+// Gradients and fountains -----------------------------------------------------------------------------------------
+
+bool TakeShape(const std::string& part, GradientSpec& gradient) {
+  static constexpr const char* shapes[] = {"linear", "conical", "elliptical", "rectangular"};
+  const auto found = std::find(std::begin(shapes), std::end(shapes), Plain(part));
+  if (found == std::end(shapes)) return false;
+  gradient.GradientType = static_cast<std::uint32_t>(found - shapes);
+  return true;
+}
+
+// rotation=, pad=, mid=, cx=, cy=
+bool TakeOption(const std::string& part, GradientSpec& gradient, std::string& error) {
+  const std::size_t equals = part.find('=');
+  const std::string key = part.substr(0, equals), text = equals == std::string::npos ? "" : part.substr(equals + 1);
+  const struct {
+    const char* key;
+    int least, most;
+    std::size_t offset;
+  } options[] = {{"rotation", -360, 360, offsetof(GradientSpec, Rotation)},
+                 {"pad", 0, 45, offsetof(GradientSpec, EdgePad)},
+                 {"mid", 1, 99, offsetof(GradientSpec, Midpoint)},
+                 {"cx", -50, 50, offsetof(GradientSpec, CenterX)},
+                 {"cy", -50, 50, offsetof(GradientSpec, CenterY)}};
+  for (const auto& option : options) {
+    if (key != option.key) continue;
+    double value = 0;
+    if (!NumberWithin(key, text, option.least, option.most, true, value, error)) return false;
+    const auto number = static_cast<std::int32_t>(value);
+    std::memcpy(reinterpret_cast<char*>(&gradient) + option.offset, &number, sizeof(number));
+    return true;
+  }
+  return Fail(error,
+              Quote(part) +
+                  " is no part of a gradient: write a shape (linear, conical, elliptical, rectangular), colours, "
+                  "rotation=, pad=, mid=, cx= or cy=");
+}
+
+bool ParseGradient(const std::string& text, Material& material, std::string& error) {
+  GradientSpec gradient = material.Gradient;
+  for (const std::string& part : Split(text, ",;")) {
+    if (TakeShape(part, gradient)) continue;
+    if (part.starts_with('#')) {
+      const std::size_t dash = part.find('-');
+      Colour first = 0, last = 0;
+      if (dash == std::string::npos) return Fail(error, Quote(part) + " is no pair of colours: write #RRGGBB-#RRGGBB");
+      if (!ColourPart(part.substr(0, dash), first, error) || !ColourPart(part.substr(dash + 1), last, error))
+        return false;
+      gradient.StartColour = first;
+      gradient.EndColour = last;
+    } else if (!TakeOption(part, gradient, error)) {
+      return false;
+    }
+  }
+  gradient.TwoColor = 1;
+  material.Gradient = gradient;
+  material.Kind = kGradient;
+  return true;
+}
+
+struct Stop {
+  Colour colour;
+  int position;  // -1: none given
+};
+
+bool ParseStop(const std::string& part, Stop& stop, std::string& error) {
+  const std::size_t at = part.find('@');
+  stop.position = -1;
+  double value = 0;
+  if (at != std::string::npos) {
+    if (!NumberWithin("a position", part.substr(at + 1), 0, 255, true, value, error)) return false;
+    stop.position = static_cast<int>(value);
+  }
+  return ColourPart(part.substr(0, at), stop.colour, error);
+}
+
+// The first and the last colour are the ends; with a position they also stand there.
+bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& error) {
+  if (stops.size() < 2)
+    return Fail(error, "a fountain needs two colours or more: write #first,#colour@position,...,#last");
+  const std::uint32_t flags = fountain.Flags;
+  DefaultFountain(fountain, 0);
+  fountain.Flags = flags;
+  fountain.StartColour = stops.front().colour;
+  fountain.EndColour = stops.back().colour;
+  const auto steps = static_cast<int>(stops.size()) - 1;
+  for (int i = 0; i <= steps; ++i) {
+    Stop& stop = stops[static_cast<std::size_t>(i)];
+    if ((i == 0 || i == steps) && stop.position < 0) continue;
+    if (stop.position < 0) stop.position = 255 * i / steps;
+    if (fountain.MarkerCount == kMaxMarkers) return Fail(error, "a fountain has at most 64 colours between its ends");
+    fountain.Markers[fountain.MarkerCount++] = MakeMarker(stop.position, stop.colour);
+  }
+  SortMarkers(fountain);
+  return true;
+}
+
+bool TakeNamedFountain(const std::string& name, FountainSpec& fountain, std::string& error) {
+  for (const ShippedFountain& row : ShippedFountains()) {
+    if (Plain(row.name) != Plain(name)) continue;
+    std::vector<Stop> stops;
+    for (const std::string& part : Split(row.colours, ",")) {
+      if (!ParseStop(part, stops.emplace_back(), error)) return false;
+    }
+    return TakeStops(std::move(stops), fountain, error);
+  }
+  std::string names;
+  for (const std::string& known : FountainNames()) names += (names.empty() ? "" : ", ") + known;
+  return Fail(error, "there is no fountain " + Quote(name) + ": write colours, or one of " + names);
+}
+
+bool ParseFountain(const std::string& text, Material& material, std::string& error) {
+  GradientSpec gradient = material.Gradient;
+  FountainSpec fountain = material.Fountain;
+  fountain.Preview = 0;
+  fountain.Flags &= ~kFountainLooped;
+  std::vector<Stop> stops;
+  bool named = false;
+  for (const std::string& part : Split(text, ",;")) {
+    if (part.starts_with('#')) {
+      if (!ParseStop(part, stops.emplace_back(), error)) return false;
+    } else if (part.starts_with("loop=")) {
+      double loop = 0;
+      if (!NumberWithin("loop", part.substr(5), 0, 1, true, loop, error)) return false;
+      if (loop != 0) fountain.Flags |= kFountainLooped;
+    } else if (TakeShape(part, gradient)) {
+    } else if (!named && stops.empty() && part.find('=') == std::string::npos) {
+      if (!TakeNamedFountain(part, fountain, error)) return false;
+      named = true;
+    } else if (!TakeOption(part, gradient, error)) {
+      return false;
+    }
+  }
+  if (named && !stops.empty()) return Fail(error, "a fountain is given by its name or by its colours, not by both");
+  if (!named && !TakeStops(std::move(stops), fountain, error)) return false;
+  gradient.TwoColor = 0;
+  material.Gradient = gradient;
+  material.Fountain = fountain;
+  material.Kind = kGradient;
+  return true;
+}
+
+// Textures ------------------------------------------------------------------------------------------------------------
+
+// A texture's fields as people name them; `count` of them may be meant at once, or one by its number from 1.
+struct FieldName {
+  const char* name;
+  std::size_t offset;
+  int count;
+  enum { Whole, Float, Colours, Curve, Shape, Seeds } kind;
+  double least, most;
+};
+constexpr FieldName kFields[] = {
+    {"seed", offsetof(TextureSpec, SeedValue), 5, FieldName::Seeds, 0, 4294967295.0},
+    {"size", offsetof(TextureSpec, MatrixSize), 1, FieldName::Whole, 1, 1024},
+    {"back", offsetof(TextureSpec, BackColour), 1, FieldName::Colours, 0, 0},
+    {"fore", offsetof(TextureSpec, ForeColour), 5, FieldName::Colours, 0, 0},
+    {"power", offsetof(TextureSpec, Power), 5, FieldName::Float, 0, 100},
+    {"density", offsetof(TextureSpec, Dimension), 5, FieldName::Float, 0, 10},
+    {"craters", offsetof(TextureSpec, CreaterCount), 1, FieldName::Whole, 0, 100000},
+    {"depth", offsetof(TextureSpec, CreaterDepth), 1, FieldName::Float, 0, 10},
+    {"red", offsetof(TextureSpec, ColorRed), 4, FieldName::Curve, 0, 1},
+    {"green", offsetof(TextureSpec, ColorGreen), 4, FieldName::Curve, 0, 1},
+    {"blue", offsetof(TextureSpec, ColorBlue), 4, FieldName::Curve, 0, 1},
+    {"bubbles", offsetof(TextureSpec, BubbleCount), 1, FieldName::Whole, 0, 1024},
+    {"bubblesize", offsetof(TextureSpec, BubbleSize), 1, FieldName::Whole, 1, 1000},
+    {"bubblepower", offsetof(TextureSpec, BubblePower), 1, FieldName::Float, -100, 100},
+    {"shape", offsetof(TextureSpec, BubbleShape), 1, FieldName::Shape, 0, 3},
+    {"noise", offsetof(TextureSpec, PerturbationPower), 1, FieldName::Float, 0, 100},
+};
+
+template <typename T>
+void Put(TextureSpec& spec, std::size_t offset, int i, T value) {
+  static_assert(sizeof(T) == 4);
+  std::memcpy(reinterpret_cast<char*>(&spec) + offset + 4 * static_cast<std::size_t>(i), &value, sizeof(value));
+}
+
+bool TakeValue(const FieldName& field, int first, int end, const std::string& key, const std::string& text,
+               TextureSpec& spec, std::string& error) {
+  double value = 0;
+  Colour colour = 0;
+  switch (field.kind) {
+    case FieldName::Colours:
+      if (!ColourPart(text, colour, error)) return false;
+      for (int i = first; i < end; ++i) Put(spec, field.offset, i, colour);
+      return true;
+    case FieldName::Curve: {
+      const auto parts = Split(text, "/");
+      if (parts.size() != 4)
+        return Fail(error, Quote(text) + " is no value for " + key + ": write four numbers, 0/0.3/0.7/1");
+      for (int i = 0; i < 4; ++i) {
+        if (!NumberWithin(key, parts[static_cast<std::size_t>(i)], field.least, field.most, false, value, error))
+          return false;
+        Put(spec, field.offset, i, static_cast<float>(value));
+      }
+      return true;
+    }
+    case FieldName::Shape: {
+      static constexpr const char* shapes[] = {"ellipse", "fuzzy", "luminous", "sphere"};
+      const auto found = std::find(std::begin(shapes), std::end(shapes), Plain(text));
+      if (found == std::end(shapes))
+        return Fail(error, Quote(text) + " is no shape: write ellipse, fuzzy, luminous or sphere");
+      Put(spec, field.offset, 0, static_cast<std::uint32_t>(found - shapes));
+      return true;
+    }
+    default:
+      if (!NumberWithin(key, text, field.least, field.most, field.kind != FieldName::Float, value, error)) return false;
+      for (int i = first; i < end; ++i) {
+        if (field.kind == FieldName::Float) {
+          Put(spec, field.offset, i, static_cast<float>(value));
+        } else {
+          Put(spec, field.offset, i, static_cast<std::uint32_t>(static_cast<std::int64_t>(value) + (i - first)));
+        }
+      }
+      return true;
+  }
+}
+
+// "fore2=#fff", "seed=7"
+bool TakeField(const std::string& part, TextureSpec& spec, std::string& error) {
+  const std::size_t equals = part.find('=');
+  const std::string key = part.substr(0, equals), text = equals == std::string::npos ? "" : part.substr(equals + 1);
+  for (const FieldName& field : kFields) {
+    if (key == field.name) return TakeValue(field, 0, field.count, key, text, spec, error);
+    const std::string_view name = field.name;
+    if (field.count != 5 || key.size() != name.size() + 1 || !key.starts_with(name)) continue;
+    const int i = key.back() - '1';
+    if (i >= 0 && i < 5) return TakeValue(field, i, i + 1, key, text, spec, error);
+  }
+  std::string names;
+  for (const FieldName& field : kFields) names += std::string(names.empty() ? "" : ", ") + field.name;
+  return Fail(error, Quote(part) + " is no field of a texture: write one of " + names + ", with = and its value");
+}
+
+bool TakeTexture(const std::string& name, TextureSpec& spec, std::string& error) {
+  static constexpr const char* types[kTextureTypes] = {"fractal2", "fractal3", "fractal4",
+                                                       "fractal5", "craters",  "perturbation"};
+  const auto found = std::find(std::begin(types), std::end(types), Plain(name));
+  if (found != std::end(types)) {
+    spec.TextureType = static_cast<std::uint32_t>(found - types);
+    return true;
+  }
+  const std::string path = LibraryPath(kTextureLibraryName);
+  TextureLibrary library;
+  if (!ReadTextureLibrary(path, library)) {
+    return Fail(error,
+                "cannot read the texture library " + Quote(path) + ": install it, or write texture:fractal2,...");
+  }
+  for (const NamedTexture& texture : library.textures) {
+    if (Plain(texture.name) != Plain(name)) continue;
+    spec = texture.spec;
+    return true;
+  }
+  return Fail(error, "there is no texture " + Quote(name) +
+                         ": see --list textures, or write fractal2 to fractal5, craters or perturbation");
+}
+
+bool ParseTexture(const std::string& text, Material& material, std::string& error) {
+  TextureSpec spec = material.Texture;
+  const auto parts = Split(text, ",;");
+  if (!TakeTexture(parts[0], spec, error)) return false;
+  for (std::size_t i = 1; i < parts.size(); ++i) {
+    if (!TakeField(parts[i], spec, error)) return false;
+  }
+  material.Texture = spec;
+  material.Kind = kTexture;
+  return true;
+}
+
+// Tiles and files -----------------------------------------------------------------------------------------------------
+
+bool ParseTile(const std::string& text, Material& material, std::string& error) {
+  const std::size_t hash = text.rfind('#');
+  std::string path = text.substr(0, hash);
+  double number = 1;
+  if (hash != std::string::npos && !NumberWithin("a tile's number", text.substr(hash + 1), 1, 1e6, true, number, error))
+    return false;
+  if (path.empty() || path == kTileLibraryName) path = LibraryPath(kTileLibraryName);
+  const auto index = static_cast<std::uint32_t>(number) - 1;
+  if (!LoadMatrixTile(path, index)) {
+    return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
+                           ": an .mtx library that holds that many tiles is wanted");
+  }
+  if (path.size() >= sizeof(material.Tile.TilePath))
+    return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes");
+  SetTilePath(material.Tile, path);
+  material.Tile.TileIndex = index;
+  material.Tile.TileBitmap = 0;
+  material.Kind = kTile;
+  return true;
+}
+
 bool ParseMaterialFile(const std::string& path, Material& material, std::string& error) {
   MovableBlock block = LoadMaterial(path, kNoColour, true);
-  const LockedBlock<Material> loaded(block.Handle());
   // The defaults carry the colour that was handed in, which no file of ours holds in its top byte.
-  if (!loaded || loaded->Colour == kNoColour) {
-    error = "cannot read the material file '" + path + "': a .mtrl file of 1270 bytes is wanted";
+  {
+    const LockedBlock<Material> loaded(block.Handle());
+    if (!loaded || loaded->Colour == kNoColour) {
+      if (loaded) FreeBlock(HandleOf(loaded->Tile.TileBitmap));
+      return Fail(error, "cannot read the material file " + Quote(path) + ": a .mtrl file of 1270 bytes is wanted");
+    }
+    FreeBlock(HandleOf(loaded->Tile.TileBitmap));
+    loaded->Tile.TileBitmap = 0;
+    material = *loaded;
+  }
+  return true;
+}
+
+bool ParseImage(const std::string& path, Material& material, std::string& error) {
+  if (!imageLoader)
+    return Fail(error, "pictures cannot be read here: write tile:FILE#N instead of " + Quote("image:" + path));
+  PackedDib picture = imageLoader(path, error);
+  if (!picture) {
+    if (error.empty()) error = "cannot read the picture " + Quote(path);
     return false;
   }
-  FreeBlock(HandleOf(material.Tile.TileBitmap));
-  FreeBlock(HandleOf(material.Preview));
-  material = *loaded;
-  loaded->Tile.TileBitmap = 0;
+  PackedDib tile = TileTo24Bit(picture);
+  if (!tile) return Fail(error, "the picture " + Quote(path) + " is too large for a tile");
+  material.Tile.TileBitmap = WordOf(tile.Release());
+  SetTilePath(material.Tile, "");
+  material.Tile.TileIndex = 0;
+  material.Kind = kTile;
   return true;
 }
 
@@ -46,15 +432,50 @@ bool ParseColour(const std::string& text, Colour& colour) noexcept {
 }
 
 bool ParseMaterial(const std::string& text, Material& material, std::string& error) {
+  static constexpr struct {
+    std::string_view prefix;
+    bool (*parse)(const std::string&, Material&, std::string&);
+  } forms[] = {{"gradient:", ParseGradient}, {"fountain:", ParseFountain}, {"texture:", ParseTexture},
+               {"tile:", ParseTile},         {"mtrl:", ParseMaterialFile}, {"image:", ParseImage}};
+  error.clear();
   Colour colour = 0;
   if (ParseColour(text, colour)) {
     material.Kind = kSolid;
     material.Colour = colour;
     return true;
   }
-  if (text.starts_with("mtrl:")) return ParseMaterialFile(text.substr(5), material, error);
-  error = "'" + text + "' is no material: " + kForms + " is wanted";
-  return false;
+  for (const auto& form : forms) {
+    if (text.starts_with(form.prefix)) return form.parse(text.substr(form.prefix.size()), material, error);
+  }
+  return Fail(error, Quote(text) + " is no fill: " + kForms);
+}
+
+void SetImageLoader(ImageLoader loader) { imageLoader = std::move(loader); }
+
+std::vector<std::string> TextureNames() {
+  TextureLibrary library;
+  ReadTextureLibrary(LibraryPath(kTextureLibraryName), library);
+  std::vector<std::string> names;
+  for (const NamedTexture& texture : library.textures) names.push_back(texture.name);
+  return names;
+}
+
+std::vector<std::string> FountainNames() {
+  std::vector<std::string> names;
+  for (const ShippedFountain& row : ShippedFountains()) names.emplace_back(row.name);
+  return names;
+}
+
+std::vector<std::string> TileNames() {
+  TileLibrary library;
+  ReadTileLibrary(LibraryPath(kTileLibraryName), library);
+  std::vector<std::string> names;
+  for (const PackedDib& tile : library.tiles) {
+    const DibView view(tile);
+    names.push_back("#" + std::to_string(names.size() + 1) + " " + std::to_string(view.Width()) + " x " +
+                    std::to_string(view.Height()));
+  }
+  return names;
 }
 
 }  // namespace glyphmotion

@@ -1,21 +1,50 @@
 // SPDX-License-Identifier: MIT
 // Materials as people write them on a command line.
+//
+//   #RRGGBB, #RGB
+//   gradient:[linear|conical|elliptical|rectangular,]#first-#last[,rotation=-360..360][,pad=0..45][,mid=1..99]
+//            [,cx=-50..50][,cy=-50..50]
+//   fountain:NAME                        a shipped fountain: fountain:Sunrise
+//   fountain:#first,#c@position,...,#last   positions 0 to 255; colours between that name none are spread evenly
+//            both forms take the shape, the options of gradients and loop=1 as further parts
+//   texture:NAME                         an entry of the texture library, in any case, "-" for blanks
+//   texture:fractal2|fractal3|fractal4|fractal5|craters|perturbation
+//            both forms take fields as further parts: seed (of all layers, each one higher) and seed1 to seed5,
+//            size (of the matrix), back, fore1 to fore5 (colours), power and power1 to power5, density and density1 to
+//            density5, craters, depth, red, green and blue (four numbers 0 to 1 by slashes), bubbles, bubblesize,
+//            bubblepower, shape (ellipse, fuzzy, luminous, sphere), noise
+//   tile:FILE#N                          tile N, from 1, of a .mtx file; "tile:#N" of the shipped library
+//   mtrl:FILE                            a material file
+//   image:FILE                           a picture as a one-off tile
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "materials/material.h"
 
 namespace glyphmotion {
 
-/// Reads one of
-///   #RRGGBB | gradient:... | fountain:... | texture:NAME | tile:FILE#N | mtrl:FILE
-/// into `material`, which holds a valid record (defaults); what the text does not say stays as it is. False, with one
-/// sentence in `error` that names the value and what is allowed, when the text is none of these or a file cannot be
-/// read.
+/// Reads a text of one of the forms above into `material`, which holds a valid record (defaults); what the text does
+/// not say stays as it is. False, with one sentence in `error` that names the value and what is allowed, when the text
+/// is none of these or a file cannot be read.
+///
+/// Only image:... leaves a bitmap in the record (Tile.TileBitmap), which the caller then owns; a tile of a library is
+/// named by path and index, and is loaded by who takes the record over.
 bool ParseMaterial(const std::string& text, Material& material, std::string& error);
 
 /// "#RRGGBB" or "#RGB" to 0x00BBGGRR.
 bool ParseColour(const std::string& text, Colour& colour) noexcept;
+
+/// Reads a picture file for image:..., or gives nothing and a sentence. Who links a decoder sets it; until then
+/// image:... is refused.
+using ImageLoader = std::function<PackedDib(const std::string& path, std::string& error)>;
+void SetImageLoader(ImageLoader loader);
+
+/// What the names in texture:NAME, fountain:NAME and tile:#N can be. A tile's line is its number and size.
+std::vector<std::string> TextureNames();
+std::vector<std::string> FountainNames();
+std::vector<std::string> TileNames();
 
 }  // namespace glyphmotion

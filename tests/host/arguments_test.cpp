@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+#include "host/arguments.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace glyphmotion {
+namespace {
+
+using Words = std::vector<std::string>;
+
+Catalogue SmallCatalogue() {
+  Catalogue catalogue;
+  catalogue.effects = {"Background Hyperspace", "Simple", "Vortex"};
+  catalogue.palettes = Words(9, "palette");
+  catalogue.keys = {{"MainFontSize", "number", "56", 57}, {"FastRemap", "switch", "0", 0}};
+  catalogue.controls = {{440, "number", "Rotate", "0..720", "Style008Rotate", "Vortex"}};
+  catalogue.fonts = [] { return Words{"Liberation Sans", "Liberation Serif"}; };
+  catalogue.hasFont = [](const std::string& name) { return name == "Liberation Sans"; };
+  return catalogue;
+}
+
+ParsedArguments Parse(const Words& words) { return ParseArguments(words, SmallCatalogue()); }
+
+// The value that stands at the end, by the order of force.
+std::string Final(const Job& job, const std::string& key) {
+  std::string value = "unset";
+  for (const auto* list : {&job.defaults, &job.settings})
+    for (const auto& [name, text] : *list)
+      if (name == key) value = text;
+  return value;
+}
+
+TEST(Arguments, FormatsDecideWhatTheHostClaimsAndTheDefaults) {
+  const struct {
+    Words words;
+    bool palette, trueColour;
+    const char *delay, *pause, *custom, *trueColourCheck;
+  } cases[] = {
+      {{"Hi", "-o", "a.gif"}, true, false, "4", "100", "1", "unset"},
+      {{"Hi", "-o", "a.PNG"}, false, true, "40", "1000", "1", "1"},
+      {{"Hi", "-o", "a.webp"}, false, true, "40", "1000", "1", "1"},
+      {{"Hi", "-o", "frames", "--frames-as", "png"}, false, true, "40", "1000", "1", "1"},
+      {{"Hi", "--record", "calls"}, true, false, "4", "100", "1", "unset"},
+      {{"Hi", "-o", "a.gif", "--host", "both"}, true, true, "4", "100", "1", "0"},
+      {{"Hi", "--record", "r", "--host", "truecolor"}, false, true, "40", "1000", "1", "1"},
+      {{"Hi", "-o", "a.png", "--palette", "safe216"}, false, true, "40", "1000", "0", "0"},
+      {{"Hi", "-o", "a.gif", "--delay", "7", "--set", "MainFontSize=9"}, true, false, "7", "100", "1", "unset"},
+  };
+  for (const auto& c : cases) {
+    const ParsedArguments parsed = Parse(c.words);
+    ASSERT_TRUE(parsed.arguments) << parsed.error;
+    const Job& job = parsed.arguments->job;
+    SCOPED_TRACE(::testing::PrintToString(c.words));
+    EXPECT_EQ(job.paletteFormat, c.palette);
+    EXPECT_EQ(job.trueColourFormat, c.trueColour);
+    EXPECT_EQ(Final(job, "MainDelay"), c.delay);
+    EXPECT_EQ(Final(job, "MainPause"), c.pause);
+    EXPECT_EQ(Final(job, "14"), c.custom);
+    EXPECT_EQ(Final(job, "Truecolour"), c.trueColourCheck);
+    EXPECT_EQ(Final(job, "AddDescriptiveCommentBlock"), "0");
+  }
+}
+
+TEST(Arguments, EachOptionReachesItsControl) {
+  const struct {
+    Words words;
+    const char *key, *value;
+  } cases[] = {
+      {{"-s", "72"}, "MainFontSize", "72"},
+      {{"--pad", "0"}, "MainPadding", "0"},
+      {{"--space=150"}, "MainFontSpace", "150"},
+      {{"--pause", "10000"}, "MainPause", "10000"},
+      {{"--frames", "8"}, "@frames", "8"},
+      {{"--bold"}, "MainFontBold", "1"},
+      {{"--no-bold"}, "MainFontBold", "0"},
+      {{"--italic"}, "MainFontItalic", "1"},
+      {{"--no-antialias"}, "MainAntialias", "0"},
+      {{"--still-text"}, "MainRolling", "0"},
+      {{"--dither"}, "MainDither", "1"},
+      {{"--supercompress"}, "MainSupercompress", "1"},
+      {{"--transparent"}, "MainTransparent", "1"},
+      {{"--mask-background"}, "MainMaskBackground", "1"},
+      {{"--add-comment"}, "AddDescriptiveCommentBlock", "1"},
+      {{"--font", "Liberation Sans"}, "MainFontName", "Liberation Sans"},
+      {{"--palette", "gray256"}, "MainPalette", "8"},
+      {{"--palette", "3"}, "MainPalette", "3"},
+      {{"--set", "440=12", "--set", "440=13"}, "440", "13"},
+      {{"--size", "20", "--set", "MainFontSize=30"}, "MainFontSize", "30"},
+      {{"--set", "MainFontSize=30", "--size", "20"}, "MainFontSize", "30"},
+      {{"--set", "FastRemap="}, "FastRemap", ""},
+  };
+  for (const auto& c : cases) {
+    Words words = {"Hi", "-o", "a.gif"};
+    words.insert(words.end(), c.words.begin(), c.words.end());
+    const ParsedArguments parsed = Parse(words);
+    ASSERT_TRUE(parsed.arguments) << parsed.error;
+    EXPECT_EQ(Final(parsed.arguments->job, c.key), c.value) << ::testing::PrintToString(c.words);
+  }
+  const auto alpha = Parse({"Hi", "-o", "a.png", "--alpha", "--alpha-background", "--true-color"}).arguments;
+  ASSERT_TRUE(alpha);
+  EXPECT_EQ(Final(alpha->job, "MainAlphaTrans") + Final(alpha->job, "UseAlphaGreyBack"), "11");
+}
+
+TEST(Arguments, TheRestOfTheJob) {
+  const auto a = Parse({"-e", "Background Hyperspace", "--fill", "#102030", "--outline", "#ffffff", "--shadow",
+                        "mtrl:x.mtrl", "--refuse", "task", "--refuse", "image:3", "--fail-allocation", "12",
+                        "--test-run", "-q", "--no-progress", "--", "--text that begins with dashes"})
+                     .arguments;
+  ASSERT_TRUE(a);
+  EXPECT_EQ(a->job.text, "--text that begins with dashes");
+  EXPECT_EQ(a->job.effect, "background-hyperspace");
+  EXPECT_EQ(a->job.fill + a->job.outline + a->job.shadow, "#102030#ffffffmtrl:x.mtrl");
+  EXPECT_TRUE(a->job.refuseTask);
+  EXPECT_EQ(a->job.refuseImage, 3);
+  EXPECT_EQ(a->job.failAllocation, 12u);
+  EXPECT_EQ(a->job.action, Job::Action::Test);
+  EXPECT_TRUE(a->quiet);
+  EXPECT_EQ(a->progress, false);
+  EXPECT_EQ(Parse({"-", "-o", "a.gif"}).arguments->job.text, "-");
+  EXPECT_EQ(Parse({"-o", "a.gif"}).arguments->job.text, std::nullopt);
+  EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
+  EXPECT_EQ(Parse({"--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
+  EXPECT_EQ(Parse({"-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
+  EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);
+}
+
+TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
+  const struct {
+    Words words;
+    Words says;
+  } cases[] = {
+      {{"Hi"}, {"-o"}},
+      {{"Hi", "-o", "a.bmp"}, {"a.bmp", ".gif", ".webp"}},
+      {{"Hi", "-o", "noextension"}, {"noextension"}},
+      {{"", "-o", "a.gif"}, {"empty"}},
+      {{std::string(261, 'x'), "-o", "a.gif"}, {"261", "260"}},
+      {{"Hi", "-o", "a.gif", "-e", "vortx"}, {"vortx", "'vortex'", "--list effects"}},
+      {{"Hi", "-o", "a.gif", "-f", "Liberation Sanz"}, {"Liberation Sanz", "'Liberation Sans'", "--list fonts"}},
+      {{"Hi", "-o", "a.gif", "--palette", "9"}, {"9", "custom", "gray256"}},
+      {{"Hi", "-o", "a.gif", "--palette", "red"}, {"red", "windows16"}},
+      {{"Hi", "-o", "a.gif", "-s", "3"}, {"--size", "3", "4 to 144"}},
+      {{"Hi", "-o", "a.gif", "-s", "12px"}, {"12px", "4 to 144"}},
+      {{"Hi", "-o", "a.gif", "--delay", "0"}, {"--delay", "1 to 1000"}},
+      {{"Hi", "-o", "a.gif", "--pause", "10001"}, {"--pause", "10000"}},
+      {{"Hi", "-o", "a.gif", "--pad", "513"}, {"512"}},
+      {{"Hi", "-o", "a.gif", "--pad", "-3"}, {"--pad", "-3", "0 to 512"}},
+      {{"Hi", "-o", "a.gif", "--", "there"}, {"there", "quotation"}},
+      {{"Hi", "-o", "a.gif", "--space", "49"}, {"50 to 150"}},
+      {{"Hi", "-o", "a.gif", "--fill", "#12345"}, {"--fill", "#12345", "#RRGGBB"}},
+      {{"Hi", "-o", "a.gif", "--outline", "red"}, {"red", "#RRGGBB"}},
+      {{"Hi", "-o", "a.gif", "--set", "MainFontSiz=3"}, {"MainFontSiz", "'MainFontSize'"}},
+      {{"Hi", "-o", "a.gif", "--set", "441=3"}, {"441", "--list controls"}},
+      {{"Hi", "-o", "a.gif", "--set", "MainFontSize"}, {"KEY=VALUE"}},
+      {{"Hi", "-o", "a.gif", "--true-color"}, {"--true-color", ".png"}},
+      {{"Hi", "-o", "a.gif", "--alpha"}, {"--alpha", "--transparent"}},
+      {{"Hi", "-o", "a.png", "--transparent"}, {"--transparent", "--alpha"}},
+      {{"Hi", "-o", "a.png", "--lossy", "5"}, {".webp"}},
+      {{"Hi", "-o", "a.gif", "--document", "/no/such.GM4"}, {"/no/such.GM4"}},
+      {{"Hi", "-o", "a.gif", "--refuse", "image:0"}, {"1 to"}},
+      {{"Hi", "-o", "a.gif", "--host", "gif"}, {"palette, truecolor or both"}},
+      {{"Hi", "-o", "a.gif", "--frames-as", "gif"}, {"png"}},
+      {{"Hi", "-o", "a.gif", "--sizes", "9"}, {"--sizes", "'--size'"}},
+      {{"Hi", "there", "-o", "a.gif"}, {"there", "quotation"}},
+      {{"--list", "effect"}, {"effect", "fonts"}},
+      {{"Hi", "-o"}, {"--output", "--help"}},
+  };
+  for (const auto& c : cases) {
+    const ParsedArguments parsed = Parse(c.words);
+    SCOPED_TRACE(::testing::PrintToString(c.words) + " -> " + parsed.error);
+    EXPECT_FALSE(parsed.arguments);
+    EXPECT_EQ(parsed.exitCode, 2);
+    EXPECT_EQ(parsed.error.find('\n'), std::string::npos);
+    for (const std::string& part : c.says) EXPECT_NE(parsed.error.find(part), std::string::npos) << part;
+  }
+}
+
+TEST(Arguments, HelpNamesEveryOption) {
+  const ParsedArguments parsed = Parse({"--help"});
+  EXPECT_EQ(parsed.exitCode, 0);
+  for (const char* option :
+       {"--output",     "--effect",           "--font",        "--size",          "--bold",        "--no-bold",
+        "--italic",     "--antialias",        "--pad",         "--space",         "--fill",        "--shadow",
+        "--background", "--outline",          "--delay",       "--pause",         "--frames",      "--still-text",
+        "--palette",    "--dither",           "--true-color",  "--supercompress", "--transparent", "--mask-background",
+        "--alpha",      "--alpha-background", "--add-comment", "--set",           "--document",    "--save-document",
+        "--settings",   "--sample",           "--test-run",    "--record",        "--host",        "--list",
+        "--refuse",     "--fail-allocation",  "--quiet",       "--progress",      "--no-progress", "--version",
+        "--frames-as"})
+    EXPECT_NE(parsed.text.find(option), std::string::npos) << option;
+  EXPECT_EQ(Parse({"--version"}).text.rfind("glyphmotion ", 0), 0u);
+}
+
+}  // namespace
+}  // namespace glyphmotion

@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: MIT
+// The GIF writer against an independent decoder (giflib), and its sizes against gifsicle -O3.
+#include "host/gif_writer.h"
+
+#include <gif_lib.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "host/host_helpers.h"
+#include "host/lzw.h"
+
+namespace glyphmotion {
+namespace {
+
+using testing::Bytes;
+using Screen = std::vector<std::uint32_t>;  // 0xFFBBGGRR, 0: nothing there
+
+struct Picture {
+  int width, height;
+  Bytes indices;
+  std::array<std::uint8_t, 768> palette;
+  int delay = 4, transparentIndex = -1;
+  bool standAlone = false;
+};
+using Animation = std::vector<Picture>;
+
+std::array<std::uint8_t, 768> RandomPalette(unsigned seed) {
+  std::mt19937 random(seed);
+  std::array<std::uint8_t, 768> palette;
+  for (std::uint8_t& byte : palette) byte = static_cast<std::uint8_t>(random());
+  return palette;
+}
+
+Bytes WriteGif(const Animation& animation, int width, int height, const std::string& comment = "") {
+  GifWriter writer(width, height);
+  for (const Picture& p : animation)
+    EXPECT_TRUE(writer.Add({p.width, p.height, p.indices, p.palette, p.delay, p.transparentIndex, p.standAlone}));
+  writer.SetComment(comment);
+  return writer.Finish();
+}
+
+// What a viewer is meant to see, by the meaning of the frames.
+std::vector<Screen> Meant(const Animation& animation, int width, int height) {
+  std::vector<Screen> screens;
+  Screen screen(static_cast<std::size_t>(width * height), 0);
+  for (const Picture& p : animation) {
+    if (p.standAlone) std::fill(screen.begin(), screen.end(), 0u);
+    for (int y = 0; y < std::min(height, p.height); ++y)
+      for (int x = 0; x < std::min(width, p.width); ++x) {
+        const std::size_t i = p.indices[static_cast<std::size_t>(y * p.width + x)];
+        if (static_cast<int>(i) == p.transparentIndex) continue;
+        screen[static_cast<std::size_t>(y * width + x)] = 0xFF000000u | p.palette[i * 3] |
+                                                          std::uint32_t{p.palette[i * 3 + 1]} << 8 |
+                                                          std::uint32_t{p.palette[i * 3 + 2]} << 16;
+      }
+    screens.push_back(screen);
+  }
+  return screens;
+}
+
+struct Decoded {
+  int width = 0, height = 0, paletteEntries = 0;
+  std::vector<Screen> screens;
+  std::vector<int> delays;
+  std::string comment;
+  bool loops = false;
+  std::size_t coded = 0;  // pixels in all images
+};
+
+struct Source {
+  const Bytes& bytes;
+  std::size_t at = 0;
+};
+
+void Lay(const SavedImage& image, const ColorMapObject& map, int transparent, Decoded& gif, Screen& screen) {
+  const GifImageDesc& place = image.ImageDesc;
+  gif.coded += static_cast<std::size_t>(place.Width) * static_cast<std::size_t>(place.Height);
+  for (int y = 0; y < place.Height; ++y)
+    for (int x = 0; x < place.Width; ++x) {
+      const int index = image.RasterBits[y * place.Width + x];
+      if (index == transparent) continue;
+      ASSERT_LT(index, map.ColorCount);
+      const GifColorType& c = map.Colors[index];
+      screen.at(static_cast<std::size_t>((place.Top + y) * gif.width + place.Left + x)) =
+          0xFF000000u | c.Red | std::uint32_t{c.Green} << 8 | std::uint32_t{c.Blue} << 16;
+    }
+}
+
+Decoded Decode(const Bytes& bytes) {
+  Decoded gif;
+  Source source{bytes};
+  int error = 0;
+  GifFileType* file = DGifOpen(
+      &source,
+      [](GifFileType* f, GifByteType* out, int count) {
+        auto* from = static_cast<Source*>(f->UserData);
+        const std::size_t n = std::min(static_cast<std::size_t>(count), from->bytes.size() - from->at);
+        std::memcpy(out, from->bytes.data() + from->at, n);
+        from->at += n;
+        return static_cast<int>(n);
+      },
+      &error);
+  if (!file) return gif;
+  EXPECT_EQ(DGifSlurp(file), GIF_OK) << GifErrorString(file->Error);
+  gif.width = file->SWidth;
+  gif.height = file->SHeight;
+  gif.paletteEntries = file->SColorMap ? file->SColorMap->ColorCount : 0;
+  Screen screen(static_cast<std::size_t>(gif.width * gif.height), 0);
+  for (int i = 0; i < file->ImageCount; ++i) {
+    const SavedImage& image = file->SavedImages[i];
+    GraphicsControlBlock control{0, false, 0, NO_TRANSPARENT_COLOR};
+    DGifSavedExtensionToGCB(file, i, &control);
+    for (int e = 0; e < image.ExtensionBlockCount; ++e)
+      gif.loops |= image.ExtensionBlocks[e].Function == APPLICATION_EXT_FUNC_CODE;
+    Lay(image, image.ImageDesc.ColorMap ? *image.ImageDesc.ColorMap : *file->SColorMap, control.TransparentColor, gif,
+        screen);
+    gif.screens.push_back(screen);
+    gif.delays.push_back(control.DelayTime);
+    if (control.DisposalMode != DISPOSE_BACKGROUND) continue;
+    for (int y = 0; y < image.ImageDesc.Height; ++y)
+      for (int x = 0; x < image.ImageDesc.Width; ++x)
+        screen[static_cast<std::size_t>((image.ImageDesc.Top + y) * gif.width + image.ImageDesc.Left + x)] = 0;
+  }
+  for (int e = 0; e < file->ExtensionBlockCount; ++e)
+    if (file->ExtensionBlocks[e].Function == COMMENT_EXT_FUNC_CODE || file->ExtensionBlocks[e].Function == 0)
+      gif.comment.append(reinterpret_cast<const char*>(file->ExtensionBlocks[e].Bytes),
+                         static_cast<std::size_t>(file->ExtensionBlocks[e].ByteCount));
+  DGifCloseFile(file, &error);
+  return gif;
+}
+
+// A disc that moves over a background, in `colours` colours; what the engine's frames are like.
+Animation Moving(int width, int height, int frames, unsigned colours, int noise) {
+  std::mt19937 random(7);
+  Animation animation;
+  const auto palette = RandomPalette(1);
+  for (int f = 0; f < frames; ++f) {
+    Picture p{width, height, Bytes(static_cast<std::size_t>(width * height)), palette};
+    for (int y = 0; y < height; ++y)
+      for (int x = 0; x < width; ++x) {
+        const int dx = x - (f * 5) % width, dy = y - height / 2, distance = dx * dx + dy * dy;
+        unsigned value = distance < height * height / 5 ? static_cast<unsigned>(distance / 7) % colours : 0;
+        if (noise > 0 && static_cast<int>(random() % 100) < noise) value = random() % colours;
+        p.indices[static_cast<std::size_t>(y * width + x)] = static_cast<std::uint8_t>(value);
+      }
+    animation.push_back(std::move(p));
+  }
+  return animation;
+}
+
+void ExpectShown(const Animation& animation, int width, int height, const char* what) {
+  SCOPED_TRACE(what);
+  const Decoded gif = Decode(WriteGif(animation, width, height));
+  EXPECT_EQ(gif.width, width);
+  EXPECT_EQ(gif.height, height);
+  const std::vector<Screen> meant = Meant(animation, width, height);
+  ASSERT_EQ(gif.screens.size(), meant.size());
+  for (std::size_t i = 0; i < meant.size(); ++i) {
+    ASSERT_TRUE(gif.screens[i] == meant[i]) << "frame " << i;
+    EXPECT_EQ(gif.delays[i], animation[i].delay);
+  }
+}
+
+TEST(GifWriter, EveryFrameIsShownAsMeant) {
+  ExpectShown(Moving(61, 40, 6, 200, 0), 61, 40, "moving");
+  ExpectShown(Moving(200, 150, 3, 256, 100), 200, 150, "noise in all colours, the dictionary overflows");
+  ExpectShown(Moving(300, 200, 2, 2, 50), 300, 200, "noise in two colours");
+  ExpectShown(Moving(1, 1, 3, 1, 0), 1, 1, "one pixel that stays");
+  ExpectShown(Moving(120, 90, 5, 256, 3), 120, 90, "all colours and a little noise: no index left for transparency");
+
+  Animation wide = Moving(40, 30, 3, 10, 5);
+  ExpectShown(wide, 64, 48, "frames smaller than the screen");
+  ExpectShown(wide, 20, 11, "frames larger than the screen are cut");
+  wide[1].indices.assign(wide[1].indices.size(), 255);
+  ExpectShown(wide, 40, 30, "an index past all that was used");
+  wide[0].delay = 0;
+  wide[1].delay = 65535;
+  ExpectShown(wide, 40, 30, "delays at both ends");
+}
+
+TEST(GifWriter, TransparencyShowsThroughOrStandsAlone) {
+  for (const bool standAlone : {false, true}) {
+    Animation animation = Moving(80, 50, 8, 60, 2);
+    for (Picture& p : animation) {
+      p.transparentIndex = 0;
+      p.standAlone = standAlone;
+    }
+    ExpectShown(animation, 80, 50, standAlone ? "stand-alone" : "see-through");
+    animation[3].indices.assign(animation[3].indices.size(), 0);
+    animation[5].transparentIndex = -1;  // a solid frame among the others
+    ExpectShown(animation, 80, 50, standAlone ? "stand-alone, an empty frame" : "see-through, an empty frame");
+  }
+  // The reserved colour is a colour in the first frame and transparent in the others, with another table entry.
+  Animation super = Moving(50, 40, 4, 30, 0);
+  for (std::size_t i = 1; i < super.size(); ++i) {
+    super[i].transparentIndex = 0;
+    super[i].palette[0] = static_cast<std::uint8_t>(i);
+  }
+  ExpectShown(super, 50, 40, "reserved colour");
+}
+
+TEST(GifWriter, PalettesMayDifferFromFrameToFrame) {
+  Animation animation = Moving(70, 50, 6, 256, 30);
+  for (std::size_t i = 0; i < animation.size(); ++i) animation[i].palette = RandomPalette(static_cast<unsigned>(i / 2));
+  animation[4].width = 35;
+  animation[4].height = 100;
+  ExpectShown(animation, 70, 50, "a palette for every two frames");
+  for (std::size_t i = 1; i < animation.size(); ++i) {
+    animation[i].transparentIndex = 9;
+    animation[i].standAlone = i % 2 == 0;
+  }
+  ExpectShown(animation, 70, 50, "and transparent pixels");
+}
+
+TEST(GifWriter, HundredsOfPalettesStartTheNumberingAfresh) {
+  Animation animation;
+  for (unsigned i = 0; i < 270; ++i) {
+    Picture p{16, 16, Bytes(256), RandomPalette(100 + i)};
+    for (std::size_t k = 0; k < 256; ++k) p.indices[k] = static_cast<std::uint8_t>(k);
+    if (i > 250) p.width = 8, p.height = 32;
+    animation.push_back(std::move(p));
+  }
+  ExpectShown(animation, 16, 16, "270 palettes");
+}
+
+TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
+  std::mt19937 random(42);
+  for (int round = 0; round < 150; ++round) {
+    SCOPED_TRACE(round);
+    const int width = 1 + static_cast<int>(random() % 40), height = 1 + static_cast<int>(random() % 30);
+    Animation animation;
+    const unsigned colours = 1 + random() % 256, palettes = 1 + random() % 2;
+    Bytes last(40 * 40);
+    for (unsigned f = 0; f < 1 + random() % 6; ++f) {
+      Picture p{1 + static_cast<int>(random() % 40),
+                1 + static_cast<int>(random() % 40),
+                {},
+                RandomPalette(random() % palettes)};
+      for (std::uint8_t& pixel : last)
+        if (random() % 4 == 0) pixel = static_cast<std::uint8_t>(random() % colours);
+      p.indices.assign(last.begin(), last.begin() + p.width * p.height);
+      p.delay = static_cast<int>(random() % 300);
+      if (random() % 2) p.transparentIndex = static_cast<int>(random() % colours);
+      p.standAlone = random() % 2;
+      animation.push_back(std::move(p));
+    }
+    ExpectShown(animation, width, height, "random");
+  }
+}
+
+TEST(GifWriter, SaysHowItPlaysAndWhatMadeIt) {
+  const Animation animation = Moving(20, 20, 2, 5, 0);
+  const std::string comment = std::string(300, 'c') + "end";
+  const Decoded gif = Decode(WriteGif(animation, 20, 20, comment));
+  EXPECT_TRUE(gif.loops);
+  EXPECT_EQ(gif.comment, comment);
+  EXPECT_LE(gif.paletteEntries, 8) << "five colours and a transparent index";
+  EXPECT_FALSE(Decode(WriteGif({animation[0]}, 20, 20)).loops) << "one picture doesn't play";
+  EXPECT_TRUE(WriteGif({}, 20, 20).empty());
+}
+
+TEST(GifWriter, OnlyWhatChangesIsCoded) {
+  Animation animation = Moving(100, 80, 1, 9, 0);
+  animation.push_back(animation[0]);
+  animation.push_back(animation[0]);
+  animation[2].indices[3 * 100 + 7] = 200;
+  animation[2].indices[5 * 100 + 9] = 201;
+  EXPECT_EQ(Decode(WriteGif(animation, 100, 80)).coded, 100u * 80 + 1 + 3 * 3);
+}
+
+// The same indices through giflib's plain encoder, and that file through gifsicle.
+Bytes Gifsicle(const Animation& animation, int width, int height) {
+  const testing::TemporaryFolder folder;
+  int error = 0;
+  GifFileType* file = EGifOpenFileName((folder / "plain.gif").c_str(), false, &error);
+  EGifSetGifVersion(file, true);
+  const Picture& first = animation[0];
+  ColorMapObject* map = GifMakeMapObject(256, nullptr);
+  for (std::size_t i = 0; i < 256; ++i)
+    map->Colors[i] = {first.palette[i * 3], first.palette[i * 3 + 1], first.palette[i * 3 + 2]};
+  EGifPutScreenDesc(file, width, height, 8, 0, map);
+  for (const Picture& p : animation) {
+    GraphicsControlBlock control{p.standAlone ? DISPOSE_BACKGROUND : DISPOSE_DO_NOT, false, p.delay,
+                                 p.transparentIndex < 0 ? NO_TRANSPARENT_COLOR : p.transparentIndex};
+    GifByteType bytes[4];
+    EGifGCBToExtension(&control, bytes);
+    EGifPutExtension(file, GRAPHICS_EXT_FUNC_CODE, 4, bytes);
+    EGifPutImageDesc(file, 0, 0, width, height, false, nullptr);
+    Bytes indices = p.indices;
+    EGifPutLine(file, indices.data(), width * height);
+  }
+  GifFreeMapObject(map);
+  EGifCloseFile(file, &error);
+  const std::string command =
+      "gifsicle --no-warnings -O3 --loopcount=0 '" + (folder / "plain.gif") + "' -o '" + (folder / "small.gif") + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0) << "gifsicle is needed (package gifsicle)";
+  return testing::ReadBytes(folder / "small.gif");
+}
+
+TEST(GifWriter, IsNeverLargerThanGifsicle) {
+  Animation alone = Moving(300, 80, 10, 100, 0);
+  for (Picture& p : alone) {
+    p.transparentIndex = 0;
+    p.standAlone = true;
+  }
+  const struct {
+    const char* what;
+    Animation animation;
+  } cases[] = {{"moving", Moving(300, 80, 12, 100, 0)},
+               {"few colours", Moving(300, 80, 12, 6, 0)},
+               {"a little noise", Moving(300, 80, 8, 100, 2)},
+               {"much noise", Moving(300, 80, 5, 16, 40)},
+               {"all colours", Moving(400, 120, 8, 256, 1)},
+               {"one picture", Moving(400, 120, 1, 250, 0)},
+               {"stand-alone", alone}};
+  for (const auto& c : cases) {
+    const int width = c.animation[0].width, height = c.animation[0].height;
+    const std::size_t ours = WriteGif(c.animation, width, height).size();
+    const std::size_t theirs = Gifsicle(c.animation, width, height).size();
+    EXPECT_LE(ours, theirs) << c.what;
+    ::testing::Test::RecordProperty(c.what, std::to_string(ours) + " / " + std::to_string(theirs));
+  }
+}
+
+}  // namespace
+}  // namespace glyphmotion

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+#include "materials/gradient.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "image/surface.h"
+#include "material_helpers.h"
+#include "materials/fountain.h"
+
+namespace glyphmotion {
+namespace {
+
+GradientSpec TwoColours(std::uint32_t type, Colour start, Colour end) {
+  Material material;
+  DefaultMaterial(material, 0);
+  GradientSpec gradient = material.Gradient;
+  gradient.GradientType = type;
+  gradient.StartColour = start;
+  gradient.EndColour = end;
+  return gradient;
+}
+
+FountainSpec Spectrum() {
+  FountainSpec fountain;
+  DefaultFountain(fountain, 2);
+  return fountain;
+}
+
+Colour EntryOf(const std::vector<Colour>& table, int i) {
+  return i >= 0 && i < static_cast<int>(table.size()) ? table[static_cast<std::size_t>(i)] : 0;
+}
+
+// The conical shape pixel by pixel, as it is defined.
+PackedDib PlainConical(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) {
+  PackedDib picture = BlankDib(width, height, nullptr, 24);
+  const DibView view(picture);
+  const std::vector<Colour> table = *GradientTable(gradient, fountain, 360);
+  int phase = 360 - gradient.Rotation;
+  if (phase < 0) phase += 360;
+  const int r = static_cast<int>((0.5 - gradient.CenterY / 100.0) * height);
+  const int q = static_cast<int>((gradient.CenterX / 100.0 + 0.5) * width);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const int d = x - q;
+      float a = y - r < 1 ? 90.0f : 270.0f;
+      if (d) {
+        const float ratio = static_cast<float>(y - r) / static_cast<float>(d);
+        a = static_cast<float>(std::atan(static_cast<double>(ratio)) * 57.29577951308232);
+        if (d > 0) a += 180.0f;
+        while (a < 0.0f) a += 360.0f;
+      }
+      a += static_cast<float>(phase);
+      while (a > 360.0f) a -= 360.0f;
+      if (a > 180.0f) a = 360.0f - a;
+      const float t = std::clamp(static_cast<float>(static_cast<int>(a / 180.0 * 256.0)) * 0.00390625f, 0.0f, 1.0f);
+      view.SetPixel(x, y, EntryOf(table, static_cast<int>(t * 359.0)));
+    }
+  }
+  return picture;
+}
+
+// Ring upon ring, each drawn whole.
+PackedDib PlainRings(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) {
+  const int halfW = width / 2, halfH = height / 2;
+  const int n = static_cast<int>(std::sqrt(static_cast<double>(halfW * halfW + halfH * halfH)) + 0.5);
+  const std::vector<Colour> table = *GradientTable(gradient, fountain, n);
+  const auto w2 = static_cast<float>(width * std::sqrt(2.0)), h2 = static_cast<float>(height * std::sqrt(2.0));
+  const auto count = static_cast<float>(n);
+  float left = static_cast<float>(halfW) - w2 * 0.5f, right = static_cast<float>(halfW) + w2 * 0.5f;
+  float top = static_cast<float>(halfH) - h2 * 0.5f, bottom = static_cast<float>(halfH) + h2 * 0.5f;
+  const float sx = w2 * 0.5f / count, sy = h2 * 0.5f / count;
+  const float dx = w2 / count * static_cast<float>(gradient.CenterX) / 100.0f;
+  const float dy = h2 / count * static_cast<float>(gradient.CenterY) / 100.0f;
+  DrawingSurface surface(width, height);
+  surface.FillRect({0, 0, width, height}, EntryOf(table, 0));
+  for (int i = 0; i < n; ++i) {
+    const Rect box = {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right), static_cast<int>(bottom)};
+    const Colour colour = EntryOf(table, i);
+    gradient.GradientType == 2 ? surface.FillEllipse(box, colour) : surface.FillRectangle(box, colour);
+    left += sx;
+    left += dx;
+    top += sy + dy;
+    right = right - sx + dx;
+    bottom = bottom - sy + dy;
+  }
+  return surface.End();
+}
+
+TEST(Gradient, FastShapesGiveThePlainPixels) {
+  const FountainSpec fountain = Spectrum();
+  const int sizes[][2] = {{64, 64}, {97, 31}, {1, 40}, {40, 1}, {2, 3}, {130, 200}};
+  for (const auto& size : sizes) {
+    for (int centre : {0, 7, 50, -50, 300}) {
+      for (int rotation : {0, 45, 90, -133, 360, -360}) {
+        GradientSpec gradient = TwoColours(1, 0x0000FF, 0xFF8000);
+        gradient.TwoColor = static_cast<std::uint32_t>(rotation & 1);
+        gradient.Rotation = rotation;
+        gradient.CenterX = centre;
+        gradient.CenterY = -centre / 2;
+        EXPECT_EQ(PixelsOf(RenderGradient(size[0], size[1], gradient, fountain)),
+                  PixelsOf(PlainConical(size[0], size[1], gradient, fountain)))
+            << size[0] << " x " << size[1] << " centre " << centre << " rotation " << rotation;
+      }
+      for (std::uint32_t type : {2u, 3u}) {
+        GradientSpec gradient = TwoColours(type, 0x0000FF, 0xFF8000);
+        gradient.CenterX = centre;
+        gradient.CenterY = -centre / 2;
+        EXPECT_EQ(PixelsOf(RenderGradient(size[0], size[1], gradient, fountain)),
+                  PixelsOf(PlainRings(size[0], size[1], gradient, fountain)))
+            << size[0] << " x " << size[1] << " centre " << centre << " type " << type;
+      }
+    }
+  }
+}
+
+TEST(Gradient, LinearRunsDownFromTheStartColour) {
+  const GradientSpec gradient = TwoColours(0, 0x000000, 0xFFFFFF);
+  const PackedDib picture = RenderGradient(3, 252, gradient, Spectrum());
+  const DibView view(picture);
+  // 256 bands of one row over the box that is 2 pixels larger on each side.
+  const std::vector<Colour> table = *GradientTable(gradient, Spectrum(), 256);
+  for (int y = 0; y < 252; ++y) ASSERT_EQ(view.GetPixel(1, y), table[static_cast<std::size_t>(y + 2)]) << y;
+  GradientSpec odd = gradient;
+  odd.GradientType = 9;
+  EXPECT_EQ(PixelsOf(RenderGradient(3, 252, odd, Spectrum())), PixelsOf(picture));
+}
+
+TEST(Gradient, LinearCoversEveryPixelAtEveryAngle) {
+  const GradientSpec red = TwoColours(0, 0x0000FF, 0x0000FF);
+  for (int rotation = -360; rotation <= 360; rotation += 7) {
+    GradientSpec gradient = red;
+    gradient.Rotation = rotation;
+    const PackedDib picture = RenderGradient(61, 37, gradient, Spectrum());
+    const DibView view(picture);
+    for (int i = 0; i < 61 * 37; ++i) ASSERT_EQ(view.GetPixel(i % 61, i / 61), 0x0000FFu) << rotation << " at " << i;
+  }
+}
+
+TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
+  GradientSpec gradient = TwoColours(0, 0x000000, 0x00FF00);
+  gradient.EdgePad = 45;
+  for (int midpoint : {50, 10, 99}) {
+    gradient.Midpoint = midpoint;
+    const auto table = *GradientTable(gradient, Spectrum(), 200);
+    EXPECT_EQ(table.front(), 0u) << midpoint;
+    EXPECT_EQ(table.back(), 0x00FF00u) << midpoint;
+  }
+  gradient.Midpoint = 50;
+  const auto table = *GradientTable(gradient, Spectrum(), 200);
+  EXPECT_EQ(table[90], 0u);
+  EXPECT_EQ(table[100], 0x007F00u) << "half way through the 20 entries between the pads";
+  EXPECT_EQ(table[110], 0x00FF00u);
+  gradient.TwoColor = 0;
+  EXPECT_EQ((*GradientTable(gradient, Spectrum(), 200))[150], 0x00FF00u) << "the fountain's pads are the two colours";
+  EXPECT_TRUE(GradientTable(gradient, Spectrum(), 0)->empty());
+}
+
+// With pad 45 the middle stop stands at 2, before the first stop at 114: the blend to the end begins at 2.
+TEST(GradientTable, LateMidpointMovesThePenBack) {
+  GradientSpec gradient = TwoColours(0, 0x0000FF, 0xFF0000);
+  gradient.EdgePad = 45;
+  gradient.Midpoint = 10;
+  const auto table = *GradientTable(gradient, Spectrum(), 255);
+  EXPECT_EQ(table[1], 0x0000FFu);
+  EXPECT_NEAR(static_cast<int>(table[4] & 0xFF), 0x7D, 2) << "just after the mean of the two";
+  EXPECT_GT(table[200] >> 16, 0xD0u);
+}
+
+TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
+  for (std::uint32_t type = 0; type < 4; ++type) {
+    GradientSpec gradient = TwoColours(type, 0x112233, 0x112233);
+    const PackedDib picture = RenderGradient(1, 1, gradient, Spectrum());
+    EXPECT_EQ(DibView(picture).GetPixel(0, 0), 0x112233u) << type;
+    for (std::int32_t wild : {INT32_MAX, INT32_MIN, 1000000, -720}) {
+      GradientSpec hostile = gradient;
+      hostile.EdgePad = hostile.CenterX = hostile.CenterY = hostile.Midpoint = hostile.Rotation = wild;
+      RenderGradient(33, 20, hostile, Spectrum());
+      hostile.EdgePad = 0;
+      RenderGradient(33, 20, hostile, Spectrum());
+    }
+  }
+  EXPECT_FALSE(RenderGradient(0, 5, TwoColours(1, 0, 0), Spectrum()));
+  EXPECT_EQ(LiveBlocks().blocks, 0u);
+}
+
+TEST(Fountain, MarkersAreDrawnInTheirOrder) {
+  FountainSpec fountain;
+  DefaultFountain(fountain, 0);
+  fountain.StartColour = 0x0000FF;
+  fountain.EndColour = 0xFF0000;
+  const auto first = [&](int x) { return DibView(FountainToBitmap(fountain, 255, 2)).GetPixel(x, 1); };
+  EXPECT_GT(first(0) & 0xFF, 0xF0u);
+  EXPECT_GT(first(254) >> 16, 0xF0u);
+  fountain.MarkerCount = 1;
+  fountain.Markers[0] = MakeMarker(128, 0x00FF00);
+  EXPECT_GT((first(126) >> 8) & 0xFF, 0xF0u);
+  fountain.Flags = kFountainLooped;
+  EXPECT_GT(first(254) & 0xFF, 0xF0u) << "looped: back to the start colour";
+  // A marker at 0 that stands last moves the pen back to the left edge.
+  fountain.Flags = 0;
+  fountain.MarkerCount = 2;
+  fountain.Markers[1] = MakeMarker(0, 0xFFFFFF);
+  EXPECT_GT((first(3) >> 8) & 0xFF, 0xF0u);
+}
+
+TEST(Fountain, FormsKeepTheirBytes) {
+  FountainSpec fountain = Spectrum();
+  fountain.Preview = 77;
+  fountain.Flags = 3;
+  fountain.Reserved[27] = 9;
+  std::uint8_t disk[kFountainDiskBytes];
+  FountainToDisk(disk, fountain);
+  EXPECT_EQ(disk[285], 7);
+  EXPECT_EQ(disk[580], 9);
+  EXPECT_EQ(disk[281] | disk[282] | disk[283] | disk[284], 0);
+  FountainSpec back;
+  FountainFromDisk(back, disk);
+  fountain.Preview = 0;
+  EXPECT_EQ(HexEncode(&back, sizeof(back)), HexEncode(&fountain, sizeof(fountain)));
+}
+
+TEST(Fountain, SortingPutsZeroLastAndRemovalTakesTheRightMarker) {
+  FountainSpec fountain;
+  DefaultFountain(fountain, 0);
+  fountain.MarkerCount = 4;
+  const std::uint32_t markers[] = {MakeMarker(0, 1), MakeMarker(200, 2), MakeMarker(50, 3), MakeMarker(100, 4)};
+  for (int i = 0; i < 4; ++i) fountain.Markers[i] = markers[i];
+  SortMarkers(fountain);
+  EXPECT_EQ(fountain.Markers[0], markers[2]);
+  EXPECT_EQ(fountain.Markers[3], markers[0]);
+  ASSERT_TRUE(RemoveMarker(fountain, 1));
+  EXPECT_EQ(fountain.MarkerCount, 3u);
+  EXPECT_EQ(fountain.Markers[1], markers[1]);
+  EXPECT_EQ(fountain.Markers[2], markers[0]) << "the true marker at 0 stays, last";
+  EXPECT_FALSE(RemoveMarker(fountain, 3));
+  EXPECT_FALSE(RemoveMarker(fountain, -1));
+}
+
+TEST(Fountain, FreePositionEndsAlways) {
+  FountainSpec fountain;
+  DefaultFountain(fountain, 0);
+  EXPECT_EQ(FreePosition(fountain, 200), 200);
+  fountain.MarkerCount = 1;
+  fountain.Markers[0] = MakeMarker(200, 0);
+  EXPECT_EQ(FreePosition(fountain, 200), 199);
+  fountain.Markers[0] = MakeMarker(0, 0);
+  EXPECT_EQ(FreePosition(fountain, 0), 1);
+  fountain.MarkerCount = 2;
+  fountain.Markers[0] = MakeMarker(20, 0);
+  fountain.Markers[1] = MakeMarker(19, 0);
+  EXPECT_EQ(FreePosition(fountain, 20), -1) << "to and fro between two taken places";
+  fountain.MarkerCount = 64;
+  EXPECT_EQ(FreePosition(fountain, 5), -1);
+}
+
+TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
+  const std::string path = TemporaryFile("a.fll");
+  std::vector<FountainSpec> fountains;
+  EXPECT_FALSE(ReadFountainLibrary(path, fountains));
+  FountainSpec fountain = Spectrum();
+  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 5));
+  fountain.MarkerCount = 3;
+  fountain.Flags = 2;
+  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 6));
+  const std::string whole = FileBytes(path);
+  ASSERT_EQ(whole.size(), 80u + 2 * 340);
+  EXPECT_EQ(whole.substr(80 + 340, 8), "TESSFLHE");
+  EXPECT_EQ(FileBytes(path + ".bak").size(), 80u + 340);
+  ASSERT_TRUE(ReadFountainLibrary(path, fountains));
+  ASSERT_EQ(fountains.size(), 2u);
+  EXPECT_EQ(fountains[1].MarkerCount, 3u);
+  EXPECT_EQ(fountains[1].Flags, 0u) << "flags are not kept";
+  for (std::size_t n = 0; n < whole.size(); n += 3) {
+    WriteBytes(path, whole.substr(0, n));
+    ASSERT_FALSE(ReadFountainLibrary(path, fountains)) << n;
+  }
+  std::string hostile = whole;
+  hostile.replace(12, 4, "\xFF\xFF\xFF\xFF");
+  WriteBytes(path, hostile);
+  EXPECT_FALSE(ReadFountainLibrary(path, fountains));
+  EXPECT_FALSE(AddToFountainLibrary(path, fountain, 7));
+}
+
+}  // namespace
+}  // namespace glyphmotion

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "materials/material_text.h"
+
+#include <gtest/gtest.h>
+
+#include "material_helpers.h"
+#include "materials/fountain.h"
+#include "materials/tile.h"
+#include "platform/folders.h"
+
+namespace glyphmotion {
+namespace {
+
+struct Parsed {
+  Material material;
+  std::string error;
+  bool good;
+};
+Parsed Parse(const std::string& text) {
+  Parsed parsed;
+  DefaultMaterial(parsed.material, 0);
+  parsed.good = ParseMaterial(text, parsed.material, parsed.error);
+  return parsed;
+}
+
+TEST(ParseMaterial, Gradients) {
+  const Parsed parsed = Parse("gradient:conical,#f00-#0000ff,rotation=-45,pad=10,mid=30,cx=-5,cy=+7");
+  ASSERT_TRUE(parsed.good) << parsed.error;
+  const GradientSpec& gradient = parsed.material.Gradient;
+  EXPECT_EQ(parsed.material.Kind, kGradient);
+  EXPECT_EQ(gradient.GradientType, 1u);
+  EXPECT_EQ(gradient.StartColour, 0x0000FFu);
+  EXPECT_EQ(gradient.EndColour, 0xFF0000u);
+  EXPECT_EQ(gradient.Rotation, -45);
+  EXPECT_EQ(gradient.EdgePad, 10);
+  EXPECT_EQ(gradient.Midpoint, 30);
+  EXPECT_EQ(gradient.CenterX, -5);
+  EXPECT_EQ(gradient.CenterY, 7);
+  EXPECT_EQ(gradient.TwoColor, 1u);
+}
+
+TEST(ParseMaterial, Fountains) {
+  const Parsed parsed = Parse("fountain:#000,#f00@64,#0f0,#fff;elliptical;rotation=90,loop=1");
+  ASSERT_TRUE(parsed.good) << parsed.error;
+  const FountainSpec& fountain = parsed.material.Fountain;
+  ASSERT_EQ(fountain.MarkerCount, 2u);
+  EXPECT_EQ(fountain.Markers[0], MakeMarker(64, 0x0000FF));
+  EXPECT_EQ(fountain.Markers[1], MakeMarker(170, 0x00FF00));
+  EXPECT_EQ(fountain.EndColour, 0xFFFFFFu);
+  EXPECT_EQ(fountain.Flags, kFountainLooped);
+  EXPECT_EQ(parsed.material.Gradient.GradientType, 2u);
+  EXPECT_EQ(parsed.material.Gradient.TwoColor, 0u);
+  for (const std::string& name : FountainNames()) EXPECT_TRUE(Parse("fountain:" + name).good) << name;
+  EXPECT_TRUE(Parse("fountain:sunRISE,conical,cx=10").good);
+}
+
+TEST(ParseMaterial, Textures) {
+  const Parsed parsed =
+      Parse("texture:fractal3,seed=7,seed2=1,size=128,fore1=#102030,back=#fff,power=0.5,density3=2.5");
+  ASSERT_TRUE(parsed.good) << parsed.error;
+  const TextureSpec& texture = parsed.material.Texture;
+  EXPECT_EQ(parsed.material.Kind, kTexture);
+  EXPECT_EQ(texture.TextureType, 1u);
+  EXPECT_EQ(texture.SeedValue[0], 7u);
+  EXPECT_EQ(texture.SeedValue[1], 1u);
+  EXPECT_EQ(texture.SeedValue[2], 9u);
+  EXPECT_EQ(texture.MatrixSize, 128u);
+  EXPECT_EQ(texture.ForeColour[0], 0x302010u);
+  EXPECT_EQ(texture.BackColour, 0xFFFFFFu);
+  EXPECT_EQ(texture.Power[4], 0.5f);
+  EXPECT_EQ(texture.Dimension[2], 2.5f);
+  const Parsed surface = Parse("texture:perturbation,red=0/0.1/0.2/1,shape=sphere,bubbles=9,bubblepower=-0.5");
+  ASSERT_TRUE(surface.good) << surface.error;
+  EXPECT_EQ(surface.material.Texture.ColorRed[2], 0.2f);
+  EXPECT_EQ(surface.material.Texture.BubbleShape, 3u);
+  EXPECT_EQ(surface.material.Texture.BubblePower, -0.5f);
+}
+
+TEST(ParseMaterial, ShippedLibrariesAreFound) {
+  const std::string folder = TemporaryFile("data");
+  SetFolderOverrides({{}, {}, folder});
+  EXPECT_GE(TextureNames().size(), 24u);
+  EXPECT_FALSE(FileBytes(folder + "/tlmplgm4.fft").empty()) << "copied on first use";
+  EXPECT_GE(TileNames().size(), 16u);
+  EXPECT_GE(FountainNames().size(), 12u);
+  for (const std::string& name : TextureNames()) EXPECT_TRUE(Parse("texture:" + name).good) << name;
+  const Parsed marble = Parse("texture:green-MARBLE,seed=3");
+  ASSERT_TRUE(marble.good) << marble.error;
+  EXPECT_EQ(marble.material.Texture.SeedValue[1], 4u);
+  Parsed tile = Parse("tile:#2");
+  ASSERT_TRUE(tile.good) << tile.error;
+  EXPECT_EQ(tile.material.Tile.TileIndex, 1u);
+  EXPECT_EQ(tile.material.Tile.TileBitmap, 0u);
+  EXPECT_FALSE(Parse("tile:#9999").good);
+  SetFolderOverrides({});
+}
+
+TEST(ParseMaterial, FilesAndPictures) {
+  const std::string path = TemporaryFile("text.mtrl");
+  MovableBlock block = LoadMaterial("", 0x445566, false);
+  ASSERT_TRUE(SaveMaterial(block.Handle(), path));
+  EXPECT_EQ(Parse("mtrl:" + path).material.Colour, 0x445566u);
+  EXPECT_FALSE(Parse("image:x.png").good) << "without a decoder";
+  SetImageLoader(
+      [](const std::string& file, std::string&) { return file == "x.png" ? BlankDib(2, 2, nullptr, 1) : PackedDib(); });
+  const Parsed parsed = Parse("image:x.png");
+  EXPECT_TRUE(parsed.good);
+  PackedDib owned(HandleOf(parsed.material.Tile.TileBitmap));
+  EXPECT_EQ(DibView(owned).Bits(), 24);
+  EXPECT_FALSE(Parse("image:y.png").good);
+  SetImageLoader({});
+}
+
+TEST(ParseMaterial, RefusesInOneSentenceAndChangesNothing) {
+  const char* wrong[] = {"",
+                         "red",
+                         "#12",
+                         "gradient:",
+                         "gradient:#f00",
+                         "gradient:round,#f00-#00f",
+                         "gradient:#f00-#0g0",
+                         "gradient:#f00-#00f,rotation=400",
+                         "gradient:#f00-#00f,pad=",
+                         "gradient:#f00-#00f,pad=1.5",
+                         "fountain:",
+                         "fountain:#f00",
+                         "fountain:Nothing",
+                         "fountain:#f00,#0f0@300,#00f",
+                         "fountain:Sunrise,#f00,#00f",
+                         "texture:",
+                         "texture:NoSuch",
+                         "texture:fractal2,fore6=#fff",
+                         "texture:fractal2,seed=-1",
+                         "texture:fractal2,size=0",
+                         "texture:fractal2,red=0/1",
+                         "texture:fractal2,shape=cube",
+                         "texture:fractal2,power=nan",
+                         "tile:/nowhere#1",
+                         "tile:x#0",
+                         "mtrl:/nowhere",
+                         "image:",
+                         "texture:fractal2,seed=1e9999"};
+  for (const char* text : wrong) {
+    const Parsed parsed = Parse(text);
+    EXPECT_FALSE(parsed.good) << text;
+    EXPECT_FALSE(parsed.error.empty()) << text;
+    EXPECT_EQ(parsed.error.find('\n'), std::string::npos) << text;
+    Material untouched;
+    DefaultMaterial(untouched, 0);
+    EXPECT_EQ(HexEncode(&parsed.material, sizeof(Material)), HexEncode(&untouched, sizeof(Material))) << text;
+  }
+  EXPECT_EQ(LiveBlocks().blocks, 0u);
+}
+
+}  // namespace
+}  // namespace glyphmotion
