@@ -14,6 +14,7 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
+#include "resources/strings.h"
 
 namespace glyphmotion {
 namespace {
@@ -87,7 +88,7 @@ void ChangeColour(Dialog& dialog, int id, int index) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain || (index == kEndHandle && fountain->Flags & kFountainLooped)) return;
   if (index >= MarkerCountOf(*fountain) || index < kEndHandle) {
-    ShowMessage(&dialog, "Internal error");
+    ShowMessage(&dialog, LoadText(kTextInternalError));
     return;
   }
   std::uint32_t entry = index == kStartHandle ? fountain->StartColour
@@ -111,7 +112,7 @@ void AddMarker(Dialog& dialog, int id, int wanted) {
   if (!fountain) return;
   const int position = FreePosition(*fountain, wanted);
   if (position < 0) {
-    ShowMessage(&dialog, "No more marker space is available. Delete an existing marker.");
+    ShowMessage(&dialog, LoadText(kTextNoMarkerSpace));
     return;
   }
   const auto colour = AskColour(&dialog, 0x808080);
@@ -125,9 +126,9 @@ void DeleteMarker(Dialog& dialog, int id, int index) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return;
   if (fountain->MarkerCount == 0) {
-    ShowMessage(&dialog, "That marker cannot be deleted");
+    ShowMessage(&dialog, LoadText(kTextMarkerNotDeleted));
   } else if (!RemoveMarker(*fountain, index)) {
-    ShowMessage(&dialog, "Internal error");
+    ShowMessage(&dialog, LoadText(kTextInternalError));
   } else {
     Changed(dialog, id, *fountain);
   }
@@ -140,7 +141,7 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
   std::optional<int> position;
   if (fountainWindows.askPosition) {
     position = fountainWindows.askPosition(dialog, old);
-  } else if (const auto text = AskName(&dialog, "Adjust position", std::to_string(old)); text) {
+  } else if (const auto text = AskName(&dialog, LoadText(kTextAdjustPosition), std::to_string(old)); text) {
     position = std::atoi(text->c_str());
   }
   if (!position) return;
@@ -150,9 +151,9 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
 }
 
 void MarkerMenu(Dialog& dialog, int id, int index) {
-  const MenuItem items[] = {{kDeleteMarker, "Delete marker", false},
-                            {kChangeColour, "Change color", false},
-                            {kAdjustPosition, "Adjust position", false}};
+  const MenuItem items[] = {{kDeleteMarker, LoadText(kTextDeleteMarker), false},
+                            {kChangeColour, LoadText(kTextChangeColour), false},
+                            {kAdjustPosition, LoadText(kTextAdjustPosition), false}};
   switch (PopupMenu(&dialog, 0, 0, 0, items)) {
     case kDeleteMarker:
       return DeleteMarker(dialog, id, index);
@@ -164,13 +165,14 @@ void MarkerMenu(Dialog& dialog, int id, int index) {
 }
 
 void BarMenu(Dialog& dialog, int id) {
-  const MenuItem items[] = {{kAddToLibrary, "Add to library", false}, {kManageLibrary, "Manage library", false}};
+  const MenuItem items[] = {{kAddToLibrary, LoadText(kTextAddToLibrary), false},
+                            {kManageLibrary, LoadText(kTextManageLibrary), false}};
   const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
   if (chosen == kManageLibrary && fountainWindows.manageLibrary) fountainWindows.manageLibrary(dialog);
   if (chosen != kAddToLibrary) return;
   const auto fountain = LockFountain(dialog, id);
   if (!fountain || !AddToFountainLibrary(FountainLibraryPath(), *fountain, CurrentTime())) {
-    ShowMessage(&dialog, "There has been an error adding this library entry.");
+    ShowMessage(&dialog, LoadText(kTextFountainNotAdded));
   }
 }
 

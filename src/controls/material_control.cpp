@@ -10,6 +10,7 @@
 #include "materials/tile.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
+#include "resources/strings.h"
 
 namespace glyphmotion {
 namespace {
@@ -77,11 +78,11 @@ void SetKind(Dialog& dialog, int id, std::uint32_t kind) {
 }
 
 void KindMenu(Dialog& dialog, int id) {
-  static constexpr const char* names[] = {"Simple", "Gradient", "Texture", "Tile"};
   std::uint32_t kind = 0;
   if (const auto material = LockMaterial(dialog, id); material) kind = material->Kind;
   MenuItem items[4];
-  for (int i = 0; i < 4; ++i) items[i] = {kCommandFirstKind + i, names[i], kind == static_cast<std::uint32_t>(i)};
+  for (int i = 0; i < 4; ++i)
+    items[i] = {kCommandFirstKind + i, LoadText(kTextFirstMaterialKind + i), kind == static_cast<std::uint32_t>(i)};
   const ControlRectangle place = RectangleOf(dialog, id);
   const int chosen =
       PopupMenu(&dialog, id, place.right - place.left - kArrowWidth, (place.bottom - place.top) / 2, items);

@@ -1,0 +1,300 @@
+// SPDX-License-Identifier: MIT
+// The drawn controls that hold fills, and the editors behind them, driven in memory.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "controls/fountain_control.h"
+#include "controls/gradient_editor.h"
+#include "controls/library_editor.h"
+#include "controls/material_control.h"
+#include "materials/shipped.h"
+#include "platform/dialog_driver.h"
+#include "platform/folders.h"
+#include "platform/shell_ui.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr int kMaterialId = 104, kFountainId = 120;
+constexpr ControlTemplate kControls[] = {{ControlKind::MaterialButton, kMaterialId, "Fill", 0, 0, 60, 20},
+                                         {ControlKind::FountainButton, kFountainId, "", 0, 30, 100, 30}};
+constexpr DialogTemplate kTemplate{1, "", 200, 100, kControls};
+
+std::vector<Message> changes;
+std::int64_t Procedure(Dialog&, const Message& message) {
+  if (message.number == kMessageFillChanged) changes.push_back(message);
+  return 0;
+}
+
+/// A scratch home, a dialog with both controls, and what the desktop was asked.
+class FillControls : public testing::Test {
+ protected:
+  std::filesystem::path home =
+      std::filesystem::temp_directory_path() / ("glyphmotion-fills-" + std::to_string(getpid()));
+  std::vector<std::string> messages;
+  std::optional<std::uint32_t> colour;
+  int menuChoice = 0, menus = 0;
+  UiResponder responder;
+
+  void SetUp() override {
+    std::filesystem::create_directories(home / "data");
+    SetFolderOverrides({{}, home.string(), (home / "data").string()});
+    responder.message = [this](Dialog*, const std::string& text, MessageButtons) {
+      messages.push_back(text);
+      return true;
+    };
+    responder.colour = [this](Dialog*, std::uint32_t) { return colour; };
+    responder.menu = [this](Dialog*, std::span<const MenuItem>) {
+      ++menus;
+      return menuChoice;
+    };
+    responder.name = [](Dialog*, const std::string&, const std::string&) { return std::optional<std::string>("Mine"); };
+    SetUiResponder(responder);
+    changes.clear();
+  }
+  void TearDown() override {
+    SetUiResponder({});
+    SetFolderOverrides({});
+    std::filesystem::remove_all(home);
+    EXPECT_EQ(LiveBlocks().blocks, 0u);
+    EXPECT_EQ(LiveBlocks().locks, 0u);
+  }
+  void WithDialog(const std::function<void(Dialog&)>& body) {
+    const ModalDriver before = SetModalDriver([&](Dialog& dialog, int) {
+      InstallFamily(dialog, kMaterialId, kMaterialFamily, nullptr);
+      InstallFamily(dialog, kFountainId, kFountainFamily, nullptr);
+      InitialiseMaterial(dialog, kMaterialId, 0x112233);
+      InitialiseFountain(dialog, kFountainId, true, nullptr);
+      body(dialog);
+    });
+    RunModal(kTemplate, nullptr, Procedure, nullptr);
+    SetModalDriver(before);
+  }
+  static std::string LineOf(Dialog& dialog, int id) {
+    std::string line;
+    SendToControl(dialog, id, {kMessageSaveControl, 0, PointerArgument(&line)});
+    return line;
+  }
+  static bool Load(Dialog& dialog, int id, std::string line) {
+    while (!line.empty() && line.back() == '\n') line.pop_back();
+    return SendToControl(dialog, id, {kMessageLoadControl, 0, PointerArgument(&line)}) != 0;
+  }
+};
+
+TEST_F(FillControls, MaterialLinesKeepEverythingButTheState) {
+  WithDialog([&](Dialog& dialog) {
+    const std::string line = LineOf(dialog, kMaterialId);
+    ASSERT_EQ(line.size(), std::string("MATLBT104=\n").size() + 2 * sizeof(Material));
+    LockMaterial(dialog, kMaterialId)->Kind = kGradient;
+    const std::string gradient = LineOf(dialog, kMaterialId);
+    EXPECT_TRUE(Load(dialog, kMaterialId, line));
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kSolid);
+    EXPECT_TRUE(Load(dialog, kMaterialId, gradient));
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient);
+    std::string bad = line;
+    bad[200] = 'x';
+    Load(dialog, kMaterialId, bad);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient) << "one bad character changes nothing";
+    Load(dialog, kMaterialId, line.substr(0, 11 + 2 * 30));
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u) << "a short line has a tail of zeros";
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Fountain.MarkerCount, 0u);
+  });
+}
+
+TEST_F(FillControls, MaterialIsRememberedUnlessShiftIsDown) {
+  WithDialog([&](Dialog& dialog) { LockMaterial(dialog, kMaterialId)->Colour = 0x445566; });
+  EXPECT_EQ(std::filesystem::file_size(home / "Material00104.mtrl"), 1270u);
+  EXPECT_EQ(std::filesystem::file_size(home / "Fountain00120.mtrl"), 585u);
+  WithDialog([&](Dialog& dialog) { EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x445566u); });
+  responder.shiftDown = true;
+  SetUiResponder(responder);
+  WithDialog([&](Dialog& dialog) { EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u); });
+}
+
+TEST_F(FillControls, ArrowOpensTheMenuWhereverThePointerIsReleased) {
+  menuChoice = 101;
+  WithDialog([&](Dialog& dialog) {
+    const ControlRectangle place = RectangleOf(dialog, kMaterialId);
+    const int width = place.right - place.left;
+    const Colour average = LockMaterial(dialog, kMaterialId)->AverageColour;
+    Mouse(dialog, kMaterialId, kMessageLeftDown, width - 3, 4);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->ButtonState, 2u);
+    Mouse(dialog, kMaterialId, kMessageLeftUp, 5, 4);
+    EXPECT_EQ(menus, 1);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->ButtonState, 0u);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, average) << "the caption keeps its colour";
+    ASSERT_EQ(changes.size(), 1u);
+    EXPECT_EQ(changes[0].a, 1u);
+    EXPECT_EQ(changes[0].b, kMaterialId);
+  });
+}
+
+TEST_F(FillControls, FaceEditsAndTellsEvenWhenCancelled) {
+  WithDialog([&](Dialog& dialog) {
+    Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);
+    Mouse(dialog, kMaterialId, kMessageLeftUp, 500, 500);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u);
+    EXPECT_EQ(changes.size(), 1u);
+    colour = 0x0000FF;
+    Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);
+    Mouse(dialog, kMaterialId, kMessageLeftUp, 5, 5);
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, 0x0000FFu);
+    EXPECT_EQ(changes.size(), 2u);
+    std::vector<std::uint8_t> pixels(90 * 40 * 3);
+    const ControlRectangle place = RectangleOf(dialog, kMaterialId);
+    const DrawRequest request{pixels.data(), std::min(90, place.right - place.left),
+                              std::min(40, place.bottom - place.top), 270};
+    ASSERT_TRUE(PaintControl(dialog, kMaterialId, request));
+    EXPECT_EQ(pixels[270 * 10 + 30 + 2], 0xFF);
+    EXPECT_EQ(pixels[270 * 10 + 30], 0x00);
+  });
+  EXPECT_EQ(CaptionColour(0x808080), 0xFFFFFFu);
+  EXPECT_EQ(CaptionColour(0xFFFFFF), 0u);
+}
+
+TEST_F(FillControls, MaterialsCanBeTakenOverAndCopied) {
+  WithDialog([&](Dialog& dialog) {
+    Material material;
+    DefaultMaterial(material, 0);
+    material.Kind = kTile;
+    material.Tile.TileBitmap = WordOf(SolidDib(3, 3, 0x00FF00).Release());
+    ASSERT_TRUE(SetMaterial(dialog, kMaterialId, material));
+    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, 0x00FF00u);
+    const MovableBlock copy = DuplicateMaterial(dialog, kMaterialId);
+    const LockedBlock<Material> record(copy.Handle());
+    EXPECT_NE(record->Tile.TileBitmap, material.Tile.TileBitmap);
+    EXPECT_EQ(record->Preview, 0u);
+    FreeBlock(HandleOf(record->Tile.TileBitmap));
+  });
+}
+
+TEST_F(FillControls, FountainMarkersComeAndGo) {
+  colour = 0x123456;
+  WithDialog([&](Dialog& dialog) {
+    EXPECT_EQ(RectangleOf(dialog, kFountainId).right - RectangleOf(dialog, kFountainId).left, 197);
+    const auto count = [&] { return LockFountain(dialog, kFountainId)->MarkerCount; };
+    const Rect bar = FountainBar(197, 50);
+    EXPECT_EQ(bar.Width(), 181);
+    Mouse(dialog, kFountainId, kMessageDoubleClick, bar.left + 100, 30);
+    ASSERT_EQ(count(), 8u);
+    const int position = 100 * 255 / 181;
+    const FountainHit hit = HitFountain(*LockFountain(dialog, kFountainId), 197, 50, bar.left + 99, 6);
+    ASSERT_EQ(hit.part, FountainHit::Handle);
+    EXPECT_EQ(LockFountain(dialog, kFountainId)->Markers[hit.index], MakeMarker(position, 0x123456));
+    SendToControl(dialog, kFountainId, {kMessageFountainDelete, static_cast<std::uint64_t>(hit.index), 0});
+    EXPECT_EQ(count(), 7u);
+    SendToControl(dialog, kFountainId, {kMessageFountainDelete, 7, 0});
+    SendToControl(dialog, kFountainId, {kMessageFountainColour, 9, 0});
+    EXPECT_EQ(messages, (std::vector<std::string>{"Internal error", "Internal error"}));
+    SendToControl(dialog, kFountainId, {kMessageFountainColour, static_cast<std::uint64_t>(kEndHandle), 0});
+    EXPECT_EQ(LockFountain(dialog, kFountainId)->EndColour, 0xFF123456u) << "the top byte is kept";
+    LockFountain(dialog, kFountainId)->MarkerCount = 64;
+    SendToControl(dialog, kFountainId, {kMessageFountainAdd, 100, 0});
+    EXPECT_EQ(messages.back(), "No more marker space is available. Delete an existing marker.");
+    LockFountain(dialog, kFountainId)->MarkerCount = 0;
+    SendToControl(dialog, kFountainId, {kMessageFountainDelete, 0, 0});
+    EXPECT_EQ(messages.back(), "That marker cannot be deleted");
+    menuChoice = 103;
+    std::vector<FountainSpec> library;
+    ReadFountainLibrary(FountainLibraryPath(), library);
+    const std::size_t before = library.size();
+    SendToControl(dialog, kFountainId, {kMessageBarMenu, 0, 0});
+    ASSERT_TRUE(ReadFountainLibrary(FountainLibraryPath(), library));
+    EXPECT_EQ(library.size(), before + 1);
+  });
+}
+
+TEST_F(FillControls, DraggedMarkersFollowAndComeOff) {
+  WithDialog([&](Dialog& dialog) {
+    const Rect bar = FountainBar(197, 50);
+    const auto markers = [&] { return LockFountain(dialog, kFountainId)->MarkerCount; };
+    const int x = bar.left + static_cast<int>(0x80 / 255.0 * bar.Width());
+    Mouse(dialog, kFountainId, kMessageLeftDown, x, 6);
+    Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 5, 6);
+    Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 5, 6);
+    EXPECT_EQ(LockFountain(dialog, kFountainId)->Markers[0], MakeMarker(5 * 255 / 181, 0x00FFFF));
+    EXPECT_EQ(markers(), 7u);
+    Mouse(dialog, kFountainId, kMessageLeftDown, bar.left + 5, 6);
+    Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 5, 200);
+    EXPECT_EQ(markers(), 6u);
+  });
+}
+
+TEST(GradientEditor, NumbersStayWithinTheirLimits) {
+  Material material;
+  DefaultMaterial(material, 0);
+  const struct {
+    int control;
+    std::int64_t typed;
+    std::int32_t kept;
+  } rows[] = {{111, 500, 360}, {111, -500, -360}, {110, 0, 1},   {110, 500, 99}, {112, 90, 45},
+              {112, -3, 0},    {113, -100, -50},  {114, 51, 50}, {108, 37, 37}};
+  for (const auto& row : rows) {
+    ASSERT_TRUE(SetGradientNumber(material.Gradient, row.control, row.typed));
+    EXPECT_EQ(GradientNumber(material.Gradient, row.control), row.kept) << row.control << " " << row.typed;
+  }
+  EXPECT_FALSE(SetGradientNumber(material.Gradient, 107, 1));
+  PressGradientButton(material.Gradient, 104);
+  EXPECT_EQ(material.Gradient.GradientType, 1u);
+  PressGradientButton(material.Gradient, 119);
+  EXPECT_EQ(material.Gradient.TwoColor, 0u);
+}
+
+TEST_F(FillControls, PrimaryGroupsAreProtected) {
+  TextureEditor textures;
+  Material material;
+  DefaultMaterial(material, 0);
+  ASSERT_TRUE(OpenTextureEditor(nullptr, textures, material.Texture));
+  const std::size_t shipped = textures.group.textures.size();
+  EXPECT_FALSE(AddTexture(nullptr, textures, false));
+  EXPECT_FALSE(DeleteTexture(nullptr, textures, 0, true));
+  EXPECT_EQ(messages.back(), "The primary texture group cannot be deleted.");
+  EXPECT_TRUE(AddTexture(nullptr, textures, true)) << "a new group holds a copy";
+  EXPECT_EQ(textures.fileName, "Mine.FFT");
+  EXPECT_TRUE(AddTexture(nullptr, textures, false));
+  EXPECT_TRUE(SaveTextureGroup(textures));
+  ASSERT_TRUE(ChooseTextureGroup(nullptr, textures, "Mine"));
+  EXPECT_EQ(textures.group.textures.size(), shipped + 1);
+  EXPECT_EQ(textures.group.textures.back().name, "Untitled (double-click to edit)");
+  EXPECT_TRUE(DeleteTexture(nullptr, textures, 0, true));
+  EXPECT_EQ(messages.back(),
+            "Do you want to delete the Mine texture group?\n\nClick on Yes to delete this file, or No to abort.");
+  EXPECT_EQ(textures.fileName, kTextureLibraryName);
+  EXPECT_FALSE(ChooseTextureGroup(nullptr, textures, "Mine"));
+  EXPECT_EQ(TextureControlValue(textures.spec, 507), 75);
+  SetTextureControl(textures.spec, 532, 150);
+  EXPECT_EQ(textures.spec.PerturbationPower, 1.5f);
+}
+
+TEST_F(FillControls, TilesOfTheRightSizeAreAdded) {
+  TileEditor tiles;
+  Material material;
+  DefaultMaterial(material, 0);
+  ASSERT_TRUE(OpenTileEditor(nullptr, tiles, material.Tile));
+  EXPECT_FALSE(AddTile(nullptr, tiles, false, {}));
+  EXPECT_NE(messages.back().find("matix"), std::string::npos);
+  ASSERT_TRUE(AddTile(nullptr, tiles, true, {}));
+  const auto add = [&](int width, int height, int depth) {
+    return AddTile(nullptr, tiles, false, [&] { return BlankDib(width, height, nullptr, depth); });
+  };
+  EXPECT_TRUE(add(600, 100, 24));
+  EXPECT_TRUE(add(512, 512, 8));
+  EXPECT_FALSE(add(600, 600, 24));
+  EXPECT_EQ(messages.back(), "The selected image is too large to be a matrix tile.");
+  EXPECT_FALSE(AddTile(nullptr, tiles, false, {})) << "cancelled";
+  ASSERT_TRUE(SelectTile(nullptr, tiles, static_cast<int>(tiles.group.tiles.size()) - 1));
+  EXPECT_EQ(TileSizeText(tiles), "512 x 512");
+  EXPECT_TRUE(DeleteTile(nullptr, tiles, false));
+  EXPECT_EQ(tiles.selected, static_cast<int>(tiles.group.tiles.size()) - 1) << "the last entry";
+  EXPECT_TRUE(SaveTileGroup(tiles));
+  EXPECT_TRUE(DeleteTile(nullptr, tiles, true));
+  EXPECT_FALSE(DeleteTile(nullptr, tiles, true));
+  FreeBlock(HandleOf(tiles.tile.TileBitmap));
+}
+
+}  // namespace
+}  // namespace glyphmotion
