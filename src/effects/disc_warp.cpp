@@ -8,7 +8,7 @@
 namespace glyphmotion {
 namespace {
 
-// The pixel where X and Y, the half pixel included, say that it counts.
+// The four pixels around a place that has its half pixel already; those outside are 0.
 struct Neighbours {
   std::uint32_t p00 = 0, p10 = 0, p01 = 0, p11 = 0;
 };

@@ -5,13 +5,14 @@
 //
 // The disc is its own mirror image at both axes, to the last bit: the centre lies at a half of the sides, so distances
 // of mirrored pixels differ by their sign alone, and so does all that follows from them by products and sums. Work is
-// done for the quarter right of and below the centre and used four times. In that quarter, column i is the picture's
-// column firstX + i and, mirrored, firstX' - i; the last column and row may lie one place outside and then have a
-// mirrored place only.
+// done for the quarter right of and below the centre and used four times. Column i of the quarter is the
+// picture's column firstX + i and, mirrored, width - firstX - i; the last column and row lie one place outside and have
+// a mirrored place only.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "image/packed_dib.h"
