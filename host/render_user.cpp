@@ -198,9 +198,9 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     case ControlKind::List: {
       if (id == ControlId::Font) return SetFont(dialog, value);
       const std::optional<std::int64_t> number = ParseInteger(value);
-      int index = -1;
-      for (int i = 0; i < ItemCount(dialog, id); ++i) {
-        if (EqualsIgnoringCase(ItemText(dialog, id, i), value) || (number && *number == i && index < 0)) index = i;
+      int index = number && *number >= 0 && *number < ItemCount(dialog, id) ? static_cast<int>(*number) : -1;
+      for (int i = 0; index < 0 && i < ItemCount(dialog, id); ++i) {
+        if (EqualsIgnoringCase(ItemText(dialog, id, i), value)) index = i;
       }
       if (index < 0)
         return Fail(key + " takes an index from 0 to " + std::to_string(ItemCount(dialog, id) - 1) + ", not " +
