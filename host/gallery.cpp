@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "host/arguments.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
@@ -55,7 +56,7 @@ const std::vector<Exhibit>& Exhibits() {
 }
 
 std::string Quoted(const std::string& word) {
-  return word.find_first_of(" #:,'") == std::string::npos ? word : '"' + word + '"';
+  return word.find_first_of(" #'") == std::string::npos ? word : '"' + word + '"';
 }
 
 std::string Escaped(const std::string& text) {
@@ -81,15 +82,12 @@ std::string Escaped(const std::string& text) {
   return out;
 }
 
+// The effect's name as the dialog shows it.
 std::string Title(const std::string& effect) {
-  std::string title = effect;
-  bool first = true;
-  for (char& c : title) {
-    if (first && c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    first = c == '-';
-    if (first) c = ' ';
+  for (const std::string& name : EffectNames()) {
+    if (OptionForm(name) == effect) return name;
   }
-  return title;
+  return effect;
 }
 
 constexpr const char* kHead =
