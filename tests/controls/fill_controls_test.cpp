@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The drawn controls that hold fills, and the editors behind them, driven in memory.
+// A plus before a field of a packed record makes a value of it, as the test macros bind references.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -100,7 +101,7 @@ TEST_F(FillControls, MaterialLinesKeepEverythingButTheState) {
     EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Kind, kGradient) << "one bad character changes nothing";
     Load(dialog, kMaterialId, line.substr(0, 11 + 2 * 30));
     EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x112233u) << "a short line has a tail of zeros";
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Fountain.MarkerCount, 0u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Fountain.MarkerCount, 0u);
   });
 }
 
