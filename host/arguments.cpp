@@ -58,6 +58,9 @@ constexpr NumberOption kNumberOptions[] = {
      "Time a frame is shown: in 1/100 s for .gif (normally 4), in ms for the others (normally 40)"},
     {"--pause", "MainPause", 1, 10000, "Time the animation rests where it does: same unit (normally 100, or 1000)"},
     {"--frames", "@frames", 1, 100000, "Number of frames, for effects that let one choose"},
+    {"--seed", "@seed", 0, 100000, "Where chance begins, for effects that use it: another seed, another picture"},
+    {"--direction", "@scroll", 0, 3, "Where the effect moves: 0 up, 1 right, 2 left, 3 down; or 0 left, 1 right"},
+    {"--softness", "@soft", 0, 40, "Blur of the shadow"},
 };
 
 struct SwitchOption {
@@ -106,7 +109,7 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("--lossy", typed.lossy, "QUALITY", "Lossy .webp of this quality, 0 to 100 (normally lossless)", "Output");
   option("-e,--effect", typed.effect, "NAME", "What happens to the text: see --list effects", "Animation");
   option("-f,--font", typed.font, "FAMILY", "The letters: see --list fonts", "Text");
-  const char* material = "#RRGGBB | gradient:... | fountain:... | texture:NAME | tile:FILE#N | mtrl:FILE";
+  const char* material = "#RRGGBB | gradient:... | fountain:... | texture:NAME | tile:FILE#N | mtrl:FILE | image:FILE";
   option("--fill", typed.fill, "M", "What the letters are filled with", "Materials")
       ->description(std::string("What the letters are filled with. M is ") + material);
   option("--shadow", typed.shadow, "M", "What the shadow is made of", "Materials");
@@ -143,7 +146,8 @@ void DefineOptions(CLI::App& app, Typed& typed) {
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   option("--fail-allocation", typed.failAllocation, "N", "The N-th block allocation fails", "For hosts and tests");
-  option("--list", typed.list, "WHAT", "Print effects, fonts, palettes, keys, controls or textures", "Help");
+  option("--list", typed.list, "WHAT", "Print effects, fonts, palettes, keys, controls, textures, fountains or tiles",
+         "Help");
   app.add_flag("-q,--quiet", typed.arguments.quiet, "Say nothing but errors")->group("Help");
   app.add_flag("--progress,!--no-progress", typed.arguments.progress, "Show a progress bar, or none")->group("Help");
   app.add_flag("--version", typed.version, "Print the version")->group("Help");
@@ -272,26 +276,26 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
 }
 
 bool IsColour(const std::string& text) {
-  return text.size() == 7 && text[0] == '#' &&
+  return (text.size() == 7 || text.size() == 4) && text[0] == '#' &&
          std::all_of(text.begin() + 1, text.end(), [](unsigned char c) { return std::isxdigit(c); });
 }
 
 void ReadMaterials(Typed& typed) {
   Job& job = typed.arguments.job;
-  static const char* const kPrefixes[] = {"gradient:", "fountain:", "texture:", "tile:", "mtrl:"};
+  static const char* const kPrefixes[] = {"gradient:", "fountain:", "texture:", "tile:", "mtrl:", "image:"};
   const auto check = [](const char* option, const std::string& value) {
     if (value.empty() || IsColour(value)) return;
     for (const char* prefix : kPrefixes)
       if (value.rfind(prefix, 0) == 0) return;
     Refuse(std::string(option) + " '" + value +
-           "' is no material; use #RRGGBB (six hexadecimal digits), gradient:..., fountain:..., texture:NAME, "
-           "tile:FILE#N or mtrl:FILE");
+           "' is no material; use #RRGGBB (hexadecimal digits), gradient:..., fountain:..., texture:NAME, "
+           "tile:FILE#N, mtrl:FILE or image:FILE");
   };
   check("--fill", job.fill = typed.fill);
   check("--shadow", job.shadow = typed.shadow);
   check("--background", job.background = typed.background);
   if (!typed.outline.empty() && !IsColour(typed.outline))
-    Refuse("--outline '" + typed.outline + "' is no colour; use #RRGGBB with six hexadecimal digits");
+    Refuse("--outline '" + typed.outline + "' is no colour; use #RRGGBB with hexadecimal digits");
   job.outline = typed.outline;
 }
 
@@ -374,7 +378,8 @@ void ReadSets(Typed& typed, const Catalogue& catalogue) {
 }
 
 void ReadList(Typed& typed) {
-  static const std::vector<std::string> kNames = {"effects", "fonts", "palettes", "keys", "controls", "textures"};
+  static const std::vector<std::string> kNames = {"effects",  "fonts",    "palettes",  "keys",
+                                                  "controls", "textures", "fountains", "tiles"};
   const auto place = std::find(kNames.begin(), kNames.end(), typed.list);
   if (place == kNames.end()) Refuse("there is no list '" + typed.list + "'; there are " + Join(kNames));
   typed.arguments.list = static_cast<ListKind>(place - kNames.begin() + 1);
@@ -385,6 +390,9 @@ void ReadFiles(const Typed& typed) {
   std::error_code error;
   if (!document.empty() && !std::filesystem::is_regular_file(document, error))
     Refuse("the document '" + document + "' cannot be found; check its name");
+  const std::filesystem::path settings = typed.arguments.job.settingsFile;
+  if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
+    Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");
 }
 
 Arguments Resolve(Typed& typed, const Catalogue& catalogue) {

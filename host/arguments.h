@@ -21,7 +21,7 @@ struct Catalogue {
   std::function<std::vector<std::string>()> fonts;
 };
 
-enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures };
+enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles };
 
 struct Arguments {
   Job job;

@@ -54,18 +54,11 @@ Box BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int hei
   return box;
 }
 
-// Numbers for colours. The first palette's colours are numbered by their index, so that the usual frame needs no
-// translation.
+// Numbers for colours: palette entries of one colour are one and the same, here and in the file.
 struct ColourIds {
   std::vector<std::uint32_t> colours;
   std::unordered_map<std::uint32_t, Id> ids;
 
-  void Begin(std::span<const std::uint8_t, 768> palette) {
-    for (std::size_t i = 0; i < 256; ++i) {
-      colours.push_back(ColourAt(palette, i));
-      ids.emplace(colours.back(), static_cast<Id>(i));
-    }
-  }
   static std::uint32_t ColourAt(std::span<const std::uint8_t, 768> palette, std::size_t i) {
     return palette[i * 3] | std::uint32_t{palette[i * 3 + 1]} << 8 | std::uint32_t{palette[i * 3 + 2]} << 16;
   }
@@ -121,6 +114,83 @@ void PutPalette(std::vector<std::uint8_t>& out, const Slots& slots) {
 
 enum Disposal { kKeep = 1, kToBackground = 2 };
 
+// A frame that has been compressed. Its palette slots may still be renumbered.
+struct WrittenFrame {
+  Box crop;
+  Disposal disposal = kKeep;
+  int delay = 0, codeSize = 2, wildcard = -1;
+  std::optional<Slots> own;             // the frame's own palette
+  std::vector<std::uint8_t> usedSlots;  // of the common palette, without the wildcard
+  std::vector<std::uint8_t> codes;
+};
+
+// The frames by the number of their colours, fewest first, each adding the colours that are not yet placed: so the
+// frames with few colours get by with short codes. Gives the new slot of each slot.
+std::array<std::uint8_t, 256> OrderSlots(const std::vector<WrittenFrame>& frames, std::size_t count) {
+  std::vector<const WrittenFrame*> order;
+  for (const WrittenFrame& frame : frames)
+    if (!frame.own) order.push_back(&frame);
+  std::stable_sort(order.begin(), order.end(),
+                   [](const auto* a, const auto* b) { return a->usedSlots.size() < b->usedSlots.size(); });
+  std::array<std::uint8_t, 256> newSlot{};
+  std::array<bool, 256> placed{};
+  std::size_t next = 0;
+  const auto place = [&](std::size_t slot) {
+    if (!placed[slot]) newSlot[slot] = static_cast<std::uint8_t>(next++);
+    placed[slot] = true;
+  };
+  for (const WrittenFrame* frame : order)
+    for (const std::uint8_t slot : frame->usedSlots) place(slot);
+  for (std::size_t slot = 0; slot < count; ++slot) place(slot);
+  return newSlot;
+}
+
+int CodeSize(int largest) {
+  int bits = 2;
+  while (1 << bits <= largest) ++bits;
+  return bits;
+}
+
+// Gives a frame's literals their new slots, and a wildcard that is free among them. False when the codes would not fit
+// any more.
+bool Renumber(WrittenFrame& frame, const std::array<std::uint8_t, 256>& newSlot) {
+  std::array<std::uint8_t, 256> literal{};
+  std::array<bool, 257> taken{};
+  int largest = 0;
+  for (const std::uint8_t slot : frame.usedSlots) {
+    literal[slot] = newSlot[slot];
+    taken[newSlot[slot]] = true;
+    largest = std::max(largest, int{newSlot[slot]});
+  }
+  if (frame.wildcard >= 0) {
+    const auto gap = static_cast<int>(std::find(taken.begin(), taken.end(), false) - taken.begin());
+    literal[static_cast<std::size_t>(frame.wildcard)] = static_cast<std::uint8_t>(gap);
+    frame.wildcard = gap;
+    largest = std::max(largest, gap);
+  }
+  std::vector<std::uint8_t> codes;
+  if (!RenumberLzw(frame.codes, frame.codeSize, CodeSize(largest), literal, codes)) return false;
+  frame.codes.swap(codes);
+  frame.codeSize = CodeSize(largest);
+  return true;
+}
+
+void PutFrame(std::vector<std::uint8_t>& out, const WrittenFrame& frame) {
+  const bool transparent = frame.wildcard >= 0;
+  for (const int byte : {0x21, 0xF9, 4, frame.disposal << 2 | (transparent ? 1 : 0)})
+    out.push_back(static_cast<std::uint8_t>(byte));
+  PutWord(out, frame.delay);
+  out.push_back(static_cast<std::uint8_t>(std::max(frame.wildcard, 0)));
+  out.push_back(0);
+  out.push_back(0x2C);
+  for (const int value : {frame.crop.left, frame.crop.top, frame.crop.Width(), frame.crop.Height()})
+    PutWord(out, value);
+  out.push_back(static_cast<std::uint8_t>(frame.own ? 0x80 | (frame.own->Bits() - 1) : 0));
+  if (frame.own) PutPalette(out, *frame.own);
+  out.push_back(static_cast<std::uint8_t>(frame.codeSize));
+  PutBlocks(out, frame.codes);
+}
+
 }  // namespace
 
 struct GifWriter::State {
@@ -128,15 +198,15 @@ struct GifWriter::State {
   std::vector<Id> before, shown, wanted;  // screens of ids
   bool pending = false;
   int pendingDelay = 0;
-  int frames = 0;
   ColourIds ids;
   Slots common;
   std::string comment;
-  std::vector<std::uint8_t> body, symbols, free, written, freedom, stretch, attempt, best;
+  std::vector<WrittenFrame> encoded;
+  std::vector<std::uint8_t> symbols, free, written, freedom, varied, attempt, best;
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
-  bool Identity(const GifFrame& frame, std::array<Id, 256>& idOfIndex);
+  std::array<Id, 256> IdsOf(const GifFrame& frame);
   void WritePending(const Box& mustCover, Disposal disposal);
   void Encode(const Box& crop, Disposal disposal);
 
@@ -157,24 +227,25 @@ struct GifWriter::State {
   static std::vector<Id> ColoursToWrite(Census& census);
   int NearestSlot(const Slots& palette, const std::vector<Id>& used, Id id) const;
   // How free pixels are written: as their colours, as the dictionary likes, so that runs go on, as the wildcard where
-  // many stand together, as the wildcard.
-  enum class Method { Plain, Choice, Runs, Stretches, Wildcards };
+  // they vary, as the wildcard.
+  enum class Method { Plain, Choice, Runs, Varied, Wildcards };
   struct Result {
     std::size_t cost = SIZE_MAX;
     int codeSize = 2;
     Method method = Method::Plain;
-    ClearRule rule = ClearRule::WhenWorse;
+    LzwMode mode;
   };
   static void ChooseWildcard(const Census& census, const std::vector<Id>& used, const std::array<bool, 257>& taken,
                              Plan& plan);
   Plan CollectSymbols(const Box& crop, Slots& own);
-  void MarkStretches();
+  void MarkVaried();
   std::span<const std::uint8_t> Arrange(Method method, const Plan& plan);
-  void Try(Method method, ClearRule rule, Plan& plan, Result& result);
+  void Try(Method method, LzwMode mode, Plan& plan, Result& result);
   int Compress(Plan& plan);
+  void Renumber();
 
-  Method lastMethod = Method::Plain;
-  ClearRule lastRule = ClearRule::WhenWorse;
+  Method lastMethod = Method::Plain, lastMethodOfFrame = Method::Plain;
+  LzwMode lastMode;
   int trialCountdown = 0;
 };
 
@@ -187,17 +258,12 @@ GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 
-// Fills the table from palette index to id; true when every index but the transparent one is its own id.
-bool GifWriter::State::Identity(const GifFrame& frame, std::array<Id, 256>& idOfIndex) {
-  if (ids.colours.empty()) ids.Begin(frame.palette);
-  bool same = true;
-  for (std::size_t i = 0; i < 256; ++i) {
-    const std::uint32_t colour = ColourIds::ColourAt(frame.palette, i);
-    const bool own = colour == ids.colours[i] || static_cast<int>(i) == frame.transparentIndex;
-    idOfIndex[i] = own ? static_cast<Id>(i) : ids.IdOf(colour);
-    same = same && own;
-  }
-  return same;
+// The table from palette index to id.
+std::array<Id, 256> GifWriter::State::IdsOf(const GifFrame& frame) {
+  std::array<Id, 256> idOfIndex{};
+  for (std::size_t i = 0; i < 256; ++i)
+    if (static_cast<int>(i) != frame.transparentIndex) idOfIndex[i] = ids.IdOf(ColourIds::ColourAt(frame.palette, i));
+  return idOfIndex;
 }
 
 // The screen as it looks with `frame` on it, into `wanted`.
@@ -211,8 +277,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
     ids = {};
     common.slotOfId.clear();
   }
-  std::array<Id, 256> idOfIndex;
-  const bool identity = Identity(frame, idOfIndex);
+  const std::array<Id, 256> idOfIndex = IdsOf(frame);
   const int columns = std::min(width, frame.width), rows = std::min(height, frame.height);
   wanted = shown;
   if (frame.standAlone) std::fill(wanted.begin(), wanted.end(), kClear);
@@ -220,11 +285,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
   for (int y = 0; y < rows; ++y) {
     const std::uint8_t* in = frame.indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame.width);
     Id* out = wanted.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    if (identity) {
-      for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : in[x];
-    } else {
-      for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOfIndex[in[x]];
-    }
+    for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOfIndex[in[x]];
   }
 }
 
@@ -258,7 +319,6 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   Box crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
   if (crop.Empty()) crop = {0, 0, 1, 1};
   Encode(crop, disposal);
-  ++frames;
   before = shown;
   if (disposal != kToBackground) return;
   for (int y = crop.top; y < crop.bottom; ++y) {
@@ -320,12 +380,6 @@ int GifWriter::State::NearestSlot(const Slots& palette, const std::vector<Id>& u
   };
   return palette.SlotOf(
       *std::min_element(used.begin(), used.end(), [&](Id a, Id b) { return distance(a) < distance(b); }));
-}
-
-int CodeSize(int largest) {
-  int bits = 2;
-  while (1 << bits <= largest) ++bits;
-  return bits;
 }
 
 // A slot for the wildcard: one that no pixel of the crop has, or, where that would make the codes longer, one that only
@@ -390,16 +444,16 @@ GifWriter::State::Plan GifWriter::State::CollectSymbols(const Box& crop, Slots& 
   return plan;
 }
 
-// Marks the free pixels that stand in a row of many.
-void GifWriter::State::MarkStretches() {
-  constexpr std::size_t kMany = 9;
-  stretch.assign(free.size(), 0);
+// Marks the runs of free pixels that change colour often: the edges of letters that stand still, for example. Their
+// colours would cost more than the wildcard.
+void GifWriter::State::MarkVaried() {
+  constexpr int kOften = 3;
+  varied.assign(free.size(), 0);
   for (std::size_t i = 0; i < free.size();) {
     std::size_t end = i;
-    while (end < free.size() && free[end]) ++end;
-    if (end - i >= kMany)
-      std::fill(stretch.begin() + static_cast<std::ptrdiff_t>(i), stretch.begin() + static_cast<std::ptrdiff_t>(end),
-                std::uint8_t{1});
+    int changes = 0;
+    for (; end < free.size() && free[end]; ++end) changes += end > i && symbols[end] != symbols[end - 1];
+    if (changes >= kOften) std::fill(&varied[i], &varied[i] + (end - i), std::uint8_t{1});
     i = end + 1;
   }
 }
@@ -411,12 +465,12 @@ std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Pla
   const auto wildcard = static_cast<std::uint8_t>(plan.wildcard);
   const int reach = 1 << plan.codeSize;
   freedom = free;
-  if (method == Method::Stretches) MarkStretches();
+  if (method == Method::Varied) MarkVaried();
   for (std::size_t i = 0; i < symbols.size(); ++i) {
     if (!free[i]) continue;
     const bool forced = symbols[i] >= reach || symbols[i] == wildcard;
     const bool runGoesOn = i > 0 && written[i - 1] == symbols[i];
-    if (forced || method == Method::Wildcards || (method == Method::Stretches && stretch[i]) ||
+    if (forced || method == Method::Wildcards || (method == Method::Varied && varied[i]) ||
         (method == Method::Runs && !runGoesOn))
       written[i] = wildcard;
     freedom[i] = !forced;
@@ -425,37 +479,43 @@ std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Pla
   return {};
 }
 
-void GifWriter::State::Try(Method method, ClearRule rule, Plan& plan, Result& result) {
+void GifWriter::State::Try(Method method, LzwMode mode, Plan& plan, Result& result) {
   const std::span<const std::uint8_t> choices = Arrange(method, plan);
   const bool plain = method == Method::Plain;
   const int codeSize = plain ? CodeSize(*std::max_element(symbols.begin(), symbols.end())) : plan.codeSize;
   attempt.clear();
-  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, rule, attempt);
+  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, mode, attempt);
   // A palette that has to grow for the transparent index is paid back over some frames.
   const bool grows = !plain && plan.wildcard >= 1 << plan.slots->Bits();
   const std::size_t cost = attempt.size() + (grows ? (std::size_t{3} << plan.slots->Bits()) / 8 : 0);
   if (cost >= result.cost) return;
   best.swap(attempt);
-  result = {cost, codeSize, method, rule};
+  result = {cost, codeSize, method, mode};
 }
 
 // The shortest of what the freedom allows, into `best`. What won last goes first; the other ways are tried again from
 // time to time, because neighbouring frames are alike and trying costs time.
 int GifWriter::State::Compress(Plan& plan) {
-  constexpr int kTrialPeriod = 8;
-  const bool trial = !plan.choice || trialCountdown-- <= 0;
+  constexpr int kTrialPeriod = 4;
+  constexpr std::size_t kSmall = 8192;  // pixels
+  const bool trial = symbols.size() < kSmall || trialCountdown-- <= 0;
   Result result;
   if (plan.choice) {
-    for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Stretches, Method::Wildcards})
-      if (trial || method == lastMethod) Try(method, lastRule, plan, result);
+    for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Wildcards})
+      if (trial || method == lastMethod) Try(method, lastMode, plan, result);
   } else {
-    Try(Method::Plain, lastRule, plan, result);
+    Try(Method::Plain, lastMode, plan, result);
   }
-  const ClearRule other = lastRule == ClearRule::WhenFull ? ClearRule::WhenWorse : ClearRule::WhenFull;
-  if (trial && best.size() > 3800) Try(result.method, other, plan, result);
-  lastRule = result.rule;
+  if (trial) {
+    const bool overflows = best.size() > 3800;  // about what fills the dictionary
+    for (const LzwMode mode : {LzwMode{false, true}, LzwMode{false, false}, LzwMode{true, true}, LzwMode{true, false}})
+      if (mode != lastMode && (overflows || !mode.clearWhenFull)) Try(result.method, mode, plan, result);
+  }
+  lastMode = result.mode;
+  lastMethodOfFrame = result.method;
   if (plan.choice) lastMethod = result.method;
-  if (trial && plan.choice) trialCountdown = kTrialPeriod - 1;
+  // The first frame is no model for the others: they have one before them.
+  if (trialCountdown < 0) trialCountdown = encoded.empty() ? 0 : kTrialPeriod - 1;
   plan.needsWildcard = plan.needsWildcard || result.method != Method::Plain;
   return result.codeSize;
 }
@@ -463,27 +523,51 @@ int GifWriter::State::Compress(Plan& plan) {
 void GifWriter::State::Encode(const Box& crop, Disposal disposal) {
   Slots own;
   Plan plan = CollectSymbols(crop, own);
-  const int minCodeSize = Compress(plan);
-  const bool transparent = plan.needsWildcard && plan.wildcard >= 0;
-  if (transparent) plan.slots->Reserve(plan.wildcard + 1);
-  const std::uint8_t control[] = {0x21, 0xF9, 4, static_cast<std::uint8_t>(disposal << 2 | (transparent ? 1 : 0))};
-  body.insert(body.end(), std::begin(control), std::end(control));
-  PutWord(body, pendingDelay);
-  body.push_back(static_cast<std::uint8_t>(transparent ? plan.wildcard : 0));
-  body.push_back(0);
-  body.push_back(0x2C);
-  for (const int value : {crop.left, crop.top, crop.Width(), crop.Height()}) PutWord(body, value);
-  const bool local = plan.slots == &own;
-  body.push_back(static_cast<std::uint8_t>(local ? 0x80 | (own.Bits() - 1) : 0));
-  if (local) PutPalette(body, own);
-  body.push_back(static_cast<std::uint8_t>(minCodeSize));
-  PutBlocks(body, best);
+  WrittenFrame frame;
+  frame.codeSize = Compress(plan);
+  frame.crop = crop;
+  frame.disposal = disposal;
+  frame.delay = pendingDelay;
+  if (plan.needsWildcard) frame.wildcard = plan.wildcard;
+  if (frame.wildcard >= 0) plan.slots->Reserve(frame.wildcard + 1);
+  frame.codes = best;
+  Arrange(lastMethodOfFrame, plan);
+  std::array<bool, 256> used{};
+  if (lastMethodOfFrame == Method::Choice) {
+    for (std::size_t i = 0; i < symbols.size(); ++i)
+      used[symbols[i]] = used[symbols[i]] || symbols[i] < 1 << plan.codeSize;
+  } else {
+    for (const std::uint8_t symbol : written) used[symbol] = true;
+  }
+  for (std::size_t slot = 0; slot < used.size(); ++slot)
+    if (used[slot] && static_cast<int>(slot) != frame.wildcard)
+      frame.usedSlots.push_back(static_cast<std::uint8_t>(slot));
+  if (plan.slots == &own) frame.own = std::move(own);
+  encoded.push_back(std::move(frame));
+}
+
+// Renumbers the common palette, when all frames can follow.
+void GifWriter::State::Renumber() {
+  const auto newSlot = OrderSlots(encoded, common.colours.size());
+  std::vector<WrittenFrame> frames = encoded;
+  int entries = static_cast<int>(common.colours.size());
+  for (WrittenFrame& frame : frames) {
+    if (frame.own) continue;
+    if (!glyphmotion::Renumber(frame, newSlot)) return;
+    entries = std::max(entries, frame.wildcard + 1);
+  }
+  encoded.swap(frames);
+  std::vector<std::uint32_t> colours(common.colours.size());
+  for (std::size_t slot = 0; slot < colours.size(); ++slot) colours[newSlot[slot]] = common.colours[slot];
+  common.colours.swap(colours);
+  common.reserved = entries;
 }
 
 std::vector<std::uint8_t> GifWriter::Finish() {
   State& s = *state_;
   s.WritePending({}, kKeep);
-  if (s.frames == 0) return {};
+  if (s.encoded.empty()) return {};
+  s.Renumber();
   std::vector<std::uint8_t> file = {'G', 'I', 'F', '8', '9', 'a'};
   PutWord(file, s.width);
   PutWord(file, s.height);
@@ -491,12 +575,12 @@ std::vector<std::uint8_t> GifWriter::Finish() {
   file.push_back(0);  // background: viewers show nothing there
   file.push_back(0);  // square pixels
   PutPalette(file, s.common);
-  if (s.frames > 1) {
+  if (s.encoded.size() > 1) {
     static constexpr std::uint8_t kForever[] = {0x21, 0xFF, 11,  'N', 'E', 'T', 'S', 'C', 'A', 'P',
                                                 'E',  '2',  '.', '0', 3,   1,   0,   0,   0};
     file.insert(file.end(), std::begin(kForever), std::end(kForever));
   }
-  file.insert(file.end(), s.body.begin(), s.body.end());
+  for (const WrittenFrame& frame : s.encoded) PutFrame(file, frame);
   if (!s.comment.empty()) {
     file.push_back(0x21);
     file.push_back(0xFE);

@@ -70,14 +70,14 @@ struct BitWriter {
 struct ClearPolicy {
   static constexpr unsigned kWindow = 256;  // codes
   static constexpr double kTolerance = 0.95;
-  ClearRule rule;
+  bool whenFull;
   unsigned codes = 0;
   std::size_t windowStart = 0;
   double best = 0;
 
   void Full(std::size_t position) { codes = 0, windowStart = position, best = 0; }
   bool WantsClear(std::size_t position) {
-    if (rule == ClearRule::WhenFull) return true;
+    if (whenFull) return true;
     if (++codes < kWindow) return false;
     const auto length = static_cast<double>(position - windowStart);
     codes = 0;
@@ -90,8 +90,12 @@ struct ClearPolicy {
 // Emits codes and keeps the code width in step with what a decoder has.
 class CodeStream {
  public:
-  CodeStream(Dictionary& dictionary, int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out)
-      : dictionary_(dictionary), writer_{out}, policy_{rule}, clear_(1u << minCodeSize), width_(MinimumWidth()) {
+  CodeStream(Dictionary& dictionary, int minCodeSize, bool clearWhenFull, std::vector<std::uint8_t>& out)
+      : dictionary_(dictionary),
+        writer_{out},
+        policy_{clearWhenFull},
+        clear_(1u << minCodeSize),
+        width_(MinimumWidth()) {
     Restart();
   }
   void Restart() {
@@ -106,6 +110,11 @@ class CodeStream {
   // The string of `node` and one more symbol becomes a string. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     dictionary_.Insert(node, symbol, next_);
+    if (next_ == 1u << width_) ++width_;
+    if (++next_ == kCodes) policy_.Full(position);
+  }
+  // The decoder adds a string that stands already.
+  void Skip(std::size_t position) {
     if (next_ == 1u << width_) ++width_;
     if (++next_ == kCodes) policy_.Full(position);
   }
@@ -144,6 +153,56 @@ void CompressPlain(std::span<const std::uint8_t> symbols, const Dictionary& dict
       codes.Restart();
     }
   }
+  codes.End();
+}
+
+// The longest string at a place: its node, the node one symbol before its end, and the place behind it.
+struct Match {
+  unsigned node, parent;
+  std::size_t end;
+};
+Match LongestMatch(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t i) {
+  Match match{symbols[i], kNone, i + 1};
+  while (match.end < symbols.size()) {
+    const unsigned child = dictionary.Child(match.node, symbols[match.end]);
+    if (child == kNone) break;
+    match.parent = match.node;
+    match.node = child;
+    ++match.end;
+  }
+  return match;
+}
+
+// `cutGain`: how many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
+void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t cutGain,
+                           CodeStream& codes) {
+  const std::size_t size = symbols.size();
+  Match match = LongestMatch(symbols, dictionary, 0);
+  while (match.end < size) {
+    const std::size_t end = match.end;
+    Match next = LongestMatch(symbols, dictionary, end);
+    // The string about to be added lengthens the next one if that one stops right there.
+    const bool grows = !codes.Full() && next.node == match.node && next.end < size && symbols[next.end] == symbols[end];
+    if (match.parent != kNone) {
+      const Match early = LongestMatch(symbols, dictionary, end - 1);
+      if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
+        codes.Put(match.parent);
+        if (!codes.Full()) codes.Skip(end - 1);
+        match = early;
+        continue;
+      }
+    }
+    codes.Put(match.node);
+    if (!codes.Full()) {
+      if (grows) next = {codes.Next(), next.node, next.end + 1};
+      codes.Add(match.node, symbols[end], end);
+    } else if (codes.WantsClear(end)) {
+      codes.Restart();
+      next = LongestMatch(symbols, dictionary, end);
+    }
+    match = next;
+  }
+  codes.Put(match.node);
   codes.End();
 }
 
@@ -215,13 +274,64 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
 }  // namespace
 
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out) {
+                 int minCodeSize, LzwMode mode, std::vector<std::uint8_t>& out) {
   static thread_local Dictionary dictionary;
-  CodeStream codes(dictionary, minCodeSize, rule, out);
-  if (free.empty()) {
+  CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, out);
+  if (free.empty() && mode.lookahead) {
+    CompressWithLookahead(symbols, dictionary, mode.clearWhenFull ? 4 : 1, codes);
+  } else if (free.empty()) {
     CompressPlain(symbols, dictionary, codes);
   } else {
     CompressWithChoice({dictionary, symbols, free.data(), wildcard}, symbols.size(), codes);
+  }
+}
+
+namespace {
+
+// How many bits the next code has, from the codes so far.
+struct CodeWidth {
+  unsigned clear, next = 0, width = 0;
+  explicit CodeWidth(int minCodeSize) : clear(1u << minCodeSize) { Restart(); }
+  void Restart() {
+    next = clear + 1;  // the first code after a clear adds no string
+    width = 1;
+    while ((1u << width) <= clear) ++width;
+  }
+  void Advance() {
+    if (next < kCodes) ++next;
+    if (next == 1u << width && width < 12) ++width;
+  }
+};
+
+}  // namespace
+
+bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
+                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out) {
+  CodeWidth from(minCodeSize), to(newMinCodeSize);
+  BitWriter writer{out};
+  std::uint64_t bits = 0;
+  unsigned count = 0;
+  for (std::size_t i = 0;;) {
+    for (; count < from.width; count += 8) {
+      if (i == compressed.size()) return false;
+      bits |= std::uint64_t{compressed[i++]} << count;
+    }
+    const unsigned code = static_cast<unsigned>(bits) & ((1u << from.width) - 1);
+    bits >>= from.width;
+    count -= from.width;
+    const unsigned renumbered = code < from.clear ? literal[code] : code - from.clear + to.clear;
+    if (renumbered >= kCodes) return false;
+    writer.Put(renumbered, to.width);
+    if (code == from.clear) {
+      from.Restart();
+      to.Restart();
+    } else if (code == from.clear + 1) {
+      writer.Flush();
+      return true;
+    } else {
+      from.Advance();
+      to.Advance();
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 // GIF's form of LZW compression: variable code size, deferred clear, and a choice of symbols per pixel.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -9,10 +10,15 @@
 
 namespace glyphmotion {
 
-/// When a dictionary that is full gives way to an empty one.
-enum class ClearRule : std::uint8_t {
-  WhenFull,  ///< at once: best for textures that change all the time
-  WhenWorse  ///< when strings get markedly shorter than they have been: best for patterns that come again
+/// Two decisions that the format leaves to the compressor. None of the four ways is always the best.
+struct LzwMode {
+  /// A full dictionary is cleared at once (textures that change all the time), instead of when strings get markedly
+  /// shorter (patterns that come again).
+  bool clearWhenFull = false;
+  /// Strings may end one symbol early where the next one reaches further for it (Horspool, "The effect of non-greedy
+  /// parsing in Ziv-Lempel compression methods", 1995). Not where `free` gives a choice.
+  bool lookahead = true;
+  friend bool operator==(const LzwMode&, const LzwMode&) = default;
 };
 
 /// Compresses symbols into codes, least significant bit first, without GIF's sub-blocks.
@@ -26,6 +32,13 @@ enum class ClearRule : std::uint8_t {
 /// The codes begin with a clear and end with the end code.
 /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, ClearRule rule, std::vector<std::uint8_t>& out);
+                 int minCodeSize, LzwMode mode, std::vector<std::uint8_t>& out);
+
+/// Gives the literals of compressed bytes other values, and the codes the width that goes with them. The strings stay.
+///
+/// literal  the new value of each old one.
+/// Returns false, with `out` unspecified, when the codes would outgrow 4096.
+bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
+                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out);
 
 }  // namespace glyphmotion

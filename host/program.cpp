@@ -10,9 +10,14 @@
 #include "glyphmotion/render.h"
 #include "host/arguments.h"
 #include "host/encoders.h"
+#include "host/gallery.h"
+#include "host/image_loader.h"
+#include "host/lists.h"
 #include "host/output_file.h"
 #include "host/progress.h"
 #include "host/recorder.h"
+#include "host/swatch.h"
+#include "materials/material_text.h"
 #include "platform/text_engine.h"
 
 namespace glyphmotion {
@@ -28,47 +33,6 @@ int Fail(const std::string& sentence, int code = kExitFailed) {
 }
 
 Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
-
-// --- Lists
-
-void PrintRow(const std::vector<std::string>& cells, const std::vector<int>& widths) {
-  std::string line;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    line += cells[i];
-    const auto width = static_cast<std::size_t>(i < widths.size() ? widths[i] : 0);
-    if (i + 1 < cells.size()) line.append(cells[i].size() < width ? width - cells[i].size() : 1, ' ');
-  }
-  line.erase(line.find_last_not_of(' ') + 1);
-  std::printf("%s\n", line.c_str());
-}
-
-int PrintList(ListKind kind, const Catalogue& catalogue) {
-  switch (kind) {
-    case ListKind::Effects:
-      for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
-      return kExitDone;
-    case ListKind::Fonts:
-      for (const std::string& name : catalogue.fonts()) PrintRow({name}, {});
-      return kExitDone;
-    case ListKind::Palettes:
-      PrintRow({"custom", "-", "made for the picture"}, {16, 4});
-      for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i)
-        PrintRow({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]}, {16, 4});
-      return kExitDone;
-    case ListKind::Keys:
-      for (const KeyInfo& row : catalogue.keys)
-        PrintRow({row.key, row.kind, row.control ? std::to_string(row.control) : "-", row.defaultValue}, {32, 8, 6});
-      return kExitDone;
-    case ListKind::Controls:
-      for (const ControlInfo& row : catalogue.controls)
-        PrintRow({std::to_string(row.id), row.kind, row.range, row.key, row.panel, row.caption}, {6, 18, 16, 28, 24});
-      return kExitDone;
-    default:
-      return Fail("no texture library is installed, so there are no textures to list");
-  }
-}
-
-// --- A run
 
 // Everything that takes part in one run.
 struct Run {
@@ -174,6 +138,15 @@ void CatchInterrupts() {
 
 int RunProgram(const std::vector<std::string>& words) {
   try {
+    SetImageLoader(LoadPicture);
+    if (IsSwatch(words)) {
+      const std::string trouble = WriteSwatch(words);
+      return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
+    }
+    if (IsGallery(words)) {
+      const std::string trouble = WriteGallery(words[1], RunProgram);
+      return trouble.empty() ? kExitDone : Fail(trouble);
+    }
     const Catalogue catalogue = LibraryCatalogue();
     const ParsedArguments parsed = ParseArguments(words, catalogue);
     if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
@@ -181,7 +154,10 @@ int RunProgram(const std::vector<std::string>& words) {
       std::fputs(parsed.text.c_str(), stdout);
       return parsed.exitCode;
     }
-    if (parsed.arguments->list != ListKind::None) return PrintList(parsed.arguments->list, catalogue);
+    if (parsed.arguments->list != ListKind::None) {
+      const std::string trouble = PrintList(parsed.arguments->list, catalogue);
+      return trouble.empty() ? kExitDone : Fail(trouble);
+    }
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {
     return Fail("memory is out; try a smaller size or fewer frames");

@@ -71,7 +71,8 @@ Recorder::Recorder(const std::string& folder, std::string& error) : folder_(fold
   const fs::path calls = fs::path(folder) / "calls.jsonl";
   if (!code) calls_ = std::fopen(calls.string().c_str(), "wb");
   if (!calls_) {
-    error = std::string("'").append(calls.string()) + "' cannot be written: " + (code ? code.message() : std::strerror(errno)) +
+    error = std::string("'").append(calls.string()) +
+            "' cannot be written: " + (code ? code.message() : std::strerror(errno)) +
             "; name another folder for --record";
     return;
   }

@@ -10,6 +10,7 @@
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
 #include "materials/material_text.h"
+#include "materials/tile.h"
 #include "platform/dialog_driver.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
@@ -232,7 +233,16 @@ bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) 
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  return SetByLine(dialog, id, HexEncode(&material, sizeof material));
+  PackedDib picture(HandleOf(material.Tile.TileBitmap));
+  if (!SetByLine(dialog, id, HexEncode(&material, sizeof material))) return false;
+  if (picture) {
+    // A one-off tile belongs to no library: it goes straight to the control, whose line cannot carry it.
+    const auto held = LockMaterial(dialog, id);
+    if (!held) return false;
+    FreeBlock(HandleOf(held->Tile.TileBitmap));
+    held->Tile.TileBitmap = WordOf(picture.Release());
+  }
+  return true;
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {

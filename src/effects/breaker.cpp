@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Breaker: not built in yet; the row has a panel and a background colour, but no frames.
+// Breaker: a whirl the height of the text rolls along it like a breaking wave, twisting only the letters under it, and
+// unwinds as it goes. The twist of Vortex in a square window that slides across the picture.
+#include <utility>
+
 #include "effects/effect_table.h"
+#include "effects/twist.h"
+#include "image/filters.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +22,75 @@ constexpr PanelRoles kRoles{.fill = 672,
                             .shadowDirection = 692,
                             .shadowEnable = 694,
                             .outlineEnable = 695};
+constexpr int kFrames = 684, kRotation = 690, kSmooth = 696, kDirection = 697;
+
+struct Parameters {
+  double phase = 0.5;  // 0 to 1: the window travels once across while the angle rises and falls
+  TwistTables tables;
+  DoubledMasks doubled;
+};
+
+// The twisted square, pasted where it was cut out; its corners are unchanged, so there is no seam.
+PackedDib TwistWindow(const PackedDib& working, int angle, double phase, bool leftToRight, TwistTables& tables) {
+  PackedDib result = DuplicateDib(working);
+  const DibView to(result);
+  if (!to) return {};
+  const int width = to.Width(), side = to.Height();
+  const int travelled = static_cast<int>((width - side) * phase);
+  // From the right, the window stands a pixel short of the end.
+  const int left = leftToRight ? travelled : width - travelled - side - 1;
+  const PackedDib square = Twist(CropDib(working, {left, 0, left + side, side}), angle, tables);
+  const DibView from(square);
+  if (!from) return {};
+  CopyRegion(to, left, 0, from, 0, 0, side, side);
+  return result;
+}
+
+PackedDib BreakMask(const PackedDib& mask, int angle, bool smooth, bool leftToRight, Parameters& parameters) {
+  const PackedDib* working = smooth ? parameters.doubled.Double(mask) : &mask;
+  if (!working) return {};
+  PackedDib broken = TwistWindow(*working, angle, parameters.phase, leftToRight, parameters.tables);
+  return smooth && broken ? ResampleByPercent(broken, 50, 50) : std::move(broken);
+}
+
+PackedDib Render(EffectContext& context) {
+  Parameters& parameters = ParametersOf<Parameters>(context);
+  FrameComposer composer = MakeComposer(context, kRoles);
+  const bool leftToRight = ReadDirection(*context.dialog, kDirection) == 1;
+  const int rotation = composer.Number(kRotation);
+  const int angle = TwistAngle(leftToRight ? -rotation : rotation, parameters.phase);
+  const bool smooth = composer.Check(kSmooth);
+  composer.onShadowMask = composer.onTextMask =
+      composer.onOutlineMask = [&](PackedDib mask) { return BreakMask(mask, angle, smooth, leftToRight, parameters); };
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  Parameters parameters;
+  return RunTest(context, &parameters, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames), moving = frames - 1;
+    Parameters parameters;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
+    if (!RunFits(context, width, height, frames)) return false;
+    for (int i = 0; i < moving; ++i) {
+      parameters.phase = static_cast<double>(i) / moving;
+      if (!AppendWithProgress(context, Render(context), delay, i, moving)) return false;
+    }
+    parameters.phase = 0;
+    return AppendQuietly(context, Render(context), delay + pause);
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kBreaker = {"Breaker", &kBreakerPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
+const EffectDescriptor kBreaker = {"Breaker", &kBreakerPanel, Test, Build, TransparentColour<kRoles.background>,
                                    &kRoles};
 
 }  // namespace glyphmotion

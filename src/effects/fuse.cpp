@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Fuse: not built in yet; the row has a panel and a background colour, but no frames.
+// Fuse: inside the text one material is swapped for another by thin leaves that slide past each other, neighbours in
+// opposite directions, like the teeth of a zip. They come together, rest, and part again.
+#include <utility>
+
 #include "effects/effect_table.h"
 #include "resources/templates.h"
 
@@ -17,9 +20,90 @@ constexpr PanelRoles kRoles{.fill = 459,
                             .shadowDirection = 479,
                             .shadowEnable = 481,
                             .outlineEnable = 482};
+constexpr int kFrames = 471, kScroll = 477, kLeafSize = 483, kBackFill = 485;
+constexpr int kUpAndDown = 1;  // of the scroll picker: leaves are columns
+
+constexpr double kHalfWay = 0.5;
+
+struct Leaves {
+  double phase = kHalfWay;  // -1 the back fill, 0 the fill, 1 the back fill again
+};
+
+// Leaves of `leaf` rows (or columns) of `front`, slid by the phase over `back`, which follows them from the far side.
+// While the phase is negative `front` comes in, and what follows it still lies outside.
+PackedDib PaintFuseFill(const PackedDib& front, const PackedDib& back, int leaf, bool columns, double phase) {
+  PackedDib result = DuplicateDib(back);
+  {
+    const DibView to(result), a(front), b(back);
+    if (!to || !a || !b) return {};
+    const int width = to.Width(), height = to.Height();
+    const int length = columns ? height : width, across = columns ? width : height;
+    const auto slide = [&](const DibView& from, int at, int by) {
+      if (columns) {
+        CopyRegion(to, at, by, from, at, 0, leaf, height);
+      } else {
+        CopyRegion(to, by, at, from, 0, at, width, leaf);
+      }
+    };
+    const int shift = static_cast<int>(length * phase);
+    for (int at = 0; at < across; at += 2 * leaf) {
+      slide(a, at, -shift);
+      slide(a, at + leaf, shift);
+      slide(b, at, length - shift);
+      slide(b, at + leaf, shift - length);
+    }
+  }
+  return result;
+}
+
+PackedDib Render(EffectContext& context) {
+  const double phase = ParametersOf<Leaves>(context).phase;
+  FrameComposer composer = MakeComposer(context, kRoles);
+  composer.makeFillBitmap = [&](int width, int height) {
+    const PackedDib front = composer.RenderMaterial(kRoles.fill, width, height);
+    const PackedDib back = composer.RenderMaterial(kBackFill, width, height);
+    return PaintFuseFill(front, back, composer.Number(kLeafSize), ReadDirection(*context.dialog, kScroll) == kUpAndDown,
+                         phase);
+  };
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  Leaves leaves;
+  return RunTest(context, &leaves, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
+    const double step = 1.0 / half;
+    Leaves leaves;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &leaves, Render, &width, &height) || !RunFits(context, width, height, 2 * half))
+      return false;
+    const auto append = [&](int hold, int index) {
+      return AppendWithProgress(context, Render(context), delay + hold, index, frames);
+    };
+    leaves.phase = -1.0;
+    for (int i = 0; i < half; ++i, leaves.phase += step) {
+      if (!append(0, i)) return false;
+    }
+    leaves.phase = 0.0;
+    if (!append(pause, half)) return false;
+    // The leaves part with a first step of double length.
+    leaves.phase = step;
+    for (int j = 1; j < half; ++j) {
+      leaves.phase += step;
+      if (!append(j == half - 1 ? pause : 0, half + j)) return false;
+    }
+    return true;
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kFuse = {"Fuse", &kFusePanel, nullptr, nullptr, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kFuse = {"Fuse", &kFusePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

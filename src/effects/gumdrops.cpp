@@ -1,6 +1,18 @@
 // SPDX-License-Identifier: MIT
-// Gumdrops: not built in yet; the row has a panel and a background colour, but no frames.
+// Gumdrops: the letters are filled with round sweets that swell and shrink, each slowly circling its home.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "effects/colour_blend.h"
 #include "effects/effect_table.h"
+#include "effects/optional_colours.h"
+#include "image/filters.h"
+#include "image/surface.h"
+#include "platform/random.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -18,9 +30,236 @@ constexpr PanelRoles kRoles{.fill = 405,
                             .shadowEnable = 399,
                             .outlineEnable = 400};
 
+constexpr int kFrames = 391, kSeed = 401, kDensity = 403, kBevel = 407, kSize = 408, kDrift = 410;
+constexpr OptionalColourControls kColours{367, {{{369, 371}, {372, 374}, {375, 377}, {378, 380}}}};
+
+struct GumdropRecord {
+  int x, y;  // home, in percent of the bitmap's sides
+  bool bevel;
+  Colour colour;
+  double size;      // place in the cycle of swelling and shrinking, 0 to 100; 50 is its largest
+  double turn;      // place on the circle around home, 100 being a whole turn
+  double sizeStep;  // a frame's, signed
+};
+
+// One drop's coverage: side x side weights.
+struct DropImage {
+  int side = 0;
+  std::vector<std::uint8_t> weights;
+};
+
+// The drops of a run come in few sizes and strengths, each of them many times.
+class DropImages {
+ public:
+  // Null when memory is out. Stands until the next call.
+  const DropImage* Get(int diameter, int strength, bool bevel);
+
+ private:
+  static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+  std::unordered_map<std::uint64_t, DropImage> images_;
+  std::size_t bytes_ = 0;
+};
+
+struct GumdropParams {
+  ScrollOffset offset;  // always 0
+  double step = 0.0;    // 100 / frames
+  std::vector<GumdropRecord> drops;
+  bool ready = false;
+  DropImages images;
+};
+
+// Drawing one drop
+// -----------------------------------------------------------------------------------------------------
+
+constexpr int kOversize = 4, kReduction = 25;  // drawn so many times too large, then reduced to that percentage
+constexpr double kPi = 3.141592653589793;
+
+// The grey of ring i of `rings`, counted from the rim: brighter than the strength between rim and centre, which makes
+// the dome.
+std::uint8_t RingLevel(int i, int rings, int strength) {
+  const double c = std::cos(static_cast<double>(i) / rings * 90 * kPi / 180);
+  const double k = c * (static_cast<double>(i + 1) / rings) * 0.9;
+  return static_cast<std::uint8_t>(std::clamp(static_cast<int>(k * strength) + strength, 0, 255));
+}
+
+// Ring lies on ring, each one pixel further in on all sides, so a row's spans nest: from the innermost ring outwards,
+// each adds a piece at both ends of what stands.
+void PaintDome(const DibView& surface, int strength) {
+  const int side = surface.Width(), rings = side / 2;
+  std::vector<RowSpan> spans(static_cast<std::size_t>(side)), painted(spans.size());
+  for (int i = rings - 1; i >= 0; --i) {
+    const std::uint8_t level = RingLevel(i, rings, strength);
+    const RowRange range = EllipseRows({i, i, side - i, side - i}, side, spans);
+    for (int y = range.first; y < range.end; ++y) {
+      const RowSpan span = spans[static_cast<std::size_t>(y)];
+      RowSpan& done = painted[static_cast<std::size_t>(y)];
+      if (span.left >= span.right) continue;
+      if (done.left >= done.right) done = {span.right, span.right};
+      std::uint8_t* row = surface.Row(y);
+      if (span.left < done.left) std::memset(row + span.left, level, static_cast<std::size_t>(done.left - span.left));
+      if (done.right < span.right) {
+        std::memset(row + done.right, level, static_cast<std::size_t>(span.right - done.right));
+      }
+      done = {std::min(span.left, done.left), std::max(span.right, done.right)};
+    }
+  }
+}
+
+void PaintDisc(const DibView& surface, int strength) {
+  const int side = surface.Width();
+  std::vector<RowSpan> spans(static_cast<std::size_t>(side));
+  EllipseRows({0, 0, side, side}, side, spans);
+  for (int y = 0; y < side; ++y) {
+    const RowSpan span = spans[static_cast<std::size_t>(y)];
+    if (span.left >= span.right) continue;
+    std::memset(surface.Row(y) + span.left, strength, static_cast<std::size_t>(span.right - span.left));
+  }
+}
+
+// All three channels of a drop are the same, so that one is enough.
+bool DrawGumdrop(int diameter, int strength, bool bevel, DropImage& image) {
+  const PackedDib large = BlankMask(kOversize * diameter, kOversize * diameter);
+  {
+    const DibView surface(large);
+    if (!surface) return false;
+    bevel ? PaintDome(surface, strength) : PaintDisc(surface, strength);
+  }
+  const PackedDib reduced = ResampleByPercent(large, kReduction, kReduction);
+  const DibView view(reduced);
+  if (!view) return false;
+  const auto side = static_cast<std::size_t>(view.Width());
+  image.side = view.Width();
+  image.weights.resize(side * side);
+  for (std::size_t y = 0; y < side; ++y) {
+    std::memcpy(image.weights.data() + y * side, view.Row(static_cast<int>(y)), side);
+  }
+  return true;
+}
+
+const DropImage* DropImages::Get(int diameter, int strength, bool bevel) {
+  const std::uint64_t key =
+      std::uint64_t{bevel} << 40 | static_cast<std::uint64_t>(strength) << 32 | static_cast<std::uint32_t>(diameter);
+  const auto found = images_.find(key);
+  if (found != images_.end()) return &found->second;
+  DropImage image;
+  if (!DrawGumdrop(diameter, strength, bevel, image)) return nullptr;
+  if (bytes_ + image.weights.size() > kMostBytes) {
+    images_.clear();
+    bytes_ = 0;
+  }
+  bytes_ += image.weights.size();
+  return &(images_[key] = std::move(image));
+}
+
+// The run
+// ---------------------------------------------------------------------------------------------------------------
+
+void MakeDrops(GumdropParams& params, const Dialog& dialog) {
+  if (params.ready) return;
+  SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
+  const OptionalColours colours = ReadOptionalColours(dialog, kColours);
+  params.step = 100.0 / ReadNumber(dialog, kFrames);
+  GumdropRecord drop{};
+  drop.bevel = ReadCheck(dialog, kBevel);
+  params.drops.assign(static_cast<std::size_t>(ReadNumber(dialog, kDensity)), drop);
+  for (GumdropRecord& each : params.drops) {
+    each.x = NextRandom() % 100;
+    each.y = NextRandom() % 100;
+    each.colour = colours.Draw();
+    each.size = NextRandom() % 100;
+    each.sizeStep = NextRandom() & 1 ? params.step : -params.step;
+  }
+  params.ready = true;
+}
+
+// At either end of its cycle a drop keeps its size once more and turns back.
+void MoveDrop(GumdropRecord& drop, double step) {
+  drop.size += drop.sizeStep;
+  if (drop.size <= 0.0 || drop.size >= 100.0) {
+    drop.sizeStep = -drop.sizeStep;
+    drop.size += drop.sizeStep;
+  }
+  drop.turn += step;
+}
+
+void BlendDrop(const DibView& picture, int left, int top, const DropImage& image, Colour colour) {
+  const int from = std::max(left, 0), to = std::min(left + image.side, picture.Width());
+  if (from >= to) return;
+  const int end = std::min(top + image.side, picture.Height());
+  for (int y = std::max(top, 0); y < end; ++y) {
+    const auto at = static_cast<std::size_t>(y - top) * static_cast<std::size_t>(image.side);
+    BlendColourMasked(picture.Row(y) + 3 * static_cast<std::size_t>(from), image.weights.data() + at + (from - left),
+                      to - from, colour);
+  }
+}
+
+// False when the drop's image could not be made.
+bool PaintDrop(const GumdropRecord& drop, int size, int drift, DropImages& images, const DibView& picture) {
+  const int shorter = std::min(picture.Width(), picture.Height());
+  const double grown = drop.size <= 50.0 ? drop.size : 50.0 - (drop.size - 50.0);
+  const int diameter = static_cast<int>(2 * shorter * grown / 100) * size / 100;
+  if (diameter <= 1) return true;
+  const int strength = static_cast<int>(grown * 510 / 100) & 255;
+  const DropImage* image = images.Get(diameter, strength, drop.bevel);
+  if (!image) return false;
+  int x = static_cast<int>(drop.x / 100.0 * picture.Width()), y = static_cast<int>(drop.y / 100.0 * picture.Height());
+  if (drift > 0) {
+    const int degrees = static_cast<int>(drop.turn * 360 / 100);
+    const double angle = degrees * 0.017453292519943295;
+    const int radius = shorter * drift / 100;
+    x += static_cast<int>(-radius * std::cos(angle));
+    y += static_cast<int>(-radius * std::sin(angle));
+  }
+  BlendDrop(picture, x - image->side / 2, y - image->side / 2, *image, drop.colour);
+  return true;
+}
+
+bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const PackedDib& fill) {
+  const DibView picture(fill);
+  if (!picture) return false;
+  const int size = composer.Number(kSize), drift = composer.Number(kDrift);
+  for (GumdropRecord& drop : params.drops) {
+    if (!PaintDrop(drop, size, drift, params.images, picture)) return false;
+    MoveDrop(drop, params.step);
+  }
+  return true;
+}
+
+PackedDib Render(EffectContext& context) {
+  GumdropParams& params = ParametersOf<GumdropParams>(context);
+  MakeDrops(params, *context.dialog);
+  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  PackedDib fill;  // made before the background
+  composer.onSize = [&](int width, int height) {
+    fill = composer.RenderMaterial(kRoles.fill, width, height);
+    return fill && PaintGumdrops(params, composer, fill);
+  };
+  composer.makeFillBitmap = [&](int, int) { return std::move(fill); };
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  GumdropParams params;
+  return RunTest(context, &params, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const int delay = ReadNumber(*context.dialog, ControlId::Delay), frames = ReadNumber(*context.dialog, kFrames);
+    GumdropParams params;
+    int width = 0, height = 0;
+    // The first render is thrown away, but it moves the drops like every other.
+    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    for (int i = 0; i < frames; ++i) {
+      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
+    }
+    return true;
+  });
+}
+
 }  // namespace
 
-const EffectDescriptor kGumdrops = {"Gumdrops", &kGumdropsPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
+const EffectDescriptor kGumdrops = {"Gumdrops", &kGumdropsPanel, Test, Build, TransparentColour<kRoles.background>,
                                     &kRoles};
 
 }  // namespace glyphmotion

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Laser: not built in yet; the row has a panel and a background colour, but no frames.
+// Laser: the text stands still while a thin upright beam of light sweeps once across the picture. The beam is seen only
+// where it crosses the letters and, in another colour, their outline.
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
 #include "effects/effect_table.h"
+#include "image/filters.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +23,135 @@ constexpr PanelRoles kRoles{.fill = 282,
                             .shadowDirection = 302,
                             .shadowEnable = 304,
                             .outlineEnable = 305};
+constexpr int kFrames = 294, kScroll = 300, kBeamSize = 306, kBeamColour = 308, kBeamDiffusion = 310;
+constexpr int kBeamOutlineColour = 312, kBeamEnable = 314, kBeamOutlineEnable = 315, kFatten = 316;
+
+constexpr int kLeastStrip = 60;  // columns, so that a blurred beam has room to spread
+constexpr double kTestPhase = 0.585;
+constexpr int kRightwards = 1;  // of the scroll picker
+
+struct Sweep {
+  double phase = 0.0;  // the beam's place as a fraction of the width
+  PackedDib strip;     // the beam; the same in all frames of a run
+};
+
+// The beam's strength by row and column: `size` full columns, blurred, cut to those that are not blank.
+PackedDib MakeStrip(int size, int diffusion, int height) {
+  const int width = std::max(diffusion > 0 ? size + 1 + diffusion / 10 : size, kLeastStrip);
+  PackedDib strip = BlankMask(width, height);
+  {
+    const DibView view(strip);
+    if (!view) return {};
+    for (int y = 0; y < height; ++y) std::memset(view.Row(y) + (width - size) / 2, 255, static_cast<std::size_t>(size));
+  }
+  if (diffusion >= 1) strip = Blur(strip, diffusion + 2);
+  if (!strip) return {};
+  PackedDib trimmed = TrimColumns(strip, kTrimLeft | kTrimRight);
+  return trimmed ? std::move(trimmed) : std::move(strip);
+}
+
+// A beam crosses a dozen columns of a frame, so that pixels are read and blended one by one. What lies outside a mask
+// counts as 255, so that the beam's own strength stands there.
+int LevelAt(const DibView& mask, int x, int y) { return static_cast<int>(mask.GetPixel(x, y) & 0xFF); }
+
+bool LightFill(const FrameLayers& layers, const DibView& strip, double phase, Colour colour) {
+  if (!strip) return false;
+  const int left = static_cast<int>(layers.mask.Width() * phase) + layers.geometry.text.x;
+  for (int y = 0; y < strip.Height(); ++y) {
+    const std::uint8_t* beam = strip.Row(y);
+    for (int k = 0; k < strip.Width(); ++k)
+      BlendPixel(layers, left + k, y, colour, std::min<int>(beam[k], LevelAt(layers.mask, left + k, y)));
+  }
+  return true;
+}
+
+// Half the light of the strip's place (k, y) on the frame's (x, y), whose outline stands one column to the right.
+void LightNeighbour(const FrameLayers& layers, const DibView& strip, int k, int x, int y, Colour colour) {
+  BlendPixel(layers, x, y, colour, std::min(LevelAt(strip, k, y), LevelAt(layers.mask, x + 1, y)) >> 1);
+}
+
+// Right, left, below, above; the first one that has no place in the strip ends the row of neighbours, so that the
+// strip's right edge fattens nothing.
+void Fatten(const FrameLayers& layers, const DibView& strip, int k, int x, int y, Colour colour) {
+  if (k + 1 >= strip.Width()) return;
+  LightNeighbour(layers, strip, k + 1, x + 1, y, colour);
+  if (k <= 0) return;
+  LightNeighbour(layers, strip, k - 1, x - 1, y, colour);
+  if (y + 1 >= strip.Height()) return;
+  LightNeighbour(layers, strip, k, x, y + 1, colour);
+  if (y > 0) LightNeighbour(layers, strip, k, x, y - 1, colour);
+}
+
+// The mask's own width is what the phase multiplies here, so that this beam runs up to four columns ahead.
+bool LightOutline(const FrameLayers& layers, const DibView& strip, double phase, Colour colour, bool fatten) {
+  if (!strip) return false;
+  const int left = static_cast<int>(layers.mask.Width() * phase) + layers.geometry.text.x - 1;
+  const int rows = std::min({strip.Height(), layers.mask.Height(), layers.frame.Height()});
+  const int columns = std::min(layers.mask.Width() - 1, layers.frame.Width());
+  for (int y = 0; y < rows; ++y) {
+    const std::uint8_t* beam = strip.Row(y);
+    const std::uint8_t* outline = layers.mask.Row(y) + 1;
+    for (int k = std::max(0, -left); k < strip.Width() && left + k < columns; ++k) {
+      const int x = left + k;
+      BlendPixel(layers, x, y, colour, std::min(beam[k], outline[x]));
+      if (fatten) Fatten(layers, strip, k, x, y, colour);
+    }
+  }
+  return true;
+}
+
+PackedDib Render(EffectContext& context) {
+  Sweep& sweep = ParametersOf<Sweep>(context);
+  const Dialog& dialog = *context.dialog;
+  FrameComposer composer = MakeComposer(context, kRoles);
+  const bool onOutline = composer.Check(kBeamOutlineEnable);
+  const bool onFill = composer.Check(kBeamEnable) || !onOutline;  // a beam is always shown
+  composer.onFrame = [&](PackedDib frame) {
+    const int height = DibView(frame).Height();
+    if (DibView(sweep.strip).Height() != height)
+      sweep.strip = MakeStrip(composer.Number(kBeamSize), composer.Number(kBeamDiffusion), height);
+    return sweep.strip ? std::move(frame) : PackedDib();
+  };
+  if (onFill) {
+    composer.afterFill = [&](const FrameLayers& layers) {
+      return LightFill(layers, DibView(sweep.strip), sweep.phase, ReadColour(dialog, kBeamColour));
+    };
+  }
+  if (onOutline) {
+    composer.afterOutline = [&](const FrameLayers& layers) {
+      return LightOutline(layers, DibView(sweep.strip), sweep.phase, ReadColour(dialog, kBeamOutlineColour),
+                          composer.Check(kFatten));
+    };
+  }
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  Sweep sweep{.phase = kTestPhase, .strip = {}};
+  return RunTest(context, &sweep, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames);
+    const bool rightwards = ReadDirection(dialog, kScroll) == kRightwards;
+    Sweep sweep;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &sweep, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    for (int i = 0; i < frames; ++i) {
+      // Leftwards the sweep runs one step further out than its mirror image, to a place left of the frame.
+      sweep.phase = rightwards ? static_cast<double>(i) / frames : 1.0 - static_cast<double>(i + 2) / frames;
+      const int hold = i == frames - 1 ? pause : 0;
+      if (!AppendWithProgress(context, Render(context), delay + hold, i, frames)) return false;
+    }
+    return true;
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kLaser = {"Laser", &kLaserPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
-                                 &kRoles};
+const EffectDescriptor kLaser = {"Laser", &kLaserPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

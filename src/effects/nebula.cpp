@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Nebula: not built in yet; the row has a panel and a background colour, but no frames.
+// Nebula: the text condenses out of a cloud of scattered pixels, holds, and dissolves again, until the bare background
+// is left. All layers are scattered with one seed, so that colours and masks break up alike.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
 #include "effects/effect_table.h"
+#include "effects/scatter.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +24,83 @@ constexpr PanelRoles kRoles{.fill = 244,
                             .shadowDirection = 262,
                             .shadowEnable = 264,
                             .outlineEnable = 265};
+constexpr int kFrames = 256, kSeed = 266, kSize = 268, kFade = 270, kScatterShadow = 271;
+
+struct Parameters {
+  std::uint32_t seed = 0;
+  double scatter = 0;  // percent: 0 is clear text, 100 the widest cloud
+  ScatterTables tables;
+};
+
+// The cloud's radius in pixels.
+int RadiusOf(double scatter, int size) {
+  return static_cast<int>(std::sin(scatter / 100 * (3.141592653589793 / 2)) * size);
+}
+
+PackedDib Render(EffectContext& context) {
+  Parameters& parameters = ParametersOf<Parameters>(context);
+  FrameComposer composer = MakeComposer(context, kRoles);
+  const int size = composer.Number(kSize), radius = RadiusOf(parameters.scatter, size);
+  const bool withShadow = composer.Check(kScatterShadow);
+  FrameOptions& options = composer.options;
+  options.margin += size / 2;
+  if (composer.Check(kFade)) {
+    const double clear = (100 - parameters.scatter) / 100;
+    options.fillOpacity = static_cast<int>(options.fillOpacity * clear);
+    options.outlineLevel = static_cast<int>(clear * 255);
+    if (withShadow) options.shadowOpacity = static_cast<int>(options.shadowOpacity * clear);
+  }
+  composer.backgroundOnly = (context.flags & kLastOfFade) != 0;
+  const auto scatter = [&, radius](PackedDib bitmap) {
+    return radius < 1 ? std::move(bitmap) : Scatter(bitmap, radius, parameters.seed, parameters.tables);
+  };
+  composer.onFillBitmap = composer.onTextMask = composer.onOutlineMask = scatter;
+  if (withShadow) composer.onSoftShadowMask = scatter;
+  return composer.Compose();
+}
+
+std::uint32_t ReadSeed(const Dialog& dialog) { return static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)); }
+
+int Test(EffectContext& context) noexcept {
+  Parameters parameters;
+  parameters.seed = ReadSeed(*context.dialog);
+  parameters.scatter = 10.0;
+  return RunTest(context, &parameters, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int odd = ReadNumber(dialog, kFrames) | 1;
+    Parameters parameters;
+    parameters.seed = ReadSeed(dialog);
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
+    const int frames = std::min(odd, 2 * height);
+    if (!RunFits(context, width, height, std::int64_t{frames} + 1)) return false;
+    double step = -(100.0 / (frames * 0.5));
+    parameters.scatter = 100.0;
+    bool turned = false;
+    for (int i = 0; i < frames; ++i) {
+      parameters.scatter += step;
+      const bool holds = parameters.scatter < 0 && !turned;
+      if (holds) {
+        parameters.scatter = 0;
+        step = -step;
+        turned = true;
+      }
+      if (!AppendWithProgress(context, Render(context), holds ? delay + pause : delay, i, frames)) return false;
+    }
+    // The run ends on the bare background.
+    context.flags |= kLastOfFade;
+    parameters.scatter = 0;
+    return AppendQuietly(context, Render(context), delay + pause);
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kNebula = {"Nebula", &kNebulaPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
-                                  &kRoles};
+const EffectDescriptor kNebula = {"Nebula", &kNebulaPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

@@ -1,6 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Radar: not built in yet; the row has a panel and a background colour, but no frames.
+// Radar: inside the letters a sweep turns round the middle of the picture, a bright leading edge with a trail that
+// fades behind it, once round in a closed loop.
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
 #include "effects/effect_table.h"
+#include "image/filters.h"
+#include "image/surface.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +25,140 @@ constexpr PanelRoles kRoles{.fill = 538,
                             .shadowDirection = 556,
                             .shadowEnable = 558,
                             .outlineEnable = 559};
+constexpr int kTraceAngle = 554, kTraceColour = 560, kIncrement = 562, kMaskCentre = 564;
+
+constexpr int kScale = 4;  // the sweep is drawn at this many times the size
+constexpr double kDegree = 0.017453292519943295;
+
+struct Turn {
+  int angle = 0;      // whole degrees, 0 or negative
+  int increment = 0;  // signed, of the list
+};
+
+struct Sweep {
+  int width, height;  // of the frame
+  int angle, increment, traceAngle;
+  bool maskCentre;
+};
+
+Point OnRim(double radius, int degrees, Point centre) {
+  const double angle = degrees * kDegree;  // 0 is straight up, angles grow clockwise
+  return {static_cast<int>(radius * std::sin(angle)) + centre.x,
+          static_cast<int>(-radius * std::cos(angle)) + centre.y};
+}
+
+// One wedge for about each pixel of the rim, of a grey that grows towards the leading end. Their sides stand at whole
+// degrees, so that most wedges have no width and paint nothing. The last of the trace is left out.
+void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
+  const double x = centre.x, y = centre.y;
+  const int radius = static_cast<int>(std::sqrt(y * y + x * x) + 0.5);  // to the corner
+  const int count = static_cast<int>(2 * radius * 3.141592653589793 * (static_cast<double>(sweep.traceAngle) / 360));
+  const bool backwards = sweep.increment < 1;
+  const int base = backwards ? sweep.angle : sweep.traceAngle - sweep.angle;
+  int begin = base;
+  for (int i = 0; i + 1 < count; ++i) {
+    const int end = static_cast<int>(static_cast<double>(i + 1) / count * sweep.traceAngle + base);
+    if (begin != end) {
+      const int strength = static_cast<int>(static_cast<double>(i) / count * 255);
+      const int grey = backwards ? 255 - strength : strength;
+      const Point from = OnRim(radius, begin, centre), to = OnRim(radius, end, centre);
+      const Point wedge[] = {from, centre, to, from};
+      surface.FillPolygon(wedge, MakeColour(grey, grey, grey));
+    }
+    begin = end;
+  }
+}
+
+// The sweep's strength at every pixel as a mask. The drawing is grey and the reduction treats each channel by itself,
+// so that one channel of it is enough.
+PackedDib DrawSweep(const Sweep& sweep) {
+  DrawingSurface surface(kScale * sweep.width, kScale * sweep.height);
+  if (!surface) return {};
+  const int middleX = sweep.width / 2, middleY = sweep.height / 2;
+  const Point centre{middleX * kScale, middleY * kScale};
+  DrawWedges(surface, sweep, centre);
+  if (sweep.maskCentre) {
+    // Round the pivot the wedges crowd.
+    const int reach = sweep.height / 10 * kScale;
+    surface.FillEllipse({centre.x - reach, centre.y - reach, centre.x + reach, centre.y + reach}, 0);
+  }
+  const PackedDib drawing = surface.End();
+  PackedDib mask = BlankMask(kScale * sweep.width, kScale * sweep.height);
+  {
+    const DibView from(drawing), to(mask);
+    if (!from || !to) return {};
+    for (int y = 0; y < to.Height(); ++y) {
+      const std::uint8_t* in = from.Row(y);
+      std::uint8_t* out = to.Row(y);
+      for (int x = 0; x < to.Width(); ++x) out[x] = in[3 * x];
+    }
+  }
+  PackedDib reduced = ResampleByPercent(mask, 100 / kScale, 100 / kScale);
+  return reduced ? std::move(reduced) : std::move(mask);
+}
+
+bool PaintTrace(const DibView& fill, const DibView& sweep, Colour colour) {
+  if (!fill || !sweep) return false;
+  const int red = RedOf(colour), green = GreenOf(colour), blue = BlueOf(colour);
+  const int right = std::min(fill.Width(), sweep.Width()), bottom = std::min(fill.Height(), sweep.Height());
+  for (int y = 0; y < bottom; ++y) {
+    const std::uint8_t* level = sweep.Row(y);
+    std::uint8_t* pixel = fill.Row(y);
+    for (int x = 0; x < right; ++x, pixel += 3) {
+      const int a = level[x];
+      if (a == 0) continue;
+      pixel[0] = BlendChannel(pixel[0], blue, a);
+      pixel[1] = BlendChannel(pixel[1], green, a);
+      pixel[2] = BlendChannel(pixel[2], red, a);
+    }
+  }
+  return true;
+}
+
+PackedDib Render(EffectContext& context) {
+  const Turn& turn = ParametersOf<Turn>(context);
+  FrameComposer composer = MakeComposer(context, kRoles);
+  composer.onFillBitmap = [&](PackedDib fill) {
+    const DibView view(fill);
+    const PackedDib sweep = DrawSweep({view.Width(), view.Height(), turn.angle, turn.increment,
+                                       composer.Number(kTraceAngle), composer.Check(kMaskCentre)});
+    if (!PaintTrace(view, DibView(sweep), ReadColour(*context.dialog, kTraceColour))) return PackedDib();
+    return fill;
+  };
+  return composer.Compose();
+}
+
+int ReadIncrement(const Dialog& dialog) { return static_cast<int>(GetNumber(dialog, kIncrement, true)); }
+
+int Test(EffectContext& context) noexcept {
+  Turn turn;
+  turn.increment = ReadIncrement(*context.dialog);
+  return RunTest(context, &turn, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const int delay = ReadNumber(*context.dialog, ControlId::Delay);
+    Turn turn;
+    turn.increment = ReadIncrement(*context.dialog);
+    const int step = std::abs(turn.increment);
+    if (step == 0) {
+      context.failure = "A radar needs an increment. Choose one from the list.";
+      return false;
+    }
+    const int frames = 360 / step;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &turn, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    // The sense of rotation is in the drawing; the angle falls either way.
+    for (int i = 0; i < frames; ++i, turn.angle -= step) {
+      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
+    }
+    return true;
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kRadar = {"Radar", &kRadarPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
-                                 &kRoles};
+const EffectDescriptor kRadar = {"Radar", &kRadarPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Singularity: not built in yet; the row has a panel and a background colour, but no frames.
+// Singularity: a whirlpool opens at one end of the text, grows along it and swallows more and more of the letters, then
+// recedes. The twist of Vortex in a strip that widens; materials turn with the masks.
+#include <cstdint>
+#include <utility>
+
 #include "effects/effect_table.h"
+#include "effects/repeated_frames.h"
+#include "effects/twist.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +23,86 @@ constexpr PanelRoles kRoles{.fill = 924,
                             .shadowDirection = 944,
                             .shadowEnable = 946,
                             .outlineEnable = 947};
+constexpr int kFrames = 936, kAngle = 942, kDirection = 948, kSmooth = 950;
+
+constexpr int kLeastStrip = 4;  // columns; a narrower one is left alone
+
+struct Parameters {
+  double phase = 0.5;  // the part of the width that turns
+  TwistTables tables;
+};
+
+struct Swirl {
+  double phase;
+  int angle;  // degrees at the full width
+  bool fromLeft, smooth;
+};
+
+PackedDib SwirlStrip(PackedDib bitmap, const Swirl& swirl, TwistTables& tables) {
+  int left = 0, strip = 0, height = 0;
+  {
+    const DibView view(bitmap);
+    if (!view) return {};
+    strip = static_cast<int>(view.Width() * swirl.phase);
+    left = swirl.fromLeft ? 0 : view.Width() - strip;
+    height = view.Height();
+  }
+  if (strip < kLeastStrip) return bitmap;
+  const int turn = static_cast<int>(swirl.angle * swirl.phase);
+  const PackedDib turned =
+      TwistMask(CropDib(bitmap, {left, 0, left + strip, height}), swirl.fromLeft ? turn : -turn, swirl.smooth, tables);
+  const DibView from(turned), to(bitmap);
+  if (!from || !to) return {};
+  CopyRegion(to, left, 0, from, 0, 0, strip, height);
+  return bitmap;
+}
+
+PackedDib Render(EffectContext& context) {
+  Parameters& parameters = ParametersOf<Parameters>(context);
+  FrameComposer composer = MakeComposer(context, kRoles);
+  const Swirl swirl = {parameters.phase, composer.Number(kAngle), ReadDirection(*context.dialog, kDirection) != 0,
+                       composer.Check(kSmooth)};
+  const auto turn = [&](PackedDib bitmap) { return SwirlStrip(std::move(bitmap), swirl, parameters.tables); };
+  // A flat colour stays as it is.
+  if (!composer.IsSolid(kRoles.fill)) composer.onFillBitmap = turn;
+  if (!composer.IsSolid(kRoles.shadow)) composer.onShadowBitmap = turn;
+  composer.onShadowMask = composer.onTextMask = composer.onOutlineMask = turn;
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  Parameters parameters;
+  return RunTest(context, &parameters, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
+    Parameters parameters;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
+    if (!RunFits(context, width, height, std::int64_t{2} * half + 1)) return false;
+    RepeatedFrames repeated(context);
+    const auto next = [&](int step) {
+      parameters.phase = static_cast<double>(step) / half;
+      return repeated.Next(step, Render);
+    };
+    int count = 0;
+    for (int i = 0; i < half; ++i) {
+      if (!AppendWithProgress(context, next(i), delay, count++, frames)) return false;
+    }
+    for (int j = half; j > 0; --j) {
+      if (!AppendWithProgress(context, next(j), delay, count++, frames)) return false;
+    }
+    return AppendQuietly(context, next(0), delay + pause);
+  });
+}
 
 }  // namespace
 
 const EffectDescriptor kSingularity = {
-    "Singularity", &kSingularityPanel, nullptr, nullptr, TransparentColour<kRoles.background>, &kRoles};
+    "Singularity", &kSingularityPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

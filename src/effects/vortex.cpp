@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Vortex: not built in yet; the row has a panel and a background colour, but no frames.
+// Vortex: the text twists up like water going down a drain and untwists again. Only the masks are twisted, never the
+// materials: the letters swirl across a fill that stays in place.
 #include "effects/effect_table.h"
+#include "effects/repeated_frames.h"
+#include "effects/twist.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -17,10 +20,59 @@ constexpr PanelRoles kRoles{.fill = 422,
                             .shadowDirection = 442,
                             .shadowEnable = 444,
                             .outlineEnable = 445};
+constexpr int kFrames = 434, kRotation = 440, kSmooth = 446, kDirection = 447;
+
+struct Parameters {
+  double phase = 0.5;  // 0 to 1; 0.5 is the full twist
+  TwistTables tables;
+  DoubledMasks doubled;
+};
+
+// What a frame depends on: the degrees at the centre.
+int AngleOf(const Dialog& dialog, double phase) {
+  const int rotation = ReadNumber(dialog, kRotation);
+  return TwistAngle(ReadDirection(dialog, kDirection) == 1 ? -rotation : rotation, phase);
+}
+
+PackedDib Render(EffectContext& context) {
+  Parameters& parameters = ParametersOf<Parameters>(context);
+  FrameComposer composer = MakeComposer(context, kRoles);
+  const int angle = AngleOf(*context.dialog, parameters.phase);
+  const bool smooth = composer.Check(kSmooth);
+  composer.onShadowMask = composer.onTextMask = composer.onOutlineMask = [&](PackedDib mask) {
+    return TwistMask(mask, angle, smooth, parameters.tables, &parameters.doubled);
+  };
+  return composer.Compose();
+}
+
+int Test(EffectContext& context) noexcept {
+  Parameters parameters;
+  return RunTest(context, &parameters, Render);
+}
+
+int Build(EffectContext& context) noexcept {
+  return GuardBuild(context, [&] {
+    const Dialog& dialog = *context.dialog;
+    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const int frames = ReadNumber(dialog, kFrames), moving = frames - 1;
+    Parameters parameters;
+    int width = 0, height = 0;
+    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
+    if (!RunFits(context, width, height, frames)) return false;
+    RepeatedFrames repeated(context);
+    const auto next = [&](double phase) {
+      parameters.phase = phase;
+      return repeated.Next(AngleOf(dialog, phase), Render);
+    };
+    for (int i = 0; i < moving; ++i) {
+      if (!AppendWithProgress(context, next(static_cast<double>(i) / moving), delay, i, moving)) return false;
+    }
+    return AppendQuietly(context, next(0), delay + pause);
+  });
+}
 
 }  // namespace
 
-const EffectDescriptor kVortex = {"Vortex", &kVortexPanel, nullptr, nullptr, TransparentColour<kRoles.background>,
-                                  &kRoles};
+const EffectDescriptor kVortex = {"Vortex", &kVortexPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
 
 }  // namespace glyphmotion

@@ -11,19 +11,11 @@
 
 #include "image/filters.h"
 #include "image/resample_filters.h"
+#include "image/resample_windows.h"
 #include "image/tap_sums.h"
 
 namespace glyphmotion {
 namespace {
-
-// Which source positions make each output position of one axis.
-struct Contributions {
-  int source = 0, target = 0;  // lengths
-  Scratch<int> first;
-  Scratch<Taps> taps;
-  Scratch<double> exact;
-  Scratch<float> fast;
-};
 
 // Fills in the weights of output position c; `exact` and `fast` have room for the window.
 void WeighWindow(Contributions& list, int c, double scale, double filterScale, double radius,
@@ -47,7 +39,9 @@ void WeighWindow(Contributions& list, int c, double scale, double filterScale, d
   taps.tolerance = Tolerance(taps);
 }
 
-bool FindContributions(int source, int target, const ResampleFilter& filter, Contributions& list) {
+}  // namespace
+
+bool FindContributions(int source, int target, const ResampleFilter& filter, Contributions& list) noexcept {
   const double scale = std::max(static_cast<double>(target) / source, 0.0001);
   double filterScale = std::max(1.0, 1.0 / scale);
   double radius = filterScale * filter.support;
@@ -71,6 +65,8 @@ bool FindContributions(int source, int target, const ResampleFilter& filter, Con
   }
   return true;
 }
+
+namespace {
 
 // `pitch` lines side by side, a multiple of kLanes: source position j of line l is samples[j * pitch + l].
 struct Strip {
@@ -219,8 +215,7 @@ PackedDib ResampleToSize(const PackedDib& source, int width, int height) noexcep
     const double growth = std::max(static_cast<double>(width) / from.Width(), 0.0001) *
                           std::max(static_cast<double>(height) / from.Height(), 0.0001);
     const ResampleFilter& filter = kResampleFilters[growth > 1.0 ? kMitchellFilter : kLanczosFilter];
-    const bool downFirst =
-        (std::int64_t{from.Height()} + height) * width <= (std::int64_t{from.Width()} + width) * height;
+    const bool downFirst = ResamplesDownFirst(from.Width(), from.Height(), width, height);
     const PackedDib between = downFirst ? BlankLike(from, from.Width(), height) : BlankLike(from, width, from.Height());
     const DibView middle(between);
     if (!middle || !Pass(downFirst, from, middle, filter) || !Pass(!downFirst, middle, to, filter)) return {};

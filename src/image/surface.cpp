@@ -131,6 +131,7 @@ bool MakeEdge(Point from, Point to, int height, Edge* edge) {
   return true;
 }
 
+template <typename Canvas>
 void FillBetween(const Canvas& canvas, int y, const Crossing* crossings, int count, FillRule rule) {
   if (rule == FillRule::Alternate) {
     for (int i = 0; i + 1 < count; i += 2) canvas.FillSpan(y, crossings[i].x, crossings[i + 1].x);
@@ -163,6 +164,7 @@ class EdgeTable {
   std::unique_ptr<std::byte[]> large_;
 };
 
+template <typename Canvas>
 void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule rule) {
   if (points.size() < 2) return;
   EdgeTable table(points.size());
@@ -218,6 +220,30 @@ class SpanNotes {
 
  private:
   std::span<RowSpan> rows_;
+  int width_, height_;
+};
+
+// Hands a shape's spans on, clipped.
+class SpanTaker {
+ public:
+  SpanTaker(LinePart part, int width, int height, const TakeSpan& take)
+      : take_(take), part_(part), width_(width), height_(height) {}
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  void FillSpan(Wide y, Wide left, Wide right) const {
+    left = std::max<Wide>(left, 0);
+    right = std::min<Wide>(right, width_);
+    if (y < 0 || y >= height_ || left >= right) return;
+    take_(part_, static_cast<int>(y), {static_cast<int>(left), static_cast<int>(right)});
+  }
+  void FillRect(const WideRect& rect) const {
+    const Wide end = std::min<Wide>(rect.bottom, height_);
+    for (Wide y = std::max<Wide>(rect.top, 0); y < end; ++y) FillSpan(y, rect.left, rect.right);
+  }
+
+ private:
+  const TakeSpan& take_;
+  LinePart part_;
   int width_, height_;
 };
 
@@ -305,6 +331,7 @@ int Saturate(Wide v) {
 }
 
 // The four-sided body of a wide line that is neither level nor upright.
+template <typename Canvas>
 void SlantedBody(const Canvas& canvas, Point from, Point to, int width) {
   struct Offset {
     Wide x, y;
@@ -330,6 +357,7 @@ void SlantedBody(const Canvas& canvas, Point from, Point to, int width) {
   FillPolygonOn(canvas, corners, FillRule::Alternate);
 }
 
+template <typename Canvas>
 void WideBody(const Canvas& canvas, Point from, Point to, int width) {
   const Wide before = width / 2, after = width - before;
   if (from.y == to.y) {
@@ -341,6 +369,7 @@ void WideBody(const Canvas& canvas, Point from, Point to, int width) {
   }
 }
 
+template <typename Canvas>
 void RoundCap(const Canvas& canvas, Point at, int width) {
   const Wide left = Wide{at.x} - width / 2, top = Wide{at.y} - width / 2;
   FillEllipseOn(canvas, {left, top, left + width, top + width});
@@ -375,6 +404,13 @@ RowRange RectangleRows(Rect box, int width, std::span<RowSpan> rows) noexcept {
   const RowRange range = ClearRows(sides, rows);
   SpanNotes(width, rows).FillRect({sides.left, sides.top, sides.right - 1, sides.bottom - 1});
   return range;
+}
+
+void WideLineSpans(Point from, Point to, int penWidth, int width, int height, const TakeSpan& take) {
+  RoundCap(SpanTaker(kStartCap, width, height, take), from, penWidth);
+  if (from == to) return;
+  RoundCap(SpanTaker(kEndCap, width, height, take), to, penWidth);
+  WideBody(SpanTaker(kBody, width, height, take), from, to, penWidth);
 }
 
 DrawingSurface::DrawingSurface(int width, int height) noexcept

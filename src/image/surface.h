@@ -12,6 +12,7 @@
 // reduce.
 #pragma once
 
+#include <functional>
 #include <span>
 
 #include "image/packed_dib.h"
@@ -37,6 +38,15 @@ struct RowRange {
 /// the others as they are.
 RowRange EllipseRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
 RowRange RectangleRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
+
+/// The three shapes that make a wide line: a round cap at each end and the body between them.
+enum LinePart { kStartCap, kEndCap, kBody, kLineParts };
+/// Takes the columns that a part covers in one row.
+using TakeSpan = std::function<void(LinePart part, int y, RowSpan span)>;
+
+/// What Polyline would paint for a line with a pen wider than 1 on a surface of width x height, as clipped spans. The
+/// parts are convex, so that a row and a column meet each of them in one piece; they overlap one another.
+void WideLineSpans(Point from, Point to, int penWidth, int width, int height, const TakeSpan& take);
 
 enum class FillRule { Alternate, Winding };
 

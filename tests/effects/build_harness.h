@@ -28,8 +28,8 @@ struct Built {
     return delays;
   }
   std::size_t Distinct() const {
-    std::set<std::vector<std::uint8_t>> distinct;
-    for (const BuiltFrame& frame : frames) distinct.insert(frame.dib);
+    std::set<std::string> distinct;
+    for (const BuiltFrame& frame : frames) distinct.emplace(frame.dib.begin(), frame.dib.end());
     return distinct.size();
   }
 };

@@ -261,6 +261,18 @@ TEST(GifWriter, SaysHowItPlaysAndWhatMadeIt) {
   EXPECT_TRUE(WriteGif({}, 20, 20).empty());
 }
 
+TEST(GifWriter, EntriesOfOneColourAreOne) {
+  Animation animation = Moving(40, 30, 3, 4, 20);
+  for (std::size_t i = 6; i < 12; ++i) animation[1].palette[i] = animation[1].palette[i - 6];
+  animation[0].palette = animation[2].palette = animation[1].palette;
+  animation[2].indices = animation[1].indices;
+  for (std::uint8_t& index : animation[2].indices) index ^= 2;  // the same colours by other indices
+  ExpectShown(animation, 40, 30, "twins");
+  const Decoded gif = Decode(WriteGif(animation, 40, 30));
+  EXPECT_LE(gif.coded, 40u * 30 * 2 + 1) << "the third frame changes nothing";
+  EXPECT_LE(gif.paletteEntries, 4);
+}
+
 TEST(GifWriter, OnlyWhatChangesIsCoded) {
   Animation animation = Moving(100, 80, 1, 9, 0);
   animation.push_back(animation[0]);

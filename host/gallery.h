@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// glyphmotion gallery FOLDER: every effect in one page of pictures.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace glyphmotion {
+
+/// True when the words after the program's name ask for the gallery: "gallery" and a folder, no more.
+bool IsGallery(const std::vector<std::string>& words);
+
+/// Renders each effect with options that suit it and writes index.html beside the pictures. `run` runs the program on
+/// words and gives its exit code. An empty text, or one sentence.
+std::string WriteGallery(const std::string& folder, const std::function<int(const std::vector<std::string>&)>& run);
+
+}  // namespace glyphmotion

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "image/packed_dib.h"
+
+namespace glyphmotion {
+
+/// Reads a PNG or WebP picture (its first frame) as a new 24-bit bitmap on white, owned by the caller. Nothing, with
+/// one sentence in `error`, when the file cannot be read, is no such picture, or is larger than 8192 pixels on a side.
+PackedDib LoadPicture(const std::string& path, std::string& error);
+
+}  // namespace glyphmotion

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "effects/bulge.h"
+
+#include <cmath>
+
+namespace glyphmotion {
+namespace {
+
+BulgeTables::Entry MakeEntry(int width, int height) {
+  BulgeTables::Entry entry;
+  entry.quarter = MakeDiscQuarter(width, height);
+  entry.sine.resize(entry.quarter.distance.size());
+  for (std::size_t i = 0; i < entry.sine.size(); ++i)
+    entry.sine[i] = std::sin((entry.quarter.distance[i] * 1.5707963267948966) / entry.quarter.radius);
+  entry.factor.resize(entry.sine.size());
+  return entry;
+}
+
+void BulgeTo(BulgeTables::Entry& entry, int percent) {
+  if (entry.percent == percent) return;
+  const double power = -(percent / 100.0);
+  for (std::size_t i = 0; i < entry.factor.size(); ++i)
+    entry.factor[i] = entry.quarter.distance[i] > 0 ? std::pow(entry.sine[i], power) : 1.0;
+  entry.percent = percent;
+}
+
+GLYPHMOTION_CLONES
+void BulgeRow(const double* __restrict factor, const double* __restrict dx, std::size_t places, double dy,
+              double aspectX, double aspectY, double* __restrict belowX, double* __restrict belowY,
+              double* __restrict aboveX, double* __restrict aboveY) {
+  for (std::size_t i = 0; i < places; ++i) {
+    belowX[i] = (dx[i] * factor[i]) / aspectX;
+    belowY[i] = (dy * factor[i]) / aspectY;
+    aboveX[i] = belowX[i];
+    aboveY[i] = -belowY[i];
+  }
+}
+
+}  // namespace
+
+PackedDib BulgeBitmap(const PackedDib& source, int percent, BulgeTables& tables) {
+  PackedDib result = DuplicateDib(source);
+  if (percent == 0) return result;
+  const DibView from(source), to(result);
+  if (!CanWarp(from) || !to) return {};
+  BulgeTables::Entry& entry =
+      tables.recent.Find(from.Width(), from.Height(), [&] { return MakeEntry(from.Width(), from.Height()); });
+  BulgeTo(entry, percent);
+  const DiscQuarter& quarter = entry.quarter;
+  RowOffsets offsets(quarter.dx.size());
+  for (int row = 0; row < quarter.Rows(); ++row) {
+    BulgeRow(entry.factor.data() + quarter.start[static_cast<std::size_t>(row)], quarter.dx.data(),
+             quarter.PlacesOf(row), quarter.dy[static_cast<std::size_t>(row)], quarter.aspectX, quarter.aspectY,
+             offsets.belowX.data(), offsets.belowY.data(), offsets.aboveX.data(), offsets.aboveY.data());
+    SampleMirrored(quarter, row, offsets, from, to);
+  }
+  return result;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// Streaking stars in three sizes that rush sideways through a picture and come back on the other side. The thickest are
+// the slowest. Every star makes a whole number of laps in a run, so that the animation loops without a seam.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "effects/protocol.h"
+
+namespace glyphmotion {
+
+struct StarRecord {
+  double x = 0.0, y = 0.0;  ///< the streak's head: column, 0 to the picture's width, and row
+  double speed = 0.0;       ///< width / frames
+  int size = 0;             ///< thickness: 4, 2 or 1; the streak is size * 20 pixels long
+  int speedFactor = 0;      ///< pixels of travel a frame are speedFactor * speed
+  int opacity = 0;          ///< alpha at the head
+  bool reverse = false;     ///< to the right
+};
+
+/// Made by the first render of a run, moved by every render.
+struct StarfieldState {
+  bool ready = false;
+  std::vector<StarRecord> stars;
+  int width = 0, height = 0;  ///< the canvas of the first render
+  int bigSize = 4, midSize = 2, smallSize = 1;
+  int frames = 1;
+};
+
+/// The controls of a panel that has stars.
+struct StarfieldControls {
+  int frames, seed, density, scroll, colour;
+};
+
+/// An effect of stars: its parameter block.
+struct StarfieldRun {
+  ScrollOffset offset;  ///< always 0: the text stands still
+  double phase = 0.0;   ///< of the run, 0 to 1
+  StarfieldState field;
+};
+
+/// Creates the stars of a canvas, unless they are there. Seeds the random generator and draws four values a star.
+void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldControls& controls, int width, int height);
+
+/// Paints every star on a 24-bit picture and moves it one frame on.
+void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept;
+
+/// Test and build functions of an effect of stars. The first render of a build moves the stars and is thrown away, so
+/// that the last frame shows the places that they started from.
+int TestStarfield(EffectContext& context, Renderer render) noexcept;
+int BuildStarfield(EffectContext& context, const StarfieldControls& controls, Renderer render) noexcept;
+
+}  // namespace glyphmotion

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "effects/twist.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "image/filters.h"
+
+namespace glyphmotion {
+namespace {
+
+TwistTables::Entry MakeEntry(int width, int height) {
+  TwistTables::Entry entry;
+  entry.quarter = MakeDiscQuarter(width, height);
+  entry.fall.resize(entry.quarter.distance.size());
+  for (std::size_t i = 0; i < entry.fall.size(); ++i)
+    entry.fall[i] = 1 - entry.quarter.distance[i] / entry.quarter.radius;
+  entry.quarter.distance = {};
+  return entry;
+}
+
+// The sines and cosines of a picture's places; masks of one size that turn by the same angle share them.
+void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
+  if (entry.turned && entry.angle == angleDegrees) return;
+  const double angle = angleDegrees * 3.141592653589793 / 180;
+  const std::size_t places = entry.fall.size();
+  entry.turned = false;
+  entry.cosine.resize(places);
+  entry.sine.resize(places);
+  for (std::size_t i = 0; i < places; ++i) {
+    const double t = entry.fall[i], theta = t * angle * t;
+    entry.cosine[i] = std::cos(theta);
+    entry.sine[i] = std::sin(theta);
+  }
+  entry.turned = true;
+  entry.angle = angleDegrees;
+}
+
+// The places of one row, turned.
+GLYPHMOTION_CLONES
+void TurnRow(const double* __restrict cosine, const double* __restrict sine, const double* __restrict dx,
+             std::size_t places, double dy, double aspectX, double aspectY, double* __restrict belowX,
+             double* __restrict belowY, double* __restrict aboveX, double* __restrict aboveY) {
+  for (std::size_t i = 0; i < places; ++i) {
+    const double cx = cosine[i] * dx[i], sx = sine[i] * dx[i], cy = cosine[i] * dy, sy = sine[i] * dy;
+    belowX[i] = (cx - sy) / aspectX;
+    belowY[i] = (sx + cy) / aspectY;
+    aboveX[i] = (cx + sy) / aspectX;
+    aboveY[i] = (sx - cy) / aspectY;
+  }
+}
+
+void TwistInto(const DibView& from, const DibView& to, const TwistTables::Entry& entry) {
+  const DiscQuarter& quarter = entry.quarter;
+  RowOffsets offsets(quarter.dx.size());
+  for (int row = 0; row < quarter.Rows(); ++row) {
+    const std::size_t start = quarter.start[static_cast<std::size_t>(row)];
+    TurnRow(entry.cosine.data() + start, entry.sine.data() + start, quarter.dx.data(), quarter.PlacesOf(row),
+            quarter.dy[static_cast<std::size_t>(row)], quarter.aspectX, quarter.aspectY, offsets.belowX.data(),
+            offsets.belowY.data(), offsets.aboveX.data(), offsets.aboveY.data());
+    SampleMirrored(quarter, row, offsets, from, to);
+  }
+}
+
+bool SameBytes(const PackedDib& a, const PackedDib& b) {
+  const std::size_t bytes = BlockSize(a.Handle());
+  if (!a || !b || BlockSize(b.Handle()) != bytes || bytes < sizeof(DibHeader)) return false;
+  const LockedBlock<DibHeader> one(a.Handle()), other(b.Handle());
+  return one && other && std::memcmp(one.get(), other.get(), bytes) == 0;
+}
+
+}  // namespace
+
+const PackedDib* DoubledMasks::Double(const PackedDib& mask) {
+  for (Entry& entry : entries_) {
+    if (entry.doubled && SameBytes(entry.mask, mask)) return &entry.doubled;
+  }
+  Entry& entry = entries_[std::exchange(next_, (next_ + 1) % 3)];
+  entry = {};
+  entry.doubled = ResampleByPercent(mask, 200, 200);
+  if (!entry.doubled) return nullptr;
+  // Without its mask an entry is never found again.
+  if (BlockSize(entry.doubled.Handle()) <= kMaxBytes / 3) entry.mask = DuplicateDib(mask);
+  return &entry.doubled;
+}
+
+PackedDib Twist(const PackedDib& source, int angleDegrees, TwistTables& tables) {
+  PackedDib result = DuplicateDib(source);
+  const DibView from(source), to(result);
+  if (!CanWarp(from) || !to) return {};
+  TwistTables::Entry& entry =
+      tables.recent.Find(from.Width(), from.Height(), [&] { return MakeEntry(from.Width(), from.Height()); });
+  TurnTo(entry, angleDegrees);
+  TwistInto(from, to, entry);
+  return result;
+}
+
+PackedDib TwistMask(const PackedDib& source, int angleDegrees, bool smooth, TwistTables& tables,
+                    DoubledMasks* doubled) {
+  if (!smooth) return Twist(source, angleDegrees, tables);
+  PackedDib enlarged;
+  const PackedDib* working = &enlarged;
+  if (doubled) {
+    working = doubled->Double(source);
+  } else {
+    enlarged = ResampleByPercent(source, 200, 200);
+  }
+  if (!working || !*working) return {};
+  const PackedDib twisted = Twist(*working, angleDegrees, tables);
+  return twisted ? ResampleByPercent(twisted, 50, 50) : PackedDib();
+}
+
+int TwistAngle(int degrees, double phase) noexcept {
+  const double climb = phase > 0.5 ? 0.5 - (phase - 0.5) : phase;
+  return static_cast<int>(degrees * climb + degrees * climb);
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The windows of a resampling along one axis, for who makes the source's pixels up on the way.
+#pragma once
+
+#include "image/resample_filters.h"
+#include "image/tap_sums.h"
+
+namespace glyphmotion {
+
+/// Which source positions make each output position of one axis: those from first[c] on meet the weights taps[c].
+struct Contributions {
+  int source = 0, target = 0;  ///< lengths
+  Scratch<int> first;
+  Scratch<Taps> taps;
+  Scratch<double> exact;
+  Scratch<float> fast;
+};
+
+/// The windows that ResampleToSize uses for an axis of those lengths; false when memory is out.
+bool FindContributions(int source, int target, const ResampleFilter& filter, Contributions& list) noexcept;
+
+/// True when ResampleToSize goes down its columns first and then across.
+constexpr bool ResamplesDownFirst(int sourceWidth, int sourceHeight, int width, int height) {
+  return (static_cast<long long>(sourceHeight) + height) * width <=
+         (static_cast<long long>(sourceWidth) + width) * height;
+}
+
+}  // namespace glyphmotion

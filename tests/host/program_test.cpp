@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// The program as people start it: exit codes, messages, files.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "host/host_helpers.h"
+
+namespace glyphmotion {
+namespace {
+
+using testing::Bytes;
+using testing::TemporaryFolder;
+
+struct Outcome {
+  int code;
+  std::string output;  // both streams
+};
+
+Outcome Start(const std::string& arguments) {
+  std::FILE* pipe = popen((std::string("'" GLYPHMOTION_PROGRAM "' ") + arguments + " 2>&1").c_str(), "r");
+  Outcome outcome{-1, ""};
+  for (int c; (c = std::fgetc(pipe)) != EOF;) outcome.output += static_cast<char>(c);
+  const int status = pclose(pipe);
+  if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
+  return outcome;
+}
+
+const char* const kSmall = " Hi -e simple -s 20 --frames 6 ";
+
+TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
+  const TemporaryFolder folder;
+  const struct { const char *name, *magic; } cases[] = {{"a.gif", "GIF89a"}, {"a.png", "\x89PNG"}, {"a.webp", "RIFF"}};
+  for (const auto& c : cases) {
+    const Outcome outcome = Start(kSmall + ("-o " + folder / c.name));
+    EXPECT_EQ(outcome.code, 0) << outcome.output;
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(testing::ReadText(folder / c.name).rfind(c.magic, 0), 0u) << c.name;
+  }
+  EXPECT_EQ(folder.Entries(), 3u);
+  EXPECT_EQ(Start(kSmall + ("--frames-as png -o " + folder / "frames")).code, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "frames/0005.png"));
+  EXPECT_EQ(Start(kSmall + ("--sample -o " + folder / "sample.png")).code, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "sample.png"));
+}
+
+TEST(Program, AFailedRunLeavesTheOldFileAndNothingElse) {
+  const TemporaryFolder folder;
+  const std::string target = folder / "a.gif";
+  const Bytes old = {1, 2, 3};
+  testing::WriteBytes(target, old);
+  const struct {
+    const char* arguments;
+    int code;
+  } cases[] = {{"--refuse task", 1}, {"--refuse image:2", 1},     {"-s 3", 2},
+               {"-e nothing", 2},    {"--set MainFontSize=x", 2}, {"--record /dev/null/x", 1}};
+  for (const auto& c : cases) {
+    const Outcome outcome = Start(kSmall + ("-o " + target + " ") + c.arguments);
+    EXPECT_EQ(outcome.code, c.code) << c.arguments << ": " << outcome.output;
+    EXPECT_EQ(outcome.output.rfind("glyphmotion: error: ", 0), 0u) << outcome.output;
+    EXPECT_EQ(outcome.output.find('\n'), outcome.output.size() - 1) << "one line: " << outcome.output;
+    EXPECT_EQ(testing::ReadBytes(target), old) << c.arguments;
+    EXPECT_EQ(folder.Entries(), 1u) << c.arguments;
+  }
+  EXPECT_EQ(Start(kSmall + ("-o " + folder / "no/a.gif")).code, 1);
+}
+
+TEST(Program, RecordsEveryCallAndEndsWithEmptyCounters) {
+  const TemporaryFolder folder;
+  for (const char* failure : {"", "--refuse task", "--refuse image:2", "--fail-allocation 9"}) {
+    Start(kSmall + ("--record " + folder / "r ") + failure);
+    const std::string calls = testing::ReadText(folder / "r/calls.jsonl");
+    ASSERT_GT(calls.size(), 24u);
+    EXPECT_EQ(calls.substr(calls.size() - 24), "\n{\"blocks\":0,\"locks\":0}\n") << failure;
+  }
+  EXPECT_EQ(Start(kSmall + ("--record " + folder / "r")).code, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "r/0005.dib"));
+}
+
+// Which allocation a run can do without is the run's business. Whatever it does, it ends in order.
+TEST(Program, AnyAllocationMayFail) {
+  const TemporaryFolder folder;
+  int failures = 0;
+  for (int n = 1; n < 330; n += 13) {
+    const std::string target = folder / "a.gif";
+    const Outcome outcome = Start(kSmall + ("-o " + target + " --fail-allocation ") + std::to_string(n));
+    ASSERT_TRUE(outcome.code == 0 || outcome.code == 1) << n << ": " << outcome.output;
+    EXPECT_EQ(folder.Entries(), outcome.code == 0 ? 1u : 0u) << n;
+    failures += outcome.code;
+    std::filesystem::remove(target);
+  }
+  EXPECT_GT(failures, 0);
+}
+
+TEST(Program, AnInterruptLeavesNothing) {
+  const TemporaryFolder folder;
+  const std::string command = "timeout --preserve-status -s INT 0.2 '" GLYPHMOTION_PROGRAM
+                              "' 'A long line of text' -e simple "
+                              "-s 144 --frames 400 -o '" +
+                              (folder / "a.webp") + "' 2>/dev/null";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 130);
+  EXPECT_EQ(folder.Entries(), 0u);
+}
+
+TEST(Program, TheSameJobGivesTheSameBytes) {
+  const TemporaryFolder folder;
+  for (const char* name : {"a.gif", "b.gif"}) Start(kSmall + ("-o " + folder / name));
+  EXPECT_EQ(testing::ReadBytes(folder / "a.gif"), testing::ReadBytes(folder / "b.gif"));
+}
+
+}  // namespace
+}  // namespace glyphmotion
