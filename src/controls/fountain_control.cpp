@@ -42,10 +42,6 @@ int ColumnOf(const Rect& bar, std::uint32_t marker) {
   return bar.left + static_cast<int>(MarkerPosition(marker) / 255.0 * bar.Width());
 }
 
-int MarkerCountOf(const FountainSpec& fountain) {
-  return static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers));
-}
-
 void FreePreview(FountainSpec& fountain) {
   FreeBlock(HandleOf(fountain.Preview));
   fountain.Preview = 0;
@@ -189,15 +185,14 @@ void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
   const Extent extent = ExtentOf(dialog, id);
   const Rect bar = FountainBar(extent.width, extent.height);
   const int position = std::clamp((x - bar.left) * 255 / std::max(bar.Width(), 1), 1, 255);
-  std::uint32_t* begin = fountain.Markers + 0;
   for (int i = 0; i < MarkerCountOf(fountain); ++i) {
-    if (MarkerPosition(begin[i]) == position) return;
+    if (MarkerPosition(fountain.Markers[i]) == position) return;
   }
-  const std::uint32_t marker = MakeMarker(position, begin[draggedMarker]);
-  begin[draggedMarker] = marker;
+  const std::uint32_t marker = MakeMarker(position, fountain.Markers[draggedMarker]);
+  fountain.Markers[draggedMarker] = marker;
   SortMarkers(fountain);
   for (int i = 0; i < MarkerCountOf(fountain); ++i) {
-    if (begin[i] == marker) draggedMarker = i;
+    if (fountain.Markers[i] == marker) draggedMarker = i;
   }
   RenderPreview(dialog, id, fountain);
   Invalidate(dialog, id);

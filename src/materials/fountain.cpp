@@ -85,7 +85,7 @@ void FountainFromDisk(FountainSpec& dest, const std::uint8_t* source) noexcept {
 }
 
 int MarkerPositions(const FountainSpec& fountain, int width, int (&out)[kMaxMarkers]) noexcept {
-  const auto count = static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers));
+  const int count = MarkerCountOf(fountain);
   for (int i = 0; i < count; ++i) out[i] = static_cast<int>(MarkerPosition(fountain.Markers[i]) / 255.0 * width);
   return count;
 }
@@ -121,14 +121,14 @@ void SortMarkers(FountainSpec& fountain) noexcept {
   const auto rank = [](std::uint32_t marker) { return MarkerPosition(marker) ? MarkerPosition(marker) : 256; };
   std::uint32_t markers[kMaxMarkers];
   std::memcpy(markers, fountain.Markers, sizeof(markers));
-  const std::uint32_t count = std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers);
+  const int count = MarkerCountOf(fountain);
   std::stable_sort(markers, markers + count, [&](std::uint32_t a, std::uint32_t b) { return rank(a) < rank(b); });
   std::memcpy(fountain.Markers, markers, sizeof(markers));
 }
 
 bool RemoveMarker(FountainSpec& fountain, int index) noexcept {
-  if (index < 0 || index >= static_cast<int>(std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers))) return false;
-  fountain.MarkerCount = std::min<std::uint32_t>(fountain.MarkerCount, kMaxMarkers);
+  if (index < 0 || index >= MarkerCountOf(fountain)) return false;
+  fountain.MarkerCount = static_cast<std::uint32_t>(MarkerCountOf(fountain));
   fountain.Markers[index] = 0;
   // The last of the entries that rank highest is dropped: with a true marker at 0 behind it, the zeroed entry must not
   // stand first, so the two change places before the sort, which keeps the order of equals.

@@ -20,6 +20,13 @@ constexpr std::uint32_t MakeMarker(int position, Colour colour) {
 }
 constexpr int MarkerPosition(std::uint32_t marker) { return static_cast<int>(marker >> 24); }
 
+/// The markers that count: MarkerCount, but no more than there are. (A packed field is read as a value: the library's
+/// min takes references, which a field without alignment has none of.)
+inline int MarkerCountOf(const FountainSpec& fountain) noexcept {
+  const std::uint32_t count = fountain.MarkerCount;
+  return static_cast<int>(count < kMaxMarkers ? count : kMaxMarkers);
+}
+
 /// Mode 0: no markers; 1: one grey; 2: the spectrum of seven. From black to white. Other modes as 0.
 void DefaultFountain(FountainSpec& fountain, int mode) noexcept;
 

@@ -49,7 +49,7 @@ FountainSpec MidpointFountain(const GradientSpec& gradient) {
   FountainSpec fountain;
   DefaultFountain(fountain, 0);
   const Colour start = gradient.StartColour & 0xFFFFFF, end = gradient.EndColour & 0xFFFFFF;
-  const int pad = Truncate(std::max(gradient.EdgePad, 0) / 100.0 * 255.0);
+  const int pad = gradient.EdgePad > 0 ? Truncate(gradient.EdgePad / 100.0 * 255.0) : 0;
   fountain.StartColour = start;
   fountain.EndColour = end;
   fountain.MarkerCount = 2;

@@ -341,7 +341,8 @@ PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept {
     SeedFractalNoise(spec.SeedValue[0]);
     HeightField field(width, height);
     const auto depth = static_cast<double>(spec.CreaterDepth);
-    HitSurface(field, std::min(spec.CreaterCount, kMostCraters) * 10, depth);
+    const std::uint32_t craters = spec.CreaterCount;
+    HitSurface(field, std::min(craters, kMostCraters) * 10, depth);
     const auto shading = ShadingTable();
     std::array<std::array<std::uint8_t, 3>, shading.size()> pixels;
     for (std::size_t i = 0; i < shading.size(); ++i) {

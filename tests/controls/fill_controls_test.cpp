@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The drawn controls that hold fills, and the editors behind them, driven in memory.
+// A plus before a field of a packed record makes a value of it, as the test macros bind references.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -91,16 +92,16 @@ TEST_F(FillControls, MaterialLinesKeepEverythingButTheState) {
     LockMaterial(dialog, kMaterialId)->Kind = kGradient;
     const std::string gradient = LineOf(dialog, kMaterialId);
     EXPECT_TRUE(Load(dialog, kMaterialId, line));
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kSolid);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Kind, kSolid);
     EXPECT_TRUE(Load(dialog, kMaterialId, gradient));
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Kind, kGradient);
     std::string bad = line;
     bad[200] = 'x';
     Load(dialog, kMaterialId, bad);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient) << "one bad character changes nothing";
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Kind, kGradient) << "one bad character changes nothing";
     Load(dialog, kMaterialId, line.substr(0, 11 + 2 * 30));
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u) << "a short line has a tail of zeros";
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Fountain.MarkerCount, 0u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x112233u) << "a short line has a tail of zeros";
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Fountain.MarkerCount, 0u);
   });
 }
 
@@ -108,10 +109,10 @@ TEST_F(FillControls, MaterialIsRememberedUnlessShiftIsDown) {
   WithDialog([&](Dialog& dialog) { LockMaterial(dialog, kMaterialId)->Colour = 0x445566; });
   EXPECT_EQ(std::filesystem::file_size(home / "Material00104.mtrl"), 1270u);
   EXPECT_EQ(std::filesystem::file_size(home / "Fountain00120.mtrl"), 585u);
-  WithDialog([&](Dialog& dialog) { EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x445566u); });
+  WithDialog([&](Dialog& dialog) { EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x445566u); });
   responder.shiftDown = true;
   SetUiResponder(responder);
-  WithDialog([&](Dialog& dialog) { EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u); });
+  WithDialog([&](Dialog& dialog) { EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x112233u); });
 }
 
 TEST_F(FillControls, ArrowOpensTheMenuWhereverThePointerIsReleased) {
@@ -121,12 +122,12 @@ TEST_F(FillControls, ArrowOpensTheMenuWhereverThePointerIsReleased) {
     const int width = place.right - place.left;
     const Colour average = LockMaterial(dialog, kMaterialId)->AverageColour;
     Mouse(dialog, kMaterialId, kMessageLeftDown, width - 3, 4);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->ButtonState, 2u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->ButtonState, 2u);
     Mouse(dialog, kMaterialId, kMessageLeftUp, 5, 4);
     EXPECT_EQ(menus, 1);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Kind, kGradient);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->ButtonState, 0u);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, average) << "the caption keeps its colour";
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Kind, kGradient);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->ButtonState, 0u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->AverageColour, average) << "the caption keeps its colour";
     ASSERT_EQ(changes.size(), 1u);
     EXPECT_EQ(changes[0].a, 1u);
     EXPECT_EQ(changes[0].b, kMaterialId);
@@ -137,12 +138,12 @@ TEST_F(FillControls, FaceEditsAndTellsEvenWhenCancelled) {
   WithDialog([&](Dialog& dialog) {
     Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);
     Mouse(dialog, kMaterialId, kMessageLeftUp, 500, 500);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->Colour, 0x112233u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x112233u);
     EXPECT_EQ(changes.size(), 1u);
     colour = 0x0000FF;
     Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);
     Mouse(dialog, kMaterialId, kMessageLeftUp, 5, 5);
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, 0x0000FFu);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->AverageColour, 0x0000FFu);
     EXPECT_EQ(changes.size(), 2u);
     std::vector<std::uint8_t> pixels(90 * 40 * 3);
     const ControlRectangle place = RectangleOf(dialog, kMaterialId);
@@ -163,11 +164,11 @@ TEST_F(FillControls, MaterialsCanBeTakenOverAndCopied) {
     material.Kind = kTile;
     material.Tile.TileBitmap = WordOf(SolidDib(3, 3, 0x00FF00).Release());
     ASSERT_TRUE(SetMaterial(dialog, kMaterialId, material));
-    EXPECT_EQ(LockMaterial(dialog, kMaterialId)->AverageColour, 0x00FF00u);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->AverageColour, 0x00FF00u);
     const MovableBlock copy = DuplicateMaterial(dialog, kMaterialId);
     const LockedBlock<Material> record(copy.Handle());
-    EXPECT_NE(record->Tile.TileBitmap, material.Tile.TileBitmap);
-    EXPECT_EQ(record->Preview, 0u);
+    EXPECT_NE(+record->Tile.TileBitmap, +material.Tile.TileBitmap);
+    EXPECT_EQ(+record->Preview, 0u);
     FreeBlock(HandleOf(record->Tile.TileBitmap));
   });
 }
@@ -184,14 +185,14 @@ TEST_F(FillControls, FountainMarkersComeAndGo) {
     const int position = 100 * 255 / 181;
     const FountainHit hit = HitFountain(*LockFountain(dialog, kFountainId), 197, 50, bar.left + 99, 6);
     ASSERT_EQ(hit.part, FountainHit::Handle);
-    EXPECT_EQ(LockFountain(dialog, kFountainId)->Markers[hit.index], MakeMarker(position, 0x123456));
+    EXPECT_EQ(+LockFountain(dialog, kFountainId)->Markers[hit.index], MakeMarker(position, 0x123456));
     SendToControl(dialog, kFountainId, {kMessageFountainDelete, static_cast<std::uint64_t>(hit.index), 0});
     EXPECT_EQ(count(), 7u);
     SendToControl(dialog, kFountainId, {kMessageFountainDelete, 7, 0});
     SendToControl(dialog, kFountainId, {kMessageFountainColour, 9, 0});
     EXPECT_EQ(messages, (std::vector<std::string>{"Internal error", "Internal error"}));
     SendToControl(dialog, kFountainId, {kMessageFountainColour, static_cast<std::uint64_t>(kEndHandle), 0});
-    EXPECT_EQ(LockFountain(dialog, kFountainId)->EndColour, 0xFF123456u) << "the top byte is kept";
+    EXPECT_EQ(+LockFountain(dialog, kFountainId)->EndColour, 0xFF123456u) << "the top byte is kept";
     LockFountain(dialog, kFountainId)->MarkerCount = 64;
     SendToControl(dialog, kFountainId, {kMessageFountainAdd, 100, 0});
     EXPECT_EQ(messages.back(), "No more marker space is available. Delete an existing marker.");
@@ -216,7 +217,7 @@ TEST_F(FillControls, DraggedMarkersFollowAndComeOff) {
     Mouse(dialog, kFountainId, kMessageLeftDown, x, 6);
     Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 5, 6);
     Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 5, 6);
-    EXPECT_EQ(LockFountain(dialog, kFountainId)->Markers[0], MakeMarker(5 * 255 / 181, 0x00FFFF));
+    EXPECT_EQ(+LockFountain(dialog, kFountainId)->Markers[0], MakeMarker(5 * 255 / 181, 0x00FFFF));
     EXPECT_EQ(markers(), 7u);
     Mouse(dialog, kFountainId, kMessageLeftDown, bar.left + 5, 6);
     Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 5, 200);
@@ -239,9 +240,9 @@ TEST(GradientEditor, NumbersStayWithinTheirLimits) {
   }
   EXPECT_FALSE(SetGradientNumber(material.Gradient, 107, 1));
   PressGradientButton(material.Gradient, 104);
-  EXPECT_EQ(material.Gradient.GradientType, 1u);
+  EXPECT_EQ(+material.Gradient.GradientType, 1u);
   PressGradientButton(material.Gradient, 119);
-  EXPECT_EQ(material.Gradient.TwoColor, 0u);
+  EXPECT_EQ(+material.Gradient.TwoColor, 0u);
 }
 
 TEST_F(FillControls, PrimaryGroupsAreProtected) {
@@ -267,7 +268,7 @@ TEST_F(FillControls, PrimaryGroupsAreProtected) {
   EXPECT_FALSE(ChooseTextureGroup(nullptr, textures, "Mine"));
   EXPECT_EQ(TextureControlValue(textures.spec, 507), 75);
   SetTextureControl(textures.spec, 532, 150);
-  EXPECT_EQ(textures.spec.PerturbationPower, 1.5f);
+  EXPECT_EQ(+textures.spec.PerturbationPower, 1.5f);
 }
 
 TEST_F(FillControls, TilesOfTheRightSizeAreAdded) {

@@ -228,12 +228,12 @@ TEST(Fountain, SortingPutsZeroLastAndRemovalTakesTheRightMarker) {
   const std::uint32_t markers[] = {MakeMarker(0, 1), MakeMarker(200, 2), MakeMarker(50, 3), MakeMarker(100, 4)};
   for (int i = 0; i < 4; ++i) fountain.Markers[i] = markers[i];
   SortMarkers(fountain);
-  EXPECT_EQ(fountain.Markers[0], markers[2]);
-  EXPECT_EQ(fountain.Markers[3], markers[0]);
+  EXPECT_EQ(+fountain.Markers[0], markers[2]);
+  EXPECT_EQ(+fountain.Markers[3], markers[0]);
   ASSERT_TRUE(RemoveMarker(fountain, 1));
-  EXPECT_EQ(fountain.MarkerCount, 3u);
-  EXPECT_EQ(fountain.Markers[1], markers[1]);
-  EXPECT_EQ(fountain.Markers[2], markers[0]) << "the true marker at 0 stays, last";
+  EXPECT_EQ(+fountain.MarkerCount, 3u);
+  EXPECT_EQ(+fountain.Markers[1], markers[1]);
+  EXPECT_EQ(+fountain.Markers[2], markers[0]) << "the true marker at 0 stays, last";
   EXPECT_FALSE(RemoveMarker(fountain, 3));
   EXPECT_FALSE(RemoveMarker(fountain, -1));
 }
@@ -270,8 +270,8 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   EXPECT_EQ(FileBytes(path + ".bak").size(), 80u + 340);
   ASSERT_TRUE(ReadFountainLibrary(path, fountains));
   ASSERT_EQ(fountains.size(), 2u);
-  EXPECT_EQ(fountains[1].MarkerCount, 3u);
-  EXPECT_EQ(fountains[1].Flags, 0u) << "flags are not kept";
+  EXPECT_EQ(+fountains[1].MarkerCount, 3u);
+  EXPECT_EQ(+fountains[1].Flags, 0u) << "flags are not kept";
   for (std::size_t n = 0; n < whole.size(); n += 3) {
     WriteBytes(path, whole.substr(0, n));
     ASSERT_FALSE(ReadFountainLibrary(path, fountains)) << n;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+// In the tests of this folder a plus before a field of a packed record makes a value of it, as the test macros bind
+// references.
 #pragma once
 
 #include <string>

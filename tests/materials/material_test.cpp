@@ -105,7 +105,7 @@ TEST(Material, FileKeepsEverythingButTheHandles) {
   }
   MovableBlock again = LoadMaterial(path, 0, true);
   const LockedBlock<Material> first(block.Handle()), second(again.Handle());
-  EXPECT_EQ(second->ButtonState, 0u);
+  EXPECT_EQ(+second->ButtonState, 0u);
   second->ButtonState = 3;
   EXPECT_EQ(HexEncode(first.get(), sizeof(Material)), HexEncode(second.get(), sizeof(Material)));
 }

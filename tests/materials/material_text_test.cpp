@@ -27,29 +27,29 @@ TEST(ParseMaterial, Gradients) {
   const Parsed parsed = Parse("gradient:conical,#f00-#0000ff,rotation=-45,pad=10,mid=30,cx=-5,cy=+7");
   ASSERT_TRUE(parsed.good) << parsed.error;
   const GradientSpec& gradient = parsed.material.Gradient;
-  EXPECT_EQ(parsed.material.Kind, kGradient);
-  EXPECT_EQ(gradient.GradientType, 1u);
-  EXPECT_EQ(gradient.StartColour, 0x0000FFu);
-  EXPECT_EQ(gradient.EndColour, 0xFF0000u);
-  EXPECT_EQ(gradient.Rotation, -45);
-  EXPECT_EQ(gradient.EdgePad, 10);
-  EXPECT_EQ(gradient.Midpoint, 30);
-  EXPECT_EQ(gradient.CenterX, -5);
-  EXPECT_EQ(gradient.CenterY, 7);
-  EXPECT_EQ(gradient.TwoColor, 1u);
+  EXPECT_EQ(+parsed.material.Kind, kGradient);
+  EXPECT_EQ(+gradient.GradientType, 1u);
+  EXPECT_EQ(+gradient.StartColour, 0x0000FFu);
+  EXPECT_EQ(+gradient.EndColour, 0xFF0000u);
+  EXPECT_EQ(+gradient.Rotation, -45);
+  EXPECT_EQ(+gradient.EdgePad, 10);
+  EXPECT_EQ(+gradient.Midpoint, 30);
+  EXPECT_EQ(+gradient.CenterX, -5);
+  EXPECT_EQ(+gradient.CenterY, 7);
+  EXPECT_EQ(+gradient.TwoColor, 1u);
 }
 
 TEST(ParseMaterial, Fountains) {
   const Parsed parsed = Parse("fountain:#000,#f00@64,#0f0,#fff;elliptical;rotation=90,loop=1");
   ASSERT_TRUE(parsed.good) << parsed.error;
   const FountainSpec& fountain = parsed.material.Fountain;
-  ASSERT_EQ(fountain.MarkerCount, 2u);
-  EXPECT_EQ(fountain.Markers[0], MakeMarker(64, 0x0000FF));
-  EXPECT_EQ(fountain.Markers[1], MakeMarker(170, 0x00FF00));
-  EXPECT_EQ(fountain.EndColour, 0xFFFFFFu);
-  EXPECT_EQ(fountain.Flags, kFountainLooped);
-  EXPECT_EQ(parsed.material.Gradient.GradientType, 2u);
-  EXPECT_EQ(parsed.material.Gradient.TwoColor, 0u);
+  ASSERT_EQ(+fountain.MarkerCount, 2u);
+  EXPECT_EQ(+fountain.Markers[0], MakeMarker(64, 0x0000FF));
+  EXPECT_EQ(+fountain.Markers[1], MakeMarker(170, 0x00FF00));
+  EXPECT_EQ(+fountain.EndColour, 0xFFFFFFu);
+  EXPECT_EQ(+fountain.Flags, kFountainLooped);
+  EXPECT_EQ(+parsed.material.Gradient.GradientType, 2u);
+  EXPECT_EQ(+parsed.material.Gradient.TwoColor, 0u);
   for (const std::string& name : FountainNames()) EXPECT_TRUE(Parse("fountain:" + name).good) << name;
   EXPECT_TRUE(Parse("fountain:sunRISE,conical,cx=10").good);
 }
@@ -59,21 +59,21 @@ TEST(ParseMaterial, Textures) {
       Parse("texture:fractal3,seed=7,seed2=1,size=128,fore1=#102030,back=#fff,power=0.5,density3=2.5");
   ASSERT_TRUE(parsed.good) << parsed.error;
   const TextureSpec& texture = parsed.material.Texture;
-  EXPECT_EQ(parsed.material.Kind, kTexture);
-  EXPECT_EQ(texture.TextureType, 1u);
-  EXPECT_EQ(texture.SeedValue[0], 7u);
-  EXPECT_EQ(texture.SeedValue[1], 1u);
-  EXPECT_EQ(texture.SeedValue[2], 9u);
-  EXPECT_EQ(texture.MatrixSize, 128u);
-  EXPECT_EQ(texture.ForeColour[0], 0x302010u);
-  EXPECT_EQ(texture.BackColour, 0xFFFFFFu);
-  EXPECT_EQ(texture.Power[4], 0.5f);
-  EXPECT_EQ(texture.Dimension[2], 2.5f);
+  EXPECT_EQ(+parsed.material.Kind, kTexture);
+  EXPECT_EQ(+texture.TextureType, 1u);
+  EXPECT_EQ(+texture.SeedValue[0], 7u);
+  EXPECT_EQ(+texture.SeedValue[1], 1u);
+  EXPECT_EQ(+texture.SeedValue[2], 9u);
+  EXPECT_EQ(+texture.MatrixSize, 128u);
+  EXPECT_EQ(+texture.ForeColour[0], 0x302010u);
+  EXPECT_EQ(+texture.BackColour, 0xFFFFFFu);
+  EXPECT_EQ(+texture.Power[4], 0.5f);
+  EXPECT_EQ(+texture.Dimension[2], 2.5f);
   const Parsed surface = Parse("texture:perturbation,red=0/0.1/0.2/1,shape=sphere,bubbles=9,bubblepower=-0.5");
   ASSERT_TRUE(surface.good) << surface.error;
-  EXPECT_EQ(surface.material.Texture.ColorRed[2], 0.2f);
-  EXPECT_EQ(surface.material.Texture.BubbleShape, 3u);
-  EXPECT_EQ(surface.material.Texture.BubblePower, -0.5f);
+  EXPECT_EQ(+surface.material.Texture.ColorRed[2], 0.2f);
+  EXPECT_EQ(+surface.material.Texture.BubbleShape, 3u);
+  EXPECT_EQ(+surface.material.Texture.BubblePower, -0.5f);
 }
 
 TEST(ParseMaterial, ShippedLibrariesAreFound) {
@@ -86,11 +86,11 @@ TEST(ParseMaterial, ShippedLibrariesAreFound) {
   for (const std::string& name : TextureNames()) EXPECT_TRUE(Parse("texture:" + name).good) << name;
   const Parsed marble = Parse("texture:green-MARBLE,seed=3");
   ASSERT_TRUE(marble.good) << marble.error;
-  EXPECT_EQ(marble.material.Texture.SeedValue[1], 4u);
+  EXPECT_EQ(+marble.material.Texture.SeedValue[1], 4u);
   Parsed tile = Parse("tile:#2");
   ASSERT_TRUE(tile.good) << tile.error;
-  EXPECT_EQ(tile.material.Tile.TileIndex, 1u);
-  EXPECT_EQ(tile.material.Tile.TileBitmap, 0u);
+  EXPECT_EQ(+tile.material.Tile.TileIndex, 1u);
+  EXPECT_EQ(+tile.material.Tile.TileBitmap, 0u);
   EXPECT_FALSE(Parse("tile:#9999").good);
   SetFolderOverrides({});
 }

@@ -122,8 +122,8 @@ TEST(CraterTexture, FlatGroundIsTheMiddleBlendAndTheLastColumnStays) {
   spec.CreaterCount = 0;
   const PackedDib picture = GenerateCraterTexture(spec);
   const DibView view(picture);
-  EXPECT_EQ(view.GetPixel(4, 4), Blend(spec.BackColour, spec.ForeColour[0], 128));
-  EXPECT_EQ(view.GetPixel(8, 4), spec.BackColour);
+  EXPECT_EQ(view.GetPixel(4, 4), Blend(+spec.BackColour, +spec.ForeColour[0], 128));
+  EXPECT_EQ(view.GetPixel(8, 4), +spec.BackColour);
 }
 
 TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
@@ -184,7 +184,7 @@ TEST(Texture, OblongFillsAreTheMiddleOfASquare) {
   DefaultMaterial(material, 0);
   material.Kind = kTexture;
   const PackedDib oblong = MaterialToBitmap(material, 120, 40), square = MaterialToBitmap(material, 120, 120);
-  EXPECT_EQ(material.Texture.Bottom, 120);
+  EXPECT_EQ(+material.Texture.Bottom, 120);
   EXPECT_EQ(PixelsOf(oblong), PixelsOf(CropDib(square, {0, 40, 120, 80})));
 }
 
@@ -205,7 +205,7 @@ TEST(MaterialCache, HitsAreWhatRenderingAnewWouldBe) {
     const PackedDib hit = cache.Render(kept, 40, 30);
     EXPECT_EQ(PixelsOf(hit), PixelsOf(anew)) << type;
     EXPECT_EQ(RandomState(), state) << type;
-    EXPECT_EQ(kept.Texture.Right, fresh.Texture.Right) << type;
+    EXPECT_EQ(+kept.Texture.Right, +fresh.Texture.Right) << type;
   }
 }
 
@@ -250,8 +250,8 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   EXPECT_FALSE(library.writeable) << "without the key nothing is said";
   ASSERT_EQ(library.textures.size(), 1u);
   EXPECT_EQ(library.textures[0].name, "Odd");
-  EXPECT_EQ(library.textures[0].spec.CreaterDepth, 2.0f);
-  EXPECT_EQ(library.textures[0].spec.MatrixSize, 64u);
+  EXPECT_EQ(+library.textures[0].spec.CreaterDepth, 2.0f);
+  EXPECT_EQ(+library.textures[0].spec.MatrixSize, 64u);
 }
 
 }  // namespace
