@@ -128,7 +128,7 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
   for (const auto& row : rows) {
     if (row.value.empty()) continue;
     if (!row.control) return Fail(std::string("the effect ") + effect.name + " has no " + row.role);
-    if (!SetMaterial(dialog, row.control, row.value)) return false;
+    if (!FillWith(dialog, row.control, row.value)) return false;
   }
   return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
 }
@@ -210,7 +210,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     case ControlKind::ColourButton:
       return SetColour(dialog, id, value);
     case ControlKind::MaterialButton:
-      return SetMaterial(dialog, id, value);
+      return FillWith(dialog, id, value);
     default:
       break;
   }
@@ -223,7 +223,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   return SetByLine(dialog, id, std::to_string(*number));
 }
 
-bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) {
+bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
@@ -233,16 +233,11 @@ bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) 
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  PackedDib picture(HandleOf(material.Tile.TileBitmap));
-  if (!SetByLine(dialog, id, HexEncode(&material, sizeof material))) return false;
-  if (picture) {
-    // A one-off tile belongs to no library: it goes straight to the control, whose line cannot carry it.
-    const auto held = LockMaterial(dialog, id);
-    if (!held) return false;
-    FreeBlock(HandleOf(held->Tile.TileBitmap));
-    held->Tile.TileBitmap = WordOf(picture.Release());
-  }
-  return true;
+  // A one-off tile belongs to no library and came with the text; any other is named by path and index.
+  if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
+  if (SetMaterial(dialog, id, material)) return true;
+  FreeBlock(HandleOf(material.Tile.TileBitmap));
+  return Fail("there is no memory left for the fill " + Quote(text));
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
