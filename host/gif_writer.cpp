@@ -230,7 +230,7 @@ struct GifWriter::State {
 
   // Pixels of the crop by colour.
   struct Census {
-    std::vector<std::uint32_t> must, may;  // by id: pixels that change, pixels that stay
+    std::vector<std::uint32_t> must, may;  // by id: pixels that change, pixels that stay; 1 may stand for any number
     bool hasFree = false, hasNothing = false, onlyWildcards = false;
   };
   // How a frame is going to be written.
@@ -242,6 +242,7 @@ struct GifWriter::State {
     bool choice = false;         // some pixels are free
   };
   Census Count(const Box& crop) const;
+  void CountExactly(const Box& crop, Census& census) const;
   static std::vector<Id> ColoursToWrite(Census& census);
   int NearestSlot(const Slots& palette, const std::vector<Id>& used, Id id) const;
   // How free pixels are written: as their colours, as the dictionary likes, so that runs go on, as the wildcard where
@@ -255,6 +256,7 @@ struct GifWriter::State {
   static void ChooseWildcard(const Census& census, const std::vector<Id>& used, const std::array<bool, 257>& taken,
                              Plan& plan);
   Plan CollectSymbols(const Box& crop, Slots& own);
+  void FillSymbols(const Box& crop, const std::vector<std::uint8_t>& slotOf);
   void MarkVaried();
   std::span<const std::uint8_t> Arrange(Method method, const Plan& plan);
   void Try(Method method, LzwMode mode, Plan& plan, Result& result);
@@ -346,7 +348,11 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   Box crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
   if (crop.Empty()) crop = {0, 0, 1, 1};
   Encode(crop, disposal);
-  before = shown;
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t at =
+        static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left);
+    std::copy_n(&shown[at], crop.Width(), &before[at]);
+  }
   if (disposal != kToBackground) return;
   for (int y = crop.top; y < crop.bottom; ++y) {
     Id* row = before.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
@@ -354,29 +360,45 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   }
 }
 
-// Counts the crop's colours: those that must be written, and those of pixels that stay as they were.
+// Finds the crop's colours: those that must be written, and those of pixels that stay as they were. One store a pixel;
+// how many there are matters only for colours that have no slot yet, and where there are too many.
 GifWriter::State::Census GifWriter::State::Count(const Box& crop) const {
   Census census;
-  census.must.resize(ids.colours.size());
-  census.may.resize(ids.colours.size());
+  const std::size_t count = ids.colours.size();
+  std::vector<std::uint8_t> seen(2 * (count + 1));  // the last one stands for what is no colour
   for (int y = crop.top; y < crop.bottom; ++y) {
     const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
     const Id* was = before.data() + start;
     const Id* is = shown.data() + start;
-    for (int x = crop.left; x < crop.right;) {
-      const Id id = is[x], old = was[x];
-      const int from = x;
-      while (++x < crop.right && is[x] == id && was[x] == old) {
-      }
-      census.hasFree |= id == old;
-      if (id >= kUnknown) {
-        census.hasNothing = true;
-      } else {
-        (id == old ? census.may : census.must)[id] += static_cast<std::uint32_t>(x - from);
-      }
-    }
+    for (int x = crop.left; x < crop.right; ++x)
+      seen[(was[x] == is[x] ? count + 1 : 0) + std::min<std::size_t>(is[x], count)] = 1;
   }
+  const auto middle = seen.begin() + static_cast<std::ptrdiff_t>(count) + 1;
+  census.must.assign(seen.begin(), middle - 1);
+  census.may.assign(middle, seen.end() - 1);
+  census.hasNothing = *(middle - 1) || seen.back();
+  census.hasFree = std::find(middle, seen.end(), 1) != seen.end();
+  std::size_t colours = 0;
+  bool isNew = false;
+  for (std::size_t id = 0; id < count; ++id) {
+    if (!census.must[id] && !census.may[id]) continue;
+    ++colours;
+    isNew |= common.SlotOf(static_cast<Id>(id)) < 0;
+  }
+  if (isNew || colours >= 256) CountExactly(crop, census);
   return census;
+}
+
+void GifWriter::State::CountExactly(const Box& crop, Census& census) const {
+  std::fill(census.must.begin(), census.must.end(), 0u);
+  std::fill(census.may.begin(), census.may.end(), 0u);
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    const Id* was = before.data() + start;
+    const Id* is = shown.data() + start;
+    for (int x = crop.left; x < crop.right; ++x)
+      if (is[x] < kUnknown) ++(was[x] == is[x] ? census.may : census.must)[is[x]];
+  }
 }
 
 // The colours to write, the most frequent first. Usually all of the crop; only those that must be written where that
@@ -450,28 +472,37 @@ GifWriter::State::Plan GifWriter::State::CollectSymbols(const Box& crop, Slots& 
   for (const Id id : used) taken[static_cast<std::size_t>(plan.slots->SlotOf(id))] = true;
   ChooseWildcard(census, used, taken, plan);
 
-  std::vector<std::uint8_t> slotOf(ids.colours.size());
-  for (std::size_t id = 0; id < slotOf.size(); ++id) {
+  const std::size_t count = ids.colours.size();
+  std::vector<std::uint8_t> slotOf(count + 1, static_cast<std::uint8_t>(plan.wildcard));
+  for (std::size_t id = 0; id < count; ++id) {
     const int slot = census.must[id] || census.may[id] ? plan.slots->SlotOf(static_cast<Id>(id)) : 0;
     const bool given = slot >= 0 && taken[static_cast<std::size_t>(slot)];
     slotOf[id] = static_cast<std::uint8_t>(
         given || !census.must[id] ? std::max(slot, 0) : NearestSlot(*plan.slots, used, static_cast<Id>(id)));
   }
-  symbols.resize(static_cast<std::size_t>(crop.Width()) * static_cast<std::size_t>(crop.Height()));
-  free.resize(symbols.size());
-  std::size_t i = 0;
-  for (int y = crop.top; y < crop.bottom; ++y) {
-    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    const Id* was = before.data() + start;
-    const Id* is = shown.data() + start;
-    for (int x = crop.left; x < crop.right; ++x, ++i) {
-      const bool stays = was[x] == is[x];
-      const bool nothing = is[x] >= kUnknown || (stays && census.onlyWildcards);
-      symbols[i] = nothing ? static_cast<std::uint8_t>(plan.wildcard) : slotOf[is[x]];
-      free[i] = stays;
-    }
-  }
+  FillSymbols(crop, slotOf);
+  if (census.onlyWildcards)
+    for (std::size_t i = 0; i < symbols.size(); ++i)
+      if (free[i]) symbols[i] = static_cast<std::uint8_t>(plan.wildcard);
   return plan;
+}
+
+// `slotOf`: by id; the last one for what is no colour.
+void GifWriter::State::FillSymbols(const Box& crop, const std::vector<std::uint8_t>& slotOf) {
+  const auto columns = static_cast<std::size_t>(crop.Width());
+  symbols.resize(columns * static_cast<std::size_t>(crop.Height()));
+  free.resize(symbols.size());
+  const unsigned last = static_cast<unsigned>(slotOf.size()) - 1;
+  const std::uint8_t* slots = slotOf.data();
+  std::uint8_t* symbol = symbols.data();
+  std::uint8_t* stays = free.data();
+  for (int y = crop.top; y < crop.bottom; ++y, symbol += columns, stays += columns) {
+    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    const Id* was = before.data() + start + crop.left;
+    const Id* is = shown.data() + start + crop.left;
+    for (std::size_t x = 0; x < columns; ++x) stays[x] = was[x] == is[x];
+    for (std::size_t x = 0; x < columns; ++x) symbol[x] = slots[std::min<unsigned>(is[x], last)];
+  }
 }
 
 // Marks the runs of free pixels that change colour often: the edges of letters that stand still, for example. Their
@@ -546,7 +577,7 @@ void GifWriter::State::Compress(Plan& plan) {
       if (mode != lastMode && !twin && (overflows || !mode.clearWhenFull)) Try(result.method, mode, plan, result);
     }
   }
-  if (trial) {
+  if (trial && symbols.size() >= kSmall) {
     const bool stands = result.mode == lastMode && (!plan.choice || result.method == lastMethod);
     trialPeriod = stands ? std::min(trialPeriod * 2, kLongestPeriod) : std::max(trialPeriod / 4, 1);
     // The first frame is no model for the others: they have one before them.

@@ -35,22 +35,23 @@ struct Dictionary {
   }
 };
 
+// Writes to memory that has room for eight bytes more than what is put.
 struct BitWriter {
-  std::vector<std::uint8_t>& out;
+  std::uint8_t* to;
   std::uint64_t bits = 0;
   unsigned count = 0;
 
   void Put(unsigned code, unsigned width) {
     bits |= std::uint64_t{code} << count;
     count += width;
-    if (count < 32) return;
-    for (int i = 0; i < 4; ++i) out.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
-    bits >>= 32;
-    count -= 32;
+    if (count >= 32) PutBytes(4);
   }
-  void Flush() {
-    for (; count > 0; count -= count < 8 ? count : 8, bits >>= 8) out.push_back(static_cast<std::uint8_t>(bits));
+  void PutBytes(unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i) *to++ = static_cast<std::uint8_t>(bits >> (8 * i));
+    bits >>= 8 * bytes;
+    count = count > 8 * bytes ? count - 8 * bytes : 0;
   }
+  void Flush() { PutBytes((count + 7) / 8); }
 };
 
 // Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
@@ -298,7 +299,9 @@ std::array<bool, 256> LiteralsOf(const LzwCodes& codes) {
 bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8_t, 256>& literal,
              std::vector<std::uint8_t>& out) {
   const unsigned oldClear = 1u << codes.minCodeSize, clear = 1u << minCodeSize;
-  BitWriter writer{out};
+  const std::size_t start = out.size();
+  out.resize(start + codes.codes.size() * 12 / 8 + 8);
+  BitWriter writer{out.data() + start};
   unsigned next = clear + 1, width = FirstWidth(clear);
   for (const unsigned code : codes.codes) {
     const unsigned renumbered = code < oldClear ? literal[code] : code - oldClear + clear;
@@ -313,6 +316,7 @@ bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8
     if (next == 1u << width && width < 12) ++width;
   }
   writer.Flush();
+  out.resize(static_cast<std::size_t>(writer.to - out.data()));
   return true;
 }
 
