@@ -17,11 +17,14 @@ struct Dictionary {
   std::array<std::uint32_t, 1u << kHashBits> table;  // (prefix << 8 | symbol) << 12 | code; codes are never 0 here
 
   void Clear() { table.fill(0); }
-  static unsigned Slot(unsigned key) { return (key * 0x9E3779B1u) >> (32 - kHashBits); }
+  // Little stands between one node and the next: only the symbol, which is known long before, is multiplied.
+  static unsigned Slot(unsigned node, unsigned symbol) {
+    return node << 1 ^ (symbol * 0x9E3779B1u) >> (32 - kHashBits);
+  }
 
   unsigned Child(unsigned node, unsigned symbol) const {
     const unsigned key = node << 8 | symbol;
-    for (unsigned slot = Slot(key);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
+    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
       const std::uint32_t entry = table[slot];
       if (!entry) return kNone;
       if (entry >> 12 == key) return entry & 0xFFF;
@@ -29,7 +32,7 @@ struct Dictionary {
   }
   void Insert(unsigned node, unsigned symbol, unsigned code) {
     const unsigned key = node << 8 | symbol;
-    unsigned slot = Slot(key);
+    unsigned slot = Slot(node, symbol);
     while (table[slot]) slot = (slot + 1) & ((1u << kHashBits) - 1);
     table[slot] = key << 12 | code;
   }
