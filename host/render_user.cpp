@@ -84,6 +84,11 @@ bool ScriptedUser::Fail(std::string sentence) {
   return false;
 }
 
+bool ScriptedUser::FailRun(std::string sentence) {
+  runFailed_ = true;
+  return Fail(std::move(sentence));
+}
+
 void ScriptedUser::Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   played_ = LoadDocumentFirst(dialog) &&
             std::all_of(job_.defaults.begin(), job_.defaults.end(),
@@ -127,7 +132,8 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
               {job_.background, roles.background, "background"}};
   for (const auto& row : rows) {
     if (row.value.empty()) continue;
-    if (!row.control) return Fail(std::string("the effect ") + effect.name + " has no " + row.role);
+    if (!row.control)
+      return Fail(std::string("the effect ") + effect.name + " has no " + row.role + "; leave --" + row.role + " out");
     if (!SetMaterial(dialog, row.control, row.value)) return false;
   }
   return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
@@ -136,10 +142,12 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
 bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   const std::string& key = setting.first;
   if (!key.empty() && key.front() == '@') {
-    const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
-    if (control) return ApplyToControl(dialog, *control, setting);
-    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key.substr(1)) +
-                "; see --list controls");
+    const std::size_t equals = std::min(key.find('='), key.size());
+    const std::string name = key.substr(1, equals - 1), shown = equals < key.size() ? key.substr(equals + 1) : name;
+    const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), name);
+    if (control) return ApplyToControl(dialog, *control, {shown, setting.second});
+    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " takes no " + shown +
+                "; leave it out (--list controls names what it takes)");
   }
   const std::optional<std::int64_t> id = ParseInteger(key);
   const ControlTemplate* control =
@@ -227,7 +235,7 @@ bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) 
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
-    if (!held) return Fail("there is no memory left for the fill " + Quote(text));
+    if (!held) return FailRun("there is no memory left for the fill " + Quote(text));
     material = *held;
   }
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
@@ -278,14 +286,14 @@ bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
 
 bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   if (!job_.saveDocumentFile.empty() && !SaveDocument(dialog, job_.saveDocumentFile)) {
-    return Fail("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
+    return FailRun("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
   }
   switch (job_.action) {
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
       const PackedDib frame = RenderSample(dialog, 0, 0);
-      if (!frame) return Fail("there is no picture of this text; give a text that is not empty");
+      if (!frame) return FailRun("the effect made no picture of this text; try another text or a smaller size");
       sample(frame);
       return true;
     }

@@ -18,7 +18,8 @@ namespace glyphmotion {
 struct Job {
   /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize") or by control id ("440"). Values are
   /// text: a number, 0 or 1 for checks, an index for lists and pickers, a decimal colour, a material ("#rrggbb",
-  /// "mtrl:FILE", ...) for fills.
+  /// "mtrl:FILE", ...) for fills. "@frames" is the key of the chosen effect that ends so; in "@soft=--softness" the
+  /// second part is what messages call it.
   using Setting = std::pair<std::string, std::string>;
 
   std::optional<std::string> text;    ///< UTF-8
@@ -30,7 +31,9 @@ struct Job {
   std::vector<Setting> settings;  ///< applied after everything else, in order
   std::vector<Setting> defaults;  ///< applied after the settings file and the document, before everything above
 
-  std::string settingsFile;      ///< loaded first and saved at the end; empty: built-in defaults, nothing saved
+  /// Loaded first and saved at the end; may be missing or empty, but what is another kind of file is refused. No name:
+  /// built-in defaults, nothing saved.
+  std::string settingsFile;
   std::string documentFile;      ///< a .GM4 to load first
   std::string saveDocumentFile;  ///< a .GM4 to write before the build
 
