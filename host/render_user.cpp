@@ -12,6 +12,7 @@
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/dialog_driver.h"
+#include "platform/encoding.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
@@ -106,6 +107,11 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (messages_.size() > told)
     return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
   Pump(dialog);
+  // A document may check what this kind of output does not have; a person could not.
+  for (const int id :
+       {MainControl::TrueColour, ControlId::AlphaTransparency, MainControl::Transparent, MainControl::Supercompress}) {
+    if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
+  }
   // The dialog's own rule leaves the font as it is; a script has no other way to say it.
   const std::string font = FontOfDocument(job_.documentFile);
   if (!font.empty() && HasFontFamily(font)) SetFont(dialog, font);
@@ -134,7 +140,7 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
     if (row.value.empty()) continue;
     if (!row.control)
       return Fail(std::string("the effect ") + effect.name + " has no " + row.role + "; leave --" + row.role + " out");
-    if (!SetMaterial(dialog, row.control, row.value)) return false;
+    if (!FillWith(dialog, row.control, row.value)) return false;
   }
   return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
 }
@@ -142,12 +148,10 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
 bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   const std::string& key = setting.first;
   if (!key.empty() && key.front() == '@') {
-    const std::size_t equals = std::min(key.find('='), key.size());
-    const std::string name = key.substr(1, equals - 1), shown = equals < key.size() ? key.substr(equals + 1) : name;
-    const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), name);
-    if (control) return ApplyToControl(dialog, *control, {shown, setting.second});
-    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " takes no " + shown +
-                "; leave it out (--list controls names what it takes)");
+    const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
+    if (control) return ApplyToControl(dialog, *control, setting);
+    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key) +
+                "; leave it out, or see --list controls");
   }
   const std::optional<std::int64_t> id = ParseInteger(key);
   const ControlTemplate* control =
@@ -157,8 +161,13 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   Variable* variable = FindVariable(key);
   if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
   if (variable->row->flags & kSettingText) {
-    variable->text = setting.second.substr(0, kMaxTextLength);
+    variable->text = CutText(setting.second, kMaxTextLength);
     return true;
+  }
+  if (variable->row->flags & kSettingSwitch) {
+    const std::optional<bool> on = ParseSwitch(setting.second);
+    if (on) variable->number = *on;
+    return on || Fail(key + " takes 0 or 1, not " + Quote(setting.second));
   }
   const std::optional<std::int64_t> number = ParseInteger(setting.second);
   if (!number || *number < 0 || *number > UINT32_MAX)
@@ -168,7 +177,8 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
 }
 
 bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting) {
-  const auto& [key, value] = setting;
+  const std::string& value = setting.second;
+  const std::string key = setting.first.starts_with('@') ? Quote(setting.first) : setting.first;
   const int id = control.id;
   // The controls of hidden panels take their value as from a document.
   const bool reachable = IsVisible(dialog, id);
@@ -218,7 +228,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     case ControlKind::ColourButton:
       return SetColour(dialog, id, value);
     case ControlKind::MaterialButton:
-      return SetMaterial(dialog, id, value);
+      return FillWith(dialog, id, value);
     default:
       break;
   }
@@ -231,7 +241,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   return SetByLine(dialog, id, std::to_string(*number));
 }
 
-bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) {
+bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
@@ -241,16 +251,11 @@ bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) 
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  PackedDib picture(HandleOf(material.Tile.TileBitmap));
-  if (!SetByLine(dialog, id, HexEncode(&material, sizeof material))) return false;
-  if (picture) {
-    // A one-off tile belongs to no library: it goes straight to the control, whose line cannot carry it.
-    const auto held = LockMaterial(dialog, id);
-    if (!held) return false;
-    FreeBlock(HandleOf(held->Tile.TileBitmap));
-    held->Tile.TileBitmap = WordOf(picture.Release());
-  }
-  return true;
+  // A one-off tile belongs to no library and came with the text; any other is named by path and index.
+  if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
+  if (SetMaterial(dialog, id, material)) return true;
+  FreeBlock(HandleOf(material.Tile.TileBitmap));
+  return FailRun("there is no memory left for the fill " + Quote(text));
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {

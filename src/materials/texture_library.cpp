@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -66,9 +66,19 @@ bool SplitLine(std::string_view line, std::string_view& key, std::string& value)
   return true;
 }
 
-float FloatOf(const std::string& text) {
-  const double value = std::atof(text.c_str());
+// Numbers have a point in files, whatever the locale of the process says. What follows a number is passed over; without
+// one, or with one beyond all range, the value is 0.
+float FloatOf(std::string_view text) {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double value = 0.0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
   return static_cast<float>(std::clamp(value, -3.0e38, 3.0e38));
+}
+
+std::string TextOfFloat(float number) {
+  char text[64];
+  const auto written = std::to_chars(text, std::end(text), static_cast<double>(number), std::chars_format::fixed, 6);
+  return std::string(text, written.ptr);
 }
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
@@ -90,19 +100,28 @@ void SetField(NamedTexture& texture, std::string_view key, const std::string& va
   }
 }
 
+// The lines with the ends that text files have on this platform.
+std::string WithLineEnds(std::string text) {
+  const std::string_view end = LineEnd();
+  if (end == "\n") return text;
+  std::string result;
+  for (const char c : text) c == '\n' ? result += end : result += c;
+  return result;
+}
+
 void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? std::string("UNKNOWN NAME") : texture.name) + "\n";
   for (const TextureField& field : TextureFields()) {
     const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.spec) + field.offset;
-    char value[64];
+    std::string value;
     if (field.isFloat) {
       float number;
       std::memcpy(&number, place, sizeof(number));
-      std::snprintf(value, sizeof(value), "%f", static_cast<double>(number));
+      value = TextOfFloat(number);
     } else {
       std::uint32_t number;
       std::memcpy(&number, place, sizeof(number));
-      std::snprintf(value, sizeof(value), "%lu", static_cast<unsigned long>(number));
+      value = std::to_string(number);
     }
     text += std::string(field.key) + "=" + value + "\n";
   }
@@ -118,7 +137,7 @@ std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& sta
   text += "MachineName=" + stamp.machineName + "\nMachineOrganization=" + stamp.machineOrganization + "\n";
   text += "RegistrationName=" + stamp.registrationName + "\n;Items begin\n";
   for (const NamedTexture& texture : library.textures) AppendItem(text, texture);
-  return text + ";Items end -- beyond this point be dragons.\n";
+  return WithLineEnds(text + ";Items end -- beyond this point be dragons.\n");
 }
 
 }  // namespace
@@ -239,7 +258,7 @@ bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexce
     bool inItem = false;
     NamedTexture texture;
     while (lines.Next(line)) {
-      if (EqualNoCase(line, ":BEGINITEM")) {
+      if (!inItem && EqualNoCase(line, ":BEGINITEM")) {
         inItem = true;
         texture.name.clear();
         DefaultTextureSpec(texture.spec);

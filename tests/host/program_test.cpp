@@ -46,6 +46,39 @@ TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   EXPECT_TRUE(std::filesystem::exists(folder / "sample.png"));
 }
 
+TEST(Program, ASampleIsAPictureInEveryFormat) {
+  const TemporaryFolder folder;
+  for (const char* name : {"sample.gif", "sample.png", "sample.webp"}) {
+    const Outcome outcome = Start(kSmall + ("--sample -o " + folder / name));
+    EXPECT_EQ(outcome.code, 0) << outcome.output;
+    EXPECT_GT(std::filesystem::file_size(folder / name), 100u) << name;
+  }
+  EXPECT_EQ(testing::ReadText(folder / "sample.gif").rfind("GIF89a", 0), 0u);
+}
+
+TEST(Program, ADocumentOfAFormatWithAllColoursServesAPaletteFormatToo) {
+  const TemporaryFolder folder;
+  const std::string document = folder / "a.gm4";
+  ASSERT_EQ(Start(kSmall + ("--alpha --save-document " + document + " -o " + folder / "a.png")).code, 0);
+  const Outcome outcome = Start("--document " + document + " -o " + folder / "a.gif");
+  EXPECT_EQ(outcome.code, 0) << outcome.output;
+}
+
+TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
+  const TemporaryFolder folder;
+  const std::string output = " -o " + folder / "a.gif";
+  const std::pair<const char*, const char*> cases[] = {
+      {"-e vortex --direction 3", "error: --direction takes an index from 0 to 1, not '3'"},
+      {"-e radar --frames 8", "error: the effect Radar has no option --frames"},
+      {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
+      {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};
+  for (const auto& [words, says] : cases) {
+    const Outcome outcome = Start("Hi " + (words + output));
+    EXPECT_EQ(outcome.code, 2);
+    EXPECT_NE(outcome.output.find(says), std::string::npos) << outcome.output;
+  }
+}
+
 TEST(Program, AFailedRunLeavesTheOldFileAndNothingElse) {
   const TemporaryFolder folder;
   const std::string target = folder / "a.gif";
@@ -129,7 +162,7 @@ TEST(Program, ASettingsFileThatIsSomethingElseStands) {
   EXPECT_GT(std::filesystem::file_size(folder / "a.ini"), 1000u);
 }
 
-TEST(Program, MessagesNameTheOptionAndTheCause) {
+TEST(Program, MessagesAndExitCodesNameTheCause) {
   const TemporaryFolder folder;
   const std::string out = "-o " + folder / "a.gif ", empty = folder / "fonts.conf";
   testing::WriteBytes(empty, {'<', 'f', 'o', 'n', 't', 'c', 'o', 'n', 'f', 'i', 'g', '/', '>'});
@@ -138,8 +171,6 @@ TEST(Program, MessagesNameTheOptionAndTheCause) {
     int code;
     const char* says;
   } cases[] = {
-      {"Hi -e vortex --direction 3 " + out, 2, "--direction takes an index from 0 to 1, not '3'"},
-      {"Hi -e radar --frames 8 " + out, 2, "Radar takes no --frames;"},
       {"Hi -e ripple --shadow '#fff' " + out, 2, "Ripple has no shadow; leave --shadow out"},
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},

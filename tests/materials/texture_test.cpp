@@ -244,7 +244,8 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   WriteBytes(path,
              "TESSALOOM E-DRAPE TEXTURE FILE  \r\n;x\r\nItemcount=99\r\nTextureType=3\r\n:beginitem\r\ntexturename = = "
              "Odd \r\n"
-             "createrdepth=2\r\nUnknown=5\r\nMatrixSize\r\n:ENDITEM\r\n:BEGINITEM\r\nTextureName=Cut");
+             "createrdepth=2\r\nUnknown=5\r\nMatrixSize\r\n:BeginItem\r\nPower1=+0.5x\r\n:ENDITEM\r\n:"
+             "BEGINITEM\r\nTextureName=Cut");
   TextureLibrary library;
   ASSERT_TRUE(ReadTextureLibrary(path, library));
   EXPECT_FALSE(library.writeable) << "without the key nothing is said";
@@ -252,6 +253,7 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   EXPECT_EQ(library.textures[0].name, "Odd");
   EXPECT_EQ(+library.textures[0].spec.CreaterDepth, 2.0f);
   EXPECT_EQ(+library.textures[0].spec.MatrixSize, 64u);
+  EXPECT_EQ(+library.textures[0].spec.Power[0], 0.5f);
 }
 
 }  // namespace
