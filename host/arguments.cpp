@@ -58,8 +58,8 @@ constexpr NumberOption kNumberOptions[] = {
     {"--delay", "MainDelay", 1, 250,
      "Time a frame is shown: 1 to 25 in 1/100 s for .gif (normally 4); in ms for the others (normally 40)"},
     {"--pause", "MainPause", 1, 10000, "Time the animation rests where it does: same unit (normally 100, or 1000)"},
-    {"--frames", "@frames", 1, 100000, "Number of frames, for effects that let one choose"},
-    {"--seed", "@seed", 0, 100000, "Where chance begins, for effects that use it: another seed, another picture"},
+    {"--frames", "@frames", 2, 32760, "Number of frames, for effects that let one choose"},
+    {"--seed", "@seed", 100, 32760, "Where chance begins, for effects that use it: another seed, another picture"},
     {"--direction", "@scroll", 0, 3, "Where the effect moves: 0 up, 1 right, 2 left, 3 down; or 0 left, 1 right"},
     {"--softness", "@soft", 0, 40, "Blur of the shadow"},
 };
@@ -121,9 +121,9 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("--outline", typed.outline, "COLOUR", "Colour of the outline, #RRGGBB", "Materials");
   for (std::size_t i = 0; i < std::size(kNumberOptions); ++i) {
     const NumberOption& row = kNumberOptions[i];
+    const bool named = row.maximum - row.minimum < 4;  // the help says what each number means
     const std::string help =
-        std::string(row.help) +
-        (row.key[0] == '@' ? "" : ", " + std::to_string(row.minimum) + " to " + std::to_string(row.maximum));
+        row.help + (named ? "" : ", " + std::to_string(row.minimum) + " to " + std::to_string(row.maximum));
     option(row.name, typed.numbers[i], "N", help.c_str(), i < 3 ? "Text" : "Animation");
   }
   for (std::size_t i = 0; i < std::size(kSwitchOptions); ++i) {
@@ -180,6 +180,9 @@ std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const 
   }
   std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
+  // "--output: 1 required FILE missing"
+  if (const auto colon = text.find(": 1 required "); text.rfind("--", 0) == 0 && colon != std::string::npos)
+    return text.substr(0, colon) + " needs a value after it; see --help";
   return text + "; see --help";
 }
 
@@ -349,9 +352,10 @@ void ReadControls(Typed& typed) {
   for (std::size_t i = 0; i < std::size(kNumberOptions); ++i) {
     const NumberOption& row = kNumberOptions[i];
     if (typed.numbers[i].empty()) continue;
+    const std::string option = FirstName(row.name);
     const bool hundredths = job.paletteFormat && std::string_view(row.key) == "MainDelay";
     const long number =
-        NumberInRange(FirstName(row.name), typed.numbers[i], row.minimum, hundredths ? kMostHundredths : row.maximum);
+        NumberInRange(option, typed.numbers[i], row.minimum, hundredths ? kMostHundredths : row.maximum);
     job.settings.emplace_back(row.key, std::to_string(number));
   }
   for (std::size_t i = 0; i < std::size(kSwitchOptions); ++i) {
@@ -399,6 +403,15 @@ void ReadFiles(const Typed& typed) {
   const std::filesystem::path settings = typed.arguments.job.settingsFile;
   if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
     Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");
+}
+
+// A script whose variable is empty should hear of it, not get the defaults.
+void RefuseEmptyValues(const CLI::App& app) {
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->get_lnames().empty()) continue;
+    for (const std::string& value : option->results())
+      if (value.empty()) Refuse("--" + option->get_lnames().front() + " '' is empty; give a value or leave it out");
+  }
 }
 
 Arguments Resolve(Typed& typed, const Catalogue& catalogue) {
@@ -502,6 +515,7 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
       parsed.text = "glyphmotion " GLYPHMOTION_VERSION "\n";
       return parsed;
     }
+    RefuseEmptyValues(app);
     parsed.arguments = Resolve(typed, catalogue);
   } catch (const CLI::CallForHelp&) {
     parsed.text = app.help();

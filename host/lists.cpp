@@ -43,8 +43,11 @@ std::string PrintList(ListKind kind, const Catalogue& catalogue) {
     case ListKind::Effects:
       for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
       return {};
-    case ListKind::Fonts:
-      return PrintNames(catalogue.fonts(), "fonts");
+    case ListKind::Fonts: {
+      const std::vector<std::string> fonts = catalogue.fonts();
+      if (fonts.empty()) return "no font is installed; install one, for example the package fonts-liberation";
+      return PrintNames(fonts, "fonts");
+    }
     case ListKind::Palettes:
       PrintPalettes(catalogue);
       return {};

@@ -28,9 +28,9 @@ fs::path TemporaryBeside(const fs::path& target) {
 fs::path Resolved(const std::string& target) {
   std::error_code error;
   fs::path path = target;
-  if (fs::is_symlink(path, error)) {
-    const fs::path real = fs::weakly_canonical(path, error);
-    if (!error) path = real;
+  for (int links = 0; links < 40 && fs::is_symlink(path, error); ++links) {  // one that leads nowhere yet as well
+    const fs::path next = fs::read_symlink(path, error);
+    if (!error) path = path.parent_path() / next;
   }
   if (path.filename().empty()) path = path.parent_path();  // "frames/" names the folder "frames"
   return path;
@@ -49,6 +49,10 @@ Output Output::File(const std::string& target, std::string& error) {
   std::error_code code;
   output.target_ = Resolved(target);
   const fs::file_status status = fs::status(output.target_, code);
+  if (fs::is_symlink(output.target_, code)) {
+    error = CannotWrite(target, "it is a link that leads back to itself");
+    return {};
+  }
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     error = CannotWrite(target, fs::is_directory(status) ? "it is a folder; name a file" : "it is no ordinary file");
     return {};
@@ -60,6 +64,7 @@ Output Output::File(const std::string& target, std::string& error) {
     return {};
   }
   output.temporary_ = temporary;
+  if (fs::exists(status)) fs::permissions(temporary, status.permissions(), code);
   return output;
 }
 

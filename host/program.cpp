@@ -2,8 +2,10 @@
 #include "host/program.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <optional>
 
@@ -129,6 +131,14 @@ int Conclude(Run& run, const RenderResult& result) {
   return kExitDone;
 }
 
+// The exit code of a run that prints. A reader that has seen enough (head) wants no message.
+int PrintedWell(int code) {
+  errno = 0;
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+  if (errno == EPIPE) return kExitFailed;
+  return Fail(std::string("standard output cannot be written: ") + std::strerror(errno ? errno : EIO));
+}
+
 int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
@@ -147,6 +157,8 @@ int Execute(const Arguments& arguments) {
 void CatchInterrupts() {
   std::signal(SIGINT, [](int) { interrupted = 1; });
   std::signal(SIGTERM, [](int) { interrupted = 1; });
+  std::signal(SIGHUP, [](int) { interrupted = 1; });
+  std::signal(SIGPIPE, SIG_IGN);  // a reader of the progress bar that goes away must not leave half a file
 }
 
 int RunProgram(const std::vector<std::string>& words) {
@@ -165,11 +177,11 @@ int RunProgram(const std::vector<std::string>& words) {
     if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
     if (!parsed.arguments) {
       std::fputs(parsed.text.c_str(), stdout);
-      return parsed.exitCode;
+      return PrintedWell(parsed.exitCode);
     }
     if (parsed.arguments->list != ListKind::None) {
       const std::string trouble = PrintList(parsed.arguments->list, catalogue);
-      return trouble.empty() ? kExitDone : Fail(trouble);
+      return trouble.empty() ? PrintedWell(kExitDone) : Fail(trouble);
     }
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {

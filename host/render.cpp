@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <mutex>
 
 #include "controls/variables.h"
@@ -12,8 +13,10 @@
 #include "host/render_user.h"
 #include "image/packed_dib.h"
 #include "platform/dialog_driver.h"
+#include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
+#include "platform/text_engine.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -261,12 +264,21 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   if (messages.empty()) return "nothing was built";
   const std::string& last = messages.back();
-  if (last == "Memory error" && job.failAllocation == 0) {
-    return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
-           "another number of "
-           "frames or a smaller size";
-  }
-  return last;
+  if (last != "Memory error" || job.failAllocation != 0) return last;
+  if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
+  if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
+  return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
+         "another number of frames or a smaller size";
+}
+
+// The settings file is written at the end of every run: what is somebody else's must not be lost that way.
+std::string SettingsFileTrouble(const std::string& path) {
+  std::error_code code;
+  if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
+  if (!std::filesystem::is_regular_file(path, code)) return {};
+  const std::optional<std::string> bytes = ReadWholeFile(path);
+  if (bytes && (bytes->empty() || bytes->find("[PlugIn]") != std::string::npos)) return {};
+  return "'" + path + "' is no settings file of this program and would be overwritten; name another one";
 }
 
 }  // namespace
@@ -275,6 +287,12 @@ RenderResult Render(const Job& job, const Sink& sink) {
   static std::mutex oneAtATime;
   const std::lock_guard<std::mutex> lock(oneAtATime);
   RenderResult result;
+  if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
+    result.status = RenderStatus::BadJob;
+    result.message = trouble;
+    return result;
+  }
+  bool allocationFailed = false;
   Session session(job, sink);
   ScriptedUser user(job, result.dialogMessages);
   {
@@ -302,6 +320,7 @@ RenderResult Render(const Job& job, const Sink& sink) {
     current = &session;
     PLUGIN16DoBuild(nullptr, &table);
     current = nullptr;
+    allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
   }
   const BlockCounters live = LiveBlocks();
   result.blocks = live.blocks;
@@ -311,7 +330,7 @@ RenderResult Render(const Job& job, const Sink& sink) {
 
   const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
   if (!user.Error().empty()) {
-    result.status = RenderStatus::BadJob;
+    result.status = user.RunFailed() || allocationFailed ? RenderStatus::Failed : RenderStatus::BadJob;
     result.message = user.Error();
   } else if (session.cancelled) {
     result.status = RenderStatus::Cancelled;

@@ -85,6 +85,11 @@ bool ScriptedUser::Fail(std::string sentence) {
   return false;
 }
 
+bool ScriptedUser::FailRun(std::string sentence) {
+  runFailed_ = true;
+  return Fail(std::move(sentence));
+}
+
 void ScriptedUser::Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   played_ = LoadDocumentFirst(dialog) &&
             std::all_of(job_.defaults.begin(), job_.defaults.end(),
@@ -133,7 +138,8 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
               {job_.background, roles.background, "background"}};
   for (const auto& row : rows) {
     if (row.value.empty()) continue;
-    if (!row.control) return Fail(std::string("the effect ") + effect.name + " has no " + row.role);
+    if (!row.control)
+      return Fail(std::string("the effect ") + effect.name + " has no " + row.role + "; leave --" + row.role + " out");
     if (!FillWith(dialog, row.control, row.value)) return false;
   }
   return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
@@ -145,7 +151,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
     const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
     if (control) return ApplyToControl(dialog, *control, setting);
     return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key) +
-                "; see --list controls");
+                "; leave it out, or see --list controls");
   }
   const std::optional<std::int64_t> id = ParseInteger(key);
   const ControlTemplate* control =
@@ -239,7 +245,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
-    if (!held) return Fail("there is no memory left for the fill " + Quote(text));
+    if (!held) return FailRun("there is no memory left for the fill " + Quote(text));
     material = *held;
   }
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
@@ -249,7 +255,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
   if (SetMaterial(dialog, id, material)) return true;
   FreeBlock(HandleOf(material.Tile.TileBitmap));
-  return Fail("there is no memory left for the fill " + Quote(text));
+  return FailRun("there is no memory left for the fill " + Quote(text));
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
@@ -285,14 +291,14 @@ bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
 
 bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   if (!job_.saveDocumentFile.empty() && !SaveDocument(dialog, job_.saveDocumentFile)) {
-    return Fail("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
+    return FailRun("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
   }
   switch (job_.action) {
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
       const PackedDib frame = RenderSample(dialog, 0, 0);
-      if (!frame) return Fail("there is no picture of this text; give a text that is not empty");
+      if (!frame) return FailRun("the effect made no picture of this text; try another text or a smaller size");
       sample(frame);
       return true;
     }

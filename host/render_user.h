@@ -23,6 +23,8 @@ class ScriptedUser {
 
   /// One sentence, or empty.
   const std::string& Error() const { return error_; }
+  /// The error is not in a value of the job: a file could not be written, no picture came.
+  bool RunFailed() const { return runFailed_; }
   /// The script came to its end and, for a sample or a saved document, did what was asked.
   bool Played() const { return played_; }
 
@@ -38,10 +40,12 @@ class ScriptedUser {
   bool SetByLine(Dialog& dialog, int id, const std::string& value);
   bool Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample);
   bool Fail(std::string sentence);
+  bool FailRun(std::string sentence);
 
   const Job& job_;
   const std::vector<std::string>& messages_;
   std::string error_;
+  bool runFailed_ = false;
   bool played_ = false;
 };
 

@@ -31,7 +31,9 @@ struct Job {
   std::vector<Setting> settings;  ///< applied after everything else, in order
   std::vector<Setting> defaults;  ///< applied after the settings file and the document, before everything above
 
-  std::string settingsFile;      ///< loaded first and saved at the end; empty: built-in defaults, nothing saved
+  /// Loaded first and saved at the end; may be missing or empty, but what is another kind of file is refused. No name:
+  /// built-in defaults, nothing saved.
+  std::string settingsFile;
   std::string documentFile;      ///< a .GM4 to load first
   std::string saveDocumentFile;  ///< a .GM4 to write before the build
 

@@ -166,7 +166,11 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--sizes", "9"}, {"--sizes", "'--size'"}},
       {{"Hi", "there", "-o", "a.gif"}, {"there", "quotation"}},
       {{"--list", "effect"}, {"effect", "fonts"}},
-      {{"Hi", "-o"}, {"--output", "--help"}},
+      {{"Hi", "-o"}, {"--output needs a value", "--help"}},
+      {{"Hi", "-o", "a.gif", "-s", ""}, {"--size ''", "empty"}},
+      {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill ''", "empty"}},
+      {{"Hi", "-o", "a.gif", "--frames", "1"}, {"--frames 1", "2 to 32760"}},
+      {{"Hi", "-o", "a.gif", "--seed", "99"}, {"--seed 99", "100 to 32760"}},
   };
   for (const auto& c : cases) {
     const ParsedArguments parsed = Parse(c.words);

@@ -70,6 +70,34 @@ TEST(Output, WhatCannotBeWrittenIsSaidAtOnce) {
   EXPECT_NE(error.find("file"), std::string::npos);
 }
 
+TEST(Output, ALinkIsFollowedEvenToAFileThatIsNotThereYet) {
+  const TemporaryFolder folder;
+  std::filesystem::create_symlink("second", folder / "first");
+  std::filesystem::create_symlink("real.gif", folder / "second");
+  std::filesystem::create_symlink("loop", folder / "loop");
+  std::string error;
+  Output output = Output::File(folder / "first", error);
+  ASSERT_TRUE(output) << error;
+  EXPECT_TRUE(output.Write(Bytes{1, 2}));
+  EXPECT_EQ(output.Keep(), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "first") && std::filesystem::is_symlink(folder / "second"));
+  EXPECT_EQ(testing::ReadBytes(folder / "real.gif"), (Bytes{1, 2}));
+  EXPECT_FALSE(Output::File(folder / "loop", error));
+  EXPECT_NE(error.find("link"), std::string::npos) << error;
+}
+
+TEST(Output, AFileKeepsItsPermissions) {
+  namespace fs = std::filesystem;
+  const TemporaryFolder folder;
+  testing::WriteBytes(folder / "a.gif", {1});
+  fs::permissions(folder / "a.gif", fs::perms::owner_read | fs::perms::owner_write);
+  std::string error;
+  Output output = Output::File(folder / "a.gif", error);
+  ASSERT_TRUE(output) << error;
+  EXPECT_EQ(output.Keep(), "");
+  EXPECT_EQ(fs::status(folder / "a.gif").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 HostCallEvent Event(std::uint32_t operation, const char* name, std::uint64_t a, std::uint64_t b) {
   HostCallEvent event;
   event.operation = operation;

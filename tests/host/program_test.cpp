@@ -68,7 +68,8 @@ TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
   const TemporaryFolder folder;
   const std::string output = " -o " + folder / "a.gif";
   const std::pair<const char*, const char*> cases[] = {
-      {"--frames 1", "error: --frames takes a whole number from 2 to 32760, not '1'"},
+      {"-e vortex --direction 3", "error: --direction takes an index from 0 to 1, not '3'"},
+      {"-e radar --frames 8", "error: the effect Radar has no option --frames"},
       {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
       {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};
   for (const auto& [words, says] : cases) {
@@ -145,6 +146,56 @@ TEST(Program, ADocumentSavedAgainIsTheSameDocument) {
   ASSERT_EQ(Start("--document " + first + " --save-document " + second).code, 0);
   EXPECT_EQ(testing::ReadText(first), testing::ReadText(second));
   EXPECT_NE(testing::ReadText(first).find("SPNBTN57=20"), std::string::npos);
+}
+
+TEST(Program, APipeThatClosesLeavesTheWholeFileAndNothingElse) {
+  const TemporaryFolder folder;
+  const std::string command =
+      "'" GLYPHMOTION_PROGRAM "' Hi -s 60 --progress -o '" + (folder / "a.gif") + "' 2>&1 | head -c 3 >/dev/null";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(folder.Entries(), 1u);
+  EXPECT_TRUE(std::filesystem::exists(folder / "a.gif"));
+  EXPECT_EQ(Start("--list keys | head -n 1").output, "AddDescriptiveCommentBlock      switch  20    1\n");
+  EXPECT_EQ(Start("--list keys 2>&1 >/dev/full").code, 1);
+}
+
+TEST(Program, ASettingsFileThatIsSomethingElseStands) {
+  const TemporaryFolder folder;
+  testing::WriteBytes(folder / "letter.txt", {'D', 'e', 'a', 'r'});
+  for (const std::string& name : {folder / "letter.txt", folder.path.string()}) {
+    const Outcome outcome = Start(kSmall + ("-o " + folder / "a.gif --settings ") + name);
+    EXPECT_EQ(outcome.code, 2);
+    EXPECT_NE(outcome.output.find("'" + name + "'"), std::string::npos) << outcome.output;
+  }
+  EXPECT_EQ(testing::ReadText(folder / "letter.txt"), "Dear");
+  for (int run = 0; run < 2; ++run)  // made, then read
+    EXPECT_EQ(Start(kSmall + ("-o " + folder / "a.gif --settings " + folder / "a.ini")).code, 0);
+  EXPECT_GT(std::filesystem::file_size(folder / "a.ini"), 1000u);
+}
+
+TEST(Program, MessagesAndExitCodesNameTheCause) {
+  const TemporaryFolder folder;
+  const std::string out = "-o " + folder / "a.gif ", empty = folder / "fonts.conf";
+  testing::WriteBytes(empty, {'<', 'f', 'o', 'n', 't', 'c', 'o', 'n', 'f', 'i', 'g', '/', '>'});
+  const struct {
+    std::string arguments;
+    int code;
+    const char* says;
+  } cases[] = {
+      {"Hi -e ripple --shadow '#fff' " + out, 2, "Ripple has no shadow; leave --shadow out"},
+      {"'' --test-run", 1, "the text is empty"},
+      {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
+      {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = Start(c.arguments);
+    EXPECT_EQ(outcome.code, c.code) << c.arguments;
+    EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
+  }
+  setenv("FONTCONFIG_FILE", empty.c_str(), 1);
+  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts")})
+    EXPECT_NE(Start(arguments).output.find("no font is installed"), std::string::npos) << arguments;
+  unsetenv("FONTCONFIG_FILE");
 }
 
 TEST(Program, TheSameJobGivesTheSameBytes) {
