@@ -3,6 +3,7 @@
 // its dialog with a thread in the place of the user, and checks what arrives. Ends with 0 when all of it was right.
 //
 //   try_plugin LIBRARY [EFFECT [FOLDER]]    the effect's index; a folder to leave the frames in
+//   try_plugin LIBRARY show                 runs the dialog for a person
 #include <windows.h>
 
 #include <algorithm>
@@ -267,6 +268,10 @@ int main(int count, char** arguments) {
       reinterpret_cast<GetParams>(reinterpret_cast<void*>(GetProcAddress(library, "PLUGIN16GetPluginParams")));
   const auto doBuild = reinterpret_cast<DoBuild>(reinterpret_cast<void*>(GetProcAddress(library, "PLUGIN16DoBuild")));
   if (!getParams || !doBuild) return 1;
+  if (count > 2 && std::strcmp(arguments[2], "show") == 0) {
+    const HostCallTable table = Table(HostFlagPaletteFormat | HostFlagTrueColorFormat);
+    return doBuild(nullptr, &table) == 1 && !failures ? 0 : 1;
+  }
   TryRecord(getParams);
   Check(doBuild(nullptr, nullptr) == 0, "no table, no run");
   TryOldHost(doBuild);
