@@ -3,6 +3,7 @@
 // its dialog with a thread in the place of the user, and checks what arrives. Ends with 0 when all of it was right.
 //
 //   try_plugin LIBRARY [EFFECT [FOLDER]]    the effect's index; a folder to leave the frames in
+//   try_plugin LIBRARY all                  builds every effect, then opens and cancels many times
 //   try_plugin LIBRARY show                 runs the dialog for a person
 #include <windows.h>
 
@@ -19,7 +20,9 @@
 
 namespace {
 
-constexpr int kBuild = 1, kCancel = 2, kTest = 24, kText = 52, kEffect = 58, kHostOperations = 22;
+constexpr int kBuild = 1, kCancel = 2, kTest = 24, kText = 52, kEffect = 58, kMessageText = 0xFFFF,
+              kHostOperations = 22;
+constexpr int kEffects = 21, kCycles = 30;
 constexpr DWORD kPatience = 60000;  // milliseconds
 
 int failures = 0;
@@ -36,7 +39,7 @@ struct Host {
   std::vector<HGLOBAL> images;
   HostTaskRecord task{};
   std::string folder;
-  bool open = false, finished = false, refuseTask = false;
+  bool open = false, finished = false, refuseTask = false, showsSomething = false;
 };
 Host host;
 
@@ -56,7 +59,7 @@ void SaveBitmap(const std::uint8_t* dib, std::size_t size, int number) {
   }
 }
 
-// The pixels need not differ from one another in every effect, but a text has more than one colour.
+// Some frames of some effects are empty, but not all of them.
 bool HasTwoColours(const std::uint8_t* dib, std::size_t size) {
   const auto* header = reinterpret_cast<const BITMAPINFOHEADER*>(dib);
   const std::size_t start = 40 + (header->biBitCount <= 8 ? 4u << header->biBitCount : 0);
@@ -79,7 +82,7 @@ std::uint64_t AddImage(void* task, const HostImageRecord& record) {
   Check(
       header->biWidth <= static_cast<LONG>(host.task.width) && header->biHeight <= static_cast<LONG>(host.task.height),
       "no image is larger than the task says");
-  if (record.number == 0) Check(HasTwoColours(dib, size), "the first image shows something");
+  host.showsSomething |= HasTwoColours(dib, size);
   if (!host.folder.empty()) SaveBitmap(dib, size, static_cast<int>(record.number));
   GlobalUnlock(handle);
   Check((GlobalFlags(handle) & GMEM_LOCKCOUNT) == 0, "an image is unlocked when it comes");
@@ -163,7 +166,7 @@ struct User {
 void BeUser(User user) {
   const HWND dialog = WaitForDialog("Glyphmotion #4", kEffect);
   char text[64] = "";
-  Check(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0) == 21, "there are 21 effects");
+  Check(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0) == kEffects, "there are 21 effects");
   SetDlgItemTextA(dialog, kText, "");
   Check(!IsWindowEnabled(GetDlgItem(dialog, kBuild)), "nothing can be built of no text");
   SetDlgItemTextA(dialog, kText, "Hello");
@@ -236,12 +239,42 @@ void Run(DoBuild doBuild, std::uint32_t flags, User user) {
   Check(host.finished == builds && host.calls[HostOpNewTask] == (builds ? 1 : 0), "only a build opens a task");
   Check(host.images.empty() != builds && (!builds || host.images.size() == host.task.imageCount),
         "as many images come as the task says");
+  Check(host.showsSomething == builds, "a build shows something");
   for (const HGLOBAL image : host.images) {
     Check(GlobalFlags(image) == GMEM_INVALID_HANDLE, "the library has freed its images");
   }
   std::printf("effect %d, flags %u, button %d: %u images of %u x %u, %u bits\n", user.effect, unsigned(flags),
               user.button, unsigned(host.images.size()), unsigned(host.task.width), unsigned(host.task.height),
               unsigned(host.task.bitsPerPixel));
+}
+
+// What this process holds of the system's. Wine does not count for us, but knows objects by the lower half of their
+// handles, so that all of them can be tried.
+struct Resources {
+  DWORD drawing = 0, windows = 0;
+};
+Resources CountResources() {
+  Resources count{GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+                  GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)};
+  if (count.drawing && count.windows) return count;
+  count = {};
+  for (std::uintptr_t i = 1; i < 0x10000; ++i) {
+    if (GetObjectType(reinterpret_cast<HGDIOBJ>(i))) ++count.drawing;
+    DWORD process = 0;
+    if (IsWindow(reinterpret_cast<HWND>(i)) && GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &process) &&
+        process == GetCurrentProcessId()) {
+      ++count.windows;
+    }
+  }
+  return count;
+}
+
+void CheckNothingLeft(Resources before) {
+  const Resources after = CountResources();
+  std::printf("drawing objects %u then %u, windows %u then %u\n", unsigned(before.drawing), unsigned(after.drawing),
+              unsigned(before.windows), unsigned(after.windows));
+  Check(after.drawing <= before.drawing, "a run leaves no drawing object behind");
+  Check(after.windows <= before.windows, "a run leaves no window behind");
 }
 
 // A host that is too old is told so and gets 0.
@@ -252,6 +285,24 @@ void TryOldHost(DoBuild doBuild) {
   std::thread thread([] { PostMessageA(WaitForDialog("Glyphmotion #4"), WM_COMMAND, IDOK, 0); });
   Check(doBuild(nullptr, &table) == 0, "a host that is too old gets 0");
   thread.join();
+}
+
+// A host that refuses the task: the dialog says so, stays, and can be left.
+void TryRefusal(DoBuild doBuild) {
+  host = {};
+  host.refuseTask = true;
+  const HostCallTable table = Table(HostFlagPaletteFormat);
+  std::thread thread([] {
+    const HWND dialog = WaitForDialog("Glyphmotion #4", kEffect);
+    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kTest, BN_CLICKED), 0);
+    const HWND message = WaitForDialog("Glyphmotion #4", kMessageText);
+    PostMessageA(message, WM_COMMAND, IDOK, 0);
+    while (IsWindow(message)) Sleep(20);
+    PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kCancel, BN_CLICKED), 0);
+  });
+  Check(doBuild(nullptr, &table) == 1, "a run answers 1 when its task was refused");
+  thread.join();
+  Check(host.calls[HostOpNewTestTask] == 1 && host.calls[HostOpAddImage] == 0, "no image goes to a refused task");
 }
 
 }  // namespace
@@ -275,14 +326,17 @@ int main(int count, char** arguments) {
   TryRecord(getParams);
   Check(doBuild(nullptr, nullptr) == 0, "no table, no run");
   TryOldHost(doBuild);
-  const int effect = count > 2 ? std::atoi(arguments[2]) : 0;
+  const bool all = count > 2 && std::strcmp(arguments[2], "all") == 0;
+  const int effect = count > 2 && !all ? std::atoi(arguments[2]) : 0;
   Run(doBuild, HostFlagPaletteFormat, {effect, kCancel, false});
   if (count > 3) host.folder = arguments[3];
-  const DWORD drawn = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-  const DWORD windows = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
   Run(doBuild, HostFlagPaletteFormat | HostFlagTrueColorFormat, {effect, kBuild, true});
-  Check(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) <= drawn, "a run leaves no drawing object behind");
-  Check(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS) <= windows, "a run leaves no window behind");
+  for (int i = 1; all && i < kEffects; ++i) Run(doBuild, HostFlagTrueColorFormat, {i, kBuild, false});
+  TryRefusal(doBuild);
+  const Resources before = CountResources();
+  for (int i = 0; i < (all ? kCycles : 3); ++i)
+    Run(doBuild, HostFlagPaletteFormat, {(effect + i) % kEffects, kCancel, false});
+  CheckNothingLeft(before);
   Check(FreeLibrary(library) && !GetModuleHandleA("tlmplgm4.dll"), "the library goes when it is let go");
   std::printf("%s\n", failures ? "FAILED" : "all right");
   return failures ? 1 : 0;
