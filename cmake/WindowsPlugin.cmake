@@ -20,3 +20,7 @@ add_executable(try_plugin EXCLUDE_FROM_ALL tests/windows/try_plugin.cpp)
 target_include_directories(try_plugin PRIVATE include)
 target_link_libraries(try_plugin PRIVATE glyphmotion_settings user32)
 add_dependencies(try_plugin tlmplgm4)
+
+add_executable(try_services EXCLUDE_FROM_ALL tests/windows/try_services.cpp)
+target_include_directories(try_services PRIVATE src)
+target_link_libraries(try_services PRIVATE glyphmotion_settings glyphmotion)

@@ -253,6 +253,13 @@ void Run(DoBuild doBuild, std::uint32_t flags, User user) {
 struct Resources {
   DWORD drawing = 0, windows = 0;
 };
+BOOL CALLBACK CountOwn(HWND window, LPARAM count) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (process == GetCurrentProcessId()) ++*reinterpret_cast<DWORD*>(count);
+  return TRUE;
+}
+
 Resources CountResources() {
   Resources count{GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
                   GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)};
@@ -260,12 +267,8 @@ Resources CountResources() {
   count = {};
   for (std::uintptr_t i = 1; i < 0x10000; ++i) {
     if (GetObjectType(reinterpret_cast<HGDIOBJ>(i))) ++count.drawing;
-    DWORD process = 0;
-    if (IsWindow(reinterpret_cast<HWND>(i)) && GetWindowThreadProcessId(reinterpret_cast<HWND>(i), &process) &&
-        process == GetCurrentProcessId()) {
-      ++count.windows;
-    }
   }
+  EnumWindows(CountOwn, reinterpret_cast<LPARAM>(&count.windows));
   return count;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/dialog_number.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 
@@ -91,11 +92,7 @@ void SetText(Dialog& dialog, int id, const std::string& text) {
 }
 
 std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned) {
-  const Control* control = FindControl(dialog, id);
-  if (!control) return 0;
-  if (control->kind == ControlKind::Trackbar) return Ask(*control, TBM_GETPOS);
-  const UINT value = GetDlgItemInt(dialog.window, id, nullptr, isSigned);
-  return isSigned ? std::int64_t{static_cast<std::int32_t>(value)} : std::int64_t{value};
+  return NumberOfText(GetText(dialog, id), isSigned);
 }
 
 void SetNumber(Dialog& dialog, int id, std::int64_t value) { SetText(dialog, id, std::to_string(value)); }

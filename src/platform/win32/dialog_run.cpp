@@ -234,6 +234,30 @@ INT_PTR CALLBACK DialogWindowProcedure(HWND window, UINT message, WPARAM wParam,
   return handled;
 }
 
+/// While it stands, windows get the looks that this module's manifest asks for, whatever the host's own look. Without
+/// a manifest nothing changes.
+struct OwnLooks {
+  HANDLE context = INVALID_HANDLE_VALUE;
+  ULONG_PTR cookie = 0;
+  bool active = false;
+
+  OwnLooks() {
+    ACTCTXW request{};
+    request.cbSize = sizeof request;
+    request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    request.hModule = ThisModule();
+    request.lpResourceName = ISOLATIONAWARE_MANIFEST_RESOURCE_ID;
+    context = CreateActCtxW(&request);
+    active = context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &cookie);
+  }
+  OwnLooks(const OwnLooks&) = delete;
+  OwnLooks& operator=(const OwnLooks&) = delete;
+  ~OwnLooks() {
+    if (active) DeactivateActCtx(0, cookie);
+    if (context != INVALID_HANDLE_VALUE) ReleaseActCtx(context);
+  }
+};
+
 }  // namespace
 
 LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -256,6 +280,7 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
 }
 
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
+  const OwnLooks looks;
   INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_BAR_CLASSES};
   if (!InitCommonControlsEx(&classes) || !RegisterDrawnClass()) return -1;
   Dialog dialog;

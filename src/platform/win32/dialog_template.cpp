@@ -22,7 +22,7 @@ WindowKind WindowKindOf(ControlKind kind) {
   constexpr DWORD kCombo = CBS_DROPDOWNLIST | CBS_HASSTRINGS | WS_VSCROLL | WS_TABSTOP;
   switch (kind) {
     case ControlKind::Label:
-      return {L"Static", SS_LEFT, 0};
+      return {L"Static", SS_LEFTNOWORDWRAP, 0};
     case ControlKind::Group:
       return {L"Button", BS_GROUPBOX, 0};
     case ControlKind::Button:
