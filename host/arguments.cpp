@@ -6,6 +6,7 @@
 #include <charconv>
 #include <filesystem>
 #include <numeric>
+#include <string_view>
 
 #include "host/encoders.h"
 
@@ -54,14 +55,17 @@ constexpr NumberOption kNumberOptions[] = {
     {"-s,--size", "MainFontSize", 4, 144, "Height of a line of text in pixels"},
     {"--pad", "MainPadding", 0, 512, "Empty pixels around the text"},
     {"--space", "MainFontSpace", 50, 150, "Distance of the characters in percent"},
-    {"--delay", "MainDelay", 1, 1000,
-     "Time a frame is shown: in 1/100 s for .gif (normally 4), in ms for the others (normally 40)"},
+    {"--delay", "MainDelay", 1, 250,
+     "Time a frame is shown: 1 to 25 in 1/100 s for .gif (normally 4); in ms for the others (normally 40)"},
     {"--pause", "MainPause", 1, 10000, "Time the animation rests where it does: same unit (normally 100, or 1000)"},
     {"--frames", "@frames", 1, 100000, "Number of frames, for effects that let one choose"},
     {"--seed", "@seed", 0, 100000, "Where chance begins, for effects that use it: another seed, another picture"},
     {"--direction", "@scroll", 0, 3, "Where the effect moves: 0 up, 1 right, 2 left, 3 down; or 0 left, 1 right"},
     {"--softness", "@soft", 0, 40, "Blur of the shadow"},
 };
+
+// The dialog's own limit of a delay for palette formats, in 1/100 s.
+constexpr long kMostHundredths = 25;
 
 struct SwitchOption {
   const char* name;
@@ -345,7 +349,9 @@ void ReadControls(Typed& typed) {
   for (std::size_t i = 0; i < std::size(kNumberOptions); ++i) {
     const NumberOption& row = kNumberOptions[i];
     if (typed.numbers[i].empty()) continue;
-    const long number = NumberInRange(FirstName(row.name), typed.numbers[i], row.minimum, row.maximum);
+    const bool hundredths = job.paletteFormat && std::string_view(row.key) == "MainDelay";
+    const long number =
+        NumberInRange(FirstName(row.name), typed.numbers[i], row.minimum, hundredths ? kMostHundredths : row.maximum);
     job.settings.emplace_back(row.key, std::to_string(number));
   }
   for (std::size_t i = 0; i < std::size(kSwitchOptions); ++i) {
@@ -434,6 +440,15 @@ std::string OptionForm(const std::string& name) {
   std::string form = Lower(name);
   std::replace(form.begin(), form.end(), ' ', '-');
   return form;
+}
+
+std::string InOptionTerms(std::string sentence) {
+  for (const NumberOption& row : kNumberOptions) {
+    const std::string quoted = std::string("'") + row.key + "'";
+    const std::size_t at = row.key[0] == '@' ? sentence.find(quoted) : std::string::npos;
+    if (at != std::string::npos) sentence.replace(at, quoted.size(), FirstName(row.name));
+  }
+  return sentence;
 }
 
 std::string NearestName(const std::string& word, const std::vector<std::string>& names) {

@@ -52,6 +52,9 @@ const std::vector<std::string>& PaletteOptionNames();
 /// "Background Hyperspace" as the command line writes it: "background-hyperspace".
 std::string OptionForm(const std::string& name);
 
+/// A sentence about a job's settings with the option's name in the place of each setting that only an option makes.
+std::string InOptionTerms(std::string sentence);
+
 /// The one of `names` that is nearest to `word` by edits, case ignored; empty when none is near.
 std::string NearestName(const std::string& word, const std::vector<std::string>& names);
 

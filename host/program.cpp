@@ -16,6 +16,7 @@
 #include "host/output_file.h"
 #include "host/progress.h"
 #include "host/recorder.h"
+#include "host/sample_picture.h"
 #include "host/swatch.h"
 #include "materials/material_text.h"
 #include "platform/text_engine.h"
@@ -58,10 +59,22 @@ bool OpenEncoder(Run& run, int width, int height, int count) {
   return true;
 }
 
+// A palette format takes the sample in a palette of its own.
+std::string AddSample(Run& run, Image image) {
+  PackedDib reduced;
+  if (FindFormat(run.arguments.extension)->paletteFormat) {
+    reduced = ReduceToPalette(image.dib);
+    if (!reduced) return "memory is out; try a smaller size";
+  }
+  const LockedBlock<DibHeader> bytes(reduced.Handle());
+  if (bytes) image.dib = {reinterpret_cast<const std::uint8_t*>(bytes.get()), BlockSize(reduced.Handle())};
+  return run.encoder->add(image);
+}
+
 bool AddImage(Run& run, const Image& image) {
   if (image.sample) OpenEncoder(run, image.width, image.height, 1);
   if (!run.encoder) return true;
-  run.error = run.encoder->add(image);
+  run.error = image.sample ? AddSample(run, image) : run.encoder->add(image);
   return run.error.empty();
 }
 
@@ -93,7 +106,7 @@ std::string OpenOutputs(Run& run) {
 
 std::string MessageOf(const Run& run, const RenderResult& result) {
   if (!run.error.empty()) return run.error;
-  if (!result.message.empty()) return result.message;
+  if (!result.message.empty()) return InOptionTerms(result.message);
   return result.dialogMessages.empty() ? "the run failed" : result.dialogMessages.front();
 }
 

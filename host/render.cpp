@@ -78,7 +78,7 @@ class Session {
     if (!image) return;
     Image out = image.Describe();
     out.sample = true;
-    Give(out);
+    if (!Give(out)) refused = true;
   }
 
   std::exception_ptr exception;
@@ -316,7 +316,7 @@ RenderResult Render(const Job& job, const Sink& sink) {
   } else if (session.cancelled) {
     result.status = RenderStatus::Cancelled;
     result.message = Explain(job, session, result.dialogMessages);
-  } else if (wantsFrames ? session.finished : user.Played()) {
+  } else if (wantsFrames ? session.finished : user.Played() && !session.refused) {
     result.status = RenderStatus::Done;
   } else {
     result.message = Explain(job, session, result.dialogMessages);

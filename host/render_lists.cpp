@@ -6,6 +6,7 @@
 #include "effects/effect_table.h"
 #include "image/fixed_palettes.h"
 #include "platform/text_engine.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -86,14 +87,8 @@ std::vector<std::string> EffectNames() {
 }
 
 std::vector<std::string> PaletteNames() {
-  std::vector<std::string> names(1);
-  for (const char* c = kFixedPaletteNames; *c; ++c) {
-    if (*c == ';') {
-      names.emplace_back();
-    } else {
-      names.back() += *c;
-    }
-  }
+  std::vector<std::string> names;
+  for (int i = 0; i < kFixedPaletteCount; ++i) names.push_back(LoadText(kTextFirstPalette + i));
   return names;
 }
 

@@ -12,6 +12,7 @@
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/dialog_driver.h"
+#include "platform/encoding.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
@@ -101,6 +102,11 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (messages_.size() > told)
     return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
   Pump(dialog);
+  // A document may check what this kind of output does not have; a person could not.
+  for (const int id :
+       {MainControl::TrueColour, ControlId::AlphaTransparency, MainControl::Transparent, MainControl::Supercompress}) {
+    if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
+  }
   // The dialog's own rule leaves the font as it is; a script has no other way to say it.
   const std::string font = FontOfDocument(job_.documentFile);
   if (!font.empty() && HasFontFamily(font)) SetFont(dialog, font);
@@ -128,7 +134,7 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
   for (const auto& row : rows) {
     if (row.value.empty()) continue;
     if (!row.control) return Fail(std::string("the effect ") + effect.name + " has no " + row.role);
-    if (!SetMaterial(dialog, row.control, row.value)) return false;
+    if (!FillWith(dialog, row.control, row.value)) return false;
   }
   return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
 }
@@ -138,7 +144,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   if (!key.empty() && key.front() == '@') {
     const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
     if (control) return ApplyToControl(dialog, *control, setting);
-    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key.substr(1)) +
+    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key) +
                 "; see --list controls");
   }
   const std::optional<std::int64_t> id = ParseInteger(key);
@@ -149,8 +155,13 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   Variable* variable = FindVariable(key);
   if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
   if (variable->row->flags & kSettingText) {
-    variable->text = setting.second.substr(0, kMaxTextLength);
+    variable->text = CutText(setting.second, kMaxTextLength);
     return true;
+  }
+  if (variable->row->flags & kSettingSwitch) {
+    const std::optional<bool> on = ParseSwitch(setting.second);
+    if (on) variable->number = *on;
+    return on || Fail(key + " takes 0 or 1, not " + Quote(setting.second));
   }
   const std::optional<std::int64_t> number = ParseInteger(setting.second);
   if (!number || *number < 0 || *number > UINT32_MAX)
@@ -160,7 +171,8 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
 }
 
 bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting) {
-  const auto& [key, value] = setting;
+  const std::string& value = setting.second;
+  const std::string key = setting.first.starts_with('@') ? Quote(setting.first) : setting.first;
   const int id = control.id;
   // The controls of hidden panels take their value as from a document.
   const bool reachable = IsVisible(dialog, id);
@@ -210,7 +222,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     case ControlKind::ColourButton:
       return SetColour(dialog, id, value);
     case ControlKind::MaterialButton:
-      return SetMaterial(dialog, id, value);
+      return FillWith(dialog, id, value);
     default:
       break;
   }
@@ -223,7 +235,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   return SetByLine(dialog, id, std::to_string(*number));
 }
 
-bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) {
+bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
@@ -233,16 +245,11 @@ bool ScriptedUser::SetMaterial(Dialog& dialog, int id, const std::string& text) 
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  PackedDib picture(HandleOf(material.Tile.TileBitmap));
-  if (!SetByLine(dialog, id, HexEncode(&material, sizeof material))) return false;
-  if (picture) {
-    // A one-off tile belongs to no library: it goes straight to the control, whose line cannot carry it.
-    const auto held = LockMaterial(dialog, id);
-    if (!held) return false;
-    FreeBlock(HandleOf(held->Tile.TileBitmap));
-    held->Tile.TileBitmap = WordOf(picture.Release());
-  }
-  return true;
+  // A one-off tile belongs to no library and came with the text; any other is named by path and index.
+  if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
+  if (SetMaterial(dialog, id, material)) return true;
+  FreeBlock(HandleOf(material.Tile.TileBitmap));
+  return Fail("there is no memory left for the fill " + Quote(text));
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {

@@ -32,7 +32,7 @@ class ScriptedUser {
   bool SetMaterials(Dialog& dialog);
   bool Apply(Dialog& dialog, const Job::Setting& setting);
   bool ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting);
-  bool SetMaterial(Dialog& dialog, int id, const std::string& text);
+  bool FillWith(Dialog& dialog, int id, const std::string& text);
   bool SetColour(Dialog& dialog, int id, const std::string& text);
   bool SetFont(Dialog& dialog, const std::string& family);
   bool SetByLine(Dialog& dialog, int id, const std::string& value);

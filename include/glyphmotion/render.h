@@ -16,7 +16,8 @@ namespace glyphmotion {
 
 /// What to render. Everything is optional: an empty job is the default text in the default effect.
 struct Job {
-  /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize") or by control id ("440"). Values are
+  /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize"), by control id ("440"), or by what
+  /// follows the stem in a key of the chosen effect ("@rotate", "@frames"; case does not count). Values are
   /// text: a number, 0 or 1 for checks, an index for lists and pickers, a decimal colour, a material ("#rrggbb",
   /// "mtrl:FILE", ...) for fills.
   using Setting = std::pair<std::string, std::string>;

@@ -2,11 +2,12 @@
 #include "controls/library_editor.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 
 #include "controls/variables.h"
+#include "materials/library_file.h"
 #include "materials/shipped.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
@@ -28,27 +29,33 @@ std::string FileNameOf(const std::string& name, const char* extension) {
   return plain + "." + extension;
 }
 
+// The file of a group that may stand: one that came from elsewhere can have its extension in small letters, which on
+// some disks makes another name.
+std::string FileOfGroup(const std::string& name, const char* extension) {
+  const std::string made = FileNameOf(name, extension);
+  std::string small = made;
+  for (std::size_t i = small.rfind('.'); i < small.size(); ++i) {
+    small[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(small[i])));
+  }
+  const std::string folder = DataFolder();
+  return !FileExists(JoinPath(folder, made)) && FileExists(JoinPath(folder, small)) ? small : made;
+}
+
+// Where letters' cases are one, a new group of the primary's name would be the primary itself.
+bool IsNameOf(const std::string& fileName, const char* primary) {
+  const std::string_view other = primary;
+  return std::equal(fileName.begin(), fileName.end(), other.begin(), other.end(),
+                    [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
+}
+
 std::string GroupOf(const std::string& fileName) { return fileName.substr(0, fileName.rfind('.')); }
 
 bool AskToDelete(Dialog* owner, int question, const std::string& fileName) {
   return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNo);
 }
 
-bool RemoveGroupFile(const std::string& fileName) { return std::remove(LibraryPath(fileName).c_str()) == 0; }
-
-bool RefuseTextures(Dialog* owner) {
-  ShowMessage(
-      owner,
-      "This file cannot be edited or overwritten.\n\nThe default texture set cannot be modified. To edit this file, "
-      "save it to a new name. Hold down the Shift key and click on the + button.");
-  return false;
-}
-
-bool RefuseTiles(Dialog* owner) {
-  ShowMessage(
-      owner,
-      "This file cannot be edited or overwritten.\n\nThe default matix set cannot be modified. To edit this file, "
-      "save it to a new name. Hold down the Shift key and click on the + button.");
+bool Refuse(Dialog* owner, int message) {
+  ShowMessage(owner, LoadText(message));
   return false;
 }
 
@@ -74,13 +81,13 @@ bool IsEntry(int i, std::size_t count) { return i >= 0 && static_cast<std::size_
 
 // Textures ------------------------------------------------------------------------------------------------------------
 
-bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& spec) {
-  editor.spec = spec;
+bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
+  editor.parameters = parameters;
   return ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
 }
 
 bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name) {
-  const std::string fileName = name == GroupOf(kTextureLibraryName) ? kTextureLibraryName : FileNameOf(name, "FFT");
+  const std::string fileName = name == GroupOf(kTextureLibraryName) ? kTextureLibraryName : FileOfGroup(name, "FFT");
   TextureLibrary group;
   if (!ReadTextureLibrary(LibraryPath(fileName), group)) {
     ShowMessage(owner, LoadText(kTextTexturesNotLoaded));
@@ -96,7 +103,7 @@ bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string&
 
 bool SelectTexture(TextureEditor& editor, int i) {
   if (!IsEntry(i, editor.group.textures.size())) return false;
-  editor.spec = editor.group.textures[static_cast<std::size_t>(i)].spec;
+  editor.parameters = editor.group.textures[static_cast<std::size_t>(i)].parameters;
   return true;
 }
 
@@ -104,15 +111,17 @@ bool AddTexture(Dialog* owner, TextureEditor& editor, bool shift) {
   if (shift) {
     const auto name = AskName(owner, "New texture group", LoadText(kTextNewGroup));
     if (!name || name->empty()) return false;
-    editor.fileName = FileNameOf(*name, "FFT");
+    const std::string fileName = FileNameOf(*name, "FFT");
+    if (IsNameOf(fileName, kTextureLibraryName)) return Refuse(owner, kTextTexturesProtected);
+    editor.fileName = fileName;
     editor.group.writeable = true;
     if (WriteTextures(editor)) return true;
     ShowMessage(owner, LoadText(kTextDocumentNotCreated));
     return false;
   }
-  if (!editor.group.writeable) return RefuseTextures(owner);
+  if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   try {
-    editor.group.textures.push_back({LoadText(kTextNewTexture), editor.spec});
+    editor.group.textures.push_back({LoadText(kTextNewTexture), editor.parameters});
   } catch (const std::bad_alloc&) {
     ShowMessage(owner, LoadText(kTextTextureNotAdded));
     return false;
@@ -127,10 +136,12 @@ bool DeleteTexture(Dialog* owner, TextureEditor& editor, int selected, bool shif
       ShowMessage(owner, LoadText(kTextPrimaryTexturesKept));
       return false;
     }
-    if (!AskToDelete(owner, kTextAskDeleteTextures, editor.fileName) || !RemoveGroupFile(editor.fileName)) return false;
+    if (!AskToDelete(owner, kTextAskDeleteTextures, editor.fileName) ||
+        !RemoveFile(JoinPath(DataFolder(), editor.fileName)))
+      return false;
     return ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
   }
-  if (!editor.group.writeable) return RefuseTextures(owner);
+  if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   if (!IsEntry(selected, editor.group.textures.size())) return false;
   editor.group.textures.erase(editor.group.textures.begin() + selected);
   editor.changed = true;
@@ -138,7 +149,7 @@ bool DeleteTexture(Dialog* owner, TextureEditor& editor, int selected, bool shif
 }
 
 bool RenameTexture(Dialog* owner, TextureEditor& editor, int i, const std::string& name) {
-  if (!editor.group.writeable) return RefuseTextures(owner);
+  if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   if (!IsEntry(i, editor.group.textures.size())) return false;
   editor.group.textures[static_cast<std::size_t>(i)].name = name.substr(0, 260);
   editor.changed = true;
@@ -209,10 +220,10 @@ std::size_t PlaceOf(const ControlField& field, int control) {
 
 }  // namespace
 
-std::optional<std::int64_t> TextureControlValue(const TextureSpec& spec, int control) {
+std::optional<std::int64_t> TextureControlValue(const TextureSpec& parameters, int control) {
   const ControlField* field = ControlFieldOf(control);
   if (!field) return std::nullopt;
-  const char* place = reinterpret_cast<const char*>(&spec) + PlaceOf(*field, control);
+  const char* place = reinterpret_cast<const char*>(&parameters) + PlaceOf(*field, control);
   if (field->isFloat) {
     float value;
     std::memcpy(&value, place, sizeof(value));
@@ -224,10 +235,10 @@ std::optional<std::int64_t> TextureControlValue(const TextureSpec& spec, int con
   return value;
 }
 
-bool SetTextureControl(TextureSpec& spec, int control, std::int64_t value) {
+bool SetTextureControl(TextureSpec& parameters, int control, std::int64_t value) {
   const ControlField* field = ControlFieldOf(control);
   if (!field) return false;
-  char* place = reinterpret_cast<char*>(&spec) + PlaceOf(*field, control);
+  char* place = reinterpret_cast<char*>(&parameters) + PlaceOf(*field, control);
   if (field->isFloat) {
     const float number = static_cast<float>(value) / 100.0f;
     std::memcpy(place, &number, sizeof(number));
@@ -247,8 +258,8 @@ bool OpenTileEditor(Dialog* owner, TileEditor& editor, const TileSpec& tile) {
 }
 
 bool ChooseTileGroup(Dialog* owner, TileEditor& editor, const std::string& name) {
-  editor.fileName = name == GroupOf(kTileLibraryName) ? kTileLibraryName : FileNameOf(name, "MTX");
-  editor.group.tiles.clear();
+  editor.fileName = name == GroupOf(kTileLibraryName) ? kTileLibraryName : FileOfGroup(name, "MTX");
+  editor.group = {};  // a file that cannot be read says nothing of whether it may be changed
   editor.selected = -1;
   editor.changed = false;
   if (ReadTileLibrary(LibraryPath(editor.fileName), editor.group)) return true;
@@ -275,12 +286,14 @@ bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& c
   if (shift) {
     const auto name = AskName(owner, "New matrix group", LoadText(kTextNewGroup));
     if (!name || name->empty()) return false;
-    editor.fileName = FileNameOf(*name, "MTX");
+    const std::string fileName = FileNameOf(*name, "MTX");
+    if (IsNameOf(fileName, kTileLibraryName)) return Refuse(owner, kTextTilesProtected);
+    editor.fileName = fileName;
     if (WriteTiles(editor)) return true;
     ShowMessage(owner, LoadText(kTextDocumentNotCreated));
     return false;
   }
-  if (!editor.group.writeable) return RefuseTiles(owner);
+  if (!editor.group.writeable) return Refuse(owner, kTextTilesProtected);
   PackedDib picture = choose ? choose() : PackedDib();
   int width = 0, height = 0, bits = 0;
   if (const DibView view(picture); view) {
@@ -311,14 +324,16 @@ bool DeleteTile(Dialog* owner, TileEditor& editor, bool shift) {
       ShowMessage(owner, LoadText(kTextPrimaryTilesKept));
       return false;
     }
-    if (!AskToDelete(owner, kTextAskDeleteTiles, editor.fileName) || !RemoveGroupFile(editor.fileName)) return false;
+    if (!AskToDelete(owner, kTextAskDeleteTiles, editor.fileName) ||
+        !RemoveFile(JoinPath(DataFolder(), editor.fileName)))
+      return false;
     // The list keeps its entries until a group is chosen, but they are no longer anybody's to change.
     editor.fileName = kTileLibraryName;
     editor.group.writeable = false;
     editor.changed = false;
     return true;
   }
-  if (!editor.group.writeable) return RefuseTiles(owner);
+  if (!editor.group.writeable) return Refuse(owner, kTextTilesProtected);
   const auto count = static_cast<int>(editor.group.tiles.size());
   if (!IsEntry(editor.selected, editor.group.tiles.size())) return false;
   editor.group.tiles.erase(editor.group.tiles.begin() + editor.selected);

@@ -11,7 +11,7 @@ namespace glyphmotion {
 namespace {
 
 // In the order of the effect list, which is that of the persistent index: Ripple stands before Radar and must stay
-// there. A row with a panel and a background control only is an effect that is not built in yet.
+// there.
 const EffectDescriptor* const kEffects[kEffectCount] = {&kBackgroundHyperspace,
                                                         &kBackgroundIris,
                                                         &kBreaker,

@@ -10,7 +10,7 @@ namespace glyphmotion {
 
 constexpr int kEffectCount = 21;
 
-/// Row i, 0 <= i < kEffectCount. A row whose effect is not built in has no functions.
+/// Row i; beyond the table, its first or last row.
 const EffectDescriptor& EffectRow(int i) noexcept;
 
 /// The row of a name, where case does not count and blanks may be hyphens ("background-hyperspace"); -1 for none.

@@ -7,10 +7,6 @@
 
 namespace glyphmotion {
 
-const char* const kFixedPaletteNames =
-    "Black and white;Sixteen-color Windows;32-color orthogonal;64-color orthogonal;128-color orthogonal;216-color safe;"
-    "256-color orthogonal;256-color with gray;256 gray levels";
-
 namespace {
 
 using Levels = std::span<const std::uint8_t>;

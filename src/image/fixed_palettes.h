@@ -9,9 +9,6 @@ namespace glyphmotion {
 constexpr int kFixedPaletteCount = 9;
 constexpr int kDefaultFixedPalette = 6;
 
-/// The names in the order of the numbers, as the Palette combo shows them, separated by semicolons.
-extern const char* const kFixedPaletteNames;
-
 /// Fills `palette` (256 entries, unused ones zero) and `depth` (bits a pixel), either of which may be null, with fixed
 /// palette `number`; numbers that do not exist give number 6. Returns the number of entries.
 int LoadFixedPalette(Palette* palette, int* depth, int number) noexcept;

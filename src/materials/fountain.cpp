@@ -220,7 +220,10 @@ bool AddToFountainLibrary(const std::string& path, const FountainSpec& fountain,
   try {
     if (path.empty()) return false;
     std::string bytes;
-    if (!ReadFileBytes(path, bytes)) return WriteFountainLibrary(path, {fountain}, seconds);
+    if (!ReadFileBytes(path, bytes)) {
+      // A library that only cannot be read now must not give way to a new one.
+      return !FileExists(path) && WriteFountainLibrary(path, {fountain}, seconds);
+    }
     LibraryHeader header;
     if (bytes.size() < sizeof(header)) return false;
     std::memcpy(&header, bytes.data(), sizeof(header));

@@ -198,7 +198,8 @@ PackedDib RenderConical(int width, int height, const GradientSpec& gradient, con
     colours[static_cast<std::size_t>(k)] = EntryOf(*table, static_cast<int>(k * 0.00390625f * 359.0));
   }
   // Turns beyond a whole one come from foreign hands only.
-  const int rotation = std::abs(gradient.Rotation / 2) > 180 ? gradient.Rotation % 360 : gradient.Rotation;
+  const bool isWithin = gradient.Rotation >= -360 && gradient.Rotation <= 360;
+  const int rotation = isWithin ? gradient.Rotation : gradient.Rotation % 360;
   const Cone cone = {Truncate((0.5 - gradient.CenterY / 100.0) * height),
                      Truncate((gradient.CenterX / 100.0 + 0.5) * width), 360 - rotation};
   std::vector<float> steps(static_cast<std::size_t>(width));
@@ -324,6 +325,8 @@ PackedDib RenderLinearBlend(Colour first, Colour last, int width, int height, in
 }
 
 PackedDib RenderGradient(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) noexcept {
+  // Tables grow with the sides, so that sides that no bitmap can have are refused first.
+  if (!DibSize(width, height, 24)) return {};
   try {
     switch (gradient.GradientType) {
       case 1:

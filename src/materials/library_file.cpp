@@ -20,7 +20,7 @@ FileReader::FileReader(const std::string& path) noexcept {
     const std::filesystem::path file = PathOf(path);
     // Folders, pipes and devices are no libraries, and some of them never end.
     if (!std::filesystem::is_regular_file(file)) return;
-    remaining_ = std::filesystem::file_size(file);
+    remaining_ = std::min<std::uint64_t>(std::filesystem::file_size(file), kMaxLibraryBytes);
     in_.open(file, std::ios::binary);
     open_ = in_.is_open();
   } catch (...) {
@@ -61,6 +61,24 @@ bool ReadFileBytes(const std::string& path, std::string& bytes, std::size_t limi
   }
   bytes.clear();
   return false;
+}
+
+bool FileExists(const std::string& path) noexcept {
+  try {
+    std::error_code error;
+    return std::filesystem::exists(PathOf(path), error) || error;
+  } catch (...) {
+    return true;
+  }
+}
+
+bool RemoveFile(const std::string& path) noexcept {
+  try {
+    std::error_code error;
+    return std::filesystem::remove(PathOf(path), error);
+  } catch (...) {
+    return false;
+  }
 }
 
 void BackUpFile(const std::string& path) noexcept {

@@ -13,7 +13,7 @@ namespace glyphmotion {
 constexpr std::size_t kMaxLibraryBytes = std::size_t{256} << 20;
 
 /// Reads a file from front to back and knows how much is left, so that a size found in the file can be held against the
-/// file before memory is asked for.
+/// file before memory is asked for. A file over kMaxLibraryBytes ends there.
 class FileReader {
  public:
   explicit FileReader(const std::string& path) noexcept;
@@ -31,6 +31,12 @@ class FileReader {
 
 /// At most `limit` bytes from the file's start. False, and `bytes` empty, when it cannot be opened or read.
 bool ReadFileBytes(const std::string& path, std::string& bytes, std::size_t limit = kMaxLibraryBytes) noexcept;
+
+/// Whether something has this name; also when that cannot be found out.
+bool FileExists(const std::string& path) noexcept;
+
+/// False when there was no such file, or it could not be removed.
+bool RemoveFile(const std::string& path) noexcept;
 
 /// Copies the file to path + ".bak", replacing an old copy. A missing file is no failure.
 void BackUpFile(const std::string& path) noexcept;

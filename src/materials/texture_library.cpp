@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -66,9 +66,19 @@ bool SplitLine(std::string_view line, std::string_view& key, std::string& value)
   return true;
 }
 
-float FloatOf(const std::string& text) {
-  const double value = std::atof(text.c_str());
+// Numbers have a point in files, whatever the locale of the process says. What follows a number is passed over; without
+// one, or with one beyond all range, the value is 0.
+float FloatOf(std::string_view text) {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double value = 0.0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
   return static_cast<float>(std::clamp(value, -3.0e38, 3.0e38));
+}
+
+std::string TextOfFloat(float number) {
+  char text[64];
+  const auto written = std::to_chars(text, std::end(text), static_cast<double>(number), std::chars_format::fixed, 6);
+  return std::string(text, written.ptr);
 }
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
@@ -78,7 +88,7 @@ void SetField(NamedTexture& texture, std::string_view key, const std::string& va
   }
   for (const TextureField& field : TextureFields()) {
     if (!EqualNoCase(key, field.key)) continue;
-    auto* place = reinterpret_cast<std::uint8_t*>(&texture.spec) + field.offset;
+    auto* place = reinterpret_cast<std::uint8_t*>(&texture.parameters) + field.offset;
     if (field.isFloat) {
       const float number = FloatOf(value);
       std::memcpy(place, &number, sizeof(number));
@@ -90,19 +100,28 @@ void SetField(NamedTexture& texture, std::string_view key, const std::string& va
   }
 }
 
+// The lines with the ends that text files have on this platform.
+std::string WithLineEnds(std::string text) {
+  const std::string_view end = LineEnd();
+  if (end == "\n") return text;
+  std::string result;
+  for (const char c : text) c == '\n' ? result += end : result += c;
+  return result;
+}
+
 void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? std::string("UNKNOWN NAME") : texture.name) + "\n";
   for (const TextureField& field : TextureFields()) {
-    const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.spec) + field.offset;
-    char value[64];
+    const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
+    std::string value;
     if (field.isFloat) {
       float number;
       std::memcpy(&number, place, sizeof(number));
-      std::snprintf(value, sizeof(value), "%f", static_cast<double>(number));
+      value = TextOfFloat(number);
     } else {
       std::uint32_t number;
       std::memcpy(&number, place, sizeof(number));
-      std::snprintf(value, sizeof(value), "%lu", static_cast<unsigned long>(number));
+      value = std::to_string(number);
     }
     text += std::string(field.key) + "=" + value + "\n";
   }
@@ -118,48 +137,48 @@ std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& sta
   text += "MachineName=" + stamp.machineName + "\nMachineOrganization=" + stamp.machineOrganization + "\n";
   text += "RegistrationName=" + stamp.registrationName + "\n;Items begin\n";
   for (const NamedTexture& texture : library.textures) AppendItem(text, texture);
-  return text + ";Items end -- beyond this point be dragons.\n";
+  return WithLineEnds(text + ";Items end -- beyond this point be dragons.\n");
 }
 
 }  // namespace
 
-void DefaultTextureSpec(TextureSpec& spec) noexcept {
+void DefaultTextureSpec(TextureSpec& parameters) noexcept {
   static constexpr float legacy[] = {12.0f, 60.0f, 2.0f, 3.1f, 100.0f, 650.0f};
   static constexpr Colour fore[] = {0xFFFFFF, 0xFFE0E0, 0xFFA0A0, 0xFF8080, 0xFF6060};
   static constexpr float curve[] = {0.0f, 0.33f, 0.67f, 1.0f};
-  std::memset(&spec, 0, sizeof(spec));
-  spec.CloudMode = 1;
-  std::memcpy(spec.LegacyParams, legacy, sizeof(legacy));
-  spec.MatrixSize = 64;
-  std::memcpy(spec.ForeColour, fore, sizeof(fore));
-  spec.BackColour = 0xFF0000;
+  std::memset(&parameters, 0, sizeof(parameters));
+  parameters.CloudMode = 1;
+  std::memcpy(parameters.LegacyParams, legacy, sizeof(legacy));
+  parameters.MatrixSize = 64;
+  std::memcpy(parameters.ForeColour, fore, sizeof(fore));
+  parameters.BackColour = 0xFF0000;
   for (std::uint32_t i = 0; i < 5; ++i) {
-    spec.Power[i] = 0.75f;
-    spec.SeedValue[i] = 10000 + i;
-    spec.Dimension[i] = 2.15f;
+    parameters.Power[i] = 0.75f;
+    parameters.SeedValue[i] = 10000 + i;
+    parameters.Dimension[i] = 2.15f;
   }
-  spec.CreaterCount = 5000;
-  spec.CreaterDepth = 1.5f;
-  std::memcpy(spec.ColorRed, curve, sizeof(curve));
-  std::memcpy(spec.ColorGreen, curve, sizeof(curve));
-  std::memcpy(spec.ColorBlue, curve, sizeof(curve));
-  spec.BubbleCount = 64;
-  spec.BubbleSize = 4;
-  spec.BubblePower = 0.25f;
-  spec.PerturbationPower = 1.0f;
+  parameters.CreaterCount = 5000;
+  parameters.CreaterDepth = 1.5f;
+  std::memcpy(parameters.ColorRed, curve, sizeof(curve));
+  std::memcpy(parameters.ColorGreen, curve, sizeof(curve));
+  std::memcpy(parameters.ColorBlue, curve, sizeof(curve));
+  parameters.BubbleCount = 64;
+  parameters.BubbleSize = 4;
+  parameters.BubblePower = 0.25f;
+  parameters.PerturbationPower = 1.0f;
 }
 
-PackedDib GenerateTexture(const TextureSpec& spec) noexcept {
-  switch (spec.TextureType) {
+PackedDib GenerateTexture(const TextureSpec& parameters) noexcept {
+  switch (parameters.TextureType) {
     case 0:
     case 1:
     case 2:
     case 3:
-      return GenerateFractalTexture(spec);
+      return GenerateFractalTexture(parameters);
     case 4:
-      return GenerateCraterTexture(spec);
+      return GenerateCraterTexture(parameters);
     case 5:
-      return GeneratePerturbationTexture(spec);
+      return GeneratePerturbationTexture(parameters);
     default:
       return {};
   }
@@ -239,10 +258,10 @@ bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexce
     bool inItem = false;
     NamedTexture texture;
     while (lines.Next(line)) {
-      if (EqualNoCase(line, ":BEGINITEM")) {
+      if (!inItem && EqualNoCase(line, ":BEGINITEM")) {
         inItem = true;
         texture.name.clear();
-        DefaultTextureSpec(texture.spec);
+        DefaultTextureSpec(texture.parameters);
       } else if (EqualNoCase(line, ":ENDITEM")) {
         if (inItem) library.textures.push_back(texture);
         inItem = false;

@@ -20,9 +20,6 @@
 namespace glyphmotion {
 namespace {
 
-constexpr const char* kNewTaskError = "Error creating new task.";
-constexpr const char* kAddImageError = "There has been an error adding an image to the current file object.";
-constexpr const char* kEffectMissing = "This effect is not part of this program. Choose another effect.";
 constexpr const char* kComment =
     "CREATED BY...\r\n\r\nThis graphic was created by Tessaloom' Framewright Professional or Framewright Motion and "
     "the Glyphmotion #4 "
@@ -113,7 +110,7 @@ class Run {
   void Progress(int position, int total) {
     Call(nullptr, HostOpProgress, static_cast<std::uint64_t>(position), static_cast<std::uint64_t>(total));
   }
-  void Stage(const char* name) { Call(nullptr, HostOpStatusText, 0, Address(name)); }
+  void Stage(int text) { Call(nullptr, HostOpStatusText, 0, Address(LoadText(text).c_str())); }
   bool Fail(const std::string& text) {
     ShowMessage(&dialog_, text);
     return false;
@@ -127,16 +124,16 @@ class Run {
 
   bool BuildFrames() {
     Progress(0, 0);
-    Stage("Building");
+    Stage(kTextBuilding);
     const EffectDescriptor& effect = EffectRow(options_.effectIndex);
-    if (!effect.buildFunction) return Fail(kEffectMissing);
     RunCache cache;
     EffectContext context;
     context.dialog = &dialog_;
     context.frames = &Frames();
     context.hostCalls = &host_;
     context.cache = &cache;
-    if (!effect.buildFunction(context)) return context.failure.empty() ? FailMemory() : Fail(context.failure);
+    if (effect.buildFunction && !effect.buildFunction(context))
+      return context.failure.empty() ? FailMemory() : Fail(context.failure);
     Progress(0, 0);
     if (Frames().count == 0) return FailMemory();
     if (Frames().count == 1) singleFrame_ = true;
@@ -150,7 +147,7 @@ class Run {
       superColour_ = options_.alpha ? 1 : 0;
       return true;
     }
-    Stage("Quantizing");
+    Stage(kTextQuantizing);
     // A single frame drops Supercompress only after the count was wanted.
     const bool reserve = options_.supercompress || options_.maskBackground;
     int n = reserve ? 255 : 256;
@@ -180,13 +177,13 @@ class Run {
 
   bool Supercompress() {
     if (!Supercompressing()) return true;
-    Stage("Supercompressing");
+    Stage(kTextSupercompressing);
     const auto progress = [this](int i, int count) { Progress(i, count); };
     return SupercompressFrames(Frames(), superColour_, resources_->previous, progress) || FailMemory();
   }
 
   bool Remap() {
-    Stage("Remapping");
+    Stage(kTextRemapping);
     const RemapOptions remapOptions{NumberVariable("FastRemap") != 0,
                                     static_cast<int>(NumberVariable("DitherBrightness")),
                                     static_cast<int>(NumberVariable("DitherContrast"))};
@@ -255,11 +252,12 @@ class Run {
     std::memcpy(task.palette, palette_.data(), sizeof task.palette);
     task.imageCount = static_cast<std::uint32_t>(Frames().count);
     if (options_.transparent) task.transparentIndex = transparentIndex_;
-    if (!Call(nullptr, test_ ? HostOpNewTestTask : HostOpNewTask, 0, Address(&task))) return Fail(kNewTaskError);
+    if (!Call(nullptr, test_ ? HostOpNewTestTask : HostOpNewTask, 0, Address(&task)))
+      return Fail(LoadText(kTextTaskRefused));
     SetBackground(task);
     for (int i = 0; i < Frames().count; ++i) {
       if (AddImage(task, i)) continue;
-      Fail(kAddImageError);
+      Fail(LoadText(kTextImageRefused));
       // The host abandons the file only after everything here has been freed.
       resources_.reset();
       Call(&task, HostOpEndTask, 0, 0);

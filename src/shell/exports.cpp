@@ -6,6 +6,7 @@
 #include "glyphmotion/host_contract.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 #include "text/draw_op.h"
@@ -15,10 +16,6 @@ namespace {
 
 constexpr const char* kName = "Glyphmotion #4";
 constexpr const char* kAttribution = "Glyphmotion: animated text in twenty-one effects";
-constexpr const char* kNewerHostNeeded =
-    "You need a newer version of Framewright Professional or Framewright Motion to support this plugin.\n\nPlease "
-    "visit the Tessaloom "
-    "web page to update your software.";
 constexpr std::uint32_t kMinimumMajorVersion = 16;
 
 static_assert(sizeof(PluginInfoRecord) == 333 && sizeof(HostTaskRecord) == 1080 && sizeof(HostImageRecord) == 112);
@@ -45,7 +42,7 @@ struct TextEngineRun {
 int RunPlugin(void* ownerWindow, const HostCallTable* table) {
   if (!table) return 0;
   if (((table->version >> 8) & 0xFF) < kMinimumMajorVersion) {
-    ShowMessage(nullptr, kNewerHostNeeded);
+    ShowMessage(nullptr, LoadText(kTextNeedNewerHost));
     return 0;
   }
   const TextEngineRun textEngine;

@@ -9,10 +9,12 @@
 #include <string>
 #include <utility>
 
+#include "controls/direction_pickers.h"
 #include "controls/families.h"
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
+#include "image/fixed_palettes.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
@@ -35,7 +37,6 @@ constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not re
 constexpr int kFirstOptionOfTheSample = 50;  // options below do not show in the sample
 constexpr const char* kUntitled = "untitled.gm4";
 constexpr const char* kHelpTopic = "TLMPLGM4.HTML#PREFACE";
-constexpr int kPaletteCount = 9;
 
 struct MainDialogState {
   const HostCallTable* hostCalls = nullptr;
@@ -147,9 +148,14 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
   }
 }
 
+// A fill or a direction without its block would read as another one, so a panel stands whole or not at all.
 bool InstallPanel(Dialog& dialog, const DialogTemplate& panel) {
   if (!AddControls(dialog, panel)) return false;
-  for (const ControlTemplate& control : panel.controls) InstallControl(dialog, control);
+  for (const ControlTemplate& control : panel.controls) {
+    InstallControl(dialog, control);
+    const bool keepsBlock = IsPicker(control.kind) || control.kind == ControlKind::MaterialButton;
+    if (keepsBlock && !GetData(dialog, control.id)) return false;
+  }
   return true;
 }
 
@@ -305,7 +311,7 @@ void FillFonts(Dialog& dialog) {
 }
 
 void FillPalettes(Dialog& dialog) {
-  for (int i = 0; i < kPaletteCount; ++i) AddItem(dialog, MainControl::Palette, LoadText(kTextFirstPalette + i));
+  for (int i = 0; i < kFixedPaletteCount; ++i) AddItem(dialog, MainControl::Palette, LoadText(kTextFirstPalette + i));
   SetSelection(dialog, MainControl::Palette, static_cast<int>(NumberVariable("MainPalette")));
 }
 

@@ -36,6 +36,7 @@ class FillControls : public testing::Test {
   std::filesystem::path home =
       std::filesystem::temp_directory_path() / ("glyphmotion-fills-" + std::to_string(getpid()));
   std::vector<std::string> messages;
+  std::string newName = "Mine";
   std::optional<std::uint32_t> colour;
   int menuChoice = 0, menus = 0;
   UiResponder responder;
@@ -52,7 +53,7 @@ class FillControls : public testing::Test {
       ++menus;
       return menuChoice;
     };
-    responder.name = [](Dialog*, const std::string&, const std::string&) { return std::optional<std::string>("Mine"); };
+    responder.name = [this](Dialog*, const std::string&, const std::string&) { return std::optional(newName); };
     SetUiResponder(responder);
     changes.clear();
   }
@@ -266,9 +267,14 @@ TEST_F(FillControls, PrimaryGroupsAreProtected) {
             "Do you want to delete the Mine texture group?\n\nClick on Yes to delete this file, or No to abort.");
   EXPECT_EQ(textures.fileName, kTextureLibraryName);
   EXPECT_FALSE(ChooseTextureGroup(nullptr, textures, "Mine"));
-  EXPECT_EQ(TextureControlValue(textures.spec, 507), 75);
-  SetTextureControl(textures.spec, 532, 150);
-  EXPECT_EQ(+textures.spec.PerturbationPower, 1.5f);
+  // Groups from elsewhere may spell their extension otherwise.
+  ASSERT_TRUE(WriteTextureLibrary(JoinPath(DataFolder(), "Theirs.fft"), textures.group, {}));
+  EXPECT_TRUE(ChooseTextureGroup(nullptr, textures, "Theirs"));
+  newName = "TLMPLGM4";
+  EXPECT_FALSE(AddTexture(nullptr, textures, true)) << "no group may take the place of the primary one";
+  EXPECT_EQ(TextureControlValue(textures.parameters, 507), 75);
+  SetTextureControl(textures.parameters, 532, 150);
+  EXPECT_EQ(+textures.parameters.PerturbationPower, 1.5f);
 }
 
 TEST_F(FillControls, TilesOfTheRightSizeAreAdded) {

@@ -46,6 +46,38 @@ TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   EXPECT_TRUE(std::filesystem::exists(folder / "sample.png"));
 }
 
+TEST(Program, ASampleIsAPictureInEveryFormat) {
+  const TemporaryFolder folder;
+  for (const char* name : {"sample.gif", "sample.png", "sample.webp"}) {
+    const Outcome outcome = Start(kSmall + ("--sample -o " + folder / name));
+    EXPECT_EQ(outcome.code, 0) << outcome.output;
+    EXPECT_GT(std::filesystem::file_size(folder / name), 100u) << name;
+  }
+  EXPECT_EQ(testing::ReadText(folder / "sample.gif").rfind("GIF89a", 0), 0u);
+}
+
+TEST(Program, ADocumentOfAFormatWithAllColoursServesAPaletteFormatToo) {
+  const TemporaryFolder folder;
+  const std::string document = folder / "a.gm4";
+  ASSERT_EQ(Start(kSmall + ("--alpha --save-document " + document + " -o " + folder / "a.png")).code, 0);
+  const Outcome outcome = Start("--document " + document + " -o " + folder / "a.gif");
+  EXPECT_EQ(outcome.code, 0) << outcome.output;
+}
+
+TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
+  const TemporaryFolder folder;
+  const std::string output = " -o " + folder / "a.gif";
+  const std::pair<const char*, const char*> cases[] = {
+      {"--frames 1", "error: --frames takes a whole number from 2 to 32760, not '1'"},
+      {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
+      {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};
+  for (const auto& [words, says] : cases) {
+    const Outcome outcome = Start("Hi " + (words + output));
+    EXPECT_EQ(outcome.code, 2);
+    EXPECT_NE(outcome.output.find(says), std::string::npos) << outcome.output;
+  }
+}
+
 TEST(Program, AFailedRunLeavesTheOldFileAndNothingElse) {
   const TemporaryFolder folder;
   const std::string target = folder / "a.gif";
@@ -102,6 +134,17 @@ TEST(Program, AnInterruptLeavesNothing) {
                               (folder / "a.webp") + "' 2>/dev/null";
   EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 130);
   EXPECT_EQ(folder.Entries(), 0u);
+}
+
+TEST(Program, ADocumentSavedAgainIsTheSameDocument) {
+  const TemporaryFolder folder;
+  const std::string first = folder / "first.gm4", second = folder / "second.gm4";
+  const std::string options =
+      kSmall + std::string("--fill texture:fractal3,seed=5 --shadow 'gradient:conical,#000-#fff'");
+  ASSERT_EQ(Start(options + " --save-document " + first).code, 0);
+  ASSERT_EQ(Start("--document " + first + " --save-document " + second).code, 0);
+  EXPECT_EQ(testing::ReadText(first), testing::ReadText(second));
+  EXPECT_NE(testing::ReadText(first).find("SPNBTN57=20"), std::string::npos);
 }
 
 TEST(Program, TheSameJobGivesTheSameBytes) {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-
 #include "image/fixed_palettes.h"
 
 namespace glyphmotion {
@@ -31,11 +28,6 @@ TEST(FixedPalettes, CountsDepthsAndCornersAreAsListed) {
       EXPECT_EQ(palette[i], Rgb{}) << row.number << " keeps something past its entries";
     }
   }
-}
-
-TEST(FixedPalettes, EveryOfferedPaletteHasAName) {
-  const std::string names = kFixedPaletteNames;
-  EXPECT_EQ(std::count(names.begin(), names.end(), ';'), kFixedPaletteCount - 1);
 }
 
 }  // namespace

@@ -182,6 +182,11 @@ TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
     }
   }
   EXPECT_FALSE(RenderGradient(0, 5, TwoColours(1, 0, 0), Spectrum()));
+  EXPECT_FALSE(RenderGradient(INT32_MAX, INT32_MAX, TwoColours(2, 0, 0), Spectrum())) << "and no table of that length";
+  GradientSpec once = TwoColours(1, 0, 0xFFFFFF), twice = once;
+  once.Rotation = 1;
+  twice.Rotation = 361;
+  EXPECT_EQ(PixelsOf(RenderGradient(33, 20, once, Spectrum())), PixelsOf(RenderGradient(33, 20, twice, Spectrum())));
   EXPECT_EQ(LiveBlocks().blocks, 0u);
 }
 

@@ -592,12 +592,26 @@ TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
   const std::uint64_t asked = AllocationsAsked();
   ASSERT_GT(asked, 50u);
   for (std::uint64_t n = 1; n <= asked; n += 7) {
+    messages_.clear();
     FailAllocation(n);
-    RunDialog(kBothHost, [](Dialog& dialog) {
+    RunDialog(kBothHost, [&](Dialog& dialog) {
+      // A dialog that opens has all its fills and directions: none of them may silently be another.
+      for (const DialogTemplate* panel : PanelTemplates()) {
+        for (const ControlTemplate& control : panel->controls) {
+          if (control.kind >= ControlKind::ShadowDirection || control.kind == ControlKind::MaterialButton) {
+            ASSERT_NE(GetData(dialog, control.id), 0u) << control.id << " of allocation " << n;
+          }
+        }
+      }
+      EXPECT_TRUE(messages_.empty());
       Picture picture(40, 20);
       PaintControl(dialog, Sample, picture.Request());
     });
   }
+  FailAllocation(1);
+  messages_.clear();
+  EXPECT_EQ(RunDialog(kBothHost, [](Dialog&) { ADD_FAILURE() << "the dialog opened"; }), 0);
+  EXPECT_EQ(messages_, std::vector<std::string>{"This plugin could not be initialized"});
   FailAllocation(0);
 }
 

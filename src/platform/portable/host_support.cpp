@@ -14,6 +14,17 @@ using glyphmotion::Dialog;
 glyphmotion::BlockHandle HandleOf(std::uint64_t value) { return reinterpret_cast<glyphmotion::BlockHandle>(value); }
 Dialog& DialogOf(GlyphmotionDialog* dialog) { return *reinterpret_cast<Dialog*>(dialog); }
 
+/// What a person does, for a caller in C: nothing may be thrown at it, so what throws has not been done.
+template <typename Action>
+int Done(GlyphmotionDialog* dialog, Action action) noexcept {
+  if (!dialog) return 0;
+  try {
+    return action(DialogOf(dialog));
+  } catch (...) {
+    return 0;
+  }
+}
+
 }  // namespace
 
 extern "C" {
@@ -41,32 +52,37 @@ void GlyphmotionSetDriver(GlyphmotionDriver driver, void* context) {
 }
 
 int GlyphmotionSetText(GlyphmotionDialog* dialog, int id, const char* text) {
-  return dialog && text && glyphmotion::Type(DialogOf(dialog), id, text);
+  return Done(dialog, [&](Dialog& in) { return text && glyphmotion::Type(in, id, text); });
 }
 
 int GlyphmotionSetNumber(GlyphmotionDialog* dialog, int id, int value) {
-  return dialog && glyphmotion::Type(DialogOf(dialog), id, std::to_string(value));
+  return Done(dialog, [&](Dialog& in) { return glyphmotion::Type(in, id, std::to_string(value)); });
 }
 
 int GlyphmotionSetCheck(GlyphmotionDialog* dialog, int id, int checked) {
-  if (!dialog || !glyphmotion::HasControl(DialogOf(dialog), id) || !glyphmotion::IsEnabled(DialogOf(dialog), id))
-    return 0;
-  const bool is = glyphmotion::GetCheck(DialogOf(dialog), id) == 1;
-  return is == (checked != 0) || glyphmotion::Click(DialogOf(dialog), id);
+  return Done(dialog, [&](Dialog& in) {
+    if (!glyphmotion::HasControl(in, id) || !glyphmotion::IsEnabled(in, id)) return false;
+    const bool is = glyphmotion::GetCheck(in, id) == 1;
+    return is == (checked != 0) || glyphmotion::Click(in, id);
+  });
 }
 
 int GlyphmotionSelect(GlyphmotionDialog* dialog, int id, int index) {
-  return dialog && glyphmotion::Choose(DialogOf(dialog), id, index);
+  return Done(dialog, [&](Dialog& in) { return glyphmotion::Choose(in, id, index); });
 }
 
-int GlyphmotionPress(GlyphmotionDialog* dialog, int id) { return dialog && glyphmotion::Click(DialogOf(dialog), id); }
+int GlyphmotionPress(GlyphmotionDialog* dialog, int id) {
+  return Done(dialog, [&](Dialog& in) { return glyphmotion::Click(in, id); });
+}
 
 int GlyphmotionGetText(GlyphmotionDialog* dialog, int id, char* buffer, size_t size) {
-  if (!dialog || !buffer || !size || !glyphmotion::HasControl(DialogOf(dialog), id)) return 0;
-  const std::string text = glyphmotion::GetText(DialogOf(dialog), id);
-  const size_t count = std::min(text.size(), size - 1);
-  std::memcpy(buffer, text.data(), count);
-  buffer[count] = 0;
-  return 1;
+  return Done(dialog, [&](Dialog& in) {
+    if (!buffer || !size || !glyphmotion::HasControl(in, id)) return false;
+    const std::string text = glyphmotion::GetText(in, id);
+    const size_t count = std::min(text.size(), size - 1);
+    std::memcpy(buffer, text.data(), count);
+    buffer[count] = 0;
+    return true;
+  });
 }
 }
