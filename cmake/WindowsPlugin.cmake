@@ -24,3 +24,16 @@ add_dependencies(try_plugin tlmplgm4)
 add_executable(try_services EXCLUDE_FROM_ALL tests/windows/try_services.cpp)
 target_include_directories(try_services PRIVATE src)
 target_link_libraries(try_services PRIVATE glyphmotion_settings glyphmotion)
+
+# Loaders of several makes and versions, of which the library refuses one.
+set(company "Tessaloom")
+foreach(loader "15;Framewright Professional" "16;Framewright Motion" "3;Another Editor")
+  list(GET loader 0 major)
+  list(GET loader 1 product)
+  configure_file(tests/windows/loader.rc.in ${CMAKE_BINARY_DIR}/loader${major}.rc @ONLY)
+  add_executable(try_loader${major} EXCLUDE_FROM_ALL tests/windows/try_loader.cpp ${CMAKE_BINARY_DIR}/loader${major}.rc)
+  target_link_libraries(try_loader${major} PRIVATE glyphmotion_settings)
+  list(APPEND loaders try_loader${major})
+endforeach()
+
+add_custom_target(windows_tries DEPENDS tlmplgm4 try_plugin try_services ${loaders})
