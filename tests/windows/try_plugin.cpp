@@ -308,6 +308,15 @@ void TryRefusal(DoBuild doBuild) {
   Check(host.calls[HostOpNewTestTask] == 1 && host.calls[HostOpAddImage] == 0, "no image goes to a refused task");
 }
 
+// A table without its function: the dialog says so and closes by itself.
+void TryNoHostCall(DoBuild doBuild) {
+  HostCallTable table = Table(HostFlagPaletteFormat);
+  table.HostCall = nullptr;
+  std::thread thread([] { PostMessageA(WaitForDialog("Glyphmotion #4", kMessageText), WM_COMMAND, IDOK, 0); });
+  Check(doBuild(nullptr, &table) == 1, "a run answers 1 when its table has no function");
+  thread.join();
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -336,6 +345,7 @@ int main(int count, char** arguments) {
   Run(doBuild, HostFlagPaletteFormat | HostFlagTrueColorFormat, {effect, kBuild, true});
   for (int i = 1; all && i < kEffects; ++i) Run(doBuild, HostFlagTrueColorFormat, {i, kBuild, false});
   TryRefusal(doBuild);
+  TryNoHostCall(doBuild);
   const Resources before = CountResources();
   for (int i = 0; i < (all ? kCycles : 3); ++i)
     Run(doBuild, HostFlagPaletteFormat, {(effect + i) % kEffects, kCancel, false});
