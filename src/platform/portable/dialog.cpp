@@ -3,9 +3,9 @@
 #include "platform/dialog.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
+#include "platform/dialog_number.h"
 #include "platform/portable/dialog_state.h"
 
 namespace glyphmotion {
@@ -153,20 +153,8 @@ void SetText(Dialog& dialog, int id, const std::string& text) {
 std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned) {
   const Control* control = FindControl(dialog, id);
   if (!control) return 0;
-  const std::string copy = HasItems(control->kind) ? GetText(dialog, id) : std::string();
-  const char* at = HasItems(control->kind) ? copy.c_str() : control->text.c_str();
-  while (*at == ' ' || (*at >= '\t' && *at <= '\r')) ++at;
-  const bool negative = isSigned && *at == '-';
-  if (negative || *at == '+') ++at;
-  const std::int64_t most = negative   ? std::int64_t{1} + std::numeric_limits<std::int32_t>::max()
-                            : isSigned ? std::numeric_limits<std::int32_t>::max()
-                                       : std::numeric_limits<std::uint32_t>::max();
-  std::int64_t value = 0;
-  for (; *at >= '0' && *at <= '9'; ++at) {
-    value = value * 10 + (*at - '0');
-    if (value > most) return 0;
-  }
-  return negative ? -value : value;
+  if (HasItems(control->kind)) return NumberOfText(GetText(dialog, id), isSigned);
+  return NumberOfText(control->text, isSigned);
 }
 
 void SetNumber(Dialog& dialog, int id, std::int64_t value) { SetText(dialog, id, std::to_string(value)); }

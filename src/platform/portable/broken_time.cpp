@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include "platform/broken_time.h"
+
+namespace glyphmotion {
+
+bool BreakTime(std::time_t seconds, bool utc, std::tm& parts) noexcept {
+  return (utc ? gmtime_r(&seconds, &parts) : localtime_r(&seconds, &parts)) != nullptr;
+}
+
+}  // namespace glyphmotion

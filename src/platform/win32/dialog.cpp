@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: MIT
+// Controls as windows: each function here is a message or a call on the window of an id.
+#include "platform/dialog.h"
+
+#include <algorithm>
+
+#include "platform/dialog_number.h"
+#include "platform/win32/dialog_state.h"
+#include "platform/win32/wide_text.h"
+
+namespace glyphmotion {
+namespace {
+
+/// The same questions to a combo and to a list.
+struct ItemMessages {
+  UINT add, clear, count, text, textLength, remove, data, setData, selection, select, find;
+};
+constexpr ItemMessages kComboMessages = {CB_ADDSTRING,    CB_RESETCONTENT, CB_GETCOUNT,       CB_GETLBTEXT,
+                                         CB_GETLBTEXTLEN, CB_DELETESTRING, CB_GETITEMDATA,    CB_SETITEMDATA,
+                                         CB_GETCURSEL,    CB_SETCURSEL,    CB_FINDSTRINGEXACT};
+constexpr ItemMessages kListMessages = {LB_ADDSTRING,  LB_RESETCONTENT, LB_GETCOUNT,       LB_GETTEXT,
+                                        LB_GETTEXTLEN, LB_DELETESTRING, LB_GETITEMDATA,    LB_SETITEMDATA,
+                                        LB_GETCURSEL,  LB_SETCURSEL,    LB_FINDSTRINGEXACT};
+
+const ItemMessages* ItemsOf(const Control* control) {
+  if (!control || !HasItems(control->kind)) return nullptr;
+  return control->kind == ControlKind::List ? &kListMessages : &kComboMessages;
+}
+
+LRESULT Ask(const Control& control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+  return SendMessageW(control.window, message, wParam, lParam);
+}
+
+WPARAM Index(int index) { return static_cast<WPARAM>(static_cast<INT_PTR>(index)); }
+
+bool HasItem(const Control* control, int index) {
+  const ItemMessages* items = ItemsOf(control);
+  return items && index >= 0 && index < Ask(*control, items->count);
+}
+
+std::string WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return NarrowOf(text);
+}
+
+bool HasStyle(const Control* control, LONG_PTR style) {
+  return control && (GetWindowLongPtrW(control->window, GWL_STYLE) & style);
+}
+
+/// A control that goes out of reach must not keep the keyboard.
+void LeaveFocus(const Dialog& dialog, const Control& control) {
+  if (GetFocus() == control.window) SendMessageW(dialog.window, WM_NEXTDLGCTL, 0, FALSE);
+}
+
+}  // namespace
+
+std::string DialogTitle(const Dialog& dialog) { return WindowText(dialog.window); }
+void SetDialogTitle(Dialog& dialog, const std::string& title) { SetWindowTextW(dialog.window, WideOf(title).c_str()); }
+std::uint64_t WindowOf(Dialog& dialog) { return reinterpret_cast<std::uintptr_t>(dialog.window); }
+
+std::vector<int> Children(const Dialog& dialog) {
+  std::vector<int> ids;
+  ids.reserve(dialog.controls.size());
+  for (const Control& control : dialog.controls) ids.push_back(control.id);
+  return ids;
+}
+
+bool HasControl(const Dialog& dialog, int id) { return FindControl(dialog, id) != nullptr; }
+
+ControlKind KindOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->kind : ControlKind::Label;
+}
+
+std::string GetText(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return {};
+  if (HasItems(control->kind)) return ItemText(dialog, id, GetSelection(dialog, id));
+  if (control->kind == ControlKind::Trackbar) return std::to_string(Ask(*control, TBM_GETPOS));
+  return WindowText(control->window);
+}
+
+void SetText(Dialog& dialog, int id, const std::string& text) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || HasItems(control->kind)) return;
+  if (control->kind == ControlKind::Trackbar) {
+    Ask(*control, TBM_SETPOS, TRUE, std::atoi(text.c_str()));
+  } else {
+    SetWindowTextW(control->window, WideOf(text).c_str());
+  }
+}
+
+std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned) {
+  return NumberOfText(GetText(dialog, id), isSigned);
+}
+
+void SetNumber(Dialog& dialog, int id, std::int64_t value) { SetText(dialog, id, std::to_string(value)); }
+
+void LimitText(Dialog& dialog, int id, int characters) {
+  if (const Control* control = FindControl(dialog, id)) Ask(*control, EM_LIMITTEXT, Index(std::max(characters, 0)));
+}
+
+int GetCheck(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? static_cast<int>(Ask(*control, BM_GETCHECK)) : 0;
+}
+
+void SetCheck(Dialog& dialog, int id, int state) {
+  if (const Control* control = FindControl(dialog, id)) Ask(*control, BM_SETCHECK, Index(std::clamp(state, 0, 2)));
+}
+
+int AddItem(Dialog& dialog, int id, const std::string& text) {
+  const Control* control = FindControl(dialog, id);
+  const ItemMessages* items = ItemsOf(control);
+  if (!items) return -1;
+  const LRESULT index = Ask(*control, items->add, 0, reinterpret_cast<LPARAM>(WideOf(text).c_str()));
+  return index < 0 ? -1 : static_cast<int>(index);
+}
+
+void ClearItems(Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  if (const ItemMessages* items = ItemsOf(control)) Ask(*control, items->clear);
+}
+
+int ItemCount(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  const ItemMessages* items = ItemsOf(control);
+  return items ? static_cast<int>(Ask(*control, items->count)) : 0;
+}
+
+std::string ItemText(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  if (!HasItem(control, index)) return {};
+  const ItemMessages& items = *ItemsOf(control);
+  const LRESULT length = Ask(*control, items.textLength, Index(index));
+  if (length < 0) return {};
+  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+  Ask(*control, items.text, Index(index), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return NarrowOf(text);
+}
+
+void DeleteItem(Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  if (HasItem(control, index)) Ask(*control, ItemsOf(control)->remove, Index(index));
+}
+
+std::uint64_t ItemData(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  return HasItem(control, index) ? static_cast<std::uint64_t>(Ask(*control, ItemsOf(control)->data, Index(index))) : 0;
+}
+
+void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
+  const Control* control = FindControl(dialog, id);
+  if (HasItem(control, index)) Ask(*control, ItemsOf(control)->setData, Index(index), static_cast<LPARAM>(data));
+}
+
+int GetSelection(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  const ItemMessages* items = ItemsOf(control);
+  return items ? static_cast<int>(Ask(*control, items->selection)) : -1;
+}
+
+void SetSelection(Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  if (const ItemMessages* items = ItemsOf(control)) {
+    Ask(*control, items->select, Index(HasItem(control, index) ? index : -1));
+  }
+}
+
+int SelectText(Dialog& dialog, int id, const std::string& text) {
+  const Control* control = FindControl(dialog, id);
+  const ItemMessages* items = ItemsOf(control);
+  if (!items) return -1;
+  const LRESULT index = Ask(*control, items->find, Index(-1), reinterpret_cast<LPARAM>(WideOf(text).c_str()));
+  if (index < 0) return -1;
+  SetSelection(dialog, id, static_cast<int>(index));
+  return static_cast<int>(index);
+}
+
+std::uint64_t GetData(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? static_cast<std::uint64_t>(GetWindowLongPtrW(control->window, GWLP_USERDATA)) : 0;
+}
+
+void SetData(Dialog& dialog, int id, std::uint64_t data) {
+  const Control* control = FindControl(dialog, id);
+  if (control) SetWindowLongPtrW(control->window, GWLP_USERDATA, static_cast<LONG_PTR>(data));
+}
+
+bool IsEnabled(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control && !HasStyle(control, WS_DISABLED);
+}
+
+void Enable(Dialog& dialog, int id, bool enabled) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || enabled != HasStyle(control, WS_DISABLED)) return;
+  if (!enabled) LeaveFocus(dialog, *control);
+  EnableWindow(control->window, enabled);
+}
+
+bool IsVisible(const Dialog& dialog, int id) { return HasStyle(FindControl(dialog, id), WS_VISIBLE); }
+
+void Show(Dialog& dialog, int id, bool visible) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || visible == HasStyle(control, WS_VISIBLE)) return;
+  if (!visible) LeaveFocus(dialog, *control);
+  ShowWindow(control->window, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+bool IsDialogVisible(const Dialog& dialog) { return IsWindowVisible(dialog.window); }
+
+void SetFocus(Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return;
+  dialog.choseFocus = true;
+  SendMessageW(dialog.window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control->window), TRUE);
+}
+
+int FocusOf(const Dialog& dialog) {
+  const HWND focus = GetFocus();
+  for (const Control& control : dialog.controls) {
+    if (control.window == focus) return control.id;
+  }
+  return 0;
+}
+
+ControlRectangle RectangleOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  RECT place{};
+  if (!control || !GetWindowRect(control->window, &place)) return {};
+  MapWindowPoints(nullptr, dialog.window, reinterpret_cast<POINT*>(&place), 2);
+  return {place.left, place.top, place.right, place.bottom};
+}
+
+void ResizeControl(Dialog& dialog, int id, int width, int height) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return;
+  SetWindowPos(control->window, nullptr, 0, 0, std::max(width, 0), std::max(height, 0),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return;
+  if (minimum > maximum) std::swap(minimum, maximum);
+  if (control->kind == ControlKind::UpDown) Ask(*control, UDM_SETRANGE32, Index(minimum), maximum);
+  if (control->kind == ControlKind::Trackbar) {
+    Ask(*control, TBM_SETRANGEMIN, FALSE, minimum);
+    Ask(*control, TBM_SETRANGEMAX, TRUE, maximum);
+  }
+}
+
+void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->procedure = procedure;
+  control->family = family;
+}
+
+const void* FamilyOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->family : nullptr;
+}
+
+void PostToControl(Dialog& dialog, int id, const Message& message) {
+  const Control* control = FindControl(dialog, id);
+  if (control) PostMessageW(control->window, message.number, message.a, message.b);
+}
+
+void SetTimer(Dialog& dialog, int timer, int milliseconds) {
+  ::SetTimer(dialog.window, static_cast<UINT_PTR>(timer), static_cast<UINT>(std::max(milliseconds, 0)), nullptr);
+}
+
+void KillTimer(Dialog& dialog, int timer) { ::KillTimer(dialog.window, static_cast<UINT_PTR>(timer)); }
+
+void Invalidate(Dialog& dialog, int id) {
+  if (id == 0) {
+    RedrawWindow(dialog.window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  } else if (const Control* control = FindControl(dialog, id)) {
+    InvalidateRect(control->window, nullptr, FALSE);
+  }
+}
+
+void CaptureMouse(Dialog& dialog, int id) {
+  if (const Control* control = FindControl(dialog, id)) SetCapture(control->window);
+}
+
+void ReleaseMouse(Dialog&) { ReleaseCapture(); }
+
+bool HasCapture(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control && GetCapture() == control->window;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: MIT
+// Window messages to dialog messages, and the modal loop. Nothing is decided here: each window message that the program
+// knows is handed on in the program's own terms, everything else goes where it would have gone.
+#include <algorithm>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+#include "platform/win32/dialog_state.h"
+#include "platform/win32/wide_text.h"
+
+namespace glyphmotion {
+namespace {
+
+Dialog* innermost = nullptr;
+
+/// No exception may pass a window procedure: the dialog ends with the first, and RunModal throws it on.
+template <typename Call>
+void Guarded(Dialog& dialog, Call call) {
+  try {
+    call();
+  } catch (...) {
+    if (!dialog.error) dialog.error = std::current_exception();
+    EndDialog(dialog, -1);
+  }
+}
+
+std::uint64_t Wide(int value) { return static_cast<std::uint64_t>(static_cast<std::int64_t>(value)); }
+
+/// Lets `paint` draw on a bitmap that then goes to the place. It begins as the dialog's face.
+template <typename Paint>
+void PaintThrough(HDC context, const RECT& place, Paint paint) {
+  const int width = place.right - place.left, height = place.bottom - place.top;
+  if (width < 1 || height < 1) return;
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;  // top down
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 24;
+  void* pixels = nullptr;
+  const HDC memory = CreateCompatibleDC(context);
+  const HBITMAP bitmap = memory ? CreateDIBSection(memory, &info, DIB_RGB_COLORS, &pixels, nullptr, 0) : nullptr;
+  if (bitmap) {
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    const RECT whole{0, 0, width, height};
+    FillRect(memory, &whole, GetSysColorBrush(COLOR_3DFACE));
+    GdiFlush();
+    const DrawRequest request{static_cast<std::uint8_t*>(pixels), width, height, (width * 3 + 3) / 4 * 4};
+    paint(request);
+    BitBlt(context, place.left, place.top, width, height, memory, 0, 0, SRCCOPY);
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+  }
+  if (memory) DeleteDC(memory);
+}
+
+void PaintByProcedure(Control& control, HDC context, const RECT& place, bool focused) {
+  PaintThrough(context, place, [&](const DrawRequest& request) {
+    DrawRequest copy = request;
+    Guarded(*control.dialog, [&] {
+      control.procedure(*control.dialog, control.id, {kMessagePaint, 0, PointerArgument(&copy)});
+    });
+  });
+  if (!focused) return;
+  RECT inner = place;
+  InflateRect(&inner, -3, -3);
+  DrawFocusRect(context, &inner);
+}
+
+// --- Drawn controls ---
+
+bool IsKnownKey(WPARAM key) {
+  constexpr int kKeys[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown, kKeyDelete, kKeySpace};
+  return std::find(std::begin(kKeys), std::end(kKeys), static_cast<int>(key)) != std::end(kKeys);
+}
+
+void PaintDrawn(Control& control) {
+  PAINTSTRUCT paint;
+  const HDC context = BeginPaint(control.window, &paint);
+  RECT place;
+  if (context && GetClientRect(control.window, &place)) {
+    PaintByProcedure(control, context, place, GetFocus() == control.window);
+  }
+  EndPaint(control.window, &paint);
+}
+
+/// True when the message was for the control's procedure, or settles how such a control stands among the others.
+bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  const auto hand = [&](std::uint32_t number, std::uint64_t a, std::int64_t b) {
+    Guarded(*control.dialog, [&] { control.procedure(*control.dialog, control.id, {number, a, b}); });
+  };
+  result = 0;
+  switch (message) {
+    case WM_PAINT:
+      PaintDrawn(control);
+      return true;
+    case WM_ERASEBKGND:
+      result = 1;
+      return true;
+    case WM_GETDLGCODE:
+      result = DLGC_WANTARROWS;
+      return true;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+    case WM_ENABLE:
+      InvalidateRect(control.window, nullptr, FALSE);
+      return false;
+    case WM_KEYDOWN:
+      if (!IsKnownKey(wParam)) return false;
+      hand(kMessageKeyDown, wParam, 0);
+      return true;
+    case WM_LBUTTONDOWN:
+      ::SetFocus(control.window);
+      [[fallthrough]];
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONUP:
+    case WM_MOUSEMOVE:
+      hand(message, Wide(static_cast<short>(LOWORD(lParam))), static_cast<short>(HIWORD(lParam)));
+      return true;
+    default:
+      return false;
+  }
+}
+
+// --- Dialogs ---
+
+/// The codes that the program knows; the others are the system's own affair.
+bool IsKnownCode(const Control& control, int code) {
+  if (IsCombo(control.kind)) return code == CBN_SELCHANGE;
+  if (control.kind == ControlKind::List) return code == LBN_SELCHANGE || code == LBN_DBLCLK;
+  if (control.kind == ControlKind::Edit || control.kind == ControlKind::NumberEdit) return code == EN_CHANGE;
+  return code == BN_CLICKED;
+}
+
+void OnCommand(Dialog& dialog, WPARAM wParam, LPARAM lParam) {
+  const int id = LOWORD(wParam);
+  int code = HIWORD(wParam);
+  const Control* control = lParam ? FindControl(dialog, id) : nullptr;
+  // The second click of a fast pair on a button that draws itself is a click like the first.
+  if (control && !HasItems(control->kind) && code == BN_DOUBLECLICKED) code = BN_CLICKED;
+  if (lParam && (!control || !IsKnownCode(*control, code))) return;
+  Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
+}
+
+void OnScroll(Dialog& dialog, LPARAM lParam) {
+  const int id = GetDlgCtrlID(reinterpret_cast<HWND>(lParam));
+  if (KindOf(dialog, id) != ControlKind::Trackbar) return;
+  Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), kEditChanged});
+}
+
+void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
+  Control* control = FindControl(dialog, static_cast<int>(item.CtlID));
+  if (!control) return;
+  if (control->kind != ControlKind::OwnerDrawn) {
+    if (control->procedure) PaintByProcedure(*control, item.hDC, item.rcItem, item.itemState & ODS_FOCUS);
+    return;
+  }
+  PaintThrough(item.hDC, item.rcItem, [&](const DrawRequest& request) {
+    DrawRequest copy = request;
+    Guarded(dialog, [&] {
+      Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(control->id), PointerArgument(&copy)});
+    });
+  });
+}
+
+/// Static text lies on whatever the dialog's background is.
+INT_PTR LabelBrush(HDC context) {
+  SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
+  SetBkMode(context, TRANSPARENT);
+  return reinterpret_cast<INT_PTR>(GetStockObject(NULL_BRUSH));
+}
+
+bool IsLabel(const Dialog& dialog, HWND window) {
+  return std::any_of(dialog.controls.begin(), dialog.controls.end(), [&](const Control& control) {
+    return control.window == window && control.kind == ControlKind::Label;
+  });
+}
+
+/// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
+/// one of them gets its message, whatever another throws.
+void OnDestroy(Dialog& dialog) {
+  dialog.ended = true;
+  Guarded(dialog, [&] { Send(dialog, {kMessageDestroy, 0, 0}); });
+  for (std::size_t i = 0; i < dialog.controls.size(); ++i) {
+    Control& control = dialog.controls[i];
+    const ControlProcedure procedure = std::exchange(control.procedure, nullptr);
+    if (procedure) Guarded(dialog, [&] { procedure(dialog, control.id, {kMessageDestroy, 0, 0}); });
+  }
+}
+
+/// Whether the message was handled.
+INT_PTR HandleDialog(Dialog& dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_INITDIALOG:
+      AdoptControls(dialog);
+      Send(dialog, {kMessageInitialise, 0, PointerArgument(dialog.parameter)});
+      return !dialog.choseFocus;
+    case WM_COMMAND:
+      OnCommand(dialog, wParam, lParam);
+      return TRUE;
+    case WM_TIMER:
+      Send(dialog, {kMessageTimer, wParam, 0});
+      return TRUE;
+    case WM_DRAWITEM:
+      OnDrawItem(dialog, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+      return TRUE;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (lParam) OnScroll(dialog, lParam);
+      return FALSE;
+    case WM_CTLCOLORSTATIC:
+      return IsLabel(dialog, reinterpret_cast<HWND>(lParam)) ? LabelBrush(reinterpret_cast<HDC>(wParam)) : 0;
+    case WM_DESTROY:
+      OnDestroy(dialog);
+      return FALSE;
+    default:
+      if (!IsPrivate(message)) return FALSE;
+      SetWindowLongPtrW(dialog.window, DWLP_MSGRESULT, Send(dialog, {message, wParam, lParam}));
+      return TRUE;
+  }
+}
+
+INT_PTR CALLBACK DialogWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    reinterpret_cast<Dialog*>(lParam)->window = window;
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+  }
+  const auto dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
+  if (!dialog) return FALSE;
+  INT_PTR handled = FALSE;
+  Guarded(*dialog, [&] { handled = HandleDialog(*dialog, message, wParam, lParam); });
+  return handled;
+}
+
+/// While it stands, windows get the looks that this module's manifest asks for, whatever the host's own look. Without
+/// a manifest nothing changes.
+struct OwnLooks {
+  HANDLE context = INVALID_HANDLE_VALUE;
+  ULONG_PTR cookie = 0;
+  bool active = false;
+
+  OwnLooks() {
+    ACTCTXW request{};
+    request.cbSize = sizeof request;
+    request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    request.hModule = ThisModule();
+    request.lpResourceName = ISOLATIONAWARE_MANIFEST_RESOURCE_ID;
+    context = CreateActCtxW(&request);
+    active = context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &cookie);
+  }
+  OwnLooks(const OwnLooks&) = delete;
+  OwnLooks& operator=(const OwnLooks&) = delete;
+  ~OwnLooks() {
+    if (active) DeactivateActCtx(0, cookie);
+    if (context != INVALID_HANDLE_VALUE) ReleaseActCtx(context);
+  }
+};
+
+}  // namespace
+
+LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto control = static_cast<Control*>(GetPropW(window, kControlProperty));
+  if (!control || !control->classProcedure) return DefWindowProcW(window, message, wParam, lParam);
+  const WNDPROC classProcedure = control->classProcedure;
+  LRESULT result = 0;
+  if (message == WM_NCDESTROY) {
+    RemovePropW(window, kControlProperty);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(classProcedure));
+  } else if (control->procedure && IsPrivate(message)) {
+    Guarded(*control->dialog, [&] {
+      result = control->procedure(*control->dialog, control->id, {message, wParam, lParam});
+    });
+    return result;
+  } else if (control->procedure && IsDrawn(control->kind) && HandleDrawn(*control, message, wParam, lParam, result)) {
+    return result;
+  }
+  return CallWindowProcW(classProcedure, window, message, wParam, lParam);
+}
+
+std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
+  const OwnLooks looks;
+  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_BAR_CLASSES};
+  if (!InitCommonControlsEx(&classes) || !RegisterDrawnClass()) return -1;
+  Dialog dialog;
+  dialog.source = &dialogTemplate;
+  dialog.procedure = procedure;
+  dialog.parameter = parameter;
+  Dialog* const outer = std::exchange(innermost, &dialog);
+  INT_PTR result = -1;
+  try {
+    const std::vector<std::uint16_t> inMemory = TemplateInMemory(dialogTemplate);
+    const HWND above = owner ? static_cast<HWND>(owner) : outer ? outer->window : nullptr;
+    result = DialogBoxIndirectParamW(ThisModule(), reinterpret_cast<const DLGTEMPLATE*>(inMemory.data()), above,
+                                     DialogWindowProcedure, reinterpret_cast<LPARAM>(&dialog));
+    if (owner) UpdateWindow(above);
+  } catch (const std::bad_alloc&) {
+    result = -1;
+  }
+  innermost = outer;
+  UnregisterDrawnClass();
+  if (dialog.error) std::rethrow_exception(dialog.error);
+  return result;
+}
+
+void EndDialog(Dialog& dialog, std::int64_t result) {
+  dialog.ended = true;
+  ::EndDialog(dialog.window, static_cast<INT_PTR>(result));
+}
+
+bool HasEnded(const Dialog& dialog) { return dialog.ended; }
+
+std::int64_t SendToControl(Dialog& dialog, int id, const Message& message) {
+  const Control* control = FindControl(dialog, id);
+  return control && control->procedure ? control->procedure(dialog, id, message) : 0;
+}
+
+std::int64_t Send(Dialog& dialog, const Message& message) {
+  return dialog.procedure ? dialog.procedure(dialog, message) : 0;
+}
+
+void Post(Dialog& dialog, const Message& message) {
+  if (message.number == kMessageCommand) {
+    PostCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
+  } else {
+    PostMessageW(dialog.window, message.number, message.a, message.b);
+  }
+}
+
+// Without a control's window, as a menu's command, so that any id and code passes.
+void PostCommand(Dialog& dialog, int id, int code) {
+  PostMessageW(dialog.window, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(id), static_cast<WORD>(code)), 0);
+}
+
+}  // namespace glyphmotion

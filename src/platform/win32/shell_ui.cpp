@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+// The desktop's own boxes, over the window of the dialog that asks.
+#include "platform/shell_ui.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/dialog.h"
+#include "platform/folders.h"
+#include "platform/win32/wide_text.h"
+#include "platform/win32/windows_headers.h"
+// After windows.h:
+#include <commdlg.h>
+#include <shellapi.h>
+
+namespace glyphmotion {
+namespace {
+
+constexpr int kLongestPath = 1024;
+
+HWND OwnerWindow(Dialog* owner) {
+  return owner ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(WindowOf(*owner))) : GetActiveWindow();
+}
+
+std::wstring TitleOf(Dialog* owner) { return WideOf(owner ? DialogTitle(*owner) : "Glyphmotion #4"); }
+
+// --- File dialogs ---
+
+/// The hook's window is a child of the dialog whose size it keeps.
+UINT_PTR CALLBACK SizeFileDialog(HWND window, UINT message, WPARAM, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    const auto* dialog = reinterpret_cast<const OPENFILENAMEW*>(lParam);
+    SetWindowLongPtrW(window, DWLP_USER, dialog->lCustData);
+    return 0;
+  }
+  auto* question = reinterpret_cast<FileQuestion*>(GetWindowLongPtrW(window, DWLP_USER));
+  const HWND dialog = GetParent(window);
+  if (!question || !dialog) return 0;
+  if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == CDN_INITDONE) {
+    if (question->width > 0 && question->height > 0) {
+      SetWindowPos(dialog, nullptr, 0, 0, question->width, question->height,
+                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+  }
+  RECT place;
+  if (message == WM_DESTROY && GetWindowRect(dialog, &place)) {
+    question->width = place.right - place.left;
+    question->height = place.bottom - place.top;
+  }
+  return 0;
+}
+
+/// "GM4 files", "*.GM4", each with its terminator, and one more.
+std::wstring FilterOf(const FileQuestion& question) {
+  std::wstring filter = WideOf(question.filterName);
+  filter += L'\0';
+  filter += L"*." + WideOf(question.extension);
+  filter += L'\0';
+  return filter;
+}
+
+// --- The name prompt ---
+
+constexpr int kNameField = 100;
+constexpr ControlTemplate kNameControls[] = {
+    {ControlKind::Edit, kNameField, "", 7, 7, 186, 13},
+    {ControlKind::DefaultButton, IDOK, "OK", 77, 27, 55, 14},
+    {ControlKind::Button, IDCANCEL, "Cancel", 138, 27, 55, 14},
+};
+constexpr DialogTemplate kNamePrompt = {1, "", 200, 48, kNameControls};
+
+struct NameQuestion {
+  const std::string* title;
+  std::string name;
+};
+
+std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
+  static NameQuestion* question = nullptr;  // one prompt at a time
+  if (message.number == kMessageInitialise) {
+    question = PointerOf<NameQuestion>(message.b);
+    SetDialogTitle(dialog, *question->title);
+    SetText(dialog, kNameField, question->name);
+    SetFocus(dialog, kNameField);
+    return 0;
+  }
+  if (message.number != kMessageCommand || (message.a != IDOK && message.a != IDCANCEL)) return 0;
+  question->name = GetText(dialog, kNameField);
+  EndDialog(dialog, message.a == IDOK);
+  return 1;
+}
+
+// --- Menus ---
+
+struct OwnedMenu {
+  HMENU handle = CreatePopupMenu();
+  OwnedMenu() = default;
+  OwnedMenu(const OwnedMenu&) = delete;
+  OwnedMenu& operator=(const OwnedMenu&) = delete;
+  ~OwnedMenu() { DestroyMenu(handle); }
+};
+
+/// On the screen: a place of the control, or where the pointer is.
+POINT MenuPlace(Dialog* owner, int control, int x, int y) {
+  POINT place{};
+  if (!owner || !control) {
+    GetCursorPos(&place);
+    return place;
+  }
+  const ControlRectangle rectangle = RectangleOf(*owner, control);
+  place = {rectangle.left + x, rectangle.top + y};
+  ClientToScreen(OwnerWindow(owner), &place);
+  return place;
+}
+
+}  // namespace
+
+bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons) {
+  const UINT style = buttons == MessageButtons::YesNo ? MB_YESNO | MB_ICONQUESTION : MB_OK | MB_ICONINFORMATION;
+  const int answer = MessageBoxW(OwnerWindow(owner), WideOf(text).c_str(), TitleOf(owner).c_str(), style);
+  return answer == IDOK || answer == IDYES;
+}
+
+std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
+  const std::wstring filter = FilterOf(question), folder = WideOf(question.folder),
+                     extension = WideOf(question.extension), name = WideOf(question.fileName);
+  wchar_t path[kLongestPath] = L"";
+  std::copy_n(name.data(), std::min<std::size_t>(name.size(), kLongestPath - 1), path);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = OwnerWindow(owner);
+  dialog.lpstrFilter = filter.c_str();
+  dialog.lpstrFile = path;
+  dialog.nMaxFile = kLongestPath;
+  dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
+  dialog.lpstrDefExt = extension.c_str();
+  dialog.lCustData = reinterpret_cast<LPARAM>(&question);
+  dialog.lpfnHook = SizeFileDialog;
+  dialog.Flags = OFN_EXPLORER | OFN_ENABLEHOOK | OFN_ENABLESIZING | OFN_HIDEREADONLY | OFN_NOCHANGEDIR |
+                 (question.save ? OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST : OFN_FILEMUSTEXIST);
+  const BOOL chosen = question.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
+  if (!chosen) return std::nullopt;
+  return NarrowOf(path);
+}
+
+std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start) {
+  static COLORREF own[16] = {};
+  CHOOSECOLORW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = OwnerWindow(owner);
+  dialog.rgbResult = start & 0xFFFFFF;
+  dialog.lpCustColors = own;
+  dialog.Flags = CC_RGBINIT | CC_FULLOPEN;
+  if (!ChooseColorW(&dialog)) return std::nullopt;
+  return std::uint32_t{dialog.rgbResult} & 0xFFFFFF;
+}
+
+std::optional<std::string> AskName(Dialog* owner, const std::string& title, const std::string& start) {
+  NameQuestion question{&title, start};
+  if (RunModal(kNamePrompt, OwnerWindow(owner), NameProcedure, &question) != 1) return std::nullopt;
+  return question.name;
+}
+
+int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items) {
+  const OwnedMenu menu;
+  for (const MenuItem& item : items) {
+    AppendMenuW(menu.handle, MF_STRING | (item.checked ? MF_CHECKED : 0), static_cast<UINT_PTR>(item.id),
+                WideOf(item.text).c_str());
+  }
+  const POINT place = MenuPlace(owner, control, x, y);
+  return TrackPopupMenu(menu.handle, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON, place.x, place.y, 0,
+                        OwnerWindow(owner), nullptr);
+}
+
+/// The page lies beside the library. The shell opens files, not places within them, so a topic is passed by a file
+/// address.
+bool ShowHelpPage(const std::string& reference) {
+  const std::string page = reference.substr(0, reference.find('#'));
+  const std::string path = JoinPath(OwnFolder(), page);
+  if (page.empty() || GetFileAttributesW(WideOf(path).c_str()) == INVALID_FILE_ATTRIBUTES) return false;
+  std::string address = "file:///" + path + reference.substr(page.size());
+  std::replace(address.begin(), address.end(), '\\', '/');
+  const auto result = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(GetActiveWindow(), L"open", WideOf(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  return result > 32;  // the values up to there are errors
+}
+
+void SetWaitCursor(bool wait) {
+  static int depth = 0;
+  static HCURSOR before = nullptr;
+  if (wait) {
+    if (!depth++) before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  } else if (depth && !--depth) {
+    SetCursor(before);
+  }
+}
+
+bool IsShiftDown() { return GetKeyState(VK_SHIFT) < 0; }
+
+std::uint32_t GetSystemColour(SystemColour colour) {
+  switch (colour) {
+    case SystemColour::ButtonFace:
+      return GetSysColor(COLOR_BTNFACE);
+    case SystemColour::ButtonShadow:
+      return GetSysColor(COLOR_BTNSHADOW);
+    case SystemColour::ButtonText:
+      return GetSysColor(COLOR_BTNTEXT);
+    case SystemColour::DarkShadow:
+      return GetSysColor(COLOR_3DDKSHADOW);
+    case SystemColour::Highlight:
+      return GetSysColor(COLOR_BTNHIGHLIGHT);
+    case SystemColour::Light3D:
+      return GetSysColor(COLOR_3DLIGHT);
+    case SystemColour::WindowText:
+      return GetSysColor(COLOR_WINDOWTEXT);
+    case SystemColour::Window:
+      return GetSysColor(COLOR_WINDOW);
+  }
+  return 0;
+}
+
+void ScreenSize(int& width, int& height) {
+  width = GetSystemMetrics(SM_CXSCREEN);
+  height = GetSystemMetrics(SM_CYSCREEN);
+}
+
+}  // namespace glyphmotion
