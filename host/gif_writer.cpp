@@ -6,10 +6,15 @@
 //   1. the crop: the box around what the frame changes, and around what has to be cleared after it;
 //   2. in the crop, a pixel that stays as it was is free: it may be written as its colour or as the transparent index;
 //   3. ids become palette slots, in the common palette if there is room, otherwise in one of the frame's own;
-//   4. compression with and without the freedom; the smaller result is kept.
+//   4. compression with and without the freedom; the smaller result is kept. Attempts are only counted, and given up
+//   once
+//      they are longer than the best; which of them are made is decided by what won for the frames before.
+//
+// The palette's slots are put in order, and the codes packed, when all frames are known.
 #include "host/gif_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <optional>
 #include <unordered_map>
@@ -265,6 +270,7 @@ struct GifWriter::State {
 
   Method lastMethod = Method::Plain;
   LzwMode lastMode;
+  double freeShareOfTrial = 0;
   int trialCountdown = 0, trialPeriod = 1;  // frames until the other ways are tried again
 };
 
@@ -556,11 +562,16 @@ void GifWriter::State::Try(Method method, LzwMode mode, Plan& plan, Result& resu
 }
 
 // The shortest of what the freedom allows, into `best`. Neighbouring frames are alike and trying costs time: so the
-// way that won last is taken, and the others are tried again the more seldom the longer it stands.
+// way that won last is taken, and the others are tried again the more seldom the longer it stands, or when much more or
+// less of the frame is free.
 void GifWriter::State::Compress(Plan& plan) {
   constexpr int kLongestPeriod = 8;     // frames
   constexpr std::size_t kSmall = 2048;  // pixels
-  const bool trial = symbols.size() < kSmall || trialCountdown-- <= 0;
+  constexpr double kOtherKind = 0.2;    // change of the share of free pixels
+  const double freeShare =
+      static_cast<double>(std::count(free.begin(), free.end(), 1)) / static_cast<double>(free.size());
+  const bool another = std::abs(freeShare - freeShareOfTrial) > kOtherKind;
+  const bool trial = symbols.size() < kSmall || another || trialCountdown-- <= 0;
   Result result;
   if (plan.choice) {
     Try(lastMethod, lastMode, plan, result);
@@ -578,6 +589,7 @@ void GifWriter::State::Compress(Plan& plan) {
     }
   }
   if (trial && symbols.size() >= kSmall) {
+    freeShareOfTrial = freeShare;
     const bool stands = result.mode == lastMode && (!plan.choice || result.method == lastMethod);
     trialPeriod = stands ? std::min(trialPeriod * 2, kLongestPeriod) : std::max(trialPeriod / 4, 1);
     // The first frame is no model for the others: they have one before them.
