@@ -37,13 +37,14 @@ Box Union(const Box& a, const Box& b) {
   return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
 }
 
-// The box around all places where `differs(row a, row b, x)`; rows are scanned from both ends.
+// The box around all places where `differs(a, b)`, which is false for equal ids; rows are scanned from both ends.
 template <typename Differs>
 Box BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int height, Differs differs) {
   Box box{width, height, 0, 0};
   for (int y = 0; y < height; ++y) {
     const Id* rowA = a.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
     const Id* rowB = b.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    if (std::memcmp(rowA, rowB, sizeof(Id) * static_cast<std::size_t>(width)) == 0) continue;
     int left = 0, right = width;
     while (left < width && !differs(rowA[left], rowB[left])) ++left;
     if (left == width) continue;
@@ -118,10 +119,10 @@ enum Disposal { kKeep = 1, kToBackground = 2 };
 struct WrittenFrame {
   Box crop;
   Disposal disposal = kKeep;
-  int delay = 0, codeSize = 2, wildcard = -1;
+  int delay = 0, wildcard = -1;
   std::optional<Slots> own;             // the frame's own palette
   std::vector<std::uint8_t> usedSlots;  // of the common palette, without the wildcard
-  std::vector<std::uint8_t> codes;
+  LzwCodes codes;
 };
 
 // The frames by the number of their colours, fewest first, each adding the colours that are not yet placed: so the
@@ -151,9 +152,24 @@ int CodeSize(int largest) {
   return bits;
 }
 
-// Gives a frame's literals their new slots, and a wildcard that is free among them. False when the codes would not fit
-// any more.
-bool Renumber(WrittenFrame& frame, const std::array<std::uint8_t, 256>& newSlot) {
+// A frame's bytes.
+struct PackedFrame {
+  int codeSize = 2, wildcard = -1;
+  std::vector<std::uint8_t> bytes;
+};
+
+// Packs a frame as it is.
+PackedFrame Pack(const WrittenFrame& frame) {
+  std::array<std::uint8_t, 256> same{};
+  for (std::size_t i = 0; i < same.size(); ++i) same[i] = static_cast<std::uint8_t>(i);
+  PackedFrame packed{frame.codes.minCodeSize, frame.wildcard, {}};
+  PackLzw(frame.codes, packed.codeSize, same, packed.bytes);
+  return packed;
+}
+
+// Packs a frame with new slots for its literals, and a wildcard that is free among them. False when the codes would
+// not fit any more.
+bool PackRenumbered(const WrittenFrame& frame, const std::array<std::uint8_t, 256>& newSlot, PackedFrame& packed) {
   std::array<std::uint8_t, 256> literal{};
   std::array<bool, 257> taken{};
   int largest = 0;
@@ -165,30 +181,27 @@ bool Renumber(WrittenFrame& frame, const std::array<std::uint8_t, 256>& newSlot)
   if (frame.wildcard >= 0) {
     const auto gap = static_cast<int>(std::find(taken.begin(), taken.end(), false) - taken.begin());
     literal[static_cast<std::size_t>(frame.wildcard)] = static_cast<std::uint8_t>(gap);
-    frame.wildcard = gap;
+    packed.wildcard = gap;
     largest = std::max(largest, gap);
   }
-  std::vector<std::uint8_t> codes;
-  if (!RenumberLzw(frame.codes, frame.codeSize, CodeSize(largest), literal, codes)) return false;
-  frame.codes.swap(codes);
-  frame.codeSize = CodeSize(largest);
-  return true;
+  packed.codeSize = CodeSize(largest);
+  return PackLzw(frame.codes, packed.codeSize, literal, packed.bytes);
 }
 
-void PutFrame(std::vector<std::uint8_t>& out, const WrittenFrame& frame) {
-  const bool transparent = frame.wildcard >= 0;
+void PutFrame(std::vector<std::uint8_t>& out, const WrittenFrame& frame, const PackedFrame& packed) {
+  const bool transparent = packed.wildcard >= 0;
   for (const int byte : {0x21, 0xF9, 4, frame.disposal << 2 | (transparent ? 1 : 0)})
     out.push_back(static_cast<std::uint8_t>(byte));
   PutWord(out, frame.delay);
-  out.push_back(static_cast<std::uint8_t>(std::max(frame.wildcard, 0)));
+  out.push_back(static_cast<std::uint8_t>(std::max(packed.wildcard, 0)));
   out.push_back(0);
   out.push_back(0x2C);
   for (const int value : {frame.crop.left, frame.crop.top, frame.crop.Width(), frame.crop.Height()})
     PutWord(out, value);
   out.push_back(static_cast<std::uint8_t>(frame.own ? 0x80 | (frame.own->Bits() - 1) : 0));
   if (frame.own) PutPalette(out, *frame.own);
-  out.push_back(static_cast<std::uint8_t>(frame.codeSize));
-  PutBlocks(out, frame.codes);
+  out.push_back(static_cast<std::uint8_t>(packed.codeSize));
+  PutBlocks(out, packed.bytes);
 }
 
 }  // namespace
@@ -199,20 +212,25 @@ struct GifWriter::State {
   bool pending = false;
   int pendingDelay = 0;
   ColourIds ids;
+  std::array<Id, 256> idOfIndex{};  // of the last frame's palette
+  std::array<std::uint8_t, 768> lastPalette{};
+  int lastTransparent = -1;
+  bool idsStand = false;
   Slots common;
   std::string comment;
   std::vector<WrittenFrame> encoded;
-  std::vector<std::uint8_t> symbols, free, written, freedom, varied, attempt, best;
+  std::vector<std::uint8_t> symbols, free, written, freedom, varied;
+  LzwCodes attempt, best;
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
-  std::array<Id, 256> IdsOf(const GifFrame& frame);
+  const std::array<Id, 256>& IdsOf(const GifFrame& frame);
   void WritePending(const Box& mustCover, Disposal disposal);
   void Encode(const Box& crop, Disposal disposal);
 
   // Pixels of the crop by colour.
   struct Census {
-    std::vector<std::uint32_t> must, may;  // by id: pixels that change, pixels that stay
+    std::vector<std::uint32_t> must, may;  // by id: pixels that change, pixels that stay; 1 may stand for any number
     bool hasFree = false, hasNothing = false, onlyWildcards = false;
   };
   // How a frame is going to be written.
@@ -224,6 +242,7 @@ struct GifWriter::State {
     bool choice = false;         // some pixels are free
   };
   Census Count(const Box& crop) const;
+  void CountExactly(const Box& crop, Census& census) const;
   static std::vector<Id> ColoursToWrite(Census& census);
   int NearestSlot(const Slots& palette, const std::vector<Id>& used, Id id) const;
   // How free pixels are written: as their colours, as the dictionary likes, so that runs go on, as the wildcard where
@@ -231,22 +250,22 @@ struct GifWriter::State {
   enum class Method { Plain, Choice, Runs, Varied, Wildcards };
   struct Result {
     std::size_t cost = SIZE_MAX;
-    int codeSize = 2;
     Method method = Method::Plain;
     LzwMode mode;
   };
   static void ChooseWildcard(const Census& census, const std::vector<Id>& used, const std::array<bool, 257>& taken,
                              Plan& plan);
   Plan CollectSymbols(const Box& crop, Slots& own);
+  void FillSymbols(const Box& crop, const std::vector<std::uint8_t>& slotOf);
   void MarkVaried();
   std::span<const std::uint8_t> Arrange(Method method, const Plan& plan);
   void Try(Method method, LzwMode mode, Plan& plan, Result& result);
-  int Compress(Plan& plan);
-  void Renumber();
+  void Compress(Plan& plan);
+  std::vector<PackedFrame> PackAll();
 
-  Method lastMethod = Method::Plain, lastMethodOfFrame = Method::Plain;
+  Method lastMethod = Method::Plain;
   LzwMode lastMode;
-  int trialCountdown = 0;
+  int trialCountdown = 0, trialPeriod = 1;  // frames until the other ways are tried again
 };
 
 GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
@@ -259,8 +278,13 @@ GifWriter::GifWriter(GifWriter&&) noexcept = default;
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 
 // The table from palette index to id.
-std::array<Id, 256> GifWriter::State::IdsOf(const GifFrame& frame) {
-  std::array<Id, 256> idOfIndex{};
+const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
+  const bool same = idsStand && frame.transparentIndex == lastTransparent &&
+                    std::equal(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
+  if (same) return idOfIndex;
+  std::copy(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
+  lastTransparent = frame.transparentIndex;
+  idsStand = true;
   for (std::size_t i = 0; i < 256; ++i)
     if (static_cast<int>(i) != frame.transparentIndex) idOfIndex[i] = ids.IdOf(ColourIds::ColourAt(frame.palette, i));
   return idOfIndex;
@@ -275,9 +299,10 @@ void GifWriter::State::Translate(const GifFrame& frame) {
         shown.begin(), shown.end(), [](Id id) { return id != kClear; }, kUnknown);
     before = shown;
     ids = {};
+    idsStand = false;
     common.slotOfId.clear();
   }
-  const std::array<Id, 256> idOfIndex = IdsOf(frame);
+  const Id* idOf = IdsOf(frame).data();
   const int columns = std::min(width, frame.width), rows = std::min(height, frame.height);
   wanted = shown;
   if (frame.standAlone) std::fill(wanted.begin(), wanted.end(), kClear);
@@ -285,7 +310,11 @@ void GifWriter::State::Translate(const GifFrame& frame) {
   for (int y = 0; y < rows; ++y) {
     const std::uint8_t* in = frame.indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame.width);
     Id* out = wanted.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOfIndex[in[x]];
+    if (transparent < 0 || transparent > 255) {
+      for (int x = 0; x < columns; ++x) out[x] = idOf[in[x]];
+    } else {
+      for (int x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOf[in[x]];
+    }
   }
 }
 
@@ -319,7 +348,11 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   Box crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
   if (crop.Empty()) crop = {0, 0, 1, 1};
   Encode(crop, disposal);
-  before = shown;
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t at =
+        static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left);
+    std::copy_n(&shown[at], crop.Width(), &before[at]);
+  }
   if (disposal != kToBackground) return;
   for (int y = crop.top; y < crop.bottom; ++y) {
     Id* row = before.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
@@ -327,26 +360,45 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
   }
 }
 
-// Counts the crop's colours: those that must be written, and those of pixels that stay as they were.
+// Finds the crop's colours: those that must be written, and those of pixels that stay as they were. One store a pixel;
+// how many there are matters only for colours that have no slot yet, and where there are too many.
 GifWriter::State::Census GifWriter::State::Count(const Box& crop) const {
   Census census;
-  census.must.resize(ids.colours.size());
-  census.may.resize(ids.colours.size());
+  const std::size_t count = ids.colours.size();
+  std::vector<std::uint8_t> seen(2 * (count + 1));  // the last one stands for what is no colour
   for (int y = crop.top; y < crop.bottom; ++y) {
     const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
     const Id* was = before.data() + start;
     const Id* is = shown.data() + start;
-    for (int x = crop.left; x < crop.right; ++x) {
-      const bool stays = was[x] == is[x];
-      census.hasFree |= stays;
-      if (is[x] >= kUnknown) {
-        census.hasNothing = true;
-      } else {
-        ++(stays ? census.may : census.must)[is[x]];
-      }
-    }
+    for (int x = crop.left; x < crop.right; ++x)
+      seen[(was[x] == is[x] ? count + 1 : 0) + std::min<std::size_t>(is[x], count)] = 1;
   }
+  const auto middle = seen.begin() + static_cast<std::ptrdiff_t>(count) + 1;
+  census.must.assign(seen.begin(), middle - 1);
+  census.may.assign(middle, seen.end() - 1);
+  census.hasNothing = *(middle - 1) || seen.back();
+  census.hasFree = std::find(middle, seen.end(), 1) != seen.end();
+  std::size_t colours = 0;
+  bool isNew = false;
+  for (std::size_t id = 0; id < count; ++id) {
+    if (!census.must[id] && !census.may[id]) continue;
+    ++colours;
+    isNew |= common.SlotOf(static_cast<Id>(id)) < 0;
+  }
+  if (isNew || colours >= 256) CountExactly(crop, census);
   return census;
+}
+
+void GifWriter::State::CountExactly(const Box& crop, Census& census) const {
+  std::fill(census.must.begin(), census.must.end(), 0u);
+  std::fill(census.may.begin(), census.may.end(), 0u);
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    const Id* was = before.data() + start;
+    const Id* is = shown.data() + start;
+    for (int x = crop.left; x < crop.right; ++x)
+      if (is[x] < kUnknown) ++(was[x] == is[x] ? census.may : census.must)[is[x]];
+  }
 }
 
 // The colours to write, the most frequent first. Usually all of the crop; only those that must be written where that
@@ -420,28 +472,37 @@ GifWriter::State::Plan GifWriter::State::CollectSymbols(const Box& crop, Slots& 
   for (const Id id : used) taken[static_cast<std::size_t>(plan.slots->SlotOf(id))] = true;
   ChooseWildcard(census, used, taken, plan);
 
-  std::vector<std::uint8_t> slotOf(ids.colours.size());
-  for (std::size_t id = 0; id < slotOf.size(); ++id) {
+  const std::size_t count = ids.colours.size();
+  std::vector<std::uint8_t> slotOf(count + 1, static_cast<std::uint8_t>(plan.wildcard));
+  for (std::size_t id = 0; id < count; ++id) {
     const int slot = census.must[id] || census.may[id] ? plan.slots->SlotOf(static_cast<Id>(id)) : 0;
     const bool given = slot >= 0 && taken[static_cast<std::size_t>(slot)];
     slotOf[id] = static_cast<std::uint8_t>(
         given || !census.must[id] ? std::max(slot, 0) : NearestSlot(*plan.slots, used, static_cast<Id>(id)));
   }
-  symbols.resize(static_cast<std::size_t>(crop.Width()) * static_cast<std::size_t>(crop.Height()));
-  free.resize(symbols.size());
-  std::size_t i = 0;
-  for (int y = crop.top; y < crop.bottom; ++y) {
-    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    const Id* was = before.data() + start;
-    const Id* is = shown.data() + start;
-    for (int x = crop.left; x < crop.right; ++x, ++i) {
-      const bool stays = was[x] == is[x];
-      const bool nothing = is[x] >= kUnknown || (stays && census.onlyWildcards);
-      symbols[i] = nothing ? static_cast<std::uint8_t>(plan.wildcard) : slotOf[is[x]];
-      free[i] = stays;
-    }
-  }
+  FillSymbols(crop, slotOf);
+  if (census.onlyWildcards)
+    for (std::size_t i = 0; i < symbols.size(); ++i)
+      if (free[i]) symbols[i] = static_cast<std::uint8_t>(plan.wildcard);
   return plan;
+}
+
+// `slotOf`: by id; the last one for what is no colour.
+void GifWriter::State::FillSymbols(const Box& crop, const std::vector<std::uint8_t>& slotOf) {
+  const auto columns = static_cast<std::size_t>(crop.Width());
+  symbols.resize(columns * static_cast<std::size_t>(crop.Height()));
+  free.resize(symbols.size());
+  const unsigned last = static_cast<unsigned>(slotOf.size()) - 1;
+  const std::uint8_t* slots = slotOf.data();
+  std::uint8_t* symbol = symbols.data();
+  std::uint8_t* stays = free.data();
+  for (int y = crop.top; y < crop.bottom; ++y, symbol += columns, stays += columns) {
+    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    const Id* was = before.data() + start + crop.left;
+    const Id* is = shown.data() + start + crop.left;
+    for (std::size_t x = 0; x < columns; ++x) stays[x] = was[x] == is[x];
+    for (std::size_t x = 0; x < columns; ++x) symbol[x] = slots[std::min<unsigned>(is[x], last)];
+  }
 }
 
 // Marks the runs of free pixels that change colour often: the edges of letters that stand still, for example. Their
@@ -461,7 +522,6 @@ void GifWriter::State::MarkVaried() {
 // Arranges `symbols` for a method into `written`, and gives the pixels that the compressor may choose for.
 std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Plan& plan) {
   written = symbols;
-  if (method == Method::Plain) return {};
   const auto wildcard = static_cast<std::uint8_t>(plan.wildcard);
   const int reach = 1 << plan.codeSize;
   freedom = free;
@@ -480,65 +540,66 @@ std::span<const std::uint8_t> GifWriter::State::Arrange(Method method, const Pla
 }
 
 void GifWriter::State::Try(Method method, LzwMode mode, Plan& plan, Result& result) {
-  const std::span<const std::uint8_t> choices = Arrange(method, plan);
   const bool plain = method == Method::Plain;
+  const std::span<const std::uint8_t> choices = plain ? std::span<const std::uint8_t>{} : Arrange(method, plan);
   const int codeSize = plain ? CodeSize(*std::max_element(symbols.begin(), symbols.end())) : plan.codeSize;
-  attempt.clear();
-  CompressLzw(written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, mode, attempt);
   // A palette that has to grow for the transparent index is paid back over some frames.
   const bool grows = !plain && plan.wildcard >= 1 << plan.slots->Bits();
-  const std::size_t cost = attempt.size() + (grows ? (std::size_t{3} << plan.slots->Bits()) / 8 : 0);
+  const std::size_t extra = grows ? (std::size_t{3} << plan.slots->Bits()) / 8 : 0;
+  const std::size_t limit = result.cost == SIZE_MAX ? SIZE_MAX : result.cost * 8;  // bits that cannot win any more
+  CompressLzw(plain ? symbols : written, choices, static_cast<std::uint8_t>(plan.wildcard), codeSize, mode, limit,
+              attempt);
+  const std::size_t cost = (attempt.bits + 7) / 8 + extra;
   if (cost >= result.cost) return;
-  best.swap(attempt);
-  result = {cost, codeSize, method, mode};
+  std::swap(best, attempt);
+  result = {cost, method, mode};
 }
 
-// The shortest of what the freedom allows, into `best`. What won last goes first; the other ways are tried again from
-// time to time, because neighbouring frames are alike and trying costs time.
-int GifWriter::State::Compress(Plan& plan) {
-  constexpr int kTrialPeriod = 4;
-  constexpr std::size_t kSmall = 8192;  // pixels
+// The shortest of what the freedom allows, into `best`. Neighbouring frames are alike and trying costs time: so the
+// way that won last is taken, and the others are tried again the more seldom the longer it stands.
+void GifWriter::State::Compress(Plan& plan) {
+  constexpr int kLongestPeriod = 8;     // frames
+  constexpr std::size_t kSmall = 2048;  // pixels
   const bool trial = symbols.size() < kSmall || trialCountdown-- <= 0;
   Result result;
   if (plan.choice) {
+    Try(lastMethod, lastMode, plan, result);
     for (const Method method : {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Wildcards})
-      if (trial || method == lastMethod) Try(method, lastMode, plan, result);
+      if (trial && method != lastMethod) Try(method, lastMode, plan, result);
   } else {
     Try(Method::Plain, lastMode, plan, result);
   }
   if (trial) {
-    const bool overflows = best.size() > 3800;  // about what fills the dictionary
-    for (const LzwMode mode : {LzwMode{false, true}, LzwMode{false, false}, LzwMode{true, true}, LzwMode{true, false}})
-      if (mode != lastMode && (overflows || !mode.clearWhenFull)) Try(result.method, mode, plan, result);
+    const bool overflows = best.bits > 30400;  // about what fills the dictionary
+    for (const LzwMode mode :
+         {LzwMode{false, true}, LzwMode{false, false}, LzwMode{true, true}, LzwMode{true, false}}) {
+      const bool twin = result.method == Method::Choice && mode.lookahead != lastMode.lookahead;
+      if (mode != lastMode && !twin && (overflows || !mode.clearWhenFull)) Try(result.method, mode, plan, result);
+    }
+  }
+  if (trial && symbols.size() >= kSmall) {
+    const bool stands = result.mode == lastMode && (!plan.choice || result.method == lastMethod);
+    trialPeriod = stands ? std::min(trialPeriod * 2, kLongestPeriod) : std::max(trialPeriod / 4, 1);
+    // The first frame is no model for the others: they have one before them.
+    trialCountdown = encoded.empty() ? 0 : trialPeriod - 1;
   }
   lastMode = result.mode;
-  lastMethodOfFrame = result.method;
   if (plan.choice) lastMethod = result.method;
-  // The first frame is no model for the others: they have one before them.
-  if (trialCountdown < 0) trialCountdown = encoded.empty() ? 0 : kTrialPeriod - 1;
   plan.needsWildcard = plan.needsWildcard || result.method != Method::Plain;
-  return result.codeSize;
 }
 
 void GifWriter::State::Encode(const Box& crop, Disposal disposal) {
   Slots own;
   Plan plan = CollectSymbols(crop, own);
   WrittenFrame frame;
-  frame.codeSize = Compress(plan);
+  Compress(plan);
   frame.crop = crop;
   frame.disposal = disposal;
   frame.delay = pendingDelay;
   if (plan.needsWildcard) frame.wildcard = plan.wildcard;
   if (frame.wildcard >= 0) plan.slots->Reserve(frame.wildcard + 1);
   frame.codes = best;
-  Arrange(lastMethodOfFrame, plan);
-  std::array<bool, 256> used{};
-  if (lastMethodOfFrame == Method::Choice) {
-    for (std::size_t i = 0; i < symbols.size(); ++i)
-      used[symbols[i]] = used[symbols[i]] || symbols[i] < 1 << plan.codeSize;
-  } else {
-    for (const std::uint8_t symbol : written) used[symbol] = true;
-  }
+  const std::array<bool, 256> used = LiteralsOf(best);
   for (std::size_t slot = 0; slot < used.size(); ++slot)
     if (used[slot] && static_cast<int>(slot) != frame.wildcard)
       frame.usedSlots.push_back(static_cast<std::uint8_t>(slot));
@@ -546,28 +607,36 @@ void GifWriter::State::Encode(const Box& crop, Disposal disposal) {
   encoded.push_back(std::move(frame));
 }
 
-// Renumbers the common palette, when all frames can follow.
-void GifWriter::State::Renumber() {
+// Packs all frames, with the common palette renumbered when all can follow.
+std::vector<PackedFrame> GifWriter::State::PackAll() {
   const auto newSlot = OrderSlots(encoded, common.colours.size());
-  std::vector<WrittenFrame> frames = encoded;
+  std::vector<PackedFrame> frames;
   int entries = static_cast<int>(common.colours.size());
-  for (WrittenFrame& frame : frames) {
+  bool follows = true;
+  for (const WrittenFrame& frame : encoded) {
+    frames.push_back(frame.own ? Pack(frame) : PackedFrame{});
     if (frame.own) continue;
-    if (!glyphmotion::Renumber(frame, newSlot)) return;
-    entries = std::max(entries, frame.wildcard + 1);
+    follows = PackRenumbered(frame, newSlot, frames.back());
+    if (!follows) break;
+    entries = std::max(entries, frames.back().wildcard + 1);
   }
-  encoded.swap(frames);
+  if (!follows) {
+    frames.clear();
+    for (const WrittenFrame& frame : encoded) frames.push_back(Pack(frame));
+    return frames;
+  }
   std::vector<std::uint32_t> colours(common.colours.size());
   for (std::size_t slot = 0; slot < colours.size(); ++slot) colours[newSlot[slot]] = common.colours[slot];
   common.colours.swap(colours);
   common.reserved = entries;
+  return frames;
 }
 
 std::vector<std::uint8_t> GifWriter::Finish() {
   State& s = *state_;
   s.WritePending({}, kKeep);
   if (s.encoded.empty()) return {};
-  s.Renumber();
+  const std::vector<PackedFrame> packed = s.PackAll();
   std::vector<std::uint8_t> file = {'G', 'I', 'F', '8', '9', 'a'};
   PutWord(file, s.width);
   PutWord(file, s.height);
@@ -580,7 +649,7 @@ std::vector<std::uint8_t> GifWriter::Finish() {
                                                 'E',  '2',  '.', '0', 3,   1,   0,   0,   0};
     file.insert(file.end(), std::begin(kForever), std::end(kForever));
   }
-  for (const WrittenFrame& frame : s.encoded) PutFrame(file, frame);
+  for (std::size_t i = 0; i < packed.size(); ++i) PutFrame(file, s.encoded[i], packed[i]);
   if (!s.comment.empty()) {
     file.push_back(0x21);
     file.push_back(0xFE);

@@ -1,68 +1,60 @@
 // SPDX-License-Identifier: MIT
-// The dictionary is a trie of strings. Two tables serve it: `repeat` gives the child of a node by the node's own last
-// symbol, which carries runs of one colour at one load a pixel; a small hash table gives all other children.
+// The dictionary is a trie of strings: one small hash table, which stays in the nearest cache, holds the child of each
+// node by symbol. Codes are collected unpacked, and their length in bits is only counted: of several attempts at a
+// frame all but one are thrown away, and the winner may still change its literals before it is packed.
 #include "host/lzw.h"
 
-#include <array>
-#include <cstring>
+#include <algorithm>
 
 namespace glyphmotion {
 namespace {
 
 constexpr unsigned kCodes = 4096;
 constexpr unsigned kHashBits = 13;
-constexpr std::uint16_t kNone = 0xFFFF;
+constexpr unsigned kNone = 0xFFFF;
 
 struct Dictionary {
   std::array<std::uint32_t, 1u << kHashBits> table;  // (prefix << 8 | symbol) << 12 | code; codes are never 0 here
-  std::array<std::uint16_t, kCodes> repeat;
-  std::array<std::uint8_t, kCodes> last;
 
-  void Clear(unsigned symbols) {
-    table.fill(0);
-    repeat.fill(kNone);
-    for (unsigned i = 0; i < symbols; ++i) last[i] = static_cast<std::uint8_t>(i);
+  void Clear() { table.fill(0); }
+  // Little stands between one node and the next: only the symbol, which is known long before, is multiplied.
+  static unsigned Slot(unsigned node, unsigned symbol) {
+    return node << 1 ^ (symbol * 0x9E3779B1u) >> (32 - kHashBits);
   }
-  static unsigned Slot(unsigned key) { return (key * 0x9E3779B1u) >> (32 - kHashBits); }
 
   unsigned Child(unsigned node, unsigned symbol) const {
-    if (last[node] == symbol) return repeat[node];
     const unsigned key = node << 8 | symbol;
-    for (unsigned slot = Slot(key);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
+    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
       const std::uint32_t entry = table[slot];
-      if (entry >> 12 == key && entry) return entry & 0xFFF;
       if (!entry) return kNone;
+      if (entry >> 12 == key) return entry & 0xFFF;
     }
   }
   void Insert(unsigned node, unsigned symbol, unsigned code) {
-    last[code] = static_cast<std::uint8_t>(symbol);
-    if (last[node] == symbol) {
-      repeat[node] = static_cast<std::uint16_t>(code);
-      return;
-    }
     const unsigned key = node << 8 | symbol;
-    unsigned slot = Slot(key);
+    unsigned slot = Slot(node, symbol);
     while (table[slot]) slot = (slot + 1) & ((1u << kHashBits) - 1);
     table[slot] = key << 12 | code;
   }
 };
 
+// Writes to memory that has room for eight bytes more than what is put.
 struct BitWriter {
-  std::vector<std::uint8_t>& out;
+  std::uint8_t* to;
   std::uint64_t bits = 0;
   unsigned count = 0;
 
   void Put(unsigned code, unsigned width) {
     bits |= std::uint64_t{code} << count;
     count += width;
-    if (count < 32) return;
-    for (int i = 0; i < 4; ++i) out.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
-    bits >>= 32;
-    count -= 32;
+    if (count >= 32) PutBytes(4);
   }
-  void Flush() {
-    for (; count > 0; count -= count < 8 ? count : 8, bits >>= 8) out.push_back(static_cast<std::uint8_t>(bits));
+  void PutBytes(unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i) *to++ = static_cast<std::uint8_t>(bits >> (8 * i));
+    bits >>= 8 * bytes;
+    count = count > 8 * bytes ? count - 8 * bytes : 0;
   }
+  void Flush() { PutBytes((count + 7) / 8); }
 };
 
 // Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
@@ -87,31 +79,46 @@ struct ClearPolicy {
   }
 };
 
-// Emits codes and keeps the code width in step with what a decoder has.
+unsigned FirstWidth(unsigned clear) {
+  unsigned width = 1;
+  while ((1u << width) <= clear) ++width;
+  return width;
+}
+
+// Collects codes and keeps the code width in step with what a decoder has.
 class CodeStream {
  public:
-  CodeStream(Dictionary& dictionary, int minCodeSize, bool clearWhenFull, std::vector<std::uint8_t>& out)
+  CodeStream(Dictionary& dictionary, int minCodeSize, bool clearWhenFull, std::size_t symbols, std::size_t limit,
+             LzwCodes& out)
       : dictionary_(dictionary),
-        writer_{out},
+        out_(out),
         policy_{clearWhenFull},
+        limit_(limit),
         clear_(1u << minCodeSize),
-        width_(MinimumWidth()) {
+        width_(FirstWidth(clear_)) {
+    // A clear stands for at least a thousand symbols, or it is the first or the last code.
+    out.codes.resize(symbols + symbols / 1000 + 4);
+    to_ = out.codes.data();
+    out.minCodeSize = minCodeSize;
     Restart();
   }
   void Restart() {
-    writer_.Put(clear_, width_);
-    dictionary_.Clear(clear_);
+    Put(clear_);
+    dictionary_.Clear();
     next_ = clear_ + 2;
-    width_ = MinimumWidth();
+    width_ = FirstWidth(clear_);
   }
-  void Put(unsigned node) { writer_.Put(node, width_); }
+  void Put(unsigned node) {
+    *to_++ = static_cast<std::uint16_t>(node);
+    bits_ += width_;
+  }
+  bool TooLong() const { return bits_ > limit_; }
   bool Full() const { return next_ == kCodes; }
   unsigned Next() const { return next_; }
   // The string of `node` and one more symbol becomes a string. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     dictionary_.Insert(node, symbol, next_);
-    if (next_ == 1u << width_) ++width_;
-    if (++next_ == kCodes) policy_.Full(position);
+    Skip(position);
   }
   // The decoder adds a string that stands already.
   void Skip(std::size_t position) {
@@ -122,26 +129,24 @@ class CodeStream {
   // The decoder adds a string for the last code too, whatever it may be.
   void End() {
     if (next_ < kCodes && next_ == 1u << width_) ++width_;
-    writer_.Put(clear_ + 1, width_);
-    writer_.Flush();
+    Put(clear_ + 1);
+    out_.codes.resize(static_cast<std::size_t>(to_ - out_.codes.data()));
+    out_.bits = bits_;
   }
 
  private:
-  unsigned MinimumWidth() const {
-    unsigned width = 1;
-    while ((1u << width) <= clear_) ++width;
-    return width;
-  }
-
   Dictionary& dictionary_;
-  BitWriter writer_;
+  LzwCodes& out_;
+  std::uint16_t* to_ = nullptr;
+  std::size_t bits_ = 0;
   ClearPolicy policy_;
+  std::size_t limit_;
   unsigned clear_, next_ = 0, width_ = 0;
 };
 
 void CompressPlain(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, CodeStream& codes) {
   const std::size_t size = symbols.size();
-  for (std::size_t i = 0; i < size;) {
+  for (std::size_t i = 0; i < size && !codes.TooLong();) {
     unsigned node = symbols[i];
     unsigned child = kNone;
     while (++i < size && (child = dictionary.Child(node, symbols[i])) != kNone) node = child;
@@ -178,7 +183,7 @@ void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictiona
                            CodeStream& codes) {
   const std::size_t size = symbols.size();
   Match match = LongestMatch(symbols, dictionary, 0);
-  while (match.end < size) {
+  while (match.end < size && !codes.TooLong()) {
     const std::size_t end = match.end;
     Match next = LongestMatch(symbols, dictionary, end);
     // The string about to be added lengthens the next one if that one stops right there.
@@ -257,7 +262,7 @@ class ChoiceMatcher {
 
 void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& codes) {
   unsigned previous = kNone;
-  for (std::size_t i = 0; i < size;) {
+  for (std::size_t i = 0; i < size && !codes.TooLong();) {
     const std::size_t start = i;
     const Candidate match = matcher.Match(i, previous, codes.Full() ? kNone : codes.Next());
     if (previous != kNone && !codes.Full()) codes.Add(previous, match.first, start);
@@ -274,9 +279,9 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
 }  // namespace
 
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, LzwMode mode, std::vector<std::uint8_t>& out) {
+                 int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out) {
   static thread_local Dictionary dictionary;
-  CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, out);
+  CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
   if (free.empty() && mode.lookahead) {
     CompressWithLookahead(symbols, dictionary, mode.clearWhenFull ? 4 : 1, codes);
   } else if (free.empty()) {
@@ -286,53 +291,36 @@ void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uin
   }
 }
 
-namespace {
+std::array<bool, 256> LiteralsOf(const LzwCodes& codes) {
+  std::array<bool, 4096> seen{};
+  for (const std::uint16_t code : codes.codes) seen[code] = true;
+  std::array<bool, 256> literals{};
+  std::copy_n(seen.begin(), std::size_t{1} << codes.minCodeSize, literals.begin());
+  return literals;
+}
 
-// How many bits the next code has, from the codes so far.
-struct CodeWidth {
-  unsigned clear, next = 0, width = 0;
-  explicit CodeWidth(int minCodeSize) : clear(1u << minCodeSize) { Restart(); }
-  void Restart() {
-    next = clear + 1;  // the first code after a clear adds no string
-    width = 1;
-    while ((1u << width) <= clear) ++width;
-  }
-  void Advance() {
+bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8_t, 256>& literal,
+             std::vector<std::uint8_t>& out) {
+  const unsigned oldClear = 1u << codes.minCodeSize, clear = 1u << minCodeSize;
+  const std::size_t start = out.size();
+  out.resize(start + codes.codes.size() * 12 / 8 + 8);
+  BitWriter writer{out.data() + start};
+  unsigned next = clear + 1, width = FirstWidth(clear);
+  for (const unsigned code : codes.codes) {
+    const unsigned renumbered = code < oldClear ? literal[code] : code - oldClear + clear;
+    if (renumbered >= kCodes) return false;
+    writer.Put(renumbered, width);
+    if (renumbered == clear) {
+      next = clear + 1;  // the first code after a clear adds no string
+      width = FirstWidth(clear);
+      continue;
+    }
     if (next < kCodes) ++next;
     if (next == 1u << width && width < 12) ++width;
   }
-};
-
-}  // namespace
-
-bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
-                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out) {
-  CodeWidth from(minCodeSize), to(newMinCodeSize);
-  BitWriter writer{out};
-  std::uint64_t bits = 0;
-  unsigned count = 0;
-  for (std::size_t i = 0;;) {
-    for (; count < from.width; count += 8) {
-      if (i == compressed.size()) return false;
-      bits |= std::uint64_t{compressed[i++]} << count;
-    }
-    const unsigned code = static_cast<unsigned>(bits) & ((1u << from.width) - 1);
-    bits >>= from.width;
-    count -= from.width;
-    const unsigned renumbered = code < from.clear ? literal[code] : code - from.clear + to.clear;
-    if (renumbered >= kCodes) return false;
-    writer.Put(renumbered, to.width);
-    if (code == from.clear) {
-      from.Restart();
-      to.Restart();
-    } else if (code == from.clear + 1) {
-      writer.Flush();
-      return true;
-    } else {
-      from.Advance();
-      to.Advance();
-    }
-  }
+  writer.Flush();
+  out.resize(static_cast<std::size_t>(writer.to - out.data()));
+  return true;
 }
 
 }  // namespace glyphmotion

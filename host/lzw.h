@@ -21,24 +21,36 @@ struct LzwMode {
   friend bool operator==(const LzwMode&, const LzwMode&) = default;
 };
 
-/// Compresses symbols into codes, least significant bit first, without GIF's sub-blocks.
+/// Codes, not packed yet: literals below 2^minCodeSize, then the clear code, the end code and the strings.
+struct LzwCodes {
+  std::vector<std::uint16_t> codes;
+  std::size_t bits = 0;  ///< what they take when packed
+  int minCodeSize = 2;
+};
+
+/// Compresses symbols into codes.
 ///
-/// symbols   one a pixel, each below 2^minCodeSize.
+/// symbols   one a pixel, each below 2^minCodeSize, at least one.
 /// free      empty, or one flag a pixel: nonzero where `wildcard` says the same as the symbol and may be written
 ///           instead, whichever the dictionary has the longer string for.
 /// minCodeSize  2 to 8.
-/// out       the compressed bytes are appended.
+/// limit     bits past which the attempt is given up: `out` then has more bits than that, and is no whole stream.
+/// out       is replaced; its memory is used again.
 ///
 /// The codes begin with a clear and end with the end code.
 /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, LzwMode mode, std::vector<std::uint8_t>& out);
+                 int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out);
 
-/// Gives the literals of compressed bytes other values, and the codes the width that goes with them. The strings stay.
+/// The symbols that the codes stand for: each must come as a literal before it can be part of a string.
+std::array<bool, 256> LiteralsOf(const LzwCodes& codes);
+
+/// Appends the codes' bytes, least significant bit first, without GIF's sub-blocks.
 ///
-/// literal  the new value of each old one.
+/// minCodeSize  of the bytes; need not be that of the codes.
+/// literal      the value to write for each literal.
 /// Returns false, with `out` unspecified, when the codes would outgrow 4096.
-bool RenumberLzw(std::span<const std::uint8_t> compressed, int minCodeSize, int newMinCodeSize,
-                 const std::array<std::uint8_t, 256>& literal, std::vector<std::uint8_t>& out);
+bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8_t, 256>& literal,
+             std::vector<std::uint8_t>& out);
 
 }  // namespace glyphmotion

@@ -63,7 +63,11 @@ void Changed(Dialog& dialog, int id, FountainSpec& fountain) {
 }
 
 void SaveLine(Dialog& dialog, int id, std::string& line) {
-  if (const auto fountain = LockFountain(dialog, id); fountain) line += HexEncode(fountain.get(), sizeof(FountainSpec));
+  const auto held = LockFountain(dialog, id);
+  if (!held) return;
+  FountainSpec fountain = *held;
+  fountain.Preview = 0;  // a handle means nothing in a stored form
+  line += HexEncode(&fountain, sizeof fountain);
 }
 
 void LoadLine(Dialog& dialog, int id, const std::string& value) {

@@ -81,8 +81,8 @@ bool IsEntry(int i, std::size_t count) { return i >= 0 && static_cast<std::size_
 
 // Textures ------------------------------------------------------------------------------------------------------------
 
-bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& spec) {
-  editor.spec = spec;
+bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
+  editor.parameters = parameters;
   return ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
 }
 
@@ -103,7 +103,7 @@ bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string&
 
 bool SelectTexture(TextureEditor& editor, int i) {
   if (!IsEntry(i, editor.group.textures.size())) return false;
-  editor.spec = editor.group.textures[static_cast<std::size_t>(i)].spec;
+  editor.parameters = editor.group.textures[static_cast<std::size_t>(i)].parameters;
   return true;
 }
 
@@ -121,7 +121,7 @@ bool AddTexture(Dialog* owner, TextureEditor& editor, bool shift) {
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   try {
-    editor.group.textures.push_back({LoadText(kTextNewTexture), editor.spec});
+    editor.group.textures.push_back({LoadText(kTextNewTexture), editor.parameters});
   } catch (const std::bad_alloc&) {
     ShowMessage(owner, LoadText(kTextTextureNotAdded));
     return false;
@@ -220,10 +220,10 @@ std::size_t PlaceOf(const ControlField& field, int control) {
 
 }  // namespace
 
-std::optional<std::int64_t> TextureControlValue(const TextureSpec& spec, int control) {
+std::optional<std::int64_t> TextureControlValue(const TextureSpec& parameters, int control) {
   const ControlField* field = ControlFieldOf(control);
   if (!field) return std::nullopt;
-  const char* place = reinterpret_cast<const char*>(&spec) + PlaceOf(*field, control);
+  const char* place = reinterpret_cast<const char*>(&parameters) + PlaceOf(*field, control);
   if (field->isFloat) {
     float value;
     std::memcpy(&value, place, sizeof(value));
@@ -235,10 +235,10 @@ std::optional<std::int64_t> TextureControlValue(const TextureSpec& spec, int con
   return value;
 }
 
-bool SetTextureControl(TextureSpec& spec, int control, std::int64_t value) {
+bool SetTextureControl(TextureSpec& parameters, int control, std::int64_t value) {
   const ControlField* field = ControlFieldOf(control);
   if (!field) return false;
-  char* place = reinterpret_cast<char*>(&spec) + PlaceOf(*field, control);
+  char* place = reinterpret_cast<char*>(&parameters) + PlaceOf(*field, control);
   if (field->isFloat) {
     const float number = static_cast<float>(value) / 100.0f;
     std::memcpy(place, &number, sizeof(number));

@@ -17,14 +17,14 @@ namespace glyphmotion {
 
 /// The texture dialog's state beside its controls.
 struct TextureEditor {
-  TextureSpec spec;      ///< the copy under work
-  std::string fileName;  ///< of the current group, in the data folder
+  TextureSpec parameters;  ///< the copy under work
+  std::string fileName;    ///< of the current group, in the data folder
   TextureLibrary group;
   bool changed = false;  ///< the group differs from its file
 };
 
 /// Opens the primary group. False after the message about importing.
-bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& spec);
+bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters);
 /// Another group by its name without extension.
 bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name);
 /// Takes entry i over as the texture under work.
@@ -42,8 +42,8 @@ bool SaveTextureGroup(TextureEditor& editor);
 std::span<const int> TextureControls(std::uint32_t type);
 /// The field of a parameter control (a colour, a number or a float), and its value as the edit shows it: floats as
 /// trunc(value * 100). Nothing for the curves 525 to 527 and other controls.
-std::optional<std::int64_t> TextureControlValue(const TextureSpec& spec, int control);
-bool SetTextureControl(TextureSpec& spec, int control, std::int64_t value);
+std::optional<std::int64_t> TextureControlValue(const TextureSpec& parameters, int control);
+bool SetTextureControl(TextureSpec& parameters, int control, std::int64_t value);
 
 /// The tile dialog's state beside its controls. `tile.TileBitmap` is the editor's own copy.
 struct TileEditor {

@@ -42,7 +42,12 @@ bool RenderPreviewAndAverage(Dialog& dialog, int id, Material& material) {
 }
 
 void SaveLine(Dialog& dialog, int id, std::string& line) {
-  if (const auto material = LockMaterial(dialog, id); material) line += HexEncode(material.get(), sizeof(Material));
+  const auto held = LockMaterial(dialog, id);
+  if (!held) return;
+  // Handles mean nothing in a stored form; as zeros they let the same dialog give the same document.
+  Material material = *held;
+  material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
+  line += HexEncode(&material, sizeof material);
 }
 
 // The old block goes without a look at its handles only as far as the new one is concerned: nothing stored in a line is

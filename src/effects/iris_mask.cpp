@@ -106,21 +106,6 @@ constexpr void (*kStyles[])(const Grid& grid) = {DrawSquares,         DrawDiamon
                                                  DrawDiagonalRight,   DrawChevronLeft,   DrawChevronRight};
 static_assert(std::size(kStyles) == kIrisNone);
 
-// The drawing has no colour, so one channel of it is reduced instead of three.
-PackedDib OneChannel(const PackedDib& drawing) {
-  const DibView from(drawing);
-  if (!from) return {};
-  PackedDib mask = BlankMask(from.Width(), from.Height());
-  const DibView to(mask);
-  if (!to) return {};
-  for (int y = 0; y < from.Height(); ++y) {
-    const std::uint8_t* in = from.Row(y);
-    std::uint8_t* out = to.Row(y);
-    for (int x = 0; x < from.Width(); ++x) out[x] = in[3 * x];
-  }
-  return mask;
-}
-
 PackedDib WhiteMask(int width, int height) {
   PackedDib mask = BlankMask(width, height);
   const DibView view(mask);
@@ -148,7 +133,7 @@ PackedDib IrisMask(int width, int height, int style, int size, double phase) noe
   DrawingSurface surface(width * kScale, height * kScale);
   if (!surface) return {};
   kStyles[style](Grid{surface, size * kScale, phase});
-  return ResampleByPercent(OneChannel(surface.End()), 100 / kScale, 100 / kScale);
+  return ResampleByPercent(surface.EndAsMask(), 100 / kScale, 100 / kScale);
 }
 
 PackedDib MixThroughMask(const PackedDib& first, const PackedDib& second, const PackedDib& mask) noexcept {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "image/filters.h"
 #include "image/surface.h"
@@ -69,8 +70,7 @@ void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
   }
 }
 
-// The sweep's strength at every pixel as a mask. The drawing is grey and the reduction treats each channel by itself,
-// so that one channel of it is enough.
+// The sweep's strength at every pixel as a mask.
 PackedDib DrawSweep(const Sweep& sweep) {
   DrawingSurface surface(kScale * sweep.width, kScale * sweep.height);
   if (!surface) return {};
@@ -82,36 +82,15 @@ PackedDib DrawSweep(const Sweep& sweep) {
     const int reach = sweep.height / 10 * kScale;
     surface.FillEllipse({centre.x - reach, centre.y - reach, centre.x + reach, centre.y + reach}, 0);
   }
-  const PackedDib drawing = surface.End();
-  PackedDib mask = BlankMask(kScale * sweep.width, kScale * sweep.height);
-  {
-    const DibView from(drawing), to(mask);
-    if (!from || !to) return {};
-    for (int y = 0; y < to.Height(); ++y) {
-      const std::uint8_t* in = from.Row(y);
-      std::uint8_t* out = to.Row(y);
-      for (int x = 0; x < to.Width(); ++x) out[x] = in[3 * x];
-    }
-  }
+  PackedDib mask = surface.EndAsMask();
   PackedDib reduced = ResampleByPercent(mask, 100 / kScale, 100 / kScale);
   return reduced ? std::move(reduced) : std::move(mask);
 }
 
 bool PaintTrace(const DibView& fill, const DibView& sweep, Colour colour) {
   if (!fill || !sweep) return false;
-  const int red = RedOf(colour), green = GreenOf(colour), blue = BlueOf(colour);
   const int right = std::min(fill.Width(), sweep.Width()), bottom = std::min(fill.Height(), sweep.Height());
-  for (int y = 0; y < bottom; ++y) {
-    const std::uint8_t* level = sweep.Row(y);
-    std::uint8_t* pixel = fill.Row(y);
-    for (int x = 0; x < right; ++x, pixel += 3) {
-      const int a = level[x];
-      if (a == 0) continue;
-      pixel[0] = BlendChannel(pixel[0], blue, a);
-      pixel[1] = BlendChannel(pixel[1], green, a);
-      pixel[2] = BlendChannel(pixel[2], red, a);
-    }
-  }
+  for (int y = 0; y < bottom; ++y) BlendColourMasked(fill.Row(y), sweep.Row(y), right, colour);
   return true;
 }
 

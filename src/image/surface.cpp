@@ -448,4 +448,18 @@ PackedDib DrawingSurface::End() noexcept {
   return std::move(dib_);
 }
 
+PackedDib DrawingSurface::EndAsMask() noexcept {
+  const PackedDib drawing = End();
+  const DibView from(drawing);
+  PackedDib mask = from ? BlankMask(from.Width(), from.Height()) : PackedDib();
+  const DibView to(mask);
+  if (!to) return {};
+  for (int y = 0; y < to.Height(); ++y) {
+    const std::uint8_t* in = from.Row(y);
+    std::uint8_t* out = to.Row(y);
+    for (int x = 0; x < to.Width(); ++x) out[x] = in[3 * x];
+  }
+  return mask;
+}
+
 }  // namespace glyphmotion

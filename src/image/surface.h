@@ -70,6 +70,9 @@ class DrawingSurface {
 
   /// The drawing; the surface is empty afterwards.
   PackedDib End() noexcept;
+  /// The same as a mask of its blue channel, for drawings in grey: filters treat each channel by itself, so that one of
+  /// three is enough.
+  PackedDib EndAsMask() noexcept;
 
  private:
   PackedDib dib_;

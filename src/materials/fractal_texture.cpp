@@ -241,22 +241,23 @@ void CompositeLayer(const DibView& view, const Spectrum& spectrum, Colour colour
 
 void SeedFractalNoise(std::uint32_t seed) noexcept { SeedRandom(seed); }
 
-PackedDib GenerateFractalTexture(const TextureSpec& spec) noexcept {
-  const std::int64_t width = std::int64_t{spec.Right} - spec.Left, height = std::int64_t{spec.Bottom} - spec.Top;
-  if (width > INT32_MAX || height > INT32_MAX || spec.MatrixSize > kMaxMatrix) return {};
-  PackedDib picture = SolidDib(static_cast<int>(width), static_cast<int>(height), spec.BackColour);
+PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept {
+  const std::int64_t width = std::int64_t{parameters.Right} - parameters.Left,
+                     height = std::int64_t{parameters.Bottom} - parameters.Top;
+  if (width > INT32_MAX || height > INT32_MAX || parameters.MatrixSize > kMaxMatrix) return {};
+  PackedDib picture = SolidDib(static_cast<int>(width), static_cast<int>(height), parameters.BackColour);
   const DibView view(picture);
   if (!view) return {};
   try {
-    const int layers = spec.TextureType < 4 ? static_cast<int>(spec.TextureType) + 1 : 0;
+    const int layers = parameters.TextureType < 4 ? static_cast<int>(parameters.TextureType) + 1 : 0;
     for (int k = 0; k < layers; ++k) {
-      SeedFractalNoise(spec.SeedValue[k]);
-      const double h = 3.0 - static_cast<double>(spec.Dimension[k]);
-      Spectrum spectrum(SideOf(static_cast<int>(spec.MatrixSize)));
+      SeedFractalNoise(parameters.SeedValue[k]);
+      const double h = 3.0 - static_cast<double>(parameters.Dimension[k]);
+      Spectrum spectrum(SideOf(static_cast<int>(parameters.MatrixSize)));
       FillSpectrum(spectrum, -(h + 1.0) / 2.0);
       Transform(spectrum);
-      Normalise(spectrum.re, spec.Power[k]);
-      CompositeLayer(view, spectrum, spec.ForeColour[k]);
+      Normalise(spectrum.re, parameters.Power[k]);
+      CompositeLayer(view, spectrum, parameters.ForeColour[k]);
     }
   } catch (...) {
     return {};

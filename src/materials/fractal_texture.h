@@ -17,7 +17,7 @@ constexpr int kMaxMatrix = 4096;
 
 /// TextureType 0 to 3 has as many layers and one more; other types have none. A new 24-bit bitmap of the bounds' size,
 /// or nothing. Leaves the random generator after the last layer's draws.
-PackedDib GenerateFractalTexture(const TextureSpec& spec) noexcept;
+PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept;
 
 /// Seeds the generator that all textures draw from.
 void SeedFractalNoise(std::uint32_t seed) noexcept;

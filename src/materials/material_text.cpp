@@ -263,19 +263,19 @@ constexpr FieldName kFields[] = {
 };
 
 template <typename T>
-void Put(TextureSpec& spec, std::size_t offset, int i, T value) {
+void Put(TextureSpec& parameters, std::size_t offset, int i, T value) {
   static_assert(sizeof(T) == 4);
-  std::memcpy(reinterpret_cast<char*>(&spec) + offset + 4 * static_cast<std::size_t>(i), &value, sizeof(value));
+  std::memcpy(reinterpret_cast<char*>(&parameters) + offset + 4 * static_cast<std::size_t>(i), &value, sizeof(value));
 }
 
 bool TakeValue(const FieldName& field, int first, int end, const std::string& key, const std::string& text,
-               TextureSpec& spec, std::string& error) {
+               TextureSpec& parameters, std::string& error) {
   double value = 0;
   Colour colour = 0;
   switch (field.kind) {
     case FieldName::Colours:
       if (!ColourPart(text, colour, error)) return false;
-      for (int i = first; i < end; ++i) Put(spec, field.offset, i, colour);
+      for (int i = first; i < end; ++i) Put(parameters, field.offset, i, colour);
       return true;
     case FieldName::Curve: {
       const auto parts = Split(text, "/");
@@ -284,7 +284,7 @@ bool TakeValue(const FieldName& field, int first, int end, const std::string& ke
       for (int i = 0; i < 4; ++i) {
         if (!NumberWithin(key, parts[static_cast<std::size_t>(i)], field.least, field.most, false, value, error))
           return false;
-        Put(spec, field.offset, i, static_cast<float>(value));
+        Put(parameters, field.offset, i, static_cast<float>(value));
       }
       return true;
     }
@@ -293,16 +293,16 @@ bool TakeValue(const FieldName& field, int first, int end, const std::string& ke
       const auto found = std::find(std::begin(shapes), std::end(shapes), Plain(text));
       if (found == std::end(shapes))
         return Fail(error, Quote(text) + " is no shape: write ellipse, fuzzy, luminous or sphere");
-      Put(spec, field.offset, 0, static_cast<std::uint32_t>(found - shapes));
+      Put(parameters, field.offset, 0, static_cast<std::uint32_t>(found - shapes));
       return true;
     }
     default:
       if (!NumberWithin(key, text, field.least, field.most, field.kind != FieldName::Float, value, error)) return false;
       for (int i = first; i < end; ++i) {
         if (field.kind == FieldName::Float) {
-          Put(spec, field.offset, i, static_cast<float>(value));
+          Put(parameters, field.offset, i, static_cast<float>(value));
         } else {
-          Put(spec, field.offset, i, static_cast<std::uint32_t>(static_cast<std::int64_t>(value) + (i - first)));
+          Put(parameters, field.offset, i, static_cast<std::uint32_t>(static_cast<std::int64_t>(value) + (i - first)));
         }
       }
       return true;
@@ -310,27 +310,27 @@ bool TakeValue(const FieldName& field, int first, int end, const std::string& ke
 }
 
 // "fore2=#fff", "seed=7"
-bool TakeField(const std::string& part, TextureSpec& spec, std::string& error) {
+bool TakeField(const std::string& part, TextureSpec& parameters, std::string& error) {
   const std::size_t equals = part.find('=');
   const std::string key = part.substr(0, equals), text = equals == std::string::npos ? "" : part.substr(equals + 1);
   for (const FieldName& field : kFields) {
-    if (key == field.name) return TakeValue(field, 0, field.count, key, text, spec, error);
+    if (key == field.name) return TakeValue(field, 0, field.count, key, text, parameters, error);
     const std::string_view name = field.name;
     if (field.count != 5 || key.size() != name.size() + 1 || !key.starts_with(name)) continue;
     const int i = key.back() - '1';
-    if (i >= 0 && i < 5) return TakeValue(field, i, i + 1, key, text, spec, error);
+    if (i >= 0 && i < 5) return TakeValue(field, i, i + 1, key, text, parameters, error);
   }
   std::string names;
   for (const FieldName& field : kFields) names += std::string(names.empty() ? "" : ", ") + field.name;
   return Fail(error, Quote(part) + " is no field of a texture: write one of " + names + ", with = and its value");
 }
 
-bool TakeTexture(const std::string& name, TextureSpec& spec, std::string& error) {
+bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& error) {
   static constexpr const char* types[kTextureTypes] = {"fractal2", "fractal3", "fractal4",
                                                        "fractal5", "craters",  "perturbation"};
   const auto found = std::find(std::begin(types), std::end(types), Plain(name));
   if (found != std::end(types)) {
-    spec.TextureType = static_cast<std::uint32_t>(found - types);
+    parameters.TextureType = static_cast<std::uint32_t>(found - types);
     return true;
   }
   const std::string path = LibraryPath(kTextureLibraryName);
@@ -341,7 +341,7 @@ bool TakeTexture(const std::string& name, TextureSpec& spec, std::string& error)
   }
   for (const NamedTexture& texture : library.textures) {
     if (Plain(texture.name) != Plain(name)) continue;
-    spec = texture.spec;
+    parameters = texture.parameters;
     return true;
   }
   return Fail(error, "there is no texture " + Quote(name) +
@@ -349,13 +349,13 @@ bool TakeTexture(const std::string& name, TextureSpec& spec, std::string& error)
 }
 
 bool ParseTexture(const std::string& text, Material& material, std::string& error) {
-  TextureSpec spec = material.Texture;
+  TextureSpec parameters = material.Texture;
   const auto parts = Split(text, ",;");
-  if (!TakeTexture(parts[0], spec, error)) return false;
+  if (!TakeTexture(parts[0], parameters, error)) return false;
   for (std::size_t i = 1; i < parts.size(); ++i) {
-    if (!TakeField(parts[i], spec, error)) return false;
+    if (!TakeField(parts[i], parameters, error)) return false;
   }
-  material.Texture = spec;
+  material.Texture = parameters;
   material.Kind = kTexture;
   return true;
 }

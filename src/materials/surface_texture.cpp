@@ -24,8 +24,9 @@ std::int32_t Truncate(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
 }
 
-bool SizeOf(const TextureSpec& spec, int& width, int& height) {
-  const std::int64_t w = std::int64_t{spec.Right} - spec.Left, h = std::int64_t{spec.Bottom} - spec.Top;
+bool SizeOf(const TextureSpec& parameters, int& width, int& height) {
+  const std::int64_t w = std::int64_t{parameters.Right} - parameters.Left,
+                     h = std::int64_t{parameters.Bottom} - parameters.Top;
   width = w <= INT32_MAX ? static_cast<int>(w) : 0;
   height = h <= INT32_MAX ? static_cast<int>(h) : 0;
   return DibSize(width, height, 24) != 0;
@@ -252,12 +253,12 @@ void FillChannel(ColourTable& table, std::size_t channel, const float (&given)[4
 }
 
 // Blue, green, red, as pixels are stored.
-ColourTable MakeColourTable(const TextureSpec& spec) {
+ColourTable MakeColourTable(const TextureSpec& parameters) {
   float red[4], green[4], blue[4];
   for (int i = 0; i < 4; ++i) {
-    red[i] = spec.ColorRed[i];
-    green[i] = spec.ColorGreen[i];
-    blue[i] = spec.ColorBlue[i];
+    red[i] = parameters.ColorRed[i];
+    green[i] = parameters.ColorGreen[i];
+    blue[i] = parameters.ColorBlue[i];
   }
   ColourTable table{};
   FillChannel(table, 0, blue);
@@ -282,12 +283,12 @@ float Swell(std::uint32_t shape, float old, float d2, float r2) {
   }
 }
 
-std::vector<float> BubbleMap(const TextureSpec& spec, int width, int height, int bubbles) {
+std::vector<float> BubbleMap(const TextureSpec& parameters, int width, int height, int bubbles) {
   std::vector<float> map(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  const int radius = std::min({height / 2, width / 2, std::max(static_cast<std::int32_t>(spec.BubbleSize), 1)});
+  const int radius = std::min({height / 2, width / 2, std::max(static_cast<std::int32_t>(parameters.BubbleSize), 1)});
   const std::int64_t r2 = std::int64_t{radius} * radius;
-  const std::uint32_t shape = spec.BubbleShape;
-  SeedRandom(spec.SeedValue[0]);
+  const std::uint32_t shape = parameters.BubbleShape;
+  SeedRandom(parameters.SeedValue[0]);
   for (int i = 0; i < bubbles; ++i) {
     const int cx = NextRandom() % width + width, cy = NextRandom() % height + height;
     for (int dy = -radius; dy < radius; ++dy) {
@@ -331,22 +332,22 @@ std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, int width) {
 
 bool NoiseTablesBuilt() noexcept { return noise.built; }
 
-PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept {
+PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept {
   int width = 0, height = 0;
-  if (!SizeOf(spec, width, height)) return {};
-  PackedDib picture = SolidDib(width, height, spec.BackColour);
+  if (!SizeOf(parameters, width, height)) return {};
+  PackedDib picture = SolidDib(width, height, parameters.BackColour);
   const DibView view(picture);
   if (!view) return {};
   try {
-    SeedFractalNoise(spec.SeedValue[0]);
+    SeedFractalNoise(parameters.SeedValue[0]);
     HeightField field(width, height);
-    const auto depth = static_cast<double>(spec.CreaterDepth);
-    const std::uint32_t craters = spec.CreaterCount;
+    const auto depth = static_cast<double>(parameters.CreaterDepth);
+    const std::uint32_t craters = parameters.CreaterCount;
     HitSurface(field, std::min(craters, kMostCraters) * 10, depth);
     const auto shading = ShadingTable();
     std::array<std::array<std::uint8_t, 3>, shading.size()> pixels;
     for (std::size_t i = 0; i < shading.size(); ++i) {
-      PutColour(pixels[i].data(), Blend(spec.BackColour, spec.ForeColour[0], shading[i]));
+      PutColour(pixels[i].data(), Blend(parameters.BackColour, parameters.ForeColour[0], shading[i]));
     }
     for (int y = 0; y < height; ++y) {
       const std::uint16_t* row = field.Row(y);
@@ -362,19 +363,19 @@ PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept {
   return picture;
 }
 
-PackedDib GeneratePerturbationTexture(const TextureSpec& spec) noexcept {
+PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept {
   int width = 0, height = 0;
-  if (!SizeOf(spec, width, height)) return {};
+  if (!SizeOf(parameters, width, height)) return {};
   PackedDib picture = BlankDib(width, height, nullptr, 24);
   const DibView view(picture);
   if (!view) return {};
   try {
-    const int bubbles = std::clamp(static_cast<std::int32_t>(spec.BubbleCount), 0, 1024);
-    const float power = spec.PerturbationPower, bubblePower = spec.BubblePower;
-    const ColourTable colours = MakeColourTable(spec);
-    const std::vector<float> map = bubbles ? BubbleMap(spec, width, height, bubbles) : std::vector<float>();
-    const Octaves octaves = power > kSmallest ? OctavesOf(spec.MatrixSize) : Octaves{};
-    if (octaves.count && !noise.built) BuildNoise(spec.SeedValue[0]);
+    const int bubbles = std::clamp(static_cast<std::int32_t>(parameters.BubbleCount), 0, 1024);
+    const float power = parameters.PerturbationPower, bubblePower = parameters.BubblePower;
+    const ColourTable colours = MakeColourTable(parameters);
+    const std::vector<float> map = bubbles ? BubbleMap(parameters, width, height, bubbles) : std::vector<float>();
+    const Octaves octaves = power > kSmallest ? OctavesOf(parameters.MatrixSize) : Octaves{};
+    if (octaves.count && !noise.built) BuildNoise(parameters.SeedValue[0]);
     const std::vector<LatticePlace> columns = NoiseColumns(octaves, width);
     std::vector<float> sums(static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {

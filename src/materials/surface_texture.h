@@ -8,20 +8,20 @@ namespace glyphmotion {
 
 /// A flat surface hit by CreaterCount * 10 impacts of power-law size, lit along the rows: BackColour and ForeColour[0]
 /// mixed by the slope. Seeded by SeedValue[0]. A new 24-bit bitmap of the bounds' size, or nothing.
-PackedDib GenerateCraterTexture(const TextureSpec& spec) noexcept;
+PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept;
 
 /// Octaves of gradient noise (MatrixSize 32 to 1024 gives 0 to 8 of them) and stamped bubbles make a grey, which three
 /// curves turn into colour. The bubbles follow SeedValue[0]; the noise follows that of the first such texture of the
 /// process. A new 24-bit bitmap of the bounds' size, or nothing.
-PackedDib GeneratePerturbationTexture(const TextureSpec& spec) noexcept;
+PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept;
 
 /// Whether some perturbation texture has built the noise tables, which then stand for the life of the process.
 bool NoiseTablesBuilt() noexcept;
 
 /// The bounds of a square of `side` pixels.
-inline void SetTextureBounds(TextureSpec& spec, int side) noexcept {
-  spec.Left = spec.Top = 0;
-  spec.Right = spec.Bottom = side;
+inline void SetTextureBounds(TextureSpec& parameters, int side) noexcept {
+  parameters.Left = parameters.Top = 0;
+  parameters.Right = parameters.Bottom = side;
 }
 
 }  // namespace glyphmotion

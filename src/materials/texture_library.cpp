@@ -88,7 +88,7 @@ void SetField(NamedTexture& texture, std::string_view key, const std::string& va
   }
   for (const TextureField& field : TextureFields()) {
     if (!EqualNoCase(key, field.key)) continue;
-    auto* place = reinterpret_cast<std::uint8_t*>(&texture.spec) + field.offset;
+    auto* place = reinterpret_cast<std::uint8_t*>(&texture.parameters) + field.offset;
     if (field.isFloat) {
       const float number = FloatOf(value);
       std::memcpy(place, &number, sizeof(number));
@@ -112,7 +112,7 @@ std::string WithLineEnds(std::string text) {
 void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? std::string("UNKNOWN NAME") : texture.name) + "\n";
   for (const TextureField& field : TextureFields()) {
-    const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.spec) + field.offset;
+    const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
     std::string value;
     if (field.isFloat) {
       float number;
@@ -142,43 +142,43 @@ std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& sta
 
 }  // namespace
 
-void DefaultTextureSpec(TextureSpec& spec) noexcept {
+void DefaultTextureSpec(TextureSpec& parameters) noexcept {
   static constexpr float legacy[] = {12.0f, 60.0f, 2.0f, 3.1f, 100.0f, 650.0f};
   static constexpr Colour fore[] = {0xFFFFFF, 0xFFE0E0, 0xFFA0A0, 0xFF8080, 0xFF6060};
   static constexpr float curve[] = {0.0f, 0.33f, 0.67f, 1.0f};
-  std::memset(&spec, 0, sizeof(spec));
-  spec.CloudMode = 1;
-  std::memcpy(spec.LegacyParams, legacy, sizeof(legacy));
-  spec.MatrixSize = 64;
-  std::memcpy(spec.ForeColour, fore, sizeof(fore));
-  spec.BackColour = 0xFF0000;
+  std::memset(&parameters, 0, sizeof(parameters));
+  parameters.CloudMode = 1;
+  std::memcpy(parameters.LegacyParams, legacy, sizeof(legacy));
+  parameters.MatrixSize = 64;
+  std::memcpy(parameters.ForeColour, fore, sizeof(fore));
+  parameters.BackColour = 0xFF0000;
   for (std::uint32_t i = 0; i < 5; ++i) {
-    spec.Power[i] = 0.75f;
-    spec.SeedValue[i] = 10000 + i;
-    spec.Dimension[i] = 2.15f;
+    parameters.Power[i] = 0.75f;
+    parameters.SeedValue[i] = 10000 + i;
+    parameters.Dimension[i] = 2.15f;
   }
-  spec.CreaterCount = 5000;
-  spec.CreaterDepth = 1.5f;
-  std::memcpy(spec.ColorRed, curve, sizeof(curve));
-  std::memcpy(spec.ColorGreen, curve, sizeof(curve));
-  std::memcpy(spec.ColorBlue, curve, sizeof(curve));
-  spec.BubbleCount = 64;
-  spec.BubbleSize = 4;
-  spec.BubblePower = 0.25f;
-  spec.PerturbationPower = 1.0f;
+  parameters.CreaterCount = 5000;
+  parameters.CreaterDepth = 1.5f;
+  std::memcpy(parameters.ColorRed, curve, sizeof(curve));
+  std::memcpy(parameters.ColorGreen, curve, sizeof(curve));
+  std::memcpy(parameters.ColorBlue, curve, sizeof(curve));
+  parameters.BubbleCount = 64;
+  parameters.BubbleSize = 4;
+  parameters.BubblePower = 0.25f;
+  parameters.PerturbationPower = 1.0f;
 }
 
-PackedDib GenerateTexture(const TextureSpec& spec) noexcept {
-  switch (spec.TextureType) {
+PackedDib GenerateTexture(const TextureSpec& parameters) noexcept {
+  switch (parameters.TextureType) {
     case 0:
     case 1:
     case 2:
     case 3:
-      return GenerateFractalTexture(spec);
+      return GenerateFractalTexture(parameters);
     case 4:
-      return GenerateCraterTexture(spec);
+      return GenerateCraterTexture(parameters);
     case 5:
-      return GeneratePerturbationTexture(spec);
+      return GeneratePerturbationTexture(parameters);
     default:
       return {};
   }
@@ -261,7 +261,7 @@ bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexce
       if (!inItem && EqualNoCase(line, ":BEGINITEM")) {
         inItem = true;
         texture.name.clear();
-        DefaultTextureSpec(texture.spec);
+        DefaultTextureSpec(texture.parameters);
       } else if (EqualNoCase(line, ":ENDITEM")) {
         if (inItem) library.textures.push_back(texture);
         inItem = false;

@@ -13,18 +13,18 @@ namespace glyphmotion {
 constexpr int kTextureTypes = 6;
 
 /// The defaults of every field, bounds and reserved bytes zero.
-void DefaultTextureSpec(TextureSpec& spec) noexcept;
+void DefaultTextureSpec(TextureSpec& parameters) noexcept;
 
 /// The picture of a texture, a new 24-bit bitmap of the size of its bounds; nothing for a type outside 0 to 5 and on
 /// failure.
-PackedDib GenerateTexture(const TextureSpec& spec) noexcept;
+PackedDib GenerateTexture(const TextureSpec& parameters) noexcept;
 
 /// "2-color fractal", ..., "Perturbation"; empty outside 0 to 5.
 const char* TextureTypeName(std::uint32_t type) noexcept;
 
 struct NamedTexture {
   std::string name;  ///< at most 260 bytes
-  TextureSpec spec;
+  TextureSpec parameters;
 };
 
 /// One group in memory. A file says nothing of it when it may not be changed: reading sets `writeable` only where the

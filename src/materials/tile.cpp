@@ -93,13 +93,14 @@ void LoadTileOf(TileSpec& tile) noexcept {
   }
 }
 
-PackedDib RenderTile(const TileSpec& spec) noexcept {
-  const std::int64_t width = std::int64_t{spec.Right} - spec.Left, height = std::int64_t{spec.Bottom} - spec.Top;
+PackedDib RenderTile(const TileSpec& parameters) noexcept {
+  const std::int64_t width = std::int64_t{parameters.Right} - parameters.Left,
+                     height = std::int64_t{parameters.Bottom} - parameters.Top;
   if (width > INT32_MAX || height > INT32_MAX) return {};
   PackedDib picture = BlankDib(static_cast<int>(width), static_cast<int>(height), nullptr, 24);
   const DibView to(picture);
   if (!to) return {};
-  const DibView tile(HandleOf(spec.TileBitmap));
+  const DibView tile(HandleOf(parameters.TileBitmap));
   // One band of tiles, each row doubled along until it is full; the rows below repeat it.
   const int across = std::min(tile ? tile.Width() : kBuiltinTileSide, to.Width());
   const int band = std::min(tile ? tile.Height() : kBuiltinTileSide, to.Height());

@@ -272,9 +272,9 @@ TEST_F(FillControls, PrimaryGroupsAreProtected) {
   EXPECT_TRUE(ChooseTextureGroup(nullptr, textures, "Theirs"));
   newName = "TLMPLGM4";
   EXPECT_FALSE(AddTexture(nullptr, textures, true)) << "no group may take the place of the primary one";
-  EXPECT_EQ(TextureControlValue(textures.spec, 507), 75);
-  SetTextureControl(textures.spec, 532, 150);
-  EXPECT_EQ(+textures.spec.PerturbationPower, 1.5f);
+  EXPECT_EQ(TextureControlValue(textures.parameters, 507), 75);
+  SetTextureControl(textures.parameters, 532, 150);
+  EXPECT_EQ(+textures.parameters.PerturbationPower, 1.5f);
 }
 
 TEST_F(FillControls, TilesOfTheRightSizeAreAdded) {

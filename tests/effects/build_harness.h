@@ -93,7 +93,6 @@ inline std::uint64_t FirstBadFailure(Job job, std::uint64_t stride = 1, std::uin
     const Built built = RunJob(job);
     const bool done = built.result.status == RenderStatus::Done;
     if (built.result.blocks || built.result.locks || (done && built.frames.size() != frames)) return n;
-    
   }
   return 0;
 }

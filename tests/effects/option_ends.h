@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Every option of an effect's panel at both ends of its range.
+// Every option of an effect's panel at both ends of its range, and where frames differ.
 #pragma once
 
-#include <set>
 #include <string>
+#include <utility>
 
 #include "controls/read_controls.h"
 #include "effects/build_harness.h"

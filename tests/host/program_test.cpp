@@ -137,6 +137,17 @@ TEST(Program, AnInterruptLeavesNothing) {
   EXPECT_EQ(folder.Entries(), 0u);
 }
 
+TEST(Program, ADocumentSavedAgainIsTheSameDocument) {
+  const TemporaryFolder folder;
+  const std::string first = folder / "first.gm4", second = folder / "second.gm4";
+  const std::string options =
+      kSmall + std::string("--fill texture:fractal3,seed=5 --shadow 'gradient:conical,#000-#fff'");
+  ASSERT_EQ(Start(options + " --save-document " + first).code, 0);
+  ASSERT_EQ(Start("--document " + first + " --save-document " + second).code, 0);
+  EXPECT_EQ(testing::ReadText(first), testing::ReadText(second));
+  EXPECT_NE(testing::ReadText(first).find("SPNBTN57=20"), std::string::npos);
+}
+
 TEST(Program, APipeThatClosesLeavesTheWholeFileAndNothingElse) {
   const TemporaryFolder folder;
   const std::string command =

@@ -18,20 +18,20 @@ namespace glyphmotion {
 namespace {
 
 TextureSpec TextureOf(std::uint32_t type, int side) {
-  TextureSpec spec;
-  DefaultTextureSpec(spec);
-  spec.TextureType = type;
-  SetTextureBounds(spec, side);
-  return spec;
+  TextureSpec parameters;
+  DefaultTextureSpec(parameters);
+  parameters.TextureType = type;
+  SetTextureBounds(parameters, side);
+  return parameters;
 }
 
 // One fractal layer from the definition: a direct Fourier sum in double instead of the fast transform in float.
-PackedDib PlainFractal(const TextureSpec& spec, int n, int side) {
+PackedDib PlainFractal(const TextureSpec& parameters, int n, int side) {
   using Complex = std::complex<double>;
   const auto at = [&](int i, int j) { return static_cast<std::size_t>(i * n + j); };
   std::vector<Complex> a(at(n, 0));
-  SeedRandom(spec.SeedValue[0]);
-  const double exponent = -(3.0 - static_cast<double>(spec.Dimension[0]) + 1.0) / 2.0;
+  SeedRandom(parameters.SeedValue[0]);
+  const double exponent = -(3.0 - static_cast<double>(parameters.Dimension[0]) + 1.0) / 2.0;
   const auto draw = [&](int i, int j) {
     const double phase = NextRandom() / 32767.0 * 2 * std::numbers::pi;
     if (!i && !j) return Complex(0);
@@ -64,13 +64,13 @@ PackedDib PlainFractal(const TextureSpec& spec, int n, int side) {
           sum += a[at(i, j)] * std::polar(1.0, -2 * std::numbers::pi * ((i * y + j * x) % n) / n);
       }
       const double real = sum.real();
-      v[at(y, x)] = real > 0 ? std::pow(real, static_cast<double>(spec.Power[0])) : real;
+      v[at(y, x)] = real > 0 ? std::pow(real, static_cast<double>(parameters.Power[0])) : real;
     }
   }
   const auto [low, high] = std::minmax_element(v.begin(), v.end());
   const double middle = (*high + *low) / 2, half = (*high - *low) / 2;
   const auto byte = [&](int y, int x) { return std::trunc(((v[at(y, x)] - middle) / half + 1) * 255 * 0.5); };
-  PackedDib picture = SolidDib(side, side, spec.BackColour);
+  PackedDib picture = SolidDib(side, side, parameters.BackColour);
   const DibView view(picture);
   const int span = (side + 1) & ~1;
   for (int y = 0; y < side; ++y) {
@@ -82,16 +82,16 @@ PackedDib PlainFractal(const TextureSpec& spec, int n, int side) {
       const double b =
           (byte(r, c) * (1 - f) + byte(r, c1) * f) * (1 - g) + (byte(r1, c) * (1 - f) + byte(r1, c1) * f) * g;
       const int alpha = b > 127.0 ? static_cast<int>((b - 127.0) * 0.0078125 * 255.0) : 0;
-      view.SetPixel(x, y, Blend(view.GetPixel(x, y), spec.ForeColour[0], alpha));
+      view.SetPixel(x, y, Blend(view.GetPixel(x, y), parameters.ForeColour[0], alpha));
     }
   }
   return picture;
 }
 
 TEST(FractalTexture, AgreesWithTheDirectSum) {
-  TextureSpec spec = TextureOf(0, 45);
-  spec.MatrixSize = 20;  // raised to 32
-  const PackedDib fast = GenerateFractalTexture(spec), plain = PlainFractal(spec, 32, 45);
+  TextureSpec parameters = TextureOf(0, 45);
+  parameters.MatrixSize = 20;  // raised to 32
+  const PackedDib fast = GenerateFractalTexture(parameters), plain = PlainFractal(parameters, 32, 45);
   const std::string a = PixelsOf(fast), b = PixelsOf(plain);
   ASSERT_EQ(a.size(), b.size());
   int differing = 0;
@@ -105,9 +105,9 @@ TEST(FractalTexture, AgreesWithTheDirectSum) {
 
 TEST(FractalTexture, SizesOfTheMatrix) {
   const auto pixels = [](std::uint32_t matrix) {
-    TextureSpec spec = TextureOf(1, 40);
-    spec.MatrixSize = matrix;
-    return PixelsOf(GenerateFractalTexture(spec));
+    TextureSpec parameters = TextureOf(1, 40);
+    parameters.MatrixSize = matrix;
+    return PixelsOf(GenerateFractalTexture(parameters));
   };
   EXPECT_EQ(pixels(100), pixels(128));
   EXPECT_EQ(pixels(64), pixels(64));
@@ -118,19 +118,19 @@ TEST(FractalTexture, SizesOfTheMatrix) {
 }
 
 TEST(CraterTexture, FlatGroundIsTheMiddleBlendAndTheLastColumnStays) {
-  TextureSpec spec = TextureOf(4, 9);
-  spec.CreaterCount = 0;
-  const PackedDib picture = GenerateCraterTexture(spec);
+  TextureSpec parameters = TextureOf(4, 9);
+  parameters.CreaterCount = 0;
+  const PackedDib picture = GenerateCraterTexture(parameters);
   const DibView view(picture);
-  EXPECT_EQ(view.GetPixel(4, 4), Blend(+spec.BackColour, +spec.ForeColour[0], 128));
-  EXPECT_EQ(view.GetPixel(8, 4), +spec.BackColour);
+  EXPECT_EQ(view.GetPixel(4, 4), Blend(+parameters.BackColour, +parameters.ForeColour[0], 128));
+  EXPECT_EQ(view.GetPixel(8, 4), +parameters.BackColour);
 }
 
 TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
-  TextureSpec spec = TextureOf(5, 16);
-  spec.MatrixSize = 32;
-  spec.BubbleCount = 0;
-  const PackedDib picture = GeneratePerturbationTexture(spec);
+  TextureSpec parameters = TextureOf(5, 16);
+  parameters.MatrixSize = 32;
+  parameters.BubbleCount = 0;
+  const PackedDib picture = GeneratePerturbationTexture(parameters);
   const DibView view(picture);
   for (int i = 0; i < 256; ++i) ASSERT_EQ(view.GetPixel(i % 16, i / 16), view.GetPixel(0, 0));
   EXPECT_NEAR(RedOf(view.GetPixel(0, 0)), 127, 2);
@@ -138,12 +138,12 @@ TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
 
 TEST(PerturbationTexture, NoiseStandsAndBubblesFollowTheSeed) {
   const auto pixels = [](std::uint32_t seed, std::uint32_t bubbles, std::uint32_t shape) {
-    TextureSpec spec = TextureOf(5, 60);
-    spec.MatrixSize = 300;
-    spec.SeedValue[0] = seed;
-    spec.BubbleCount = bubbles;
-    spec.BubbleShape = shape;
-    return PixelsOf(GeneratePerturbationTexture(spec));
+    TextureSpec parameters = TextureOf(5, 60);
+    parameters.MatrixSize = 300;
+    parameters.SeedValue[0] = seed;
+    parameters.BubbleCount = bubbles;
+    parameters.BubbleShape = shape;
+    return PixelsOf(GeneratePerturbationTexture(parameters));
   };
   pixels(1, 0, 0);
   EXPECT_EQ(pixels(2, 0, 0), pixels(3, 0, 0));
@@ -160,9 +160,9 @@ TEST(PerturbationTexture, NoiseStandsAndBubblesFollowTheSeed) {
 
 TEST(Texture, TwoRunsGiveTheSamePixelsAndWildNumbersDoNoHarm) {
   for (std::uint32_t type = 0; type < 6; ++type) {
-    const TextureSpec spec = TextureOf(type, 50);
-    GenerateTexture(spec);
-    EXPECT_EQ(PixelsOf(GenerateTexture(spec)), PixelsOf(GenerateTexture(spec))) << type;
+    const TextureSpec parameters = TextureOf(type, 50);
+    GenerateTexture(parameters);
+    EXPECT_EQ(PixelsOf(GenerateTexture(parameters)), PixelsOf(GenerateTexture(parameters))) << type;
     std::uint32_t state = 77;
     for (int round = 0; round < 60; ++round) {
       TextureSpec wild;
@@ -214,8 +214,8 @@ TEST(TextureLibrary, WritesWhatItReadsAndKeepsTheOddKeys) {
   TextureLibrary library;
   library.textures.push_back({"First", TextureOf(4, 0)});
   library.textures.push_back({"", TextureOf(5, 0)});
-  library.textures[0].spec.CreaterDepth = 0.25f;
-  library.textures[0].spec.SeedValue[4] = 0xFFFFFFF0;
+  library.textures[0].parameters.CreaterDepth = 0.25f;
+  library.textures[0].parameters.SeedValue[4] = 0xFFFFFFF0;
   const LibraryStamp stamp{0, "Sat Nov 21 08:07:48 2026", "me", "mine", "", false};
   ASSERT_TRUE(WriteTextureLibrary(path, library, stamp));
   const std::string text = FileBytes(path);
@@ -228,7 +228,7 @@ TEST(TextureLibrary, WritesWhatItReadsAndKeepsTheOddKeys) {
   ASSERT_TRUE(ReadTextureLibrary(path, back));
   EXPECT_TRUE(back.writeable);
   ASSERT_EQ(back.textures.size(), 2u);
-  EXPECT_EQ(std::memcmp(&back.textures[0].spec, &library.textures[0].spec, sizeof(TextureSpec)), 0);
+  EXPECT_EQ(std::memcmp(&back.textures[0].parameters, &library.textures[0].parameters, sizeof(TextureSpec)), 0);
   for (std::size_t n = 0; n < text.size(); n += 11) {
     WriteBytes(path, text.substr(0, n));
     EXPECT_EQ(ReadTextureLibrary(path, back), n >= 30) << n;
@@ -251,9 +251,9 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   EXPECT_FALSE(library.writeable) << "without the key nothing is said";
   ASSERT_EQ(library.textures.size(), 1u);
   EXPECT_EQ(library.textures[0].name, "Odd");
-  EXPECT_EQ(+library.textures[0].spec.CreaterDepth, 2.0f);
-  EXPECT_EQ(+library.textures[0].spec.MatrixSize, 64u);
-  EXPECT_EQ(+library.textures[0].spec.Power[0], 0.5f);
+  EXPECT_EQ(+library.textures[0].parameters.CreaterDepth, 2.0f);
+  EXPECT_EQ(+library.textures[0].parameters.MatrixSize, 64u);
+  EXPECT_EQ(+library.textures[0].parameters.Power[0], 0.5f);
 }
 
 }  // namespace

@@ -20,12 +20,12 @@ PackedDib Numbered(int width, int height, int depth) {
 TEST(Tile, RepeatsFromTheTopLeftCorner) {
   for (int depth : {1, 4, 8, 24, 32}) {
     const PackedDib tile = Numbered(5, 3, depth);
-    TileSpec spec{};
-    spec.TileBitmap = WordOf(tile.Handle());
+    TileSpec parameters{};
+    parameters.TileBitmap = WordOf(tile.Handle());
     for (int side : {1, 4, 17}) {
-      spec.Right = side;
-      spec.Bottom = side + 2;
-      const PackedDib picture = RenderTile(spec);
+      parameters.Right = side;
+      parameters.Bottom = side + 2;
+      const PackedDib picture = RenderTile(parameters);
       const DibView from(tile), to(picture);
       for (int y = 0; y < side + 2; ++y) {
         for (int x = 0; x < side; ++x) ASSERT_EQ(to.GetPixel(x, y), from.GetPixel(x % 5, y % 3) & 0xFFFFFF) << depth;
@@ -35,19 +35,19 @@ TEST(Tile, RepeatsFromTheTopLeftCorner) {
 }
 
 TEST(Tile, WithoutOneTheBuiltInShows) {
-  TileSpec spec{};
-  spec.Right = spec.Bottom = 40;
-  const PackedDib builtin = RenderTile(spec);
+  TileSpec parameters{};
+  parameters.Right = parameters.Bottom = 40;
+  const PackedDib builtin = RenderTile(parameters);
   EXPECT_EQ(DibView(builtin).GetPixel(3, 4), DibView(builtin).GetPixel(19, 36));
   PackedDib liar = Numbered(4, 4, 8);
   LockedBlock<DibHeader>(liar.Handle())->biWidth = 4000;
-  spec.TileBitmap = WordOf(liar.Handle());
-  EXPECT_EQ(PixelsOf(RenderTile(spec)), PixelsOf(builtin));
-  spec.Right = -1;
-  EXPECT_FALSE(RenderTile(spec));
-  spec.Right = INT32_MAX;
-  spec.Left = INT32_MIN;
-  EXPECT_FALSE(RenderTile(spec));
+  parameters.TileBitmap = WordOf(liar.Handle());
+  EXPECT_EQ(PixelsOf(RenderTile(parameters)), PixelsOf(builtin));
+  parameters.Right = -1;
+  EXPECT_FALSE(RenderTile(parameters));
+  parameters.Right = INT32_MAX;
+  parameters.Left = INT32_MIN;
+  EXPECT_FALSE(RenderTile(parameters));
 }
 
 TEST(Tile, DepthsBecome24Bits) {
