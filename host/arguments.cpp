@@ -183,6 +183,12 @@ std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const 
   // "--output: 1 required FILE missing"
   if (const auto colon = text.find(": 1 required "); text.rfind("--", 0) == 0 && colon != std::string::npos)
     return text.substr(0, colon) + " needs a value after it; see --help";
+  // "--size: At Most 1 required but received 2"
+  if (const auto colon = text.find(": At Most 1 required"); text.rfind("--", 0) == 0 && colon != std::string::npos)
+    return text.substr(0, colon) + " is given more than once; give it once";
+  // "Could not convert: --bold = maybe"; numbers are converted by us, so this is a switch
+  if (const std::string start = "Could not convert: "; text.rfind(start, 0) == 0)
+    return "'" + text.substr(start.size()) + "' is not allowed: a switch takes no value; see --help";
   return text + "; see --help";
 }
 
@@ -270,7 +276,7 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
   if (typed.text) {
     const auto characters =
         std::count_if(typed.text->begin(), typed.text->end(), [](char c) { return (c & 0xC0) != 0x80; });
-    if (typed.text->empty() && job.action == Job::Action::Build)
+    if (typed.text->empty() && (job.action == Job::Action::Build || job.action == Job::Action::Sample))
       Refuse("the text '' is empty; give one character at least");
     if (characters > 260) Refuse("the text has " + std::to_string(characters) + " characters; 260 are allowed");
     job.text = typed.text;
@@ -438,7 +444,8 @@ constexpr const char* kExamples =
     "  glyphmotion \"Hello\" -o hello.gif\n"
     "  glyphmotion \"Hello\" -e vortex -o hello.gif\n"
     "  glyphmotion \"Grand opening\" -f \"Liberation Serif\" -s 72 --fill \"#cc2200\" -o sign.webp\n"
-    "  glyphmotion \"Fog\" --alpha -o fog.png\n";
+    "  glyphmotion \"Fog\" --alpha -o fog.png\n"
+    "  glyphmotion swatch \"fountain:Sunrise\" -o sunrise.png        a material alone\n";
 
 }  // namespace
 

@@ -284,9 +284,18 @@ std::string SettingsFileTrouble(const std::string& path) {
 }  // namespace
 
 RenderResult Render(const Job& job, const Sink& sink) {
+  RenderResult result;
+  static thread_local bool running = false;
+  if (running) {
+    result.message = "a run was started from within a run's own calls; start it after the first has ended";
+    return result;
+  }
   static std::mutex oneAtATime;
   const std::lock_guard<std::mutex> lock(oneAtATime);
-  RenderResult result;
+  const struct Running {
+    Running() { running = true; }
+    ~Running() { running = false; }
+  } mark;
   if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;

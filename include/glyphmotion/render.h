@@ -114,7 +114,7 @@ struct RenderResult {
 };
 
 /// Runs a job. Never throws (but for what the sink throws). Runs of one process follow one another: calls from several
-/// threads wait.
+/// threads wait. A call from within the sink fails.
 RenderResult Render(const Job& job, const Sink& sink);
 
 /// Lists for people: the names of the effects and of the fixed palettes (in the order of their numbers), font families.
