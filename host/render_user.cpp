@@ -65,13 +65,15 @@ int LastPickerIndex(ControlKind kind) {
 }
 
 // The control of the effect's panel whose key is its stem and then `name`, case ignored: "frames" for Style008Frames.
+// The shadow's softness goes by its role, as one panel has no key for it.
 const ControlTemplate* FindInPanel(const EffectDescriptor& effect, std::string_view name) {
   constexpr std::size_t kStemLength = 8;  // "Style008"
   for (const ControlTemplate& control : effect.panel->controls) {
     const std::string_view key = control.key ? control.key : "";
     if (key.size() > kStemLength && EqualsIgnoringCase(key.substr(kStemLength), name)) return &control;
   }
-  return nullptr;
+  const bool softness = EqualsIgnoringCase(name, "soft") && effect.roles->softness;
+  return softness ? FindControlOfId(effect.roles->softness) : nullptr;
 }
 
 const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
