@@ -72,19 +72,15 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
-    const int frames = ReadNumber(dialog, kFrames), moving = frames - 1;
+    const int frames = ReadNumber(*context.dialog, kFrames);
     Parameters parameters;
     int width = 0, height = 0;
     if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
     if (!RunFits(context, width, height, frames)) return false;
-    for (int i = 0; i < moving; ++i) {
-      parameters.phase = static_cast<double>(i) / moving;
-      if (!AppendWithProgress(context, Render(context), delay, i, moving)) return false;
-    }
-    parameters.phase = 0;
-    return AppendQuietly(context, Render(context), delay + pause);
+    return AppendRunToRest(context, frames, [&](double phase) {
+      parameters.phase = phase;
+      return Render(context);
+    });
   });
 }
 

@@ -53,21 +53,16 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
-    const int frames = ReadNumber(dialog, kFrames), moving = frames - 1;
+    const int frames = ReadNumber(dialog, kFrames);
     Parameters parameters;
     int width = 0, height = 0;
     if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
     if (!RunFits(context, width, height, frames)) return false;
     RepeatedFrames repeated(context);
-    const auto next = [&](double phase) {
+    return AppendRunToRest(context, frames, [&](double phase) {
       parameters.phase = phase;
       return repeated.Next(AngleOf(dialog, phase), Render);
-    };
-    for (int i = 0; i < moving; ++i) {
-      if (!AppendWithProgress(context, next(static_cast<double>(i) / moving), delay, i, moving)) return false;
-    }
-    return AppendQuietly(context, next(0), delay + pause);
+    });
   });
 }
 
