@@ -188,7 +188,7 @@ void ShowPicker(Dialog& dialog, int id, const Variable& variable) {
   SetDirection(dialog, id, static_cast<int>(variable.number));
 }
 void DestroyPicker(Dialog& dialog, int id) {
-  FreeBlock(reinterpret_cast<BlockHandle>(GetData(dialog, id)));
+  FreeBlock(HandleOf(GetData(dialog, id)));
   SetData(dialog, id, 0);
 }
 
@@ -215,19 +215,19 @@ int PickerCellAt(ControlKind kind, int x, int y) noexcept {
 }
 
 void AttachPicker(Dialog& dialog, int id, Variable* variable) noexcept {
-  auto* handle = reinterpret_cast<BlockHandle>(GetData(dialog, id));
+  auto* handle = HandleOf(GetData(dialog, id));
   if (!handle) SetData(dialog, id, reinterpret_cast<std::uintptr_t>(handle = AllocateBlock(sizeof(PickerBlock))));
   if (const LockedBlock<PickerBlock> block(handle); block) block->variable = variable;
 }
 
 Variable* VariableOfPicker(const Dialog& dialog, int id) noexcept {
-  const LockedBlock<PickerBlock> block(reinterpret_cast<BlockHandle>(GetData(dialog, id)));
+  const LockedBlock<PickerBlock> block(HandleOf(GetData(dialog, id)));
   return block ? block->variable : nullptr;
 }
 
 void SetDirection(Dialog& dialog, int id, int index) {
   const auto count = static_cast<int>(CellsOf(KindOf(dialog, id)).size());
-  if (const LockedBlock<PickerBlock> block(reinterpret_cast<BlockHandle>(GetData(dialog, id))); block) {
+  if (const LockedBlock<PickerBlock> block(HandleOf(GetData(dialog, id))); block) {
     block->index = index >= 0 && index < count ? index : 0;
   }
   Invalidate(dialog, id);

@@ -3,6 +3,9 @@
 
 #include <algorithm>
 
+#include "platform/encoding.h"
+#include "platform/text_engine.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -16,6 +19,38 @@ void PaintPixel(const DrawRequest& request, int x, int y, Colour colour) {
   pixel[0] = static_cast<std::uint8_t>(BlueOf(colour));
   pixel[1] = static_cast<std::uint8_t>(GreenOf(colour));
   pixel[2] = static_cast<std::uint8_t>(RedOf(colour));
+}
+
+const FontRequest& DialogFont() {
+  static const FontRequest font{"MS Sans Serif", 13, false, false};
+  return font;
+}
+
+void BlendPixel(const DrawRequest& request, const Rect& clip, int x, int y, Colour colour, int alpha) {
+  if (x < std::max(clip.left, 0) || y < std::max(clip.top, 0) || x >= std::min(clip.right, request.width) ||
+      y >= std::min(clip.bottom, request.height)) {
+    return;
+  }
+  const std::uint8_t* p = PixelOf(request, x, y);
+  PaintPixel(request, x, y, Blend(MakeColour(p[2], p[1], p[0]), colour, alpha));
+}
+
+/// Calls `put` for each character with its left edge. A character's box holds margins of em/6 on both sides; a blank
+/// is em/3 wide. Gives back where the line ends.
+template <typename Put>
+double WalkLine(std::string_view text, Put put) {
+  GlyphBox blank, box;
+  double x = 0;
+  if (!MeasureGlyph(DialogFont(), U' ', blank)) return x;
+  for (const char32_t code : DecodeText(text)) {
+    if (code == U' ' || !MeasureGlyph(DialogFont(), code, box)) {
+      x += blank.width;
+    } else {
+      put(code, static_cast<int>(x - blank.width / 2));
+      x += box.width - blank.width;
+    }
+  }
+  return x;
 }
 
 }  // namespace
@@ -63,6 +98,23 @@ void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) n
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) PaintPixel(request, rect.left + x, rect.top + y, bitmap.GetPixel(x, y));
   }
+}
+
+int TextWidth(std::string_view text) {
+  return static_cast<int>(WalkLine(text, [](char32_t, int) {}) + 0.5);
+}
+
+void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour, TextPlace place) {
+  const int top = rect.top + (rect.Height() - MeasureFont(DialogFont()).height) / 2;
+  const int left = place == TextPlace::Left ? rect.left : rect.left + (rect.Width() - TextWidth(text)) / 2;
+  WalkLine(text, [&](char32_t code, int x) {
+    GlyphBitmap glyph;
+    if (!RenderGlyph(DialogFont(), code, true, glyph)) return;
+    for (int i = 0; i < glyph.width * glyph.height; ++i) {
+      const int alpha = glyph.coverage[static_cast<std::size_t>(i)];
+      if (alpha) BlendPixel(request, rect, left + x + i % glyph.width, top + i / glyph.width, colour, alpha);
+    }
+  });
 }
 
 void PaintMask(const DrawRequest& request, int x, int y, std::span<const std::string_view> rows, MaskTurn turn,

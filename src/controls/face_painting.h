@@ -29,6 +29,15 @@ void DottedFrame(const DrawRequest& request, Rect rect) noexcept;
 /// view.
 void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) noexcept;
 
+enum class TextPlace { Left, Centre };
+
+/// One line of UTF-8 in the dialogs' font, transparent, in the middle of the rectangle's height, cut to the rectangle.
+/// Nothing when the machine has no font.
+void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour,
+               TextPlace place = TextPlace::Left);
+/// How wide such a line is, in pixels.
+int TextWidth(std::string_view text);
+
 /// How a mask is turned before it is painted; the steps apply in this order.
 struct MaskTurn {
   bool transpose = false, mirror = false, flip = false;

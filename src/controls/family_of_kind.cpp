@@ -20,6 +20,8 @@ const ControlFamily* FamilyOfKind(ControlKind kind) noexcept {
     case ControlKind::Combo:
     case ControlKind::SortedCombo:
     case ControlKind::List:
+    case ControlKind::PictureList:
+    case ControlKind::PictureGrid:
       return &kSelectionFamily;
     case ControlKind::ColourButton:
       return &kColourFamily;

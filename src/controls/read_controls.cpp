@@ -30,7 +30,7 @@ Colour ReadColour(const Dialog& dialog, int id) { return static_cast<Colour>(Get
 int ReadSelection(const Dialog& dialog, int id) { return GetSelection(dialog, id); }
 
 int ReadDirection(const Dialog& dialog, int id) {
-  const LockedBlock<std::int32_t> index(reinterpret_cast<BlockHandle>(GetData(dialog, id)));
+  const LockedBlock<std::int32_t> index(HandleOf(GetData(dialog, id)));
   return index ? *index : 0;
 }
 

@@ -10,14 +10,6 @@
 
 namespace glyphmotion {
 
-/// Handles in records are 64-bit numbers.
-inline BlockHandle HandleOf(std::uint64_t word) noexcept {
-  return reinterpret_cast<BlockHandle>(static_cast<std::uintptr_t>(word));
-}
-inline std::uint64_t WordOf(BlockHandle block) noexcept {
-  return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(block));
-}
-
 /// A path from a record's field of 261 bytes, which may lack its NUL.
 std::string PathOfTile(const TileSpec& tile);
 /// Puts a path into the field, cut to 260 bytes.

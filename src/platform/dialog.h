@@ -21,6 +21,7 @@ struct Dialog;
 
 enum class ControlKind : std::uint8_t {
   Label,
+  Paragraph,  ///< a label whose text wraps at its width
   Group,
   Button,
   DefaultButton,
@@ -32,6 +33,8 @@ enum class ControlKind : std::uint8_t {
   Combo,
   SortedCombo,
   List,
+  PictureList,  ///< one column of items that the dialog draws
+  PictureGrid,  ///< columns of them, filled from top to bottom
   Trackbar,
   OwnerDrawn,
   ColourButton,
@@ -40,7 +43,8 @@ enum class ControlKind : std::uint8_t {
   ShadowDirection,
   ScrollFour,
   ScrollTwo,
-  ScrollAxis
+  ScrollAxis,
+  Drawn  ///< looks and behaves as the procedure it is given
 };
 
 /// One control of a template. Places and sizes are dialog units (a quarter of the font's average width, an eighth of
@@ -66,9 +70,10 @@ struct DialogTemplate {
 /// used.
 enum MessageNumber : std::uint32_t {
   kMessageDestroy = 0x0002,
-  kMessagePaint = 0x000F,       ///< to a drawn control: b is a DrawRequest*
-  kMessageDrawItem = 0x002B,    ///< to the dialog: a is the id of an owner-drawn control, b a DrawRequest*
-  kMessageKeyDown = 0x0100,     ///< to a drawn control: a is a KeyCode
+  kMessagePaint = 0x000F,     ///< to a drawn control: b is a DrawRequest*
+  kMessageDrawItem = 0x002B,  ///< to the dialog: a is the id of an owner-drawn control or of a list whose item is to be
+                              ///< drawn, b a DrawRequest*
+  kMessageKeyDown = 0x0100,   ///< to a drawn control: a is a KeyCode
   kMessageInitialise = 0x0110,  ///< to the dialog, once, before it shows: b is RunModal's parameter
   kMessageCommand = 0x0111,     ///< to the dialog: a is the control's id, b a CommandCode
   kMessageTimer = 0x0113,       ///< to the dialog: a is the timer's id
@@ -82,8 +87,10 @@ enum MessageNumber : std::uint32_t {
 enum CommandCode : int {
   kClicked = 0,           ///< a button, a check, a menu item, or a posted command
   kSelectionChanged = 1,  ///< a combo or a list
-  kDoubleClicked = 2,     ///< a list
-  kEditChanged = 0x300    ///< an edit's text
+  kDoubleClicked = 2,     ///< an item of a list
+  kItemMenu = 3,          ///< the right button on an item of a list, which is selected by then
+  kDeletePressed = 4,     ///< the Delete key in a list
+  kEditChanged = 0x300    ///< an edit's text, a trackbar's position
 };
 
 enum KeyCode : int {
@@ -114,7 +121,9 @@ T* PointerOf(std::int64_t argument) {
 struct DrawRequest {
   std::uint8_t* pixels = nullptr;
   int width = 0, height = 0;
-  std::ptrdiff_t stride = 0;  ///< bytes from a row to the one below
+  std::ptrdiff_t stride = 0;               ///< bytes from a row to the one below
+  int item = -1;                           ///< of a list: the item whose place this is
+  bool selected = false, focused = false;  ///< that item
 };
 
 /// Nonzero: the message was handled.
@@ -122,11 +131,12 @@ using DialogProcedure = std::int64_t (*)(Dialog& dialog, const Message& message)
 /// The result is the message's own; 0 for messages it does not know.
 using ControlProcedure = std::int64_t (*)(Dialog& dialog, int id, const Message& message);
 
-/// Runs a dialog until EndDialog. `owner` is the host's window or null. Returns EndDialog's result, or -1 when it could
-/// not be made. In memory: the procedure gets kMessageInitialise with `parameter`, the queue is pumped, then the driver
-/// runs; when the driver returns and nothing has ended the dialog, it ends with 0. kMessageDestroy comes last: to the
-/// dialog's procedure, while its controls still stand, then to the procedure of every control that has one, in the
-/// order of the children; there a control frees what its word holds. It comes whatever was thrown, which then goes on.
+/// Runs a dialog until EndDialog. `owner` is the host's window or null (then the dialog that runs, if one does).
+/// Returns EndDialog's result, or -1 when it could not be made. In memory: the procedure gets kMessageInitialise with
+/// `parameter`, the queue is pumped, then the driver runs; when the driver returns and nothing has ended the dialog, it
+/// ends with 0. kMessageDestroy comes last: to the dialog's procedure, while its controls still stand, then to the
+/// procedure of every control that has one, in the order of the children; there a control frees what its word holds. It
+/// comes whatever was thrown, which then goes on.
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter);
 void EndDialog(Dialog& dialog, std::int64_t result);
 bool HasEnded(const Dialog& dialog);
@@ -169,6 +179,8 @@ std::string ItemText(const Dialog& dialog, int id, int index);
 void DeleteItem(Dialog& dialog, int id, int index);
 std::uint64_t ItemData(const Dialog& dialog, int id, int index);
 void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data);
+/// Width (of a grid's columns) and height of the items of a picture list or grid, in pixels.
+void SetItemSize(Dialog& dialog, int id, int width, int height);
 int GetSelection(const Dialog& dialog, int id);
 void SetSelection(Dialog& dialog, int id, int index);
 /// Selects the item of this text, case ignored. Its index, or -1 with the selection as it was.

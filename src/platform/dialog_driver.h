@@ -29,11 +29,13 @@ void Pump(Dialog& dialog);
 bool Click(Dialog& dialog, int id);                          ///< buttons, checks (toggles), radios
 bool Type(Dialog& dialog, int id, const std::string& text);  ///< replaces an edit's text, cut to its limit
 bool Choose(Dialog& dialog, int id, int index);              ///< a combo's or list's item
-bool PressKey(Dialog& dialog, int id, KeyCode key);          ///< to a drawn control
+bool DoubleClick(Dialog& dialog, int id, int index);         ///< a list's item, which is chosen first
+bool RightClick(Dialog& dialog, int id, int index);          ///< likewise
+bool PressKey(Dialog& dialog, int id, KeyCode key);  ///< to a drawn control, an edit (up, down) or a list (delete)
 bool Mouse(Dialog& dialog, int id, MessageNumber what, int x,
            int y);  ///< to a drawn control; captured moves go to the captor
 
-/// The control as it looks: paints a drawn or owner-drawn control on `request`.
+/// The control as it looks: paints a drawn or owner-drawn control, or the item of a list that `request` names, on it.
 bool PaintControl(Dialog& dialog, int id, const DrawRequest& request);
 
 }  // namespace glyphmotion

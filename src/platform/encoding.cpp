@@ -77,4 +77,22 @@ std::string_view CutText(std::string_view text, std::size_t limit) noexcept {
   return text.substr(0, IsTail(At(text, end)) ? limit : end);
 }
 
+std::u32string DecodeText(std::string_view text) {
+  const std::string bytes = TextFromBytes(text);  // well-formed from here on
+  std::u32string characters;
+  characters.reserve(bytes.size());
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    if ((value & 0xC0) == 0x80) {
+      characters.back() = characters.back() << 6 | (value & 0x3F);
+    } else {
+      characters.push_back(value < 0x80   ? value
+                           : value < 0xE0 ? value & 0x1F
+                           : value < 0xF0 ? value & 0x0F
+                                          : value & 7);
+    }
+  }
+  return characters;
+}
+
 }  // namespace glyphmotion

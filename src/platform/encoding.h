@@ -16,6 +16,9 @@ bool IsUtf8(std::string_view bytes) noexcept;
 /// same number.
 std::string TextFromBytes(std::string_view bytes);
 
+/// UTF-8 to code points; bytes that are no UTF-8 are read as Windows-1252.
+std::u32string DecodeText(std::string_view text);
+
 /// The longest beginning of at most `limit` bytes that does not end inside a character.
 std::string_view CutText(std::string_view text, std::size_t limit) noexcept;
 

@@ -16,6 +16,14 @@ namespace glyphmotion {
 /// Handle of a movable block; null is "nothing".
 using BlockHandle = void*;
 
+/// Handles in records are 64-bit numbers.
+inline BlockHandle HandleOf(std::uint64_t word) noexcept {
+  return reinterpret_cast<BlockHandle>(static_cast<std::uintptr_t>(word));
+}
+inline std::uint64_t WordOf(BlockHandle block) noexcept {
+  return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(block));
+}
+
 /// A new zeroed block of `bytes` bytes (0 is a valid block), owned by the caller; null when memory is out.
 BlockHandle AllocateBlock(std::size_t bytes) noexcept;
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "controls/direction_pickers.h"
+#include "controls/editor_services.h"
 #include "controls/families.h"
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
@@ -36,7 +37,9 @@ constexpr int kTextLimit = 260, kTitleLimit = 260;
 constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
 constexpr int kFirstOptionOfTheSample = 50;  // options below do not show in the sample
 constexpr const char* kUntitled = "untitled.gm4";
-constexpr const char* kHelpTopic = "TLMPLGM4.HTML#PREFACE";
+constexpr const char* kHelpPage = "TLMPLGM4.HTML";
+constexpr const char* kHelpTopic = "PREFACE";
+constexpr std::size_t kPathBuffer = 261;  // what a host writes a path into
 
 struct MainDialogState {
   const HostCallTable* hostCalls = nullptr;
@@ -272,9 +275,23 @@ bool CheckIntegrity(Dialog& dialog) {
   return false;
 }
 
+void ShowTopic(Dialog& dialog, const char* topic) {
+  const std::string reference = std::string(kHelpPage) + "#" + topic;
+  if (!CallHost(HostOpShowHelp, 0, AddressOf(reference.c_str()))) Tell(dialog, kTextHelpNotShown);
+}
+
 void ShowHelp(Dialog& dialog) {
-  if (!CallHost(HostOpShowHelp, 0, AddressOf(kHelpTopic))) Tell(dialog, kTextHelpNotShown);
+  ShowTopic(dialog, kHelpTopic);
   CheckIntegrity(dialog);
+}
+
+// --- What the editors' windows ask of the host ---
+
+PackedDib ChoosePictureOfHost(Dialog& dialog) {
+  char path[kPathBuffer] = {};
+  if (!CallHost(HostOpChooseImageFile, WindowOf(dialog), AddressOf(path)) || !path[0]) return {};
+  path[kPathBuffer - 1] = 0;
+  return PackedDib(HandleOf(CallHost(HostOpLoadImage, 0, AddressOf(path))));
 }
 
 void Run(Dialog& dialog, bool test) {
@@ -369,6 +386,7 @@ void AskFileDialogSize() {
 void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   state = {};
   state.hostCalls = hostCalls;
+  SetEditorServices({ShowTopic, ChoosePictureOfHost});
   LoadSettings();
   CheckRegistration();
   if (!hostCalls->HostCall) {

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "controls/face_painting.h"
 #include "controls/variables.h"
 #include "image/packed_dib.h"
 #include "platform/shell_ui.h"
-#include "platform/text_engine.h"
 #include "shell/main_dialog.h"
 #include "shell/sample.h"
 
@@ -48,12 +48,6 @@ struct Canvas {
     }
   }
 
-  void Blend(int x, int y, Colour colour, int a) const {
-    if (x < clip.left || x >= clip.right || y < clip.top || y >= clip.bottom) return;
-    std::uint8_t* p = At(x, y);
-    Put(p, glyphmotion::Blend(MakeColour(p[2], p[1], p[0]), colour, a));
-  }
-
  private:
   Rect Cut(Rect rect) const {
     return {std::max(rect.left, clip.left), std::max(rect.top, clip.top), std::min(rect.right, clip.right),
@@ -75,30 +69,6 @@ void ShowSize(Dialog& dialog, const DibView& frame) {
   if (GetText(dialog, MainControl::SizeText) == text) return;
   SetText(dialog, MainControl::SizeText, text);
   Invalidate(dialog, MainControl::SizeText);
-}
-
-// One line in the dialog's font. A character's box holds margins of em/6 on both sides; a blank is em/3 wide.
-void DrawLine(const Canvas& canvas, const std::string& text, int left, int height, Colour colour) {
-  const FontRequest font{"MS Sans Serif", 13, false, false};
-  GlyphBox blank;
-  if (!MeasureGlyph(font, U' ', blank)) return;
-  const int top = canvas.clip.top + (canvas.clip.Height() - height) / 2;
-  double x = left;
-  for (const char character : text) {
-    GlyphBitmap glyph;
-    GlyphBox box;
-    const char32_t code = static_cast<unsigned char>(character);
-    if (code == U' ' || !MeasureGlyph(font, code, box) || !RenderGlyph(font, code, true, glyph)) {
-      x += blank.width;
-      continue;
-    }
-    const int boxLeft = static_cast<int>(x - blank.width / 2);
-    for (int i = 0; i < glyph.width * glyph.height; ++i) {
-      const int a = glyph.coverage[static_cast<std::size_t>(i)];
-      if (a) canvas.Blend(boxLeft + i % glyph.width, top + i / glyph.width, colour, a);
-    }
-    x += box.width - blank.width;
-  }
 }
 
 }  // namespace
@@ -125,13 +95,12 @@ void DrawSampleWindow(Dialog& dialog, const DrawRequest& request) {
 }
 
 void DrawSizeText(const Dialog& dialog, const DrawRequest& request) {
-  Canvas canvas{request, WholeOf(request)};
-  canvas.Fill(canvas.clip, GetSystemColour(SystemColour::ButtonFace));
-  canvas.Frame(canvas.clip, GetSystemColour(SystemColour::ButtonShadow));
-  canvas.clip = {1 + kTextLeft, 1 + kTextTop, request.width - 1 - kTextLeft, request.height - 1 - kTextTop};
-  const int height = MeasureFont({"MS Sans Serif", 13, false, false}).height;
-  DrawLine(canvas, GetText(dialog, MainControl::SizeText), canvas.clip.left, height,
-           GetSystemColour(SystemColour::ButtonText));
+  const Rect whole = WholeOf(request);
+  const Colour shadow = GetSystemColour(SystemColour::ButtonShadow);
+  FillFace(request, whole, GetSystemColour(SystemColour::ButtonFace));
+  FrameFace(request, whole, shadow, shadow);
+  const Rect inside{1 + kTextLeft, 1 + kTextTop, request.width - 1 - kTextLeft, request.height - 1 - kTextTop};
+  PaintText(request, inside, GetText(dialog, MainControl::SizeText), GetSystemColour(SystemColour::ButtonText));
 }
 
 }  // namespace glyphmotion

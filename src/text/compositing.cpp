@@ -8,6 +8,7 @@
 #include "controls/material_control.h"
 #include "controls/variables.h"
 #include "image/filters.h"
+#include "platform/encoding.h"
 
 namespace glyphmotion {
 namespace {

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <new>
 
-#include "platform/encoding.h"
 #include "text/draw_op.h"
 
 namespace glyphmotion {
@@ -101,24 +100,6 @@ PackedDib CoverageBitmap(const FontRequest& font, bool antialias, char32_t chara
 }
 
 }  // namespace
-
-std::u32string DecodeText(const std::string& text) {
-  const std::string bytes = TextFromBytes(text);  // well-formed from here on
-  std::u32string characters;
-  characters.reserve(bytes.size());
-  for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    if ((value & 0xC0) == 0x80) {
-      characters.back() = characters.back() << 6 | (value & 0x3F);
-    } else {
-      characters.push_back(value < 0x80   ? value
-                           : value < 0xE0 ? value & 0x1F
-                           : value < 0xF0 ? value & 0x0F
-                                          : value & 7);
-    }
-  }
-  return characters;
-}
 
 // ---- GlyphCache ----
 

@@ -13,9 +13,6 @@
 
 namespace glyphmotion {
 
-/// UTF-8 to code points; bytes that are no UTF-8 are read as Windows-1252.
-std::u32string DecodeText(const std::string& text);
-
 struct TextLine {
   FontRequest font;
   bool antialias = true;

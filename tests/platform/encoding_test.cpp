@@ -26,6 +26,14 @@ TEST(Encoding, LegacyBytesBecomeTheirCharacters) {
   EXPECT_TRUE(IsUtf8(TextFromBytes(every)));
 }
 
+TEST(Encoding, DecodesUtf8AndReadsOtherBytesAsWindows1252) {
+  EXPECT_EQ(DecodeText("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), std::u32string(U"A\u00E9\u20AC\U0001F600"));
+  EXPECT_EQ(DecodeText("A\xC3\xA9\x80"), std::u32string(U"A\u00C3\u00A9\u20AC"));
+  EXPECT_EQ(DecodeText("\xED\xA0\x80"), std::u32string(U"\u00ED\u00A0\u20AC")) << "a surrogate is no UTF-8";
+  EXPECT_EQ(DecodeText("\xC0\xAF"), std::u32string(U"\u00C0\u00AF")) << "an overlong form is no UTF-8";
+  EXPECT_EQ(DecodeText(""), U"");
+}
+
 TEST(Encoding, CutsFallBetweenCharacters) {
   const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";  // 1, 2, 3 and 4 bytes
   const std::size_t lengths[] = {0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10, 10};

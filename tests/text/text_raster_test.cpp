@@ -77,14 +77,6 @@ std::vector<int> PlainRing(const TextLine& line, const TextMeasure& measure, int
   return ring;
 }
 
-TEST(Text, DecodesUtf8AndReadsOtherBytesAsWindows1252) {
-  EXPECT_EQ(DecodeText("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), std::u32string(U"A\u00E9\u20AC\U0001F600"));
-  EXPECT_EQ(DecodeText("A\xC3\xA9\x80"), std::u32string(U"A\u00C3\u00A9\u20AC"));
-  EXPECT_EQ(DecodeText("\xED\xA0\x80"), std::u32string(U"\u00ED\u00A0\u20AC")) << "a surrogate is no UTF-8";
-  EXPECT_EQ(DecodeText("\xC0\xAF"), std::u32string(U"\u00C0\u00AF")) << "an overlong form is no UTF-8";
-  EXPECT_EQ(DecodeText(""), U"");
-}
-
 TEST(Text, AdvancesAreTruncatedBoxesLessTheBlanks) {
   const FontRequest font{"Arial", 37, false, true};
   GlyphBox blank, letter;

@@ -222,6 +222,13 @@ void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
   if (ListItem* item = FindItem(FindControl(dialog, id), index)) item->data = data;
 }
 
+void SetItemSize(Dialog& dialog, int id, int width, int height) {
+  Control* control = FindControl(dialog, id);
+  if (!control || !IsPictureList(control->kind)) return;
+  control->itemWidth = width;
+  control->itemHeight = height;
+}
+
 int GetSelection(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   return control ? control->selection : -1;

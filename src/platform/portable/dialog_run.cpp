@@ -193,6 +193,14 @@ bool StepNumber(Dialog& dialog, const Control& edit, int step) {
   return false;
 }
 
+/// An item of a list is chosen and then clicked once more, or with the other button.
+bool ChooseAndTell(Dialog& dialog, int id, int index, CommandCode code) {
+  if (!IsList(KindOf(dialog, id)) || !Choose(dialog, id, index) || dialog.ended) return false;
+  SendCommand(dialog, id, code);
+  Pump(dialog);
+  return true;
+}
+
 }  // namespace
 
 void NotifyObserver(Dialog& dialog, DialogChange::What what, int id) {
@@ -324,10 +332,14 @@ bool Choose(Dialog& dialog, int id, int index) {
   return true;
 }
 
+bool DoubleClick(Dialog& dialog, int id, int index) { return ChooseAndTell(dialog, id, index, kDoubleClicked); }
+bool RightClick(Dialog& dialog, int id, int index) { return ChooseAndTell(dialog, id, index, kItemMenu); }
+
 bool PressKey(Dialog& dialog, int id, KeyCode key) {
   Control* control = Reachable(dialog, id);
   if (!control) return false;
   if (control->procedure) SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
+  if (IsList(control->kind) && key == kKeyDelete) SendCommand(dialog, id, kDeletePressed);
   if (control->kind == ControlKind::NumberEdit && (key == kKeyUp || key == kKeyDown)) {
     StepNumber(dialog, *control, key == kKeyUp ? 1 : -1);
   }
@@ -353,7 +365,8 @@ bool PaintControl(Dialog& dialog, int id, const DrawRequest& request) {
   const Control* control = FindControl(dialog, id);
   if (!control || !request.pixels || request.width < 1 || request.height < 1) return false;
   DrawRequest copy = request;
-  if (control->kind == ControlKind::OwnerDrawn) {
+  const bool isItem = IsPictureList(control->kind) && request.item >= 0 && request.item < ItemCount(dialog, id);
+  if (control->kind == ControlKind::OwnerDrawn || isItem) {
     Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(id), PointerArgument(&copy)});
     return true;
   }

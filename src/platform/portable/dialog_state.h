@@ -24,8 +24,9 @@ struct Control {
   bool visible = true, enabled = true;
   int check = 0;
   int selection = -1;
-  int limit = 0;                   ///< characters a person may type; 0: any number
-  int minimum = 0, maximum = 100;  ///< of an up-down or a trackbar
+  int limit = 0;                      ///< characters a person may type; 0: any number
+  int minimum = 0, maximum = 100;     ///< of an up-down or a trackbar
+  int itemWidth = 0, itemHeight = 0;  ///< of a picture list's items
   ControlRectangle place;
   std::string text;
   std::vector<ListItem> items;
@@ -63,8 +64,12 @@ inline const Control* FindControl(const Dialog& dialog, int id) {
 }
 
 inline bool IsEdit(ControlKind kind) { return kind == ControlKind::Edit || kind == ControlKind::NumberEdit; }
+inline bool IsPictureList(ControlKind kind) {
+  return kind == ControlKind::PictureList || kind == ControlKind::PictureGrid;
+}
+inline bool IsList(ControlKind kind) { return kind == ControlKind::List || IsPictureList(kind); }
 inline bool HasItems(ControlKind kind) {
-  return kind == ControlKind::Combo || kind == ControlKind::SortedCombo || kind == ControlKind::List;
+  return kind == ControlKind::Combo || kind == ControlKind::SortedCombo || IsList(kind);
 }
 
 /// Makes the controls of a template at the end of the dialog; on std::bad_alloc none of them stays.

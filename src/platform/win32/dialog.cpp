@@ -24,7 +24,7 @@ constexpr ItemMessages kListMessages = {LB_ADDSTRING,  LB_RESETCONTENT, LB_GETCO
 
 const ItemMessages* ItemsOf(const Control* control) {
   if (!control || !HasItems(control->kind)) return nullptr;
-  return control->kind == ControlKind::List ? &kListMessages : &kComboMessages;
+  return IsList(control->kind) ? &kListMessages : &kComboMessages;
 }
 
 LRESULT Ask(const Control& control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
@@ -154,6 +154,13 @@ std::uint64_t ItemData(const Dialog& dialog, int id, int index) {
 void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
   const Control* control = FindControl(dialog, id);
   if (HasItem(control, index)) Ask(*control, ItemsOf(control)->setData, Index(index), static_cast<LPARAM>(data));
+}
+
+void SetItemSize(Dialog& dialog, int id, int width, int height) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || !IsPictureList(control->kind)) return;
+  Ask(*control, LB_SETITEMHEIGHT, 0, std::clamp(height, 1, 255));  // what a list box takes
+  if (control->kind == ControlKind::PictureGrid) Ask(*control, LB_SETCOLUMNWIDTH, Index(std::max(width, 1)));
 }
 
 int GetSelection(const Dialog& dialog, int id) {

@@ -124,12 +124,41 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
   }
 }
 
+// --- Lists ---
+
+/// The right button on an item, which it selects first, and the Delete key. True when the list need not see it.
+bool HandleList(const Control& control, UINT message, WPARAM wParam, LPARAM lParam) {
+  Dialog& dialog = *control.dialog;
+  if (message == WM_KEYDOWN && wParam == VK_DELETE) {
+    PostCommand(dialog, control.id, kDeletePressed);
+    return true;
+  }
+  if (message != WM_RBUTTONUP) return false;
+  const LRESULT found = SendMessageW(control.window, LB_ITEMFROMPOINT, 0, lParam);
+  const int index = LOWORD(found);
+  RECT place{};
+  const POINT pointer{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+  if (HIWORD(found) ||
+      SendMessageW(control.window, LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place)) ==
+          LB_ERR ||
+      !PtInRect(&place, pointer)) {
+    return true;
+  }
+  ::SetFocus(control.window);
+  if (GetSelection(dialog, control.id) != index) {
+    SetSelection(dialog, control.id, index);
+    PostCommand(dialog, control.id, kSelectionChanged);
+  }
+  PostCommand(dialog, control.id, kItemMenu);
+  return true;
+}
+
 // --- Dialogs ---
 
 /// The codes that the program knows; the others are the system's own affair.
 bool IsKnownCode(const Control& control, int code) {
   if (IsCombo(control.kind)) return code == CBN_SELCHANGE;
-  if (control.kind == ControlKind::List) return code == LBN_SELCHANGE || code == LBN_DBLCLK;
+  if (IsList(control.kind)) return code == LBN_SELCHANGE || code == LBN_DBLCLK;
   if (control.kind == ControlKind::Edit || control.kind == ControlKind::NumberEdit) return code == EN_CHANGE;
   return code == BN_CLICKED;
 }
@@ -153,12 +182,19 @@ void OnScroll(Dialog& dialog, LPARAM lParam) {
 void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
   Control* control = FindControl(dialog, static_cast<int>(item.CtlID));
   if (!control) return;
-  if (control->kind != ControlKind::OwnerDrawn) {
+  const bool isItem = IsPictureList(control->kind);
+  if (isItem && item.itemID == static_cast<UINT>(-1)) return;  // an empty list shows no focus
+  if (control->kind != ControlKind::OwnerDrawn && !isItem) {
     if (control->procedure) PaintByProcedure(*control, item.hDC, item.rcItem, item.itemState & ODS_FOCUS);
     return;
   }
   PaintThrough(item.hDC, item.rcItem, [&](const DrawRequest& request) {
     DrawRequest copy = request;
+    if (isItem) {
+      copy.item = static_cast<int>(item.itemID);
+      copy.selected = item.itemState & ODS_SELECTED;
+      copy.focused = item.itemState & ODS_FOCUS;
+    }
     Guarded(dialog, [&] {
       Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(control->id), PointerArgument(&copy)});
     });
@@ -275,6 +311,8 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
     return result;
   } else if (control->procedure && IsDrawn(control->kind) && HandleDrawn(*control, message, wParam, lParam, result)) {
     return result;
+  } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
+    return 0;
   }
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }

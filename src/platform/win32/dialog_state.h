@@ -46,7 +46,11 @@ inline const Control* FindControl(const Dialog& dialog, int id) {
 }
 
 inline bool IsCombo(ControlKind kind) { return kind == ControlKind::Combo || kind == ControlKind::SortedCombo; }
-inline bool HasItems(ControlKind kind) { return IsCombo(kind) || kind == ControlKind::List; }
+inline bool IsPictureList(ControlKind kind) {
+  return kind == ControlKind::PictureList || kind == ControlKind::PictureGrid;
+}
+inline bool IsList(ControlKind kind) { return kind == ControlKind::List || IsPictureList(kind); }
+inline bool HasItems(ControlKind kind) { return IsCombo(kind) || IsList(kind); }
 /// Kinds with a window class of this program, whose whole look and behaviour is their procedure's.
 inline bool IsDrawn(ControlKind kind) { return kind >= ControlKind::MaterialButton; }
 

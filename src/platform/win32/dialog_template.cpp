@@ -23,6 +23,8 @@ WindowKind WindowKindOf(ControlKind kind) {
   switch (kind) {
     case ControlKind::Label:
       return {L"Static", SS_LEFTNOWORDWRAP, 0};
+    case ControlKind::Paragraph:
+      return {L"Static", SS_LEFT | SS_NOPREFIX, 0};
     case ControlKind::Group:
       return {L"Button", BS_GROUPBOX, 0};
     case ControlKind::Button:
@@ -44,6 +46,15 @@ WindowKind WindowKindOf(ControlKind kind) {
       return {L"ComboBox", kCombo | CBS_SORT, 0};
     case ControlKind::List:
       return {L"ListBox", LBS_NOTIFY | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_TABSTOP,
+              WS_EX_CLIENTEDGE};
+    case ControlKind::PictureList:
+      return {L"ListBox",
+              LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_TABSTOP,
+              WS_EX_CLIENTEDGE};
+    case ControlKind::PictureGrid:
+      return {L"ListBox",
+              LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS | LBS_NOINTEGRALHEIGHT | LBS_MULTICOLUMN | WS_HSCROLL |
+                  WS_TABSTOP,
               WS_EX_CLIENTEDGE};
     case ControlKind::Trackbar:
       return {TRACKBAR_CLASSW, TBS_HORZ | WS_TABSTOP, 0};
@@ -104,7 +115,7 @@ void WriteControl(TemplateWriter& writer, std::span<const ControlTemplate> contr
 
 /// Gives a combo or a list the items of its caption, separated by semicolons.
 void FillFromCaption(HWND window, ControlKind kind, std::string_view caption) {
-  const UINT add = kind == ControlKind::List ? LB_ADDSTRING : CB_ADDSTRING;
+  const UINT add = IsList(kind) ? LB_ADDSTRING : CB_ADDSTRING;
   for (std::size_t start = 0; start < caption.size();) {
     const std::size_t end = std::min(caption.find(';', start), caption.size());
     if (end > start) {

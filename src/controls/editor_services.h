@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// What the editors' windows need from whoever runs the dialog: help and pictures come from the host, which the controls
+// do not know.
+#pragma once
+
+#include "image/packed_dib.h"
+#include "platform/dialog.h"
+
+namespace glyphmotion {
+
+struct EditorServices {
+  /// Opens the help page at a topic ("GRADIENT"); a refusal has been told when this returns.
+  void (*showHelp)(Dialog& owner, const char* topic) = nullptr;
+  /// Lets the user choose a picture file and reads it. Empty when cancelled or when it cannot be read.
+  PackedDib (*choosePicture)(Dialog& owner) = nullptr;
+};
+
+/// Replaces the services; missing ones do nothing.
+void SetEditorServices(const EditorServices& services) noexcept;
+
+void ShowHelpTopic(Dialog& owner, const char* topic);
+PackedDib ChoosePicture(Dialog& owner);
+
+}  // namespace glyphmotion

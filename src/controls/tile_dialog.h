@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// The tile dialog (9981).
+#pragma once
+
+#include "materials/material.h"
+#include "platform/dialog.h"
+
+namespace glyphmotion {
+
+/// Chooses a tile on a copy, modal over `owner`. True on OK: `tile` is then the copy, whose bitmap is the caller's to
+/// free in place of the old one. On Cancel the copy's bitmap is freed and `tile` stays as it was. A tile that cannot be
+/// copied is told and counts as cancelled.
+bool RunTileDialog(Dialog& owner, TileSpec& tile);
+
+}  // namespace glyphmotion
