@@ -3,8 +3,8 @@
 //
 // A handle survives the block's growth; its bytes may be touched only while it is locked. Locks nest. Blocks are
 // zero-filled when made and where they grow. The null handle is "nothing": locking it gives null, freeing it does
-// nothing. Handles that are no live block (a host may hand us anything) behave like null. Not for use by two threads at
-// once.
+// nothing. Handles that are no live block (a host may hand us anything) behave like null; the system may give a freed
+// block's handle to a new block, though. Not for use by two threads at once.
 #pragma once
 
 #include <cstddef>

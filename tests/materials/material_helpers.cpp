@@ -34,6 +34,12 @@ std::string FileBytes(const std::string& path) {
   return out.str();
 }
 
+std::string FileText(const std::string& path) {
+  std::string text = FileBytes(path);
+  std::erase(text, '\r');
+  return text;
+}
+
 void WriteBytes(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 std::string PixelsOf(const PackedDib& dib) {

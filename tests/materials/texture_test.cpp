@@ -218,7 +218,7 @@ TEST(TextureLibrary, WritesWhatItReadsAndKeepsTheOddKeys) {
   library.textures[0].parameters.SeedValue[4] = 0xFFFFFFF0;
   const LibraryStamp stamp{0, "Sat Nov 21 08:07:48 2026", "me", "mine", "", false};
   ASSERT_TRUE(WriteTextureLibrary(path, library, stamp));
-  const std::string text = FileBytes(path);
+  const std::string text = FileText(path);
   EXPECT_EQ(text.find("TESSALOOM E-DRAPE TEXTURE FILE\n;This is"), 0u);
   EXPECT_NE(text.find("\nWriteable=1\nUpdateTimeDate=Sat Nov 21 08:07:48 2026\nRegisteredUser=0\nMachineName=me\n"),
             text.npos);

@@ -21,9 +21,9 @@ TEST(Memory, HandleSurvivesGrowthAndNewBytesAreZero) {
 }
 
 TEST(Memory, ForeignAndFreedHandlesAreNothing) {
+  MovableBlock other(AllocateBlock(8));
   BlockHandle freed = AllocateBlock(8);
   FreeBlock(freed);
-  MovableBlock next(AllocateBlock(8));
   int local = 0;
   for (BlockHandle handle :
        {BlockHandle{nullptr}, freed, BlockHandle{&local}, reinterpret_cast<BlockHandle>(~std::uintptr_t{0})}) {
@@ -33,7 +33,7 @@ TEST(Memory, ForeignAndFreedHandlesAreNothing) {
     UnlockBlock(handle);
     FreeBlock(handle);
   }
-  EXPECT_EQ(BlockSize(next.Handle()), 8u);
+  EXPECT_EQ(BlockSize(other.Handle()), 8u);
 }
 
 TEST(Memory, CountersSeeBlocksAndNestedLocks) {

@@ -10,6 +10,7 @@
 
 #include "platform/clock.h"
 #include "platform/folders.h"
+#include "platform/memory.h"
 #include "platform/shell_ui.h"
 
 namespace glyphmotion {
@@ -114,6 +115,16 @@ TEST_F(Services, WithoutAResponderEverythingIsCancelled) {
   EXPECT_TRUE(ShowMessage(nullptr, "sure?", MessageButtons::YesNo));
   EXPECT_FALSE(ShowMessage(nullptr, "sure?", MessageButtons::YesNo));
   SetUiResponder(std::move(old));
+}
+
+// Windows gives handles out again; here a late use of a freed one never meets another block.
+TEST(PortableMemory, AFreedHandleStaysNothingWhenItsPlaceIsTaken) {
+  const BlockHandle freed = AllocateBlock(8);
+  FreeBlock(freed);
+  const MovableBlock next(AllocateBlock(8));
+  EXPECT_EQ(LockBlock(freed), nullptr);
+  FreeBlock(freed);
+  EXPECT_EQ(BlockSize(next.Handle()), 8u);
 }
 
 }  // namespace

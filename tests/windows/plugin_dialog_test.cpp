@@ -1,0 +1,333 @@
+// SPDX-License-Identifier: MIT
+// The dialog of real windows, driven from inside: effects, options and what they do to one another, numbers, keys,
+// documents, settings.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "plugin_host.h"
+#include "plugin_user.h"
+// After windows.h:
+#include <commctrl.h>
+
+namespace glyphmotion::test {
+namespace {
+
+constexpr int kEffects = 21;
+constexpr int kUpDownOffset = 10000;
+constexpr const char* kFolder = "C:\\glyphmotion documents";
+
+std::string FileText(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+bool SettingsHold(const std::string& line) {
+  return FileText(SettingsPath()).find("\n" + line + "\n") != std::string::npos;
+}
+
+std::set<int> VisibleOptions(HWND dialog) {
+  std::set<int> visible;
+  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    const int id = GetDlgCtrlID(child);
+    if (id >= 100 && id <= 1198 && IsWindowVisible(child)) visible.insert(id);
+  }
+  return visible;
+}
+
+// A short job, so that every effect can be built.
+void AskForLittle(HWND dialog) {
+  Type(dialog, kText, "Hi");
+  Type(dialog, kSize, "12");
+}
+
+TEST(Effects, EachHasItsOptionsAndBuilds) {
+  std::set<std::set<int>> panels;
+  for (int effect = 0; effect < kEffects; ++effect) {
+    host = {};
+    std::string name;
+    EXPECT_EQ(RunDialog(effect % 2 ? kTrueColour : kBothFormats,
+                        [&](HWND dialog) {
+                          EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0), kEffects);
+                          AskForLittle(dialog);
+                          Choose(dialog, kEffect, effect);
+                          EXPECT_TRUE(panels.insert(VisibleOptions(dialog)).second)
+                              << "the options of another effect show";
+                          name = TextOf(dialog, kEffect);
+                          PressBuild(dialog);
+                        }),
+              1);
+    EXPECT_EQ(host.ended, 1) << name;
+    ASSERT_GT(host.images.size(), 1u) << name;
+    std::set<Bytes> different;
+    for (const ReceivedImage& image : host.images) different.insert(image.dib);
+    EXPECT_GT(different.size(), 2u) << name;
+  }
+}
+
+TEST(Buttons, TestDeliversAndStaysCancelLeavesBuildDeliversAndLeaves) {
+  EXPECT_EQ(RunDialog(kPalette,
+                      [](HWND dialog) {
+                        AskForLittle(dialog);
+                        for (int i = 0; i < 2; ++i) {
+                          host = {};
+                          PressTest(dialog);
+                          EXPECT_EQ(host.ended, 1);
+                          EXPECT_TRUE(IsWindow(dialog) && IsEnabled(dialog, kTest));
+                        }
+                        host = {};
+                        Press(dialog, kCancel);
+                        EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+                      }),
+            1);
+  EXPECT_TRUE(host.operations.empty());
+}
+
+TEST(Options, WithoutTextNothingCanBeBuilt) {
+  RunDialog(kPalette, [](HWND dialog) {
+    Type(dialog, kText, "");
+    EXPECT_FALSE(IsEnabled(dialog, kBuild));
+    EXPECT_TRUE(IsEnabled(dialog, kTest));
+    Type(dialog, kText, "x");
+    EXPECT_TRUE(IsEnabled(dialog, kBuild));
+    Type(dialog, kText, std::string(400, 'y'));
+    EXPECT_EQ(TextOf(dialog, kText).size(), 260u) << "a person can type no more than that";
+  });
+}
+
+TEST(Options, TheHostsFormatDecidesWhatCanBeChosen) {
+  const auto check = [](HWND dialog, bool trueColour, bool transparent, bool alpha) {
+    EXPECT_EQ(IsEnabled(dialog, kTrueColourCheck), trueColour);
+    EXPECT_EQ(IsEnabled(dialog, kTransparent), transparent);
+    EXPECT_EQ(IsEnabled(dialog, kSupercompress), transparent);
+    EXPECT_EQ(IsEnabled(dialog, kAlphaCheck), alpha);
+    EXPECT_EQ(IsChecked(dialog, kTrueColourCheck) && !trueColour, false);
+  };
+  RunDialog(kPalette, [&](HWND dialog) { check(dialog, false, true, false); });
+  RunDialog(kTrueColour, [&](HWND dialog) { check(dialog, true, false, true); });
+  RunDialog(kBothFormats, [&](HWND dialog) { check(dialog, true, true, false); });
+}
+
+TEST(Options, OneDecidesAboutAnother) {
+  RunDialog(kTrueColour, [](HWND dialog) {
+    SetChecked(dialog, kTrueColourCheck, false);
+    SetChecked(dialog, kAlphaCheck, true);
+    EXPECT_TRUE(IsChecked(dialog, kTrueColourCheck)) << "alpha is true colour";
+    SetChecked(dialog, kTrueColourCheck, false);
+    EXPECT_FALSE(IsChecked(dialog, kAlphaCheck)) << "without true colour no alpha";
+    EXPECT_TRUE(IsEnabled(dialog, kPaletteCombo));
+    SetChecked(dialog, kCustomPalette, true);
+    EXPECT_FALSE(IsEnabled(dialog, kPaletteCombo));
+    SetChecked(dialog, kCustomPalette, false);
+    EXPECT_TRUE(IsEnabled(dialog, kPaletteCombo));
+  });
+}
+
+TEST(Options, ATestLeavesAlphaAsItWas) {
+  RunDialog(kTrueColour, [](HWND dialog) {
+    AskForLittle(dialog);
+    SetChecked(dialog, kAlphaCheck, true);
+    PressTest(dialog);
+    EXPECT_TRUE(IsChecked(dialog, kAlphaCheck));
+    ASSERT_FALSE(host.images.empty());
+    EXPECT_EQ(At<std::uint32_t>(host.images[0].record, 20), 0u) << "a test is rendered without alpha";
+  });
+}
+
+TEST(Numbers, ArrowsKeepToTheRangeAndWhatIsTypedIsClampedWhenRead) {
+  RunDialog(kPalette, [](HWND dialog) {
+    AskForLittle(dialog);
+    Type(dialog, kDelay, "24");
+    for (int i = 0; i < 3; ++i) PressKey(dialog, kDelay, VK_UP);
+    EXPECT_EQ(TextOf(dialog, kDelay), "25") << "1 to 25 in a format of palettes";
+    Type(dialog, kPad, "1");
+    for (int i = 0; i < 3; ++i) PressKey(dialog, kPad, VK_DOWN);
+    EXPECT_EQ(TextOf(dialog, kPad), "0");
+    Type(dialog, kDelay, "9999");
+    PressTest(dialog);
+    ASSERT_FALSE(host.images.empty());
+    EXPECT_EQ(At<std::uint32_t>(host.images[0].record, 32), 25u);
+    const HWND upDown = GetDlgItem(dialog, kDelay + kUpDownOffset);
+    int low = 0, high = 0;
+    SendMessageA(upDown, UDM_GETRANGE32, reinterpret_cast<WPARAM>(&low), reinterpret_cast<LPARAM>(&high));
+    EXPECT_EQ(low, 1);
+    EXPECT_EQ(high, 25);
+  });
+}
+
+TEST(Keys, EscapeLeavesReturnBuildsTabGoesRound) {
+  RunDialog(kPalette, [](HWND dialog) {
+    PressKey(dialog, kText, VK_ESCAPE);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+  });
+  EXPECT_EQ(host.Count(HostOpNewTask), 0);
+  RunDialog(kPalette, [](HWND dialog) {
+    AskForLittle(dialog);
+    PressKey(dialog, kText, VK_RETURN);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+  });
+  EXPECT_EQ(host.ended, 1);
+  RunDialog(kPalette, [](HWND dialog) {
+    std::set<HWND> reached;
+    const DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
+    for (int i = 0; i < 100; ++i) {
+      GUITHREADINFO info{};
+      info.cbSize = sizeof info;
+      GetGUIThreadInfo(thread, &info);
+      if (!reached.insert(info.hwndFocus).second) break;
+      PressKey(dialog, 0, VK_TAB);
+    }
+    for (const int id : {kText, kFont, kBold, kSize, kDelay, kEffect, kBuild, kTest, kCancel, kOpenSave}) {
+      EXPECT_TRUE(reached.count(GetDlgItem(dialog, id))) << "no way to control " << id;
+    }
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+      const bool stop =
+          (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(child) && IsWindowEnabled(child);
+      EXPECT_EQ(reached.count(child), stop ? 1u : 0u) << "control " << GetDlgCtrlID(child);
+    }
+  });
+}
+
+// --- Documents ---
+
+// Answers the system's file dialog with a path.
+void GivePath(const char* title, const std::string& path) {
+  constexpr int kNameCombo = 0x47C, kNameEdit = 0x480;
+  const HWND dialog = WaitForDialog(title);
+  HWND name = nullptr;
+  WaitUntil([&] {
+    name = GetDlgItem(dialog, kNameCombo);
+    return name || (name = GetDlgItem(dialog, kNameEdit));
+  });
+  SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+  PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); })) << title;
+}
+
+class Documents : public testing::Test {
+ protected:
+  void SetUp() override { std::filesystem::create_directories(kFolder); }
+  void TearDown() override { std::filesystem::remove_all(kFolder); }
+};
+
+TEST_F(Documents, WhatWasSavedIsThereAgainWhenOpened) {
+  const std::string path = std::string(kFolder) + "\\mine.GM4";
+  RunDialog(kPalette, [&](HWND dialog) {
+    Type(dialog, kText, "Kept = kept");
+    Type(dialog, kDelay, "9");
+    Choose(dialog, kEffect, 13);
+    SetChecked(dialog, kBold, false);
+    Command(dialog, kSaveAs);
+    GivePath("Save", std::string(kFolder) + "\\mine");
+    Settle(dialog);
+    const std::string document = FileText(path);
+    EXPECT_NE(document.find("Glyphmotion 4 Plugin"), std::string::npos) << "the extension is added";
+    EXPECT_NE(document.find("\nTXTFLD52=Kept = kept\n"), std::string::npos);
+    EXPECT_NE(document.find("\nCMBBOX58=13\n"), std::string::npos);
+    Type(dialog, kDelay, "11");
+    Command(dialog, kSave);
+    Settle(dialog);
+    EXPECT_NE(FileText(path).find("\nSPNBTN11=11\n"), std::string::npos) << "Save knows the name by now";
+    Type(dialog, kText, "Other");
+    Choose(dialog, kEffect, 2);
+    SetChecked(dialog, kBold, true);
+    Command(dialog, kOpen);
+    GivePath("Open", path);
+    Settle(dialog);
+    EXPECT_EQ(TextOf(dialog, kText), "Kept = kept");
+    EXPECT_EQ(TextOf(dialog, kDelay), "11");
+    EXPECT_FALSE(IsChecked(dialog, kBold));
+    EXPECT_EQ(SelectionOf(dialog, kEffect), 13);
+  });
+  EXPECT_TRUE(SettingsHold("MainText = Kept = kept"));
+  EXPECT_TRUE(SettingsHold("CurrentFileName = " + path));
+}
+
+TEST_F(Documents, WhatIsNoneOrIsGoneIsTold) {
+  const std::string path = std::string(kFolder) + "\\foreign.GM4";
+  std::ofstream(path) << "Something else\nTXTFLD52=Not this\n";
+  RunDialog(kPalette, [&](HWND dialog) {
+    Command(dialog, kOpen);
+    GivePath("Open", path);
+    EXPECT_EQ(AnswerMessage(), "This file has been damaged.");
+    Command(dialog, kSaveAs);
+    GivePath("Save", std::string(kFolder) + "\\sub");
+    Settle(dialog);
+    std::filesystem::remove_all(kFolder);
+    Command(dialog, kSave);
+    EXPECT_EQ(AnswerMessage(), "There has been an error creating the requested file.");
+    EXPECT_EQ(TextOf(dialog, kText), "This space for rent...");
+  });
+}
+
+TEST_F(Documents, TheMenuOffersThem) {
+  RunDialog(kPalette, [](HWND dialog) {
+    PostMessageA(GetDlgItem(dialog, kOpenSave), BM_CLICK, 0, 0);
+    HWND menu = nullptr;
+    ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) != nullptr && IsWindowVisible(menu); }));
+    const auto handle = reinterpret_cast<HMENU>(SendMessageA(menu, MN_GETHMENU, 0, 0));
+    EXPECT_EQ(GetMenuItemCount(handle), 3);
+    for (const int id : {kOpen, kSave, kSaveAs})
+      EXPECT_EQ(GetMenuState(handle, static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED, 0u);
+    PostMessageA(dialog, WM_CANCELMODE, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); }));
+  });
+}
+
+// --- Settings ---
+
+TEST(Settings, AreWrittenAtTheEndAndReadAtTheNextStart) {
+  RunDialog(kTrueColour, [](HWND dialog) {
+    Type(dialog, kText, "R\xE9sum\xE9");
+    Choose(dialog, kEffect, 4);
+    Choose(dialog, kPaletteCombo, 3);
+    SetChecked(dialog, kCommentCheck, false);
+    Type(dialog, kSize, "33");
+    Press(dialog, kCancel);
+  });
+  EXPECT_TRUE(SettingsHold("MainEffect = 4"));
+  EXPECT_TRUE(SettingsHold("MainPalette = 3"));
+  EXPECT_TRUE(SettingsHold("MainFontSize = 33"));
+  EXPECT_TRUE(SettingsHold("MainText = R\xC3\xA9sum\xC3\xA9"));
+  RunDialog(kTrueColour, [](HWND dialog) {
+    EXPECT_EQ(TextOf(dialog, kText), "R\xE9sum\xE9");
+    EXPECT_EQ(SelectionOf(dialog, kEffect), 4);
+    EXPECT_EQ(SelectionOf(dialog, kPaletteCombo), 3);
+    EXPECT_FALSE(IsChecked(dialog, kCommentCheck));
+    EXPECT_EQ(TextOf(dialog, kSize), "33");
+  });
+}
+
+/// Holds Shift on this thread, which runs the dialog.
+struct ShiftHeld {
+  BYTE before[256];
+  ShiftHeld() {
+    GetKeyboardState(before);
+    BYTE keys[256];
+    std::copy(before, before + 256, keys);
+    keys[VK_SHIFT] = keys[VK_LSHIFT] = 0x80;
+    SetKeyboardState(keys);
+  }
+  ~ShiftHeld() { SetKeyboardState(before); }
+};
+
+TEST(Settings, ShiftAtTheStartBringsTheDefaultsBack) {
+  RunDialog(kPalette, [](HWND dialog) {
+    Type(dialog, kText, "Mine");
+    Choose(dialog, kEffect, 4);
+  });
+  const ShiftHeld shift;
+  RunDialog(kPalette, [](HWND dialog) {
+    EXPECT_EQ(TextOf(dialog, kText), "This space for rent...");
+    EXPECT_EQ(SelectionOf(dialog, kEffect), 17);
+    EXPECT_EQ(TextOf(dialog, kDelay), "4");
+    EXPECT_EQ(TextOf(dialog, kPause), "100");
+  });
+}
+
+}  // namespace
+}  // namespace glyphmotion::test

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "plugin_user.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+namespace glyphmotion::test {
+namespace {
+
+constexpr int kMessageText = 0xFFFF;  // the text of a message box
+constexpr DWORD kPatience = 60000;    // milliseconds
+constexpr DWORD kLookAgain = 10;
+
+struct Search {
+  const char* title;
+  int control;
+  HWND found;
+};
+
+BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<Search*>(parameter);
+  DWORD process = 0;
+  char title[64] = "", name[32] = "";
+  GetWindowThreadProcessId(window, &process);
+  if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+  GetWindowTextA(window, title, sizeof title);
+  GetClassNameA(window, name, sizeof name);
+  if (std::strcmp(name, "#32770") != 0 || std::strncmp(title, search.title, std::strlen(search.title)) != 0)
+    return TRUE;
+  if (search.control && !GetDlgItem(window, search.control)) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+HWND FindDialog(const char* title, int control) {
+  Search search{title, control, nullptr};
+  EnumWindows(LookAt, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+// Whatever the user left, a message box or the dialog, is closed until the dialog is gone.
+void Leave(HWND dialog) {
+  for (DWORD waited = 0; IsWindow(dialog); waited += kLookAgain) {
+    if (waited > kPatience) {
+      std::printf("The dialog does not close.\n");
+      std::exit(2);
+    }
+    if (const HWND message = FindDialog("", kMessageText)) {
+      PostMessageA(message, WM_COMMAND, IDOK, 0);
+    } else if (waited % 200 == 0) {
+      PostMessageA(dialog, WM_COMMAND, kCancel, 0);
+    }
+    Sleep(kLookAgain);
+  }
+}
+
+}  // namespace
+
+bool WaitUntil(const std::function<bool()>& holds) {
+  for (DWORD waited = 0; waited < kPatience; waited += kLookAgain, Sleep(kLookAgain)) {
+    if (holds()) return true;
+  }
+  return false;
+}
+
+HWND WaitForDialog(const char* title, int control) {
+  HWND found = nullptr;
+  if (WaitUntil([&] { return (found = FindDialog(title, control)) != nullptr; })) return found;
+  std::printf("No dialog \"%s\" with control %d came.\n", title, control);
+  std::exit(2);
+}
+
+HWND WaitForMainDialog() {
+  const HWND dialog = WaitForDialog("Glyphmotion #4", kEffect);
+  Settle(dialog);
+  return dialog;
+}
+
+int RunDialog(const HostCallTable& table, const std::function<void(HWND dialog)>& user, HWND owner) {
+  std::thread thread([&] {
+    const HWND dialog = WaitForMainDialog();
+    user(dialog);
+    Leave(dialog);
+  });
+  const int result = DoBuild(owner, &table);
+  thread.join();
+  return result;
+}
+
+int RunDialog(std::uint32_t flags, const std::function<void(HWND dialog)>& user) {
+  return RunDialog(TableOf(flags), user);
+}
+
+std::string AnswerMessage(int button) {
+  const HWND message = WaitForDialog("", kMessageText);
+  const std::string text = TextOf(message, kMessageText);
+  PostMessageA(message, WM_COMMAND, static_cast<WPARAM>(button), 0);
+  WaitUntil([&] { return !IsWindow(message); });
+  return text;
+}
+
+void Press(HWND dialog, int id) { SendDlgItemMessageA(dialog, id, BM_CLICK, 0, 0); }
+
+void Command(HWND dialog, int id, int code) {
+  PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, code), code ? reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)) : 0);
+}
+
+// The button posts a command, which posts another: a message sent after both finds the run over.
+void PressBuild(HWND dialog) {
+  Press(dialog, kBuild);
+  WaitUntil([&] { return !IsWindow(dialog) || host.ended >= 0; });
+}
+
+void PressTest(HWND dialog) {
+  Press(dialog, kTest);
+  WaitUntil([&] { return !IsWindow(dialog) || host.ended >= 0; });
+  Settle(dialog);
+}
+
+void Choose(HWND dialog, int id, int index) {
+  const HWND combo = GetDlgItem(dialog, id);
+  SendMessageA(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+  SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+}
+
+void Type(HWND dialog, int id, const std::string& text) {
+  SendDlgItemMessageA(dialog, id, EM_SETSEL, 0, -1);
+  SendDlgItemMessageA(dialog, id, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void PressKey(HWND dialog, int id, int key) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
+  const HWND control = id ? GetDlgItem(dialog, id) : info.hwndFocus;
+  PostMessageA(control, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+  PostMessageA(control, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001));
+  Settle(dialog);
+}
+
+std::string TextOf(HWND dialog, int id) {
+  char text[1024] = "";
+  GetDlgItemTextA(dialog, id, text, sizeof text);
+  return text;
+}
+
+bool IsChecked(HWND dialog, int id) { return SendDlgItemMessageA(dialog, id, BM_GETCHECK, 0, 0) == BST_CHECKED; }
+void SetChecked(HWND dialog, int id, bool checked) {
+  if (IsChecked(dialog, id) != checked) Press(dialog, id);
+}
+bool IsEnabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)); }
+int SelectionOf(HWND dialog, int id) { return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0)); }
+
+// Sent messages overtake posted ones, so a mark is posted, to an edit, and waited for. A command may post another one,
+// which may post a third, hence the rounds.
+void Settle(HWND dialog) {
+  const HWND edit = GetDlgItem(dialog, kText);
+  for (int round = 0; round < 3; ++round) {
+    SendMessageA(edit, EM_SETMODIFY, FALSE, 0);
+    PostMessageA(edit, EM_SETMODIFY, TRUE, 0);
+    WaitUntil([&] { return !IsWindow(edit) || SendMessageA(edit, EM_GETMODIFY, 0, 0); });
+  }
+}
+
+}  // namespace glyphmotion::test
