@@ -5,10 +5,12 @@
 #include <cctype>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "controls/variables.h"
 #include "materials/library_file.h"
 #include "materials/shipped.h"
+#include "platform/encoding.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
@@ -17,6 +19,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kLargestTileSide = 512;
+constexpr std::size_t kLongestName = 260;  // bytes
 
 LibraryStamp Stamp() { return CurrentStamp(TextVariable("RegistrationName")); }
 
@@ -50,6 +53,26 @@ bool IsNameOf(const std::string& fileName, const char* primary) {
 
 std::string GroupOf(const std::string& fileName) { return fileName.substr(0, fileName.rfind('.')); }
 
+std::vector<std::string> GroupsWithPrimaryFirst(const char* extension, const char* primary) {
+  std::vector<std::string> names = {GroupOf(primary)};
+  for (std::string& name : LibraryGroups(extension)) {
+    if (!IsNameOf(name + extension, primary) && name != names.back()) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+// Groups that are current for as long as the process lives.
+std::string currentTextures = kTextureLibraryName, currentTiles = kTileLibraryName;
+
+// The one that was current last, if its file is still there.
+std::string GroupToOpen(const std::string& current, const char* primary) {
+  return FileExists(JoinPath(DataFolder(), current)) ? GroupOf(current) : GroupOf(primary);
+}
+
+std::string FileToChoose(const std::string& name, const char* extension, const char* primary) {
+  return IsNameOf(FileNameOf(name, extension), primary) ? primary : FileOfGroup(name, extension);
+}
+
 bool AskToDelete(Dialog* owner, int question, const std::string& fileName) {
   return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNo);
 }
@@ -59,19 +82,93 @@ bool Refuse(Dialog* owner, int message) {
   return false;
 }
 
-bool WriteTextures(TextureEditor& editor) {
-  if (!EnsureFolder(DataFolder())) return false;
-  const bool written = WriteTextureLibrary(JoinPath(DataFolder(), editor.fileName), editor.group, Stamp());
-  if (written) editor.changed = false;
-  return written;
+// What is particular to one of the two kinds of groups, for what they do alike.
+struct GroupKind {
+  const char* extension;
+  const char* primary;
+  int newGroup, isProtected, primaryKept, askDelete;
+};
+constexpr GroupKind kTextures = {"FFT",
+                                 kTextureLibraryName,
+                                 kTextNewTextureGroup,
+                                 kTextTexturesProtected,
+                                 kTextPrimaryTexturesKept,
+                                 kTextAskDeleteTextures};
+constexpr GroupKind kTiles = {
+    "MTX", kTileLibraryName, kTextNewTileGroup, kTextTilesProtected, kTextPrimaryTilesKept, kTextAskDeleteTiles};
+
+// The file of a new group, after its name has been asked.
+std::optional<std::string> AskNewGroup(Dialog* owner, const GroupKind& kind) {
+  const auto name = AskName(owner, LoadText(kind.newGroup), LoadText(kTextNewGroup));
+  if (!name) return std::nullopt;
+  const std::string fileName = FileNameOf(*name, kind.extension);
+  if (GroupOf(fileName).empty()) return std::nullopt;
+  if (IsNameOf(fileName, kind.primary)) {
+    Refuse(owner, kind.isProtected);
+    return std::nullopt;
+  }
+  const std::string file = FileOfGroup(*name, kind.extension);
+  if (FileExists(JoinPath(DataFolder(), file)) &&
+      !ShowMessage(owner, FormatText(kTextAskReplaceGroup, GroupOf(file)), MessageButtons::YesNo)) {
+    return std::nullopt;
+  }
+  return file;
 }
 
-bool WriteTiles(TileEditor& editor) {
-  if (!EnsureFolder(DataFolder())) return false;
-  TileLibrary& group = editor.group;
-  group.writeable = true;
-  const bool written = WriteTileLibrary(JoinPath(DataFolder(), editor.fileName), group, Stamp());
-  if (written) editor.changed = false;
+bool DeleteGroup(Dialog* owner, const GroupKind& kind, bool writeable, const std::string& fileName) {
+  if (!writeable) return Refuse(owner, kind.primaryKept);
+  if (!AskToDelete(owner, kind.askDelete, fileName)) return false;
+  return RemoveFile(JoinPath(DataFolder(), fileName)) || Refuse(owner, kTextGroupNotDeleted);
+}
+
+bool WriteGroup(const std::string& fileName, TextureLibrary& group) {
+  return WriteTextureLibrary(JoinPath(DataFolder(), fileName), group, Stamp());
+}
+bool WriteGroup(const std::string& fileName, TileLibrary& group) {
+  return WriteTileLibrary(JoinPath(DataFolder(), fileName), group, Stamp());
+}
+
+// Makes the current entries a group of their own. False after the message, with the editor as it was.
+template <typename Editor>
+bool StartGroup(Dialog* owner, Editor& editor, const GroupKind& kind) {
+  const auto fileName = AskNewGroup(owner, kind);
+  if (!fileName) return false;
+  const bool before = std::exchange(editor.group.writeable, true);
+  if (!EnsureFolder(DataFolder()) || !WriteGroup(*fileName, editor.group)) {
+    editor.group.writeable = before;
+    return Refuse(owner, kTextDocumentNotCreated);
+  }
+  editor.fileName = *fileName;
+  editor.changed = false;
+  editor.setAside.erase(*fileName);
+  return true;
+}
+
+// Takes the place of the current group, which waits for OK if it was changed.
+template <typename Editor, typename Library>
+void TakeGroup(Editor& editor, const std::string& fileName, Library group, bool changed) {
+  if (editor.changed) editor.setAside[editor.fileName] = std::move(editor.group);
+  editor.fileName = fileName;
+  editor.group = std::move(group);
+  editor.changed = changed;
+}
+
+// True when the group was current already or set aside, and so is not to be read again.
+template <typename Editor>
+bool IsInHand(Editor& editor, const std::string& fileName) {
+  if (editor.changed && fileName == editor.fileName) return true;
+  auto kept = editor.setAside.extract(fileName);
+  if (kept.empty()) return false;
+  TakeGroup(editor, fileName, std::move(kept.mapped()), true);
+  return true;
+}
+
+template <typename Editor>
+bool SaveGroups(Editor& editor) {
+  if (editor.changed) editor.setAside[editor.fileName] = std::move(editor.group);
+  editor.changed = false;
+  bool written = editor.setAside.empty() || EnsureFolder(DataFolder());
+  for (auto& [fileName, group] : editor.setAside) written = WriteGroup(fileName, group) && written;
   return written;
 }
 
@@ -81,23 +178,25 @@ bool IsEntry(int i, std::size_t count) { return i >= 0 && static_cast<std::size_
 
 // Textures ------------------------------------------------------------------------------------------------------------
 
+std::vector<std::string> TextureGroups() { return GroupsWithPrimaryFirst(".fft", kTextureLibraryName); }
+std::string TextureGroup(const TextureEditor& editor) { return GroupOf(editor.fileName); }
+
 bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
   editor.parameters = parameters;
-  return ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
+  editor.fileName = kTextureLibraryName;
+  return ChooseTextureGroup(owner, editor, GroupToOpen(currentTextures, kTextureLibraryName));
 }
 
 bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name) {
-  const std::string fileName = name == GroupOf(kTextureLibraryName) ? kTextureLibraryName : FileOfGroup(name, "FFT");
-  TextureLibrary group;
-  if (!ReadTextureLibrary(LibraryPath(fileName), group)) {
-    ShowMessage(owner, LoadText(kTextTexturesNotLoaded));
-    return false;
+  const std::string fileName = FileToChoose(name, "FFT", kTextureLibraryName);
+  if (!IsInHand(editor, fileName)) {
+    TextureLibrary group;
+    if (!ReadTextureLibrary(LibraryPath(fileName), group)) return Refuse(owner, kTextTexturesNotLoaded);
+    // A primary group is known by its silence; whatever a copy says, the shipped name stays protected.
+    if (fileName == kTextureLibraryName) group.writeable = false;
+    TakeGroup(editor, fileName, std::move(group), false);
   }
-  // A primary group is known by its silence; whatever a copy says, the shipped name stays protected.
-  if (fileName == kTextureLibraryName) group.writeable = false;
-  editor.fileName = fileName;
-  editor.group = std::move(group);
-  editor.changed = false;
+  currentTextures = fileName;
   return true;
 }
 
@@ -107,24 +206,36 @@ bool SelectTexture(TextureEditor& editor, int i) {
   return true;
 }
 
+int FindTexture(const TextureEditor& editor) {
+  const auto& textures = editor.group.textures;
+  const auto* wanted = reinterpret_cast<const char*>(&editor.parameters);
+  const auto found = std::find_if(textures.begin(), textures.end(), [&](const NamedTexture& texture) {
+    const auto* given = reinterpret_cast<const char*>(&texture.parameters);
+    return std::all_of(TextureFields().begin(), TextureFields().end(), [&](const TextureField& field) {
+      return std::memcmp(wanted + field.offset, given + field.offset, sizeof(std::uint32_t)) == 0;
+    });
+  });
+  return found == textures.end() ? -1 : static_cast<int>(found - textures.begin());
+}
+
+bool KeepTexture(TextureEditor& editor, int i) {
+  if (!editor.group.writeable || !IsEntry(i, editor.group.textures.size())) return false;
+  editor.group.textures[static_cast<std::size_t>(i)].parameters = editor.parameters;
+  editor.changed = true;
+  return true;
+}
+
 bool AddTexture(Dialog* owner, TextureEditor& editor, bool shift) {
   if (shift) {
-    const auto name = AskName(owner, "New texture group", LoadText(kTextNewGroup));
-    if (!name || name->empty()) return false;
-    const std::string fileName = FileNameOf(*name, "FFT");
-    if (IsNameOf(fileName, kTextureLibraryName)) return Refuse(owner, kTextTexturesProtected);
-    editor.fileName = fileName;
-    editor.group.writeable = true;
-    if (WriteTextures(editor)) return true;
-    ShowMessage(owner, LoadText(kTextDocumentNotCreated));
-    return false;
+    if (!StartGroup(owner, editor, kTextures)) return false;
+    currentTextures = editor.fileName;
+    return true;
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   try {
     editor.group.textures.push_back({LoadText(kTextNewTexture), editor.parameters});
   } catch (const std::bad_alloc&) {
-    ShowMessage(owner, LoadText(kTextTextureNotAdded));
-    return false;
+    return Refuse(owner, kTextTextureNotAdded);
   }
   editor.changed = true;
   return true;
@@ -132,14 +243,12 @@ bool AddTexture(Dialog* owner, TextureEditor& editor, bool shift) {
 
 bool DeleteTexture(Dialog* owner, TextureEditor& editor, int selected, bool shift) {
   if (shift) {
-    if (!editor.group.writeable) {
-      ShowMessage(owner, LoadText(kTextPrimaryTexturesKept));
-      return false;
-    }
-    if (!AskToDelete(owner, kTextAskDeleteTextures, editor.fileName) ||
-        !RemoveFile(JoinPath(DataFolder(), editor.fileName)))
-      return false;
-    return ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
+    if (!DeleteGroup(owner, kTextures, editor.group.writeable, editor.fileName)) return false;
+    editor.group = {};
+    editor.changed = false;
+    editor.fileName = currentTextures = kTextureLibraryName;
+    ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
+    return true;
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   if (!IsEntry(selected, editor.group.textures.size())) return false;
@@ -148,17 +257,18 @@ bool DeleteTexture(Dialog* owner, TextureEditor& editor, int selected, bool shif
   return true;
 }
 
-bool RenameTexture(Dialog* owner, TextureEditor& editor, int i, const std::string& name) {
+bool RenameTexture(Dialog* owner, TextureEditor& editor, int i) {
   if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
   if (!IsEntry(i, editor.group.textures.size())) return false;
-  editor.group.textures[static_cast<std::size_t>(i)].name = name.substr(0, 260);
+  std::string& name = editor.group.textures[static_cast<std::size_t>(i)].name;
+  const auto given = AskName(owner, LoadText(kTextTextureName), name);
+  if (!given || given->empty() || *given == name) return false;
+  name = CutText(*given, kLongestName);
   editor.changed = true;
   return true;
 }
 
-bool SaveTextureGroup(TextureEditor& editor) {
-  return !editor.changed || !editor.group.writeable || WriteTextures(editor);
-}
+bool SaveTextureGroups(TextureEditor& editor) { return SaveGroups(editor); }
 
 std::span<const int> TextureControls(std::uint32_t type) {
   static constexpr int two[] = {501, 502, 507, 512, 517, 518};
@@ -214,6 +324,18 @@ const ControlField* ControlFieldOf(int control) {
   return nullptr;
 }
 
+std::int64_t HundredthsOf(float value) {
+  const double shown = static_cast<double>(value * 100.0f);
+  return std::isfinite(shown) ? static_cast<std::int64_t>(std::clamp(shown, -2147483648.0, 2147483647.0)) : 0;
+}
+
+// Some hundredths have no float that is not a little nearer to 0; a millionth more is lost neither on the way to a file
+// nor in the truncation.
+float FloatOfHundredths(std::int64_t value) {
+  const float nearest = static_cast<float>(value) / 100.0f;
+  return HundredthsOf(nearest) == value ? nearest : nearest + std::copysign(1.0e-6f, nearest);
+}
+
 std::size_t PlaceOf(const ControlField& field, int control) {
   return field.offset + 4 * static_cast<std::size_t>(control - field.first);
 }
@@ -227,8 +349,7 @@ std::optional<std::int64_t> TextureControlValue(const TextureSpec& parameters, i
   if (field->isFloat) {
     float value;
     std::memcpy(&value, place, sizeof(value));
-    const double shown = static_cast<double>(value * 100.0f);
-    return std::isfinite(shown) ? static_cast<std::int64_t>(std::clamp(shown, -2147483648.0, 2147483647.0)) : 0;
+    return HundredthsOf(value);
   }
   std::uint32_t value;
   std::memcpy(&value, place, sizeof(value));
@@ -240,7 +361,7 @@ bool SetTextureControl(TextureSpec& parameters, int control, std::int64_t value)
   if (!field) return false;
   char* place = reinterpret_cast<char*>(&parameters) + PlaceOf(*field, control);
   if (field->isFloat) {
-    const float number = static_cast<float>(value) / 100.0f;
+    const float number = FloatOfHundredths(value);
     std::memcpy(place, &number, sizeof(number));
   } else {
     const auto number = static_cast<std::uint32_t>(value);
@@ -249,31 +370,60 @@ bool SetTextureControl(TextureSpec& parameters, int control, std::int64_t value)
   return true;
 }
 
+namespace {
+
+constexpr int kFirstCurve = 525;
+std::size_t PlaceOfCurve(int control) {
+  constexpr std::size_t places[] = {offsetof(TextureSpec, ColorRed), offsetof(TextureSpec, ColorGreen),
+                                    offsetof(TextureSpec, ColorBlue)};
+  return places[std::clamp(control - kFirstCurve, 0, 2)];
+}
+
+}  // namespace
+
+std::array<float, 4> TextureCurveValues(const TextureSpec& parameters, int control) {
+  std::array<float, 4> values;
+  std::memcpy(values.data(), reinterpret_cast<const char*>(&parameters) + PlaceOfCurve(control), sizeof(values));
+  return values;
+}
+
+void SetTextureCurveValue(TextureSpec& parameters, int control, int point, float value) {
+  const auto place = PlaceOfCurve(control) + sizeof(value) * static_cast<std::size_t>(std::clamp(point, 0, 3));
+  std::memcpy(reinterpret_cast<char*>(&parameters) + place, &value, sizeof(value));
+}
+
 // Tiles ---------------------------------------------------------------------------------------------------------------
+
+std::vector<std::string> TileGroups() { return GroupsWithPrimaryFirst(".mtx", kTileLibraryName); }
+std::string TileGroup(const TileEditor& editor) { return GroupOf(editor.fileName); }
 
 bool OpenTileEditor(Dialog* owner, TileEditor& editor, const TileSpec& tile) {
   editor.tile = tile;
   editor.fileName = kTileLibraryName;
-  return ChooseTileGroup(owner, editor, GroupOf(kTileLibraryName));
+  return ChooseTileGroup(owner, editor, GroupToOpen(currentTiles, kTileLibraryName));
 }
 
 bool ChooseTileGroup(Dialog* owner, TileEditor& editor, const std::string& name) {
-  editor.fileName = name == GroupOf(kTileLibraryName) ? kTileLibraryName : FileOfGroup(name, "MTX");
-  editor.group = {};  // a file that cannot be read says nothing of whether it may be changed
+  currentTiles = FileToChoose(name, "MTX", kTileLibraryName);
   editor.selected = -1;
-  editor.changed = false;
-  if (ReadTileLibrary(LibraryPath(editor.fileName), editor.group)) return true;
-  ShowMessage(owner, LoadText(kTextTilesNotLoaded));
-  return false;
+  if (IsInHand(editor, currentTiles)) return true;
+  TileLibrary group;  // a file that cannot be read says nothing of whether it may be changed
+  const bool read = ReadTileLibrary(LibraryPath(currentTiles), group);
+  TakeGroup(editor, currentTiles, std::move(group), false);
+  return read || Refuse(owner, kTextTilesNotLoaded);
+}
+
+bool FindTile(TileEditor& editor) {
+  const bool here = editor.tile.TileIndex < editor.group.tiles.size() && HandleOf(editor.tile.TileBitmap) &&
+                    PathOfTile(editor.tile) == LibraryPath(editor.fileName);
+  editor.selected = here ? static_cast<int>(editor.tile.TileIndex) : -1;
+  return here;
 }
 
 bool SelectTile(Dialog* owner, TileEditor& editor, int i) {
   if (!IsEntry(i, editor.group.tiles.size())) return false;
   PackedDib copy = DuplicateDib(editor.group.tiles[static_cast<std::size_t>(i)]);
-  if (!copy) {
-    ShowMessage(owner, LoadText(kTextMemoryError));
-    return false;
-  }
+  if (!copy) return Refuse(owner, kTextMemoryError);
   FreeBlock(HandleOf(editor.tile.TileBitmap));
   editor.tile.TileBitmap = WordOf(copy.Release());
   editor.tile.TileIndex = static_cast<std::uint32_t>(i);
@@ -284,14 +434,10 @@ bool SelectTile(Dialog* owner, TileEditor& editor, int i) {
 
 bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& choose) {
   if (shift) {
-    const auto name = AskName(owner, "New matrix group", LoadText(kTextNewGroup));
-    if (!name || name->empty()) return false;
-    const std::string fileName = FileNameOf(*name, "MTX");
-    if (IsNameOf(fileName, kTileLibraryName)) return Refuse(owner, kTextTilesProtected);
-    editor.fileName = fileName;
-    if (WriteTiles(editor)) return true;
-    ShowMessage(owner, LoadText(kTextDocumentNotCreated));
-    return false;
+    if (!StartGroup(owner, editor, kTiles)) return false;
+    currentTiles = editor.fileName;
+    if (editor.selected >= 0) SetTilePath(editor.tile, LibraryPath(editor.fileName));
+    return true;
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTilesProtected);
   PackedDib picture = choose ? choose() : PackedDib();
@@ -301,18 +447,15 @@ bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& c
     height = view.Height();
     bits = view.Bits();
   }
-  if (!bits) return false;
-  if (width > kLargestTileSide && height > kLargestTileSide) {
-    ShowMessage(owner, LoadText(kTextTileTooLarge));
-    return false;
-  }
+  if (!picture) return false;
+  if (!bits) return Refuse(owner, kTextTileNotAdded);
+  if (width > kLargestTileSide && height > kLargestTileSide) return Refuse(owner, kTextTileTooLarge);
   if (bits != 24) picture = TileTo24Bit(picture);
   try {
     if (!picture) throw std::bad_alloc();
     editor.group.tiles.push_back(std::move(picture));
   } catch (const std::bad_alloc&) {
-    ShowMessage(owner, LoadText(kTextTileNotAdded));
-    return false;
+    return Refuse(owner, kTextTileNotAdded);
   }
   editor.changed = true;
   return true;
@@ -320,15 +463,9 @@ bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& c
 
 bool DeleteTile(Dialog* owner, TileEditor& editor, bool shift) {
   if (shift) {
-    if (!editor.group.writeable) {
-      ShowMessage(owner, LoadText(kTextPrimaryTilesKept));
-      return false;
-    }
-    if (!AskToDelete(owner, kTextAskDeleteTiles, editor.fileName) ||
-        !RemoveFile(JoinPath(DataFolder(), editor.fileName)))
-      return false;
+    if (!DeleteGroup(owner, kTiles, editor.group.writeable, editor.fileName)) return false;
     // The list keeps its entries until a group is chosen, but they are no longer anybody's to change.
-    editor.fileName = kTileLibraryName;
+    editor.fileName = currentTiles = kTileLibraryName;
     editor.group.writeable = false;
     editor.changed = false;
     return true;
@@ -342,7 +479,7 @@ bool DeleteTile(Dialog* owner, TileEditor& editor, bool shift) {
   return true;
 }
 
-bool SaveTileGroup(TileEditor& editor) { return !editor.changed || !editor.group.writeable || WriteTiles(editor); }
+bool SaveTileGroups(TileEditor& editor) { return SaveGroups(editor); }
 
 std::string TileSizeText(const TileEditor& editor) {
   const DibView view(HandleOf(editor.tile.TileBitmap));

@@ -97,13 +97,11 @@ void KindMenu(Dialog& dialog, int id) {
 }
 
 bool EditTile(Dialog& dialog, TileSpec& tile) {
-  if (!materialWindows.editTile) return false;
-  TileSpec copy = tile;
-  copy.TileBitmap = WordOf(DuplicateBlock(HandleOf(tile.TileBitmap)));
-  const bool accepted = materialWindows.editTile(dialog, copy);
-  FreeBlock(HandleOf(accepted ? tile.TileBitmap : copy.TileBitmap));
-  if (accepted) tile = copy;
-  return accepted;
+  TileSpec chosen = tile;
+  if (!materialWindows.editTile || !materialWindows.editTile(dialog, chosen)) return false;
+  FreeBlock(HandleOf(tile.TileBitmap));
+  tile = chosen;
+  return true;
 }
 
 bool EditKind(Dialog& dialog, Material& material) {

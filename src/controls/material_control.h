@@ -39,7 +39,7 @@ constexpr int kCommandEditMaterial = 99, kCommandFirstKind = 100;
 struct MaterialWindows {
   bool (*editGradient)(Dialog& dialog, GradientSpec& gradient, FountainSpec& fountain) = nullptr;
   bool (*editTexture)(Dialog& dialog, TextureSpec& texture) = nullptr;
-  /// The tile's bitmap in the copy is the copy's own; accepted, it goes into the record.
+  /// Works on a bitmap of its own: accepted, `tile` holds a new one, and the caller frees the one it held before.
   bool (*editTile)(Dialog& dialog, TileSpec& tile) = nullptr;
 };
 void SetMaterialWindows(const MaterialWindows& windows) noexcept;

@@ -228,11 +228,20 @@ Octaves OctavesOf(std::uint32_t matrix) {
   return octaves;
 }
 
+// The four values limited, and one more at each end for the curve to come from and go to.
+std::array<float, 6> CurvePoints(const float (&given)[4]) {
+  float c[4];
+  // Written so that what is not a number becomes 0.
+  for (int i = 0; i < 4; ++i) c[i] = given[i] > 0.0f ? std::min(given[i], 1.0f) : 0.0f;
+  return {2.0f * c[0] - c[1], c[0], c[1], c[2], c[3], 2.0f * c[3] - c[2]};
+}
+
 // One channel's curve through four values, as Catmull and Rom's splines go.
-double CurveAt(const float (&points)[6], double t) {
+double CurveAt(const std::array<float, 6>& points, double t) {
   t = std::clamp(t, 0.0, 1.0) * 3.0;
-  const int k = std::min(static_cast<int>(t), 2);
-  const double f = t - k, p0 = points[k], p1 = points[k + 1], p2 = points[k + 2], p3 = points[k + 3];
+  const auto k = static_cast<std::size_t>(std::min(static_cast<int>(t), 2));
+  const double f = t - static_cast<double>(k), p0 = points[k], p1 = points[k + 1], p2 = points[k + 2],
+               p3 = points[k + 3];
   const double cubic = static_cast<double>(static_cast<float>(1.5 * p1 - 0.5 * p0 - 1.5 * p2 + 0.5 * p3));
   const double square = static_cast<double>(static_cast<float>(p0 - 2.5 * p1 + 2.0 * p2 - 0.5 * p3));
   const double linear = static_cast<double>(static_cast<float>(0.5 * p2 - 0.5 * p0));
@@ -242,10 +251,7 @@ double CurveAt(const float (&points)[6], double t) {
 using ColourTable = std::array<std::array<std::uint8_t, 3>, 256>;
 
 void FillChannel(ColourTable& table, std::size_t channel, const float (&given)[4]) {
-  float c[4];
-  // Written so that what is not a number becomes 0.
-  for (int i = 0; i < 4; ++i) c[i] = given[i] > 0.0f ? std::min(given[i], 1.0f) : 0.0f;
-  const float points[6] = {2.0f * c[0] - c[1], c[0], c[1], c[2], c[3], 2.0f * c[3] - c[2]};
+  const std::array<float, 6> points = CurvePoints(given);
   for (std::size_t i = 0; i < 256; ++i) {
     table[i][channel] =
         static_cast<std::uint8_t>(std::clamp(CurveAt(points, static_cast<double>(i) / 255.0) * 255.0, 0.0, 255.0));
@@ -329,6 +335,8 @@ std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, int width) {
 }
 
 }  // namespace
+
+double TextureCurve(const float (&values)[4], double t) noexcept { return CurveAt(CurvePoints(values), t); }
 
 bool NoiseTablesBuilt() noexcept { return noise.built; }
 

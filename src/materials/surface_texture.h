@@ -18,6 +18,10 @@ PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept;
 /// Whether some perturbation texture has built the noise tables, which then stand for the life of the process.
 bool NoiseTablesBuilt() noexcept;
 
+/// What a colour curve through four values, each limited to 0 to 1, gives at t from 0 to 1. Between the values it may
+/// pass those limits.
+double TextureCurve(const float (&values)[4], double t) noexcept;
+
 /// The bounds of a square of `side` pixels.
 inline void SetTextureBounds(TextureSpec& parameters, int side) noexcept {
   parameters.Left = parameters.Top = 0;

@@ -54,6 +54,10 @@ bool IsShiftDown();
 enum class SystemColour { ButtonFace, ButtonShadow, ButtonText, DarkShadow, Highlight, Light3D, WindowText, Window };
 std::uint32_t GetSystemColour(SystemColour colour);
 
+/// Thicknesses of the desktop's parts, in pixels.
+enum class SystemSize { DialogFrame, HorizontalScrollBar };
+int GetSystemSize(SystemSize size);
+
 /// Width and height of the screen in pixels.
 void ScreenSize(int& width, int& height);
 

@@ -80,7 +80,10 @@ constexpr TextRow kTexts[] = {
     {kTextTextureNotAdded, "There has been an error adding your texture."},
     {kTextAskDeleteTextures,
      "Do you want to delete the %s texture group?\n\nClick on Yes to delete this file, or No to abort."},
-    {kTextBubbleShapes, "Ellipse;Fuzzy;Luminous;Sphere"},
+    {kTextNewTextureGroup, "New texture group"},
+    {kTextTextureName, "Texture name"},
+    {kTextMenuRename, "&Rename"},
+    {kTextTextureSample, "Texture"},
     {kTextNewGroup, "Untitled"},
     {kTextMenuDelete, "&Delete"},
     {kTextTilesNotLoaded, "There has been an error loading the matrix element file."},
@@ -92,6 +95,11 @@ constexpr TextRow kTexts[] = {
     {kTextTileTooLarge, "The selected image is too large to be a matrix tile."},
     {kTextAskDeleteTiles,
      "Do you want to delete the %s matrix group?\n\nClick on Yes to delete this file, or No to abort."},
+    {kTextNewTileGroup, "New matrix group"},
+    {kTextAskReplaceGroup,
+     "There is a group named %s already.\n\nClick on Yes to replace it, or No to choose another name."},
+    {kTextGroupNotDeleted,
+     "This group could not be deleted. Another program may be using its file, or the file may be protected."},
 };
 
 constexpr bool NumbersRise() {

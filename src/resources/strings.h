@@ -74,7 +74,10 @@ constexpr int kTextTexturesProtected = 2109;
 constexpr int kTextPrimaryTexturesKept = 2110;
 constexpr int kTextTextureNotAdded = 2111;
 constexpr int kTextAskDeleteTextures = 2112;  ///< %s: the group
-constexpr int kTextBubbleShapes = 2113;       ///< items of a combo
+constexpr int kTextNewTextureGroup = 2113;    ///< titles of name prompts
+constexpr int kTextTextureName = 2114;
+constexpr int kTextMenuRename = 2115;
+constexpr int kTextTextureSample = 2116;  ///< what the preview writes in the texture
 
 // Tiles.
 constexpr int kTextNewGroup = 2120;  ///< where the name prompt of a new group starts
@@ -85,5 +88,10 @@ constexpr int kTextPrimaryTilesKept = 2124;
 constexpr int kTextTileNotAdded = 2125;
 constexpr int kTextTileTooLarge = 2126;
 constexpr int kTextAskDeleteTiles = 2127;  ///< %s: the group
+constexpr int kTextNewTileGroup = 2128;    ///< title of a name prompt
+
+// Groups of either.
+constexpr int kTextAskReplaceGroup = 2140;  ///< %s: the group
+constexpr int kTextGroupNotDeleted = 2141;
 
 }  // namespace glyphmotion

@@ -18,6 +18,9 @@ extern const DialogTemplate kBackgroundHyperspacePanel, kBackgroundIrisPanel, kB
     kNebulaPanel, kPhasersOnStunPanel, kPinchPanel, kPulsePanel, kRipplePanel, kRadarPanel, kSimplePanel,
     kSingularityPanel, kVortexPanel, kWhiteNoisePanel;
 
+/// The windows behind a material button, with ids in texture_controls.h and tile_controls.h.
+extern const DialogTemplate kTextureDialogTemplate, kTexturePreviewTemplate, kTileDialogTemplate;
+
 /// The panels in the order of the effect list.
 std::span<const DialogTemplate* const> PanelTemplates() noexcept;
 

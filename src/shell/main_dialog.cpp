@@ -14,6 +14,8 @@
 #include "controls/families.h"
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
+#include "controls/texture_dialog.h"
+#include "controls/tile_dialog.h"
 #include "effects/effect_table.h"
 #include "image/fixed_palettes.h"
 #include "platform/folders.h"
@@ -387,6 +389,7 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   state = {};
   state.hostCalls = hostCalls;
   SetEditorServices({ShowTopic, ChoosePictureOfHost});
+  SetMaterialWindows({.editTexture = EditTexture, .editTile = RunTileDialog});
   LoadSettings();
   CheckRegistration();
   if (!hostCalls->HostCall) {

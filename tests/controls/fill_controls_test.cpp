@@ -258,7 +258,7 @@ TEST_F(FillControls, PrimaryGroupsAreProtected) {
   EXPECT_TRUE(AddTexture(nullptr, textures, true)) << "a new group holds a copy";
   EXPECT_EQ(textures.fileName, "Mine.FFT");
   EXPECT_TRUE(AddTexture(nullptr, textures, false));
-  EXPECT_TRUE(SaveTextureGroup(textures));
+  EXPECT_TRUE(SaveTextureGroups(textures));
   ASSERT_TRUE(ChooseTextureGroup(nullptr, textures, "Mine"));
   EXPECT_EQ(textures.group.textures.size(), shipped + 1);
   EXPECT_EQ(textures.group.textures.back().name, "Untitled (double-click to edit)");
@@ -297,7 +297,7 @@ TEST_F(FillControls, TilesOfTheRightSizeAreAdded) {
   EXPECT_EQ(TileSizeText(tiles), "512 x 512");
   EXPECT_TRUE(DeleteTile(nullptr, tiles, false));
   EXPECT_EQ(tiles.selected, static_cast<int>(tiles.group.tiles.size()) - 1) << "the last entry";
-  EXPECT_TRUE(SaveTileGroup(tiles));
+  EXPECT_TRUE(SaveTileGroups(tiles));
   EXPECT_TRUE(DeleteTile(nullptr, tiles, true));
   EXPECT_FALSE(DeleteTile(nullptr, tiles, true));
   FreeBlock(HandleOf(tiles.tile.TileBitmap));

@@ -72,6 +72,8 @@ std::uint32_t GetSystemColour(SystemColour colour) {
   return 0;
 }
 
+int GetSystemSize(SystemSize size) { return size == SystemSize::DialogFrame ? 3 : 17; }
+
 void ScreenSize(int& width, int& height) {
   width = 1920;
   height = 1080;

@@ -218,6 +218,10 @@ std::uint32_t GetSystemColour(SystemColour colour) {
   return 0;
 }
 
+int GetSystemSize(SystemSize size) {
+  return GetSystemMetrics(size == SystemSize::DialogFrame ? SM_CYFIXEDFRAME : SM_CYHSCROLL);
+}
+
 void ScreenSize(int& width, int& height) {
   width = GetSystemMetrics(SM_CXSCREEN);
   height = GetSystemMetrics(SM_CYSCREEN);

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "controls/colour_curve.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "controls/face_painting.h"
+#include "materials/surface_texture.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr int kEdge = 2, kMargin = 7;  // the edge, and with it the room for half a point
+constexpr int kPointHalf = 3;
+constexpr double kLineHalf = 0.9;  // of the line's thickness
+
+int ColumnOf(const Rect& plot, int point) { return plot.left + (plot.Width() - 1) * point / (kCurvePoints - 1); }
+// What is not a number counts as 0.
+double RowOf(const Rect& plot, double value) {
+  return plot.top + (plot.Height() - 1) * (1.0 - (value > 0.0 ? std::min(value, 1.0) : 0.0));
+}
+
+void BlendOver(const DrawRequest& request, int x, int y, Colour colour, double part) {
+  if (x < 0 || y < 0 || x >= request.width || y >= request.height || part <= 0.0) return;
+  std::uint8_t* pixel = request.pixels + request.stride * y + 3 * static_cast<std::ptrdiff_t>(x);
+  const Colour under = MakeColour(pixel[2], pixel[1], pixel[0]);
+  const Colour mixed = Blend(under, colour, static_cast<int>(std::min(part, 1.0) * 255.0));
+  FillFace(request, {x, y, x + 1, y + 1}, mixed);
+}
+
+// Column by column; the steeper the line, the more of a column it takes. Pixels are mixed by what the line covers.
+void PaintLine(const DrawRequest& request, const Rect& plot, const float (&values)[kCurvePoints], Colour colour) {
+  const double step = 1.0 / std::max(plot.Width() - 1, 1);
+  const auto row = [&](double t) { return RowOf(plot, TextureCurve(values, t)) + 0.5; };
+  for (int x = plot.left; x < plot.right; ++x) {
+    const double t = (x - plot.left) * step, before = row(t - step / 2), after = row(t + step / 2);
+    const double half = kLineHalf * std::sqrt(1.0 + (after - before) * (after - before));
+    const double low = (before + after) / 2 - half, high = (before + after) / 2 + half;
+    for (int y = static_cast<int>(low); y < high; ++y) {
+      BlendOver(request, x, y, colour, std::min(high, y + 1.0) - std::max(low, static_cast<double>(y)));
+    }
+  }
+}
+
+}  // namespace
+
+void PaintColourCurve(const DrawRequest& request, const float (&values)[kCurvePoints], Colour colour,
+                      int current) noexcept {
+  const Rect whole{0, 0, request.width, request.height}, plot = Shrunk(whole, kMargin);
+  const Colour field = GetSystemColour(SystemColour::Window), grid = GetSystemColour(SystemColour::Light3D);
+  PaintButtonFace(request, whole, true, field);
+  FillFace(request, Shrunk(whole, kEdge), field);
+  for (int i = 0; i < kCurvePoints; ++i) {
+    const int x = ColumnOf(plot, i), y = plot.top + (plot.Height() - 1) * i / (kCurvePoints - 1);
+    FillFace(request, {x, plot.top, x + 1, plot.bottom}, grid);
+    FillFace(request, {plot.left, y, plot.right, y + 1}, grid);
+  }
+  PaintLine(request, plot, values, colour);
+  for (int i = 0; i < kCurvePoints; ++i) {
+    const int x = ColumnOf(plot, i), y = static_cast<int>(RowOf(plot, static_cast<double>(values[i])) + 0.5);
+    const Rect point{x - kPointHalf, y - kPointHalf, x + kPointHalf + 1, y + kPointHalf + 1};
+    FillFace(request, point, i == current ? colour : field);
+    FrameFace(request, point, colour, colour);
+  }
+}
+
+int CurvePointAt(int width, int x) noexcept {
+  const int span = std::max(width - 2 * kMargin - 1, 1);
+  return std::clamp(((x - kMargin) * (kCurvePoints - 1) * 2 + span) / (2 * span), 0, kCurvePoints - 1);
+}
+
+float CurveValueAt(int height, int y) noexcept {
+  const int span = std::max(height - 2 * kMargin - 1, 1);
+  return 1.0f - static_cast<float>(std::clamp(y - kMargin, 0, span)) / static_cast<float>(span);
+}
+
+}  // namespace glyphmotion
