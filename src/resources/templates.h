@@ -18,6 +18,9 @@ extern const DialogTemplate kBackgroundHyperspacePanel, kBackgroundIrisPanel, kB
     kNebulaPanel, kPhasersOnStunPanel, kPinchPanel, kPulsePanel, kRipplePanel, kRadarPanel, kSimplePanel,
     kSingularityPanel, kVortexPanel, kWhiteNoisePanel;
 
+/// The gradient editor (9995), a marker's position (9996), the library of fountains (9997).
+extern const DialogTemplate kGradientDialogTemplate, kMarkerPositionDialogTemplate, kFountainLibraryDialogTemplate;
+
 /// The panels in the order of the effect list.
 std::span<const DialogTemplate* const> PanelTemplates() noexcept;
 
