@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "controls/editor_services.h"
@@ -24,6 +25,7 @@ constexpr int kListEdge = 2;  // the sunken edge of a list, which its items lie 
 
 struct LibrarySession {
   FountainSpec& fountain;  // the control's, and then the one taken
+  std::string path;        // what is written is what was read
   bool changed = false;
 };
 
@@ -65,7 +67,7 @@ bool AppendFountain(Dialog& dialog, const FountainSpec& fountain, int previewWid
 
 bool ReadLibrary(Dialog& dialog, int previewWidth) {
   std::vector<FountainSpec> fountains;
-  bool complete = ReadFountainLibrary(FountainLibraryPath(), fountains);
+  bool complete = ReadFountainLibrary(SessionOf(dialog).path, fountains);
   for (const FountainSpec& fountain : fountains) {
     if (AppendFountain(dialog, fountain, previewWidth)) continue;
     complete = false;
@@ -81,7 +83,7 @@ bool WriteLibrary(const Dialog& dialog) {
     if (!fountain) return false;
     fountains.push_back(*fountain);
   }
-  return WriteFountainLibrary(FountainLibraryPath(), fountains, CurrentTime());
+  return WriteFountainLibrary(SessionOf(dialog).path, fountains, CurrentTime());
 }
 
 // Without memory for another one the old preview stays.
@@ -242,7 +244,7 @@ std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
 }  // namespace
 
 bool ManageFountainLibrary(Dialog& owner, FountainSpec& fountain) {
-  LibrarySession session{fountain};
+  LibrarySession session{fountain, FountainLibraryPath()};
   return RunModal(kFountainLibraryDialogTemplate, HandleOf(WindowOf(owner)), LibraryProcedure, &session) == kUse;
 }
 
