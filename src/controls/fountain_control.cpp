@@ -138,16 +138,24 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain || index < 0 || index >= MarkerCountOf(*fountain)) return;
   const int old = MarkerPosition(fountain->Markers[index]);
+  const FountainSpec before = *fountain;
+  const auto place = [&](int wanted) {
+    std::memcpy(fountain->Markers, before.Markers, sizeof before.Markers);
+    fountain->Markers[index] = MakeMarker(std::clamp(wanted, 0, 255), before.Markers[index]);
+    SortMarkers(*fountain);
+    Changed(dialog, id, *fountain);
+  };
   std::optional<int> position;
   if (fountainWindows.askPosition) {
-    position = fountainWindows.askPosition(dialog, old);
+    position = fountainWindows.askPosition(dialog, old, place);
+    if (!position && std::memcmp(fountain->Markers, before.Markers, sizeof before.Markers) != 0) {
+      std::memcpy(fountain->Markers, before.Markers, sizeof before.Markers);
+      Changed(dialog, id, *fountain);
+    }
   } else if (const auto text = AskName(&dialog, LoadText(kTextAdjustPosition), std::to_string(old)); text) {
     position = std::atoi(text->c_str());
   }
-  if (!position) return;
-  fountain->Markers[index] = MakeMarker(std::clamp(*position, 0, 255), fountain->Markers[index]);
-  SortMarkers(*fountain);
-  Changed(dialog, id, *fountain);
+  if (position) place(*position);
 }
 
 void MarkerMenu(Dialog& dialog, int id, int index) {
@@ -164,11 +172,24 @@ void MarkerMenu(Dialog& dialog, int id, int index) {
   }
 }
 
+// The control keeps its own flags and name.
+void ManageLibrary(Dialog& dialog, int id) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain || !fountainWindows.manageLibrary) return;
+  FountainSpec chosen = *fountain;
+  if (!fountainWindows.manageLibrary(dialog, chosen)) return;
+  fountain->MarkerCount = chosen.MarkerCount;
+  fountain->StartColour = chosen.StartColour;
+  fountain->EndColour = chosen.EndColour;
+  std::memcpy(fountain->Markers, chosen.Markers, sizeof chosen.Markers);
+  Changed(dialog, id, *fountain);
+}
+
 void BarMenu(Dialog& dialog, int id) {
   const MenuItem items[] = {{kAddToLibrary, LoadText(kTextAddToLibrary), false},
                             {kManageLibrary, LoadText(kTextManageLibrary), false}};
   const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
-  if (chosen == kManageLibrary && fountainWindows.manageLibrary) fountainWindows.manageLibrary(dialog);
+  if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
   const auto fountain = LockFountain(dialog, id);
   if (!fountain || !AddToFountainLibrary(FountainLibraryPath(), *fountain, CurrentTime())) {
@@ -198,8 +219,7 @@ void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
   for (int i = 0; i < MarkerCountOf(fountain); ++i) {
     if (fountain.Markers[i] == marker) draggedMarker = i;
   }
-  RenderPreview(dialog, id, fountain);
-  Invalidate(dialog, id);
+  Changed(dialog, id, fountain);
 }
 
 void LeftUp(Dialog& dialog, int id, const Message& message) {

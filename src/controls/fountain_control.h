@@ -3,6 +3,7 @@
 // window word holds the FountainSpec.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -59,8 +60,10 @@ std::string FountainLibraryPath();
 
 /// The windows that the control opens; without them, positions are asked for by name and the library is not managed.
 struct FountainWindows {
-  std::optional<int> (*askPosition)(Dialog& dialog, int position) = nullptr;
-  void (*manageLibrary)(Dialog& dialog) = nullptr;
+  /// A marker's new position, or nothing when cancelled. `show` lets the control follow while it is being chosen.
+  std::optional<int> (*askPosition)(Dialog& dialog, int position, const std::function<void(int)>& show) = nullptr;
+  /// True when a fountain of the library was chosen: its colours are in `fountain` then.
+  bool (*manageLibrary)(Dialog& dialog, FountainSpec& fountain) = nullptr;
 };
 void SetFountainWindows(const FountainWindows& windows) noexcept;
 

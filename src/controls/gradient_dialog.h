@@ -2,6 +2,7 @@
 // The gradient dialog (9995) and the small one for a marker's position (9996).
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "materials/material.h"
@@ -13,7 +14,8 @@ namespace glyphmotion {
 /// both stay as they were.
 bool EditGradient(Dialog& owner, GradientSpec& gradient, FountainSpec& fountain);
 
-/// Asks for a marker's position, 0 to 255, starting from `position`. Nothing when cancelled.
-std::optional<int> AskMarkerPosition(Dialog& owner, int position);
+/// Asks for a marker's position, 0 to 255, starting from `position`. Nothing when cancelled. `show`, if there is one,
+/// is called with every position on the way.
+std::optional<int> AskMarkerPosition(Dialog& owner, int position, const std::function<void(int)>& show);
 
 }  // namespace glyphmotion

@@ -2,6 +2,7 @@
 #include "controls/gradient_editor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace glyphmotion {
@@ -26,6 +27,20 @@ const NumberField* FieldOf(int control) {
                                   [&](const NumberField& f) { return f.control == control; });
   return found == std::end(kNumbers) ? nullptr : found;
 }
+
+bool IsLinear(const GradientSpec& gradient) { return gradient.GradientType == 0 || gradient.GradientType > 3; }
+
+// Of the picture, for each percent of the centre, to the right and downwards. The rings shrink from a box that is the
+// square root of two larger than the picture; only the conical shape's centre goes up as its number grows.
+struct CentreStep {
+  double x, y;
+};
+CentreStep CentreStepOf(const GradientSpec& gradient, int width, int height) {
+  if (gradient.GradientType == 1) return {width / 100.0, -height / 100.0};
+  return {width * 1.41421356 / 100.0, height * 1.41421356 / 100.0};
+}
+
+constexpr double kDegrees = 57.29577951308232;
 
 }  // namespace
 
@@ -74,7 +89,7 @@ std::optional<std::int32_t> GradientNumber(const GradientSpec& gradient, int con
 }
 
 bool IsGradientControlUsed(const GradientSpec& gradient, int control) noexcept {
-  const bool linear = gradient.GradientType == 0 || gradient.GradientType > 3;
+  const bool linear = IsLinear(gradient);
   switch (control) {
     case GradientControl::CenterX:
     case GradientControl::CenterY:
@@ -92,6 +107,43 @@ bool IsGradientControlUsed(const GradientSpec& gradient, int control) noexcept {
       return gradient.TwoColor == 0;
     default:
       return true;
+  }
+}
+
+int TypeButtonOf(const GradientSpec& gradient) noexcept {
+  constexpr int kButtons[] = {GradientControl::Linear, GradientControl::Conical, GradientControl::Elliptical,
+                              GradientControl::Rectangular};
+  return kButtons[IsLinear(gradient) ? 0 : gradient.GradientType];
+}
+
+PicturePlace HandleOfGradient(const GradientSpec& gradient, int width, int height) noexcept {
+  double x = 0, y = 0;
+  if (IsLinear(gradient)) {
+    // At 0 degrees the start lies at the upper edge; it turns as a clock's hand does.
+    const double angle = gradient.Rotation / kDegrees, reach = std::min(width, height) * 0.375;
+    x = std::sin(angle) * reach;
+    y = -std::cos(angle) * reach;
+  } else {
+    const CentreStep step = CentreStepOf(gradient, width, height);
+    x = gradient.CenterX * step.x;
+    y = gradient.CenterY * step.y;
+  }
+  return {static_cast<int>(std::lround(width / 2.0 + x)), static_cast<int>(std::lround(height / 2.0 + y))};
+}
+
+std::optional<std::int32_t> GradientNumberAt(const GradientSpec& gradient, int control, int width, int height,
+                                             PicturePlace place) noexcept {
+  const double x = place.x - width / 2.0, y = place.y - height / 2.0;
+  const CentreStep step = CentreStepOf(gradient, std::max(width, 1), std::max(height, 1));
+  switch (control) {
+    case GradientControl::Rotation:
+      return LimitGradientNumber(control, std::lround(std::atan2(x, -y) * kDegrees));
+    case GradientControl::CenterX:
+      return LimitGradientNumber(control, std::lround(x / step.x));
+    case GradientControl::CenterY:
+      return LimitGradientNumber(control, std::lround(y / step.y));
+    default:
+      return std::nullopt;
   }
 }
 

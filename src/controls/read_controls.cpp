@@ -17,6 +17,11 @@ NumberRange ParseRange(const std::string& caption) noexcept {
   return range;
 }
 
+void TakeRange(Dialog& dialog, int upDown) {
+  const NumberRange range = ParseRange(GetText(dialog, upDown));
+  SetRange(dialog, upDown, range.minimum, range.maximum);
+}
+
 int ReadNumber(const Dialog& dialog, int id) {
   const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
   const std::int64_t value = GetNumber(dialog, id, range.minimum < 0);

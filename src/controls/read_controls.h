@@ -18,6 +18,8 @@ struct NumberRange {
 };
 /// The range in a caption; 0 to 100 when it cannot be parsed.
 NumberRange ParseRange(const std::string& caption) noexcept;
+/// Gives an up-down the range in its caption.
+void TakeRange(Dialog& dialog, int upDown);
 
 /// A number edit's value, clamped to the range in its up-down's caption.
 int ReadNumber(const Dialog& dialog, int id);

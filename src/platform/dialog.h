@@ -208,6 +208,11 @@ void ResizeControl(Dialog& dialog, int id, int width, int height);
 /// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar.
 void SetRange(Dialog& dialog, int id, int minimum, int maximum);
 
+/// Marks on a trackbar at the multiples of `every` within its range, which is also its step by page.
+void SetTicks(Dialog& dialog, int id, int every);
+/// Whether the Tab key stops at a control. (In memory nobody presses Tab.)
+void SetTabStop(Dialog& dialog, int id, bool stops);
+
 /// Gives a control its behaviour; `family` is kept with it for the procedure's own use.
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family);
 const void* FamilyOf(const Dialog& dialog, int id);

@@ -51,7 +51,17 @@ void SetWaitCursor(bool wait);
 bool IsShiftDown();
 
 /// The colours of the desktop that the drawn controls use, by the field's names.
-enum class SystemColour { ButtonFace, ButtonShadow, ButtonText, DarkShadow, Highlight, Light3D, WindowText, Window };
+enum class SystemColour {
+  ButtonFace,
+  ButtonShadow,
+  ButtonText,
+  DarkShadow,
+  Highlight,
+  Light3D,
+  WindowText,
+  Window,
+  Selection
+};
 std::uint32_t GetSystemColour(SystemColour colour);
 
 /// Thicknesses of the desktop's parts, in pixels.

@@ -53,6 +53,10 @@ constexpr int kTextDocumentFilter = 2046;  ///< filter name of the file dialogs
 // Materials: the four kinds, kTextFirstMaterialKind + kind.
 constexpr int kTextFirstMaterialKind = 2060;
 
+// Gradients: what dragging in the preview does.
+constexpr int kTextDragTurns = 2070;
+constexpr int kTextDragMovesCenter = 2071;
+
 // Fountains and their library.
 constexpr int kTextDeleteMarker = 2080;
 constexpr int kTextChangeColour = 2081;
@@ -64,6 +68,9 @@ constexpr int kTextMarkerNotDeleted = 2086;
 constexpr int kTextFountainNotAdded = 2087;
 constexpr int kTextFountainsNotLoaded = 2088;
 constexpr int kTextFountainsNotUpdated = 2089;
+constexpr int kTextMenuUse = 2090;
+constexpr int kTextMenuMoveUp = 2091;
+constexpr int kTextMenuMoveDown = 2092;
 
 // Textures: the six types, kTextFirstTextureType + type, then the group's messages.
 constexpr int kTextFirstTextureType = 2100;

@@ -20,6 +20,8 @@ extern const DialogTemplate kBackgroundHyperspacePanel, kBackgroundIrisPanel, kB
 
 /// The windows behind a material button, with ids in texture_controls.h and tile_controls.h.
 extern const DialogTemplate kTextureDialogTemplate, kTexturePreviewTemplate, kTileDialogTemplate;
+/// The gradient editor (9995), a marker's position (9996), the library of fountains (9997).
+extern const DialogTemplate kGradientDialogTemplate, kMarkerPositionDialogTemplate, kFountainLibraryDialogTemplate;
 
 /// The panels in the order of the effect list.
 std::span<const DialogTemplate* const> PanelTemplates() noexcept;

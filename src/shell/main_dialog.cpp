@@ -12,6 +12,9 @@
 #include "controls/direction_pickers.h"
 #include "controls/editor_services.h"
 #include "controls/families.h"
+#include "controls/fountain_control.h"
+#include "controls/fountain_library_dialog.h"
+#include "controls/gradient_dialog.h"
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
 #include "controls/texture_dialog.h"
@@ -105,11 +108,6 @@ void SetDelays(Dialog& dialog, int delay, int pause) {
 
 void EnableBuild(Dialog& dialog) { Enable(dialog, Build, !GetText(dialog, ControlId::Text).empty()); }
 void EnablePalette(Dialog& dialog) { Enable(dialog, MainControl::Palette, !ReadCheck(dialog, CustomPalette)); }
-
-void TakeRange(Dialog& dialog, int upDown) {
-  const NumberRange range = ParseRange(GetText(dialog, upDown));
-  SetRange(dialog, upDown, range.minimum, range.maximum);
-}
 
 void PickColour(Dialog& dialog, int id) {
   std::uint8_t palette[768];
@@ -389,7 +387,8 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   state = {};
   state.hostCalls = hostCalls;
   SetEditorServices({ShowTopic, ChoosePictureOfHost});
-  SetMaterialWindows({.editTexture = EditTexture, .editTile = RunTileDialog});
+  SetMaterialWindows({EditGradient, EditTexture, RunTileDialog});
+  SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
   LoadSettings();
   CheckRegistration();
   if (!hostCalls->HostCall) {

@@ -315,6 +315,10 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   control->maximum = std::max(minimum, maximum);
 }
 
+// Nothing here is drawn by the machine, and nobody presses Tab.
+void SetTicks(Dialog&, int, int) {}
+void SetTabStop(Dialog&, int, bool) {}
+
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
   Control* control = FindControl(dialog, id);
   if (!control) return;

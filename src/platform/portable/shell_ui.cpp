@@ -68,6 +68,8 @@ std::uint32_t GetSystemColour(SystemColour colour) {
     case SystemColour::ButtonText:
     case SystemColour::WindowText:
       return 0x000000;
+    case SystemColour::Selection:
+      return 0xD77800;
   }
   return 0;
 }

@@ -260,6 +260,23 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   }
 }
 
+void SetTicks(Dialog& dialog, int id, int every) {
+  const Control* control = FindControl(dialog, id);
+  if (!control || control->kind != ControlKind::Trackbar || every < 1) return;
+  const LRESULT least = Ask(*control, TBM_GETRANGEMIN), most = Ask(*control, TBM_GETRANGEMAX);
+  Ask(*control, TBM_CLEARTICS, FALSE);
+  for (LRESULT at = least / every * every; at <= most; at += every) Ask(*control, TBM_SETTIC, 0, at);
+  Ask(*control, TBM_SETPAGESIZE, 0, every);
+}
+
+void SetTabStop(Dialog& dialog, int id, bool stops) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return;
+  const LONG_PTR style = GetWindowLongPtrW(control->window, GWL_STYLE);
+  const LONG_PTR wanted = stops ? style | WS_TABSTOP : style & ~LONG_PTR{WS_TABSTOP};
+  if (wanted != style) SetWindowLongPtrW(control->window, GWL_STYLE, wanted);
+}
+
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
   Control* control = FindControl(dialog, id);
   if (!control) return;

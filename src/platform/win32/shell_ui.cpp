@@ -214,6 +214,8 @@ std::uint32_t GetSystemColour(SystemColour colour) {
       return GetSysColor(COLOR_WINDOWTEXT);
     case SystemColour::Window:
       return GetSysColor(COLOR_WINDOW);
+    case SystemColour::Selection:
+      return GetSysColor(COLOR_HIGHLIGHT);
   }
   return 0;
 }
