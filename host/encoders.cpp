@@ -11,6 +11,7 @@
 #include "host/dib_reader.h"
 #include "host/gif_writer.h"
 #include "host/png_chunks.h"
+#include "host/screen.h"
 
 namespace glyphmotion {
 namespace {
@@ -51,36 +52,6 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
 }
 
 // --- The formats with all colours
-
-// What a viewer sees: images laid on the screen one after the other, red, green, blue, alpha.
-struct Screen {
-  int width, height;
-  std::vector<std::uint8_t> pixels, image;
-
-  Screen(int w, int h)
-      : width(w), height(h), pixels(std::size_t{4} * static_cast<std::size_t>(w) * static_cast<std::size_t>(h)) {}
-  std::uint8_t* Row(int y) {
-    return pixels.data() + std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(y);
-  }
-
-  void Show(const DibPixels& dib, int transparentIndex, bool standAlone) {
-    UnpackRgba(dib, transparentIndex, image);
-    if (standAlone) std::fill(pixels.begin(), pixels.end(), std::uint8_t{0});
-    const bool solid = standAlone || transparentIndex < 0 || dib.bits > 8;
-    const int columns = std::min(width, dib.width);
-    for (int y = 0; y < std::min(height, dib.height); ++y) {
-      const std::uint8_t* in =
-          image.data() + std::size_t{4} * static_cast<std::size_t>(dib.width) * static_cast<std::size_t>(y);
-      std::uint8_t* out = Row(y);
-      if (solid) {
-        std::memcpy(out, in, std::size_t{4} * static_cast<std::size_t>(columns));
-        continue;
-      }
-      for (int x = 0; x < columns; ++x, in += 4, out += 4)
-        if (in[3]) std::memcpy(out, in, 4);
-    }
-  }
-};
 
 // The place where two screens differ, at least one pixel large.
 struct Place {

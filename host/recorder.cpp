@@ -2,8 +2,8 @@
 #include "host/recorder.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "glyphmotion/host_contract.h"
@@ -45,10 +45,10 @@ std::uint32_t ImageNumber(std::span<const std::uint8_t> record) {
 }
 
 bool WriteWhole(const fs::path& path, std::span<const std::uint8_t> bytes) {
-  std::FILE* file = std::fopen(path.string().c_str(), "wb");
-  if (!file) return false;
-  const bool good = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  return std::fclose(file) == 0 && good;
+  std::ofstream file(path, std::ios::binary);
+  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  return !file.fail();
 }
 
 }  // namespace
@@ -65,28 +65,21 @@ std::string CallLine(const HostCallEvent& event, const std::string& imageFile) {
   return line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-Recorder::Recorder(const std::string& folder, std::string& error) : folder_(folder) {
+Recorder::Recorder(const std::string& folder, std::string& error)
+    : name_(folder), folder_(std::u8string(folder.begin(), folder.end())) {
   std::error_code code;
-  fs::create_directories(folder, code);
-  const fs::path calls = fs::path(folder) / "calls.jsonl";
-  if (!code) calls_ = std::fopen(calls.string().c_str(), "wb");
-  if (!calls_) {
-    error = std::string("'").append(calls.string()) +
-            "' cannot be written: " + (code ? code.message() : std::strerror(errno)) +
-            "; name another folder for --record";
+  fs::create_directories(folder_, code);
+  if (!code) calls_.open(folder_ / "calls.jsonl", std::ios::binary);
+  if (!calls_.is_open()) {
+    error = std::string("'").append(name_).append("/calls.jsonl' cannot be written: ") +
+            (code ? code.message() : std::strerror(errno)) + "; name another folder for --record";
     return;
   }
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, code))
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder_, code))
     if (entry.path().extension() == ".dib") fs::remove(entry.path(), code);
 }
 
-Recorder::~Recorder() {
-  if (calls_) std::fclose(calls_);
-}
-
-void Recorder::Line(const std::string& text) {
-  if (!calls_ || std::fprintf(calls_, "%s\n", text.c_str()) < 0) failed_ = true;
-}
+void Recorder::Line(const std::string& text) { calls_ << text << '\n'; }
 
 void Recorder::Call(const HostCallEvent& event) {
   std::string file;
@@ -94,7 +87,7 @@ void Recorder::Call(const HostCallEvent& event) {
     char name[24];
     std::snprintf(name, sizeof name, "%04u.dib", static_cast<unsigned>(ImageNumber(event.record)));
     file = name;
-    if (!WriteWhole(fs::path(folder_) / file, event.image)) failed_ = true;
+    if (!WriteWhole(folder_ / file, event.image)) failed_ = true;
   }
   Line(CallLine(event, file));
 }
@@ -104,9 +97,10 @@ std::string Recorder::End(const RenderResult& result) {
   line["blocks"] = result.blocks;
   line["locks"] = result.locks;
   Line(line.dump());
-  if (calls_ && std::fflush(calls_) != 0) failed_ = true;
-  return failed_ ? "the recording in '" + folder_ + "' is not complete: the disk is full or refuses; free some space"
-                 : "";
+  calls_.flush();
+  const bool complete = calls_.is_open() && calls_.good() && !failed_;
+  return complete ? ""
+                  : "the recording in '" + name_ + "' is not complete: the disk is full or refuses; free some space";
 }
 
 }  // namespace glyphmotion

@@ -2,22 +2,22 @@
 // --record: every call of the plug-in as a line of JSON, every image as a file.
 #pragma once
 
-#include <cstdio>
-#include <memory>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "glyphmotion/render.h"
 
 namespace glyphmotion {
 
-/// Writes FOLDER/calls.jsonl and FOLDER/0000.dib and so on. Files of an earlier recording are replaced.
+/// Writes FOLDER/calls.jsonl and FOLDER/0000.dib and so on. Files of an earlier recording are replaced. The folder's
+/// name is UTF-8.
 class Recorder {
  public:
   /// Makes the folder. `error` gets one sentence when that fails.
   Recorder(const std::string& folder, std::string& error);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
-  ~Recorder();
 
   void Call(const HostCallEvent& event);
   /// The last line, after everything has been freed. An empty text when all was written, otherwise one sentence.
@@ -26,8 +26,9 @@ class Recorder {
  private:
   void Line(const std::string& text);
 
-  std::string folder_;
-  std::FILE* calls_ = nullptr;
+  std::string name_;
+  std::filesystem::path folder_;
+  std::ofstream calls_;
   bool failed_ = false;
 };
 

@@ -18,36 +18,10 @@
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
+#include "shell/operation_names.h"
 
 namespace glyphmotion {
 namespace {
-
-struct OperationName {
-  std::uint32_t operation;
-  const char* name;
-};
-constexpr OperationName kOperationNames[] = {{HostOpNewTask, "HostOpNewTask"},
-                                             {HostOpAddImage, "HostOpAddImage"},
-                                             {HostOpAddComment, "HostOpAddComment"},
-                                             {HostOpEndTask, "HostOpEndTask"},
-                                             {HostOpNewTestTask, "HostOpNewTestTask"},
-                                             {HostOpChooseImageFile, "HostOpChooseImageFile"},
-                                             {HostOpLoadImage, "HostOpLoadImage"},
-                                             {HostOpShowHelp, "HostOpShowHelp"},
-                                             {HostOpStatusText, "HostOpStatusText"},
-                                             {HostOpPickColor, "HostOpPickColor"},
-                                             {HostOpIsRegistered, "HostOpIsRegistered"},
-                                             {HostOpProgress, "HostOpProgress"},
-                                             {HostOpSetBackground, "HostOpSetBackground"},
-                                             {HostOpBeforeWork, "HostOpBeforeWork"},
-                                             {HostOpGetFileDialogSize, "HostOpGetFileDialogSize"}};
-
-const char* NameOf(std::uint32_t operation) {
-  for (const OperationName& row : kOperationNames) {
-    if (row.operation == operation) return row.name;
-  }
-  return "";
-}
 
 template <typename T>
 T* PointerIn(std::uint64_t value) {
@@ -120,7 +94,7 @@ class Session {
     event.operation = operation;
     event.a = a;
     event.b = b;
-    event.name = NameOf(operation);
+    event.name = OperationName(operation);
     event.hasTask = task != nullptr;
     switch (operation) {
       case HostOpAddComment:
