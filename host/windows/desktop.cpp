@@ -46,8 +46,8 @@ std::wstring Browser() {
 }
 
 bool Open(HWND owner, const std::wstring& file, const std::wstring& parameters) {
-  const HINSTANCE result = ShellExecuteW(owner, nullptr, file.c_str(), parameters.empty() ? nullptr : parameters.c_str(),
-                                         nullptr, SW_SHOWNORMAL);
+  const HINSTANCE result = ShellExecuteW(owner, nullptr, file.c_str(),
+                                         parameters.empty() ? nullptr : parameters.c_str(), nullptr, SW_SHOWNORMAL);
   return reinterpret_cast<INT_PTR>(result) > 32;  // the values up to there are errors
 }
 

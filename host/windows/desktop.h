@@ -22,8 +22,8 @@ std::optional<std::string> AskGifName(HWND owner, const std::string& start);
 /// The chooser's free places begin with an even choice of the palette that is offered, if any.
 std::optional<Colour> AskColour(HWND owner, Colour start, std::span<const Rgb> palette);
 
-/// Opens a page that lies in `folder`, at a topic if the reference ("page#topic") names one. False when there is no such
-/// page, or nothing that shows it.
+/// Opens a page that lies in `folder`, at a topic if the reference ("page#topic") names one. False when there is no
+/// such page, or nothing that shows it.
 bool OpenHelp(HWND owner, const std::string& folder, const std::string& reference);
 
 /// Pixels on this screen for a length that was designed at 96 dots an inch.

@@ -10,8 +10,8 @@ namespace glyphmotion {
 
 /// A plug-in that has been loaded, ours or a stranger's. Let go when it dies.
 struct PluginLibrary {
-  std::string path;     ///< whole, UTF-8
-  std::string name;     ///< as the plug-in calls itself
+  std::string path;  ///< whole, UTF-8
+  std::string name;  ///< as the plug-in calls itself
   std::string attribution;
   std::string version;  ///< of the file; empty when it says none
   HMODULE module = nullptr;

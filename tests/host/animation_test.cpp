@@ -182,7 +182,8 @@ TEST(Gif, FramesWithAllColoursGetOnePaletteAndKeepTheirHoles) {
   const Bytes text = Decode(*animation, "--info");
   const std::string info(text.begin(), text.end());
   EXPECT_NE(info.find("2 images"), std::string::npos) << info;
-  EXPECT_NE(info.find("transparent"), std::string::npos) << info;
+  EXPECT_NE(info.find("20x40 at 20,0"), std::string::npos) << info;
+  EXPECT_NE(info.find("disposal background"), std::string::npos) << "the left half is seen through: " << info;
   EXPECT_NE(info.find("delay 0.05s"), std::string::npos) << info;
   EXPECT_EQ(LiveBlocks().blocks, 0u);
 }

@@ -1,0 +1,36 @@
+# glyphmotion-host.exe: a window that runs the plug-in, plays and saves what it builds. It loads the library as any host
+# does; of the engine it has only what turns true colour into a GIF.
+set(host_folder ${CMAKE_CURRENT_SOURCE_DIR}/host/windows)
+
+# Two libraries of headers only. Those of the machine that builds serve as well where the compiler is a cross compiler,
+# but the folder they lie in does not: it holds that machine's own headers too.
+if(CMAKE_CROSSCOMPILING)
+  foreach(header CLI/CLI.hpp nlohmann/json.hpp)
+    get_filename_component(name ${header} DIRECTORY)
+    find_path(${name}_folder ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
+    file(CREATE_LINK ${${name}_folder}/${name} ${CMAKE_BINARY_DIR}/headers/${name} SYMBOLIC)
+  endforeach()
+  set(header_folders ${CMAKE_BINARY_DIR}/headers)
+else()
+  find_package(CLI11 REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  set(header_libraries CLI11::CLI11 nlohmann_json::nlohmann_json)
+endif()
+
+configure_file(${host_folder}/host.rc.in ${CMAKE_BINARY_DIR}/host.rc @ONLY)
+file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp)
+add_executable(glyphmotion_windows_host WIN32 ${windows_host_sources}
+  host/animation.cpp host/dib_reader.cpp host/gif_writer.cpp host/lzw.cpp host/player.cpp host/recorder.cpp host/screen.cpp
+  ${CMAKE_BINARY_DIR}/host.rc)
+set_target_properties(glyphmotion_windows_host PROPERTIES OUTPUT_NAME glyphmotion-host)
+set_source_files_properties(${CMAKE_BINARY_DIR}/host.rc PROPERTIES OBJECT_DEPENDS
+  "${host_folder}/commands.h;${host_folder}/host.manifest;${host_folder}/glyphmotion.ico")
+target_include_directories(glyphmotion_windows_host PRIVATE src ${CMAKE_CURRENT_SOURCE_DIR})
+target_include_directories(glyphmotion_windows_host SYSTEM PRIVATE ${header_folders})
+target_link_libraries(glyphmotion_windows_host PRIVATE glyphmotion_settings glyphmotion ${header_libraries}
+  windowscodecs shlwapi version uuid comctl32 comdlg32 shell32 ole32 user32 gdi32)
+add_dependencies(glyphmotion_windows_host tlmplgm4)
+if(MINGW)
+  target_link_options(glyphmotion_windows_host PRIVATE -s)
+endif()

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// The line at the foot of the window: what is going on, how far it is, what is shown. Changes are drawn at once, for
+// they come while the plug-in works and no messages are handled.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "platform/win32/windows_headers.h"
+
+namespace glyphmotion {
+
+struct StatusLine {
+  HWND window = nullptr, bar = nullptr;
+  std::wstring texts[4];
+};
+
+StatusLine CreateStatusLine(HWND parent, int id);
+/// Follows the parent's size. Gives the line's height.
+int PlaceStatusLine(StatusLine& line);
+/// Empty: "Ready".
+void ShowStage(StatusLine& line, const std::string& text);
+/// 0, 0 takes the bar away.
+void ShowProgress(StatusLine& line, std::int64_t position, std::int64_t total);
+void ShowFrames(StatusLine& line, const std::string& frames, const std::string& bytes);
+
+/// "12.3 KB"
+std::string SizeText(std::size_t bytes);
+
+}  // namespace glyphmotion
