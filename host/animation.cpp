@@ -111,8 +111,8 @@ bool AddReduced(const Animation& animation, GifWriter& writer) {
     const bool clear = !reduced[i].clear.empty();
     // Above 8 bits a frame replaces the one before it, holes and all.
     const bool replaces = frame.standAlone || ReadDib(frame.dib).bits > 8;
-    if (!writer.Add({reduced[i].width, reduced[i].height, reduced[i].indices, bytes, frame.delay / 10, clear ? 255 : -1,
-                     replaces}))
+    if (!writer.Add({reduced[i].width, reduced[i].height, reduced[i].indices, bytes, (frame.delay + 5) / 10,
+                     clear ? 255 : -1, replaces}))
       return false;
   }
   return true;
@@ -123,7 +123,7 @@ bool AddIndexed(const Animation& animation, GifWriter& writer) {
   for (const AnimationFrame& frame : animation.frames) {
     const DibPixels dib = ReadDib(frame.dib);
     UnpackIndices(dib, indices);
-    if (!writer.Add({dib.width, dib.height, indices, UnpackPalette(dib), frame.delay / 10, frame.transparentIndex,
+    if (!writer.Add({dib.width, dib.height, indices, UnpackPalette(dib), (frame.delay + 5) / 10, frame.transparentIndex,
                      frame.standAlone}))
       return false;
   }

@@ -37,6 +37,9 @@ std::span<const std::uint8_t> BytesOf(const Record* record) {
   return {reinterpret_cast<const std::uint8_t*>(record), sizeof(Record)};
 }
 
+/// The owner that the plug-in names, or the window in front where that is none.
+HWND WindowOr(HWND named) { return IsWindow(named) ? named : GetActiveWindow(); }
+
 /// A plug-in's block, locked for the length of a call. Only as many bytes as the picture has.
 class LockedPicture {
  public:
@@ -74,7 +77,7 @@ class Session {
         receiver_(settings.hostFlags & HostFlagPaletteFormat ? 10 : 1) {}
 
   std::uint64_t Answer(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) noexcept try {
-    if (operation == HostOpAddImage) return AddImage(task, PointerIn<const HostImageRecord>(b));
+    if (operation == HostOpAddImage) return AddImage(task, b);
     Record(operation, a, b, {});
     return Dispatch(task, operation, a, b);
   } catch (const std::exception&) {  // memory is out: a refusal
@@ -123,7 +126,7 @@ class Session {
       case HostOpChooseImageFile:
         return ChooseImageFile(PointerIn<void>(a), PointerIn<char>(b));
       case HostOpLoadImage:
-        return LoadImageFile(b);
+        return LoadImageFile(TextIn(b));
       case HostOpShowHelp:
         return OpenHelp(GetActiveWindow(), plugin_.Folder(), TextIn(b));
       case HostOpStatusText:
@@ -152,12 +155,13 @@ class Session {
     return 1;
   }
 
-  std::uint64_t AddImage(const void* task, const HostImageRecord* record) {
+  std::uint64_t AddImage(const void* task, std::uint64_t b) {
+    const auto* record = PointerIn<const HostImageRecord>(b);
     const bool whole = record && record->size >= sizeof *record;
     const HGLOBAL block = whole ? PointerIn<void>(record->image) : nullptr;
     const LockedPicture picture(block);
     if (!picture.Bytes().empty()) blocks_.insert(block);
-    Record(HostOpAddImage, 0, 0, picture.Bytes());
+    Record(HostOpAddImage, 0, b, picture.Bytes());
     return receiver_.AddImage(task, record, picture.Bytes());
   }
 
@@ -168,36 +172,36 @@ class Session {
   }
 
   // Paths cross the boundary in UTF-8.
-  static std::uint64_t ChooseImageFile(void* owner, char* buffer) {
+  std::uint64_t ChooseImageFile(void* owner, char* buffer) const {
     if (!buffer) return 0;
-    const HWND window = static_cast<HWND>(owner);
-    const auto path = AskPicture(IsWindow(window) ? window : GetActiveWindow());
+    const HWND window = WindowOr(static_cast<HWND>(owner));
+    const auto path = AskPicture(window);
     if (!path) return 0;
     if (path->size() >= kPathBuffer) {
-      Tell(window, "the path of this picture is too long for the plug-in; copy it to a folder with a shorter name",
-           true);
+      watcher_.failed(window,
+                      "the path of this picture is too long for the plug-in; copy it to a folder near the root");
       return 0;
     }
     std::memcpy(buffer, path->c_str(), path->size() + 1);
     return 1;
   }
 
-  std::uint64_t LoadImageFile(std::uint64_t path) {
-    const HGLOBAL block = LoadPictureFile(TextIn(path));
+  std::uint64_t LoadImageFile(const std::string& path) {
+    if (path.empty()) return 0;
+    const HGLOBAL block = LoadPictureFile(path);
     if (block) {
       blocks_.insert(block);
     } else {
-      Tell(GetActiveWindow(),
-           "'" + TextIn(path) + "' is no picture that can be read; choose one of at most 8192 pixels on a side", true);
+      watcher_.failed(GetActiveWindow(),
+                      "'" + path + "' is no picture that can be read; choose one of at most 8192 pixels on a side");
     }
     return reinterpret_cast<std::uint64_t>(block);
   }
 
   static std::uint64_t PickColour(HostColorPickRecord* record) {
     if (!record || record->size < sizeof *record) return 0;
-    const HWND owner = PointerIn<HWND__>(record->ownerWindow);
     const auto* entries = reinterpret_cast<const Rgb*>(record->palette);
-    const auto chosen = AskColour(IsWindow(owner) ? owner : GetActiveWindow(), record->color,
+    const auto chosen = AskColour(WindowOr(PointerIn<HWND__>(record->ownerWindow)), record->color,
                                   {entries, std::size_t{entries ? 256u : 0u}});
     if (!chosen) return 0;
     record->color = *chosen;

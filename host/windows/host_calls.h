@@ -17,6 +17,8 @@ struct RunWatcher {
   std::function<void(const std::string&)> stage;                            ///< the name of what begins
   std::function<void(std::int64_t position, std::int64_t total)> progress;  ///< 0, 0 clears
   std::function<void()> beforeWork;                                         ///< Build or Test was pressed
+  /// What the user has to know while the dialog is open; `owner` is the window in front.
+  std::function<void(HWND owner, const std::string& sentence)> failed;
   /// A task came to its good end; `dialog` is the plug-in's window.
   std::function<void(Animation animation, HWND dialog)> finished;
 };

@@ -64,7 +64,7 @@ void ShowFacts(Host& host) {
   if (player->IsPaused()) frames = "frame " + std::to_string(player->Frame() + 1) + " of " + std::to_string(count);
   const Animation& shown = player->Shown();
   const std::string size = std::to_string(shown.width) + " \xC3\x97 " + std::to_string(shown.height);
-  ShowFrames(host.status, size + ", " + frames, shown.test ? "test" : SizeText(host.gif.size()));
+  ShowFrames(host.status, size + ", " + frames, shown.test ? "" : SizeText(host.gif.size()));
 }
 
 // --- Saving ---
@@ -80,6 +80,20 @@ bool SaveTo(Host& host, const std::string& path) {
   ShowStage(host.status, "Saved as " + path);
   ShowTitle(host);
   return true;
+}
+
+// Found out before the user has built anything.
+std::string OutputTrouble(const std::string& path) {
+  if (path.empty()) return {};
+  const DWORD attributes = GetFileAttributesW(WideOf(path).c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY)
+    return "'" + path + "' is a folder; name a file in it";
+  const std::size_t slash = path.find_last_of("\\/");
+  if (slash == std::string::npos) return {};
+  const std::string folder = path.substr(0, slash + 1);
+  const DWORD found = GetFileAttributesW(WideOf(folder).c_str());
+  if (found != INVALID_FILE_ATTRIBUTES && found & FILE_ATTRIBUTE_DIRECTORY) return {};
+  return "the folder '" + folder + "' is not there; make it, or name another one for the GIF";
 }
 
 bool SaveAs(Host& host) {
@@ -140,13 +154,14 @@ RunWatcher WatcherOf(Host& host, std::shared_ptr<const Animation>& built) {
   watcher.stage = [&host](const std::string& text) { ShowStage(host.status, text); };
   watcher.progress = [&host](std::int64_t position, std::int64_t total) { ShowProgress(host.status, position, total); };
   watcher.beforeWork = [&host] { ShowStage(host.status, "Working"); };
+  watcher.failed = [&host](HWND owner, const std::string& sentence) { TellFailure(host.options, owner, sentence); };
   watcher.finished = [&host, &built](Animation animation, HWND dialog) {
     ShowProgress(host.status, 0, 0);
     const auto shared = std::make_shared<const Animation>(std::move(animation));
     if (!shared->test) built = shared;
     SetCoveringDialog(host.viewer, dialog);
     Play(host, shared);
-    ShowStage(host.status, shared->test ? "Test" : "Built");
+    ShowStage(host.status, shared->test ? "Playing the test" : "Built");
   };
   return watcher;
 }
@@ -376,6 +391,11 @@ int RunHost(const HostOptions& options) {
   if (!OpenWindow(host)) {
     TellFailure(options, nullptr, "the window cannot be opened; close some other programs");
     return 1;
+  }
+  if (const std::string trouble = OutputTrouble(options.output); !trouble.empty()) {
+    TellFailure(options, host.window, trouble);
+    if (options.once) return 1;
+    host.options.output.clear();  // the name is asked for after all
   }
   if (options.once) {
     const bool wrote = NewAnimation(host);

@@ -78,15 +78,27 @@ void LayOnField(Viewer& viewer) {
 
 // --- Where the picture goes ---
 
-std::int64_t SizeOf(const RECT& r) {
-  return std::int64_t{std::max(r.right - r.left, 0L)} * std::max(r.bottom - r.top, 0L);
+// How much larger or smaller a picture is shown: as it is, in whole multiples on dense screens, or so that it fits.
+double ZoomIn(const RECT& area, int width, int height) {
+  const double roomX = std::max(area.right - area.left - 2 * Scaled(kMargin), 1L),
+               roomY = std::max(area.bottom - area.top - 2 * Scaled(kMargin), 1L);
+  const double fit = std::min(roomX / width, roomY / height);
+  const double dense = Scaled(96) / 96;
+  return fit >= dense ? dense : std::min(fit, 1.0);
 }
 
-// The largest part of the window that the dialog leaves free.
-RECT FreeArea(HWND window, HWND dialog) {
+RECT PlaceIn(const RECT& area, int width, int height) {
+  const double zoom = ZoomIn(area, width, height);
+  const int w = std::max(static_cast<int>(width * zoom), 1), h = std::max(static_cast<int>(height * zoom), 1);
+  const int left = (area.left + area.right - w) / 2, top = (area.top + area.bottom - h) / 2;
+  return {left, top, left + w, top + h};
+}
+
+// The part of the window that shows the picture largest of those that the dialog leaves free.
+RECT FreeArea(HWND window, const Viewer& viewer) {
   RECT whole, covered;
   GetClientRect(window, &whole);
-  if (!dialog || !IsWindowVisible(dialog) || !GetWindowRect(dialog, &covered)) return whole;
+  if (!viewer.player || !IsWindowVisible(viewer.dialog) || !GetWindowRect(viewer.dialog, &covered)) return whole;
   MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&covered), 2);
   RECT overlap;
   if (!IntersectRect(&overlap, &whole, &covered)) return whole;
@@ -94,23 +106,13 @@ RECT FreeArea(HWND window, HWND dialog) {
                          {overlap.right, whole.top, whole.right, whole.bottom},
                          {whole.left, whole.top, whole.right, overlap.top},
                          {whole.left, overlap.bottom, whole.right, whole.bottom}};
-  const RECT best = *std::max_element(std::begin(strips), std::end(strips),
-                                      [](const RECT& a, const RECT& b) { return SizeOf(a) < SizeOf(b); });
-  // A sliver shows less than a dialog that is moved aside.
+  const Screen& picture = viewer.player->Picture();
+  const auto zoom = [&](const RECT& strip) { return ZoomIn(strip, picture.width, picture.height); };
+  const RECT best =
+      *std::max_element(std::begin(strips), std::end(strips), [&](auto& a, auto& b) { return zoom(a) < zoom(b); });
+  // A sliver shows less than what peeps out from behind the dialog.
   const int least = Scaled(64);
   return best.right - best.left < least || best.bottom - best.top < least ? whole : best;
-}
-
-// As large as it is, in whole multiples on dense screens, or smaller where there is no room.
-RECT PlaceOf(const RECT& area, int width, int height) {
-  const double roomX = std::max(area.right - area.left - 2 * Scaled(kMargin), 1L),
-               roomY = std::max(area.bottom - area.top - 2 * Scaled(kMargin), 1L);
-  const double fit = std::min(roomX / width, roomY / height);
-  const double dense = Scaled(96) / 96;
-  const double zoom = fit >= dense ? dense : std::min(fit, 1.0);
-  const int w = std::max(static_cast<int>(width * zoom), 1), h = std::max(static_cast<int>(height * zoom), 1);
-  const int left = (area.left + area.right - w) / 2, top = (area.top + area.bottom - h) / 2;
-  return {left, top, left + w, top + h};
 }
 
 // --- Drawing ---
@@ -136,7 +138,7 @@ void DrawHint(HDC dc, const Viewer& viewer, RECT area) {
 
 void DrawPicture(HDC dc, Viewer& viewer, const RECT& area) {
   const Screen& screen = viewer.player->Picture();
-  const RECT place = PlaceOf(area, screen.width, screen.height);
+  const RECT place = PlaceIn(area, screen.width, screen.height);
   RECT line = place;
   InflateRect(&line, 1, 1);
   Fill(dc, line, kFrameLine);
@@ -161,7 +163,7 @@ void Paint(HWND window, Viewer& viewer) {
   const HBITMAP bitmap = CreateCompatibleBitmap(dc, std::max(all.right, 1L), std::max(all.bottom, 1L));
   const HGDIOBJ before = SelectObject(memory, bitmap);
   Fill(memory, all, kSurround);
-  viewer.lastArea = FreeArea(window, viewer.dialog);
+  viewer.lastArea = FreeArea(window, viewer);
   if (viewer.player)
     DrawPicture(memory, viewer, viewer.lastArea);
   else
@@ -186,7 +188,7 @@ void Refresh(HWND window, Viewer& viewer) {
 void Tick(HWND window, Viewer& viewer) {
   if (viewer.player && viewer.player->Advance(Now())) return Refresh(window, viewer);
   if (!viewer.dialog) return;
-  const RECT area = FreeArea(window, viewer.dialog);
+  const RECT area = FreeArea(window, viewer);
   if (!EqualRect(&area, &viewer.lastArea)) InvalidateRect(window, nullptr, FALSE);  // the dialog was moved
 }
 
