@@ -35,7 +35,7 @@ if(MINGW)
   target_link_options(glyphmotion_windows_host PRIVATE -s)
 endif()
 
-# Its user, and a plug-in that it must survive.
+# Its user, a plug-in that it must survive, and its reading of pictures.
 add_executable(drive_host EXCLUDE_FROM_ALL tests/windows/drive_host.cpp)
 target_link_libraries(drive_host PRIVATE glyphmotion_settings user32)
 add_library(rude_plugin MODULE EXCLUDE_FROM_ALL tests/windows/rude_plugin.cpp)
@@ -43,4 +43,7 @@ set_target_properties(rude_plugin PROPERTIES PREFIX "")
 target_include_directories(rude_plugin PRIVATE include)
 target_compile_definitions(rude_plugin PRIVATE GLYPHMOTION_BUILDING_DLL)
 target_link_libraries(rude_plugin PRIVATE glyphmotion_settings)
-add_dependencies(windows_tries glyphmotion_windows_host drive_host rude_plugin)
+add_executable(try_pictures EXCLUDE_FROM_ALL tests/windows/try_pictures.cpp host/windows/picture_file.cpp)
+target_include_directories(try_pictures PRIVATE src ${CMAKE_CURRENT_SOURCE_DIR})
+target_link_libraries(try_pictures PRIVATE glyphmotion_settings glyphmotion windowscodecs uuid ole32)
+add_dependencies(windows_tries glyphmotion_windows_host drive_host rude_plugin try_pictures)

@@ -172,6 +172,14 @@ bool EndRecording(Host& host, Recorder& recorder, const RunOutcome& outcome) {
   return trouble.empty();
 }
 
+struct RunningMark {
+  Host& host;
+  explicit RunningMark(Host& marked) : host(marked) { host.running = true; }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
+  ~RunningMark() { host.running = false; }
+};
+
 // Opens the plug-in's dialog, and keeps and saves what it builds. True when a file was written.
 bool NewAnimation(Host& host) {
   if (host.running || !NeedPlugin(host) || !MayBeLost(host)) return false;
@@ -184,10 +192,9 @@ bool NewAnimation(Host& host) {
   std::shared_ptr<const Animation> built;
   const RunWatcher watcher = WatcherOf(host, built);
   ShowStage(host.status, "");
-  host.running = true;
+  const RunningMark mark(host);
   const RunOutcome outcome = RunPlugin(
       host.plugin, {host.window, host.options.hostFlags, host.options.skin, recorder ? &*recorder : nullptr}, watcher);
-  host.running = false;
   SetCoveringDialog(host.viewer, nullptr);
   ShowProgress(host.status, 0, 0);
   ShowStage(host.status, "");
@@ -299,10 +306,12 @@ LRESULT Handle(Host& host, UINT message, WPARAM wParam, LPARAM lParam) {
       PrepareMenu(host, reinterpret_cast<HMENU>(wParam));
       return 0;
     case WM_COMMAND:
-      if (LOWORD(wParam) == kViewerId)
-        ShowFacts(host);
-      else
+      if (LOWORD(wParam) != kViewerId)
         Command(host, LOWORD(wParam));
+      else if (HIWORD(wParam) == kViewerBegin)
+        PostMessageW(host.window, kBegin, 0, 0);
+      else
+        ShowFacts(host);
       return 0;
     case kBegin:
       NewAnimation(host);
@@ -330,7 +339,6 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   try {
     return Handle(*host, message, wParam, lParam);
   } catch (const std::exception&) {
-    host->running = false;
     Fail(*host, "memory is out; try a smaller size or fewer frames");
     return 0;
   }

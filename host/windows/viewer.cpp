@@ -132,7 +132,7 @@ void DrawHint(HDC dc, const Viewer& viewer, RECT area) {
   SelectObject(dc, viewer.text);
   SetTextColor(dc, kQuietHint);
   line = {area.left, line.bottom, area.right, line.bottom + Scaled(24)};
-  DrawTextW(dc, L"Press Ctrl+N to begin", -1, &line, DT_CENTER | DT_SINGLELINE | DT_VCENTER);
+  DrawTextW(dc, L"Click here or press Ctrl+N to begin", -1, &line, DT_CENTER | DT_SINGLELINE | DT_VCENTER);
   SelectObject(dc, before);
 }
 
@@ -178,11 +178,14 @@ void Paint(HWND window, Viewer& viewer) {
 
 // --- The window ---
 
+void Notify(HWND window, int code) {
+  SendMessageW(GetParent(window), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window), code), reinterpret_cast<LPARAM>(window));
+}
+
 void Refresh(HWND window, Viewer& viewer) {
   if (viewer.player) LayOnField(viewer);
   InvalidateRect(window, nullptr, FALSE);
-  SendMessageW(GetParent(window), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window), kViewerChanged),
-               reinterpret_cast<LPARAM>(window));
+  Notify(window, kViewerChanged);
 }
 
 void Tick(HWND window, Viewer& viewer) {
@@ -216,7 +219,10 @@ LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       Tick(window, *viewer);
       return 0;
     case WM_LBUTTONDOWN:
-      TogglePause(window);
+      if (viewer->player)
+        TogglePause(window);
+      else
+        Notify(window, kViewerBegin);
       return 0;
     default:
       return DefWindowProcW(window, message, wParam, lParam);

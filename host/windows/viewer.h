@@ -16,6 +16,8 @@ enum class Field { Checkered, White, Black, Background };
 /// Sent to the parent as WM_COMMAND with the viewer's id and this code when another frame shows, or a pause begins or
 /// ends.
 constexpr int kViewerChanged = 1;
+/// Likewise, when the hint was clicked.
+constexpr int kViewerBegin = 2;
 
 HWND CreateViewer(HWND parent, int id);
 /// Plays from the first frame; null shows the hint for beginners instead.
