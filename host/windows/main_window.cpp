@@ -135,7 +135,9 @@ void Play(Host& host, std::shared_ptr<const Animation> animation) {
 bool Keep(Host& host, std::shared_ptr<const Animation> animation) {
   std::string error;
   ShowStage(host.status, "Writing the GIF");
+  const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
   std::vector<std::uint8_t> gif = GifOf(*animation, error);
+  SetCursor(before);
   ShowStage(host.status, "");
   if (gif.empty()) {
     Fail(host, "the animation cannot become a GIF: " + error);

@@ -15,8 +15,9 @@
 
 namespace {
 
-constexpr int kBuild = 1, kCancel = 2, kTrueColour = 10, kTest = 24, kText = 52, kEffect = 58, kVortex = 19;
-constexpr DWORD kPatience = 60000;  // milliseconds
+constexpr int kBuild = 1, kCancel = 2, kTrueColour = 10, kTest = 24, kText = 52, kEffect = 58, kVortex = 19,
+              kFill = 422, kOutline = 428;  // of Vortex
+constexpr DWORD kPatience = 60000;          // milliseconds
 
 int failures = 0;
 void Check(bool right, const std::string& what) {
@@ -159,6 +160,44 @@ void TryTrueColour(const Program& program) {
   Check(outcome.code == 0 && IsGif(ReadAll(gif)), "true colour becomes a GIF: " + outcome.told);
 }
 
+struct Chooser {
+  HWND dialog, found;
+};
+
+BOOL CALLBACK LookOver(HWND window, LPARAM parameter) {
+  auto& chooser = *reinterpret_cast<Chooser*>(parameter);
+  if (GetWindow(window, GW_OWNER) == chooser.dialog && IsWindowVisible(window)) chooser.found = window;
+  return !chooser.found;
+}
+
+// Clicks a control that draws itself, and answers the window that comes over the dialog. False when none came.
+bool ClickAndAnswer(HWND dialog, int control, int answer) {
+  const HWND target = GetDlgItem(dialog, control);
+  PostMessageA(target, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(6, 6));
+  PostMessageA(target, WM_LBUTTONUP, 0, MAKELPARAM(6, 6));
+  Chooser chooser{dialog, nullptr};
+  for (DWORD waited = 0; waited < kPatience / 6 && !chooser.found; waited += 50, Sleep(50))
+    EnumWindows(LookOver, reinterpret_cast<LPARAM>(&chooser));
+  if (!chooser.found) return false;
+  while (IsWindow(chooser.found)) {  // one that is not ready yet does not listen
+    PostMessageA(chooser.found, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+    Sleep(100);
+  }
+  return true;
+}
+
+void TryColours(const Program& program) {
+  const std::string record = program.folder + "\\colours";
+  program.Run("--once --record \"" + record + "\"", [](HWND dialog) {
+    Prepare(dialog, kVortex);
+    Check(ClickAndAnswer(dialog, kFill, IDCANCEL), "a click on a fill opens its chooser");
+    Check(ClickAndAnswer(dialog, kOutline, IDOK), "a click on a colour opens the host's chooser");
+    Press(dialog, kCancel);
+  });
+  const std::string calls = ReadAll(record + "\\calls.jsonl");
+  Check(Count(calls, "\"HostOpPickColor\"") == 1, "the host was asked for the colour, once: " + calls);
+}
+
 // A test and a cancelled dialog write nothing; an older file of the name stays.
 void TryNothing(const Program& program) {
   const std::string gif = program.folder + "\\kept.gif";
@@ -228,6 +267,7 @@ int main(int count, char** arguments) {
   TryBuild(program);
   TryTrueColour(program);
   TryNothing(program);
+  TryColours(program);
   std::printf("%s\n", failures ? "FAILED" : "all right");
   return failures ? 1 : 0;
 }
