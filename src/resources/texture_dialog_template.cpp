@@ -74,7 +74,7 @@ constexpr std::array kLibrary = {
 
 constexpr std::array kType = {
     Control(Kind::Label, -1, "T&ype:", kRight, 7, 60, panel::kLabelHeight),
-    Control(Kind::Combo, Type, "", kRight, 17, 100, panel::kFieldHeight),
+    Control(Kind::Combo, Types, "", kRight, 17, 100, panel::kFieldHeight),
 };
 
 constexpr std::array kShowPreview = {Control(Kind::Button, ShowPreview, "&Preview", kRight, 114, 55, 14)};
