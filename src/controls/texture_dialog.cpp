@@ -106,13 +106,15 @@ void ShowTexture(Dialog& dialog, TextureDialog& state) {
 
 void ShowGroup(Dialog& dialog, const TextureDialog& state, int selected) {
   ClearItems(dialog, List);
-  for (const NamedTexture& texture : state.editor.group.textures) AddItem(dialog, List, texture.name);
+  std::vector<std::string> names;
+  for (const NamedTexture& texture : state.editor.group.textures) names.push_back(texture.name);
+  AddItems(dialog, List, names);
   SetSelection(dialog, List, selected);
 }
 
 void ShowGroups(Dialog& dialog, const TextureDialog& state) {
   ClearItems(dialog, Group);
-  for (const std::string& name : TextureGroups()) AddItem(dialog, Group, name);
+  AddItems(dialog, Group, TextureGroups());
   SelectText(dialog, Group, TextureGroup(state.editor));
 }
 

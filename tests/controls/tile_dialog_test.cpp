@@ -77,8 +77,8 @@ TEST_F(TileWindow, TheGroupAndTheMaterialsTileShowAtOnce) {
     EXPECT_EQ(GetSelection(dialog, List), 3);
     EXPECT_TRUE(IsEnabled(dialog, Delete));
     const ControlRectangle list = RectangleOf(dialog, List);
-    EXPECT_EQ(list.bottom - list.top,
-              240 + 2 * GetSystemSize(SystemSize::DialogFrame) + GetSystemSize(SystemSize::HorizontalScrollBar));
+    EXPECT_EQ(list.bottom - list.top, 240 + 2 * GetSystemSize(dialog, SystemSize::DialogFrame) +
+                                          GetSystemSize(dialog, SystemSize::HorizontalScrollBar));
     EXPECT_EQ(FocusOf(dialog), List);
   });
   SetTilePath(tile, "elsewhere.mtx");
@@ -133,6 +133,8 @@ TEST_F(TileWindow, ItemsAreThumbnailsInTheirCell) {
     EXPECT_EQ(chosen.At(44, 29), 0x0000FFu);
     EXPECT_EQ(wide.At(0, 0), GetSystemColour(SystemColour::Highlight)) << "raised";
     EXPECT_EQ(chosen.At(0, 0), GetSystemColour(SystemColour::DarkShadow)) << "sunken";
+    EXPECT_EQ(chosen.At(2, 24), 0u) << "framed";
+    EXPECT_EQ(wide.At(2, 24), 0xFFFFFFu);
     EXPECT_EQ(item(1, false).At(4, 4), 0x0000FFu);
     EXPECT_EQ(item(1, false).At(43, 43), 0x0000FFu);
     item(2, false);
