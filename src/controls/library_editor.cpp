@@ -220,6 +220,7 @@ int FindTexture(const TextureEditor& editor) {
 
 bool KeepTexture(TextureEditor& editor, int i) {
   if (!editor.group.writeable || !IsEntry(i, editor.group.textures.size())) return false;
+  if (FindTexture(editor) == i) return true;
   editor.group.textures[static_cast<std::size_t>(i)].parameters = editor.parameters;
   editor.changed = true;
   return true;
@@ -329,11 +330,11 @@ std::int64_t HundredthsOf(float value) {
   return std::isfinite(shown) ? static_cast<std::int64_t>(std::clamp(shown, -2147483648.0, 2147483647.0)) : 0;
 }
 
-// Some hundredths have no float that is not a little nearer to 0; a millionth more is lost neither on the way to a file
-// nor in the truncation.
+// Some hundredths have no float that is not a little nearer to 0; two millionths more are lost neither on the way to a
+// file nor in the truncation.
 float FloatOfHundredths(std::int64_t value) {
   const float nearest = static_cast<float>(value) / 100.0f;
-  return HundredthsOf(nearest) == value ? nearest : nearest + std::copysign(1.0e-6f, nearest);
+  return HundredthsOf(nearest) == value ? nearest : nearest + std::copysign(2.0e-6f, nearest);
 }
 
 std::size_t PlaceOf(const ControlField& field, int control) {

@@ -99,20 +99,22 @@ void ShowTexture(Dialog& dialog, TextureDialog& state) {
   state.filling = true;
   for (int id = FirstParameter; id <= LastParameter; ++id) ShowParameter(dialog, parameters, id);
   state.filling = false;
-  SetSelection(dialog, Type, parameters.TextureType < kTextureTypes ? static_cast<int>(parameters.TextureType) : -1);
+  SetSelection(dialog, Types, parameters.TextureType < kTextureTypes ? static_cast<int>(parameters.TextureType) : -1);
   ShowControlsOfType(dialog, parameters.TextureType);
   RenderPictureSoon(dialog, state);
 }
 
 void ShowGroup(Dialog& dialog, const TextureDialog& state, int selected) {
   ClearItems(dialog, List);
-  for (const NamedTexture& texture : state.editor.group.textures) AddItem(dialog, List, texture.name);
+  std::vector<std::string> names;
+  for (const NamedTexture& texture : state.editor.group.textures) names.push_back(texture.name);
+  AddItems(dialog, List, names);
   SetSelection(dialog, List, selected);
 }
 
 void ShowGroups(Dialog& dialog, const TextureDialog& state) {
   ClearItems(dialog, Group);
-  for (const std::string& name : TextureGroups()) AddItem(dialog, Group, name);
+  AddItems(dialog, Group, TextureGroups());
   SelectText(dialog, Group, TextureGroup(state.editor));
 }
 
@@ -149,7 +151,7 @@ void OnParameter(Dialog& dialog, TextureDialog& state, int id, int code) {
 }
 
 void OnType(Dialog& dialog, TextureDialog& state) {
-  const auto type = static_cast<std::uint32_t>(std::max(GetSelection(dialog, Type), 0));
+  const auto type = static_cast<std::uint32_t>(std::max(GetSelection(dialog, Types), 0));
   if (type == state.editor.parameters.TextureType) return;
   state.editor.parameters.TextureType = type;
   ShowControlsOfType(dialog, type);
@@ -295,7 +297,7 @@ void Initialise(Dialog& dialog, TextureDialog& state) {
     const NumberRange range = ParseRange(control.caption);
     SetRange(dialog, control.id, range.minimum, range.maximum);
   }
-  for (int type = 0; type < kTextureTypes; ++type) AddItem(dialog, Type, LoadText(kTextFirstTextureType + type));
+  for (int type = 0; type < kTextureTypes; ++type) AddItem(dialog, Types, LoadText(kTextFirstTextureType + type));
   TextureSpec parameters = state.editor.parameters;
   OpenTextureEditor(&dialog, state.editor, parameters);
   ShowGroups(dialog, state);
@@ -323,7 +325,7 @@ void OnCommand(Dialog& dialog, TextureDialog& state, int id, int code) {
     case Group:
       if (code == kSelectionChanged) OnGroup(dialog, state);
       return;
-    case Type:
+    case Types:
       if (code == kSelectionChanged) OnType(dialog, state);
       return;
     case Add:

@@ -22,7 +22,8 @@ using namespace TileControl;
 
 /// Private message of the dialog, posted by itself. a is 0: the list takes its height; 1: the menu of an item.
 constexpr std::uint32_t kMessageList = 0x4C8;
-constexpr int kItemInset = 4, kPreviewInset = 2;
+constexpr int kItemInset = 4, kChosenInset = 2, kPreviewInset = 2;
+constexpr Colour kChosenColour = 0x000000;
 
 struct TileDialog {
   TileEditor editor;
@@ -50,6 +51,9 @@ PackedDib Thumbnail(const PackedDib& tile, int width, int height) {
 void PaintItem(TileDialog& state, const DrawRequest& request) {
   const Rect cell{0, 0, request.width, request.height};
   PaintButtonFace(request, cell, request.selected, GetSystemColour(SystemColour::Window));
+  // In the white beside the thumbnail: which is chosen, and whether the keys move it.
+  if (request.selected) FrameFace(request, Shrunk(cell, kChosenInset), kChosenColour, kChosenColour);
+  if (request.focused) DottedFrame(request, Shrunk(cell, kChosenInset));
   const auto item = static_cast<std::size_t>(std::max(request.item, 0));
   if (item >= state.editor.group.tiles.size()) return;
   const Rect box = Shrunk(cell, kItemInset);
@@ -86,14 +90,14 @@ void ShowTile(Dialog& dialog, const TileDialog& state) {
 void ShowGroup(Dialog& dialog, TileDialog& state) {
   state.thumbnails.clear();
   ClearItems(dialog, List);
-  for (std::size_t i = 0; i < state.editor.group.tiles.size(); ++i) AddItem(dialog, List, "");
+  AddItems(dialog, List, std::vector<std::string>(state.editor.group.tiles.size()));
   SetSelection(dialog, List, state.editor.selected);
   ShowTile(dialog, state);
 }
 
 void ShowGroups(Dialog& dialog, const TileDialog& state) {
   ClearItems(dialog, Group);
-  for (const std::string& name : TileGroups()) AddItem(dialog, Group, name);
+  AddItems(dialog, Group, TileGroups());
   SelectText(dialog, Group, TileGroup(state.editor));
 }
 
@@ -191,8 +195,8 @@ void Initialise(Dialog& dialog, TileDialog& state) {
 // Whole rows, whatever the dialog units are.
 void SetListHeight(Dialog& dialog) {
   const ControlRectangle place = RectangleOf(dialog, List);
-  const int height =
-      Rows * Cell + 2 * GetSystemSize(SystemSize::DialogFrame) + GetSystemSize(SystemSize::HorizontalScrollBar);
+  const int height = Rows * Cell + 2 * GetSystemSize(dialog, SystemSize::DialogFrame) +
+                     GetSystemSize(dialog, SystemSize::HorizontalScrollBar);
   ResizeControl(dialog, List, place.right - place.left, height);
 }
 

@@ -173,6 +173,8 @@ void SetCheck(Dialog& dialog, int id, int state);
 /// Items of a combo or a list. Selection is -1 when none. Setting notifies nobody; an index that does not exist selects
 /// none.
 int AddItem(Dialog& dialog, int id, const std::string& text);
+/// All of these in their order: for hundreds of items much quicker than one by one.
+void AddItems(Dialog& dialog, int id, std::span<const std::string> texts);
 void ClearItems(Dialog& dialog, int id);
 int ItemCount(const Dialog& dialog, int id);
 std::string ItemText(const Dialog& dialog, int id, int index);

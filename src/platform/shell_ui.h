@@ -64,9 +64,9 @@ enum class SystemColour {
 };
 std::uint32_t GetSystemColour(SystemColour colour);
 
-/// Thicknesses of the desktop's parts, in pixels.
+/// Thicknesses of the desktop's parts where a dialog shows, in pixels.
 enum class SystemSize { DialogFrame, HorizontalScrollBar };
-int GetSystemSize(SystemSize size);
+int GetSystemSize(const Dialog& dialog, SystemSize size);
 
 /// Width and height of the screen in pixels.
 void ScreenSize(int& width, int& height);

@@ -6,7 +6,7 @@
 namespace glyphmotion::TextureControl {
 
 constexpr int Ok = 1, Cancel = 2, Help = 9;
-constexpr int Preview = 101, List = 102, Group = 103, Add = 104, Delete = 105, Type = 106, ShowPreview = 107;
+constexpr int Preview = 101, List = 102, Group = 103, Add = 104, Delete = 105, Types = 106, ShowPreview = 107;
 
 /// Parameters. Those of layers are the first of five.
 constexpr int Background = 501, Colour1 = 502, Power1 = 507, Seed1 = 512, Matrix = 517, Density1 = 518;

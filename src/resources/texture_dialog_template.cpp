@@ -67,14 +67,14 @@ constexpr std::array kLibrary = {
     Control(Kind::List, List, "", kLeft, 35, 128, 75),
     Control(Kind::Button, Add, "+", kLeft, 114, 20, 14),
     Control(Kind::Button, Delete, "-", kLeft + 24, 114, 20, 14),
-    Control(Kind::Paragraph, -1, "Hold down Shift to add or delete a group.", kLeft + 50, 113, 78,
+    Control(Kind::Paragraph, -1, "Hold Shift to add or delete a group.", kLeft + 50, 113, 78,
             2 * panel::kLabelHeight),
     Control(Kind::OwnerDrawn, Preview, "", kMiddle, 7, 130, 121),
 };
 
 constexpr std::array kType = {
     Control(Kind::Label, -1, "T&ype:", kRight, 7, 60, panel::kLabelHeight),
-    Control(Kind::Combo, Type, "", kRight, 17, 100, panel::kFieldHeight),
+    Control(Kind::Combo, Types, "", kRight, 17, 100, panel::kFieldHeight),
 };
 
 constexpr std::array kShowPreview = {Control(Kind::Button, ShowPreview, "&Preview", kRight, 114, 55, 14)};

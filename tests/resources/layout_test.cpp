@@ -6,16 +6,19 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "controls/library_editor.h"
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
 #include "resources/settings_table.h"
 #include "resources/templates.h"
+#include "resources/texture_controls.h"
 
 namespace glyphmotion {
 namespace {
@@ -93,8 +96,8 @@ int RoomForText(const ControlTemplate& control) {
 
 bool HasOwnCaption(Kind kind) { return kind == Kind::Check || kind == Kind::Button || kind == Kind::DefaultButton; }
 bool WantsLabel(Kind kind) {
-  return !HasOwnCaption(kind) && kind != Kind::Label && kind != Kind::Group && kind != Kind::UpDown &&
-         kind != Kind::OwnerDrawn;
+  return !HasOwnCaption(kind) && kind != Kind::Label && kind != Kind::Paragraph && kind != Kind::Group &&
+         kind != Kind::UpDown && kind != Kind::OwnerDrawn;
 }
 
 void ExpectUniqueMnemonics(const DialogTemplate& dialogTemplate) {
@@ -166,6 +169,56 @@ TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
       }
       before = &control;
     }
+  }
+}
+
+struct EditorLayout {
+  const DialogTemplate* dialog;
+  int kinds;  // the parameters of one at a time show
+  bool (*shows)(const ControlTemplate& control, int kind);
+};
+
+bool ShowsForTexture(const ControlTemplate& control, int type) {
+  int id = control.id;
+  for (const int offset : {kUpDownOffset, TextureControl::LabelOffset}) {
+    if (id >= TextureControl::FirstParameter + offset) id -= offset;
+  }
+  if (id < TextureControl::FirstParameter) return true;
+  const auto shown = TextureControls(static_cast<std::uint32_t>(type));
+  return std::find(shown.begin(), shown.end(), id) != shown.end();
+}
+bool ShowsAlways(const ControlTemplate&, int) { return true; }
+
+const EditorLayout kEditors[] = {{&kTextureDialogTemplate, 6, ShowsForTexture},
+                                 {&kTexturePreviewTemplate, 1, ShowsAlways},
+                                 {&kTileDialogTemplate, 1, ShowsAlways}};
+
+TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
+  for (const auto& [dialog, kinds, shows] : kEditors) {
+    for (int kind = 0; kind < kinds; ++kind) {
+      Controls shown;
+      std::copy_if(dialog->controls.begin(), dialog->controls.end(), std::back_inserter(shown),
+                   [&](const ControlTemplate& control) { return shows(control, kind); });
+      for (std::size_t i = 0; i < shown.size(); ++i) {
+        const ControlTemplate& control = shown[i];
+        const std::string name = std::string(dialog->title) + " " + std::to_string(kind) + ": " + NameOf(control);
+        EXPECT_TRUE(control.x >= kMargin && control.y >= kMargin && control.width > 0 && control.height > 0 &&
+                    control.x + control.width <= dialog->width - kMargin &&
+                    control.y + control.height <= dialog->height - kMargin)
+            << name;
+        for (std::size_t j = i + 1; j < shown.size(); ++j) {
+          EXPECT_FALSE(Overlap(control, shown[j])) << name << " / " << NameOf(shown[j]);
+        }
+        if (WantsLabel(control.kind)) {
+          ASSERT_TRUE(i && shown[i - 1].kind == Kind::Label && *shown[i - 1].caption) << name;
+        }
+        if (control.kind != Kind::Label && control.kind != Kind::Paragraph && !HasOwnCaption(control.kind)) continue;
+        int lines = 0;
+        EXPECT_LE(WrappedWidth(control.caption, RoomForText(control), lines), RoomForText(control)) << name;
+        EXPECT_LE(lines * 8, control.height) << name;
+      }
+    }
+    ExpectUniqueMnemonics(*dialog);
   }
 }
 

@@ -183,6 +183,10 @@ int AddItem(Dialog& dialog, int id, const std::string& text) {
   return index;
 }
 
+void AddItems(Dialog& dialog, int id, std::span<const std::string> texts) {
+  for (const std::string& text : texts) AddItem(dialog, id, text);
+}
+
 void ClearItems(Dialog& dialog, int id) {
   Control* control = FindControl(dialog, id);
   if (!control) return;

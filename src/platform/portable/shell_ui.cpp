@@ -74,7 +74,7 @@ std::uint32_t GetSystemColour(SystemColour colour) {
   return 0;
 }
 
-int GetSystemSize(SystemSize size) { return size == SystemSize::DialogFrame ? 3 : 17; }
+int GetSystemSize(const Dialog&, SystemSize size) { return size == SystemSize::DialogFrame ? 3 : 17; }
 
 void ScreenSize(int& width, int& height) {
   width = 1920;

@@ -118,6 +118,17 @@ int AddItem(Dialog& dialog, int id, const std::string& text) {
   return index < 0 ? -1 : static_cast<int>(index);
 }
 
+// A control that draws itself after every item takes seconds for some hundreds.
+void AddItems(Dialog& dialog, int id, std::span<const std::string> texts) {
+  const Control* control = FindControl(dialog, id);
+  if (!ItemsOf(control)) return;
+  const bool visible = HasStyle(control, WS_VISIBLE);  // the message shows what is hidden
+  if (visible) Ask(*control, WM_SETREDRAW, FALSE);
+  for (const std::string& text : texts) AddItem(dialog, id, text);
+  if (visible) Ask(*control, WM_SETREDRAW, TRUE);
+  InvalidateRect(control->window, nullptr, TRUE);
+}
+
 void ClearItems(Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   if (const ItemMessages* items = ItemsOf(control)) Ask(*control, items->clear);

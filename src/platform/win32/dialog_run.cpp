@@ -110,8 +110,8 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
       if (!IsKnownKey(wParam)) return false;
       hand(kMessageKeyDown, wParam, 0);
       return true;
-    case WM_COMMAND:  // posted by the control to itself
-      hand(message, wParam, lParam);
+    case WM_COMMAND:  // such a control has no children: it comes from PostToControl
+      hand(kMessageCommand, wParam, lParam);
       return true;
     case WM_LBUTTONDOWN:
       ::SetFocus(control.window);

@@ -220,7 +220,7 @@ std::uint32_t GetSystemColour(SystemColour colour) {
   return 0;
 }
 
-int GetSystemSize(SystemSize size) {
+int GetSystemSize(const Dialog&, SystemSize size) {
   return GetSystemMetrics(size == SystemSize::DialogFrame ? SM_CYFIXEDFRAME : SM_CYHSCROLL);
 }
 
