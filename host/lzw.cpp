@@ -13,28 +13,49 @@ constexpr unsigned kCodes = 4096;
 constexpr unsigned kHashBits = 13;
 constexpr unsigned kNone = 0xFFFF;
 
+// Most nodes have one child or none: the first stands beside its parent, and one exclusive or with the symbol looked for
+// gives its code, or something larger. The others are in a hash table, by node and symbol.
 struct Dictionary {
-  std::array<std::uint32_t, 1u << kHashBits> table;  // (prefix << 8 | symbol) << 12 | code; codes are never 0 here
+  std::array<std::uint32_t, kCodes> first;             // by node: symbol << 12 | code
+  std::array<std::uint32_t, 1u << kHashBits> further;  // (node << 8 | symbol) << 12 | code; codes are never 0 here
 
-  void Clear() { table.fill(0); }
-  // Little stands between one node and the next: only the symbol, which is known long before, is multiplied.
+  // Forgets all strings; those from `codes` on were not used.
+  void Clear(unsigned codes) {
+    std::fill_n(first.begin(), codes, kNoChild);
+    if (hasFurther) further.fill(0);
+    hasFurther = false;
+  }
+  unsigned Child(unsigned node, unsigned symbol) const {
+    const std::uint32_t child = first[node] ^ symbol << 12;
+    if (child < kCodes) return child;
+    return first[node] == kNoChild ? kNone : FurtherChild(node, symbol);
+  }
+  void Insert(unsigned node, unsigned symbol, unsigned code) {
+    if (first[node] == kNoChild) {
+      first[node] = symbol << 12 | code;
+      return;
+    }
+    unsigned slot = Slot(node, symbol);
+    while (further[slot]) slot = (slot + 1) & kMask;
+    further[slot] = (node << 8 | symbol) << 12 | code;
+    hasFurther = true;
+  }
+
+ private:
+  static constexpr std::uint32_t kNoChild = ~std::uint32_t{0};
+  static constexpr unsigned kMask = (1u << kHashBits) - 1;
+  bool hasFurther = true;
+
   static unsigned Slot(unsigned node, unsigned symbol) {
     return node << 1 ^ (symbol * 0x9E3779B1u) >> (32 - kHashBits);
   }
-
-  unsigned Child(unsigned node, unsigned symbol) const {
+  unsigned FurtherChild(unsigned node, unsigned symbol) const {
     const unsigned key = node << 8 | symbol;
-    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
-      const std::uint32_t entry = table[slot];
+    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & kMask) {
+      const std::uint32_t entry = further[slot];
       if (!entry) return kNone;
       if (entry >> 12 == key) return entry & 0xFFF;
     }
-  }
-  void Insert(unsigned node, unsigned symbol, unsigned code) {
-    const unsigned key = node << 8 | symbol;
-    unsigned slot = Slot(node, symbol);
-    while (table[slot]) slot = (slot + 1) & ((1u << kHashBits) - 1);
-    table[slot] = key << 12 | code;
   }
 };
 
@@ -104,7 +125,7 @@ class CodeStream {
   }
   void Restart() {
     Put(clear_);
-    dictionary_.Clear();
+    dictionary_.Clear(kCodes);
     next_ = clear_ + 2;
     width_ = FirstWidth(clear_);
   }
