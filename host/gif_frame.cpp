@@ -10,8 +10,9 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kSmall = 2048;           // pixels: everything is tried
-constexpr std::size_t kLookahead = 1u << 15;   // pixels up to which strings look ahead
-constexpr int kLongestPeriod = 8;              // frames
+constexpr std::size_t kLookahead = 1u << 15;   // pixels up to which strings always look ahead
+constexpr std::size_t kWorthwhile = 64;        // share of the bytes that looking ahead saves for larger frames
+constexpr int kLongestPeriod = 16;             // frames
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
@@ -153,20 +154,21 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     if (wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   }
 
-  const bool small = count < kSmall, lookahead = count <= kLookahead;
+  const bool small = count < kSmall, medium = count <= kLookahead;
   Result result;
   result.mode = lastMode_;
   bool trial = IsTrial(task);
   if (!trial) {
-    Try(task, choice ? lastMethod_ : Method::Plain, {lastMode_.clearWhenFull, lookahead}, result);
+    Try(task, choice ? lastMethod_ : Method::Plain, {lastMode_.clearWhenFull, medium || lastMode_.lookahead}, result);
     trial = result.cost > lastCost_ + lastCost_ / 4 + 64;
   }
   if (trial) {
     if (choice)
       TryMethods(task, small, result);
-    else
+    else if (result.cost == SIZE_MAX)
       Try(task, Method::Plain, {lastMode_.clearWhenFull, small}, result);
-    if (lookahead && !result.mode.lookahead) Try(task, result.method, {result.mode.clearWhenFull, true}, result);
+    const std::size_t greedy = result.cost;
+    if (!result.mode.lookahead) Try(task, result.method, {result.mode.clearWhenFull, true}, result);
     TryModes(task, result);
     if (!small) {
       const bool stands =
@@ -177,9 +179,10 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
       freeOfTrial_ = task.freeCount;
       sizeOfTrial_ = count;
     }
+    const bool worthwhile = medium || result.cost + result.cost / kWorthwhile <= greedy;
+    lastMode_ = {result.mode.clearWhenFull, result.mode.lookahead && worthwhile};
   }
   lastCost_ = result.cost;
-  lastMode_ = result.mode;
   if (choice) lastMethod_ = result.method;
   return result.method != Method::Plain || pixels.hasWildcard ? wildcard : -1;
 }

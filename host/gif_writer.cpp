@@ -172,7 +172,12 @@ void FindSymbols(const GifPixels& pixels, Seen& seen) {
     if (symbols == lastSymbols && kinds == lastKinds) continue;
     lastSymbols = symbols;
     lastKinds = kinds;
-    for (std::size_t k = i; k < i + 8; ++k) seen[static_cast<std::size_t>(kind[k])][symbol[k]] = true;
+    if (kinds == (kinds & 0xFF) * 0x0101010101010101u) {
+      auto& ofKind = seen[kinds & 0xFF];
+      for (int k = 0; k < 64; k += 8) ofKind[symbols >> k & 0xFF] = true;
+    } else {
+      for (std::size_t k = i; k < i + 8; ++k) seen[static_cast<std::size_t>(kind[k])][symbol[k]] = true;
+    }
   }
   for (; i < count; ++i) seen[static_cast<std::size_t>(kind[i])][symbol[i]] = true;
 }

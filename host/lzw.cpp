@@ -160,7 +160,8 @@ class CodeStream {
         clear_(1u << minCodeSize),
         width_(FirstWidth(clear_)) {
     // A clear stands for at least a thousand symbols, or it is the first or the last code.
-    out.codes.resize(symbols + symbols / 1000 + 4);
+    const std::size_t most = symbols + symbols / 1000 + 4;
+    if (out.codes.size() < most) out.codes.resize(most);
     to_ = out.codes.data();
     out.minCodeSize = minCodeSize;
     Restart();
@@ -195,7 +196,7 @@ class CodeStream {
   void End() {
     if (next_ < kCodes && next_ == 1u << width_) ++width_;
     Put(clear_ + 1);
-    out_.codes.resize(static_cast<std::size_t>(to_ - out_.codes.data()));
+    out_.count = static_cast<std::size_t>(to_ - out_.codes.data());
     out_.bits = bits_;
   }
 
@@ -280,9 +281,8 @@ class Matcher {
 };
 
 // `cutGain`: how many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
-template <bool kChoice>
-void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, bool lookahead, std::size_t cutGain,
-                    CodeStream& codes) {
+template <bool kChoice, bool kLookahead>
+void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t cutGain, CodeStream& codes) {
   const std::size_t size = pixels.size;
   Match match = matcher.Longest(0);
   while (match.end < size && !codes.TooLong()) {
@@ -291,7 +291,7 @@ void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, boo
     // The string about to be added lengthens the next one if that one stops right there.
     const bool grows =
         !codes.Full() && next.node == match.node && next.end < size && pixels.Takes(next.end, next.first);
-    if (lookahead && match.parent != kNone) {
+    if (kLookahead && match.parent != kNone) {
       const Match early = matcher.Longest(end - 1);
       if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
         codes.Put(match.parent);
@@ -330,13 +330,15 @@ void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uin
     runs.value = runs.symbol;
     CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
     const Pixels<false> pixels{symbols.data(), nullptr, symbols.size(), 0};
-    CompressPixels<false>(pixels, {pixels, dictionary, runs}, mode.lookahead, cutGain, codes);
+    const auto compress = mode.lookahead ? CompressPixels<false, true> : CompressPixels<false, false>;
+    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
   } else {
     runs.pixels = free.data();
     runs.value = 1;
     CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
     const Pixels<true> pixels{symbols.data(), free.data(), symbols.size(), wildcard};
-    CompressPixels<true>(pixels, {pixels, dictionary, runs}, mode.lookahead, cutGain, codes);
+    const auto compress = mode.lookahead ? CompressPixels<true, true> : CompressPixels<true, false>;
+    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
   }
 }
 
@@ -345,7 +347,7 @@ void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
   out.resize((codes.bits + 7) / 8 + 8);
   BitWriter writer{out.data()};
   unsigned next = clear + 1, width = FirstWidth(clear);
-  for (const unsigned code : codes.codes) {
+  for (const unsigned code : std::span(codes.codes).first(codes.count)) {
     writer.Put(code, width);
     if (code == clear) {
       next = clear + 1;  // the first code after a clear adds no string

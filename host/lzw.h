@@ -23,7 +23,8 @@ struct LzwMode {
 
 /// Codes, not packed yet: literals below 2^minCodeSize, then the clear code, the end code and the strings.
 struct LzwCodes {
-  std::vector<std::uint16_t> codes;
+  std::vector<std::uint16_t> codes;  ///< the first `count` of them
+  std::size_t count = 0;
   std::size_t bits = 0;  ///< what they take when packed
   int minCodeSize = 2;
 };
