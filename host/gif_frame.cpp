@@ -38,11 +38,11 @@ GLYPHMOTION_CLONES int CountChanges(const std::uint8_t* symbols, std::size_t cou
   return changes;
 }
 
-// The runs of free pixels that change colour often become wildcards: the edges of letters that stand still, for
-// example. Their colours would cost more.
+// The runs of free pixels that change colour at least `often` times become wildcards: the edges of letters that stand
+// still, for example. Their colours would cost more.
+template <int often>
 void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* free, std::size_t count,
                  std::uint8_t wildcard) {
-  constexpr int kOften = 3;
   std::memcpy(out, symbols, count);
   for (std::size_t i = 0; i < count;) {
     const void* start = std::memchr(free + i, 1, count - i);
@@ -50,8 +50,18 @@ void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint
     i = static_cast<std::size_t>(static_cast<const std::uint8_t*>(start) - free);
     const void* after = std::memchr(free + i, 0, count - i);
     const std::size_t end = after ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(after) - free) : count;
-    if (CountChanges(symbols + i, end - i) >= kOften) std::fill(out + i, out + end, wildcard);
+    if (CountChanges(symbols + i, end - i) >= often) std::fill(out + i, out + end, wildcard);
     i = end;
+  }
+}
+
+// Free pixels keep their colour only where a run of it goes on.
+void WriteRuns(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* free, std::size_t count,
+               std::uint8_t wildcard) {
+  std::uint8_t last = wildcard;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!free[i] || symbols[i] != last) last = free[i] ? wildcard : symbols[i];
+    out[i] = last;
   }
 }
 
@@ -86,9 +96,12 @@ int ChooseWildcard(const GifPixels& pixels) {
 void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Result& result) {
   const bool plain = method == Method::Plain;
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
-  if (method == Method::Varied || method == Method::Wildcards) {
+  if (method != Method::Plain && method != Method::Choice) {
     written_.resize(pixels.size());
-    const auto write = method == Method::Varied ? WriteVaried : WriteWildcards;
+    const auto write = method == Method::Varied  ? WriteVaried<1>
+                       : method == Method::Often ? WriteVaried<3>
+                       : method == Method::Runs  ? WriteRuns
+                                                 : WriteWildcards;
     write(written_.data(), pixels.data(), task.freedom.data(), pixels.size(), task.wildcard);
     pixels = written_;
   }
@@ -104,7 +117,8 @@ void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Resu
 
 void GifFrameCompressor::TryMethods(const Task& task, bool lookahead, Result& result) {
   const LzwMode mode{lastMode_.clearWhenFull, lookahead};
-  for (const Method method : {Method::Plain, Method::Choice, Method::Varied, Method::Wildcards})
+  for (const Method method :
+       {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards})
     if (result.method != method || result.mode != mode || result.cost == SIZE_MAX) Try(task, method, mode, result);
 }
 

@@ -42,9 +42,9 @@ class GifFrameCompressor {
   const LzwCodes& Codes() const { return best_; }
 
  private:
-  // How free pixels are written: as their colours; as the dictionary likes; as the wildcard where they vary; as the
-  // wildcard.
-  enum class Method { Plain, Choice, Varied, Wildcards };
+  // How free pixels are written: as their colours; as the dictionary likes; as their colour where its run goes on; as
+  // the wildcard where they vary, or vary often; as the wildcard.
+  enum class Method { Plain, Choice, Runs, Varied, Often, Wildcards };
   struct Task;
   struct Result {
     std::size_t cost = SIZE_MAX;  // bytes

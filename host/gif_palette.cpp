@@ -2,6 +2,7 @@
 #include "host/gif_palette.h"
 
 #include <algorithm>
+#include <bitset>
 
 #include "host/gif_frame.h"
 
@@ -63,6 +64,32 @@ std::vector<std::uint16_t> BySmallestFrame(std::span<const GifWants> frames, con
   return out;
 }
 
+// One frame after the other, always the one that misses the fewest colours.
+std::vector<std::uint16_t> ByLeastMissing(std::span<const GifWants> frames, const std::vector<std::uint16_t>& ids) {
+  constexpr std::size_t kMostFrames = 2000;
+  if (frames.size() > kMostFrames) return ids;
+  std::vector<std::int16_t> number(65536, -1);
+  for (std::size_t i = 0; i < ids.size(); ++i) number[ids[i]] = static_cast<std::int16_t>(i);
+  std::vector<std::bitset<256>> missing(frames.size());
+  for (std::size_t f = 0; f < frames.size(); ++f)
+    for (const std::uint16_t id : frames[f].must)
+      if (number[id] >= 0) missing[f].set(static_cast<std::size_t>(number[id]));
+  std::vector<std::uint16_t> out;
+  std::bitset<256> placed;
+  for (std::size_t step = 0; step < frames.size() && !missing.empty(); ++step) {
+    const auto next = std::min_element(missing.begin(), missing.end(), [&](const auto& a, const auto& b) {
+      return (a & ~placed).count() < (b & ~placed).count();
+    });
+    for (std::size_t i = 0; i < ids.size(); ++i)
+      if ((*next)[i] && !placed[i]) out.push_back(ids[i]);
+    placed |= *next;
+    missing.erase(next);
+  }
+  for (std::size_t i = 0; i < ids.size(); ++i)
+    if (!placed[i]) out.push_back(ids[i]);
+  return out;
+}
+
 // The colours that the most frames must write first.
 std::vector<std::uint16_t> ByFrames(std::span<const GifWants> frames, std::vector<std::uint16_t> ids) {
   std::vector<std::uint32_t> count(65536);
@@ -81,7 +108,8 @@ void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids
     for (const std::uint16_t id : order) made.Append(id, colours[id]);
     return made;
   };
-  std::vector<GifPalette> made = {with(ids), with(BySmallestFrame(frames, ids)), with(ByFrames(frames, ids))};
+  std::vector<GifPalette> made = {with(ids), with(BySmallestFrame(frames, ids)), with(ByFrames(frames, ids)),
+                                  with(ByLeastMissing(frames, ids))};
   if (palette.colours.empty() && colours.size() <= 256) {
     // Slots that are the ids save the frames' translation.
     GifPalette same;
@@ -90,6 +118,7 @@ void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids
   }
   std::vector<std::size_t> costs;
   for (const GifPalette& one : made) costs.push_back(CostOf(frames, one));
+    for (auto c : costs) printf("cost %zu ", c);
   palette = made[static_cast<std::size_t>(std::min_element(costs.begin(), costs.end()) - costs.begin())];
 }
 
