@@ -9,10 +9,12 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kSmall = 2048;           // pixels: everything is tried
-constexpr std::size_t kLookahead = 1u << 15;   // pixels up to which strings always look ahead
-constexpr std::size_t kWorthwhile = 64;        // share of the bytes that looking ahead saves for larger frames
-constexpr int kLongestPeriod = 16;             // frames
+constexpr std::size_t kSmall = 2048;              // pixels of a frame of which everything is tried
+constexpr std::size_t kSmallAnimation = 700'000;  // the same for all frames together
+constexpr std::size_t kMedium = 1u << 15;         // pixels up to which strings look ahead for little
+constexpr std::size_t kWorthwhile = 64;           // share of the bytes that looking ahead must save in larger frames
+constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
+constexpr int kLongestPeriod = 16;  // frames
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
@@ -106,33 +108,49 @@ void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Resu
     pixels = written_;
   }
   const std::size_t growth = plain ? 0 : task.growth;
-  const std::size_t limit = result.cost == SIZE_MAX ? SIZE_MAX : result.cost * 8;  // bits that cannot win any more
+  // Bits that cannot win any more, nor come close.
+  const std::size_t limit = result.cost == SIZE_MAX ? SIZE_MAX : result.cost * 8 + result.cost * 8 / kClose;
   CompressLzw(pixels, method == Method::Choice ? task.freedom : std::span<const std::uint8_t>{}, task.wildcard,
               plain ? task.plainSize : task.codeSize, mode, limit, attempt_);
   const std::size_t cost = (attempt_.bits + 7) / 8 + growth;
-  if (cost >= result.cost) return;
+  const bool wins = cost < result.cost;
+  if (method != result.method) {
+    const Method other = wins ? result.method : method;
+    const std::size_t otherCost = wins ? result.cost : cost;
+    if (otherCost < result.secondCost) result.second = other, result.secondCost = otherCost;
+  }
+  if (!wins) return;
   std::swap(best_, attempt_);
-  result = {cost, method, mode};
+  result.cost = cost;
+  result.method = method;
+  result.mode = mode;
 }
 
 void GifFrameCompressor::TryMethods(const Task& task, bool lookahead, Result& result) {
   const LzwMode mode{lastMode_.clearWhenFull, lookahead};
   for (const Method method :
-       {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards})
+       {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards}) {
+    if (method != Method::Plain && task.freedom.empty()) break;
     if (result.method != method || result.mode != mode || result.cost == SIZE_MAX) Try(task, method, mode, result);
+  }
 }
 
 void GifFrameCompressor::TryModes(const Task& task, Result& result) {
   const LzwMode won = result.mode;
-  if (task.symbols.size() < kSmall) Try(task, result.method, {won.clearWhenFull, !won.lookahead}, result);
+  if (task.symbols.size() < kSmall)
+    TryMethods(task, !won.lookahead, result);
+  else if (thorough_)
+    Try(task, result.method, {won.clearWhenFull, !won.lookahead}, result);
   if (result.cost > kFullDictionary) Try(task, result.method, {!won.clearWhenFull, result.mode.lookahead}, result);
 }
+
+void GifFrameCompressor::Expect(std::size_t pixels) { thorough_ = pixels <= kSmallAnimation; }
 
 // Whether the other ways are tried: the more seldom the longer one stands, or when much more or less of the frame is
 // free.
 bool GifFrameCompressor::IsTrial(const Task& task) {
   const std::size_t size = task.symbols.size();
-  if (size < kSmall) return true;
+  if (size < kSmall || thorough_) return true;
   const std::size_t now = task.freeCount * sizeOfTrial_, then = freeOfTrial_ * size;
   const bool another = (now > then ? now - then : then - now) * 5 > size * sizeOfTrial_;
   return countdown_-- <= 0 || another;
@@ -168,20 +186,23 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     if (wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   }
 
-  const bool small = count < kSmall, medium = count <= kLookahead;
+  const bool small = count < kSmall || thorough_, medium = count <= kMedium;
   Result result;
   result.mode = lastMode_;
   bool trial = IsTrial(task);
   if (!trial) {
-    Try(task, choice ? lastMethod_ : Method::Plain, {lastMode_.clearWhenFull, medium || lastMode_.lookahead}, result);
+    Try(task, choice ? lastMethod_ : Method::Plain, lastMode_, result);
+    if (choice && secondIsClose_ && 2 * task.freeCount >= count) {
+      Try(task, secondMethod_, lastMode_, result);
+      if (result.method != lastMethod_) secondMethod_ = lastMethod_;
+    }
     trial = result.cost > lastCost_ + lastCost_ / 4 + 64;
   }
   if (trial) {
-    if (choice)
-      TryMethods(task, small, result);
-    else if (result.cost == SIZE_MAX)
-      Try(task, Method::Plain, {lastMode_.clearWhenFull, small}, result);
+    TryMethods(task, small, result);
     const std::size_t greedy = result.cost;
+    secondMethod_ = result.second;
+    secondIsClose_ = medium && result.secondCost <= greedy + greedy / kClose;
     if (!result.mode.lookahead) Try(task, result.method, {result.mode.clearWhenFull, true}, result);
     TryModes(task, result);
     if (!small) {

@@ -36,6 +36,8 @@ int ChooseWildcard(const GifPixels& pixels);
 /// Compresses frame after frame. Neighbouring frames are alike and trying costs time: so it remembers what won.
 class GifFrameCompressor {
  public:
+  /// Tells how many pixels the frames have together that are now going to come: of few, everything is tried.
+  void Expect(std::size_t pixels);
   /// `pixels` may be changed. `paletteBits`: a wildcard past 2^paletteBits makes the palette grow.
   /// Gives the slot of the wildcard, -1 if there is none among the codes; these stand in Codes().
   int Compress(GifPixels& pixels, int paletteBits);
@@ -50,6 +52,8 @@ class GifFrameCompressor {
     std::size_t cost = SIZE_MAX;  // bytes
     Method method = Method::Plain;
     LzwMode mode;
+    Method second = Method::Plain;  // the next best, if it has come close
+    std::size_t secondCost = SIZE_MAX;
   };
 
   void Try(const Task& task, Method method, LzwMode mode, Result& result);
@@ -59,7 +63,8 @@ class GifFrameCompressor {
 
   LzwCodes best_, attempt_;
   std::vector<std::uint8_t> reached_, freedom_, written_;
-  Method lastMethod_ = Method::Plain;
+  Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;
+  bool secondIsClose_ = false, thorough_ = false;
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;
   std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;  // pixels

@@ -118,7 +118,6 @@ void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids
   }
   std::vector<std::size_t> costs;
   for (const GifPalette& one : made) costs.push_back(CostOf(frames, one));
-    for (auto c : costs) printf("cost %zu ", c);
   palette = made[static_cast<std::size_t>(std::min_element(costs.begin(), costs.end()) - costs.begin())];
 }
 

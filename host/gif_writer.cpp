@@ -459,6 +459,7 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
 // Compresses the frames held.
 void GifWriter::State::Settle() {
   const std::vector<bool> own = ChoosePalettes();
+  compressor.Expect(heldBytes / 2);
   for (std::size_t i = 0; i < held.size(); ++i) {
     Encode(held[i], own[i]);
     held[i] = {};
