@@ -145,6 +145,10 @@ GLYPHMOTION_CLONES void WidenAround(Id* __restrict out, const std::uint8_t* __re
                                     Id transparent) {
   for (std::size_t i = 0; i < count; ++i) out[i] = in[i] == transparent ? out[i] : Id{in[i]};
 }
+GLYPHMOTION_CLONES void PutWhere(Id* __restrict out, const std::uint8_t* __restrict in, std::size_t count,
+                                 std::uint8_t index, Id id) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = in[i] == index ? id : out[i];
+}
 GLYPHMOTION_CLONES void Narrow(std::uint8_t* __restrict out, const Id* __restrict in, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<std::uint8_t>(in[i]);
 }
@@ -194,7 +198,7 @@ struct GifWriter::State {
   int pendingDelay = 0;
   ColourIds ids;
   std::array<Id, 256> idOfIndex{};  // of the last frame's palette
-  int sameUpTo = 0;                 // indices below it are their ids
+  std::vector<std::uint8_t> twins;  // indices that are not their ids
   std::array<std::uint8_t, 768> lastPalette{};
   int lastTransparent = -1;
   bool idsStand = false;
@@ -241,9 +245,9 @@ const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
     if (static_cast<int>(i) != frame.transparentIndex) idOfIndex[i] = ids.IdOf(colour);
     if (first && ids.colours.size() <= i) ids.colours.push_back(colour);
   }
-  sameUpTo = 0;
-  while (sameUpTo < 256 && (idOfIndex[static_cast<std::size_t>(sameUpTo)] == sameUpTo || sameUpTo == lastTransparent))
-    ++sameUpTo;
+  twins.clear();
+  for (std::size_t i = 0; i < 256; ++i)
+    if (idOfIndex[i] != i && static_cast<int>(i) != lastTransparent) twins.push_back(static_cast<std::uint8_t>(i));
   return idOfIndex;
 }
 
@@ -270,17 +274,23 @@ void GifWriter::State::Translate(const GifFrame& frame) {
     wanted = shown;
   else
     wanted.resize(Size());
-  const bool same = LargestOf(frame.indices.data(), frame.indices.size()) < sameUpTo;
+  // Few indices are not their ids, as a rule: of colours that stand in the palette twice.
+  constexpr std::ptrdiff_t kFewTwins = 4;
+  const std::uint8_t largest = LargestOf(frame.indices.data(), frame.indices.size());
+  const auto lastTwin = std::upper_bound(twins.begin(), twins.end(), largest);
+  const bool few = lastTwin - twins.begin() <= kFewTwins;
   for (int y = 0; y < rows; ++y) {
     const std::uint8_t* in = frame.indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame.width);
     Id* out = wanted.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
-    if (same && transparent < 0) {
-      Widen(out, in, columns);
-    } else if (same) {
-      WidenAround(out, in, columns, static_cast<Id>(transparent));
-    } else {
+    if (!few) {
       for (std::size_t x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOf[in[x]];
+      continue;
     }
+    if (transparent < 0)
+      Widen(out, in, columns);
+    else
+      WidenAround(out, in, columns, static_cast<Id>(transparent));
+    for (auto twin = twins.begin(); twin != lastTwin; ++twin) PutWhere(out, in, columns, *twin, idOf[*twin]);
   }
 }
 
