@@ -5,6 +5,7 @@
 #include "host/lzw.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace glyphmotion {
 namespace {
@@ -13,28 +14,49 @@ constexpr unsigned kCodes = 4096;
 constexpr unsigned kHashBits = 13;
 constexpr unsigned kNone = 0xFFFF;
 
+// Most nodes have one child or none: the first stands beside its parent, and one exclusive or with the symbol looked
+// for gives its code, or something larger. The others are in a hash table, by node and symbol.
 struct Dictionary {
-  std::array<std::uint32_t, 1u << kHashBits> table;  // (prefix << 8 | symbol) << 12 | code; codes are never 0 here
+  std::array<std::uint32_t, kCodes> first;             // by node: symbol << 12 | code
+  std::array<std::uint32_t, 1u << kHashBits> further;  // (node << 8 | symbol) << 12 | code; codes are never 0 here
 
-  void Clear() { table.fill(0); }
-  // Little stands between one node and the next: only the symbol, which is known long before, is multiplied.
+  // Forgets all strings; those from `codes` on were not used.
+  void Clear(unsigned codes) {
+    std::fill_n(first.begin(), codes, kNoChild);
+    if (hasFurther) further.fill(0);
+    hasFurther = false;
+  }
+  unsigned Child(unsigned node, unsigned symbol) const {
+    const std::uint32_t child = first[node] ^ symbol << 12;
+    if (child < kCodes) return child;
+    return first[node] == kNoChild ? kNone : FurtherChild(node, symbol);
+  }
+  void Insert(unsigned node, unsigned symbol, unsigned code) {
+    if (first[node] == kNoChild) {
+      first[node] = symbol << 12 | code;
+      return;
+    }
+    unsigned slot = Slot(node, symbol);
+    while (further[slot]) slot = (slot + 1) & kMask;
+    further[slot] = (node << 8 | symbol) << 12 | code;
+    hasFurther = true;
+  }
+
+ private:
+  static constexpr std::uint32_t kNoChild = ~std::uint32_t{0};
+  static constexpr unsigned kMask = (1u << kHashBits) - 1;
+  bool hasFurther = true;
+
   static unsigned Slot(unsigned node, unsigned symbol) {
     return node << 1 ^ (symbol * 0x9E3779B1u) >> (32 - kHashBits);
   }
-
-  unsigned Child(unsigned node, unsigned symbol) const {
+  unsigned FurtherChild(unsigned node, unsigned symbol) const {
     const unsigned key = node << 8 | symbol;
-    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & ((1u << kHashBits) - 1)) {
-      const std::uint32_t entry = table[slot];
+    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & kMask) {
+      const std::uint32_t entry = further[slot];
       if (!entry) return kNone;
       if (entry >> 12 == key) return entry & 0xFFF;
     }
-  }
-  void Insert(unsigned node, unsigned symbol, unsigned code) {
-    const unsigned key = node << 8 | symbol;
-    unsigned slot = Slot(node, symbol);
-    while (table[slot]) slot = (slot + 1) & ((1u << kHashBits) - 1);
-    table[slot] = key << 12 | code;
   }
 };
 
@@ -85,26 +107,69 @@ unsigned FirstWidth(unsigned clear) {
   return width;
 }
 
+// Codes of the strings that are nothing but one symbol, by length: along the ground of a picture the matcher needs not
+// follow every pixel.
+struct Runs {
+  const std::uint8_t* pixels = nullptr;  // where they are looked for: symbols, or flags of free pixels
+  std::size_t size = 0;
+  std::uint8_t value = 0;   // of the pixels
+  std::uint8_t symbol = 0;  // of the strings
+  unsigned longest = 1;
+  std::array<std::uint16_t, kCodes> codes;
+  std::size_t end = 0;  // of the run seen last
+
+  void Clear() {
+    longest = 1;
+    codes[1] = symbol;
+  }
+  void Added(unsigned node, unsigned last, unsigned code) {
+    if (last == symbol && node == codes[longest]) codes[++longest] = static_cast<std::uint16_t>(code);
+  }
+  // The end of the run in which `i` lies. Places may only go back where they stay in a run.
+  std::size_t EndFrom(std::size_t i) {
+    if (i < end) return end;
+    std::uint64_t all, word;
+    std::memset(&all, value, sizeof all);
+    for (; i + sizeof word <= size; i += sizeof word) {
+      std::memcpy(&word, pixels + i, sizeof word);
+      if (word != all) break;
+    }
+    while (i < size && pixels[i] == value) ++i;
+    return end = i;
+  }
+};
+
+// The symbol that most often stands beside itself, as far as a sample tells.
+std::uint8_t CommonSymbol(std::span<const std::uint8_t> symbols) {
+  std::array<std::uint32_t, 256> count{};
+  for (std::size_t i = 1; i < symbols.size(); i += 61)
+    if (symbols[i] == symbols[i - 1]) ++count[symbols[i]];
+  return static_cast<std::uint8_t>(std::max_element(count.begin(), count.end()) - count.begin());
+}
+
 // Collects codes and keeps the code width in step with what a decoder has.
 class CodeStream {
  public:
-  CodeStream(Dictionary& dictionary, int minCodeSize, bool clearWhenFull, std::size_t symbols, std::size_t limit,
-             LzwCodes& out)
+  CodeStream(Dictionary& dictionary, Runs& runs, int minCodeSize, bool clearWhenFull, std::size_t symbols,
+             std::size_t limit, LzwCodes& out)
       : dictionary_(dictionary),
+        runs_(runs),
         out_(out),
         policy_{clearWhenFull},
         limit_(limit),
         clear_(1u << minCodeSize),
         width_(FirstWidth(clear_)) {
     // A clear stands for at least a thousand symbols, or it is the first or the last code.
-    out.codes.resize(symbols + symbols / 1000 + 4);
+    const std::size_t most = symbols + symbols / 1000 + 4;
+    if (out.codes.size() < most) out.codes.resize(most);
     to_ = out.codes.data();
     out.minCodeSize = minCodeSize;
     Restart();
   }
   void Restart() {
     Put(clear_);
-    dictionary_.Clear();
+    dictionary_.Clear(kCodes);
+    runs_.Clear();
     next_ = clear_ + 2;
     width_ = FirstWidth(clear_);
   }
@@ -118,6 +183,7 @@ class CodeStream {
   // The string of `node` and one more symbol becomes a string. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     dictionary_.Insert(node, symbol, next_);
+    runs_.Added(node, symbol, next_);
     Skip(position);
   }
   // The decoder adds a string that stands already.
@@ -130,12 +196,13 @@ class CodeStream {
   void End() {
     if (next_ < kCodes && next_ == 1u << width_) ++width_;
     Put(clear_ + 1);
-    out_.codes.resize(static_cast<std::size_t>(to_ - out_.codes.data()));
+    out_.count = static_cast<std::size_t>(to_ - out_.codes.data());
     out_.bits = bits_;
   }
 
  private:
   Dictionary& dictionary_;
+  Runs& runs_;
   LzwCodes& out_;
   std::uint16_t* to_ = nullptr;
   std::size_t bits_ = 0;
@@ -144,52 +211,88 @@ class CodeStream {
   unsigned clear_, next_ = 0, width_ = 0;
 };
 
-void CompressPlain(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, CodeStream& codes) {
-  const std::size_t size = symbols.size();
-  for (std::size_t i = 0; i < size && !codes.TooLong();) {
-    unsigned node = symbols[i];
-    unsigned child = kNone;
-    while (++i < size && (child = dictionary.Child(node, symbols[i])) != kNone) node = child;
-    codes.Put(node);
-    if (i == size) break;
-    if (!codes.Full()) {
-      codes.Add(node, symbols[i], i);
-    } else if (codes.WantsClear(i)) {
-      codes.Restart();
-    }
-  }
-  codes.End();
-}
+// The pixels: what they may be written as, and how far the same goes on.
+template <bool kChoice>
+struct Pixels {
+  const std::uint8_t* symbols;
+  const std::uint8_t* free;
+  std::size_t size;
+  std::uint8_t wildcard;
 
-// The longest string at a place: its node, the node one symbol before its end, and the place behind it.
+  bool Takes(std::size_t i, std::uint8_t symbol) const {
+    return symbols[i] == symbol || (kChoice && free[i] && symbol == wildcard);
+  }
+  bool Free(std::size_t i) const { return kChoice && free[i]; }
+};
+
+// The longest string at a place: its node, the node one symbol before its end, the place behind it and its first
+// symbol.
 struct Match {
   unsigned node, parent;
   std::size_t end;
+  std::uint8_t first;
 };
-Match LongestMatch(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t i) {
-  Match match{symbols[i], kNone, i + 1};
-  while (match.end < symbols.size()) {
-    const unsigned child = dictionary.Child(match.node, symbols[match.end]);
-    if (child == kNone) break;
-    match.parent = match.node;
-    match.node = child;
-    ++match.end;
+
+template <bool kChoice>
+class Matcher {
+ public:
+  static constexpr std::size_t kLong = 16;
+  Matcher(const Pixels<kChoice>& pixels, const Dictionary& dictionary, Runs& runs)
+      : pixels_(pixels), dictionary_(dictionary), runs_(runs) {}
+
+  Match Longest(std::size_t i) {
+    if constexpr (kChoice) {
+      if (pixels_.free[i]) {
+        const Match match = Follow(i, pixels_.wildcard);
+        if (pixels_.symbols[i] == pixels_.wildcard || match.end - i >= kLong) return match;
+        const Match other = Follow(i, pixels_.symbols[i]);
+        return other.end > match.end ? other : match;
+      }
+    }
+    return Follow(i, pixels_.symbols[i]);
   }
-  return match;
-}
+
+ private:
+  const Pixels<kChoice>& pixels_;
+  const Dictionary& dictionary_;
+  Runs& runs_;
+
+  Match Follow(std::size_t i, std::uint8_t first) {
+    Match match{first, kNone, i + 1, first};
+    if (first == runs_.symbol && runs_.pixels[i] == runs_.value) {
+      const std::size_t runEnd = runs_.EndFrom(i);
+      const std::size_t length = std::min<std::size_t>(runEnd - i, runs_.longest);
+      match.node = runs_.codes[length];
+      if (length > 1) match.parent = runs_.codes[length - 1];
+      match.end = i + length;
+      if (match.end < runEnd && (!kChoice || length >= kLong)) return match;
+    }
+    while (match.end < pixels_.size) {
+      unsigned child = kNone;
+      if (pixels_.Free(match.end)) child = dictionary_.Child(match.node, pixels_.wildcard);
+      if (child == kNone) child = dictionary_.Child(match.node, pixels_.symbols[match.end]);
+      if (child == kNone) break;
+      match.parent = match.node;
+      match.node = child;
+      ++match.end;
+    }
+    return match;
+  }
+};
 
 // `cutGain`: how many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
-void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictionary& dictionary, std::size_t cutGain,
-                           CodeStream& codes) {
-  const std::size_t size = symbols.size();
-  Match match = LongestMatch(symbols, dictionary, 0);
+template <bool kChoice, bool kLookahead>
+void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t cutGain, CodeStream& codes) {
+  const std::size_t size = pixels.size;
+  Match match = matcher.Longest(0);
   while (match.end < size && !codes.TooLong()) {
     const std::size_t end = match.end;
-    Match next = LongestMatch(symbols, dictionary, end);
+    Match next = matcher.Longest(end);
     // The string about to be added lengthens the next one if that one stops right there.
-    const bool grows = !codes.Full() && next.node == match.node && next.end < size && symbols[next.end] == symbols[end];
-    if (match.parent != kNone) {
-      const Match early = LongestMatch(symbols, dictionary, end - 1);
+    const bool grows =
+        !codes.Full() && next.node == match.node && next.end < size && pixels.Takes(next.end, next.first);
+    if (kLookahead && match.parent != kNone) {
+      const Match early = matcher.Longest(end - 1);
       if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
         codes.Put(match.parent);
         if (!codes.Full()) codes.Skip(end - 1);
@@ -199,80 +302,15 @@ void CompressWithLookahead(std::span<const std::uint8_t> symbols, const Dictiona
     }
     codes.Put(match.node);
     if (!codes.Full()) {
-      if (grows) next = {codes.Next(), next.node, next.end + 1};
-      codes.Add(match.node, symbols[end], end);
+      if (grows) next = {codes.Next(), next.node, next.end + 1, next.first};
+      codes.Add(match.node, next.first, end);
     } else if (codes.WantsClear(end)) {
       codes.Restart();
-      next = LongestMatch(symbols, dictionary, end);
+      next = matcher.Longest(end);
     }
     match = next;
   }
   codes.Put(match.node);
-  codes.End();
-}
-
-// A string that agrees with the pixels so far. `first` is its first symbol, on which the string depends that the
-// decoder has just begun to add: the one before and `first`.
-struct Candidate {
-  std::uint16_t node;
-  std::uint8_t first;
-};
-constexpr int kCandidates = 4;
-
-// Follows all ways through the dictionary that agree with the pixels, a few at a time, and takes the longest.
-class ChoiceMatcher {
- public:
-  ChoiceMatcher(const Dictionary& dictionary, std::span<const std::uint8_t> symbols, const std::uint8_t* free,
-                std::uint8_t wildcard)
-      : dictionary_(dictionary), symbols_(symbols), free_(free), wildcard_(wildcard) {}
-
-  // The longest string from `i` on, which is moved behind it. `previous` is the string before, `next` the code that it
-  // will have together with the first symbol of this one; kNone when there is none.
-  Candidate Match(std::size_t& i, unsigned previous, unsigned next) {
-    std::array<Candidate, kCandidates> now{}, then{};
-    int count = 0;
-    if (free_[i]) now[static_cast<std::size_t>(count++)] = {wildcard_, wildcard_};
-    if (!free_[i] || symbols_[i] != wildcard_) now[static_cast<std::size_t>(count++)] = {symbols_[i], symbols_[i]};
-    for (++i; i < symbols_.size(); ++i) {
-      int found = 0;
-      const auto follow = [&](const Candidate& from, unsigned symbol) {
-        if (found == kCandidates) return;
-        unsigned child = dictionary_.Child(from.node, symbol);
-        if (child == kNone && from.node == previous && symbol == from.first) child = next;
-        if (child != kNone) then[static_cast<std::size_t>(found++)] = {static_cast<std::uint16_t>(child), from.first};
-      };
-      for (int c = 0; c < count; ++c) {
-        const Candidate& from = now[static_cast<std::size_t>(c)];
-        if (free_[i]) follow(from, wildcard_);
-        follow(from, symbols_[i]);
-      }
-      if (found == 0) break;
-      now = then;
-      count = found;
-    }
-    return now[0];
-  }
-
- private:
-  const Dictionary& dictionary_;
-  std::span<const std::uint8_t> symbols_;
-  const std::uint8_t* free_;
-  std::uint8_t wildcard_;
-};
-
-void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& codes) {
-  unsigned previous = kNone;
-  for (std::size_t i = 0; i < size && !codes.TooLong();) {
-    const std::size_t start = i;
-    const Candidate match = matcher.Match(i, previous, codes.Full() ? kNone : codes.Next());
-    if (previous != kNone && !codes.Full()) codes.Add(previous, match.first, start);
-    codes.Put(match.node);
-    previous = match.node;
-    if (codes.Full() && i < size && codes.WantsClear(i)) {
-      codes.Restart();
-      previous = kNone;
-    }
-  }
   codes.End();
 }
 
@@ -281,36 +319,37 @@ void CompressWithChoice(ChoiceMatcher matcher, std::size_t size, CodeStream& cod
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
                  int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out) {
   static thread_local Dictionary dictionary;
-  CodeStream codes(dictionary, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
-  if (free.empty() && mode.lookahead) {
-    CompressWithLookahead(symbols, dictionary, mode.clearWhenFull ? 4 : 1, codes);
-  } else if (free.empty()) {
-    CompressPlain(symbols, dictionary, codes);
+  static thread_local Runs runs;
+  const std::size_t cutGain = mode.clearWhenFull ? 4 : 1;
+  runs.size = symbols.size();
+  runs.end = 0;
+  runs.symbol = wildcard;
+  if (free.empty()) {
+    runs.symbol = CommonSymbol(symbols);
+    runs.pixels = symbols.data();
+    runs.value = runs.symbol;
+    CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
+    const Pixels<false> pixels{symbols.data(), nullptr, symbols.size(), 0};
+    const auto compress = mode.lookahead ? CompressPixels<false, true> : CompressPixels<false, false>;
+    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
   } else {
-    CompressWithChoice({dictionary, symbols, free.data(), wildcard}, symbols.size(), codes);
+    runs.pixels = free.data();
+    runs.value = 1;
+    CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
+    const Pixels<true> pixels{symbols.data(), free.data(), symbols.size(), wildcard};
+    const auto compress = mode.lookahead ? CompressPixels<true, true> : CompressPixels<true, false>;
+    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
   }
 }
 
-std::array<bool, 256> LiteralsOf(const LzwCodes& codes) {
-  std::array<bool, 4096> seen{};
-  for (const std::uint16_t code : codes.codes) seen[code] = true;
-  std::array<bool, 256> literals{};
-  std::copy_n(seen.begin(), std::size_t{1} << codes.minCodeSize, literals.begin());
-  return literals;
-}
-
-bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8_t, 256>& literal,
-             std::vector<std::uint8_t>& out) {
-  const unsigned oldClear = 1u << codes.minCodeSize, clear = 1u << minCodeSize;
-  const std::size_t start = out.size();
-  out.resize(start + codes.codes.size() * 12 / 8 + 8);
-  BitWriter writer{out.data() + start};
+void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
+  const unsigned clear = 1u << codes.minCodeSize;
+  out.resize((codes.bits + 7) / 8 + 8);
+  BitWriter writer{out.data()};
   unsigned next = clear + 1, width = FirstWidth(clear);
-  for (const unsigned code : codes.codes) {
-    const unsigned renumbered = code < oldClear ? literal[code] : code - oldClear + clear;
-    if (renumbered >= kCodes) return false;
-    writer.Put(renumbered, width);
-    if (renumbered == clear) {
+  for (const unsigned code : std::span(codes.codes).first(codes.count)) {
+    writer.Put(code, width);
+    if (code == clear) {
       next = clear + 1;  // the first code after a clear adds no string
       width = FirstWidth(clear);
       continue;
@@ -319,8 +358,7 @@ bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8
     if (next == 1u << width && width < 12) ++width;
   }
   writer.Flush();
-  out.resize(static_cast<std::size_t>(writer.to - out.data()));
-  return true;
+  out.resize((codes.bits + 7) / 8);
 }
 
 }  // namespace glyphmotion

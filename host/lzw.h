@@ -23,7 +23,8 @@ struct LzwMode {
 
 /// Codes, not packed yet: literals below 2^minCodeSize, then the clear code, the end code and the strings.
 struct LzwCodes {
-  std::vector<std::uint16_t> codes;
+  std::vector<std::uint16_t> codes;  ///< the first `count` of them
+  std::size_t count = 0;
   std::size_t bits = 0;  ///< what they take when packed
   int minCodeSize = 2;
 };
@@ -42,15 +43,7 @@ struct LzwCodes {
 void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
                  int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out);
 
-/// The symbols that the codes stand for: each must come as a literal before it can be part of a string.
-std::array<bool, 256> LiteralsOf(const LzwCodes& codes);
-
-/// Appends the codes' bytes, least significant bit first, without GIF's sub-blocks.
-///
-/// minCodeSize  of the bytes; need not be that of the codes.
-/// literal      the value to write for each literal.
-/// Returns false, with `out` unspecified, when the codes would outgrow 4096.
-bool PackLzw(const LzwCodes& codes, int minCodeSize, const std::array<std::uint8_t, 256>& literal,
-             std::vector<std::uint8_t>& out);
+/// The codes' bytes, least significant bit first, without GIF's sub-blocks, into `out`.
+void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out);
 
 }  // namespace glyphmotion

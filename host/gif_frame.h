@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// One frame of a GIF into LZW codes. A pixel that stays as it was may be written as its colour or as the transparent
+// index, the wildcard: the ways to use that freedom are tried against each other, and the shortest is kept.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "host/lzw.h"
+
+namespace glyphmotion {
+
+/// What a pixel may be written as.
+enum class GifPixel : std::uint8_t {
+  Colour,    ///< its colour
+  Free,      ///< its colour or the wildcard
+  Wildcard,  ///< the wildcard; its colour means nothing
+};
+
+/// A frame's pixels and colours, the latter by palette slot.
+struct GifPixels {
+  std::vector<std::uint8_t> symbols;          ///< slots
+  std::vector<GifPixel> kinds;                ///< as many
+  std::array<bool, 256> must{}, may{};        ///< slots that pixels have that must be written, and that may be left out
+  bool hasFree = false, hasWildcard = false;  ///< there are pixels of this kind
+};
+
+/// The bits that codes begin with for slots up to `largest`, 2 to 8.
+int GifCodeSize(int largest);
+
+/// The slot for the wildcard. One that no pixel has, or, where that would make the codes longer, one that only free
+/// pixels have. -1: none is left, or none is needed.
+int ChooseWildcard(const GifPixels& pixels);
+
+/// Compresses frame after frame. Neighbouring frames are alike and trying costs time: so it remembers what won.
+class GifFrameCompressor {
+ public:
+  /// Tells how many pixels the frames have together that are now going to come: of few, everything is tried.
+  void Expect(std::size_t pixels);
+  /// `pixels` may be changed. `paletteBits`: a wildcard past 2^paletteBits makes the palette grow.
+  /// Gives the slot of the wildcard, -1 if there is none among the codes; these stand in Codes().
+  int Compress(GifPixels& pixels, int paletteBits);
+  const LzwCodes& Codes() const { return best_; }
+
+ private:
+  // How free pixels are written: as their colours; as the dictionary likes; as their colour where its run goes on; as
+  // the wildcard where they vary, or vary often; as the wildcard.
+  enum class Method { Plain, Choice, Runs, Varied, Often, Wildcards };
+  struct Task;
+  struct Result {
+    std::size_t cost = SIZE_MAX;  // bytes
+    Method method = Method::Plain;
+    LzwMode mode;
+    Method second = Method::Plain;  // the next best, if it has come close
+    std::size_t secondCost = SIZE_MAX;
+  };
+
+  void Try(const Task& task, Method method, LzwMode mode, Result& result);
+  void TryMethods(const Task& task, bool lookahead, Result& result);
+  void TryModes(const Task& task, Result& result);
+  bool IsTrial(const Task& task);
+
+  LzwCodes best_, attempt_;
+  std::vector<std::uint8_t> reached_, freedom_, written_;
+  Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;
+  bool secondIsClose_ = false, thorough_ = false;
+  LzwMode lastMode_;
+  std::size_t lastCost_ = 0;
+  std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;  // pixels
+  int countdown_ = 0, period_ = 1;                 // frames until the other ways are tried again
+};
+
+}  // namespace glyphmotion
