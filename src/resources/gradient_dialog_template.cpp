@@ -58,7 +58,7 @@ constexpr std::array kColours = {
     Control(Kind::Trackbar, 108, "", 219, kTwoTop - 1, 66, 18),
     Control(Kind::NumberEdit, 110, "", 288, kTwoTop, 24, panel::kFieldHeight),
     Control(Kind::FountainButton, 120, "", kColoursLeft, kManyTop, 132, 31),
-    Control(Kind::Paragraph, 220, "Double-click to add a color. Drag handles to move them. Right-click for more.", 215,
+    Control(Kind::Paragraph, 220, "Double-click to add a color.\nDrag a handle to move it.\nRight-click for more.", 215,
             kManyTop + 4, 97, 24),
 };
 
