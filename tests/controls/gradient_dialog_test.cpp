@@ -275,6 +275,38 @@ TEST_F(GradientDialog, FountainShowsAtOnceAlsoWhileItIsDragged) {
   });
 }
 
+TEST_F(GradientDialog, FountainGoesByKeys) {
+  colour = 0x0A0B0C;
+  Edit([&](Dialog& dialog) {
+    Click(dialog, MultiColor);
+    SetFocus(dialog, Fountain);
+    const auto press = [&](std::initializer_list<KeyCode> keys) {
+      for (const KeyCode key : keys) PressKey(dialog, Fountain, key);
+    };
+    const auto marker = [&](int index) { return +Copy(dialog).fountain.Markers[index]; };
+    press({kKeyLeft, kKeySpace});
+    EXPECT_EQ(+Copy(dialog).fountain.StartColour, 0x0A0B0Cu) << "the first handle is the start";
+    const Picture atStart = Paint(dialog, Fountain);
+    press({kKeyRight, kKeyRight, kKeyUp, kKeyUp, kKeyDown});
+    EXPECT_EQ(marker(1), 0x41FFFF00u) << "the second marker moved, one step in all";
+    EXPECT_NE(Paint(dialog, Fountain), atStart);
+    press({kKeyInsert});
+    EXPECT_EQ(+Copy(dialog).fountain.MarkerCount, 8u);
+    EXPECT_EQ(marker(2) & 0xFFFFFF, 0x0A0B0Cu);
+    EXPECT_TRUE(MarkerPosition(marker(2)) > 0x41 && MarkerPosition(marker(2)) < 0x60) << "between the neighbours";
+    press({kKeyDelete});
+    EXPECT_EQ(marker(1) & 0xFFFFFF, 0x0A0B0Cu) << "the one that was chosen is gone";
+    press({kKeyMenu});
+    EXPECT_EQ(menu.size(), 3u) << "a marker's menu";
+    for (int i = 0; i < 9; ++i) press({kKeyRight});
+    press({kKeyDelete, kKeyDown, kKeyMenu, kKeySpace});
+    EXPECT_EQ(menu.size(), 2u) << "the bar's menu";
+    EXPECT_EQ(+Copy(dialog).fountain.EndColour & 0xFFFFFF, 0x0A0B0Cu);
+    EXPECT_EQ(+Copy(dialog).fountain.MarkerCount, 7u) << "an end cannot be deleted";
+    EXPECT_TRUE(messages.empty());
+  });
+}
+
 TEST_F(GradientDialog, MarkerPositionShowsOnTheWayAndCancelBringsItBack) {
   const auto marker = [](Dialog& dialog, int index) { return +Copy(dialog).fountain.Markers[index]; };
   const Message adjust{kMessageFountainPosition, 3, 0};
