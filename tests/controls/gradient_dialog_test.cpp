@@ -104,6 +104,26 @@ TEST_F(GradientDialog, ShowsWhatItWasGiven) {
   });
 }
 
+// A document may hold anything.
+TEST_F(GradientDialog, WildRecordsAreBroughtWithinTheLimits) {
+  constexpr std::int32_t kMost = 0x7FFFFFFF;
+  material.Gradient = {77, 0xFF112233, 0xFF445566, kMost, kMost, -kMost, kMost, 1, -kMost, 9};
+  material.Fountain.MarkerCount = 0xFFFFFFFF;
+  EXPECT_TRUE(Edit([&](Dialog& dialog) {
+    EXPECT_EQ(FocusOf(dialog), Linear);
+    EXPECT_EQ(GetText(dialog, StartColour), "1122867");
+    Click(dialog, MultiColor);
+    for (const int id : {Preview, Linear, Fountain}) Paint(dialog, id);
+    for (int i = 0; i < 70; ++i) PressKey(dialog, Fountain, kKeyRight);
+    for (const KeyCode key : {kKeyLeft, kKeyUp, kKeyInsert, kKeyDelete}) PressKey(dialog, Fountain, key);
+    Click(dialog, Ok);
+  }));
+  const GradientSpec& gradient = material.Gradient;
+  const GradientSpec expected{77, 0xFF112233, 0xFF445566, 45, 50, -50, 99, 1, -360, 0};
+  EXPECT_EQ(std::memcmp(&gradient, &expected, sizeof gradient), 0);
+  EXPECT_EQ(+material.Fountain.MarkerCount, 63u);
+}
+
 TEST_F(GradientDialog, NumbersStayWithinTheirLimitsWhileTyped) {
   Edit([&](Dialog& dialog) {
     Click(dialog, Conical);  // which uses every number
