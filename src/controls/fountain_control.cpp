@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 
 #include "controls/face_painting.h"
 #include "materials/library_file.h"
@@ -27,8 +28,8 @@ enum MenuId { kDeleteMarker = 100, kChangeColour, kAdjustPosition, kAddToLibrary
 
 FountainWindows fountainWindows;
 
-// The marker under the captured mouse; there is one mouse.
-int draggedMarker = -1;
+// The marker under the captured mouse, and the handle that keys go to; there is one mouse and one keyboard.
+int draggedMarker = -1, chosenHandle = kStartHandle;
 
 struct Extent {
   int width, height;
@@ -158,11 +159,20 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
   if (position) place(*position);
 }
 
-void MarkerMenu(Dialog& dialog, int id, int index) {
+// Where a menu opens: at a place of the control, or at the pointer.
+struct MenuPlace {
+  bool atPointer = true;
+  int x = 0, y = 0;
+};
+int ChooseFrom(Dialog& dialog, int id, MenuPlace place, std::span<const MenuItem> items) {
+  return PopupMenu(&dialog, place.atPointer ? 0 : id, place.x, place.y, items);
+}
+
+void MarkerMenu(Dialog& dialog, int id, int index, MenuPlace place = {}) {
   const MenuItem items[] = {{kDeleteMarker, LoadText(kTextDeleteMarker), false},
                             {kChangeColour, LoadText(kTextChangeColour), false},
                             {kAdjustPosition, LoadText(kTextAdjustPosition), false}};
-  switch (PopupMenu(&dialog, 0, 0, 0, items)) {
+  switch (ChooseFrom(dialog, id, place, items)) {
     case kDeleteMarker:
       return DeleteMarker(dialog, id, index);
     case kChangeColour:
@@ -185,10 +195,10 @@ void ManageLibrary(Dialog& dialog, int id) {
   Changed(dialog, id, *fountain);
 }
 
-void BarMenu(Dialog& dialog, int id) {
+void BarMenu(Dialog& dialog, int id, MenuPlace place = {}) {
   const MenuItem items[] = {{kAddToLibrary, LoadText(kTextAddToLibrary), false},
                             {kManageLibrary, LoadText(kTextManageLibrary), false}};
-  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  const int chosen = ChooseFrom(dialog, id, place, items);
   if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
   const auto fountain = LockFountain(dialog, id);
@@ -204,22 +214,29 @@ FountainHit HitAt(const Dialog& dialog, int id, const FountainSpec& fountain, co
   return HitFountain(fountain, extent.width, extent.height, static_cast<int>(message.a), static_cast<int>(message.b));
 }
 
-// A dragged marker follows the pointer to any free position but 0, which would send it to the end of the table.
-void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
-  if (draggedMarker < 0 || draggedMarker >= MarkerCountOf(fountain)) return;
-  const Extent extent = ExtentOf(dialog, id);
-  const Rect bar = FountainBar(extent.width, extent.height);
-  const int position = std::clamp((x - bar.left) * 255 / std::max(bar.Width(), 1), 1, 255);
+// Moves a marker to a free position, any but 0, which would send it to the end of the table. `index` goes along with
+// it.
+bool MoveMarker(Dialog& dialog, int id, FountainSpec& fountain, int& index, int wanted) {
+  if (index < 0 || index >= MarkerCountOf(fountain)) return false;
+  const int position = std::clamp(wanted, 1, 255);
   for (int i = 0; i < MarkerCountOf(fountain); ++i) {
-    if (MarkerPosition(fountain.Markers[i]) == position) return;
+    if (MarkerPosition(fountain.Markers[i]) == position) return false;
   }
-  const std::uint32_t marker = MakeMarker(position, fountain.Markers[draggedMarker]);
-  fountain.Markers[draggedMarker] = marker;
+  const std::uint32_t marker = MakeMarker(position, fountain.Markers[index]);
+  fountain.Markers[index] = marker;
   SortMarkers(fountain);
   for (int i = 0; i < MarkerCountOf(fountain); ++i) {
-    if (fountain.Markers[i] == marker) draggedMarker = i;
+    if (fountain.Markers[i] == marker) index = i;
   }
   Changed(dialog, id, fountain);
+  return true;
+}
+
+void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
+  const Extent extent = ExtentOf(dialog, id);
+  const Rect bar = FountainBar(extent.width, extent.height);
+  const int position = (x - bar.left) * 255 / std::max(bar.Width(), 1);
+  if (MoveMarker(dialog, id, fountain, draggedMarker, position)) chosenHandle = draggedMarker;
 }
 
 void LeftUp(Dialog& dialog, int id, const Message& message) {
@@ -232,6 +249,72 @@ void LeftUp(Dialog& dialog, int id, const Message& message) {
   Post(dialog, {kMessageFillChanged, 0, id});
 }
 
+// The keyboard --------------------------------------------------------------------------------------------------------
+
+// Handles from left to right: the start, the markers, the end.
+int PlaceOfHandle(const FountainSpec& fountain, int handle) {
+  return handle == kStartHandle ? 0 : handle == kEndHandle ? MarkerCountOf(fountain) + 1 : handle + 1;
+}
+int HandleAtPlace(const FountainSpec& fountain, int place) {
+  return place <= 0 ? kStartHandle : place > MarkerCountOf(fountain) ? kEndHandle : place - 1;
+}
+int PositionOfHandle(const FountainSpec& fountain, int handle) {
+  return handle == kStartHandle ? 0 : handle == kEndHandle ? 255 : MarkerPosition(fountain.Markers[handle]);
+}
+
+// The markers may have become fewer since.
+int ChosenHandle(const FountainSpec& fountain) {
+  return chosenHandle < MarkerCountOf(fountain) ? chosenHandle : kEndHandle;
+}
+
+// Past other markers to the next free position.
+void StepMarker(Dialog& dialog, int id, FountainSpec& fountain, int step) {
+  const int from = PositionOfHandle(fountain, chosenHandle);
+  for (int position = from + step; position >= 1 && position <= 255; position += step) {
+    if (MoveMarker(dialog, id, fountain, chosenHandle, position)) return;
+  }
+}
+
+// In the middle between the chosen handle and its neighbour.
+void AddBeside(Dialog& dialog, int id, const FountainSpec& fountain) {
+  const int place = std::min(PlaceOfHandle(fountain, chosenHandle), MarkerCountOf(fountain));
+  const int from = PositionOfHandle(fountain, HandleAtPlace(fountain, place));
+  const int to = PositionOfHandle(fountain, HandleAtPlace(fountain, place + 1));
+  AddMarker(dialog, id, (from + to) / 2);
+}
+
+// Left and right choose a handle; up and down move it.
+bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
+  chosenHandle = ChosenHandle(fountain);
+  const int place = PlaceOfHandle(fountain, chosenHandle);
+  const Extent extent = ExtentOf(dialog, id);
+  const Rect bar = FountainBar(extent.width, extent.height);
+  const MenuPlace menu{false, bar.left + PositionOfHandle(fountain, chosenHandle) * bar.Width() / 255, bar.bottom};
+  switch (key) {
+    case kKeyLeft:
+    case kKeyRight:
+      chosenHandle = HandleAtPlace(fountain, place + (key == kKeyLeft ? -1 : 1));
+      Invalidate(dialog, id);
+      return true;
+    case kKeyUp:
+    case kKeyDown:
+      StepMarker(dialog, id, fountain, key == kKeyUp ? 1 : -1);
+      return true;
+    case kKeySpace:
+      return ChangeColour(dialog, id, chosenHandle), true;
+    case kKeyInsert:
+      return AddBeside(dialog, id, fountain), true;
+    case kKeyDelete:
+      if (chosenHandle >= 0) DeleteMarker(dialog, id, chosenHandle);
+      return true;
+    case kKeyMenu:
+      chosenHandle >= 0 ? MarkerMenu(dialog, id, chosenHandle, menu) : BarMenu(dialog, id, menu);
+      return true;
+    default:
+      return false;
+  }
+}
+
 bool InputFountain(Dialog& dialog, int id, const Message& message) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return false;
@@ -240,6 +323,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
   switch (message.number) {
     case kMessageLeftDown:
       draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
+      if (hit.part == FountainHit::Handle) chosenHandle = hit.index;
       if (draggedMarker >= 0) CaptureMouse(dialog, id);
       return true;
     case kMessageMouseMove:
@@ -247,6 +331,8 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       return true;
     case kMessageLeftUp:
       return LeftUp(dialog, id, message), true;
+    case kMessageKeyDown:
+      return PressFountainKey(dialog, id, *fountain, argument);
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
       if (hit.part == FountainHit::Bar) AddMarker(dialog, id, hit.position);
@@ -307,6 +393,14 @@ void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
   for (int i = 0; i < MarkerCountOf(*fountain); ++i) {
     PaintHandle(request, ColumnOf(bar, fountain->Markers[i]), fountain->Markers[i], enabled);
   }
+  if (!enabled || FocusOf(dialog) != id) return;
+  const int chosen = ChosenHandle(*fountain);
+  const int x = chosen == kStartHandle ? bar.left
+                : chosen == kEndHandle ? bar.right
+                                       : ColumnOf(bar, fountain->Markers[chosen]);
+  const Colour mark = GetSystemColour(SystemColour::Selection);
+  FrameFace(request, Shrunk(FountainHandle(x), -1), mark, mark);
+  FrameFace(request, FountainHandle(x), mark, mark);
 }
 
 }  // namespace
@@ -345,6 +439,7 @@ std::string FountainPath(int id) {
 std::string FountainLibraryPath() { return LibraryPath(kFountainLibraryName); }
 
 void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
+  chosenHandle = kStartHandle;
   ResizeControl(dialog, id, kWidth, kHeight);
   MovableBlock block(AllocateBlock(sizeof(FountainSpec)));
   if (!block) return;

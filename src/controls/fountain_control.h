@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The fountain button: a bar that shows a gradient of up to 64 markers, with a handle for each colour above it. Its
-// window word holds the FountainSpec.
+// window word holds the FountainSpec. Keys: left and right choose a handle, up and down move it, Space changes its
+// colour, Insert adds a marker beside it, Delete takes it away, the menu key opens the menu.
 #pragma once
 
 #include <functional>

@@ -26,6 +26,7 @@ constexpr int kEdits[] = {Midpoint, Rotation, EdgePad, CenterX, CenterY};
 constexpr int kDependent[] = {Midpoint, MidpointTrack, Rotation, CenterX, CenterY, StartColour, EndColour, Fountain};
 constexpr int kMidpointTicks = 10;
 constexpr int kNumberLimit = 5;  // characters
+constexpr int kIconMargin = 7;
 constexpr Colour kIconStart = 0x404040, kIconEnd = 0xFFFFFF;
 
 LockedBlock<GradientBlock> LockGradient(const Dialog& dialog) {
@@ -132,8 +133,8 @@ void PaintTypeButton(Dialog& dialog, int id, const DrawRequest& request) {
   const bool pressed = block && TypeButtonOf(block->gradient) == id;
   const Rect whole{0, 0, request.width, request.height};
   PaintButtonFace(request, whole, pressed, GetSystemColour(pressed ? SystemColour::Light3D : SystemColour::ButtonFace));
-  const int shift = pressed ? 1 : 0, side = request.height - 14;
-  const Rect icon{7 + shift, 7 + shift, 7 + shift + side, 7 + shift + side};
+  const int shift = pressed ? 1 : 0, side = request.height - 2 * kIconMargin;
+  const Rect icon{kIconMargin + shift, kIconMargin + shift, kIconMargin + shift + side, kIconMargin + shift + side};
   GradientSpec gradient{};
   PressGradientButton(gradient, id);
   gradient.StartColour = kIconStart;
@@ -143,7 +144,7 @@ void PaintTypeButton(Dialog& dialog, int id, const DrawRequest& request) {
   const Colour edge = GetSystemColour(SystemColour::DarkShadow);
   FrameFace(request, icon, edge, edge);
   PaintBitmap(request, Shrunk(icon, 1), DibView(RenderGradient(side - 2, side - 2, gradient, {})));
-  const Rect text{icon.right + 6, shift, request.width - 4, request.height + shift};
+  const Rect text{icon.right + kIconMargin, shift, request.width - 2, request.height + shift};
   PaintText(request, text, GetText(dialog, id), GetSystemColour(SystemColour::ButtonText));
 }
 

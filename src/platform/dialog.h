@@ -98,8 +98,10 @@ enum KeyCode : int {
   kKeyUp = 0x26,
   kKeyRight = 0x27,
   kKeyDown = 0x28,
+  kKeyInsert = 0x2D,
   kKeyDelete = 0x2E,
-  kKeySpace = 0x20
+  kKeySpace = 0x20,
+  kKeyMenu = 0x5D
 };
 
 struct Message {

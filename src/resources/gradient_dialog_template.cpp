@@ -10,9 +10,9 @@ namespace {
 using panel::Control;
 using Kind = ControlKind;
 
-constexpr int kMargin = 7, kPadding = 4, kWidth = 319, kHeight = 206;
+constexpr int kMargin = 7, kPadding = 4, kWidth = 325, kHeight = 214;
 constexpr int kPreviewWidth = 150, kPreviewHeight = 94;
-constexpr int kShapeLeft = kMargin + kPreviewWidth + kMargin, kShapeWidth = 72, kShapeHeight = 27;
+constexpr int kShapeLeft = kMargin + kPreviewWidth + kMargin, kShapeWidth = 75, kShapeHeight = 27;
 constexpr int kShapeRight = kShapeLeft + kShapeWidth + kPadding;
 constexpr int kNumbersTop = 71, kHintTop = 104;
 constexpr int kColoursTop = 118, kTwoTop = 131, kManyTop = 150, kColoursLeft = 76;
@@ -28,8 +28,8 @@ constexpr ControlTemplate Label(int id, const char* caption, int x, int fieldTop
 
 constexpr std::array<ControlTemplate, 3> Number(int id, const char* caption, const char* range, int x, int row) {
   const int y = kNumbersTop + row * panel::kRowPitch;
-  return {Label(id + 100, caption, x, y, 34), Control(Kind::NumberEdit, id, "", x + 36, y, 26, panel::kFieldHeight),
-          Control(Kind::UpDown, id + 10000, range, x + 62, y, panel::kUpDownWidth, panel::kFieldHeight)};
+  return {Label(id + 100, caption, x, y, 34), Control(Kind::NumberEdit, id, "", x + 36, y, 29, panel::kFieldHeight),
+          Control(Kind::UpDown, id + 10000, range, x + 65, y, panel::kUpDownWidth, panel::kFieldHeight)};
 }
 
 constexpr ControlTemplate Button(int place, int id, const char* caption, Kind kind = Kind::Button) {
@@ -47,19 +47,19 @@ constexpr std::array kPicture = {
 };
 
 constexpr std::array kColours = {
-    Control(Kind::Group, -1, "Colors", kMargin, kColoursTop, kWidth - 2 * kMargin, 68),
+    Control(Kind::Group, -1, "Colors", kMargin, kColoursTop, kWidth - 2 * kMargin, 69),
     Control(Kind::Radio, 118, "&Two-color", 14, kTwoTop + 2, 58, 10),
     Control(Kind::Radio, 119, "&Multi-color", 14, kManyTop + 11, 58, 10),
     Label(207, "&Start:", kColoursLeft, kTwoTop, 19),
     Control(Kind::ColourButton, 107, "", 97, kTwoTop, 28, panel::kFieldHeight),
     Label(206, "&End:", 132, kTwoTop, 16),
     Control(Kind::ColourButton, 106, "", 150, kTwoTop, 28, panel::kFieldHeight),
-    Label(210, "M&idpoint:", 186, kTwoTop, 31),
-    Control(Kind::Trackbar, 108, "", 218, kTwoTop - 1, 62, 15),
-    Control(Kind::NumberEdit, 110, "", 282, kTwoTop, 24, panel::kFieldHeight),
+    Label(210, "M&idpoint:", 187, kTwoTop, 32),
+    Control(Kind::Trackbar, 108, "", 219, kTwoTop - 1, 66, 18),
+    Control(Kind::NumberEdit, 110, "", 288, kTwoTop, 24, panel::kFieldHeight),
     Control(Kind::FountainButton, 120, "", kColoursLeft, kManyTop, 132, 31),
-    Control(Kind::Paragraph, 220, "Double-click to add a color, drag it to move it, right-click for more.", 214,
-            kManyTop + 4, 94, 24),
+    Control(Kind::Paragraph, 220, "Double-click to add a color.\nDrag a handle to move it.\nRight-click for more.", 215,
+            kManyTop + 4, 97, 24),
 };
 
 constexpr auto kControls = panel::Join(

@@ -104,6 +104,26 @@ TEST_F(GradientDialog, ShowsWhatItWasGiven) {
   });
 }
 
+// A document may hold anything.
+TEST_F(GradientDialog, WildRecordsAreBroughtWithinTheLimits) {
+  constexpr std::int32_t kMost = 0x7FFFFFFF;
+  material.Gradient = {77, 0xFF112233, 0xFF445566, kMost, kMost, -kMost, kMost, 1, -kMost, 9};
+  material.Fountain.MarkerCount = 0xFFFFFFFF;
+  EXPECT_TRUE(Edit([&](Dialog& dialog) {
+    EXPECT_EQ(FocusOf(dialog), Linear);
+    EXPECT_EQ(GetText(dialog, StartColour), "1122867");
+    Click(dialog, MultiColor);
+    for (const int id : {Preview, Linear, Fountain}) Paint(dialog, id);
+    for (int i = 0; i < 70; ++i) PressKey(dialog, Fountain, kKeyRight);
+    for (const KeyCode key : {kKeyLeft, kKeyUp, kKeyInsert, kKeyDelete}) PressKey(dialog, Fountain, key);
+    Click(dialog, Ok);
+  }));
+  const GradientSpec& gradient = material.Gradient;
+  const GradientSpec expected{77, 0xFF112233, 0xFF445566, 45, 50, -50, 99, 1, -360, 0};
+  EXPECT_EQ(std::memcmp(&gradient, &expected, sizeof gradient), 0);
+  EXPECT_EQ(+material.Fountain.MarkerCount, 63u);
+}
+
 TEST_F(GradientDialog, NumbersStayWithinTheirLimitsWhileTyped) {
   Edit([&](Dialog& dialog) {
     Click(dialog, Conical);  // which uses every number
@@ -272,6 +292,38 @@ TEST_F(GradientDialog, FountainShowsAtOnceAlsoWhileItIsDragged) {
     EXPECT_NE(Paint(dialog, Preview), before) << "before the button is released";
     Mouse(dialog, Fountain, kMessageLeftUp, x - 9, 6);
     EXPECT_NE(+Copy(dialog).fountain.Markers[3], 0x8000FFFFu);
+  });
+}
+
+TEST_F(GradientDialog, FountainGoesByKeys) {
+  colour = 0x0A0B0C;
+  Edit([&](Dialog& dialog) {
+    Click(dialog, MultiColor);
+    SetFocus(dialog, Fountain);
+    const auto press = [&](std::initializer_list<KeyCode> keys) {
+      for (const KeyCode key : keys) PressKey(dialog, Fountain, key);
+    };
+    const auto marker = [&](int index) { return +Copy(dialog).fountain.Markers[index]; };
+    press({kKeyLeft, kKeySpace});
+    EXPECT_EQ(+Copy(dialog).fountain.StartColour, 0x0A0B0Cu) << "the first handle is the start";
+    const Picture atStart = Paint(dialog, Fountain);
+    press({kKeyRight, kKeyRight, kKeyUp, kKeyUp, kKeyDown});
+    EXPECT_EQ(marker(1), 0x41FFFF00u) << "the second marker moved, one step in all";
+    EXPECT_NE(Paint(dialog, Fountain), atStart);
+    press({kKeyInsert});
+    EXPECT_EQ(+Copy(dialog).fountain.MarkerCount, 8u);
+    EXPECT_EQ(marker(2) & 0xFFFFFF, 0x0A0B0Cu);
+    EXPECT_TRUE(MarkerPosition(marker(2)) > 0x41 && MarkerPosition(marker(2)) < 0x60) << "between the neighbours";
+    press({kKeyDelete});
+    EXPECT_EQ(marker(1) & 0xFFFFFF, 0x0A0B0Cu) << "the one that was chosen is gone";
+    press({kKeyMenu});
+    EXPECT_EQ(menu.size(), 3u) << "a marker's menu";
+    for (int i = 0; i < 9; ++i) press({kKeyRight});
+    press({kKeyDelete, kKeyDown, kKeyMenu, kKeySpace});
+    EXPECT_EQ(menu.size(), 2u) << "the bar's menu";
+    EXPECT_EQ(+Copy(dialog).fountain.EndColour & 0xFFFFFF, 0x0A0B0Cu);
+    EXPECT_EQ(+Copy(dialog).fountain.MarkerCount, 7u) << "an end cannot be deleted";
+    EXPECT_TRUE(messages.empty());
   });
 }
 

@@ -28,6 +28,9 @@ using Controls = std::vector<ControlTemplate>;
 
 constexpr int kMargin = 7;
 
+constexpr const DialogTemplate* kEditors[] = {&kGradientDialogTemplate, &kMarkerPositionDialogTemplate,
+                                              &kFountainLibraryDialogTemplate};
+
 Controls ControlsOf(const DialogTemplate& dialogTemplate) {
   return {dialogTemplate.controls.begin(), dialogTemplate.controls.end()};
 }
@@ -85,6 +88,7 @@ int WrappedWidth(const std::string& caption, int width, int& lines) {
 int RoomForText(const ControlTemplate& control) {
   switch (control.kind) {
     case Kind::Check:
+    case Kind::Radio:
       return control.width - 12;
     case Kind::Button:
     case Kind::DefaultButton:
@@ -94,7 +98,9 @@ int RoomForText(const ControlTemplate& control) {
   }
 }
 
-bool HasOwnCaption(Kind kind) { return kind == Kind::Check || kind == Kind::Button || kind == Kind::DefaultButton; }
+bool HasOwnCaption(Kind kind) {
+  return kind == Kind::Check || kind == Kind::Radio || kind == Kind::Button || kind == Kind::DefaultButton;
+}
 bool WantsLabel(Kind kind) {
   return !HasOwnCaption(kind) && kind != Kind::Label && kind != Kind::Paragraph && kind != Kind::Group &&
          kind != Kind::UpDown && kind != Kind::OwnerDrawn;
@@ -130,10 +136,32 @@ TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
   }
 }
 
+TEST(Layout, EditorsKeepTheirMarginsAndNothingOverlaps) {
+  for (const DialogTemplate* editor : kEditors) {
+    Controls all = ControlsOf(*editor);
+    for (const ControlTemplate& control : all) {
+      // A trackbar's own margin is within it.
+      const int margin = control.kind == Kind::Trackbar ? 5 : kMargin;
+      EXPECT_TRUE(control.x >= margin && control.y >= margin && control.x + control.width <= editor->width - margin &&
+                  control.y + control.height <= editor->height - margin)
+          << editor->title << ": " << NameOf(control);
+    }
+    std::erase_if(all, [](const ControlTemplate& control) { return control.kind == Kind::Group; });
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      for (std::size_t j = i + 1; j < all.size(); ++j) {
+        EXPECT_FALSE(Overlap(all[i], all[j])) << editor->title << ": " << NameOf(all[i]) << " / " << NameOf(all[j]);
+      }
+    }
+  }
+}
+
 TEST(Layout, EveryCaptionFitsItsControl) {
   Controls all = ControlsOf(kMainDialogTemplate);
   for (const DialogTemplate* panel : PanelTemplates()) {
     all.insert(all.end(), panel->controls.begin(), panel->controls.end());
+  }
+  for (const DialogTemplate* editor : kEditors) {
+    all.insert(all.end(), editor->controls.begin(), editor->controls.end());
   }
   for (const ControlTemplate& control : all) {
     if (control.kind != Kind::Label && !HasOwnCaption(control.kind)) continue;
@@ -225,6 +253,7 @@ TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
 TEST(Layout, MnemonicsAreUniqueInTheDialogAndInEachPanel) {
   ExpectUniqueMnemonics(kMainDialogTemplate);
   for (const DialogTemplate* panel : PanelTemplates()) ExpectUniqueMnemonics(*panel);
+  for (const DialogTemplate* editor : kEditors) ExpectUniqueMnemonics(*editor);
 }
 
 struct Role {

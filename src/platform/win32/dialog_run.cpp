@@ -71,7 +71,7 @@ void PaintByProcedure(Control& control, HDC context, const RECT& place, bool foc
 // --- Drawn controls ---
 
 bool IsKnownKey(WPARAM key) {
-  constexpr int kKeys[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown, kKeyDelete, kKeySpace};
+  constexpr int kKeys[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown, kKeyInsert, kKeyDelete, kKeySpace, kKeyMenu};
   return std::find(std::begin(kKeys), std::end(kKeys), static_cast<int>(key)) != std::end(kKeys);
 }
 
