@@ -153,7 +153,7 @@ bool GifFrameCompressor::IsTrial(const Task& task) {
   if (size < kSmall || thorough_) return true;
   const std::size_t now = task.freeCount * sizeOfTrial_, then = freeOfTrial_ * size;
   const bool another = (now > then ? now - then : then - now) * 5 > size * sizeOfTrial_;
-  return countdown_-- <= 0 || another;
+  return countdown_-- <= 0 || (another && !task.freedom.empty());
 }
 
 int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
@@ -206,13 +206,14 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     if (!result.mode.lookahead) Try(task, result.method, {result.mode.clearWhenFull, true}, result);
     TryModes(task, result);
     if (!small) {
+      const bool close =
+          !medium && result.second == lastMethod_ && result.secondCost <= result.cost + result.cost / kWorthwhile;
       const bool stands =
-          result.mode.clearWhenFull == lastMode_.clearWhenFull && (!choice || result.method == lastMethod_);
+          result.mode.clearWhenFull == lastMode_.clearWhenFull && (!choice || result.method == lastMethod_ || close);
       period_ = stands ? std::min(period_ * 2, kLongestPeriod) : std::max(period_ / 4, 1);
       // The first frame is no model for the others: they have one before them.
       countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
-      freeOfTrial_ = task.freeCount;
-      sizeOfTrial_ = count;
+      if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count;
     }
     const bool worthwhile = medium || result.cost + result.cost / kWorthwhile <= greedy;
     lastMode_ = {result.mode.clearWhenFull, result.mode.lookahead && worthwhile};
