@@ -57,9 +57,9 @@ constexpr std::array kColours = {
     Label(210, "M&idpoint:", 187, kTwoTop, 32),
     Control(Kind::Trackbar, 108, "", 219, kTwoTop - 1, 66, 18),
     Control(Kind::NumberEdit, 110, "", 288, kTwoTop, 24, panel::kFieldHeight),
-    Control(Kind::FountainButton, 120, "", kColoursLeft, kManyTop, 132, 31),
     Control(Kind::Paragraph, 220, "Double-click to add a color.\nDrag a handle to move it.\nRight-click for more.", 215,
             kManyTop + 4, 97, 24),
+    Control(Kind::FountainButton, 120, "", kColoursLeft, kManyTop, 132, 31),
 };
 
 constexpr auto kControls = panel::Join(
