@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 #include <vector>
 
 #include "controls/colour_curve.h"
@@ -367,7 +368,11 @@ std::int64_t TextureProcedure(Dialog& dialog, const Message& message) {
 bool EditTexture(Dialog& owner, TextureSpec& texture) {
   TextureDialog state;
   state.editor.parameters = texture;
-  const std::int64_t result = RunModal(kTextureDialogTemplate, nullptr, TextureProcedure, &state);
+  std::int64_t result = -1;
+  try {
+    result = RunModal(kTextureDialogTemplate, nullptr, TextureProcedure, &state);
+  } catch (const std::bad_alloc&) {
+  }
   if (result < 0) ShowMessage(&owner, LoadText(kTextMemoryError));
   if (result != 1) return false;
   texture = state.editor.parameters;

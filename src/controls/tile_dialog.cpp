@@ -4,6 +4,7 @@
 #include "controls/tile_dialog.h"
 
 #include <algorithm>
+#include <new>
 #include <vector>
 
 #include "controls/editor_services.h"
@@ -234,7 +235,11 @@ bool RunTileDialog(Dialog& owner, TileSpec& tile) {
   state.editor.tile.TileBitmap = WordOf(DuplicateBlock(HandleOf(tile.TileBitmap)));
   const OwnedTile copy{state.editor.tile};
   const bool copied = !HandleOf(tile.TileBitmap) || HandleOf(state.editor.tile.TileBitmap);
-  const std::int64_t result = copied ? RunModal(kTileDialogTemplate, nullptr, TileProcedure, &state) : -1;
+  std::int64_t result = -1;
+  try {
+    if (copied) result = RunModal(kTileDialogTemplate, nullptr, TileProcedure, &state);
+  } catch (const std::bad_alloc&) {
+  }
   if (result < 0) ShowMessage(&owner, LoadText(kTextMemoryError));
   if (result != 1) return false;
   tile = state.editor.tile;
