@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "controls/face_painting.h"
 #include "materials/library_file.h"
@@ -247,6 +248,9 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       return true;
     case kMessageLeftUp:
       return LeftUp(dialog, id, message), true;
+    case kMessageCaptureLost:  // what was dragged stays where it is
+      if (std::exchange(draggedMarker, -1) >= 0) Post(dialog, {kMessageFillChanged, 0, id});
+      return true;
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
       if (hit.part == FountainHit::Bar) AddMarker(dialog, id, hit.position);
@@ -293,7 +297,6 @@ void PaintHandle(const DrawRequest& request, int x, Colour colour, bool enabled)
 }
 
 void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
-  FillFace(request, {0, 0, request.width, request.height}, GetSystemColour(SystemColour::ButtonFace));
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return;
   const Rect bar = FountainBar(request.width, request.height);
@@ -307,6 +310,7 @@ void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
   for (int i = 0; i < MarkerCountOf(*fountain); ++i) {
     PaintHandle(request, ColumnOf(bar, fountain->Markers[i]), fountain->Markers[i], enabled);
   }
+  if (enabled && FocusOf(dialog) == id) DottedFrame(request, Shrunk(bar, 1));
 }
 
 }  // namespace

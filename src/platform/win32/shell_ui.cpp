@@ -3,10 +3,12 @@
 #include "platform/shell_ui.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "platform/dialog.h"
 #include "platform/folders.h"
+#include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 // After windows.h:
@@ -106,9 +108,9 @@ POINT MenuPlace(Dialog* owner, int control, int x, int y) {
     GetCursorPos(&place);
     return place;
   }
-  const ControlRectangle rectangle = RectangleOf(*owner, control);
-  place = {rectangle.left + x, rectangle.top + y};
-  ClientToScreen(OwnerWindow(owner), &place);
+  const double scale = ScaleOf(*owner);
+  place = {std::lround(x * scale), std::lround(y * scale)};
+  if (const Control* found = FindControl(*owner, control)) ClientToScreen(found->window, &place);
   return place;
 }
 
