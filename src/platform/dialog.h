@@ -82,6 +82,7 @@ enum MessageNumber : std::uint32_t {
   kMessageInitialise = 0x0110,  ///< to the dialog, once, before it shows: b is RunModal's parameter
   kMessageCommand = 0x0111,     ///< to the dialog: a is the control's id, b a CommandCode
   kMessageTimer = 0x0113,       ///< to the dialog: a is the timer's id
+  kMessageCopy = 0x0301,        ///< to the dialog: Ctrl+C on one of its buttons
   kMessageLeftDown = 0x0201,  ///< to a drawn control: a is x, b is y, in pixels of the control; likewise the next three
   kMessageLeftUp = 0x0202,
   kMessageDoubleClick = 0x0203,

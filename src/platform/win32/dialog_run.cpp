@@ -325,6 +325,9 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
     return result;
   } else if (control->procedure && IsDrawn(control->kind) && HandleDrawn(*control, message, wParam, lParam, result)) {
     return result;
+  } else if (message == WM_KEYDOWN && wParam == 'C' && IsPushButton(control->kind) && GetKeyState(VK_CONTROL) < 0) {
+    Guarded(*control->dialog, [&] { Send(*control->dialog, {kMessageCopy, 0, 0}); });
+    return 0;
   } else if (control->procedure && IsPushButton(control->kind) && HandleButton(*control, message, wParam, result)) {
     return result;
   } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
