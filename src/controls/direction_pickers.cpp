@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "controls/direction_pickers.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "controls/face_painting.h"
@@ -167,7 +168,6 @@ void PaintCell(const DrawRequest& request, const Cell& cell, bool pressed, bool 
 }
 
 void PaintPicker(Dialog& dialog, int id, const DrawRequest& request) {
-  FillFace(request, {0, 0, request.width, request.height}, GetSystemColour(SystemColour::ButtonFace));
   const auto cells = CellsOf(KindOf(dialog, id));
   const int pressed = PressedCell(dialog, id);
   const bool enabled = IsEnabled(dialog, id), focused = FocusOf(dialog) == id;
@@ -214,10 +214,17 @@ int PickerCellAt(ControlKind kind, int x, int y) noexcept {
   return -1;
 }
 
-void AttachPicker(Dialog& dialog, int id, Variable* variable) noexcept {
+void AttachPicker(Dialog& dialog, int id, Variable* variable) {
   auto* handle = HandleOf(GetData(dialog, id));
   if (!handle) SetData(dialog, id, reinterpret_cast<std::uintptr_t>(handle = AllocateBlock(sizeof(PickerBlock))));
   if (const LockedBlock<PickerBlock> block(handle); block) block->variable = variable;
+  // The cells have their own size, whatever the dialog's font makes of the template's.
+  int columns = 0, rows = 0;
+  for (const Cell& cell : CellsOf(KindOf(dialog, id))) {
+    columns = std::max(columns, cell.column + 1);
+    rows = std::max(rows, cell.row + 1);
+  }
+  ResizeControl(dialog, id, columns * kPickerCell, rows * kPickerCell);
 }
 
 Variable* VariableOfPicker(const Dialog& dialog, int id) noexcept {

@@ -25,7 +25,7 @@ int PickerCellAt(ControlKind kind, int x, int y) noexcept;
 
 /// Gives a picker its block (which its family frees on kMessageDestroy) and ties it to a variable, which may be null.
 /// Without memory the picker reads as 0 and keeps nothing.
-void AttachPicker(Dialog& dialog, int id, Variable* variable) noexcept;
+void AttachPicker(Dialog& dialog, int id, Variable* variable);
 
 /// The variable a picker is tied to, or null.
 Variable* VariableOfPicker(const Dialog& dialog, int id) noexcept;

@@ -2,6 +2,7 @@
 #include "controls/face_painting.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
@@ -51,6 +52,26 @@ double WalkLine(std::string_view text, Put put) {
     }
   }
   return x;
+}
+
+/// Rows of glyphs from a left edge, in the middle of the rectangle's height.
+void PaintLine(const DrawRequest& request, Rect rect, std::string_view text, int left, Colour colour) {
+  const int top = rect.top + (rect.Height() - MeasureFont(DialogFont()).height) / 2;
+  WalkLine(text, [&](char32_t code, int x) {
+    GlyphBitmap glyph;
+    if (!RenderGlyph(DialogFont(), code, true, glyph)) return;
+    for (int i = 0; i < glyph.width * glyph.height; ++i) {
+      const int alpha = glyph.coverage[static_cast<std::size_t>(i)];
+      if (alpha) BlendPixel(request, rect, left + x + i % glyph.width, top + i / glyph.width, colour, alpha);
+    }
+  });
+}
+
+bool LeaveToMachine(const DrawRequest& request, Rect rect, FaceText text) {
+  if (!request.texts) return false;
+  text.place = {rect.left, rect.top, rect.right, rect.bottom};
+  request.texts->push_back(std::move(text));
+  return true;
 }
 
 }  // namespace
@@ -105,16 +126,23 @@ int TextWidth(std::string_view text) {
 }
 
 void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour, TextPlace place) {
-  const int top = rect.top + (rect.Height() - MeasureFont(DialogFont()).height) / 2;
+  if (LeaveToMachine(request, rect, {{}, std::string(text), colour, place == TextPlace::Centre, false})) return;
   const int left = place == TextPlace::Left ? rect.left : rect.left + (rect.Width() - TextWidth(text)) / 2;
-  WalkLine(text, [&](char32_t code, int x) {
-    GlyphBitmap glyph;
-    if (!RenderGlyph(DialogFont(), code, true, glyph)) return;
-    for (int i = 0; i < glyph.width * glyph.height; ++i) {
-      const int alpha = glyph.coverage[static_cast<std::size_t>(i)];
-      if (alpha) BlendPixel(request, rect, left + x + i % glyph.width, top + i / glyph.width, colour, alpha);
-    }
-  });
+  PaintLine(request, rect, text, left, colour);
+}
+
+void PaintCaption(const DrawRequest& request, Rect rect, std::string_view caption, Colour colour) {
+  if (LeaveToMachine(request, rect, {{}, std::string(caption), colour, true, true})) return;
+  std::string text(caption);
+  const std::size_t mark = text.find('&');
+  if (mark != std::string::npos) text.erase(mark, 1);
+  const int left = rect.left + (rect.Width() - TextWidth(text)) / 2;
+  PaintLine(request, rect, text, left, colour);
+  if (mark >= text.size() || request.hidesMnemonics) return;
+  const std::string_view line = text;
+  const int from = left + TextWidth(line.substr(0, mark)), to = left + TextWidth(line.substr(0, mark + 1));
+  const int base = rect.top + (rect.Height() + MeasureFont(DialogFont()).height) / 2 - 1;
+  FillFace(request, {from, base, to, base + 1}, colour);
 }
 
 void PaintMask(const DrawRequest& request, int x, int y, std::span<const std::string_view> rows, MaskTurn turn,

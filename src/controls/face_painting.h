@@ -32,9 +32,12 @@ void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) n
 enum class TextPlace { Left, Centre };
 
 /// One line of UTF-8 in the dialogs' font, transparent, in the middle of the rectangle's height, cut to the rectangle.
-/// Nothing when the machine has no font.
+/// Nothing when the machine has no font. Where the machine draws the text of faces itself, it does so when the face is
+/// finished.
 void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour,
                TextPlace place = TextPlace::Left);
+/// A button's caption, centred; the character after an & is underlined, unless the request hides that.
+void PaintCaption(const DrawRequest& request, Rect rect, std::string_view caption, Colour colour);
 /// How wide such a line is, in pixels.
 int TextWidth(std::string_view text);
 

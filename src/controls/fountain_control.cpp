@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <span>
+#include <utility>
 
 #include "controls/face_painting.h"
 #include "materials/library_file.h"
@@ -333,6 +334,9 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       return LeftUp(dialog, id, message), true;
     case kMessageKeyDown:
       return PressFountainKey(dialog, id, *fountain, argument);
+    case kMessageCaptureLost:  // what was dragged stays where it is
+      if (std::exchange(draggedMarker, -1) >= 0) Post(dialog, {kMessageFillChanged, 0, id});
+      return true;
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
       if (hit.part == FountainHit::Bar) AddMarker(dialog, id, hit.position);
@@ -379,7 +383,6 @@ void PaintHandle(const DrawRequest& request, int x, Colour colour, bool enabled)
 }
 
 void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
-  FillFace(request, {0, 0, request.width, request.height}, GetSystemColour(SystemColour::ButtonFace));
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return;
   const Rect bar = FountainBar(request.width, request.height);

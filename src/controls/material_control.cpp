@@ -8,6 +8,7 @@
 #include "controls/fountain_control.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
+#include "platform/encoding.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
@@ -16,6 +17,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kArrowWidth = 16, kInset = 2;
+constexpr std::size_t kLongestCaption = 260;
 constexpr std::uint32_t kFacePressed = 1, kArrowPressed = 2;
 
 MaterialWindows materialWindows;
@@ -157,6 +159,12 @@ void Release(Dialog& dialog, int id, Material& material) {
   }
 }
 
+// The mouse has gone elsewhere: nothing was chosen.
+void LetGo(Dialog& dialog, int id, Material& material) {
+  material.ButtonState = 0;
+  Invalidate(dialog, id);
+}
+
 void Press(Dialog& dialog, int id, Material& material, const Message& message) {
   const ControlRectangle place = RectangleOf(dialog, id);
   const int width = place.right - place.left, height = place.bottom - place.top;
@@ -175,6 +183,9 @@ bool InputMaterial(Dialog& dialog, int id, const Message& message) {
       return true;
     case kMessageLeftUp:
       if (const auto material = LockMaterial(dialog, id); material) Release(dialog, id, *material);
+      return true;
+    case kMessageCaptureLost:
+      if (const auto material = LockMaterial(dialog, id); material) LetGo(dialog, id, *material);
       return true;
     case kMessageKeyDown:
       if (message.a == kKeySpace) return EditMaterial(dialog, id), true;
@@ -239,7 +250,13 @@ void PaintMaterial(Dialog& dialog, int id, const DrawRequest& request) {
   SoftEdge(request, button, pressed & kFacePressed);
   const Rect inset = Shrunk(button, kInset);
   FillFace(request, inset, face);
-  if (enabled && material) PaintBitmap(request, inset, DibView(HandleOf(material->Preview)));
+  if (!enabled) return;
+  if (material) PaintBitmap(request, inset, DibView(HandleOf(material->Preview)));
+  const std::string caption(CutText(GetText(dialog, id), kLongestCaption));
+  if (material && !caption.empty()) {
+    PaintText(request, inset, caption, CaptionColour(material->AverageColour), TextPlace::Centre);
+  }
+  if (FocusOf(dialog) == id) DottedFrame(request, Shrunk(inset, 1));
 }
 
 }  // namespace

@@ -5,6 +5,9 @@
 //
 // The model of the program is its dialog: options live in the controls and nowhere else. Everything here runs on one
 // thread. Functions on an id that does not exist in the dialog do nothing and answer empty, 0 or false.
+//
+// A pixel is one of a screen with 96 to the inch. On a finer screen faces are painted in such pixels and then
+// stretched, places and the mouse's are told in them, and the text of a face is drawn by the machine in its own pixels.
 #pragma once
 
 #include <cstddef>
@@ -70,18 +73,22 @@ struct DialogTemplate {
 /// used.
 enum MessageNumber : std::uint32_t {
   kMessageDestroy = 0x0002,
-  kMessagePaint = 0x000F,     ///< to a drawn control: b is a DrawRequest*
+  kMessagePaint = 0x000F,            ///< to a drawn control: b is a DrawRequest*
+  kMessagePaintBackground = 0x0014,  ///< to the dialog: b is a DrawRequest* of its whole inside, in the screen's own
+                                     ///< pixels; 0: it has the plain face
   kMessageDrawItem = 0x002B,  ///< to the dialog: a is the id of an owner-drawn control or of a list whose item is to be
                               ///< drawn, b a DrawRequest*
   kMessageKeyDown = 0x0100,   ///< to a drawn control: a is a KeyCode
   kMessageInitialise = 0x0110,  ///< to the dialog, once, before it shows: b is RunModal's parameter
   kMessageCommand = 0x0111,     ///< to the dialog: a is the control's id, b a CommandCode
   kMessageTimer = 0x0113,       ///< to the dialog: a is the timer's id
+  kMessageCopy = 0x0301,        ///< to the dialog: Ctrl+C on one of its buttons
   kMessageLeftDown = 0x0201,  ///< to a drawn control: a is x, b is y, in pixels of the control; likewise the next three
   kMessageLeftUp = 0x0202,
   kMessageDoubleClick = 0x0203,
   kMessageRightUp = 0x0205,
-  kMessageMouseMove = 0x0200
+  kMessageMouseMove = 0x0200,
+  kMessageCaptureLost = 0x0215  ///< to a drawn control: the mouse it had captured was taken from it
 };
 
 enum CommandCode : int {
@@ -119,13 +126,32 @@ T* PointerOf(std::int64_t argument) {
   return reinterpret_cast<T*>(static_cast<std::intptr_t>(argument));
 }
 
-/// Pixels to paint on: 24-bit rows, top down, blue green red. Owned by the platform.
+/// Place in the dialog, in pixels.
+struct ControlRectangle {
+  int left = 0, top = 0, right = 0, bottom = 0;
+};
+
+/// A line of UTF-8 on a face, in the dialogs' font, in the middle of the place's height.
+struct FaceText {
+  ControlRectangle place;
+  std::string text;
+  std::uint32_t colour = 0;  ///< 0x00BBGGRR
+  bool centred = false;
+  bool mnemonic = false;  ///< an & underlines the character after it
+};
+
+/// Pixels to paint on: 24-bit rows, top down, blue green red. Owned by the platform. They begin as what lies behind the
+/// control.
 struct DrawRequest {
   std::uint8_t* pixels = nullptr;
   int width = 0, height = 0;
-  std::ptrdiff_t stride = 0;               ///< bytes from a row to the one below
-  int item = -1;                           ///< of a list: the item whose place this is
-  bool selected = false, focused = false;  ///< that item
+  std::ptrdiff_t stride = 0;                             ///< bytes from a row to the one below
+  int item = -1;                                         ///< of a list: the item whose place this is
+  bool selected = false, focused = false;                ///< that item; `focused` also of a button
+  bool pressed = false, hot = false, isDefault = false;  ///< of a button: held, under the pointer, what Enter presses
+  bool hidesMnemonics = false;                           ///< until a person uses the keyboard
+  double scale = 1;                                      ///< of these pixels to one; 1 unless PaintInScreenPixels
+  std::vector<FaceText>* texts = nullptr;  ///< lines that the machine is to draw over the face; null: the face does
 };
 
 /// Nonzero: the message was handled.
@@ -202,12 +228,21 @@ bool IsDialogVisible(const Dialog& dialog);
 void SetFocus(Dialog& dialog, int id);
 int FocusOf(const Dialog& dialog);
 
-/// Place in the dialog, in pixels.
-struct ControlRectangle {
-  int left = 0, top = 0, right = 0, bottom = 0;
-};
 ControlRectangle RectangleOf(const Dialog& dialog, int id);
 void ResizeControl(Dialog& dialog, int id, int width, int height);
+void MoveControl(Dialog& dialog, int id, int left, int top);
+/// Makes the dialog larger, or smaller, and keeps it in the middle of what it stands over.
+void GrowDialog(Dialog& dialog, int across, int down);
+
+/// How large a text of several lines is in the dialog's font, wrapped at blanks to at most `width` pixels.
+struct TextExtent {
+  int width = 0, height = 0;
+};
+TextExtent MeasureText(const Dialog& dialog, const std::string& text, int width);
+
+/// The control's face is painted in the screen's own pixels, of which request.scale are one of 96 to the inch: for
+/// faces of smooth shapes, which are sharp at any size.
+void PaintInScreenPixels(Dialog& dialog, int id);
 
 /// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar.
 void SetRange(Dialog& dialog, int id, int minimum, int maximum);
@@ -217,7 +252,8 @@ void SetTicks(Dialog& dialog, int id, int every);
 /// Whether the Tab key stops at a control. (In memory nobody presses Tab.)
 void SetTabStop(Dialog& dialog, int id, bool stops);
 
-/// Gives a control its behaviour; `family` is kept with it for the procedure's own use.
+/// Gives a control its behaviour; `family` is kept with it for the procedure's own use. A push button then looks as the
+/// procedure paints it, and goes on behaving as a button.
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family);
 const void* FamilyOf(const Dialog& dialog, int id);
 /// The procedure's answer; 0 when the control has none.

@@ -33,9 +33,11 @@ bool DoubleClick(Dialog& dialog, int id, int index);         ///< a list's item,
 bool RightClick(Dialog& dialog, int id, int index);          ///< likewise
 bool PressKey(Dialog& dialog, int id, KeyCode key);  ///< to a drawn control, an edit (up, down) or a list (delete)
 bool Mouse(Dialog& dialog, int id, MessageNumber what, int x,
-           int y);  ///< to a drawn control; captured moves go to the captor
+           int y);                ///< to a drawn control; captured moves go to the captor
+void StealMouse(Dialog& dialog);  ///< another window takes the mouse from whoever has captured it
 
-/// The control as it looks: paints a drawn or owner-drawn control, or the item of a list that `request` names, on it.
+/// The control as it looks: paints a drawn or owner-drawn control, a button with a procedure of its own, or the item of
+/// a list that `request` names, on it.
 bool PaintControl(Dialog& dialog, int id, const DrawRequest& request);
 
 }  // namespace glyphmotion

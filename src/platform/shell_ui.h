@@ -14,9 +14,34 @@ namespace glyphmotion {
 struct Dialog;
 
 enum class MessageButtons { Ok, YesNo };
+enum class MessageIcon { Information, Question, Warning };
 
-/// A modal message over `owner` (which may be null). True for OK and Yes.
+/// A modal message over `owner` (which may be null). True for OK and Yes. Questions are asked with a question mark,
+/// everything else warns.
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons = MessageButtons::Ok);
+/// A message that nothing went wrong for.
+void ShowInformation(Dialog* owner, const std::string& text);
+/// Over a window of the host's (null: over none), before there is a dialog.
+void ShowMessageOver(void* window, const std::string& text);
+
+struct MessageQuestion {
+  std::string title, text;
+  MessageButtons buttons = MessageButtons::Ok;
+  MessageIcon icon = MessageIcon::Warning;
+};
+
+/// Who shows messages and asks for names where there is a screen. A message that cannot be shown (nothing) goes to the
+/// machine's own box, as all do when there is nobody. Off Windows the responder answers and these are not asked.
+struct DesktopBoxes {
+  std::optional<bool> (*message)(Dialog* owner, void* window, const MessageQuestion& question) = nullptr;
+  std::optional<std::string> (*name)(Dialog* owner, const std::string& title, const std::string& start) = nullptr;
+};
+void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept;
+
+/// The desktop's sound for a message.
+void Beep(MessageIcon icon);
+
+void CopyToClipboard(const std::string& text);
 
 struct FileQuestion {
   bool save = false;

@@ -34,9 +34,10 @@ constexpr TextRow kTexts[] = {
     {kTextRegisterHostFirst, "Please register your host application before you register this plugin."},
     {kTextDamagedProgram, "This plugin has been damaged. Please install it again."},
     {kTextHelpNotShown, "The help page could not be shown."},
-    {kTextAskRegistrationName, "Registration name"},
-    {kTextAskRegistrationCode, "Registration code"},
-    {kTextAbout, "Glyphmotion #4\n\nVersion %s\n\nAnimated text in twenty-one effects."},
+    {kTextAbout,
+     "Glyphmotion #4, version %s\n\nAnimated text in twenty-one effects.\n\nFree software under the MIT license, "
+     "without "
+     "any warranty."},
     {kTextBuilding, "Building"},
     {kTextQuantizing, "Quantizing"},
     {kTextSupercompressing, "Supercompressing"},

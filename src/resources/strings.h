@@ -29,8 +29,6 @@ constexpr int kTextPanelFailed = 2004;
 constexpr int kTextRegisterHostFirst = 2005;
 constexpr int kTextDamagedProgram = 2006;  ///< the integrity check failed
 constexpr int kTextHelpNotShown = 2007;
-constexpr int kTextAskRegistrationName = 2008;
-constexpr int kTextAskRegistrationCode = 2009;
 constexpr int kTextAbout = 2010;  ///< %s: the version
 
 // Builds: the names of the stages, then what may go wrong.

@@ -2,6 +2,7 @@
 // The two functions that a host calls.
 #include <cstring>
 
+#include "controls/boxes.h"
 #include "controls/variables.h"
 #include "glyphmotion/host_contract.h"
 #include "platform/folders.h"
@@ -41,8 +42,9 @@ struct TextEngineRun {
 
 int RunPlugin(void* ownerWindow, const HostCallTable* table) {
   if (!table) return 0;
+  UseOwnBoxes();
   if (((table->version >> 8) & 0xFF) < kMinimumMajorVersion) {
-    ShowMessage(nullptr, LoadText(kTextNeedNewerHost));
+    ShowMessageOver(ownerWindow, LoadText(kTextNeedNewerHost));
     return 0;
   }
   const TextEngineRun textEngine;

@@ -17,17 +17,22 @@
 #include "controls/gradient_dialog.h"
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
+#include "controls/skin.h"
 #include "controls/texture_dialog.h"
 #include "controls/tile_dialog.h"
 #include "effects/effect_table.h"
 #include "image/fixed_palettes.h"
+#include "platform/encoding.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
+#include "shell/about_animation.h"
+#include "shell/about_box.h"
 #include "shell/build_driver.h"
 #include "shell/documents.h"
+#include "shell/registration.h"
 #include "shell/sample_window.h"
 #include "shell/settings.h"
 #include "text/compositing.h"
@@ -37,7 +42,7 @@ namespace {
 
 using namespace MainControl;
 
-constexpr int kSampleTimer = 15;
+constexpr int kSampleTimer = 15, kAboutTimer = 16;
 constexpr int kTextLimit = 260, kTitleLimit = 260;
 constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
 constexpr int kFirstOptionOfTheSample = 50;  // options below do not show in the sample
@@ -51,6 +56,8 @@ struct MainDialogState {
   int effect = -1;  // whose panel shows
   bool repaintPosted = false;
   int fileDialogWidth = 0, fileDialogHeight = 0;
+  AboutLetters aboutLetters;
+  unsigned aboutTick = 0;
 };
 
 // One main dialog runs at a time.
@@ -254,15 +261,13 @@ void ShowTitle(Dialog& dialog) {
 }
 
 void RegisterCopy(Dialog& dialog) {
-  if (!CallHost(HostOpIsRegistered)) return Tell(dialog, kTextRegisterHostFirst);
+  if (!CallHost(HostOpIsRegistered)) return ShowInformation(&dialog, LoadText(kTextRegisterHostFirst));
   std::string& name = VariableOf("RegistrationName").text;
   std::string& code = VariableOf("RegistrationCode").text;
-  const auto newName = AskName(&dialog, LoadText(kTextAskRegistrationName), name);
-  if (!newName) return;
-  const auto newCode = AskName(&dialog, LoadText(kTextAskRegistrationCode), code);
-  if (!newCode) return;
-  name = newName->substr(0, kTextLimit);
-  code = newCode->substr(0, kTextLimit);
+  Registration registration{name, code};
+  if (!AskRegistration(dialog, registration)) return;
+  name = CutText(registration.name, kTextLimit);
+  code = CutText(registration.code, kTextLimit);
   CheckRegistration();
   ShowTitle(dialog);
 }
@@ -386,6 +391,8 @@ void AskFileDialogSize() {
 void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   state = {};
   state.hostCalls = hostCalls;
+  UseSkin(hostCalls->skinSwitch != 0);
+  SkinDialog(dialog);
   SetEditorServices({ShowTopic, ChoosePictureOfHost});
   SetMaterialWindows({EditGradient, EditTexture, RunTileDialog});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
@@ -406,6 +413,8 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   SetFocus(dialog, Build);
   PostCommand(dialog, CustomPalette);
   AskFileDialogSize();
+  PaintInScreenPixels(dialog, AboutAnimation);
+  SetTimer(dialog, kAboutTimer, kAboutMilliseconds);
   ShowTitle(dialog);
   Post(dialog, {kMessageRefresh, 0, 0});
 }
@@ -489,8 +498,7 @@ void OnCommand(Dialog& dialog, int id, int code) {
     case Register:
       return RegisterCopy(dialog);
     case About:
-      ShowMessage(&dialog, FormatText(kTextAbout, GLYPHMOTION_VERSION));
-      return;
+      return ShowAboutBox(dialog);
     case Test:
       return PostCommand(dialog, MainControl::RunTest);
     case OpenSave:
@@ -521,12 +529,26 @@ void OnCommand(Dialog& dialog, int id, int code) {
 void OnDrawItem(Dialog& dialog, int id, const DrawRequest& request) {
   if (id == Sample) DrawSampleWindow(dialog, request);
   if (id == SizeText) DrawSizeText(dialog, request);
+  if (id == AboutAnimation) PaintAboutPicture(request, state.aboutLetters, state.aboutTick);
+}
+
+void OnTimer(Dialog& dialog, int timer) {
+  if (timer == kSampleTimer) {
+    KillTimer(dialog, kSampleTimer);
+    Invalidate(dialog, Sample);
+  }
+  if (timer == kAboutTimer) {
+    ++state.aboutTick;
+    RunAboutTimer(dialog, kAboutTimer, AboutAnimation);
+  }
 }
 
 void OnDestroy(Dialog& dialog) {
+  KillTimer(dialog, kAboutTimer);
   KillTimer(dialog, kSampleTimer);
   CheckRegistration();
   SaveSettings();
+  UseSkin(false);
   for (const DialogTemplate* panel : PanelTemplates()) {
     for (const ControlTemplate& control : panel->controls) {
       if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
@@ -552,10 +574,10 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
       Invalidate(dialog, Sample);
       return 1;
     case kMessageTimer:
-      if (message.a != kSampleTimer) return 0;
-      KillTimer(dialog, kSampleTimer);
-      Invalidate(dialog, Sample);
+      OnTimer(dialog, static_cast<int>(message.a));
       return 1;
+    case kMessagePaintBackground:
+      return PaintSkinBackground(message);
     case kMessageCommand:
       OnCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
       return 1;

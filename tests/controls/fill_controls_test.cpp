@@ -135,6 +135,74 @@ TEST_F(FillControls, ArrowOpensTheMenuWhereverThePointerIsReleased) {
   });
 }
 
+TEST_F(FillControls, AStolenMouseEndsAPressAndADragWithoutAChoice) {
+  menuChoice = 101;
+  WithDialog([&](Dialog& dialog) {
+    const ControlRectangle place = RectangleOf(dialog, kMaterialId);
+    Mouse(dialog, kMaterialId, kMessageLeftDown, place.right - place.left - 3, 4);
+    StealMouse(dialog);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->ButtonState, 0u);
+    Mouse(dialog, kMaterialId, kMessageLeftUp, 5, 4);
+    EXPECT_EQ(menus, 0);
+    EXPECT_TRUE(changes.empty());
+    colour = 0x0000FF;
+    const Rect bar = FountainBar(197, 50);
+    Mouse(dialog, kFountainId, kMessageDoubleClick, bar.left + 40, bar.top + 5);
+    ASSERT_EQ(+LockFountain(dialog, kFountainId)->MarkerCount, 8u);
+    changes.clear();
+    Mouse(dialog, kFountainId, kMessageLeftDown, bar.left + 40, 7);
+    Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 90, 7);
+    StealMouse(dialog);
+    EXPECT_EQ(changes.size(), 1u) << "the marker stays where it was dragged to";
+    std::string dragged, later;
+    SendToControl(dialog, kFountainId, {kMessageSaveControl, 0, PointerArgument(&dragged)});
+    Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 120, 7);
+    Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 120, 200);
+    SendToControl(dialog, kFountainId, {kMessageSaveControl, 0, PointerArgument(&later)});
+    EXPECT_EQ(later, dragged);
+  });
+}
+
+// The caption reads on the mean colour, is there only while the button is enabled, and the machine may draw it.
+TEST_F(FillControls, AMaterialShowsItsCaptionAndItsFocus) {
+  WithDialog([&](Dialog& dialog) {
+    const ControlRectangle place = RectangleOf(dialog, kMaterialId);
+    const int width = place.right - place.left, height = place.bottom - place.top;
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(3 * width * height));
+    std::vector<FaceText> texts;
+    DrawRequest request{pixels.data(), width, height, std::ptrdiff_t{3} * width};
+    request.texts = &texts;
+    const auto paint = [&] {
+      texts.clear();
+      PaintControl(dialog, kMaterialId, request);
+      return pixels;
+    };
+    SetText(dialog, kMaterialId, "");
+    const auto plain = paint();
+    EXPECT_TRUE(texts.empty());
+    SetText(dialog, kMaterialId, std::string(300, 'a'));
+    EXPECT_EQ(paint(), plain);
+    ASSERT_EQ(texts.size(), 1u);
+    EXPECT_EQ(texts[0].text.size(), 260u);
+    EXPECT_TRUE(texts[0].centred);
+    EXPECT_EQ(texts[0].colour, 0xFFFFFFu);
+    EXPECT_TRUE(texts[0].place.left == 2 && texts[0].place.right == width - 18);
+    Material light = *LockMaterial(dialog, kMaterialId);
+    light.Colour = 0xF0F0F0;
+    light.Preview = light.Tile.TileBitmap = 0;
+    SetMaterial(dialog, kMaterialId, light);
+    paint();
+    EXPECT_EQ(texts[0].colour, 0u);
+    SetFocus(dialog, kFountainId);
+    const auto unfocused = paint();
+    SetFocus(dialog, kMaterialId);
+    EXPECT_NE(paint(), unfocused);
+    Enable(dialog, kMaterialId, false);
+    paint();
+    EXPECT_TRUE(texts.empty());
+  });
+}
+
 TEST_F(FillControls, FaceEditsAndTellsEvenWhenCancelled) {
   WithDialog([&](Dialog& dialog) {
     Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "platform/memory.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
+#include "resources/box_templates.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
@@ -89,9 +91,13 @@ class MainDialogTest : public testing::Test {
     table.version = HostInterfaceVersion;
     table.HostCall = withoutHostCall_ ? nullptr : HostCall;
     table.hostFlags = hostFlags;
+    table.skinSwitch = skinned_;
     const BlockCounters before = LiveBlocks();
     const UiResponder oldResponder = SetUiResponder(responder_);
-    const ModalDriver oldDriver = SetModalDriver([&](Dialog& dialog, int) { driver(dialog); });
+    const ModalDriver oldDriver = SetModalDriver([&](Dialog& dialog, int templateId) {
+      if (templateId == kMainDialogTemplate.id) return driver(dialog);
+      if (inner_) inner_(dialog, templateId);
+    });
     const std::int64_t result = RunModal(kMainDialogTemplate, nullptr, MainDialogProcedure, &table);
     SetModalDriver(oldDriver);
     SetUiResponder(oldResponder);
@@ -104,7 +110,8 @@ class MainDialogTest : public testing::Test {
   std::filesystem::path folder_;
   UiResponder responder_;
   std::vector<std::string> messages_;
-  bool withoutHostCall_ = false;
+  std::function<void(Dialog&, int)> inner_;  ///< drives the dialogs over the main one
+  bool withoutHostCall_ = false, skinned_ = false;
 };
 
 constexpr std::uint32_t kPaletteHost = HostFlagPaletteFormat, kColourHost = HostFlagTrueColorFormat,
@@ -519,23 +526,110 @@ TEST_F(MainDialogTest, RegistrationNeedsARegisteredHostAndBothHalves) {
   host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t) {
     return operation == HostOpIsRegistered ? registered : 0;
   };
-  std::vector<std::string> asked;
-  responder_.name = [&](Dialog*, const std::string& title, const std::string&) -> std::optional<std::string> {
-    asked.push_back(title);
-    return asked.size() == 1 ? "x1" : "x2";
+  int asked = 0;
+  inner_ = [&](Dialog& dialog, int templateId) {
+    ++asked;
+    ASSERT_EQ(templateId, kRegistrationDialog.id);
+    EXPECT_FALSE(Click(dialog, BoxControl::Ok)) << "nothing is typed yet";
+    Type(dialog, BoxControl::Field, " Ann ");
+    Type(dialog, BoxControl::SecondField, "  ");
+    EXPECT_FALSE(IsEnabled(dialog, BoxControl::Ok)) << "blanks are no code";
+    Type(dialog, BoxControl::SecondField, "x2");
+    Click(dialog, asked == 1 ? BoxControl::Cancel : BoxControl::Ok);
   };
   RunDialog(kBothHost, [&](Dialog& dialog) {
     EXPECT_EQ(TextVariable("RegistrationName"), "");
     Click(dialog, Register);
     EXPECT_EQ(messages_, std::vector<std::string>{LoadText(kTextRegisterHostFirst)});
-    EXPECT_TRUE(asked.empty());
+    EXPECT_EQ(asked, 0);
     registered = 1;
+    Click(dialog, Register);
+    EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4 [UNREGISTERED COPY]");
     Click(dialog, Register);
     EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4");
   });
   RunDialog(kBothHost, [&](Dialog& dialog) {
-    EXPECT_EQ(TextVariable("RegistrationName") + TextVariable("RegistrationCode"), "x1x2");
+    EXPECT_EQ(TextVariable("RegistrationName") + TextVariable("RegistrationCode"), "Annx2");
     EXPECT_EQ(DialogTitle(dialog), "Glyphmotion #4");
+  });
+}
+
+// --- The look ---
+
+using Look = std::string;
+
+// A control of the dialog on a background of one colour.
+Look LookOf(Dialog& dialog, int id, DrawRequest request = {}, bool* painted = nullptr) {
+  Look pixels(62 * 3 * 24, 0x55);
+  request.pixels = reinterpret_cast<std::uint8_t*>(pixels.data());
+  request.width = 62;
+  request.height = 24;
+  request.stride = 62 * 3;
+  const bool done = PaintControl(dialog, id, request);
+  if (painted) *painted = done;
+  return pixels;
+}
+
+TEST_F(MainDialogTest, ButtonsAreSkinnedWhenTheHostAsksAndThenShowTheirStates) {
+  for (const bool skinned : {false, true}) {
+    skinned_ = skinned;
+    RunDialog(kBothHost, [&](Dialog& dialog) {
+      for (const int id : {Build, Cancel, Help, Register, About, MainControl::Test, OpenSave}) {
+        bool painted = false;
+        LookOf(dialog, id, {}, &painted);
+        EXPECT_EQ(painted, skinned) << id;
+      }
+      if (!skinned) return;
+      DrawRequest pressed, hot, standard, focused;
+      pressed.pressed = hot.hot = standard.isDefault = focused.focused = true;
+      std::set<Look> looks = {LookOf(dialog, MainControl::Test), LookOf(dialog, MainControl::Test, pressed),
+                              LookOf(dialog, MainControl::Test, hot), LookOf(dialog, MainControl::Test, standard),
+                              LookOf(dialog, MainControl::Test, focused)};
+      Enable(dialog, MainControl::Test, false);
+      looks.insert(LookOf(dialog, MainControl::Test));
+      EXPECT_EQ(looks.size(), 6u) << "every state looks its own";
+      for (const Look& look : looks) EXPECT_EQ(look.front(), 0x55) << "the corner is what is behind";
+      Type(dialog, ControlId::Text, "");
+      EXPECT_FALSE(Click(dialog, Build)) << "a skinned button is a button";
+    });
+  }
+}
+
+TEST_F(MainDialogTest, TheAboutAnimationMovesWhileItIsSeen) {
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    const Look first = LookOf(dialog, AboutAnimation);
+    for (int i = 0; i < 8; ++i) Pump(dialog);
+    EXPECT_NE(LookOf(dialog, AboutAnimation), first);
+    Show(dialog, AboutAnimation, false);
+    for (int i = 0; i < 2; ++i) Pump(dialog);
+    const Look last = LookOf(dialog, AboutAnimation);
+    for (int i = 0; i < 8; ++i) Pump(dialog);
+    EXPECT_EQ(LookOf(dialog, AboutAnimation), last) << "what is not seen does not move";
+  });
+}
+
+TEST_F(MainDialogTest, TheAboutBoxSaysWhatThisIsAndCloses) {
+  int shown = 0;
+  inner_ = [&](Dialog& dialog, int templateId) {
+    ++shown;
+    EXPECT_EQ(templateId, kAboutBox.id);
+    EXPECT_NE(GetText(dialog, BoxControl::MessageText).find(GLYPHMOTION_VERSION), std::string::npos);
+    const Look first = LookOf(dialog, BoxControl::Picture);
+    for (int i = 0; i < 8; ++i) Pump(dialog);
+    EXPECT_NE(LookOf(dialog, BoxControl::Picture), first);
+    if (shown == 1) {
+      Click(dialog, BoxControl::Ok);
+    } else {
+      PostCommand(dialog, BoxControl::Cancel);  // Escape
+      Pump(dialog);
+    }
+    EXPECT_TRUE(HasEnded(dialog));
+  };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Click(dialog, About);
+    Click(dialog, About);
+    EXPECT_EQ(shown, 2);
+    EXPECT_FALSE(HasEnded(dialog));
   });
 }
 

@@ -312,6 +312,42 @@ void ResizeControl(Dialog& dialog, int id, int width, int height) {
   NotifyObserver(dialog, DialogChange::Repaint, id);
 }
 
+void MoveControl(Dialog& dialog, int id, int left, int top) {
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  const int width = control->place.right - control->place.left, height = control->place.bottom - control->place.top;
+  control->place = {left, top, left + width, top + height};
+  NotifyObserver(dialog, DialogChange::Repaint, id);
+}
+
+void GrowDialog(Dialog& dialog, int, int) { NotifyObserver(dialog, DialogChange::Repaint, 0); }
+
+// In memory every character is as wide as the average one.
+TextExtent MeasureText(const Dialog&, const std::string& text, int width) {
+  const int limit = std::max(width / kBaseWidth, 1);
+  int lines = 1, column = 0, longest = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] == '\n') {
+      ++lines;
+      column = 0;
+      ++at;
+      continue;
+    }
+    const std::size_t end = std::min(text.find_first_of(" \n", at + 1), text.size());
+    const auto word = static_cast<int>(end - at);
+    if (column && column + word > limit) {
+      ++lines;
+      column = -1;  // the blank before the word
+    }
+    column += word;
+    longest = std::max(longest, column);
+    at = end;
+  }
+  return {std::min(longest * kBaseWidth, width), lines * kBaseHeight};
+}
+
+void PaintInScreenPixels(Dialog&, int) {}  // there is no screen
+
 void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   Control* control = FindControl(dialog, id);
   if (!control) return;

@@ -361,6 +361,12 @@ bool Mouse(Dialog& dialog, int id, MessageNumber what, int x, int y) {
   return true;
 }
 
+void StealMouse(Dialog& dialog) {
+  const int captor = std::exchange(dialog.capture, 0);
+  if (captor) SendToControl(dialog, captor, {kMessageCaptureLost, 0, 0});
+  Pump(dialog);
+}
+
 bool PaintControl(Dialog& dialog, int id, const DrawRequest& request) {
   const Control* control = FindControl(dialog, id);
   if (!control || !request.pixels || request.width < 1 || request.height < 1) return false;
@@ -370,7 +376,8 @@ bool PaintControl(Dialog& dialog, int id, const DrawRequest& request) {
     Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(id), PointerArgument(&copy)});
     return true;
   }
-  if (control->kind < ControlKind::ColourButton || !control->procedure) return false;
+  const bool isButton = control->kind == ControlKind::Button || control->kind == ControlKind::DefaultButton;
+  if ((control->kind < ControlKind::ColourButton && !isButton) || !control->procedure) return false;
   SendToControl(dialog, id, {kMessagePaint, 0, PointerArgument(&copy)});
   return true;
 }

@@ -26,6 +26,13 @@ bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons)
   return answer ? answer(owner, text, buttons) : buttons == MessageButtons::Ok;
 }
 
+void ShowInformation(Dialog* owner, const std::string& text) { ShowMessage(owner, text); }
+void ShowMessageOver(void*, const std::string& text) { ShowMessage(nullptr, text); }
+
+void SetDesktopBoxes(const DesktopBoxes&) noexcept {}
+void Beep(MessageIcon) {}
+void CopyToClipboard(const std::string&) {}
+
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
   const auto answer = Answerer(&UiResponder::file);
   return answer ? answer(owner, question) : std::nullopt;

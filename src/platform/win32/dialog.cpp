@@ -3,6 +3,7 @@
 #include "platform/dialog.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "platform/dialog_number.h"
 #include "platform/win32/dialog_state.h"
@@ -47,6 +48,9 @@ std::string WindowText(HWND window) {
 bool HasStyle(const Control* control, LONG_PTR style) {
   return control && (GetWindowLongPtrW(control->window, GWL_STYLE) & style);
 }
+
+int Scaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels * ScaleOf(dialog))); }
+int Unscaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels / ScaleOf(dialog))); }
 
 /// A control that goes out of reach must not keep the keyboard.
 void LeaveFocus(const Dialog& dialog, const Control& control) {
@@ -170,8 +174,10 @@ void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
 void SetItemSize(Dialog& dialog, int id, int width, int height) {
   const Control* control = FindControl(dialog, id);
   if (!control || !IsPictureList(control->kind)) return;
-  Ask(*control, LB_SETITEMHEIGHT, 0, std::clamp(height, 1, 255));  // what a list box takes
-  if (control->kind == ControlKind::PictureGrid) Ask(*control, LB_SETCOLUMNWIDTH, Index(std::max(width, 1)));
+  Ask(*control, LB_SETITEMHEIGHT, 0, std::clamp(Scaled(dialog, height), 1, 255));  // what a list box takes
+  if (control->kind == ControlKind::PictureGrid) {
+    Ask(*control, LB_SETCOLUMNWIDTH, Index(std::max(Scaled(dialog, width), 1)));
+  }
 }
 
 int GetSelection(const Dialog& dialog, int id) {
@@ -250,14 +256,48 @@ ControlRectangle RectangleOf(const Dialog& dialog, int id) {
   RECT place{};
   if (!control || !GetWindowRect(control->window, &place)) return {};
   MapWindowPoints(nullptr, dialog.window, reinterpret_cast<POINT*>(&place), 2);
-  return {place.left, place.top, place.right, place.bottom};
+  // The size as the faces have it, which rounding both edges might not give.
+  const int left = Unscaled(dialog, place.left), top = Unscaled(dialog, place.top);
+  return {left, top, left + Unscaled(dialog, place.right - place.left),
+          top + Unscaled(dialog, place.bottom - place.top)};
 }
 
 void ResizeControl(Dialog& dialog, int id, int width, int height) {
   const Control* control = FindControl(dialog, id);
   if (!control) return;
-  SetWindowPos(control->window, nullptr, 0, 0, std::max(width, 0), std::max(height, 0),
+  SetWindowPos(control->window, nullptr, 0, 0, Scaled(dialog, std::max(width, 0)), Scaled(dialog, std::max(height, 0)),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MoveControl(Dialog& dialog, int id, int left, int top) {
+  const Control* control = FindControl(dialog, id);
+  if (!control) return;
+  SetWindowPos(control->window, nullptr, Scaled(dialog, left), Scaled(dialog, top), 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void GrowDialog(Dialog& dialog, int across, int down) {
+  RECT place;
+  if (!GetWindowRect(dialog.window, &place)) return;
+  const int dx = Scaled(dialog, across), dy = Scaled(dialog, down);
+  SetWindowPos(dialog.window, nullptr, place.left - dx / 2, place.top - dy / 2, place.right - place.left + dx,
+               place.bottom - place.top + dy, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+TextExtent MeasureText(const Dialog& dialog, const std::string& text, int width) {
+  const HDC context = GetDC(dialog.window);
+  const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(dialog.window, WM_GETFONT, 0, 0));
+  const HGDIOBJ before = font ? SelectObject(context, font) : nullptr;
+  RECT place{0, 0, Scaled(dialog, width), 0};
+  DrawTextW(context, WideOf(text).c_str(), -1, &place, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+  if (before) SelectObject(context, before);
+  ReleaseDC(dialog.window, context);
+  const double scale = ScaleOf(dialog);
+  return {static_cast<int>(std::ceil(place.right / scale)) + 1, static_cast<int>(std::ceil(place.bottom / scale))};
+}
+
+void PaintInScreenPixels(Dialog& dialog, int id) {
+  if (Control* control = FindControl(dialog, id)) control->inScreenPixels = true;
 }
 
 void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
@@ -291,6 +331,10 @@ void SetTabStop(Dialog& dialog, int id, bool stops) {
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
   Control* control = FindControl(dialog, id);
   if (!control) return;
+  if (IsPushButton(control->kind) && procedure && !control->procedure) {
+    control->isDefault = HasStyle(control, BS_DEFPUSHBUTTON);
+    SendMessageW(control->window, BM_SETSTYLE, BS_OWNERDRAW, TRUE);
+  }
   control->procedure = procedure;
   control->family = family;
 }
@@ -323,7 +367,11 @@ void CaptureMouse(Dialog& dialog, int id) {
   if (const Control* control = FindControl(dialog, id)) SetCapture(control->window);
 }
 
-void ReleaseMouse(Dialog&) { ReleaseCapture(); }
+void ReleaseMouse(Dialog& dialog) {
+  dialog.releasing = true;
+  ReleaseCapture();
+  dialog.releasing = false;
+}
 
 bool HasCapture(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);

@@ -2,6 +2,7 @@
 // Window messages to dialog messages, and the modal loop. Nothing is decided here: each window message that the program
 // knows is handed on in the program's own terms, everything else goes where it would have gone.
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <new>
 #include <utility>
@@ -25,47 +26,17 @@ void Guarded(Dialog& dialog, Call call) {
   }
 }
 
+int Logical(const Dialog& dialog, int pixels) { return static_cast<int>(std::floor(pixels / ScaleOf(dialog))); }
+
 std::uint64_t Wide(int value) { return static_cast<std::uint64_t>(static_cast<std::int64_t>(value)); }
 
-/// Lets `paint` draw on a bitmap that then goes to the place. It begins as the dialog's face.
-template <typename Paint>
-void PaintThrough(HDC context, const RECT& place, Paint paint) {
-  const int width = place.right - place.left, height = place.bottom - place.top;
-  if (width < 1 || height < 1) return;
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;  // top down
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 24;
-  void* pixels = nullptr;
-  const HDC memory = CreateCompatibleDC(context);
-  const HBITMAP bitmap = memory ? CreateDIBSection(memory, &info, DIB_RGB_COLORS, &pixels, nullptr, 0) : nullptr;
-  if (bitmap) {
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    const RECT whole{0, 0, width, height};
-    FillRect(memory, &whole, GetSysColorBrush(COLOR_3DFACE));
-    GdiFlush();
-    const DrawRequest request{static_cast<std::uint8_t*>(pixels), width, height, (width * 3 + 3) / 4 * 4};
-    paint(request);
-    BitBlt(context, place.left, place.top, width, height, memory, 0, 0, SRCCOPY);
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-  }
-  if (memory) DeleteDC(memory);
-}
-
-void PaintByProcedure(Control& control, HDC context, const RECT& place, bool focused) {
-  PaintThrough(context, place, [&](const DrawRequest& request) {
+void PaintByProcedure(const Control& control, HDC context, const RECT& place, const DrawRequest& state) {
+  PaintFace(control, context, place, state, [&](const DrawRequest& request) {
     DrawRequest copy = request;
     Guarded(*control.dialog, [&] {
       control.procedure(*control.dialog, control.id, {kMessagePaint, 0, PointerArgument(&copy)});
     });
   });
-  if (!focused) return;
-  RECT inner = place;
-  InflateRect(&inner, -3, -3);
-  DrawFocusRect(context, &inner);
 }
 
 // --- Drawn controls ---
@@ -80,7 +51,9 @@ void PaintDrawn(Control& control) {
   const HDC context = BeginPaint(control.window, &paint);
   RECT place;
   if (context && GetClientRect(control.window, &place)) {
-    PaintByProcedure(control, context, place, GetFocus() == control.window);
+    DrawRequest state;
+    state.focused = GetFocus() == control.window;
+    PaintByProcedure(control, context, place, state);
   }
   EndPaint(control.window, &paint);
 }
@@ -120,8 +93,47 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
     case WM_LBUTTONDBLCLK:
     case WM_RBUTTONUP:
     case WM_MOUSEMOVE:
-      hand(message, Wide(static_cast<short>(LOWORD(lParam))), static_cast<short>(HIWORD(lParam)));
+      hand(message, Wide(Logical(*control.dialog, static_cast<short>(LOWORD(lParam)))),
+           Logical(*control.dialog, static_cast<short>(HIWORD(lParam))));
       return true;
+    case WM_CAPTURECHANGED:
+      if (!control.dialog->releasing && reinterpret_cast<HWND>(lParam) != control.window) {
+        hand(kMessageCaptureLost, 0, 0);
+      }
+      return true;
+    default:
+      return false;
+  }
+}
+
+// --- Buttons that a procedure paints ---
+
+/// The button's class takes such a button for one that is never the default, so that is kept here; and it knows nothing
+/// of the pointer above it.
+bool HandleButton(Control& control, UINT message, WPARAM wParam, LRESULT& result) {
+  const auto show = [&](bool& state, bool value) {
+    if (std::exchange(state, value) != value) InvalidateRect(control.window, nullptr, FALSE);
+  };
+  result = 0;
+  switch (message) {
+    case WM_GETDLGCODE:
+      result = DLGC_BUTTON | (control.isDefault ? DLGC_DEFPUSHBUTTON : DLGC_UNDEFPUSHBUTTON);
+      return true;
+    case BM_SETSTYLE:
+      show(control.isDefault, (wParam & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
+      return true;
+    case WM_ERASEBKGND:
+      result = 1;
+      return true;
+    case WM_MOUSEMOVE: {
+      TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, control.window, 0};
+      if (!control.hot) TrackMouseEvent(&track);
+      show(control.hot, true);
+      return false;
+    }
+    case WM_MOUSELEAVE:
+      show(control.hot, false);
+      return false;
     default:
       return false;
   }
@@ -187,33 +199,26 @@ void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
   if (!control) return;
   const bool isItem = IsPictureList(control->kind);
   if (isItem && item.itemID == static_cast<UINT>(-1)) return;  // an empty list shows no focus
+  DrawRequest state;
+  state.focused = item.itemState & ODS_FOCUS;
   if (control->kind != ControlKind::OwnerDrawn && !isItem) {
-    if (control->procedure) PaintByProcedure(*control, item.hDC, item.rcItem, item.itemState & ODS_FOCUS);
+    state.pressed = item.itemState & ODS_SELECTED;
+    state.hot = control->hot;
+    state.isDefault = control->isDefault;
+    state.hidesMnemonics = item.itemState & ODS_NOACCEL;
+    if (item.itemState & ODS_NOFOCUSRECT) state.focused = false;
+    if (control->procedure) PaintByProcedure(*control, item.hDC, item.rcItem, state);
     return;
   }
-  PaintThrough(item.hDC, item.rcItem, [&](const DrawRequest& request) {
+  if (isItem) {
+    state.item = static_cast<int>(item.itemID);
+    state.selected = item.itemState & ODS_SELECTED;
+  }
+  PaintFace(*control, item.hDC, item.rcItem, state, [&](const DrawRequest& request) {
     DrawRequest copy = request;
-    if (isItem) {
-      copy.item = static_cast<int>(item.itemID);
-      copy.selected = item.itemState & ODS_SELECTED;
-      copy.focused = item.itemState & ODS_FOCUS;
-    }
     Guarded(dialog, [&] {
       Send(dialog, {kMessageDrawItem, static_cast<std::uint64_t>(control->id), PointerArgument(&copy)});
     });
-  });
-}
-
-/// Static text lies on whatever the dialog's background is.
-INT_PTR LabelBrush(HDC context) {
-  SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
-  SetBkMode(context, TRANSPARENT);
-  return reinterpret_cast<INT_PTR>(GetStockObject(NULL_BRUSH));
-}
-
-bool IsLabel(const Dialog& dialog, HWND window) {
-  return std::any_of(dialog.controls.begin(), dialog.controls.end(), [&](const Control& control) {
-    return control.window == window && control.kind == ControlKind::Label;
   });
 }
 
@@ -250,7 +255,16 @@ INT_PTR HandleDialog(Dialog& dialog, UINT message, WPARAM wParam, LPARAM lParam)
       if (lParam) OnScroll(dialog, lParam);
       return FALSE;
     case WM_CTLCOLORSTATIC:
-      return IsLabel(dialog, reinterpret_cast<HWND>(lParam)) ? LabelBrush(reinterpret_cast<HDC>(wParam)) : 0;
+    case WM_CTLCOLORBTN:
+      return BrushBehind(dialog, reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+    case WM_ERASEBKGND:
+      EraseBackground(dialog, reinterpret_cast<HDC>(wParam));
+      SetWindowLongPtrW(dialog.window, DWLP_MSGRESULT, 1);
+      return TRUE;
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
+      ForgetBackground(dialog);
+      return FALSE;
     case WM_DESTROY:
       OnDestroy(dialog);
       return FALSE;
@@ -314,6 +328,11 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
     return result;
   } else if (control->procedure && IsDrawn(control->kind) && HandleDrawn(*control, message, wParam, lParam, result)) {
     return result;
+  } else if (message == WM_KEYDOWN && wParam == 'C' && IsPushButton(control->kind) && GetKeyState(VK_CONTROL) < 0) {
+    Guarded(*control->dialog, [&] { Send(*control->dialog, {kMessageCopy, 0, 0}); });
+    return 0;
+  } else if (control->procedure && IsPushButton(control->kind) && HandleButton(*control, message, wParam, result)) {
+    return result;
   } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
     return 0;
   }
@@ -339,6 +358,7 @@ std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogP
   } catch (const std::bad_alloc&) {
     result = -1;
   }
+  ForgetBackground(dialog);
   innermost = outer;
   UnregisterDrawnClass();
   if (dialog.error) std::rethrow_exception(dialog.error);

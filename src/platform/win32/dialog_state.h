@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <exception>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -22,6 +23,8 @@ struct Control {
   ControlProcedure procedure = nullptr;
   const void* family = nullptr;
   Dialog* dialog = nullptr;
+  bool inScreenPixels = false;          ///< its face is
+  bool isDefault = false, hot = false;  ///< of a button that a procedure paints
 };
 
 struct Dialog {
@@ -32,8 +35,12 @@ struct Dialog {
   std::deque<Control> controls;            ///< children in order; a deque, so that adding moves none
   std::unordered_map<int, Control*> byId;  ///< the first child of each id; none for -1
   bool ended = false;
-  bool choseFocus = false;   ///< the focus was set before the dialog showed
-  std::exception_ptr error;  ///< the first that a procedure threw; RunModal throws it on
+  bool releasing = false;       ///< the mouse, by itself
+  bool choseFocus = false;      ///< the focus was set before the dialog showed
+  std::exception_ptr error;     ///< the first that a procedure threw; RunModal throws it on
+  bool hasBackground = false;   ///< the procedure has been asked for it
+  HBRUSH background = nullptr;  ///< a brush of the whole inside; null: the plain face
+  SIZE backgroundSize{};
 };
 
 inline Control* FindControl(Dialog& dialog, int id) {
@@ -54,9 +61,26 @@ inline bool HasItems(ControlKind kind) { return IsCombo(kind) || IsList(kind); }
 /// Kinds with a window class of this program, whose whole look and behaviour is their procedure's.
 inline bool IsDrawn(ControlKind kind) { return kind >= ControlKind::MaterialButton; }
 
+inline bool IsPushButton(ControlKind kind) { return kind == ControlKind::Button || kind == ControlKind::DefaultButton; }
+
 /// Messages that dialogs and controls send one another beside the system's.
 constexpr UINT kFirstPrivateMessage = 1224, kLastPrivateMessage = 0x0FFF;
 inline bool IsPrivate(UINT message) { return message >= kFirstPrivateMessage && message <= kLastPrivateMessage; }
+
+/// The screen's pixels to one of 96 to the inch.
+double ScaleOf(const Dialog& dialog);
+
+/// Lets `paint` paint the control's face, which then goes to the place of the control's context. `state` tells what the
+/// face shows.
+void PaintFace(const Control& control, HDC context, const RECT& place, const DrawRequest& state,
+               const std::function<void(const DrawRequest&)>& paint);
+
+/// The dialog's background: made by its procedure once for each size, put behind its children, a brush for those that
+/// ask.
+void MakeBackground(Dialog& dialog);
+void ForgetBackground(Dialog& dialog);
+void EraseBackground(Dialog& dialog, HDC context);
+INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window);
 
 /// The library or program that this code is in.
 HINSTANCE ThisModule() noexcept;

@@ -203,7 +203,8 @@ std::vector<std::uint16_t> TemplateInMemory(const DialogTemplate& source) {
   writer.Word(0xFFFF);
   writer.Double(0);  // help id
   writer.Double(0);  // extended style
-  writer.Double(WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SHELLFONT | DS_CENTER);
+  // Visible before the messages that its start posts arrive.
+  writer.Double(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE | DS_MODALFRAME | DS_SHELLFONT | DS_CENTER);
   writer.Word(static_cast<int>(source.controls.size()));
   writer.Word(0);
   writer.Word(0);

@@ -3,10 +3,12 @@
 #include "platform/shell_ui.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cmath>
+#include <cstring>
 
 #include "platform/dialog.h"
 #include "platform/folders.h"
+#include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 // After windows.h:
@@ -17,12 +19,11 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kLongestPath = 1024;
+constexpr const char* kProgramTitle = "Glyphmotion #4";
 
 HWND OwnerWindow(Dialog* owner) {
   return owner ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(WindowOf(*owner))) : GetActiveWindow();
 }
-
-std::wstring TitleOf(Dialog* owner) { return WideOf(owner ? DialogTitle(*owner) : "Glyphmotion #4"); }
 
 // --- File dialogs ---
 
@@ -59,34 +60,22 @@ std::wstring FilterOf(const FileQuestion& question) {
   return filter;
 }
 
-// --- The name prompt ---
+// --- Messages ---
 
-constexpr int kNameField = 100;
-constexpr ControlTemplate kNameControls[] = {
-    {ControlKind::Edit, kNameField, "", 7, 7, 186, 13},
-    {ControlKind::DefaultButton, IDOK, "OK", 77, 27, 55, 14},
-    {ControlKind::Button, IDCANCEL, "Cancel", 138, 27, 55, 14},
-};
-constexpr DialogTemplate kNamePrompt = {1, "", 200, 48, kNameControls};
+DesktopBoxes desktopBoxes;
 
-struct NameQuestion {
-  const std::string* title;
-  std::string name;
-};
-
-std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
-  static NameQuestion* question = nullptr;  // one prompt at a time
-  if (message.number == kMessageInitialise) {
-    question = PointerOf<NameQuestion>(message.b);
-    SetDialogTitle(dialog, *question->title);
-    SetText(dialog, kNameField, question->name);
-    SetFocus(dialog, kNameField);
-    return 0;
+bool Ask(Dialog* owner, void* window, const std::string& text, MessageButtons buttons, MessageIcon icon) {
+  const MessageQuestion question{kProgramTitle, text, buttons, icon};
+  if (desktopBoxes.message) {
+    if (const auto answer = desktopBoxes.message(owner, window, question)) return *answer;
   }
-  if (message.number != kMessageCommand || (message.a != IDOK && message.a != IDCANCEL)) return 0;
-  question->name = GetText(dialog, kNameField);
-  EndDialog(dialog, message.a == IDOK);
-  return 1;
+  const UINT style =
+      (buttons == MessageButtons::YesNo ? MB_YESNO : MB_OK) | (icon == MessageIcon::Question  ? MB_ICONQUESTION
+                                                               : icon == MessageIcon::Warning ? MB_ICONWARNING
+                                                                                              : MB_ICONINFORMATION);
+  const HWND above = owner || !window ? OwnerWindow(owner) : static_cast<HWND>(window);
+  const int answer = MessageBoxW(above, WideOf(text).c_str(), WideOf(question.title).c_str(), style);
+  return answer == IDOK || answer == IDYES;
 }
 
 // --- Menus ---
@@ -106,18 +95,48 @@ POINT MenuPlace(Dialog* owner, int control, int x, int y) {
     GetCursorPos(&place);
     return place;
   }
-  const ControlRectangle rectangle = RectangleOf(*owner, control);
-  place = {rectangle.left + x, rectangle.top + y};
-  ClientToScreen(OwnerWindow(owner), &place);
+  const double scale = ScaleOf(*owner);
+  place = {std::lround(x * scale), std::lround(y * scale)};
+  if (const Control* found = FindControl(*owner, control)) ClientToScreen(found->window, &place);
   return place;
 }
 
 }  // namespace
 
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons) {
-  const UINT style = buttons == MessageButtons::YesNo ? MB_YESNO | MB_ICONQUESTION : MB_OK | MB_ICONINFORMATION;
-  const int answer = MessageBoxW(OwnerWindow(owner), WideOf(text).c_str(), TitleOf(owner).c_str(), style);
-  return answer == IDOK || answer == IDYES;
+  return Ask(owner, nullptr, text, buttons,
+             buttons == MessageButtons::YesNo ? MessageIcon::Question : MessageIcon::Warning);
+}
+
+void ShowInformation(Dialog* owner, const std::string& text) {
+  Ask(owner, nullptr, text, MessageButtons::Ok, MessageIcon::Information);
+}
+
+void ShowMessageOver(void* window, const std::string& text) {
+  Ask(nullptr, window, text, MessageButtons::Ok, MessageIcon::Warning);
+}
+
+void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept { desktopBoxes = boxes; }
+
+void Beep(MessageIcon icon) {
+  MessageBeep(icon == MessageIcon::Question  ? MB_ICONQUESTION
+              : icon == MessageIcon::Warning ? MB_ICONWARNING
+                                             : MB_ICONINFORMATION);
+}
+
+void CopyToClipboard(const std::string& text) {
+  const std::wstring wide = WideOf(text);
+  const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+  if (!OpenClipboard(nullptr)) return;
+  EmptyClipboard();
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
+  void* place = block ? GlobalLock(block) : nullptr;
+  if (place) {
+    std::memcpy(place, wide.c_str(), bytes);
+    GlobalUnlock(block);
+  }
+  if (block && (!place || !SetClipboardData(CF_UNICODETEXT, block))) GlobalFree(block);  // else it is the system's
+  CloseClipboard();
 }
 
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
@@ -155,9 +174,7 @@ std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start) {
 }
 
 std::optional<std::string> AskName(Dialog* owner, const std::string& title, const std::string& start) {
-  NameQuestion question{&title, start};
-  if (RunModal(kNamePrompt, OwnerWindow(owner), NameProcedure, &question) != 1) return std::nullopt;
-  return question.name;
+  return desktopBoxes.name ? desktopBoxes.name(owner, title, start) : std::nullopt;
 }
 
 int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items) {

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "shell/about_box.h"
+
+#include "controls/skin.h"
+#include "resources/box_templates.h"
+#include "resources/strings.h"
+#include "shell/about_animation.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace BoxControl;
+
+constexpr int kTimer = 1;
+
+struct AboutBox {
+  AboutLetters letters;
+  unsigned tick = 0;
+};
+AboutBox* box = nullptr;  // one at a time
+
+void Initialise(Dialog& dialog) {
+  SetText(dialog, MessageText, FormatText(kTextAbout, GLYPHMOTION_VERSION));
+  PaintInScreenPixels(dialog, Picture);
+  SkinDialog(dialog);
+  SetFocus(dialog, Ok);
+  SetTimer(dialog, kTimer, kAboutMilliseconds);
+}
+
+std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
+  switch (message.number) {
+    case kMessageInitialise:
+      box = PointerOf<AboutBox>(message.b);
+      Initialise(dialog);
+      return 0;
+    case kMessagePaintBackground:
+      return PaintSkinBackground(message);
+    case kMessageDrawItem:
+      if (box) PaintAboutPicture(*PointerOf<const DrawRequest>(message.b), box->letters, box->tick);
+      return 1;
+    case kMessageTimer:
+      if (box) ++box->tick;
+      RunAboutTimer(dialog, kTimer, Picture);
+      return 1;
+    case kMessageCommand:
+      if (message.a == Ok || message.a == Cancel) EndDialog(dialog, 1);
+      return 1;
+    case kMessageDestroy:
+      KillTimer(dialog, kTimer);
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+void ShowAboutBox(Dialog& owner) {
+  AboutBox state;
+  const auto window = reinterpret_cast<void*>(static_cast<std::uintptr_t>(WindowOf(owner)));
+  RunModal(kAboutBox, window, AboutProcedure, &state);
+  box = nullptr;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "shell/registration.h"
+
+#include <string_view>
+
+#include "controls/skin.h"
+#include "resources/box_templates.h"
+
+namespace glyphmotion {
+namespace {
+
+using namespace BoxControl;
+
+constexpr int kLongest = 260;
+
+Registration* asked = nullptr;  // one at a time
+
+/// What is typed, without the blanks that copying a code leaves around it.
+std::string Typed(const Dialog& dialog, int field) {
+  const std::string text = GetText(dialog, field);
+  const std::size_t first = text.find_first_not_of(" \t"), last = text.find_last_not_of(" \t");
+  return first == std::string::npos ? std::string() : text.substr(first, last - first + 1);
+}
+
+void EnableOk(Dialog& dialog) {
+  Enable(dialog, Ok, !Typed(dialog, Field).empty() && !Typed(dialog, SecondField).empty());
+}
+
+void Initialise(Dialog& dialog) {
+  for (const int field : {Field, SecondField}) LimitText(dialog, field, kLongest);
+  SetText(dialog, Field, asked->name);
+  SetText(dialog, SecondField, asked->code);
+  SkinDialog(dialog);
+  EnableOk(dialog);
+  SetFocus(dialog, Field);
+}
+
+void OnCommand(Dialog& dialog, int id) {
+  if (id == Field || id == SecondField) EnableOk(dialog);
+  if (id == Cancel) EndDialog(dialog, 0);
+  if (id != Ok || !IsEnabled(dialog, Ok)) return;
+  *asked = {Typed(dialog, Field), Typed(dialog, SecondField)};
+  EndDialog(dialog, 1);
+}
+
+std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
+  switch (message.number) {
+    case kMessageInitialise:
+      asked = PointerOf<Registration>(message.b);
+      Initialise(dialog);
+      return 0;
+    case kMessagePaintBackground:
+      return PaintSkinBackground(message);
+    case kMessageCommand:
+      OnCommand(dialog, static_cast<int>(message.a));
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+bool AskRegistration(Dialog& owner, Registration& registration) {
+  const auto window = reinterpret_cast<void*>(static_cast<std::uintptr_t>(WindowOf(owner)));
+  const bool accepted = RunModal(kRegistrationDialog, window, RegistrationProcedure, &registration) == 1;
+  asked = nullptr;
+  return accepted;
+}
+
+}  // namespace glyphmotion
