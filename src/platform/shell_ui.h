@@ -18,6 +18,9 @@ enum class MessageButtons { Ok, YesNo };
 /// A modal message over `owner` (which may be null). True for OK and Yes.
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons = MessageButtons::Ok);
 
+/// The same with OK over a host's window, which may be null and is repainted afterwards.
+void ShowMessageOver(void* window, const std::string& text);
+
 struct FileQuestion {
   bool save = false;
   std::string filterName;        ///< "GM4 files"

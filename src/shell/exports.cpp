@@ -42,7 +42,7 @@ struct TextEngineRun {
 int RunPlugin(void* ownerWindow, const HostCallTable* table) {
   if (!table) return 0;
   if (((table->version >> 8) & 0xFF) < kMinimumMajorVersion) {
-    ShowMessage(nullptr, LoadText(kTextNeedNewerHost));
+    ShowMessageOver(ownerWindow, LoadText(kTextNeedNewerHost));
     return 0;
   }
   const TextEngineRun textEngine;

@@ -26,6 +26,8 @@ bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons)
   return answer ? answer(owner, text, buttons) : buttons == MessageButtons::Ok;
 }
 
+void ShowMessageOver(void*, const std::string& text) { ShowMessage(nullptr, text); }
+
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
   const auto answer = Answerer(&UiResponder::file);
   return answer ? answer(owner, question) : std::nullopt;
