@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Prints what every effect makes of the same small job, one line a frame, with the glyphs of drawn_glyphs.cpp. The
 // lines are the same on every machine, whatever its dialogs, blocks and arithmetic.
-// GLYPHMOTION_HOME has to name a folder that may be written to.
+// GLYPHMOTION_HOME has to name a folder that may be written to. Arguments are further lines of the settings:
+//
+//   frame_hashes "MainFontSize = 60" "Style008Rotate = 1000"
 #include <atomic>
 #include <cstdio>
 #include <cstring>
@@ -100,11 +102,13 @@ bool Run(const char* name, std::uint32_t flags, const std::string& settings) {
 }  // namespace
 }  // namespace glyphmotion
 
-int main() {
+int main(int count, char** arguments) {
   using namespace glyphmotion;
-  const bool done =
-      Run("true colour", HostFlagTrueColorFormat, "Truecolour = 1\nMainAntialias = 1\n") &&
-      Run("palette", HostFlagPaletteFormat, "Truecolour = 0\nMainPalette = 5\nMainDither = 1\nMainSupercompress = 1\n");
+  std::string more;
+  for (int i = 1; i < count; ++i) more += std::string(arguments[i]) + "\n";
+  const bool done = Run("true colour", HostFlagTrueColorFormat, "Truecolour = 1\nMainAntialias = 1\n" + more) &&
+                    Run("palette", HostFlagPaletteFormat,
+                        "Truecolour = 0\nMainPalette = 5\nMainDither = 1\nMainSupercompress = 1\n" + more);
   const BlockCounters left = LiveBlocks();
   if (!done || left.blocks || left.locks) {
     std::printf("Not all was built, or something was left: %d blocks, %d locks.\n", static_cast<int>(left.blocks),
