@@ -372,7 +372,8 @@ void WideBody(const Canvas& canvas, Point from, Point to, int width) {
 template <typename Canvas>
 void RoundCap(const Canvas& canvas, Point at, int width) {
   const Wide left = Wide{at.x} - width / 2, top = Wide{at.y} - width / 2;
-  FillEllipseOn(canvas, {left, top, left + width, top + width});
+  const WideRect box{left, top, left + width, top + width};
+  width == 2 ? canvas.FillRect(box) : FillEllipseOn(canvas, box);
 }
 
 // Boxes given with their corners the other way round are the same boxes.

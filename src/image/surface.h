@@ -2,12 +2,13 @@
 // The drawing surface: aliased shapes drawn straight into a new 24-bit bitmap, the same on every platform.
 //
 // Rules for boundary pixels are those of GDI, found by experiment:
-//   FillRect         [left, right) x [top, bottom).
-//   Polygon          at each integer row y an edge counts if ymin <= y < ymax, its x taken exactly; fills ceil(xL) <= x
-//   < ceil(xR). Rectangle        [left, right - 1) x [top, bottom - 1). Ellipse          the full box, by a midpoint
-//   walk; sides of 2 or less follow the Rectangle rule. Thin line        one pixel a step of the major axis, the last
-//   point left out, minor coordinate ceil(v - 1/2). Wide line        the union of round caps at every vertex and of
-//   bodies.
+//   FillRect    [left, right) x [top, bottom).
+//   Polygon     at each integer row y an edge counts if ymin <= y < ymax, its x taken exactly; fills ceil(xL) <= x <
+//               ceil(xR).
+//   Rectangle   [left, right - 1) x [top, bottom - 1).
+//   Ellipse     the full box, by a midpoint walk; sides of 2 or less follow the Rectangle rule.
+//   Thin line   one pixel a step of the major axis, the last point left out, minor coordinate ceil(v - 1/2).
+//   Wide line   the union of round caps at every vertex (for a pen of 2 the whole square) and of bodies.
 // Shapes are clipped to the surface; coordinates may lie anywhere. Effects draw at three or four times the size and
 // reduce.
 #pragma once

@@ -43,6 +43,9 @@ void Beep(MessageIcon icon);
 
 void CopyToClipboard(const std::string& text);
 
+/// The same with OK over a host's window, which may be null and is repainted afterwards.
+void ShowMessageOver(void* window, const std::string& text);
+
 struct FileQuestion {
   bool save = false;
   std::string filterName;        ///< "GM4 files"

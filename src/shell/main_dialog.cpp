@@ -55,6 +55,7 @@ struct MainDialogState {
   const HostCallTable* hostCalls = nullptr;
   int effect = -1;  // whose panel shows
   bool repaintPosted = false;
+  bool running = false;  // a Build or a Test
   int fileDialogWidth = 0, fileDialogHeight = 0;
   AboutLetters aboutLetters;
   unsigned aboutTick = 0;
@@ -290,6 +291,26 @@ void ShowHelp(Dialog& dialog) {
   CheckIntegrity(dialog);
 }
 
+// A host that lets messages through while a run is on brings the next click within it; that one is passed over.
+struct RunningMark {
+  RunningMark() { state.running = true; }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
+  ~RunningMark() { state.running = false; }
+};
+
+void Run(Dialog& dialog, bool test) {
+  if (state.running || !CheckIntegrity(dialog)) return;
+  const RunningMark mark;
+  const HostCallTable& host = *state.hostCalls;
+  CallHost(HostOpBeforeWork);
+  Invalidate(dialog, test ? Test : Build);
+  const bool done = BuildDriver(dialog, host, test);
+  if (test) return Invalidate(dialog, 0);
+  // After a failure, which has been told, the dialog stays open for another try.
+  if (done) EndDialog(dialog, 1);
+}
+
 // --- What the editors' windows ask of the host ---
 
 PackedDib ChoosePictureOfHost(Dialog& dialog) {
@@ -297,16 +318,6 @@ PackedDib ChoosePictureOfHost(Dialog& dialog) {
   if (!CallHost(HostOpChooseImageFile, WindowOf(dialog), AddressOf(path)) || !path[0]) return {};
   path[kPathBuffer - 1] = 0;
   return PackedDib(HandleOf(CallHost(HostOpLoadImage, 0, AddressOf(path))));
-}
-
-void Run(Dialog& dialog, bool test) {
-  if (!CheckIntegrity(dialog)) return;
-  CallHost(HostOpBeforeWork);
-  Invalidate(dialog, test ? Test : Build);
-  const bool done = BuildDriver(dialog, *state.hostCalls, test);
-  if (test) return Invalidate(dialog, 0);
-  // After a failure, which has been told, the dialog stays open for another try.
-  if (done) EndDialog(dialog, 1);
 }
 
 // --- The start ---

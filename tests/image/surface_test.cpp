@@ -247,7 +247,10 @@ TEST(Surface, WideLinesAreCapsAndBodies) {
     const int w = Random(2, 17);
     DrawingSurface surface(43, 41), caps(43, 41);
     surface.Polyline(points, w, kInk);
-    for (Point p : points) caps.FillEllipse({p.x - w / 2, p.y - w / 2, p.x - w / 2 + w, p.y - w / 2 + w}, kInk);
+    for (Point p : points) {
+      const Rect box{p.x - w / 2, p.y - w / 2, p.x - w / 2 + w, p.y - w / 2 + w};
+      w == 2 ? caps.FillRect(box, kInk) : caps.FillEllipse(box, kInk);
+    }
     const auto cap = Drawing(caps);
     ExpectShape(
         surface,

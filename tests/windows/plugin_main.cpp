@@ -39,5 +39,9 @@ int main(int count, char** arguments) {
     return DoBuild(nullptr, &table) == 1 ? 0 : 1;
   }
   testing::UnitTest::GetInstance()->listeners().Append(new FreshStart);
-  return RUN_ALL_TESTS();
+  const int result = RUN_ALL_TESTS();
+  const std::string name = LibraryPath().substr(LibraryPath().find_last_of("\\/") + 1);
+  if (FreeLibrary(Library()) && !GetModuleHandleA(name.c_str())) return result;
+  std::printf("The library stays when it is let go.\n");
+  return 1;
 }

@@ -19,16 +19,16 @@ struct Search {
   HWND found;
 };
 
+// Of a dialog only: a window's thread is asked for its title, and that of another window may not answer.
 BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
   auto& search = *reinterpret_cast<Search*>(parameter);
   DWORD process = 0;
   char title[64] = "", name[32] = "";
   GetWindowThreadProcessId(window, &process);
-  if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
-  GetWindowTextA(window, title, sizeof title);
   GetClassNameA(window, name, sizeof name);
-  if (std::strcmp(name, "#32770") != 0 || std::strncmp(title, search.title, std::strlen(search.title)) != 0)
-    return TRUE;
+  if (process != GetCurrentProcessId() || !IsWindowVisible(window) || std::strcmp(name, "#32770") != 0) return TRUE;
+  GetWindowTextA(window, title, sizeof title);
+  if (std::strncmp(title, search.title, std::strlen(search.title)) != 0) return TRUE;
   if (search.control && !GetDlgItem(window, search.control)) return TRUE;
   search.found = window;
   return FALSE;
@@ -47,7 +47,7 @@ void Leave(HWND dialog) {
       std::printf("The dialog does not close.\n");
       std::exit(2);
     }
-    if (const HWND message = FindDialog("", kMessageText)) {
+    if (const HWND message = FindMessage()) {
       PostMessageA(message, WM_COMMAND, IDOK, 0);
     } else if (waited % 200 == 0) {
       PostMessageA(dialog, WM_COMMAND, kCancel, 0);
@@ -92,6 +92,8 @@ int RunDialog(const HostCallTable& table, const std::function<void(HWND dialog)>
 int RunDialog(std::uint32_t flags, const std::function<void(HWND dialog)>& user) {
   return RunDialog(TableOf(flags), user);
 }
+
+HWND FindMessage() { return FindDialog("", kMessageText); }
 
 std::string AnswerMessage(int button) {
   const HWND message = WaitForDialog("", kMessageText);

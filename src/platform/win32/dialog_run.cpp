@@ -225,6 +225,8 @@ void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
 /// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
 /// one of them gets its message, whatever another throws.
 void OnDestroy(Dialog& dialog) {
+  // When the window goes with its owner, the modal loop finds that out with its next message only.
+  if (!dialog.ended) PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
   dialog.ended = true;
   Guarded(dialog, [&] { Send(dialog, {kMessageDestroy, 0, 0}); });
   for (std::size_t i = 0; i < dialog.controls.size(); ++i) {
@@ -367,7 +369,7 @@ std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogP
 
 void EndDialog(Dialog& dialog, std::int64_t result) {
   dialog.ended = true;
-  ::EndDialog(dialog.window, static_cast<INT_PTR>(result));
+  if (IsWindow(dialog.window)) ::EndDialog(dialog.window, static_cast<INT_PTR>(result));
 }
 
 bool HasEnded(const Dialog& dialog) { return dialog.ended; }

@@ -139,6 +139,12 @@ void CopyToClipboard(const std::string& text) {
   CloseClipboard();
 }
 
+void ShowMessageOver(void* window, const std::string& text) {
+  const auto owner = static_cast<HWND>(window);
+  MessageBoxW(owner, WideOf(text).c_str(), TitleOf(nullptr).c_str(), MB_OK | MB_ICONINFORMATION);
+  if (owner) UpdateWindow(owner);
+}
+
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
   const std::wstring filter = FilterOf(question), folder = WideOf(question.folder),
                      extension = WideOf(question.extension), name = WideOf(question.fileName);
