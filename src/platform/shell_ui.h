@@ -21,7 +21,7 @@ enum class MessageIcon { Information, Question, Warning };
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons = MessageButtons::Ok);
 /// A message that nothing went wrong for.
 void ShowInformation(Dialog* owner, const std::string& text);
-/// Over a window of the host's (null: over none), before there is a dialog.
+/// Over a window of the host's (null: over none), before there is a dialog. The window is repainted afterwards.
 void ShowMessageOver(void* window, const std::string& text);
 
 struct MessageQuestion {
@@ -42,9 +42,6 @@ void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept;
 void Beep(MessageIcon icon);
 
 void CopyToClipboard(const std::string& text);
-
-/// The same with OK over a host's window, which may be null and is repainted afterwards.
-void ShowMessageOver(void* window, const std::string& text);
 
 struct FileQuestion {
   bool save = false;

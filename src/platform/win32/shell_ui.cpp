@@ -114,6 +114,7 @@ void ShowInformation(Dialog* owner, const std::string& text) {
 
 void ShowMessageOver(void* window, const std::string& text) {
   Ask(nullptr, window, text, MessageButtons::Ok, MessageIcon::Warning);
+  if (window) UpdateWindow(static_cast<HWND>(window));
 }
 
 void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept { desktopBoxes = boxes; }
@@ -137,12 +138,6 @@ void CopyToClipboard(const std::string& text) {
   }
   if (block && (!place || !SetClipboardData(CF_UNICODETEXT, block))) GlobalFree(block);  // else it is the system's
   CloseClipboard();
-}
-
-void ShowMessageOver(void* window, const std::string& text) {
-  const auto owner = static_cast<HWND>(window);
-  MessageBoxW(owner, WideOf(text).c_str(), TitleOf(nullptr).c_str(), MB_OK | MB_ICONINFORMATION);
-  if (owner) UpdateWindow(owner);
 }
 
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
