@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <span>
-#include <utility>
 
 #include "controls/face_painting.h"
 #include "materials/library_file.h"
@@ -334,8 +333,8 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       return LeftUp(dialog, id, message), true;
     case kMessageKeyDown:
       return PressFountainKey(dialog, id, *fountain, argument);
-    case kMessageCaptureLost:  // what was dragged stays where it is
-      if (std::exchange(draggedMarker, -1) >= 0) Post(dialog, {kMessageFillChanged, 0, id});
+    case kMessageCaptureLost:  // what was dragged, and told at each step, stays where it is
+      draggedMarker = -1;
       return true;
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
