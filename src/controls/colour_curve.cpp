@@ -30,11 +30,11 @@ void BlendOver(const DrawRequest& request, int x, int y, Colour colour, double p
 
 // Column by column; the steeper the line, the more of a column it takes. Pixels are mixed by what the line covers.
 void PaintLine(const DrawRequest& request, const Rect& plot, const float (&values)[kCurvePoints], Colour colour) {
-  const double step = 1.0 / std::max(plot.Width() - 1, 1);
+  const double step = 1.0 / std::max(plot.Width() - 1, 1), thickness = kLineHalf * request.scale;
   const auto row = [&](double t) { return RowOf(plot, TextureCurve(values, t)) + 0.5; };
   for (int x = plot.left; x < plot.right; ++x) {
     const double t = (x - plot.left) * step, before = row(t - step / 2), after = row(t + step / 2);
-    const double half = kLineHalf * std::sqrt(1.0 + (after - before) * (after - before));
+    const double half = thickness * std::sqrt(1.0 + (after - before) * (after - before));
     const double low = (before + after) / 2 - half, high = (before + after) / 2 + half;
     for (int y = static_cast<int>(low); y < high; ++y) {
       BlendOver(request, x, y, colour, std::min(high, y + 1.0) - std::max(low, static_cast<double>(y)));
@@ -46,7 +46,9 @@ void PaintLine(const DrawRequest& request, const Rect& plot, const float (&value
 
 void PaintColourCurve(const DrawRequest& request, const float (&values)[kCurvePoints], Colour colour,
                       int current) noexcept {
-  const Rect whole{0, 0, request.width, request.height}, plot = Shrunk(whole, kMargin);
+  const auto scaled = [&](int size) { return static_cast<int>(std::lround(size * request.scale)); };
+  const Rect whole{0, 0, request.width, request.height}, plot = Shrunk(whole, scaled(kMargin));
+  const int half = scaled(kPointHalf);
   const Colour field = GetSystemColour(SystemColour::Window), grid = GetSystemColour(SystemColour::Light3D);
   PaintButtonFace(request, whole, true, field);
   FillFace(request, Shrunk(whole, kEdge), field);
@@ -58,7 +60,7 @@ void PaintColourCurve(const DrawRequest& request, const float (&values)[kCurvePo
   PaintLine(request, plot, values, colour);
   for (int i = 0; i < kCurvePoints; ++i) {
     const int x = ColumnOf(plot, i), y = static_cast<int>(RowOf(plot, static_cast<double>(values[i])) + 0.5);
-    const Rect point{x - kPointHalf, y - kPointHalf, x + kPointHalf + 1, y + kPointHalf + 1};
+    const Rect point{x - half, y - half, x + half + 1, y + half + 1};
     FillFace(request, point, i == current ? colour : field);
     FrameFace(request, point, colour, colour);
   }

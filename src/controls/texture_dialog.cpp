@@ -292,7 +292,10 @@ void Initialise(Dialog& dialog, TextureDialog& state) {
   SetData(dialog, Preview, static_cast<std::uint64_t>(PointerArgument(&state)));
   for (const ControlTemplate& control : kTextureDialogTemplate.controls) {
     if (control.kind == ControlKind::ColourButton) InstallFamily(dialog, control.id, kColourFamily, nullptr);
-    if (control.kind == ControlKind::Drawn) SetControlProcedure(dialog, control.id, CurveProcedure, nullptr);
+    if (control.kind == ControlKind::Drawn) {
+      SetControlProcedure(dialog, control.id, CurveProcedure, nullptr);
+      PaintInScreenPixels(dialog, control.id);
+    }
     if (control.kind == ControlKind::NumberEdit) LimitText(dialog, control.id, kNumberLimit);
     if (control.kind != ControlKind::UpDown) continue;
     const NumberRange range = ParseRange(control.caption);

@@ -4,6 +4,8 @@
 //   show_editor gradient    the gradient editor, with its fountain and the windows behind that
 //   show_editor library     the fountain library
 //   show_editor position    a marker's position
+//   show_editor texture     the texture editor
+//   show_editor tile        the tile dialog; its + offers a plain tile
 #include <windows.h>
 
 #include <cstdio>
@@ -14,6 +16,10 @@
 #include "controls/fountain_control.h"
 #include "controls/fountain_library_dialog.h"
 #include "controls/gradient_dialog.h"
+#include "controls/texture_dialog.h"
+#include "controls/tile_dialog.h"
+#include "materials/shipped.h"
+#include "materials/tile.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 
@@ -50,6 +56,27 @@ void ShowPosition(Dialog& owner) {
   std::printf("position %d\n", position.value_or(-1));
 }
 
+void ShowTexture(Dialog& owner) {
+  Material material;
+  DefaultMaterial(material, 0);
+  TextureSpec texture = material.Texture;
+  const bool accepted = EditTexture(owner, texture);
+  std::printf("%s: type %u, seed %u, blocks %u\n", accepted ? "accepted" : "cancelled", unsigned(texture.TextureType),
+              unsigned(texture.SeedValue[0]), unsigned(LiveBlocks().blocks));
+}
+
+void ShowTile(Dialog& owner) {
+  TileSpec tile{};
+  SetTilePath(tile, LibraryPath(kTileLibraryName));
+  LoadTileOf(tile);
+  const PackedDib before(HandleOf(tile.TileBitmap));
+  const bool accepted = RunTileDialog(owner, tile);
+  std::printf("%s: tile %u of %s\n", accepted ? "accepted" : "cancelled", unsigned(tile.TileIndex),
+              PathOfTile(tile).c_str());
+  if (accepted) FreeBlock(HandleOf(tile.TileBitmap));
+  std::printf("blocks %u, of which 1 is the tile before\n", unsigned(LiveBlocks().blocks));
+}
+
 std::int64_t Procedure(Dialog& dialog, const Message& message) {
   static const char* editor = "";
   if (message.number == kMessageInitialise) {
@@ -62,6 +89,10 @@ std::int64_t Procedure(Dialog& dialog, const Message& message) {
     ShowLibrary(dialog);
   } else if (!std::strcmp(editor, "position")) {
     ShowPosition(dialog);
+  } else if (!std::strcmp(editor, "texture")) {
+    ShowTexture(dialog);
+  } else if (!std::strcmp(editor, "tile")) {
+    ShowTile(dialog);
   } else {
     ShowGradient(dialog);
   }
@@ -73,7 +104,8 @@ std::int64_t Procedure(Dialog& dialog, const Message& message) {
 
 int main(int count, char** arguments) {
   StartTextEngine();
-  SetEditorServices({[](Dialog& owner, const char* topic) { ShowMessage(&owner, std::string("Help on ") + topic); }});
+  SetEditorServices({[](Dialog& owner, const char* topic) { ShowMessage(&owner, std::string("Help on ") + topic); },
+                     [](Dialog&) { return SolidDib(48, 32, 0x2040FF); }});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
   const auto result = RunModal(kOwner, nullptr, Procedure, count > 1 ? arguments[1] : arguments[0]);
   StopTextEngine();

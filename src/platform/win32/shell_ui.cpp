@@ -238,8 +238,9 @@ std::uint32_t GetSystemColour(SystemColour colour) {
   return 0;
 }
 
-int GetSystemSize(const Dialog&, SystemSize size) {
-  return GetSystemMetrics(size == SystemSize::DialogFrame ? SM_CYFIXEDFRAME : SM_CYHSCROLL);
+int GetSystemSize(const Dialog& dialog, SystemSize size) {
+  const int pixels = GetSystemMetrics(size == SystemSize::DialogFrame ? SM_CYFIXEDFRAME : SM_CYHSCROLL);
+  return static_cast<int>(std::ceil(pixels / ScaleOf(dialog)));
 }
 
 void ScreenSize(int& width, int& height) {
