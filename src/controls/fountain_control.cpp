@@ -335,7 +335,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
     case kMessageKeyDown:
       return PressFountainKey(dialog, id, *fountain, argument);
     case kMessageCaptureLost:  // what was dragged stays where it is
-      if (std::exchange(draggedMarker, -1) >= 0) Post(dialog, {kMessageFillChanged, 0, id});
+      draggedMarker = -1;
       return true;
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
