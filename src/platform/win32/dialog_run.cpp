@@ -84,9 +84,6 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
     case WM_ENABLE:
       InvalidateRect(control.window, nullptr, FALSE);
       return false;
-    case WM_COMMAND:  // what a control posts to itself
-      hand(kMessageCommand, LOWORD(wParam), 0);
-      return true;
     case WM_KEYDOWN:
       if (!IsKnownKey(wParam)) return false;
       hand(kMessageKeyDown, wParam, 0);
