@@ -15,5 +15,10 @@ if(MINGW)
 endif()
 
 file(COPY share/glyphmotion DESTINATION ${CMAKE_BINARY_DIR}/share)
+configure_file(share/glyphmotion/TLMPLGM4.HTML ${CMAKE_BINARY_DIR}/TLMPLGM4.HTML COPYONLY)  # help, beside the library
+
+install(TARGETS tlmplgm4 RUNTIME DESTINATION .)
+install(FILES share/glyphmotion/TLMPLGM4.HTML DESTINATION .)
+install(DIRECTORY share/glyphmotion DESTINATION share PATTERN TLMPLGM4.HTML EXCLUDE)
 
 add_subdirectory(tests/windows)

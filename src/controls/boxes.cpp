@@ -43,6 +43,7 @@ void FitText(Dialog& dialog, const std::string& text) {
 }
 
 std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       shown = PointerOf<const MessageQuestion>(message.b);
@@ -50,12 +51,9 @@ std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
       SetText(dialog, MessageText, shown->text);
       FitText(dialog, shown->text);
       PaintInScreenPixels(dialog, Picture);
-      SkinDialog(dialog);
       SetFocus(dialog, shown->buttons == MessageButtons::YesNo ? Yes : Ok);
       Beep(shown->icon);
       return 0;
-    case kMessagePaintBackground:
-      return PaintSkinBackground(message);
     case kMessageDrawItem:
       if (shown) PaintMessagePicture(*PointerOf<const DrawRequest>(message.b), shown->icon);
       return 1;
@@ -80,15 +78,14 @@ struct NameQuestion {
 NameQuestion* asked = nullptr;
 
 std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   if (message.number == kMessageInitialise) {
     asked = PointerOf<NameQuestion>(message.b);
     SetDialogTitle(dialog, *asked->title);
     SetText(dialog, Field, asked->name);
-    SkinDialog(dialog);
     SetFocus(dialog, Field);
     return 0;
   }
-  if (message.number == kMessagePaintBackground) return PaintSkinBackground(message);
   if (message.number != kMessageCommand || (message.a != Ok && message.a != Cancel)) return 0;
   asked->name = GetText(dialog, Field);
   EndDialog(dialog, message.a == Ok);

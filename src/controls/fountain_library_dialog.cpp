@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Each item of the list holds a block with its fountain, whose Preview is the picture that shows.
 #include "controls/fountain_library_dialog.h"
+#include "controls/skin.h"
 
 #include <algorithm>
 #include <cstring>
@@ -223,6 +224,7 @@ void Initialise(Dialog& dialog, LibrarySession& session) {
 }
 
 std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       Initialise(dialog, *PointerOf<LibrarySession>(message.b));

@@ -2,6 +2,7 @@
 // The copy under edit is a block in the preview's window word. Every number has one road to its field: its edit's text;
 // the trackbar and the preview set edits.
 #include "controls/gradient_dialog.h"
+#include "controls/skin.h"
 
 #include <algorithm>
 
@@ -314,6 +315,7 @@ void OnCommand(Dialog& dialog, int id) {
 }
 
 std::int64_t GradientProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       Initialise(dialog, PointerOf<void>(message.b));
@@ -371,6 +373,7 @@ void OnPosition(Dialog& dialog) {
 }
 
 std::int64_t PositionProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   if (message.number == kMessageInitialise) {
     InitialisePosition(dialog, *PointerOf<PositionQuestion>(message.b));
     return 1;

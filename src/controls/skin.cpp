@@ -67,12 +67,7 @@ std::int64_t ButtonProcedure(Dialog& dialog, int id, const Message& message) {
   return 0;
 }
 
-}  // namespace
-
-void UseSkin(bool use) noexcept { used = use; }
-
-void SkinDialog(Dialog& dialog) {
-  if (!used) return;
+void SkinButtons(Dialog& dialog) {
   for (const int id : Children(dialog)) {
     const ControlKind kind = KindOf(dialog, id);
     if (id <= 0 || (kind != ControlKind::Button && kind != ControlKind::DefaultButton)) continue;
@@ -81,12 +76,21 @@ void SkinDialog(Dialog& dialog) {
   }
 }
 
-std::int64_t PaintSkinBackground(const Message& message) {
-  if (!used) return 0;
-  const DrawRequest& request = *PointerOf<const DrawRequest>(message.b);
+void PaintBackground(const DrawRequest& request) {
   const SoftRect whole{0, 0, static_cast<double>(request.width), static_cast<double>(request.height)};
   FillRounded(request, whole, 0, {Mixed(GetSystemColour(SystemColour::Highlight), 190), Mixed(kAccent, 52)});
-  return 1;
+}
+
+}  // namespace
+
+void UseSkin(bool use) noexcept { used = use; }
+
+bool HandleSkin(Dialog& dialog, const Message& message) {
+  if (!used) return false;
+  if (message.number == kMessageInitialise) SkinButtons(dialog);
+  if (message.number != kMessagePaintBackground) return false;
+  PaintBackground(*PointerOf<const DrawRequest>(message.b));
+  return true;
 }
 
 }  // namespace glyphmotion

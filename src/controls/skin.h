@@ -14,11 +14,8 @@ constexpr Colour kAccent = MakeColour(0x40, 0x7E, 0xBD);
 /// Whether the program's dialogs look so: what the host wishes, for as long as its dialog runs.
 void UseSkin(bool use) noexcept;
 
-/// For the start of a dialog: when the skin is in use, all its push buttons look skinned from now on. They go on
-/// behaving as buttons.
-void SkinDialog(Dialog& dialog);
-
-/// For a dialog's kMessagePaintBackground. 0 when the skin is not in use: the face stays plain.
-std::int64_t PaintSkinBackground(const Message& message);
+/// The first thing in a dialog's procedure. When the skin is in use, the dialog's push buttons look skinned from its
+/// start on, going on to behave as buttons, and its background is painted here. True when the message needs no more.
+bool HandleSkin(Dialog& dialog, const Message& message);
 
 }  // namespace glyphmotion

@@ -5,6 +5,7 @@
 // A change also goes into the selected entry of a group that may be changed. In a protected group the texture parts
 // from its entry instead: the selection goes, and choosing the entry again brings it back.
 #include "controls/texture_dialog.h"
+#include "controls/skin.h"
 
 #include <algorithm>
 #include <chrono>
@@ -346,6 +347,7 @@ void OnCommand(Dialog& dialog, TextureDialog& state, int id, int code) {
 }
 
 std::int64_t TextureProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   if (message.number == kMessageInitialise) return Initialise(dialog, *PointerOf<TextureDialog>(message.b)), 0;
   TextureDialog* state = StateOf(dialog);
   if (!state) return 0;

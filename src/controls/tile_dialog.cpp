@@ -2,6 +2,7 @@
 // The window over the tile editor. Thumbnails are made when they are first drawn, so that a group of any size opens at
 // once.
 #include "controls/tile_dialog.h"
+#include "controls/skin.h"
 
 #include <algorithm>
 #include <new>
@@ -202,6 +203,7 @@ void SetListHeight(Dialog& dialog) {
 }
 
 std::int64_t TileProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   if (message.number == kMessageInitialise) return Initialise(dialog, *PointerOf<TileDialog>(message.b)), 0;
   TileDialog* state = StateOf(dialog);
   if (!state) return 0;

@@ -22,19 +22,17 @@ AboutBox* box = nullptr;  // one at a time
 void Initialise(Dialog& dialog) {
   SetText(dialog, MessageText, FormatText(kTextAbout, GLYPHMOTION_VERSION));
   PaintInScreenPixels(dialog, Picture);
-  SkinDialog(dialog);
   SetFocus(dialog, Ok);
   SetTimer(dialog, kTimer, kAboutMilliseconds);
 }
 
 std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       box = PointerOf<AboutBox>(message.b);
       Initialise(dialog);
       return 0;
-    case kMessagePaintBackground:
-      return PaintSkinBackground(message);
     case kMessageDrawItem:
       if (box) PaintAboutPicture(*PointerOf<const DrawRequest>(message.b), box->letters, box->tick);
       return 1;

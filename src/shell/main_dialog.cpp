@@ -402,8 +402,6 @@ void AskFileDialogSize() {
 void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   state = {};
   state.hostCalls = hostCalls;
-  UseSkin(hostCalls->skinSwitch != 0);
-  SkinDialog(dialog);
   SetEditorServices({ShowTopic, ChoosePictureOfHost});
   SetMaterialWindows({EditGradient, EditTexture, RunTileDialog});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
@@ -573,6 +571,8 @@ void OnDestroy(Dialog& dialog) {
 const HostCallTable* CurrentHostCalls() noexcept { return state.hostCalls; }
 
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
+  if (message.number == kMessageInitialise) UseSkin(PointerOf<const HostCallTable>(message.b)->skinSwitch != 0);
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       Initialise(dialog, PointerOf<const HostCallTable>(message.b));
@@ -587,8 +587,6 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
     case kMessageTimer:
       OnTimer(dialog, static_cast<int>(message.a));
       return 1;
-    case kMessagePaintBackground:
-      return PaintSkinBackground(message);
     case kMessageCommand:
       OnCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
       return 1;

@@ -30,7 +30,6 @@ void Initialise(Dialog& dialog) {
   for (const int field : {Field, SecondField}) LimitText(dialog, field, kLongest);
   SetText(dialog, Field, asked->name);
   SetText(dialog, SecondField, asked->code);
-  SkinDialog(dialog);
   EnableOk(dialog);
   SetFocus(dialog, Field);
 }
@@ -44,13 +43,12 @@ void OnCommand(Dialog& dialog, int id) {
 }
 
 std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       asked = PointerOf<Registration>(message.b);
       Initialise(dialog);
       return 0;
-    case kMessagePaintBackground:
-      return PaintSkinBackground(message);
     case kMessageCommand:
       OnCommand(dialog, static_cast<int>(message.a));
       return 1;

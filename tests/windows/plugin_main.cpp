@@ -3,11 +3,16 @@
 // and checks what arrives.
 //
 //   test_plugin LIBRARY [options of GoogleTest]
-//   test_plugin LIBRARY show                      runs the dialog for a person
+//   test_plugin LIBRARY show [skin] [old] [refuse]  runs the dialog for a person, with a host that wishes for the skin,
+//                                                   is too old, or refuses what is built
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <optional>
+#include <span>
+#include <string_view>
 
 #include "plugin_host.h"
 
@@ -22,6 +27,22 @@ struct FreshStart : testing::EmptyTestEventListener {
   }
 };
 
+int Show(std::span<char* const> wishes) {
+  const auto wished = [&](std::string_view word) {
+    return std::find(wishes.begin(), wishes.end(), word) != wishes.end();
+  };
+  SetProcessDPIAware();
+  HostCallTable table = TableOf(kBothFormats);
+  table.skinSwitch = wished("skin");
+  if (wished("old")) table.version = 0x0FFF;
+  host.refuseTask = wished("refuse");
+  host.instead = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t) -> std::optional<std::uint64_t> {
+    if (operation != HostOpIsRegistered) return std::nullopt;
+    return 1;
+  };
+  return DoBuild(nullptr, &table) == 1 ? 0 : 1;
+}
+
 }  // namespace
 }  // namespace glyphmotion::test
 
@@ -35,8 +56,7 @@ int main(int count, char** arguments) {
     return 2;
   }
   if (count > 2 && std::strcmp(arguments[2], "show") == 0) {
-    const HostCallTable table = TableOf(kBothFormats);
-    return DoBuild(nullptr, &table) == 1 ? 0 : 1;
+    return Show({arguments + 3, static_cast<std::size_t>(count) - 3});
   }
   testing::UnitTest::GetInstance()->listeners().Append(new FreshStart);
   const int result = RUN_ALL_TESTS();

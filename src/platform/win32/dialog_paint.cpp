@@ -47,15 +47,22 @@ struct Canvas {
   explicit operator bool() const { return bitmap != nullptr; }
 };
 
+/// A brush begins at a place of the device, wherever the context's own origin has been moved to. Where it began before.
+POINT StartBrushAt(HDC context, POINT place) {
+  POINT before{};
+  LPtoDP(context, &place, 1);
+  SetBrushOrgEx(context, place.x, place.y, &before);
+  return before;
+}
+
 void DrawBackground(const Dialog& dialog, HDC context, const RECT& place, POINT inDialog) {
   if (!dialog.background) {
     FillRect(context, &place, GetSysColorBrush(COLOR_3DFACE));
     return;
   }
-  POINT origin;
-  SetBrushOrgEx(context, place.left - inDialog.x, place.top - inDialog.y, &origin);
+  const POINT before = StartBrushAt(context, {place.left - inDialog.x, place.top - inDialog.y});
   FillRect(context, &place, dialog.background);
-  SetBrushOrgEx(context, origin.x, origin.y, nullptr);
+  SetBrushOrgEx(context, before.x, before.y, nullptr);
 }
 
 /// Every pixel of the logical face takes the one that stands at its place.
@@ -204,7 +211,7 @@ INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window) {
   if (!dialog.background) return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_3DFACE));
   POINT place{0, 0};
   MapWindowPoints(window, dialog.window, &place, 1);
-  SetBrushOrgEx(context, -place.x, -place.y, nullptr);
+  StartBrushAt(context, {-place.x, -place.y});
   return reinterpret_cast<INT_PTR>(dialog.background);
 }
 

@@ -46,6 +46,7 @@ bool IsKnownKey(WPARAM key) {
   return std::find(std::begin(kKeys), std::end(kKeys), static_cast<int>(key)) != std::end(kKeys);
 }
 
+// Families show in their faces where the keyboard is.
 void PaintDrawn(Control& control) {
   PAINTSTRUCT paint;
   const HDC context = BeginPaint(control.window, &paint);
@@ -54,6 +55,10 @@ void PaintDrawn(Control& control) {
     DrawRequest state;
     state.focused = GetFocus() == control.window;
     PaintByProcedure(control, context, place, state);
+    if (state.focused && control.kind == ControlKind::Drawn) {
+      InflateRect(&place, -3, -3);
+      DrawFocusRect(context, &place);
+    }
   }
   EndPaint(control.window, &paint);
 }
