@@ -367,7 +367,7 @@ std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogP
   }
   ForgetBackground(dialog);
   innermost = outer;
-  UnregisterDrawnClass();
+  if (!outer) UnregisterDrawnClass();  // the dialog below may be about to make such windows
   if (dialog.error) std::rethrow_exception(dialog.error);
   return result;
 }

@@ -194,7 +194,6 @@ bool RegisterDrawnClass() noexcept {
   return RegisterClassExW(&windowClass) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
-// While an outer dialog has such windows the system keeps the class.
 void UnregisterDrawnClass() noexcept { UnregisterClassW(kDrawnClass, ThisModule()); }
 
 std::vector<std::uint16_t> TemplateInMemory(const DialogTemplate& source) {
