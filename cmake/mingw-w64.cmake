@@ -1,13 +1,10 @@
 # Builds for 64-bit Windows on another system with MinGW-w64 (the variant with POSIX threads, for std::thread). The
-# programs made here need no runtime libraries beside those of the system, and run under Wine where it is installed.
+# programs run under Wine where it is installed.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
-
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
-set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
 
 find_program(WINE64 wine64 PATHS /usr/lib/wine)
 if(WINE64)

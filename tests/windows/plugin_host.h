@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <optional>
 #include <string>
@@ -63,7 +64,7 @@ void ForgetSettings();
 template <typename T>
 T At(const Bytes& record, std::size_t offset) {
   T value{};
-  if (offset + sizeof value <= record.size()) __builtin_memcpy(&value, record.data() + offset, sizeof value);
+  if (offset + sizeof value <= record.size()) std::memcpy(&value, record.data() + offset, sizeof value);
   return value;
 }
 
