@@ -15,8 +15,9 @@ using namespace BoxControl;
 
 constexpr int kReadableWidth = 400, kWidest = 640, kManyLines = 260;  // pixels
 
-void* WindowAbove(Dialog* owner, void* window) {
-  return owner ? reinterpret_cast<void*>(static_cast<std::uintptr_t>(WindowOf(*owner))) : window;
+std::int64_t RunBox(const DialogTemplate& box, Dialog* owner, void* window, DialogProcedure procedure,
+                    void* parameter) {
+  return owner ? RunModal(box, *owner, procedure, parameter) : RunModal(box, window, procedure, parameter);
 }
 
 // --- Messages ---
@@ -151,7 +152,7 @@ std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQues
   const MessageQuestion* const outer = shown;
   std::int64_t answer = -1;
   try {
-    answer = RunModal(box, WindowAbove(owner, window), MessageProcedure, const_cast<MessageQuestion*>(&question));
+    answer = RunBox(box, owner, window, MessageProcedure, const_cast<MessageQuestion*>(&question));
   } catch (...) {  // no memory for it
   }
   shown = outer;
@@ -161,7 +162,7 @@ std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQues
 std::optional<std::string> RunNamePrompt(Dialog* owner, const std::string& title, const std::string& start) {
   NameQuestion question{&title, start};
   NameQuestion* const outer = std::exchange(asked, nullptr);
-  const bool accepted = RunModal(kNamePrompt, WindowAbove(owner, nullptr), NameProcedure, &question) == 1;
+  const bool accepted = RunBox(kNamePrompt, owner, nullptr, NameProcedure, &question) == 1;
   asked = outer;
   if (!accepted) return std::nullopt;
   return question.name;

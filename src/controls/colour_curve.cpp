@@ -21,11 +21,8 @@ double RowOf(const Rect& plot, double value) {
 }
 
 void BlendOver(const DrawRequest& request, int x, int y, Colour colour, double part) {
-  if (x < 0 || y < 0 || x >= request.width || y >= request.height || part <= 0.0) return;
-  std::uint8_t* pixel = request.pixels + request.stride * y + 3 * static_cast<std::ptrdiff_t>(x);
-  const Colour under = MakeColour(pixel[2], pixel[1], pixel[0]);
-  const Colour mixed = Blend(under, colour, static_cast<int>(std::min(part, 1.0) * 255.0));
-  FillFace(request, {x, y, x + 1, y + 1}, mixed);
+  if (part <= 0.0 || !IsOnFace(request, x, y)) return;
+  BlendColour(FacePixel(request, x, y), colour, static_cast<int>(std::min(part, 1.0) * 255.0));
 }
 
 // Column by column; the steeper the line, the more of a column it takes. Pixels are mixed by what the line covers.
@@ -47,7 +44,7 @@ void PaintLine(const DrawRequest& request, const Rect& plot, const float (&value
 void PaintColourCurve(const DrawRequest& request, const float (&values)[kCurvePoints], Colour colour,
                       int current) noexcept {
   const auto scaled = [&](int size) { return static_cast<int>(std::lround(size * request.scale)); };
-  const Rect whole{0, 0, request.width, request.height}, plot = Shrunk(whole, scaled(kMargin));
+  const Rect whole = WholeOf(request), plot = Shrunk(whole, scaled(kMargin));
   const int half = scaled(kPointHalf);
   const Colour field = GetSystemColour(SystemColour::Window), grid = GetSystemColour(SystemColour::Light3D);
   PaintButtonFace(request, whole, true, field);

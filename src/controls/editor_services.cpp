@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "controls/editor_services.h"
 
+#include <new>
+
+#include "platform/shell_ui.h"
+#include "resources/strings.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -16,6 +21,16 @@ void ShowHelpTopic(Dialog& owner, const char* topic) {
 
 PackedDib ChoosePicture(Dialog& owner) {
   return editorServices.choosePicture ? editorServices.choosePicture(owner) : PackedDib();
+}
+
+bool RunEditor(Dialog& owner, const DialogTemplate& editor, DialogProcedure procedure, void* parameter) {
+  std::int64_t result = -1;
+  try {
+    result = RunModal(editor, nullptr, procedure, parameter);
+  } catch (const std::bad_alloc&) {
+  }
+  if (result < 0) ShowMessage(&owner, LoadText(kTextMemoryError));
+  return result == 1;
 }
 
 }  // namespace glyphmotion

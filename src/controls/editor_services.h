@@ -21,4 +21,8 @@ void SetEditorServices(const EditorServices& services) noexcept;
 void ShowHelpTopic(Dialog& owner, const char* topic);
 PackedDib ChoosePicture(Dialog& owner);
 
+/// Runs an editor's window over the dialog that runs. True on OK; a lack of memory is told over `owner` and counts as
+/// cancelled.
+bool RunEditor(Dialog& owner, const DialogTemplate& editor, DialogProcedure procedure, void* parameter);
+
 }  // namespace glyphmotion

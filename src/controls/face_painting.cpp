@@ -10,16 +10,8 @@
 namespace glyphmotion {
 namespace {
 
-std::uint8_t* PixelOf(const DrawRequest& request, int x, int y) {
-  return request.pixels + request.stride * y + 3 * static_cast<std::ptrdiff_t>(x);
-}
-
 void PaintPixel(const DrawRequest& request, int x, int y, Colour colour) {
-  if (x < 0 || y < 0 || x >= request.width || y >= request.height) return;
-  std::uint8_t* pixel = PixelOf(request, x, y);
-  pixel[0] = static_cast<std::uint8_t>(BlueOf(colour));
-  pixel[1] = static_cast<std::uint8_t>(GreenOf(colour));
-  pixel[2] = static_cast<std::uint8_t>(RedOf(colour));
+  if (IsOnFace(request, x, y)) PutColour(FacePixel(request, x, y), colour);
 }
 
 const FontRequest& DialogFont() {
@@ -28,12 +20,8 @@ const FontRequest& DialogFont() {
 }
 
 void BlendPixel(const DrawRequest& request, const Rect& clip, int x, int y, Colour colour, int alpha) {
-  if (x < std::max(clip.left, 0) || y < std::max(clip.top, 0) || x >= std::min(clip.right, request.width) ||
-      y >= std::min(clip.bottom, request.height)) {
-    return;
-  }
-  const std::uint8_t* p = PixelOf(request, x, y);
-  PaintPixel(request, x, y, Blend(MakeColour(p[2], p[1], p[0]), colour, alpha));
+  if (x < clip.left || y < clip.top || x >= clip.right || y >= clip.bottom || !IsOnFace(request, x, y)) return;
+  BlendColour(FacePixel(request, x, y), colour, alpha);
 }
 
 /// Calls `put` for each character with its left edge. A character's box holds margins of em/6 on both sides; a blank

@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "controls/face_pixels.h"
 #include "image/packed_dib.h"
 #include "platform/dialog.h"
 #include "platform/shell_ui.h"

@@ -108,7 +108,7 @@ void ShowUnsigned(Dialog& dialog, int id, const Variable& variable) { SetNumber(
 void PaintColour(Dialog& dialog, int id, const DrawRequest& request) {
   const bool enabled = IsEnabled(dialog, id);
   const Colour face = GetSystemColour(SystemColour::ButtonFace);
-  Rect rect{0, 0, request.width, request.height};
+  Rect rect = WholeOf(request);
   const Colour edge = GetSystemColour(enabled ? SystemColour::DarkShadow : SystemColour::ButtonShadow);
   FrameFace(request, rect, edge, edge);
   rect = Shrunk(rect, 1);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Each item of the list holds a block with its fountain, whose Preview is the picture that shows.
 #include "controls/fountain_library_dialog.h"
-#include "controls/skin.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,6 +10,7 @@
 #include "controls/editor_services.h"
 #include "controls/face_painting.h"
 #include "controls/fountain_control.h"
+#include "controls/skin.h"
 #include "materials/fountain.h"
 #include "platform/clock.h"
 #include "resources/strings.h"
@@ -97,7 +97,7 @@ void FitPreview(FountainSpec& fountain, int width) {
 }
 
 void PaintItem(const Dialog& dialog, const DrawRequest& request) {
-  const Rect whole{0, 0, request.width, request.height};
+  const Rect whole = WholeOf(request);
   FillFace(request, whole, GetSystemColour(request.selected ? SystemColour::Selection : SystemColour::Window));
   if (request.focused) DottedFrame(request, whole);
   const auto fountain = LockItem(dialog, request.item);
@@ -247,7 +247,7 @@ std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
 
 bool ManageFountainLibrary(Dialog& owner, FountainSpec& fountain) {
   LibrarySession session{fountain, FountainLibraryPath()};
-  return RunModal(kFountainLibraryDialogTemplate, HandleOf(WindowOf(owner)), LibraryProcedure, &session) == kUse;
+  return RunModal(kFountainLibraryDialogTemplate, owner, LibraryProcedure, &session) == kUse;
 }
 
 }  // namespace glyphmotion

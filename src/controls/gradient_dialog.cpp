@@ -2,7 +2,6 @@
 // The copy under edit is a block in the preview's window word. Every number has one road to its field: its edit's text;
 // the trackbar and the preview set edits.
 #include "controls/gradient_dialog.h"
-#include "controls/skin.h"
 
 #include <algorithm>
 
@@ -11,6 +10,7 @@
 #include "controls/fountain_control.h"
 #include "controls/gradient_editor.h"
 #include "controls/read_controls.h"
+#include "controls/skin.h"
 #include "materials/gradient.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
@@ -132,7 +132,7 @@ void OnFountain(Dialog& dialog) {
 void PaintTypeButton(Dialog& dialog, int id, const DrawRequest& request) {
   const auto block = LockGradient(dialog);
   const bool pressed = block && TypeButtonOf(block->gradient) == id;
-  const Rect whole{0, 0, request.width, request.height};
+  const Rect whole = WholeOf(request);
   PaintButtonFace(request, whole, pressed, GetSystemColour(pressed ? SystemColour::Light3D : SystemColour::ButtonFace));
   const int shift = pressed ? 1 : 0, side = request.height - 2 * kIconMargin;
   const Rect icon{kIconMargin + shift, kIconMargin + shift, kIconMargin + shift + side, kIconMargin + shift + side};
@@ -193,7 +193,7 @@ Extent PictureExtent(const Dialog& dialog) {
 }
 
 void PaintPreview(Dialog& dialog, const DrawRequest& request) {
-  const Rect whole{0, 0, request.width, request.height}, inner = Shrunk(whole, kPreviewFrame);
+  const Rect whole = WholeOf(request), inner = Shrunk(whole, kPreviewFrame);
   FillFace(request, inner, GetSystemColour(SystemColour::ButtonFace));
   FrameFace(request, whole, GetSystemColour(SystemColour::ButtonShadow), GetSystemColour(SystemColour::Highlight));
   const auto block = LockGradient(dialog);
@@ -406,7 +406,7 @@ bool EditGradient(Dialog& owner, GradientSpec& gradient, FountainSpec& fountain)
     return false;
   }
   *LockedBlock<GradientBlock>(copy.Handle()) = {gradient, fountain};
-  if (RunModal(kGradientDialogTemplate, HandleOf(WindowOf(owner)), GradientProcedure, copy.Handle()) != 1) return false;
+  if (RunModal(kGradientDialogTemplate, owner, GradientProcedure, copy.Handle()) != 1) return false;
   const LockedBlock<GradientBlock> edited(copy.Handle());
   gradient = edited->gradient;
   fountain = edited->fountain;
@@ -415,7 +415,7 @@ bool EditGradient(Dialog& owner, GradientSpec& gradient, FountainSpec& fountain)
 
 std::optional<int> AskMarkerPosition(Dialog& owner, int position, const std::function<void(int)>& show) {
   PositionQuestion question{std::clamp(position, 0, Position::Most), show};
-  if (RunModal(kMarkerPositionDialogTemplate, HandleOf(WindowOf(owner)), PositionProcedure, &question) != 1) {
+  if (RunModal(kMarkerPositionDialogTemplate, owner, PositionProcedure, &question) != 1) {
     return std::nullopt;
   }
   return question.position;

@@ -240,7 +240,7 @@ void PaintMaterial(Dialog& dialog, int id, const DrawRequest& request) {
   const std::uint32_t pressed = material ? material->ButtonState : 0;
   const bool enabled = IsEnabled(dialog, id);
   const Colour face = GetSystemColour(SystemColour::ButtonFace);
-  const Rect whole{0, 0, request.width, request.height};
+  const Rect whole = WholeOf(request);
   const Rect button{0, 0, request.width - kArrowWidth, request.height};
   const Rect arrow{button.right, 0, request.width, request.height};
   FrameFace(request, whole, 0, 0);

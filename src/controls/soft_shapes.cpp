@@ -5,16 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "controls/face_pixels.h"
+
 namespace glyphmotion {
 namespace {
-
-void BlendInto(std::uint8_t* pixel, Colour colour, double alpha) {
-  const int a = static_cast<int>(std::lround(alpha * 255));
-  const Colour mixed = Blend(MakeColour(pixel[2], pixel[1], pixel[0]), colour, a);
-  pixel[0] = static_cast<std::uint8_t>(BlueOf(mixed));
-  pixel[1] = static_cast<std::uint8_t>(GreenOf(mixed));
-  pixel[2] = static_cast<std::uint8_t>(RedOf(mixed));
-}
 
 /// Blends every pixel of the bounds by its coverage, half of it when the edge runs through its middle.
 template <typename Distance>
@@ -27,10 +21,10 @@ void Paint(const DrawRequest& request, const SoftRect& bounds, const Shade& shad
   for (int y = top; y < bottom; ++y) {
     const double down = std::clamp((y + 0.5 - bounds.top) / height, 0.0, 1.0);
     const Colour colour = Blend(shade.top, shade.bottom, static_cast<int>(std::lround(down * 255)));
-    std::uint8_t* pixel = request.pixels + request.stride * y + std::ptrdiff_t{3} * left;
+    std::uint8_t* pixel = FacePixel(request, left, y);
     for (int x = left; x < right; ++x, pixel += 3) {
       const double alpha = std::clamp(0.5 - distance(x + 0.5, y + 0.5), 0.0, 1.0) * shade.alpha;
-      if (alpha > 0) BlendInto(pixel, colour, alpha);
+      if (alpha > 0) BlendColour(pixel, colour, static_cast<int>(std::lround(alpha * 255)));
     }
   }
 }

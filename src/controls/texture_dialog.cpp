@@ -5,11 +5,9 @@
 // A change also goes into the selected entry of a group that may be changed. In a protected group the texture parts
 // from its entry instead: the selection goes, and choosing the entry again brings it back.
 #include "controls/texture_dialog.h"
-#include "controls/skin.h"
 
 #include <algorithm>
 #include <chrono>
-#include <new>
 #include <vector>
 
 #include "controls/colour_curve.h"
@@ -18,6 +16,7 @@
 #include "controls/families.h"
 #include "controls/library_editor.h"
 #include "controls/read_controls.h"
+#include "controls/skin.h"
 #include "controls/texture_preview.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
@@ -67,7 +66,7 @@ void RenderPicture(Dialog& dialog, TextureDialog& state) {
 void RenderPictureSoon(Dialog& dialog, const TextureDialog& state) { SetTimer(dialog, kPreviewTimer, state.pause); }
 
 void PaintPicture(const TextureDialog& state, const DrawRequest& request) {
-  const Rect whole{0, 0, request.width, request.height};
+  const Rect whole = WholeOf(request);
   PaintButtonFace(request, whole, true, GetSystemColour(SystemColour::ButtonFace));
   PaintBitmap(request, Shrunk(whole, kEdge), DibView(state.picture));
 }
@@ -373,13 +372,7 @@ std::int64_t TextureProcedure(Dialog& dialog, const Message& message) {
 bool EditTexture(Dialog& owner, TextureSpec& texture) {
   TextureDialog state;
   state.editor.parameters = texture;
-  std::int64_t result = -1;
-  try {
-    result = RunModal(kTextureDialogTemplate, nullptr, TextureProcedure, &state);
-  } catch (const std::bad_alloc&) {
-  }
-  if (result < 0) ShowMessage(&owner, LoadText(kTextMemoryError));
-  if (result != 1) return false;
+  if (!RunEditor(owner, kTextureDialogTemplate, TextureProcedure, &state)) return false;
   texture = state.editor.parameters;
   return true;
 }

@@ -93,7 +93,7 @@ std::int64_t PreviewProcedure(Dialog& dialog, const Message& message) {
       const auto* preview = PointerOf<TexturePreview>(static_cast<std::int64_t>(GetData(dialog, AsBackground)));
       if (!preview) return 0;
       const auto& request = *PointerOf<const DrawRequest>(message.b);
-      const Rect whole{0, 0, request.width, request.height};
+      const Rect whole = WholeOf(request);
       PaintButtonFace(request, whole, true, GetSystemColour(SystemColour::ButtonFace));
       PaintBitmap(request, Shrunk(whole, kEdge), DibView(message.a == AsText ? preview->text : preview->background));
       return 1;

@@ -2,15 +2,14 @@
 // The window over the tile editor. Thumbnails are made when they are first drawn, so that a group of any size opens at
 // once.
 #include "controls/tile_dialog.h"
-#include "controls/skin.h"
 
 #include <algorithm>
-#include <new>
 #include <vector>
 
 #include "controls/editor_services.h"
 #include "controls/face_painting.h"
 #include "controls/library_editor.h"
+#include "controls/skin.h"
 #include "image/filters.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
@@ -51,7 +50,7 @@ PackedDib Thumbnail(const PackedDib& tile, int width, int height) {
 }
 
 void PaintItem(TileDialog& state, const DrawRequest& request) {
-  const Rect cell{0, 0, request.width, request.height};
+  const Rect cell = WholeOf(request);
   PaintButtonFace(request, cell, request.selected, GetSystemColour(SystemColour::Window));
   // In the white beside the thumbnail: which is chosen, and whether the keys move it.
   if (request.selected) FrameFace(request, Shrunk(cell, kChosenInset), kChosenColour, kChosenColour);
@@ -71,7 +70,7 @@ void PaintItem(TileDialog& state, const DrawRequest& request) {
 }
 
 void PaintPreview(TileDialog& state, const DrawRequest& request) {
-  const Rect whole{0, 0, request.width, request.height}, inner = Shrunk(whole, kPreviewInset);
+  const Rect whole = WholeOf(request), inner = Shrunk(whole, kPreviewInset);
   PaintButtonFace(request, whole, true, GetSystemColour(SystemColour::ButtonFace));
   TileSpec tile = state.editor.tile;
   tile.Left = tile.Top = 0;
@@ -236,14 +235,11 @@ bool RunTileDialog(Dialog& owner, TileSpec& tile) {
   state.editor.tile = tile;
   state.editor.tile.TileBitmap = WordOf(DuplicateBlock(HandleOf(tile.TileBitmap)));
   const OwnedTile copy{state.editor.tile};
-  const bool copied = !HandleOf(tile.TileBitmap) || HandleOf(state.editor.tile.TileBitmap);
-  std::int64_t result = -1;
-  try {
-    if (copied) result = RunModal(kTileDialogTemplate, nullptr, TileProcedure, &state);
-  } catch (const std::bad_alloc&) {
+  if (HandleOf(tile.TileBitmap) && !HandleOf(state.editor.tile.TileBitmap)) {
+    ShowMessage(&owner, LoadText(kTextMemoryError));
+    return false;
   }
-  if (result < 0) ShowMessage(&owner, LoadText(kTextMemoryError));
-  if (result != 1) return false;
+  if (!RunEditor(owner, kTileDialogTemplate, TileProcedure, &state)) return false;
   tile = state.editor.tile;
   state.editor.tile.TileBitmap = 0;
   return true;

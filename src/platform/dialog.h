@@ -178,6 +178,12 @@ void SetDialogTitle(Dialog& dialog, const std::string& title);
 /// What a host may be given as the dialog's window: an HWND on Windows, elsewhere the dialog itself.
 std::uint64_t WindowOf(Dialog& dialog);
 
+/// RunModal over another dialog.
+inline std::int64_t RunModal(const DialogTemplate& dialogTemplate, Dialog& owner, DialogProcedure procedure,
+                             void* parameter) {
+  return RunModal(dialogTemplate, PointerOf<void>(static_cast<std::int64_t>(WindowOf(owner))), procedure, parameter);
+}
+
 /// Ids of all children in their order, -1 for those without one.
 std::vector<int> Children(const Dialog& dialog);
 bool HasControl(const Dialog& dialog, int id);

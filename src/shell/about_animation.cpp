@@ -6,7 +6,7 @@
 #include <numbers>
 #include <string_view>
 
-#include "image/colour.h"
+#include "controls/face_pixels.h"
 
 namespace glyphmotion {
 namespace {
@@ -15,15 +15,6 @@ constexpr std::string_view kName = "Glyphmotion";
 constexpr Colour kZenith = MakeColour(0x12, 0x20, 0x3C), kHorizon = MakeColour(0x3A, 0x74, 0xB4);
 constexpr Colour kLetter = MakeColour(0xF2, 0xF6, 0xFC), kGleam = MakeColour(0xFF, 0xC8, 0x48);
 constexpr double kTurn = 2 * std::numbers::pi;
-
-void BlendAt(const DrawRequest& request, int x, int y, Colour colour, int alpha) {
-  if (x < 0 || y < 0 || x >= request.width || y >= request.height || alpha <= 0) return;
-  std::uint8_t* p = request.pixels + request.stride * y + std::ptrdiff_t{3} * x;
-  const Colour mixed = Blend(MakeColour(p[2], p[1], p[0]), colour, alpha);
-  p[0] = static_cast<std::uint8_t>(BlueOf(mixed));
-  p[1] = static_cast<std::uint8_t>(GreenOf(mixed));
-  p[2] = static_cast<std::uint8_t>(RedOf(mixed));
-}
 
 void MakeLetters(AboutLetters& letters, int cellHeight) {
   letters = {};
@@ -57,10 +48,7 @@ void PaintSky(const DrawRequest& request, double phase) {
     const Colour sky = Blend(kZenith, kHorizon, down);
     for (int x = 0; x < request.width; ++x) {
       const Colour colour = Blend(sky, 0xFFFFFF, glow[static_cast<std::size_t>(x)] * down / 255);
-      std::uint8_t* p = request.pixels + request.stride * y + std::ptrdiff_t{3} * x;
-      p[0] = static_cast<std::uint8_t>(BlueOf(colour));
-      p[1] = static_cast<std::uint8_t>(GreenOf(colour));
-      p[2] = static_cast<std::uint8_t>(RedOf(colour));
+      PutColour(FacePixel(request, x, y), colour);
     }
   }
 }
@@ -76,7 +64,9 @@ void PaintLetter(const DrawRequest& request, const GlyphBitmap& glyph, int left,
   for (int y = 0; y <= glyph.height; ++y) {
     for (int x = 0; x < glyph.width; ++x) {
       const int alpha = (coverage(x, y) * (255 - below) + coverage(x, y - 1) * below) / 255;
-      BlendAt(request, left + x, row + y, colour, alpha);
+      if (alpha > 0 && IsOnFace(request, left + x, row + y)) {
+        BlendColour(FacePixel(request, left + x, row + y), colour, alpha);
+      }
     }
   }
 }

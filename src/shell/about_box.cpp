@@ -55,8 +55,7 @@ std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
 
 void ShowAboutBox(Dialog& owner) {
   AboutBox state;
-  const auto window = reinterpret_cast<void*>(static_cast<std::uintptr_t>(WindowOf(owner)));
-  RunModal(kAboutBox, window, AboutProcedure, &state);
+  RunModal(kAboutBox, owner, AboutProcedure, &state);
   box = nullptr;
 }
 

@@ -60,8 +60,7 @@ std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
 }  // namespace
 
 bool AskRegistration(Dialog& owner, Registration& registration) {
-  const auto window = reinterpret_cast<void*>(static_cast<std::uintptr_t>(WindowOf(owner)));
-  const bool accepted = RunModal(kRegistrationDialog, window, RegistrationProcedure, &registration) == 1;
+  const bool accepted = RunModal(kRegistrationDialog, owner, RegistrationProcedure, &registration) == 1;
   asked = nullptr;
   return accepted;
 }
