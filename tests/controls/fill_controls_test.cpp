@@ -239,6 +239,9 @@ TEST_F(FillControls, MaterialsCanBeTakenOverAndCopied) {
     EXPECT_NE(+record->Tile.TileBitmap, +material.Tile.TileBitmap);
     EXPECT_EQ(+record->Preview, 0u);
     FreeBlock(HandleOf(record->Tile.TileBitmap));
+    FailAllocation(2);
+    EXPECT_FALSE(DuplicateMaterial(dialog, kMaterialId)) << "a copy without its tile would be another fill";
+    FailAllocation(0);
   });
 }
 
