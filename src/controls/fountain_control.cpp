@@ -244,9 +244,8 @@ void LeftUp(Dialog& dialog, int id, const Message& message) {
   ReleaseMouse(dialog);
   const int marker = draggedMarker, y = static_cast<int>(message.b);
   draggedMarker = -1;
-  if (marker < 0) return;
-  if (y < -kPullOff || y >= ExtentOf(dialog, id).height + kPullOff) return DeleteMarker(dialog, id, marker);
-  Post(dialog, {kMessageFillChanged, 0, id});
+  // Where it was dragged has been told at each step.
+  if (marker >= 0 && (y < -kPullOff || y >= ExtentOf(dialog, id).height + kPullOff)) DeleteMarker(dialog, id, marker);
 }
 
 // The keyboard --------------------------------------------------------------------------------------------------------

@@ -296,6 +296,7 @@ MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept {
   copy->Preview = 0;
   const BlockHandle tile = HandleOf(copy->Tile.TileBitmap);
   copy->Tile.TileBitmap = WordOf(DuplicateBlock(tile));
+  if (tile && !HandleOf(copy->Tile.TileBitmap)) return {};  // another tile would stand for it
   return block;
 }
 

@@ -273,6 +273,9 @@ void SetTimer(Dialog& dialog, int timer, int milliseconds);
 void KillTimer(Dialog& dialog, int timer);
 /// Asks for a repaint of a control, or of the whole dialog with id 0.
 void Invalidate(Dialog& dialog, int id);
+/// Paints at once what waits to be painted of a control, or of the dialog's own window with id 0: before work that lets
+/// no message through. (In memory nothing waits.)
+void RepaintNow(Dialog& dialog, int id);
 void CaptureMouse(Dialog& dialog, int id);
 void ReleaseMouse(Dialog& dialog);
 bool HasCapture(const Dialog& dialog, int id);

@@ -113,6 +113,7 @@ class Run {
   void Stage(int text) { Call(nullptr, HostOpStatusText, 0, Address(LoadText(text).c_str())); }
   bool Fail(const std::string& text) {
     ShowMessage(&dialog_, text);
+    RepaintNow(dialog_, 0);
     return false;
   }
   bool FailMemory() { return Fail(LoadText(kTextMemoryError)); }
@@ -317,6 +318,7 @@ bool BuildDriver(Dialog& dialog, const HostCallTable& hostCalls, bool test) {
     return run.Execute();
   } catch (const std::bad_alloc&) {
     ShowMessage(&dialog, LoadText(kTextMemoryError));
+    RepaintNow(dialog, 0);
     return false;
   }
 }

@@ -23,7 +23,7 @@ constexpr std::size_t kLongestFirstLine = 8192;  // characters that are searched
 
 void Tell(Dialog& dialog, int text) {
   ShowMessage(&dialog, LoadText(text));
-  Invalidate(dialog, 0);
+  RepaintNow(dialog, 0);
 }
 
 void TellMemoryIsOut(Dialog& dialog) noexcept try { Tell(dialog, kTextMemoryError); } catch (const std::exception&) {

@@ -304,9 +304,9 @@ void Run(Dialog& dialog, bool test) {
   const RunningMark mark;
   const HostCallTable& host = *state.hostCalls;
   CallHost(HostOpBeforeWork);
-  Invalidate(dialog, test ? Test : Build);
+  RepaintNow(dialog, test ? Test : Build);
   const bool done = BuildDriver(dialog, host, test);
-  if (test) return Invalidate(dialog, 0);
+  if (test) return RepaintNow(dialog, 0);
   // After a failure, which has been told, the dialog stays open for another try.
   if (done) EndDialog(dialog, 1);
 }

@@ -239,6 +239,9 @@ TEST_F(FillControls, MaterialsCanBeTakenOverAndCopied) {
     EXPECT_NE(+record->Tile.TileBitmap, +material.Tile.TileBitmap);
     EXPECT_EQ(+record->Preview, 0u);
     FreeBlock(HandleOf(record->Tile.TileBitmap));
+    FailAllocation(2);
+    EXPECT_FALSE(DuplicateMaterial(dialog, kMaterialId)) << "a copy without its tile would be another fill";
+    FailAllocation(0);
   });
 }
 
@@ -283,6 +286,9 @@ TEST_F(FillControls, DraggedMarkersFollowAndComeOff) {
     const Rect bar = FountainBar(197, 50);
     const auto markers = [&] { return LockFountain(dialog, kFountainId)->MarkerCount; };
     const int x = bar.left + static_cast<int>(0x80 / 255.0 * bar.Width());
+    Mouse(dialog, kFountainId, kMessageLeftDown, x, 6);
+    Mouse(dialog, kFountainId, kMessageLeftUp, x, 6);
+    EXPECT_TRUE(changes.empty()) << "a click changes nothing";
     Mouse(dialog, kFountainId, kMessageLeftDown, x, 6);
     Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 5, 6);
     Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 5, 6);

@@ -269,6 +269,8 @@ void Invalidate(Dialog& dialog, int id) {
   if (id == 0 || FindControl(dialog, id)) NotifyObserver(dialog, DialogChange::Repaint, id);
 }
 
+void RepaintNow(Dialog&, int) {}
+
 void CaptureMouse(Dialog& dialog, int id) {
   if (FindControl(dialog, id)) dialog.capture = id;
 }

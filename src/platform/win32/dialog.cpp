@@ -363,6 +363,11 @@ void Invalidate(Dialog& dialog, int id) {
   }
 }
 
+void RepaintNow(Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  if (id == 0 || control) UpdateWindow(id == 0 ? dialog.window : control->window);
+}
+
 void CaptureMouse(Dialog& dialog, int id) {
   if (const Control* control = FindControl(dialog, id)) SetCapture(control->window);
 }
