@@ -71,5 +71,49 @@ TEST(Editors, NothingIsLeftOfThem) {
   EXPECT_LE(after.windows, before.windows);
 }
 
+// The host's window is closed, or the dialog itself is told to go, while an editor stands over it.
+TEST(Editors, GoWithTheWindowsBelow) {
+  for (const bool owners : {true, false}) {
+    for (int editor = 0; editor < 3; ++editor) {
+      const HWND owner = CreateWindowA("Static", "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr,
+                                       nullptr, nullptr, nullptr);
+      const HostCallTable table = TableOf(kBothFormats);
+      const auto user = [&](HWND dialog) {
+        const HWND window = OpenEditor(dialog, editor);
+        if (owners) {
+          SendMessageA(owner, WM_CLOSE, 0, 0);
+          EXPECT_FALSE(IsWindow(window) || IsWindow(dialog));
+        } else {
+          SendMessageA(dialog, WM_COMMAND, kCancel, 0);
+          CloseEditor(window, IDOK);
+        }
+      };
+      EXPECT_EQ(RunDialog(table, user, owner), 1) << kEditors[editor];
+      if (IsWindow(owner)) DestroyWindow(owner);
+    }
+  }
+  host = {};
+  RunDialog(kBothFormats, [](HWND dialog) {
+    Type(dialog, kText, "Hi");
+    Type(dialog, kSize, "12");
+    PressTest(dialog);
+  });
+  EXPECT_EQ(host.ended, 1);
+}
+
+TEST(Editors, EscapeAndTheSystemMenuCloseThem) {
+  RunDialog(kBothFormats, [](HWND dialog) {
+    for (int editor = 0; editor < 3; ++editor) {
+      const HWND escaped = OpenEditor(dialog, editor);
+      PressKey(escaped, IDCANCEL, VK_ESCAPE);
+      EXPECT_TRUE(WaitUntil([&] { return !IsWindow(escaped); })) << kEditors[editor];
+      const HWND closed = OpenEditor(dialog, editor);
+      PostMessageA(closed, WM_SYSCOMMAND, SC_CLOSE, 0);
+      EXPECT_TRUE(WaitUntil([&] { return !IsWindow(closed); })) << kEditors[editor];
+      EXPECT_TRUE(IsWindow(dialog) && IsWindowEnabled(dialog));
+    }
+  });
+}
+
 }  // namespace
 }  // namespace glyphmotion::test
