@@ -77,6 +77,12 @@ std::wstring CaptionOf(const ControlTemplate& source) {
   return source.caption && !HasItems(source.kind) ? WideOf(source.caption) : std::wstring();
 }
 
+/// A label that is given room for two lines wraps; any other is one line, cut off rather than a word short.
+DWORD StyleOf(const ControlTemplate& source, const WindowKind& kind) {
+  constexpr int kTwoLines = 16;  // dialog units
+  return source.kind == ControlKind::Label && source.height >= kTwoLines ? SS_LEFT : kind.style;
+}
+
 int HeightOf(const ControlTemplate& source) { return source.height + (IsCombo(source.kind) ? kDropHeight : 0); }
 
 /// Writes the system's records: 16-bit units, strings with their terminators.
@@ -102,7 +108,7 @@ void WriteControl(TemplateWriter& writer, std::span<const ControlTemplate> contr
   writer.Align();
   writer.Double(0);  // help id
   writer.Double(kind.extendedStyle);
-  writer.Double(kind.style | WS_CHILD | WS_VISIBLE | GroupStyle(controls, index));
+  writer.Double(StyleOf(source, kind) | WS_CHILD | WS_VISIBLE | GroupStyle(controls, index));
   writer.Word(source.x);
   writer.Word(source.y);
   writer.Word(source.width);
