@@ -24,7 +24,7 @@ using namespace TileControl;
 /// Private message of the dialog, posted by itself. a is 0: the list takes its height; 1: the menu of an item.
 constexpr std::uint32_t kMessageList = 0x4C8;
 constexpr int kItemInset = 4, kChosenInset = 2, kPreviewInset = 2;
-constexpr Colour kChosenColour = 0x000000;
+constexpr Colour kChosenColour = 0x000000, kItemColour = 0xFFFFFF;  // whatever the desktop's colours are
 
 struct TileDialog {
   TileEditor editor;
@@ -51,7 +51,7 @@ PackedDib Thumbnail(const PackedDib& tile, int width, int height) {
 
 void PaintItem(TileDialog& state, const DrawRequest& request) {
   const Rect cell = WholeOf(request);
-  PaintButtonFace(request, cell, request.selected, GetSystemColour(SystemColour::Window));
+  PaintButtonFace(request, cell, request.selected, kItemColour);
   // In the white beside the thumbnail: which is chosen, and whether the keys move it.
   if (request.selected) FrameFace(request, Shrunk(cell, kChosenInset), kChosenColour, kChosenColour);
   if (request.focused) DottedFrame(request, Shrunk(cell, kChosenInset));
