@@ -65,6 +65,32 @@ void TryFiles() {
   Check(!OwnFolder().empty() && OwnFolder().back() == '\\', "a program knows its folder");
 }
 
+// Under a registry of our own in the place of the machine's.
+void TryOwner() {
+  HKEY root = nullptr;
+  constexpr const wchar_t* kRoot = L"Software\\GlyphmotionTry";
+  RegDeleteTreeW(HKEY_CURRENT_USER, kRoot);
+  if (RegCreateKeyW(HKEY_CURRENT_USER, kRoot, &root) != ERROR_SUCCESS ||
+      RegOverridePredefKey(HKEY_LOCAL_MACHINE, root) != ERROR_SUCCESS) {
+    return Check(false, "a registry of our own can be had");
+  }
+  const auto put = [&](const std::wstring& key, const wchar_t* name, const std::wstring& value) {
+    RegSetKeyValueW(root, (L"SOFTWARE\\Microsoft\\" + key).c_str(), name, REG_SZ, value.c_str(),
+                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+  };
+  Check(RegisteredOwner().empty() && RegisteredOrganization().empty(), "a machine may be nobody's");
+  put(L"Windows NT\\CurrentVersion\\Winlogon", L"DefaultUserName", L"logon");
+  Check(RegisteredOwner() == "logon", "who logs on owns the machine when nobody else does");
+  put(L"Windows NT\\CurrentVersion", L"RegisteredOwner", L"Zürich");
+  put(L"Windows NT\\CurrentVersion", L"RegisteredOrganization", L"later");
+  put(L"Windows\\CurrentVersion", L"RegisteredOwner", L"");
+  put(L"Windows\\CurrentVersion", L"RegisteredOrganization", L"first");
+  Check(RegisteredOwner() == "Zürich" && RegisteredOrganization() == "first", "the first place that knows counts");
+  RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+  RegCloseKey(root);
+  RegDeleteTreeW(HKEY_CURRENT_USER, kRoot);
+}
+
 void TryFonts() {
   Check(StartTextEngine(), "the text engine starts");
   const auto families = FontFamilies();
@@ -190,6 +216,7 @@ int main() {
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   TryBlocks();
   TryFiles();
+  TryOwner();
   TryFonts();
   TryDialog();
   Check(LiveBlocks().blocks == 0 && LiveBlocks().locks == 0, "nothing is left");

@@ -11,7 +11,10 @@
 namespace glyphmotion {
 namespace {
 
-constexpr const wchar_t* kWindowsVersion = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
+// Where systems of different age say whose they are, the first that does counts.
+constexpr const wchar_t* kVersions[] = {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion",
+                                        L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion"};
+constexpr const wchar_t* kLogon = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
 
 void InThisModule() {}
 
@@ -50,15 +53,22 @@ bool HoldsLibraries(const std::string& folder) {
   return false;
 }
 
-std::string RegistryText(const wchar_t* name) {
+std::string RegistryText(const wchar_t* folder, const wchar_t* name) {
   HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kWindowsVersion, 0, KEY_READ | KEY_WOW64_64KEY, &key) != ERROR_SUCCESS)
-    return {};
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, folder, 0, KEY_READ | KEY_WOW64_64KEY, &key) != ERROR_SUCCESS) return {};
   wchar_t value[256] = L"";  // the last character stays a terminator, whatever the value lacks
   DWORD type = 0, bytes = sizeof value - sizeof *value;
   const LSTATUS status = RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(value), &bytes);
   RegCloseKey(key);
   return status == ERROR_SUCCESS && type == REG_SZ ? NarrowOf(value) : "";
+}
+
+std::string OfThisMachine(const wchar_t* name) {
+  std::string text;
+  for (const wchar_t* folder : kVersions) {
+    if (text.empty()) text = RegistryText(folder, name);
+  }
+  return text;
 }
 
 }  // namespace
@@ -99,8 +109,12 @@ std::string ShippedFolder() {
   return {};
 }
 
-std::string RegisteredOwner() { return RegistryText(L"RegisteredOwner"); }
-std::string RegisteredOrganization() { return RegistryText(L"RegisteredOrganization"); }
+std::string RegisteredOwner() {
+  const std::string owner = OfThisMachine(L"RegisteredOwner");
+  return owner.empty() ? RegistryText(kLogon, L"DefaultUserName") : owner;
+}
+
+std::string RegisteredOrganization() { return OfThisMachine(L"RegisteredOrganization"); }
 
 bool EnsureFolder(const std::string& folder) noexcept try {
   std::wstring path = WideOf(folder);
