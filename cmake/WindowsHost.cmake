@@ -19,9 +19,9 @@ else()
 endif()
 
 configure_file(${host_folder}/host.rc.in ${CMAKE_BINARY_DIR}/host.rc @ONLY)
-file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp)
+file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp host/gif_*.cpp)
 add_executable(glyphmotion_windows_host WIN32 ${windows_host_sources}
-  host/animation.cpp host/dib_reader.cpp host/gif_frame.cpp host/gif_palette.cpp host/gif_writer.cpp host/lzw.cpp host/player.cpp host/recorder.cpp host/screen.cpp
+  host/animation.cpp host/dib_reader.cpp host/lzw.cpp host/player.cpp host/recorder.cpp host/screen.cpp
   ${CMAKE_BINARY_DIR}/host.rc)
 set_target_properties(glyphmotion_windows_host PROPERTIES OUTPUT_NAME glyphmotion-host)
 set_source_files_properties(${CMAKE_BINARY_DIR}/host.rc PROPERTIES OBJECT_DEPENDS
@@ -34,6 +34,8 @@ add_dependencies(glyphmotion_windows_host tlmplgm4)
 if(MINGW)
   target_link_options(glyphmotion_windows_host PRIVATE -s)
 endif()
+
+install(TARGETS glyphmotion_windows_host RUNTIME DESTINATION .)
 
 # Its user, a plug-in that it must survive, and its reading of pictures.
 add_executable(drive_host EXCLUDE_FROM_ALL tests/windows/drive_host.cpp)

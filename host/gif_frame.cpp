@@ -7,6 +7,12 @@
 #include <cstring>
 
 namespace glyphmotion {
+int GifCodeSize(int largest) {
+  int bits = 2;
+  while (1 << bits <= largest) ++bits;
+  return bits;
+}
+
 namespace {
 
 constexpr std::size_t kSmall = 2048;              // pixels of a frame of which everything is tried
@@ -27,6 +33,17 @@ int Largest(const std::array<bool, 256>& slots) {
   int largest = 255;
   while (largest > 0 && !slots[static_cast<std::size_t>(largest)]) --largest;
   return largest;
+}
+
+// The slot for the wildcard. One that no pixel has, or, where that would make the codes longer, one that only free
+// pixels have. -1: none is left, or none is needed.
+int ChooseWildcard(const GifPixels& pixels) {
+  if (!pixels.hasFree && !pixels.hasWildcard) return -1;
+  const int unused = Gap(pixels.must, pixels.may), unneeded = Gap(pixels.must, pixels.must);
+  const int largest = Largest(pixels.must);
+  const bool longer = GifCodeSize(std::max(unused, largest)) > GifCodeSize(std::max(unneeded, largest));
+  const int wildcard = longer ? unneeded : unused;
+  return wildcard > 255 ? -1 : wildcard;
 }
 
 GLYPHMOTION_CLONES void WriteWildcards(std::uint8_t* __restrict out, const std::uint8_t* __restrict symbols,
@@ -79,21 +96,6 @@ struct GifFrameCompressor::Task {
   std::size_t growth = 0;  // bytes for a larger palette, when the wildcard makes it grow
   std::size_t freeCount = 0;
 };
-
-int GifCodeSize(int largest) {
-  int bits = 2;
-  while (1 << bits <= largest) ++bits;
-  return bits;
-}
-
-int ChooseWildcard(const GifPixels& pixels) {
-  if (!pixels.hasFree && !pixels.hasWildcard) return -1;
-  const int unused = Gap(pixels.must, pixels.may), unneeded = Gap(pixels.must, pixels.must);
-  const int largest = Largest(pixels.must);
-  const bool longer = GifCodeSize(std::max(unused, largest)) > GifCodeSize(std::max(unneeded, largest));
-  const int wildcard = longer ? unneeded : unused;
-  return wildcard > 255 ? -1 : wildcard;
-}
 
 void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Result& result) {
   const bool plain = method == Method::Plain;

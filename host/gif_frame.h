@@ -29,10 +29,6 @@ struct GifPixels {
 /// The bits that codes begin with for slots up to `largest`, 2 to 8.
 int GifCodeSize(int largest);
 
-/// The slot for the wildcard. One that no pixel has, or, where that would make the codes longer, one that only free
-/// pixels have. -1: none is left, or none is needed.
-int ChooseWildcard(const GifPixels& pixels);
-
 /// Compresses frame after frame. Neighbouring frames are alike and trying costs time: so it remembers what won.
 class GifFrameCompressor {
  public:

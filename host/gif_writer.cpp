@@ -15,6 +15,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "host/gif_file.h"
 #include "host/gif_frame.h"
 #include "host/gif_palette.h"
 
@@ -26,14 +27,7 @@ constexpr Id kClear = 0xFFFF;    // nothing there: what is behind the animation 
 constexpr Id kUnknown = 0xFFFE;  // equals no colour
 constexpr std::size_t kMaxIds = 0xFF00;
 
-struct Box {
-  int left = 0, top = 0, right = 0, bottom = 0;  // right and bottom outside
-  bool Empty() const { return left >= right || top >= bottom; }
-  int Width() const { return right - left; }
-  int Height() const { return bottom - top; }
-};
-
-Box Union(const Box& a, const Box& b) {
+GifBox Union(const GifBox& a, const GifBox& b) {
   if (a.Empty()) return b;
   if (b.Empty()) return a;
   return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
@@ -41,8 +35,8 @@ Box Union(const Box& a, const Box& b) {
 
 // The box around all places where `differs(a, b)`, which is false for equal ids; rows are scanned from both ends.
 template <typename Differs>
-Box BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int height, Differs differs) {
-  Box box{width, height, 0, 0};
+GifBox BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int height, Differs differs) {
+  GifBox box{width, height, 0, 0};
   for (int y = 0; y < height; ++y) {
     const Id* rowA = a.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
     const Id* rowB = b.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
@@ -72,64 +66,15 @@ struct ColourIds {
   }
 };
 
-void PutWord(std::vector<std::uint8_t>& out, int value) {
-  out.push_back(static_cast<std::uint8_t>(value));
-  out.push_back(static_cast<std::uint8_t>(value >> 8));
-}
-
-void PutBlocks(std::vector<std::uint8_t>& out, std::span<const std::uint8_t> bytes) {
-  for (std::size_t i = 0; i < bytes.size(); i += 255) {
-    const std::size_t count = std::min<std::size_t>(255, bytes.size() - i);
-    out.push_back(static_cast<std::uint8_t>(count));
-    out.insert(out.end(), bytes.begin() + static_cast<std::ptrdiff_t>(i),
-               bytes.begin() + static_cast<std::ptrdiff_t>(i + count));
-  }
-  out.push_back(0);
-}
-
-void PutPalette(std::vector<std::uint8_t>& out, const GifPalette& palette) {
-  for (std::size_t i = 0; i < std::size_t{1} << palette.Bits(); ++i) {
-    const std::uint32_t colour = i < palette.colours.size() ? palette.colours[i] : 0;
-    for (int c = 0; c < 3; ++c) out.push_back(static_cast<std::uint8_t>(colour >> (8 * c)));
-  }
-}
-
-enum Disposal { kKeep = 1, kToBackground = 2 };
-
 // A cropped frame that waits until the palette is known.
 struct HeldFrame {
-  Box crop;
-  Disposal disposal = kKeep;
+  GifBox crop;
+  GifDisposal disposal = GifDisposal::Keep;
   int delay = 0;
   GifPixels pixels;     // symbols are numbers of the frame's own
   std::vector<Id> ids;  // by such a number; empty: the numbers are ids
   Id IdOf(std::size_t symbol) const { return ids.empty() ? static_cast<Id>(symbol) : ids[symbol]; }
 };
-
-// A frame of the file.
-struct WrittenFrame {
-  Box crop;
-  Disposal disposal = kKeep;
-  int delay = 0, wildcard = -1, codeSize = 2;
-  std::optional<GifPalette> own;  // the frame's own palette
-  std::vector<std::uint8_t> bytes;
-};
-
-void PutFrame(std::vector<std::uint8_t>& out, const WrittenFrame& frame) {
-  const bool transparent = frame.wildcard >= 0;
-  for (const int byte : {0x21, 0xF9, 4, frame.disposal << 2 | (transparent ? 1 : 0)})
-    out.push_back(static_cast<std::uint8_t>(byte));
-  PutWord(out, frame.delay);
-  out.push_back(static_cast<std::uint8_t>(std::max(frame.wildcard, 0)));
-  out.push_back(0);
-  out.push_back(0x2C);
-  for (const int value : {frame.crop.left, frame.crop.top, frame.crop.Width(), frame.crop.Height()})
-    PutWord(out, value);
-  out.push_back(static_cast<std::uint8_t>(frame.own ? 0x80 | (frame.own->Bits() - 1) : 0));
-  if (frame.own) PutPalette(out, *frame.own);
-  out.push_back(static_cast<std::uint8_t>(frame.codeSize));
-  PutBlocks(out, frame.bytes);
-}
 
 // --- Loops over pixels
 
@@ -206,16 +151,16 @@ struct GifWriter::State {
   std::string comment;
   std::vector<HeldFrame> held;
   std::size_t heldBytes = 0;
-  std::vector<WrittenFrame> encoded;
+  std::vector<GifFileFrame> encoded;
   GifFrameCompressor compressor;
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
   const std::array<Id, 256>& IdsOf(const GifFrame& frame);
-  void WritePending(const Box& mustCover, Disposal disposal);
-  void Hold(const Box& crop, Disposal disposal);
-  bool HoldIds(const Box& crop, HeldFrame& frame) const;
-  void HoldNumbered(const Box& crop, HeldFrame& frame) const;
+  void WritePending(const GifBox& mustCover, GifDisposal disposal);
+  void Hold(const GifBox& crop, GifDisposal disposal);
+  bool HoldIds(const GifBox& crop, HeldFrame& frame) const;
+  void HoldNumbered(const GifBox& crop, HeldFrame& frame) const;
   Id Nearest(const std::vector<Id>& used, Id id) const;
   void Settle();
   std::vector<bool> ChoosePalettes();
@@ -255,7 +200,7 @@ const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
 void GifWriter::State::Translate(const GifFrame& frame) {
   if (ids.colours.size() > kMaxIds) {
     // Hundreds of palettes: start the numbering afresh. What is on the screen then equals nothing that is to come.
-    WritePending({}, kKeep);
+    WritePending({}, GifDisposal::Keep);
     Settle();
     std::replace_if(
         shown.begin(), shown.end(), [](Id id) { return id != kClear; }, kUnknown);
@@ -306,10 +251,10 @@ bool GifWriter::Add(const GifFrame& frame) {
   s.Translate(frame);
   if (s.pending) {
     // Only clearing the screen can take a colour away. What has to vanish must lie in the frame that is cleared.
-    const Box vanishing = frame.standAlone ? BoxOf(s.shown, s.wanted, s.width, s.height,
-                                                   [](Id now, Id next) { return now != kClear && next == kClear; })
-                                           : Box{};
-    s.WritePending(vanishing, vanishing.Empty() ? kKeep : kToBackground);
+    const GifBox vanishing = frame.standAlone ? BoxOf(s.shown, s.wanted, s.width, s.height,
+                                                      [](Id now, Id next) { return now != kClear && next == kClear; })
+                                              : GifBox{};
+    s.WritePending(vanishing, vanishing.Empty() ? GifDisposal::Keep : GifDisposal::ToBackground);
   }
   s.shown.swap(s.wanted);
   s.pending = true;
@@ -318,10 +263,10 @@ bool GifWriter::Add(const GifFrame& frame) {
 }
 
 // Writes the frame that turns `before` into `shown`, then makes `before` what the next frame is drawn upon.
-void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
+void GifWriter::State::WritePending(const GifBox& mustCover, GifDisposal disposal) {
   if (!pending) return;
   pending = false;
-  Box crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
+  GifBox crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
   if (crop.Empty()) crop = {0, 0, 1, 1};
   Hold(crop, disposal);
   for (int y = crop.top; y < crop.bottom; ++y) {
@@ -329,14 +274,14 @@ void GifWriter::State::WritePending(const Box& mustCover, Disposal disposal) {
         static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left);
     std::copy_n(&shown[at], crop.Width(), &before[at]);
   }
-  if (disposal != kToBackground) return;
+  if (disposal != GifDisposal::ToBackground) return;
   for (int y = crop.top; y < crop.bottom; ++y) {
     Id* row = before.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
     std::fill(row + crop.left, row + crop.right, kClear);
   }
 }
 
-void GifWriter::State::Hold(const Box& crop, Disposal disposal) {
+void GifWriter::State::Hold(const GifBox& crop, GifDisposal disposal) {
   HeldFrame& frame = held.emplace_back();
   frame.crop = crop;
   frame.disposal = disposal;
@@ -357,7 +302,7 @@ void GifWriter::State::Hold(const Box& crop, Disposal disposal) {
 }
 
 // With ids as symbols. False where there are too many beside the transparent index that is needed.
-bool GifWriter::State::HoldIds(const Box& crop, HeldFrame& frame) const {
+bool GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   const auto columns = static_cast<std::size_t>(crop.Width());
   for (int y = crop.top; y < crop.bottom; ++y)
@@ -382,7 +327,7 @@ bool GifWriter::State::HoldIds(const Box& crop, HeldFrame& frame) const {
 // With symbols by frequency. Usually all colours of the crop get one; only those that must be written where that would
 // be more than a palette holds. Then even these may be too many, by one, beside a transparent index: the rarest gives
 // way to its nearest neighbour.
-void GifWriter::State::HoldNumbered(const Box& crop, HeldFrame& frame) const {
+void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   std::vector<std::uint32_t> must(ids.colours.size()), may(must.size());
   const auto columns = static_cast<std::size_t>(crop.Width());
@@ -479,7 +424,7 @@ void GifWriter::State::Settle() {
 }
 
 void GifWriter::State::Encode(HeldFrame& frame, bool ownPalette) {
-  WrittenFrame& written = encoded.emplace_back();
+  GifFileFrame& written = encoded.emplace_back();
   written.crop = frame.crop;
   written.disposal = frame.disposal;
   written.delay = frame.delay;
@@ -519,29 +464,10 @@ void GifWriter::State::Encode(HeldFrame& frame, bool ownPalette) {
 
 std::vector<std::uint8_t> GifWriter::Finish() {
   State& s = *state_;
-  s.WritePending({}, kKeep);
+  s.WritePending({}, GifDisposal::Keep);
   if (s.held.empty() && s.encoded.empty()) return {};
   s.Settle();
-  std::vector<std::uint8_t> file = {'G', 'I', 'F', '8', '9', 'a'};
-  PutWord(file, s.width);
-  PutWord(file, s.height);
-  file.push_back(static_cast<std::uint8_t>(0x80 | 7 << 4 | (s.common.Bits() - 1)));
-  file.push_back(0);  // background: viewers show nothing there
-  file.push_back(0);  // square pixels
-  PutPalette(file, s.common);
-  if (s.encoded.size() > 1) {
-    static constexpr std::uint8_t kForever[] = {0x21, 0xFF, 11,  'N', 'E', 'T', 'S', 'C', 'A', 'P',
-                                                'E',  '2',  '.', '0', 3,   1,   0,   0,   0};
-    file.insert(file.end(), std::begin(kForever), std::end(kForever));
-  }
-  for (const WrittenFrame& frame : s.encoded) PutFrame(file, frame);
-  if (!s.comment.empty()) {
-    file.push_back(0x21);
-    file.push_back(0xFE);
-    PutBlocks(file, {reinterpret_cast<const std::uint8_t*>(s.comment.data()), s.comment.size()});
-  }
-  file.push_back(0x3B);
-  return file;
+  return GifFileOf(s.width, s.height, s.common, s.encoded, s.comment);
 }
 
 }  // namespace glyphmotion

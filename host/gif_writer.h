@@ -25,7 +25,8 @@ struct GifFrame {
   bool standAlone = false;  ///< transparent pixels show what is behind the animation, not the frame before
 };
 
-/// Builds one file. Memory: two pictures, and the compressed stream.
+/// Builds one file. Memory: three pictures of two bytes a pixel, 64 MiB of cropped frames at the most, and the
+/// compressed stream.
 class GifWriter {
  public:
   /// The screen's size in pixels, 1 to 65535 each.

@@ -37,6 +37,12 @@ struct Host {
 
 Host* StateOf(HWND window) { return reinterpret_cast<Host*>(GetWindowLongPtrW(window, GWLP_USERDATA)); }
 
+// On the console with `once`, if there is one, otherwise in a box.
+void TellFailure(const HostOptions& options, void* owner, const std::string& sentence) {
+  if (options.once && WriteToConsole("glyphmotion-host: error: " + sentence + "\n", true)) return;
+  Tell(static_cast<HWND>(owner), sentence, true);
+}
+
 void Fail(const Host& host, const std::string& sentence) { TellFailure(host.options, host.window, sentence); }
 
 std::string FileNameOf(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
@@ -389,11 +395,6 @@ void RunMessages(const Host& host) {
 }
 
 }  // namespace
-
-void TellFailure(const HostOptions& options, void* owner, const std::string& sentence) {
-  if (options.once && WriteToConsole("glyphmotion-host: error: " + sentence + "\n", true)) return;
-  Tell(static_cast<HWND>(owner), sentence, true);
-}
 
 int RunHost(const HostOptions& options) {
   Host host;

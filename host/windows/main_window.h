@@ -9,7 +9,4 @@ namespace glyphmotion {
 /// when not; otherwise 0 unless the window could not be opened.
 int RunHost(const HostOptions& options);
 
-/// Tells of a failure: on the console with `once`, if there is one, otherwise in a box.
-void TellFailure(const HostOptions& options, void* owner, const std::string& sentence);
-
 }  // namespace glyphmotion

@@ -42,6 +42,11 @@ double WalkLine(std::string_view text, Put put) {
   return x;
 }
 
+/// In pixels.
+int TextWidth(std::string_view text) {
+  return static_cast<int>(WalkLine(text, [](char32_t, int) {}) + 0.5);
+}
+
 /// Rows of glyphs from a left edge, in the middle of the rectangle's height.
 void PaintLine(const DrawRequest& request, Rect rect, std::string_view text, int left, Colour colour) {
   const int top = rect.top + (rect.Height() - MeasureFont(DialogFont()).height) / 2;
@@ -107,10 +112,6 @@ void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) n
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) PaintPixel(request, rect.left + x, rect.top + y, bitmap.GetPixel(x, y));
   }
-}
-
-int TextWidth(std::string_view text) {
-  return static_cast<int>(WalkLine(text, [](char32_t, int) {}) + 0.5);
 }
 
 void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour, TextPlace place) {

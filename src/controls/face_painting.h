@@ -39,8 +39,6 @@ void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Col
                TextPlace place = TextPlace::Left);
 /// A button's caption, centred; the character after an & is underlined, unless the request hides that.
 void PaintCaption(const DrawRequest& request, Rect rect, std::string_view caption, Colour colour);
-/// How wide such a line is, in pixels.
-int TextWidth(std::string_view text);
 
 /// How a mask is turned before it is painted; the steps apply in this order.
 struct MaskTurn {

@@ -67,9 +67,6 @@ struct MenuItem {
 /// A popup menu at a place of the control (or at the pointer when `control` is 0). The id chosen, or 0.
 int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items);
 
-/// Opens a help page of the shipped help. False when it cannot be shown.
-bool ShowHelpPage(const std::string& reference);
-
 /// Shows or ends the wait cursor; nested.
 void SetWaitCursor(bool wait);
 

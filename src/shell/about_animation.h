@@ -25,7 +25,7 @@ struct AboutLetters {
 /// is another. Without a font there is only the sky. Cost: a few operations a pixel.
 void PaintAboutPicture(const DrawRequest& request, AboutLetters& letters, unsigned tick);
 
-/// Where the picture of a control that is not seen need not move.
+/// A tick of the timer that moves a control's picture: repaints it, or ends the timer when the control is hidden.
 void RunAboutTimer(Dialog& dialog, int timer, int control);
 
 }  // namespace glyphmotion

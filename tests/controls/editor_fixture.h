@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A scratch home and a person for the dialogs behind a material button.
+// A scratch home, a dialog that owns the controls with fills or an editor, and a person before the dialogs behind them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,10 +7,12 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "materials/shipped.h"
+#include "controls/editor_services.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
 #include "platform/memory.h"
@@ -20,14 +22,19 @@ namespace glyphmotion {
 
 class EditorDialog : public testing::Test {
  protected:
+  using Script = std::function<void(Dialog&)>;
+
   std::filesystem::path home =
       std::filesystem::temp_directory_path() / ("glyphmotion-editors-" + std::to_string(getpid()));
   std::vector<std::string> messages;
   bool yes = true;  ///< the answer to every question
   std::optional<std::string> newName = "Mine";
   std::optional<std::uint32_t> colour;
-  int menuChoice = 0;
-  std::vector<std::string> menuItems;
+  std::vector<std::uint32_t> coloursAsked;
+  int menuChoice = 0, menus = 0;
+  std::vector<std::string> menuItems;  ///< of the last menu
+  std::map<int, Script> scripts;       ///< what the person does, by template
+  static inline std::string topic;     ///< the last that help was asked for
   UiResponder responder;
 
   void SetUp() override {
@@ -38,19 +45,30 @@ class EditorDialog : public testing::Test {
       return yes;
     };
     responder.name = [this](Dialog*, const std::string&, const std::string&) { return newName; };
-    responder.colour = [this](Dialog*, std::uint32_t) { return colour; };
+    responder.colour = [this](Dialog*, std::uint32_t start) {
+      coloursAsked.push_back(start);
+      return colour;
+    };
     responder.menu = [this](Dialog*, std::span<const MenuItem> items) {
+      ++menus;
+      menuItems.clear();
       for (const MenuItem& item : items) menuItems.push_back(item.text);
       return menuChoice;
     };
     SetUiResponder(responder);
+    topic.clear();
+    SetEditorServices({[](Dialog&, const char* asked) { topic = asked; }, nullptr});
   }
   void TearDown() override {
+    SetEditorServices({});
     SetUiResponder({});
     SetFolderOverrides({});
     SetModalDriver({});
     FailAllocation(0);
     std::filesystem::remove_all(home);
+    ExpectNothingAlive();
+  }
+  static void ExpectNothingAlive() {
     EXPECT_EQ(LiveBlocks().blocks, 0u);
     EXPECT_EQ(LiveBlocks().locks, 0u);
   }
@@ -69,19 +87,31 @@ class EditorDialog : public testing::Test {
   std::string LastMessage() const { return messages.empty() ? "" : messages.back(); }
   std::string Data(const std::string& name) const { return (home / "data" / name).string(); }
 
-  /// Runs `call` in a dialog of the kind that owns editors; `person` uses each dialog that opens over it.
-  static void OverOwner(const std::function<void(Dialog&)>& call, const std::function<void(Dialog&, int)>& person) {
-    static constexpr DialogTemplate kOwner{1, "Owner", 100, 100, {}};
+  /// Runs `body` within an owner; dialogs that it opens are played by their scripts.
+  void WithOwner(
+      const Script& body, const DialogTemplate& owner = {1, "Owner", 200, 100, {}},
+      DialogProcedure procedure = [](Dialog&, const Message&) -> std::int64_t { return 0; }) {
     const ModalDriver before = SetModalDriver([&](Dialog& dialog, int id) {
-      if (id == kOwner.id) {
-        call(dialog);
-      } else {
-        person(dialog, id);
-      }
+      if (id == owner.id) return body(dialog);
+      if (const auto script = scripts.find(id); script != scripts.end()) script->second(dialog);
     });
-    RunModal(
-        kOwner, nullptr, [](Dialog&, const Message&) -> std::int64_t { return 0; }, nullptr);
+    RunModal(owner, nullptr, procedure, nullptr);
     SetModalDriver(before);
+  }
+
+  /// Runs `body` with each of its block allocations failing in turn; nothing may stay behind.
+  static void FailEachAllocation(const std::function<void()>& body) {
+    FailAllocation(0);
+    body();
+    const std::uint64_t asked = AllocationsAsked();
+    ASSERT_GT(asked, 2u);
+    for (std::uint64_t n = 1; n <= asked; ++n) {
+      FailAllocation(n);
+      body();
+      FailAllocation(0);
+      ASSERT_EQ(LiveBlocks().blocks, 0u) << "allocation " << n;
+      ASSERT_EQ(LiveBlocks().locks, 0u) << "allocation " << n;
+    }
   }
 
   static std::vector<std::string> Items(const Dialog& dialog, int id) {
@@ -100,11 +130,14 @@ class EditorDialog : public testing::Test {
     }
     friend bool operator==(const Face&, const Face&) = default;
   };
-  static Face Paint(Dialog& dialog, int id, int width = 0, int height = 0, int item = -1, bool selected = false) {
+  static Face Paint(Dialog& dialog, int id, int width = 0, int height = 0, int item = -1, bool selected = false,
+                    bool focused = false) {
     const ControlRectangle place = RectangleOf(dialog, id);
     Face face{width ? width : place.right - place.left, height ? height : place.bottom - place.top, {}};
     face.pixels.resize(static_cast<std::size_t>(face.width) * static_cast<std::size_t>(face.height) * 3);
-    PaintControl(dialog, id, {face.pixels.data(), face.width, face.height, face.width * 3, item, selected});
+    EXPECT_TRUE(PaintControl(
+        dialog, id,
+        {face.pixels.data(), face.width, face.height, std::ptrdiff_t{3} * face.width, item, selected, focused}));
     return face;
   }
 };

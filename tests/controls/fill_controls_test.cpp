@@ -2,7 +2,6 @@
 // The drawn controls that hold fills, and the editors behind them, driven in memory.
 // A plus before a field of a packed record makes a value of it, as the test macros bind references.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -11,6 +10,7 @@
 #include "controls/gradient_editor.h"
 #include "controls/library_editor.h"
 #include "controls/material_control.h"
+#include "editor_fixture.h"
 #include "materials/shipped.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
@@ -30,39 +30,12 @@ std::int64_t Procedure(Dialog&, const Message& message) {
   return 0;
 }
 
-/// A scratch home, a dialog with both controls, and what the desktop was asked.
-class FillControls : public testing::Test {
+/// A dialog with both controls.
+class FillControls : public EditorDialog {
  protected:
-  std::filesystem::path home =
-      std::filesystem::temp_directory_path() / ("glyphmotion-fills-" + std::to_string(getpid()));
-  std::vector<std::string> messages;
-  std::string newName = "Mine";
-  std::optional<std::uint32_t> colour;
-  int menuChoice = 0, menus = 0;
-  UiResponder responder;
-
   void SetUp() override {
-    std::filesystem::create_directories(home / "data");
-    SetFolderOverrides({{}, home.string(), (home / "data").string()});
-    responder.message = [this](Dialog*, const std::string& text, MessageButtons) {
-      messages.push_back(text);
-      return true;
-    };
-    responder.colour = [this](Dialog*, std::uint32_t) { return colour; };
-    responder.menu = [this](Dialog*, std::span<const MenuItem>) {
-      ++menus;
-      return menuChoice;
-    };
-    responder.name = [this](Dialog*, const std::string&, const std::string&) { return std::optional(newName); };
-    SetUiResponder(responder);
+    EditorDialog::SetUp();
     changes.clear();
-  }
-  void TearDown() override {
-    SetUiResponder({});
-    SetFolderOverrides({});
-    std::filesystem::remove_all(home);
-    EXPECT_EQ(LiveBlocks().blocks, 0u);
-    EXPECT_EQ(LiveBlocks().locks, 0u);
   }
   void WithDialog(const std::function<void(Dialog&)>& body) {
     const ModalDriver before = SetModalDriver([&](Dialog& dialog, int) {

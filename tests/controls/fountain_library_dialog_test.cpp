@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "controls/fountain_control.h"
-#include "editor_windows.h"
+#include "editor_fixture.h"
 #include "materials/library_file.h"
 #include "resources/strings.h"
 
@@ -24,11 +24,11 @@ std::int64_t OwnerProcedure(Dialog&, const Message& message) {
   return 0;
 }
 
-class FountainLibrary : public EditorWindows {
+class FountainLibrary : public EditorDialog {
  protected:
   std::string path;
   void SetUp() override {
-    EditorWindows::SetUp();
+    EditorDialog::SetUp();
     changes = 0;
     path = FountainLibraryPath();
     std::vector<FountainSpec> fountains(4);
@@ -42,7 +42,7 @@ class FountainLibrary : public EditorWindows {
   }
   void TearDown() override {
     SetFountainWindows({});
-    EditorWindows::TearDown();
+    EditorDialog::TearDown();
   }
   /// Opens the library as a person does, from the bar's menu, and gives back the control's fountain.
   FountainSpec Manage(const Script& script, const std::function<void(FountainSpec&)>& prepare = {}) {
@@ -124,7 +124,7 @@ TEST_F(FountainLibrary, FountainsMoveUpAndDown) {
     EXPECT_FALSE(IsEnabled(dialog, kMoveDown));
     menuChoice = kMoveUp;
     RightClick(dialog, kList, 3);
-    EXPECT_EQ(menu, (std::vector<std::string>{"&Use", "Move u&p", "&Delete"})) << "only what can be done";
+    EXPECT_EQ(menuItems, (std::vector<std::string>{"&Use", "Move u&p", "&Delete"})) << "only what can be done";
     Click(dialog, kOk);
   });
   EXPECT_EQ(Order(), "1230");
@@ -160,7 +160,7 @@ TEST_F(FountainLibrary, UseLoadsTheFountainIntoTheControl) {
 TEST_F(FountainLibrary, ItemsShowTheFountainAtTheirWidth) {
   Manage([&](Dialog& dialog) {
     for (const int width : {180, 150, 200}) {
-      const Picture item = Paint(dialog, kList, width, 32, 2, true);
+      const Face item = Paint(dialog, kList, width, 32, 2, true, true);
       EXPECT_LT(item.At(3, 16) & 0xFF, 0x10u);
       EXPECT_GT(item.At(width - 4, 16) & 0xFF, 0xF0u) << "up to the white end at the right";
       EXPECT_EQ(item.At(1, 16), GetSystemColour(SystemColour::Selection));

@@ -8,7 +8,7 @@
 #include "controls/fountain_control.h"
 #include "controls/gradient_editor.h"
 #include "controls/read_controls.h"
-#include "editor_windows.h"
+#include "editor_fixture.h"
 #include "materials/fountain.h"
 #include "materials/gradient.h"
 #include "resources/strings.h"
@@ -20,17 +20,17 @@ using namespace GradientControl;
 
 constexpr int kGradientDialog = 9995, kPositionDialog = 9996;
 
-class GradientDialog : public EditorWindows {
+class GradientDialog : public EditorDialog {
  protected:
   Material material;
   void SetUp() override {
-    EditorWindows::SetUp();
+    EditorDialog::SetUp();
     DefaultMaterial(material, 0);
     SetFountainWindows({AskMarkerPosition, nullptr});
   }
   void TearDown() override {
     SetFountainWindows({});
-    EditorWindows::TearDown();
+    EditorDialog::TearDown();
   }
   bool Edit(const Script& script) {
     scripts[kGradientDialog] = script;
@@ -211,7 +211,7 @@ TEST_F(GradientDialog, KeysGoThroughTheShapes) {
       EXPECT_EQ(FocusOf(dialog), row.reaches);
       EXPECT_EQ(TypeButtonOf(Copy(dialog).gradient), row.reaches);
     }
-    const Picture pressed = Paint(dialog, Linear), raised = Paint(dialog, Conical);
+    const Face pressed = Paint(dialog, Linear), raised = Paint(dialog, Conical);
     Click(dialog, Conical);
     EXPECT_NE(Paint(dialog, Linear), pressed);
     EXPECT_NE(Paint(dialog, Conical), raised);
@@ -223,7 +223,7 @@ TEST_F(GradientDialog, DraggingInThePreviewPutsTheColourUnderThePointer) {
   material.Gradient.StartColour = 0x0000FF;
   material.Gradient.EndColour = 0xFF0000;
   Edit([&](Dialog& dialog) {
-    const Picture first = Paint(dialog, Preview);
+    const Face first = Paint(dialog, Preview);
     const int width = first.width - 2, height = first.height - 2;
     const auto render = [&] { return RenderGradient(width, height, Copy(dialog).gradient, Copy(dialog).fountain); };
     const int x = width / 4, y = height / 3;
@@ -284,7 +284,7 @@ TEST_F(GradientDialog, HintSaysWhatDraggingDoes) {
 TEST_F(GradientDialog, FountainShowsAtOnceAlsoWhileItIsDragged) {
   Edit([&](Dialog& dialog) {
     Click(dialog, MultiColor);
-    const Picture before = Paint(dialog, Preview);
+    const Face before = Paint(dialog, Preview);
     const Rect bar = FountainBar(197, 50);
     const int x = bar.left + static_cast<int>(0x80 / 255.0 * bar.Width());
     Mouse(dialog, Fountain, kMessageLeftDown, x, 6);
@@ -306,7 +306,7 @@ TEST_F(GradientDialog, FountainGoesByKeys) {
     const auto marker = [&](int index) { return +Copy(dialog).fountain.Markers[index]; };
     press({kKeyLeft, kKeySpace});
     EXPECT_EQ(+Copy(dialog).fountain.StartColour, 0x0A0B0Cu) << "the first handle is the start";
-    const Picture atStart = Paint(dialog, Fountain);
+    const Face atStart = Paint(dialog, Fountain);
     press({kKeyRight, kKeyRight, kKeyUp, kKeyUp, kKeyDown});
     EXPECT_EQ(marker(1), 0x41FFFF00u) << "the second marker moved, one step in all";
     EXPECT_NE(Paint(dialog, Fountain), atStart);
@@ -317,10 +317,10 @@ TEST_F(GradientDialog, FountainGoesByKeys) {
     press({kKeyDelete});
     EXPECT_EQ(marker(1) & 0xFFFFFF, 0x0A0B0Cu) << "the one that was chosen is gone";
     press({kKeyMenu});
-    EXPECT_EQ(menu.size(), 3u) << "a marker's menu";
+    EXPECT_EQ(menuItems.size(), 3u) << "a marker's menu";
     for (int i = 0; i < 9; ++i) press({kKeyRight});
     press({kKeyDelete, kKeyDown, kKeyMenu, kKeySpace});
-    EXPECT_EQ(menu.size(), 2u) << "the bar's menu";
+    EXPECT_EQ(menuItems.size(), 2u) << "the bar's menu";
     EXPECT_EQ(+Copy(dialog).fountain.EndColour & 0xFFFFFF, 0x0A0B0Cu);
     EXPECT_EQ(+Copy(dialog).fountain.MarkerCount, 7u) << "an end cannot be deleted";
     EXPECT_TRUE(messages.empty());

@@ -12,6 +12,7 @@
 #include "controls/read_controls.h"
 #include "editor_fixture.h"
 #include "materials/library_file.h"
+#include "materials/shipped.h"
 #include "platform/text_engine.h"
 #include "resources/strings.h"
 #include "resources/texture_controls.h"
@@ -31,9 +32,9 @@ class TextureWindow : public EditorDialog {
     DefaultTextureSpec(texture);
   }
   /// Opens the dialog on `texture` and lets `person` use it.
-  void Use(const std::function<void(Dialog&)>& person) {
-    OverOwner([&](Dialog& owner) { accepted = EditTexture(owner, texture); },
-              [&](Dialog& dialog, int id) { id == 9998 ? person(dialog) : static_cast<void>(Click(dialog, Cancel)); });
+  void Use(const Script& person) {
+    scripts[9998] = person;
+    WithOwner([&](Dialog& owner) { accepted = EditTexture(owner, texture); });
   }
   /// A group of the shipped textures that may be changed, current.
   static void StartGroup(TextureWindow& test, Dialog& dialog) { ASSERT_TRUE(test.ShiftClick(dialog, Add)); }
@@ -67,7 +68,7 @@ TEST_F(TextureWindow, EachTypeShowsItsOwnParametersAndTheirLabels) {
       {512, 517, 525, 526, 527, 528, 529, 530, 531, 532}};
   Use([&](Dialog& dialog) {
     EXPECT_EQ(Items(dialog, Types), (std::vector<std::string>{"2-color fractal", "3-color fractal", "4-color fractal",
-                                                             "5-color fractal", "Craters", "Perturbation"}));
+                                                              "5-color fractal", "Craters", "Perturbation"}));
     EXPECT_EQ(Items(dialog, BubbleShape), (std::vector<std::string>{"Ellipse", "Fuzzy", "Luminous", "Sphere"}));
     for (int type = 5; type >= 0; --type) {
       ASSERT_TRUE(Choose(dialog, Types, type));
@@ -342,39 +343,33 @@ TEST_F(TextureWindow, AWriteThatFailsIsToldAndTheTextureIsTaken) {
 TEST_F(TextureWindow, ThePreviewWindowShowsTheTextureBehindAndInAText) {
   ASSERT_TRUE(StartTextEngine());
   bool opened = false;
-  OverOwner([&](Dialog& owner) { EditTexture(owner, texture); },
-            [&](Dialog& dialog, int id) {
-              if (id == 9998) {
-                Choose(dialog, Types, 4);
-                Type(dialog, Craters, "0");
-                Click(dialog, ShowPreview);
-                return;
-              }
-              opened = true;
-              const std::uint32_t flat = Blend(0xFF0000, 0xFFFFFF, 128);
-              const Face background = Paint(dialog, AsBackground), text = Paint(dialog, AsText);
-              EXPECT_EQ(background.At(100, 100), flat);
-              int inked = 0, empty = 0;
-              for (int y = 2; y < text.height - 2; ++y) {
-                for (int x = 2; x < text.width - 3; ++x) {
-                  inked += text.At(x, y) == flat;
-                  empty += text.At(x, y) == 0xFFFFFF;
-                }
-              }
-              EXPECT_GT(inked, text.width * text.height / 12);
-              EXPECT_GT(empty, text.width * text.height / 3);
-            });
+  scripts[9994] = [&](Dialog& dialog) {
+    opened = true;
+    const std::uint32_t flat = Blend(0xFF0000, 0xFFFFFF, 128);
+    const Face background = Paint(dialog, AsBackground), text = Paint(dialog, AsText);
+    EXPECT_EQ(background.At(100, 100), flat);
+    int inked = 0, empty = 0;
+    for (int y = 2; y < text.height - 2; ++y) {
+      for (int x = 2; x < text.width - 3; ++x) {
+        inked += text.At(x, y) == flat;
+        empty += text.At(x, y) == 0xFFFFFF;
+      }
+    }
+    EXPECT_GT(inked, text.width * text.height / 12);
+    EXPECT_GT(empty, text.width * text.height / 3);
+  };
+  Use([](Dialog& dialog) {
+    Choose(dialog, Types, 4);
+    Type(dialog, Craters, "0");
+    Click(dialog, ShowPreview);
+  });
   StopTextEngine();
   EXPECT_TRUE(opened);
 }
 
 TEST_F(TextureWindow, HelpAsksForItsTopic) {
-  static std::string asked;
-  asked.clear();
-  SetEditorServices({[](Dialog&, const char* topic) { asked = topic; }, nullptr});
   Use([&](Dialog& dialog) { Click(dialog, Help); });
-  SetEditorServices({});
-  EXPECT_EQ(asked, "TEXTURE");
+  EXPECT_EQ(topic, "TEXTURE");
 }
 
 TEST_F(TextureWindow, EveryAllocationMayFail) {

@@ -9,6 +9,7 @@
 
 #include "controls/editor_services.h"
 #include "editor_fixture.h"
+#include "materials/shipped.h"
 #include "materials/tile.h"
 #include "resources/strings.h"
 #include "resources/tile_controls.h"
@@ -45,21 +46,19 @@ class TileWindow : public EditorDialog {
     offered = {16, 16, 24, 0x00FF00};
   }
   void TearDown() override {
-    SetEditorServices({});
     FreeBlock(HandleOf(tile.TileBitmap));
     EditorDialog::TearDown();
   }
   /// Opens the dialog on `tile` as a material button does.
-  void Use(const std::function<void(Dialog&)>& person) {
-    OverOwner(
-        [&](Dialog& owner) {
-          TileSpec chosen = tile;
-          accepted = RunTileDialog(owner, chosen);
-          if (!accepted) return;
-          FreeBlock(HandleOf(tile.TileBitmap));
-          tile = chosen;
-        },
-        [&](Dialog& dialog, int) { person(dialog); });
+  void Use(const Script& person) {
+    scripts[9981] = person;
+    WithOwner([&](Dialog& owner) {
+      TileSpec chosen = tile;
+      accepted = RunTileDialog(owner, chosen);
+      if (!accepted) return;
+      FreeBlock(HandleOf(tile.TileBitmap));
+      tile = chosen;
+    });
   }
   TileLibrary FileOf(const std::string& name) const {
     TileLibrary group;
@@ -138,7 +137,6 @@ TEST_F(TileWindow, ItemsAreThumbnailsInTheirCell) {
     EXPECT_EQ(item(1, false).At(4, 4), 0x0000FFu);
     EXPECT_EQ(item(1, false).At(43, 43), 0x0000FFu);
     item(2, false);
-    item(99, false);
   });
 }
 
@@ -293,7 +291,7 @@ TEST_F(TileWindow, EveryAllocationMayFail) {
     offered = {20, 20, 8, 100};
     Click(dialog, Add);
     Paint(dialog, Preview);
-    Paint(dialog, List, Cell, Cell, 3);
+    if (ItemCount(dialog, List) > 3) Paint(dialog, List, Cell, Cell, 3);
     Click(dialog, Delete);
     Choose(dialog, Group, 0);
     Click(dialog, Ok);

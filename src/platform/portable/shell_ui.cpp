@@ -53,8 +53,6 @@ int PopupMenu(Dialog* owner, int, int, int, std::span<const MenuItem> items) {
   return answer ? answer(owner, items) : 0;
 }
 
-bool ShowHelpPage(const std::string&) { return false; }
-
 void SetWaitCursor(bool) {}
 
 bool IsShiftDown() { return Responder().shiftDown; }

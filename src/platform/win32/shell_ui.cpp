@@ -7,13 +7,11 @@
 #include <cstring>
 
 #include "platform/dialog.h"
-#include "platform/folders.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 // After windows.h:
 #include <commdlg.h>
-#include <shellapi.h>
 
 namespace glyphmotion {
 namespace {
@@ -187,19 +185,6 @@ int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem
   const POINT place = MenuPlace(owner, control, x, y);
   return TrackPopupMenu(menu.handle, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON, place.x, place.y, 0,
                         OwnerWindow(owner), nullptr);
-}
-
-/// The page lies beside the library. The shell opens files, not places within them, so a topic is passed by a file
-/// address.
-bool ShowHelpPage(const std::string& reference) {
-  const std::string page = reference.substr(0, reference.find('#'));
-  const std::string path = JoinPath(OwnFolder(), page);
-  if (page.empty() || GetFileAttributesW(WideOf(path).c_str()) == INVALID_FILE_ATTRIBUTES) return false;
-  std::string address = "file:///" + path + reference.substr(page.size());
-  std::replace(address.begin(), address.end(), '\\', '/');
-  const auto result = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(GetActiveWindow(), L"open", WideOf(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
-  return result > 32;  // the values up to there are errors
 }
 
 void SetWaitCursor(bool wait) {
