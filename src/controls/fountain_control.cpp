@@ -135,28 +135,38 @@ void DeleteMarker(Dialog& dialog, int id, int index) {
   }
 }
 
+// While the question stands, the windows below may go, and the record with them: it is looked up anew for every change.
 void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain || index < 0 || index >= MarkerCountOf(*fountain)) return;
-  const int old = MarkerPosition(fountain->Markers[index]);
-  const FountainSpec before = *fountain;
-  const auto place = [&](int wanted) {
+  FountainSpec before;
+  if (const auto fountain = LockFountain(dialog, id); fountain && index >= 0 && index < MarkerCountOf(*fountain)) {
+    before = *fountain;
+  } else {
+    return;
+  }
+  const auto place = [&](std::optional<int> wanted) {
+    const auto fountain = LockFountain(dialog, id);
+    if (!fountain) return;
     std::memcpy(fountain->Markers, before.Markers, sizeof before.Markers);
-    fountain->Markers[index] = MakeMarker(std::clamp(wanted, 0, 255), before.Markers[index]);
-    SortMarkers(*fountain);
+    if (wanted) {
+      fountain->Markers[index] = MakeMarker(std::clamp(*wanted, 0, 255), before.Markers[index]);
+      SortMarkers(*fountain);
+    }
     Changed(dialog, id, *fountain);
   };
+  const int old = MarkerPosition(before.Markers[index]);
   std::optional<int> position;
   if (fountainWindows.askPosition) {
-    position = fountainWindows.askPosition(dialog, old, place);
-    if (!position && std::memcmp(fountain->Markers, before.Markers, sizeof before.Markers) != 0) {
-      std::memcpy(fountain->Markers, before.Markers, sizeof before.Markers);
-      Changed(dialog, id, *fountain);
-    }
+    bool moved = false;
+    const auto show = [&](int wanted) {
+      moved = true;
+      place(wanted);
+    };
+    position = fountainWindows.askPosition(dialog, old, show);
+    if (!position && moved) place({});
   } else if (const auto text = AskName(&dialog, LoadText(kTextAdjustPosition), std::to_string(old)); text) {
     position = std::atoi(text->c_str());
   }
-  if (position) place(*position);
+  if (position) place(position);
 }
 
 // Where a menu opens: at a place of the control, or at the pointer.

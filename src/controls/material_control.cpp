@@ -98,14 +98,6 @@ void KindMenu(Dialog& dialog, int id) {
   }
 }
 
-bool EditTile(Dialog& dialog, TileSpec& tile) {
-  TileSpec chosen = tile;
-  if (!materialWindows.editTile || !materialWindows.editTile(dialog, chosen)) return false;
-  FreeBlock(HandleOf(tile.TileBitmap));
-  tile = chosen;
-  return true;
-}
-
 bool EditKind(Dialog& dialog, Material& material) {
   switch (material.Kind) {
     case kSolid: {
@@ -127,18 +119,36 @@ bool EditKind(Dialog& dialog, Material& material) {
       material.Texture = texture;
       return true;
     }
-    case kTile:
-      return EditTile(dialog, material.Tile);
+    case kTile: {
+      TileSpec tile = material.Tile;
+      if (!materialWindows.editTile || !materialWindows.editTile(dialog, tile)) return false;
+      material.Tile = tile;
+      return true;
+    }
     default:
       return false;
   }
 }
 
-// Accepted or not, the dialog hears of it.
+// While an editor is open the windows below may go, and the record with them: a copy is edited, and what was chosen
+// goes into the record as it is then. Accepted or not, the dialog hears of it.
 void EditMaterial(Dialog& dialog, int id) {
+  Material edited;
+  if (const auto before = LockMaterial(dialog, id); before) {
+    edited = *before;
+  } else {
+    return;
+  }
+  const BlockHandle oldTile = HandleOf(edited.Tile.TileBitmap);
+  const bool accepted = EditKind(dialog, edited);
+  const BlockHandle newTile = HandleOf(edited.Tile.TileBitmap);
   const auto material = LockMaterial(dialog, id);
+  if (newTile != oldTile) FreeBlock(material ? oldTile : newTile);
   if (!material) return;
-  if (EditKind(dialog, *material)) {
+  if (accepted) {
+    edited.Preview = material->Preview;
+    edited.ButtonState = material->ButtonState;
+    *material = edited;
     RenderPreviewAndAverage(dialog, id, *material);
     Invalidate(dialog, id);
   }
