@@ -99,6 +99,29 @@ TEST(Options, WithoutTextNothingCanBeBuilt) {
   });
 }
 
+// Letters of more than one unit, of every direction, and half of one; and a person who steps through the effects
+// without waiting for the sample.
+TEST(Options, AnyTextIsBuiltWhicheverWayItCame) {
+  const std::wstring texts[] = {L"\xD83D\xDE00\xD83D\xDC68\x200D\xD83D\xDC69", L"\x05E9\x05DC \x0645\x0631 ab",
+                                L"\xD83D", L"  "};
+  RunDialog(kBothFormats, [&](HWND dialog) {
+    Type(dialog, kSize, "10");
+    for (const std::wstring& text : texts) {
+      SendDlgItemMessageW(dialog, kText, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+      for (int effect = 0; effect < kEffects; ++effect) {
+        const HWND combo = GetDlgItem(dialog, kEffect);
+        SendMessageA(combo, CB_SETCURSEL, static_cast<WPARAM>(effect), 0);
+        PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kEffect, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+      }
+      Settle(dialog);
+      Choose(dialog, kEffect, 15);
+      host = {};
+      PressTest(dialog);
+      EXPECT_EQ(host.ended, 1) << "of " << text.size() << " units, the first " << +text[0];
+    }
+  });
+}
+
 TEST(Options, TheHostsFormatDecidesWhatCanBeChosen) {
   const auto check = [](HWND dialog, bool trueColour, bool transparent, bool alpha) {
     EXPECT_EQ(IsEnabled(dialog, kTrueColourCheck), trueColour);

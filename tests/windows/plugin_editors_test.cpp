@@ -141,17 +141,21 @@ HGLOBAL Freed() {
   return block;
 }
 
-/// Holds Shift for the thread of a window; the system takes it there with the key state that both threads then share.
-struct ShiftHeldFor {
+/// Holds a key for the thread of a window; the system takes it there with the key state that both threads then share.
+struct KeyHeldFor {
   DWORD thread;
-  explicit ShiftHeldFor(HWND window) : thread(GetWindowThreadProcessId(window, nullptr)) { Set(0x80); }
-  ShiftHeldFor(const ShiftHeldFor&) = delete;
-  ShiftHeldFor& operator=(const ShiftHeldFor&) = delete;
-  ~ShiftHeldFor() { Set(0); }
+  int key, leftKey;
+  KeyHeldFor(HWND window, int either, int left)
+      : thread(GetWindowThreadProcessId(window, nullptr)), key(either), leftKey(left) {
+    Set(0x80);
+  }
+  KeyHeldFor(const KeyHeldFor&) = delete;
+  KeyHeldFor& operator=(const KeyHeldFor&) = delete;
+  ~KeyHeldFor() { Set(0); }
   void Set(BYTE state) const {
     AttachThreadInput(GetCurrentThreadId(), thread, TRUE);
     BYTE keys[256] = {};
-    keys[VK_SHIFT] = keys[VK_LSHIFT] = state;
+    keys[key] = keys[leftKey] = state;
     SetKeyboardState(keys);
     AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
   }
@@ -159,7 +163,7 @@ struct ShiftHeldFor {
 
 /// The shipped group is not to be changed.
 void StartTileGroup(HWND tiles) {
-  const ShiftHeldFor shift(tiles);
+  const KeyHeldFor shift(tiles, VK_SHIFT, VK_LSHIFT);
   PostMessageA(tiles, WM_COMMAND, kAddTile, 0);
   CloseEditor(WaitForDialog("New matrix group", IDOK), IDOK);
 }
@@ -272,6 +276,47 @@ TEST(Editors, DamagedFilesDoNoHarm) {
   }
   over = true;
   answers.join();
+}
+
+// A file stands where the folder was.
+TEST(Editors, ASettingsFolderThatGoesIsNotNeeded) {
+  const auto folder = std::filesystem::path(SettingsPath()).parent_path();
+  EXPECT_EQ(RunDialog(kBothFormats,
+                      [&](HWND dialog) {
+                        std::filesystem::remove_all(folder);
+                        std::ofstream(folder) << "in the way";
+                        Type(dialog, kText, "Hi");
+                        Type(dialog, kSize, "12");
+                        for (int editor = 0; editor < 3; ++editor) CloseEditor(OpenEditor(dialog, editor), IDOK);
+                        PressTest(dialog);
+                        EXPECT_EQ(host.ended, 1);
+                      }),
+            1);
+  EXPECT_EQ(RunDialog(kBothFormats, [&](HWND dialog) { EXPECT_TRUE(IsEnabled(dialog, kBuild)); }), 1);
+  std::filesystem::remove(folder);
+}
+
+TEST(Editors, CtrlCCopiesAMessage) {
+  RunDialog(kBothFormats, [](HWND dialog) {
+    host.refuseTask = true;
+    Command(dialog, kTest);
+    HWND message = nullptr;
+    ASSERT_TRUE(WaitUntil([&] { return (message = FindMessage()) != nullptr; }));
+    const KeyHeldFor control(message, VK_CONTROL, VK_LCONTROL);
+    const HWND button = GetDlgItem(message, IDOK);
+    PostMessageA(button, WM_KEYDOWN, 'C', 1);
+    std::string copied;
+    WaitUntil([&] {
+      if (!OpenClipboard(nullptr)) return false;
+      if (const HANDLE data = GetClipboardData(CF_TEXT)) {
+        copied = static_cast<const char*>(GlobalLock(data));
+        GlobalUnlock(data);
+      }
+      CloseClipboard();
+      return copied.find("Error creating new task.") != std::string::npos;
+    });
+    EXPECT_NE(copied.find("Error creating new task."), std::string::npos);
+  });
 }
 
 }  // namespace
