@@ -3,6 +3,7 @@
 // documents, settings.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -67,6 +68,43 @@ TEST(Effects, EachHasItsOptionsAndBuilds) {
     for (const ReceivedImage& image : host.images) different.insert(image.dib);
     EXPECT_GT(different.size(), 2u) << name;
   }
+}
+
+/// What a label, a check or a button has to say is wider or higher than its window, in the dialog's own font.
+bool IsCutOff(HWND control) {
+  char name[16] = "";
+  wchar_t text[256] = L"";
+  GetClassNameA(control, name, sizeof name);
+  GetWindowTextW(control, text, 256);
+  const bool isLabel = !std::strcmp(name, "Static"), isButton = !std::strcmp(name, "Button");
+  const LONG style = GetWindowLongA(control, GWL_STYLE);
+  if ((!isLabel && !isButton) ||
+      (isLabel ? style & SS_TYPEMASK : style & BS_TYPEMASK) == (isLabel ? SS_OWNERDRAW : BS_OWNERDRAW))
+    return false;
+  RECT room{}, wanted{};
+  GetClientRect(control, &room);
+  wanted.right = room.right;
+  const HDC context = GetDC(control);
+  const HGDIOBJ before = SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageA(control, WM_GETFONT, 0, 0)));
+  const bool wraps = isLabel && (style & SS_TYPEMASK) == SS_LEFT;
+  DrawTextW(context, text, -1, &wanted, DT_CALCRECT | (wraps ? DT_WORDBREAK : DT_SINGLELINE));
+  SelectObject(context, before);
+  ReleaseDC(control, context);
+  constexpr int kCheckBox = 16, kWinesFont = 8;  // Wine's is a little wider than the system's
+  return wanted.right + (isButton ? kCheckBox : 0) > room.right + kWinesFont || wanted.bottom > room.bottom;
+}
+
+TEST(Effects, NoTextIsCutOff) {
+  RunDialog(kBothFormats, [](HWND dialog) {
+    for (int effect = 0; effect < kEffects; ++effect) {
+      Choose(dialog, kEffect, effect);
+      for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        char text[256] = "";
+        GetWindowTextA(child, text, sizeof text);
+        EXPECT_FALSE(IsWindowVisible(child) && IsCutOff(child)) << text << ", effect " << effect;
+      }
+    }
+  });
 }
 
 TEST(Buttons, TestDeliversAndStaysCancelLeavesBuildDeliversAndLeaves) {

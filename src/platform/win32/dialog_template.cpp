@@ -159,7 +159,7 @@ HWND MakeTwin(const Dialog& dialog, const DialogTemplate& panel, std::size_t ind
   MapDialogRect(dialog.window, &place);
   const HWND window =
       CreateWindowExW(kind.extendedStyle | WS_EX_NOPARENTNOTIFY, kind.className, CaptionOf(source).c_str(),
-                      kind.style | WS_CHILD | GroupStyle(panel.controls, index), place.left, place.top,
+                      StyleOf(source, kind) | WS_CHILD | GroupStyle(panel.controls, index), place.left, place.top,
                       place.right - place.left, place.bottom - place.top, dialog.window,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(source.id)), ThisModule(), nullptr);
   if (window) SendMessageW(window, WM_SETFONT, static_cast<WPARAM>(SendMessageW(dialog.window, WM_GETFONT, 0, 0)), 0);
