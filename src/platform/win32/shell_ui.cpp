@@ -161,7 +161,9 @@ std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
 }
 
 std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start) {
-  static COLORREF own[16] = {};
+  constexpr COLORREF kFree = 0xFFFFFF;
+  static COLORREF own[16] = {kFree, kFree, kFree, kFree, kFree, kFree, kFree, kFree,
+                             kFree, kFree, kFree, kFree, kFree, kFree, kFree, kFree};
   CHOOSECOLORW dialog{};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = OwnerWindow(owner);
