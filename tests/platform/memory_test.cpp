@@ -49,6 +49,14 @@ TEST(Memory, CountersSeeBlocksAndNestedLocks) {
   EXPECT_EQ(LiveBlocks().locks, before.locks);
 }
 
+// There before the first block, so destroyed after all that the first block made. Filled when all tests are over; if
+// the block could not be freed any more, the program would die at its very end.
+MovableBlock ofAStaticObject;
+struct FillAtTheEnd : testing::Environment {
+  void TearDown() override { ofAStaticObject.Reset(AllocateBlock(4096)); }
+};
+[[maybe_unused]] const auto* const kFillAtTheEnd = testing::AddGlobalTestEnvironment(new FillAtTheEnd);
+
 TEST(Memory, TheNthAllocationFailsOnce) {
   FailAllocation(2);
   MovableBlock first(AllocateBlock(4));

@@ -27,8 +27,10 @@ struct BlockTable {
   std::uint64_t asked = 0;
 };
 
+// Never destroyed: a static object of a program that uses the library may free its blocks after everything else is
+// gone.
 BlockTable& Table() {
-  static BlockTable table;
+  static BlockTable& table = *new BlockTable;
   return table;
 }
 

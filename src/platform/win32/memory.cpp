@@ -26,9 +26,18 @@ struct BlockTable {
   std::uint64_t asked = 0;
 };
 
+// Never destroyed: a static object of a program that uses the library may free its blocks after everything else is
+// gone. It is only emptied when nothing lives, so that a library that is unloaded leaves no memory behind.
 BlockTable& Table() {
-  static BlockTable table;
-  return table;
+  struct Tidy {
+    BlockTable* table;
+    ~Tidy() {
+      if (table->entries.empty()) table->entries = {};
+    }
+  };
+  alignas(BlockTable) static unsigned char storage[sizeof(BlockTable)];
+  static const Tidy tidy{new (storage) BlockTable};
+  return *tidy.table;
 }
 
 bool MayAllocate() {
