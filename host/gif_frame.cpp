@@ -17,10 +17,12 @@ namespace {
 
 constexpr std::size_t kSmall = 2048;              // pixels of a frame of which everything is tried
 constexpr std::size_t kSmallAnimation = 700'000;  // the same for all frames together
+constexpr std::size_t kMiddle = 12'000;           // pixels of a larger frame, or a quarter of it, for a race
 constexpr std::size_t kMedium = 1u << 15;         // pixels up to which strings look ahead for little
-constexpr std::size_t kWorthwhile = 64;           // share of the bytes that looking ahead must save in larger frames
+constexpr std::size_t kShortRun = 2;              // pixels
+constexpr std::size_t kWorthwhile = 100;          // share of the bytes that looking ahead must save in larger frames
+constexpr std::size_t kMarkedly = 40;             // share of the bytes that another method must save in larger frames
 constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
-constexpr int kLongestPeriod = 16;  // frames
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
@@ -46,9 +48,29 @@ int ChooseWildcard(const GifPixels& pixels) {
   return wildcard > 255 ? -1 : wildcard;
 }
 
+// `free`: 0 or 1.
 GLYPHMOTION_CLONES void WriteWildcards(std::uint8_t* __restrict out, const std::uint8_t* __restrict symbols,
                                        const std::uint8_t* __restrict free, std::size_t count, std::uint8_t wildcard) {
-  for (std::size_t i = 0; i < count; ++i) out[i] = free[i] ? wildcard : symbols[i];
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto mask = static_cast<std::uint8_t>(-free[i]);
+    out[i] = static_cast<std::uint8_t>((symbols[i] & ~mask) | (wildcard & mask));
+  }
+}
+
+GLYPHMOTION_CLONES void FindFree(std::uint8_t* __restrict out, const GifPixel* __restrict kinds, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = kinds[i] == GifPixel::Free;
+}
+
+GLYPHMOTION_CLONES std::uint32_t CountFree(const std::uint8_t* free, std::size_t count) {
+  std::uint32_t sum = 0;
+  for (std::size_t i = 0; i < count; ++i) sum += free[i];
+  return sum;
+}
+
+GLYPHMOTION_CLONES std::uint32_t CountRuns(const std::uint8_t* free, std::size_t count) {
+  std::uint32_t runs = free[0];
+  for (std::size_t i = 1; i < count; ++i) runs += free[i] & ~free[i - 1];
+  return runs;
 }
 
 GLYPHMOTION_CLONES int CountChanges(const std::uint8_t* symbols, std::size_t count) {
@@ -93,8 +115,20 @@ struct GifFrameCompressor::Task {
   std::span<const std::uint8_t> freedom;  // of the latter; empty when nothing is free
   std::uint8_t wildcard = 0;
   int plainSize = 2, codeSize = 2;
-  std::size_t growth = 0;  // bytes for a larger palette, when the wildcard makes it grow
-  std::size_t freeCount = 0;
+  std::size_t growth = 0;                   // bytes for a larger palette, when the wildcard makes it grow
+  std::size_t freeCount = 0, freeRuns = 0;  // pixels, and runs of them
+
+  // Pixels that are free here and there, by chance, leave nothing to win.
+  bool IsNoise() const { return freeCount * 2 < symbols.size() && freeCount < kShortRun * freeRuns; }
+  Task Middle(std::size_t count) const {
+    Task part = *this;
+    count = std::min(count, symbols.size());
+    const std::size_t from = (symbols.size() - count) / 2;
+    part.symbols = symbols.subspan(from, count);
+    part.reached = reached.subspan(from, count);
+    if (!freedom.empty()) part.freedom = freedom.subspan(from, count);
+    return part;
+  }
 };
 
 void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Result& result) {
@@ -112,38 +146,80 @@ void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Resu
   const std::size_t growth = plain ? 0 : task.growth;
   // Bits that cannot win any more, nor come close.
   const std::size_t limit = result.cost == SIZE_MAX ? SIZE_MAX : result.cost * 8 + result.cost * 8 / kClose;
-  CompressLzw(pixels, method == Method::Choice ? task.freedom : std::span<const std::uint8_t>{}, task.wildcard,
-              plain ? task.plainSize : task.codeSize, mode, limit, attempt_);
+  lzw_.Compress(pixels, method == Method::Choice ? task.freedom : std::span<const std::uint8_t>{}, task.wildcard,
+                plain ? task.plainSize : task.codeSize, mode, limit, attempt_);
   const std::size_t cost = (attempt_.bits + 7) / 8 + growth;
-  const bool wins = cost < result.cost;
-  if (method != result.method) {
-    const Method other = wins ? result.method : method;
-    const std::size_t otherCost = wins ? result.cost : cost;
-    if (otherCost < result.secondCost) result.second = other, result.secondCost = otherCost;
-  }
-  if (!wins) return;
+  std::size_t& least = result.costs[static_cast<std::size_t>(method)];
+  least = std::min(least, cost);
+  if (cost >= result.cost) return;
   std::swap(best_, attempt_);
   result.cost = cost;
   result.method = method;
   result.mode = mode;
 }
 
-void GifFrameCompressor::TryMethods(const Task& task, bool lookahead, Result& result) {
+// The best method but one.
+GifFrameCompressor::Method GifFrameCompressor::Result::Second() const {
+  std::size_t second = method == Method::Plain ? 1 : 0;
+  for (std::size_t i = 0; i < kMethods; ++i)
+    if (i != static_cast<std::size_t>(method) && costs[i] < costs[second]) second = i;
+  return static_cast<Method>(second);
+}
+
+void GifFrameCompressor::TryMethods(const Task& task, Lookahead lookahead, Result& result) {
   const LzwMode mode{lastMode_.clearWhenFull, lookahead};
   for (const Method method :
        {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards}) {
-    if (method != Method::Plain && task.freedom.empty()) break;
+    if (method != Method::Plain && (task.freedom.empty() || task.IsNoise())) break;
     if (result.method != method || result.mode != mode || result.cost == SIZE_MAX) Try(task, method, mode, result);
   }
 }
 
-void GifFrameCompressor::TryModes(const Task& task, Result& result) {
-  const LzwMode won = result.mode;
+// Of a small frame everything.
+void GifFrameCompressor::TryAll(const Task& task, Result& result) {
+  TryMethods(task, Lookahead::Always, result);
   if (task.symbols.size() < kSmall)
-    TryMethods(task, !won.lookahead, result);
-  else if (thorough_)
-    Try(task, result.method, {won.clearWhenFull, !won.lookahead}, result);
-  if (result.cost > kFullDictionary) Try(task, result.method, {!won.clearWhenFull, result.mode.lookahead}, result);
+    TryMethods(task, Lookahead::Never, result);
+  else
+    Try(task, result.method, {result.mode.clearWhenFull, Lookahead::Never}, result);
+  if (result.cost > kFullDictionary)
+    Try(task, result.method, {!result.mode.clearWhenFull, result.mode.lookahead}, result);
+}
+
+// The method that frames like the one of the race get: the winner; in its place the one that is in use, or a quicker
+// one, where the winner saves little.
+GifFrameCompressor::Method GifFrameCompressor::Usual(const Result& race) const {
+  const auto isClose = [&](Method one) { return race.CostOf(one) <= race.cost + race.cost / kMarkedly; };
+  if (lastMethod_ != Method::Choice && isClose(lastMethod_)) return lastMethod_;
+  return race.method == Method::Choice && isClose(race.Second()) ? race.Second() : race.method;
+}
+
+// The ways run against each other, in a large frame over its middle.
+void GifFrameCompressor::Race(const Task& task, Result& result) {
+  const std::size_t size = task.symbols.size();
+  const bool large = size > kMedium, choice = !task.freedom.empty(), clear = lastMode_.clearWhenFull;
+  Result race;
+  const Task middle = large ? task.Middle(std::max(kMiddle, size / 4)) : task;
+  TryMethods(middle, Lookahead::Never, large ? race : result);
+  if (!large) race = result;
+  const Method method = large && choice ? Usual(race) : race.method;
+  if (choice) lastMethod_ = method;
+  const Lookahead ahead = large ? Lookahead::WhenFull : Lookahead::Always;
+  const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
+  const Task& ground = tells ? middle : task;
+  Result& judged = tells ? race : result;
+  if (large && !tells) Try(task, method, {clear, Lookahead::Never}, result);
+  const std::size_t greedy = judged.CostOf(method);
+  Try(ground, method, {clear, ahead}, judged);
+  const std::size_t saved = greedy - judged.CostOf(method);
+  lastMode_.lookahead = saved > (large ? greedy / kWorthwhile : 0) ? ahead : Lookahead::Never;
+  if (judged.cost > (large ? 2 : 1) * kFullDictionary) {
+    Try(ground, method, {!clear, lastMode_.lookahead}, judged);
+    lastMode_.clearWhenFull = judged.mode.clearWhenFull;
+  }
+  if (tells) Try(task, method, lastMode_, result);
+  secondMethod_ = result.Second();
+  secondIsClose_ = !large && result.CostOf(secondMethod_) <= result.cost + result.cost / kClose;
 }
 
 void GifFrameCompressor::Expect(std::size_t pixels) { thorough_ = pixels <= kSmallAnimation; }
@@ -173,8 +249,9 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const bool choice = pixels.hasFree && wildcard >= 0;
   if (choice) {
     freedom_.resize(count);
-    for (std::size_t i = 0; i < count; ++i) freedom_[i] = pixels.kinds[i] == GifPixel::Free;
-    task.freeCount = static_cast<std::size_t>(std::count(freedom_.begin(), freedom_.end(), 1));
+    FindFree(freedom_.data(), pixels.kinds.data(), count);
+    task.freeCount = CountFree(freedom_.data(), count);
+    task.freeRuns = CountRuns(freedom_.data(), count);
     if (largestFree >> task.codeSize || pixels.may[task.wildcard]) {
       const int reach = 1 << task.codeSize;
       reached_ = pixels.symbols;
@@ -188,7 +265,7 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     if (wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   }
 
-  const bool small = count < kSmall || thorough_, medium = count <= kMedium;
+  const bool small = count < kSmall || thorough_;
   Result result;
   result.mode = lastMode_;
   bool trial = IsTrial(task);
@@ -200,28 +277,21 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     }
     trial = result.cost > lastCost_ + lastCost_ / 4 + 64;
   }
-  if (trial) {
-    TryMethods(task, small, result);
-    const std::size_t greedy = result.cost;
-    secondMethod_ = result.second;
-    secondIsClose_ = medium && result.secondCost <= greedy + greedy / kClose;
-    if (!result.mode.lookahead) Try(task, result.method, {result.mode.clearWhenFull, true}, result);
-    TryModes(task, result);
-    if (!small) {
-      const bool close =
-          !medium && result.second == lastMethod_ && result.secondCost <= result.cost + result.cost / kWorthwhile;
-      const bool stands =
-          result.mode.clearWhenFull == lastMode_.clearWhenFull && (!choice || result.method == lastMethod_ || close);
-      period_ = stands ? std::min(period_ * 2, kLongestPeriod) : std::max(period_ / 4, 1);
-      // The first frame is no model for the others: they have one before them.
-      countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
-      if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count;
-    }
-    const bool worthwhile = medium || result.cost + result.cost / kWorthwhile <= greedy;
-    lastMode_ = {result.mode.clearWhenFull, result.mode.lookahead && worthwhile};
+  if (trial && !small) {
+    const Method method = lastMethod_;
+    const bool clearWhenFull = lastMode_.clearWhenFull;
+    Race(task, result);
+    const bool stands = lastMode_.clearWhenFull == clearWhenFull && lastMethod_ == method;
+    const int longer = count > kMedium ? std::min(period_ * 4, 32) : std::min(period_ * 2, 16);
+    period_ = stands ? longer : std::max(period_ / 4, 1);
+    // The first frame is no model for the others: they have one before them.
+    countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
+    if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count;
+  } else {
+    if (trial) TryAll(task, result), lastMode_ = result.mode;
+    if (choice) lastMethod_ = result.method;
   }
   lastCost_ = result.cost;
-  if (choice) lastMethod_ = result.method;
   return result.method != Method::Plain || pixels.hasWildcard ? wildcard : -1;
 }
 

@@ -43,20 +43,26 @@ class GifFrameCompressor {
   // How free pixels are written: as their colours; as the dictionary likes; as their colour where its run goes on; as
   // the wildcard where they vary, or vary often; as the wildcard.
   enum class Method { Plain, Choice, Runs, Varied, Often, Wildcards };
+  static constexpr std::size_t kMethods = 6;
   struct Task;
   struct Result {
     std::size_t cost = SIZE_MAX;  // bytes
     Method method = Method::Plain;
     LzwMode mode;
-    Method second = Method::Plain;  // the next best, if it has come close
-    std::size_t secondCost = SIZE_MAX;
+    std::array<std::size_t, kMethods> costs;  // the least of each method, or more than the winner's if it was given up
+    Result() { costs.fill(SIZE_MAX); }
+    std::size_t CostOf(Method one) const { return costs[static_cast<std::size_t>(one)]; }
+    Method Second() const;
   };
 
   void Try(const Task& task, Method method, LzwMode mode, Result& result);
-  void TryMethods(const Task& task, bool lookahead, Result& result);
-  void TryModes(const Task& task, Result& result);
+  void TryMethods(const Task& task, Lookahead lookahead, Result& result);
+  void TryAll(const Task& task, Result& result);
+  void Race(const Task& task, Result& result);
+  Method Usual(const Result& race) const;
   bool IsTrial(const Task& task);
 
+  LzwCompressor lzw_;
   LzwCodes best_, attempt_;
   std::vector<std::uint8_t> reached_, freedom_, written_;
   Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;

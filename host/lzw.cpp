@@ -11,53 +11,35 @@ namespace glyphmotion {
 namespace {
 
 constexpr unsigned kCodes = 4096;
-constexpr unsigned kHashBits = 13;
 constexpr unsigned kNone = 0xFFFF;
 
-// Most nodes have one child or none: the first stands beside its parent, and one exclusive or with the symbol looked
-// for gives its code, or something larger. The others are in a hash table, by node and symbol.
-struct Dictionary {
-  std::array<std::uint32_t, kCodes> first;             // by node: symbol << 12 | code
-  std::array<std::uint32_t, 1u << kHashBits> further;  // (node << 8 | symbol) << 12 | code; codes are never 0 here
-
-  // Forgets all strings; those from `codes` on were not used.
-  void Clear(unsigned codes) {
-    std::fill_n(first.begin(), codes, kNoChild);
-    if (hasFurther) further.fill(0);
-    hasFurther = false;
-  }
-  unsigned Child(unsigned node, unsigned symbol) const {
-    const std::uint32_t child = first[node] ^ symbol << 12;
-    if (child < kCodes) return child;
-    return first[node] == kNoChild ? kNone : FurtherChild(node, symbol);
-  }
-  void Insert(unsigned node, unsigned symbol, unsigned code) {
-    if (first[node] == kNoChild) {
-      first[node] = symbol << 12 | code;
-      return;
+// The children of all nodes in one table, by node and symbol; free slots are 0. It is large for its few entries, so
+// that what is looked for mostly stands in the first slot or not at all.
+class Dictionary {
+ public:
+  using Slot = std::uint32_t*;
+  void Clear() { slots_.fill(0); }
+  // The child's code, or kNone, and the slot in which it stands, or would stand.
+  unsigned Child(unsigned node, unsigned symbol, Slot& slot) {
+    const std::uint32_t key = node << 8 | symbol;
+    for (unsigned i = node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);; i = (i + 1) & kMask) {
+      slot = &slots_[i];
+      if (!*slot) return kNone;
+      if (*slot >> 12 == key) return *slot & 0xFFF;
     }
-    unsigned slot = Slot(node, symbol);
-    while (further[slot]) slot = (slot + 1) & kMask;
-    further[slot] = (node << 8 | symbol) << 12 | code;
-    hasFurther = true;
+  }
+  unsigned Child(unsigned node, unsigned symbol) {
+    Slot slot;
+    return Child(node, symbol, slot);
+  }
+  // Codes are never 0.
+  static void Insert(Slot slot, unsigned node, unsigned symbol, unsigned code) {
+    *slot = (node << 8 | symbol) << 12 | code;
   }
 
  private:
-  static constexpr std::uint32_t kNoChild = ~std::uint32_t{0};
-  static constexpr unsigned kMask = (1u << kHashBits) - 1;
-  bool hasFurther = true;
-
-  static unsigned Slot(unsigned node, unsigned symbol) {
-    return node << 1 ^ (symbol * 0x9E3779B1u) >> (32 - kHashBits);
-  }
-  unsigned FurtherChild(unsigned node, unsigned symbol) const {
-    const unsigned key = node << 8 | symbol;
-    for (unsigned slot = Slot(node, symbol);; slot = (slot + 1) & kMask) {
-      const std::uint32_t entry = further[slot];
-      if (!entry) return kNone;
-      if (entry >> 12 == key) return entry & 0xFFF;
-    }
-  }
+  static constexpr unsigned kBits = 14, kMask = (1u << kBits) - 1;
+  std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
 };
 
 // Writes to memory that has room for eight bytes more than what is put.
@@ -152,9 +134,9 @@ class CodeStream {
  public:
   CodeStream(Dictionary& dictionary, Runs& runs, int minCodeSize, bool clearWhenFull, std::size_t symbols,
              std::size_t limit, LzwCodes& out)
-      : dictionary_(dictionary),
-        runs_(runs),
-        out_(out),
+      : dictionary_(&dictionary),
+        runs_(&runs),
+        out_(&out),
         policy_{clearWhenFull},
         limit_(limit),
         clear_(1u << minCodeSize),
@@ -162,53 +144,68 @@ class CodeStream {
     // A clear stands for at least a thousand symbols, or it is the first or the last code.
     const std::size_t most = symbols + symbols / 1000 + 4;
     if (out.codes.size() < most) out.codes.resize(most);
-    to_ = out.codes.data();
+    to_ = counted_ = out.codes.data();
     out.minCodeSize = minCodeSize;
     Restart();
   }
   void Restart() {
     Put(clear_);
-    dictionary_.Clear(kCodes);
-    runs_.Clear();
+    SetWidth(FirstWidth(clear_));
+    dictionary_->Clear();
+    runs_->Clear();
     next_ = clear_ + 2;
-    width_ = FirstWidth(clear_);
   }
-  void Put(unsigned node) {
-    *to_++ = static_cast<std::uint16_t>(node);
-    bits_ += width_;
-  }
+  void Put(unsigned node) { *to_++ = static_cast<std::uint16_t>(node); }
+  // As far as bits are counted: at every change of the width, and now and then while the dictionary is full.
   bool TooLong() const { return bits_ > limit_; }
   bool Full() const { return next_ == kCodes; }
   unsigned Next() const { return next_; }
-  // The string of `node` and one more symbol becomes a string. Not when full.
+  // The string of `node` and one more symbol becomes a string, which has none yet. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
-    dictionary_.Insert(node, symbol, next_);
-    runs_.Added(node, symbol, next_);
+    Dictionary::Slot slot;
+    dictionary_->Child(node, symbol, slot);
+    Add(slot, node, symbol, position);
+  }
+  void Add(Dictionary::Slot slot, unsigned node, unsigned symbol, std::size_t position) {
+    Dictionary::Insert(slot, node, symbol, next_);
+    runs_->Added(node, symbol, next_);
     Skip(position);
   }
   // The decoder adds a string that stands already.
   void Skip(std::size_t position) {
-    if (next_ == 1u << width_) ++width_;
+    if (next_ == 1u << width_) SetWidth(width_ + 1);
     if (++next_ == kCodes) policy_.Full(position);
   }
-  bool WantsClear(std::size_t position) { return policy_.WantsClear(position); }
+  bool WantsClear(std::size_t position) {
+    const bool wants = policy_.WantsClear(position);
+    if (policy_.codes == 0) SetWidth(width_);
+    return wants;
+  }
   // The decoder adds a string for the last code too, whatever it may be.
   void End() {
-    if (next_ < kCodes && next_ == 1u << width_) ++width_;
+    if (next_ < kCodes && next_ == 1u << width_) SetWidth(width_ + 1);
     Put(clear_ + 1);
-    out_.count = static_cast<std::size_t>(to_ - out_.codes.data());
-    out_.bits = bits_;
+    SetWidth(width_);
+    out_->count = static_cast<std::size_t>(to_ - out_->codes.data());
+    out_->bits = bits_;
   }
 
  private:
-  Dictionary& dictionary_;
-  Runs& runs_;
-  LzwCodes& out_;
-  std::uint16_t* to_ = nullptr;
+  Dictionary* dictionary_;
+  Runs* runs_;
+  LzwCodes* out_;
+  std::uint16_t *to_ = nullptr, *counted_ = nullptr;  // codes up to there are counted among the bits
   std::size_t bits_ = 0;
   ClearPolicy policy_;
   std::size_t limit_;
   unsigned clear_, next_ = 0, width_ = 0;
+
+  // Of the codes that come now.
+  void SetWidth(unsigned width) {
+    bits_ += static_cast<std::size_t>(to_ - counted_) * width_;
+    counted_ = to_;
+    width_ = width;
+  }
 };
 
 // The pixels: what they may be written as, and how far the same goes on.
@@ -237,7 +234,7 @@ template <bool kChoice>
 class Matcher {
  public:
   static constexpr std::size_t kLong = 16;
-  Matcher(const Pixels<kChoice>& pixels, const Dictionary& dictionary, Runs& runs)
+  Matcher(const Pixels<kChoice>& pixels, Dictionary& dictionary, Runs& runs)
       : pixels_(pixels), dictionary_(dictionary), runs_(runs) {}
 
   Match Longest(std::size_t i) {
@@ -254,7 +251,7 @@ class Matcher {
 
  private:
   const Pixels<kChoice>& pixels_;
-  const Dictionary& dictionary_;
+  Dictionary& dictionary_;
   Runs& runs_;
 
   Match Follow(std::size_t i, std::uint8_t first) {
@@ -280,18 +277,24 @@ class Matcher {
   }
 };
 
-// `cutGain`: how many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
-template <bool kChoice, bool kLookahead>
-void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t cutGain, CodeStream& codes) {
+// Compresses from `begin` on, with choices or looking ahead. Gives the place where it ends: behind the last symbol, or,
+// looking ahead only while the dictionary is full, where that has been cleared.
+template <bool kChoice>
+std::size_t CompressCarefully(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t begin, LzwMode mode,
+                              CodeStream& codes) {
+  // How many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
+  const std::size_t cutGain = mode.clearWhenFull ? 4 : 1;
   const std::size_t size = pixels.size;
-  Match match = matcher.Longest(0);
+  Match match = matcher.Longest(begin);
   while (match.end < size && !codes.TooLong()) {
     const std::size_t end = match.end;
     Match next = matcher.Longest(end);
     // The string about to be added lengthens the next one if that one stops right there.
     const bool grows =
         !codes.Full() && next.node == match.node && next.end < size && pixels.Takes(next.end, next.first);
-    if (kLookahead && match.parent != kNone) {
+    const bool looksAhead =
+        mode.lookahead == Lookahead::Always || (mode.lookahead == Lookahead::WhenFull && codes.Full());
+    if (looksAhead && match.parent != kNone) {
       const Match early = matcher.Longest(end - 1);
       if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
         codes.Put(match.parent);
@@ -306,40 +309,94 @@ void CompressPixels(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std
       codes.Add(match.node, next.first, end);
     } else if (codes.WantsClear(end)) {
       codes.Restart();
+      if (mode.lookahead == Lookahead::WhenFull) return end;
       next = matcher.Longest(end);
     }
     match = next;
   }
   codes.Put(match.node);
-  codes.End();
+  return size;
+}
+
+// Compresses without either: the same codes, but most of a writer's time goes by here. Ends behind the last symbol, or
+// where the dictionary is full and it is time to look ahead.
+std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary, Runs& runs, std::size_t begin,
+                             bool untilFull, CodeStream& stream) {
+  const std::uint8_t* const symbols = pixels.symbols;
+  const std::size_t size = pixels.size;
+  const unsigned common = runs.symbol;
+  CodeStream codes = stream;
+  std::size_t i = begin;
+  while (true) {
+    unsigned node = symbols[i], symbol = node;
+    if (node == common) {
+      const std::size_t length = std::min<std::size_t>(runs.EndFrom(i) - i, runs.longest);
+      node = runs.codes[length];
+      i += length;
+    } else {
+      ++i;
+    }
+    Dictionary::Slot slot = nullptr;
+    while (i < size) {
+      symbol = symbols[i];
+      const unsigned child = dictionary.Child(node, symbol, slot);
+      if (child == kNone) break;
+      node = child;
+      ++i;
+    }
+    codes.Put(node);
+    if (i == size) break;
+    if (!codes.Full()) {
+      codes.Add(slot, node, symbol, i);
+      if (untilFull && codes.Full()) break;
+    } else if (codes.WantsClear(i)) {
+      codes.Restart();
+    }
+    if (codes.TooLong()) i = size;
+    if (i == size) break;
+  }
+  stream = codes;
+  return i;
 }
 
 }  // namespace
 
-void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out) {
-  static thread_local Dictionary dictionary;
-  static thread_local Runs runs;
-  const std::size_t cutGain = mode.clearWhenFull ? 4 : 1;
-  runs.size = symbols.size();
+struct LzwCompressor::Memory {
+  Dictionary dictionary;
+  Runs runs;
+};
+
+LzwCompressor::LzwCompressor() : memory_(std::make_unique<Memory>()) {}
+LzwCompressor::~LzwCompressor() = default;
+
+void LzwCompressor::Compress(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free,
+                             std::uint8_t wildcard, int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out) {
+  Dictionary& dictionary = memory_->dictionary;
+  Runs& runs = memory_->runs;
+  const std::size_t size = symbols.size();
+  runs.size = size;
   runs.end = 0;
-  runs.symbol = wildcard;
   if (free.empty()) {
-    runs.symbol = CommonSymbol(symbols);
+    runs.symbol = runs.value = CommonSymbol(symbols);
     runs.pixels = symbols.data();
-    runs.value = runs.symbol;
-    CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
-    const Pixels<false> pixels{symbols.data(), nullptr, symbols.size(), 0};
-    const auto compress = mode.lookahead ? CompressPixels<false, true> : CompressPixels<false, false>;
-    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
   } else {
-    runs.pixels = free.data();
+    runs.symbol = wildcard;
     runs.value = 1;
-    CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, symbols.size(), limit, out);
-    const Pixels<true> pixels{symbols.data(), free.data(), symbols.size(), wildcard};
-    const auto compress = mode.lookahead ? CompressPixels<true, true> : CompressPixels<true, false>;
-    compress(pixels, {pixels, dictionary, runs}, cutGain, codes);
+    runs.pixels = free.data();
   }
+  CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, size, limit, out);
+  if (free.empty()) {
+    const Pixels<false> pixels{symbols.data(), nullptr, size, 0};
+    const bool whenFull = mode.lookahead == Lookahead::WhenFull;
+    for (std::size_t i = 0; i < size;) {
+      if (mode.lookahead != Lookahead::Always) i = CompressGreedily(pixels, dictionary, runs, i, whenFull, codes);
+      if (i < size) i = CompressCarefully<false>(pixels, {pixels, dictionary, runs}, i, mode, codes);
+    }
+  } else {
+    const Pixels<true> pixels{symbols.data(), free.data(), size, wildcard};
+    for (std::size_t i = 0; i < size;) i = CompressCarefully<true>(pixels, {pixels, dictionary, runs}, i, mode, codes);
+  }
+  codes.End();
 }
 
 void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {

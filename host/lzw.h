@@ -5,19 +5,23 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
 namespace glyphmotion {
 
-/// Two decisions that the format leaves to the compressor. None of the four ways is always the best.
+/// Strings may end one symbol early where the next one reaches further for it (Horspool, "The effect of non-greedy
+/// parsing in Ziv-Lempel compression methods", 1995): shorter codes in about twice the time. A cut costs the dictionary
+/// a string, unless it is full.
+enum class Lookahead : std::uint8_t { Never, WhenFull, Always };
+
+/// Two decisions that the format leaves to the compressor. None of the ways is always the best.
 struct LzwMode {
   /// A full dictionary is cleared at once (textures that change all the time), instead of when strings get markedly
   /// shorter (patterns that come again).
   bool clearWhenFull = false;
-  /// Strings may end one symbol early where the next one reaches further for it (Horspool, "The effect of non-greedy
-  /// parsing in Ziv-Lempel compression methods", 1995). Not where `free` gives a choice.
-  bool lookahead = true;
+  Lookahead lookahead = Lookahead::Always;
   friend bool operator==(const LzwMode&, const LzwMode&) = default;
 };
 
@@ -29,19 +33,28 @@ struct LzwCodes {
   int minCodeSize = 2;
 };
 
-/// Compresses symbols into codes.
-///
-/// symbols   one a pixel, each below 2^minCodeSize, at least one.
-/// free      empty, or one flag a pixel: nonzero where `wildcard` says the same as the symbol and may be written
-///           instead, whichever the dictionary has the longer string for.
-/// minCodeSize  2 to 8.
-/// limit     bits past which the attempt is given up: `out` then has more bits than that, and is no whole stream.
-/// out       is replaced; its memory is used again.
-///
-/// The codes begin with a clear and end with the end code.
-/// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
-void CompressLzw(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                 int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out);
+/// Compresses symbols into codes. Holds some memory for it, nothing else from one call to the next.
+class LzwCompressor {
+ public:
+  LzwCompressor();
+  ~LzwCompressor();
+
+  /// symbols   one a pixel, each below 2^minCodeSize, at least one.
+  /// free      empty, or one flag a pixel: nonzero where `wildcard` says the same as the symbol and may be written
+  ///           instead, whichever the dictionary has the longer string for.
+  /// minCodeSize  2 to 8.
+  /// limit     bits past which the attempt is given up: `out` then has more bits than that, and is no whole stream.
+  /// out       is replaced; its memory is used again.
+  ///
+  /// The codes begin with a clear and end with the end code.
+  /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
+  void Compress(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
+                int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out);
+
+ private:
+  struct Memory;
+  std::unique_ptr<Memory> memory_;
+};
 
 /// The codes' bytes, least significant bit first, without GIF's sub-blocks, into `out`.
 void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out);
