@@ -46,19 +46,17 @@ class Dictionary {
 struct BitWriter {
   std::uint8_t* to;
   std::uint64_t bits = 0;
-  unsigned count = 0;
+  unsigned count = 0;  // of bits that stand there yet, 0 to 7
 
-  void Put(unsigned code, unsigned width) {
-    bits |= std::uint64_t{code} << count;
+  // At most 56 bits.
+  void Put(std::uint64_t value, unsigned width) {
+    bits |= value << count;
     count += width;
-    if (count >= 32) PutBytes(4);
+    for (unsigned i = 0; i < 8; ++i) to[i] = static_cast<std::uint8_t>(bits >> (8 * i));
+    to += count / 8;
+    bits >>= count & ~7u;
+    count &= 7;
   }
-  void PutBytes(unsigned bytes) {
-    for (unsigned i = 0; i < bytes; ++i) *to++ = static_cast<std::uint8_t>(bits >> (8 * i));
-    bits >>= 8 * bytes;
-    count = count > 8 * bytes ? count - 8 * bytes : 0;
-  }
-  void Flush() { PutBytes((count + 7) / 8); }
 };
 
 // Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
@@ -403,18 +401,27 @@ void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
   const unsigned clear = 1u << codes.minCodeSize;
   out.resize((codes.bits + 7) / 8 + 8);
   BitWriter writer{out.data()};
-  unsigned next = clear + 1, width = FirstWidth(clear);
-  for (const unsigned code : std::span(codes.codes).first(codes.count)) {
-    writer.Put(code, width);
-    if (code == clear) {
-      next = clear + 1;  // the first code after a clear adds no string
+  unsigned width = FirstWidth(clear);
+  std::size_t left = 0;  // codes of this width, unless a clear comes before
+  const std::uint16_t *code = codes.codes.data(), *const end = code + codes.count;
+  while (code < end) {
+    const unsigned first = *code++;
+    writer.Put(first, width);
+    if (first == clear) {
       width = FirstWidth(clear);
+      left = clear - 1;  // the first of them adds no string
       continue;
     }
-    if (next < kCodes) ++next;
-    if (next == 1u << width && width < 12) ++width;
+    if (--left == 0 && width < 12) left = std::size_t{1} << width++;
+    // Four at once.
+    const std::size_t most = width < 12 ? left - 1 : SIZE_MAX;
+    const std::uint16_t* const stop = code + std::min<std::size_t>(most, static_cast<std::size_t>(end - code)) / 4 * 4;
+    for (; code < stop && code[0] != clear && code[1] != clear && code[2] != clear && code[3] != clear; code += 4) {
+      writer.Put(code[0] | code[1] << width | std::uint64_t{code[2]} << 2 * width | std::uint64_t{code[3]} << 3 * width,
+                 4 * width);
+      left -= 4;
+    }
   }
-  writer.Flush();
   out.resize((codes.bits + 7) / 8);
 }
 
