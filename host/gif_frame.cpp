@@ -15,13 +15,14 @@ int GifCodeSize(int largest) {
 
 namespace {
 
-constexpr std::size_t kSmall = 2048;              // pixels of a frame of which everything is tried
-constexpr std::size_t kSmallAnimation = 700'000;  // the same for all frames together
-constexpr std::size_t kMiddle = 12'000;           // pixels of a larger frame, or a quarter of it, for a race
-constexpr std::size_t kMedium = 1u << 15;         // pixels up to which strings look ahead for little
-constexpr std::size_t kShortRun = 2;              // pixels
-constexpr std::size_t kWorthwhile = 100;          // share of the bytes that looking ahead must save in larger frames
-constexpr std::size_t kMarkedly = 40;             // share of the bytes that another method must save in larger frames
+constexpr std::size_t kSmall = 2048;               // pixels of a frame of which everything is tried
+constexpr std::size_t kSmallAnimation = 200'000;   // the same for all frames together
+constexpr std::size_t kMediumAnimation = 700'000;  // pixels up to which the ways are tried often
+constexpr std::size_t kMiddle = 12'000;            // pixels of a larger frame, or a quarter of it, for a race
+constexpr std::size_t kMedium = 1u << 15;          // pixels up to which strings look ahead for little
+constexpr std::size_t kShortRun = 2;               // pixels
+constexpr std::size_t kWorthwhile = 100;           // share of the bytes that looking ahead must save in larger frames
+constexpr std::size_t kMarkedly = 40;              // share of the bytes that another method must save in larger frames
 constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
@@ -222,7 +223,10 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   secondIsClose_ = !large && result.CostOf(secondMethod_) <= result.cost + result.cost / kClose;
 }
 
-void GifFrameCompressor::Expect(std::size_t pixels) { thorough_ = pixels <= kSmallAnimation; }
+void GifFrameCompressor::Expect(std::size_t pixels) {
+  thorough_ = pixels <= kSmallAnimation;
+  longestPeriod_ = pixels <= kMediumAnimation ? 4 : 16;
+}
 
 // Whether the other ways are tried: the more seldom the longer one stands, or when much more or less of the frame is
 // free.
@@ -282,7 +286,8 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     const bool clearWhenFull = lastMode_.clearWhenFull;
     Race(task, result);
     const bool stands = lastMode_.clearWhenFull == clearWhenFull && lastMethod_ == method;
-    const int longer = count > kMedium ? std::min(period_ * 4, 32) : std::min(period_ * 2, 16);
+    const int longest = lastMethod_ == Method::Choice ? longestPeriod_ / 4 : longestPeriod_;
+    const int longer = count > kMedium ? std::min(period_ * 4, 32) : std::min(period_ * 2, longest);
     period_ = stands ? longer : std::max(period_ / 4, 1);
     // The first frame is no model for the others: they have one before them.
     countdown_ = lastCost_ == 0 ? 0 : period_ - 1;

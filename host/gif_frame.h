@@ -69,8 +69,8 @@ class GifFrameCompressor {
   bool secondIsClose_ = false, thorough_ = false;
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;
-  std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;  // pixels
-  int countdown_ = 0, period_ = 1;                 // frames until the other ways are tried again
+  std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;        // pixels
+  int countdown_ = 0, period_ = 1, longestPeriod_ = 16;  // frames until the other ways are tried again
 };
 
 }  // namespace glyphmotion
