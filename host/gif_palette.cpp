@@ -90,6 +90,33 @@ std::vector<std::uint16_t> ByLeastMissing(std::span<const GifWants> frames, cons
   return out;
 }
 
+// From the last slot to the first, always the colour that the fewest frames miss of those that miss none yet.
+std::vector<std::uint16_t> ByFewestLost(std::span<const GifWants> frames, const std::vector<std::uint16_t>& ids) {
+  std::vector<std::uint32_t> all(65536);
+  for (const GifWants& frame : frames)
+    for (const std::uint16_t id : frame.must) ++all[id];
+  std::vector<std::uint32_t> count = all;
+  std::vector<const GifWants*> whole;
+  for (const GifWants& frame : frames) whole.push_back(&frame);
+  std::vector<std::uint16_t> left(ids.rbegin(), ids.rend()), out;
+  while (!left.empty()) {
+    const auto last = std::min_element(left.begin(), left.end(), [&](std::uint16_t a, std::uint16_t b) {
+      return std::pair(count[a], all[a]) < std::pair(count[b], all[b]);
+    });
+    const std::uint16_t id = *last;
+    out.push_back(id);
+    left.erase(last);
+    if (!count[id]) continue;
+    std::erase_if(whole, [&](const GifWants* frame) {
+      if (std::find(frame->must.begin(), frame->must.end(), id) == frame->must.end()) return false;
+      for (const std::uint16_t lost : frame->must) --count[lost];
+      return true;
+    });
+  }
+  std::reverse(out.begin(), out.end());
+  return out;
+}
+
 // The colours that the most frames must write first.
 std::vector<std::uint16_t> ByFrames(std::span<const GifWants> frames, std::vector<std::uint16_t> ids) {
   std::vector<std::uint32_t> count(65536);
@@ -109,7 +136,7 @@ void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids
     return made;
   };
   std::vector<GifPalette> made = {with(ids), with(BySmallestFrame(frames, ids)), with(ByFrames(frames, ids)),
-                                  with(ByLeastMissing(frames, ids))};
+                                  with(ByLeastMissing(frames, ids)), with(ByFewestLost(frames, ids))};
   if (palette.colours.empty() && colours.size() <= 256) {
     // Slots that are the ids save the frames' translation.
     GifPalette same;
