@@ -106,15 +106,25 @@ GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict
   }
 }
 
-// Which symbols there are, by the kind of their pixels. Most of a picture is even: groups that repeat are passed over.
+// Which symbols there are, by the kind of their pixels. Most of a picture is even: groups that repeat are passed over;
+// and once a picture has shown all of them nothing new can come.
 using Seen = std::array<std::array<bool, 256>, 3>;
 void FindSymbols(const GifPixels& pixels, Seen& seen) {
+  constexpr std::size_t kBlock = 4096;
   const std::uint8_t* symbol = pixels.symbols.data();
   const GifPixel* kind = pixels.kinds.data();
   const std::size_t count = pixels.symbols.size();
   std::uint64_t lastSymbols = 0, lastKinds = ~std::uint64_t{0};
   std::size_t i = 0;
-  for (; i + 8 <= count; i += 8) {
+  for (std::size_t check = kBlock; i + 8 <= count; i += 8) {
+    if (i >= check) {
+      check += kBlock;
+      const auto all = [](const std::array<bool, 256>& of) {
+        return std::find(of.begin(), of.end(), false) == of.end();
+      };
+      if (all(seen[0]) && all(seen[1]) && !std::memchr(kind + i, static_cast<int>(GifPixel::Wildcard), count - i))
+        return;
+    }
     std::uint64_t symbols, kinds;
     std::memcpy(&symbols, symbol + i, 8);
     std::memcpy(&kinds, kind + i, 8);

@@ -18,7 +18,13 @@ constexpr unsigned kNone = 0xFFFF;
 class Dictionary {
  public:
   using Slot = std::uint32_t*;
-  void Clear() { slots_.fill(0); }
+  void Clear() {
+    if (count_ < kFew)
+      for (std::size_t i = 0; i < count_; ++i) slots_[used_[i]] = 0;
+    else
+      slots_.fill(0);
+    count_ = 0;
+  }
   // The child's code, or kNone, and the slot in which it stands, or would stand.
   unsigned Child(unsigned node, unsigned symbol, Slot& slot) {
     const std::uint32_t key = node << 8 | symbol;
@@ -33,12 +39,16 @@ class Dictionary {
     return Child(node, symbol, slot);
   }
   // Codes are never 0.
-  static void Insert(Slot slot, unsigned node, unsigned symbol, unsigned code) {
+  void Insert(Slot slot, unsigned node, unsigned symbol, unsigned code) {
     *slot = (node << 8 | symbol) << 12 | code;
+    if (count_ < kFew) used_[count_++] = static_cast<std::uint16_t>(slot - slots_.data());
   }
 
  private:
-  static constexpr unsigned kBits = 14, kMask = (1u << kBits) - 1;
+  static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
+  static constexpr std::size_t kFew = 1024;  // entries that are better cleared one by one
+  std::size_t count_ = kFew;                 // of `used_`
+  std::array<std::uint16_t, kFew> used_;
   std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
 };
 
@@ -165,7 +175,7 @@ class CodeStream {
     Add(slot, node, symbol, position);
   }
   void Add(Dictionary::Slot slot, unsigned node, unsigned symbol, std::size_t position) {
-    Dictionary::Insert(slot, node, symbol, next_);
+    dictionary_->Insert(slot, node, symbol, next_);
     runs_->Added(node, symbol, next_);
     Skip(position);
   }

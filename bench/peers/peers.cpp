@@ -15,6 +15,7 @@
 #include "colour_runs.h"
 #include "host/gif_writer.h"
 #include "image/remap.h"
+#include "platform/heap.h"
 
 namespace glyphmotion {
 namespace {
@@ -181,6 +182,7 @@ void CompareRun(Kind kind, const char* name, int rounds, const std::string& fold
 
 int main(int argc, char** argv) {
   using namespace glyphmotion;
+  KeepFreedMemory();  // as the program does, and for all
   const int rounds = argc > 1 ? std::atoi(argv[1]) : 5;
   const std::string folder = argc > 2 ? argv[2] : "";
   CompareRun(kGradient, "gradient", rounds, folder);
