@@ -30,14 +30,6 @@ struct ReducedFrame {
   int width = 0, height = 0;
 };
 
-struct OwnedFrames {
-  FrameList list;
-  OwnedFrames() = default;
-  OwnedFrames(const OwnedFrames&) = delete;
-  OwnedFrames& operator=(const OwnedFrames&) = delete;
-  ~OwnedFrames() { FreeFrames(list); }
-};
-
 // The colours go to a new 24-bit image, what is transparent to flags (none: empty) and to black.
 PackedDib SplitFrame(const AnimationFrame& frame, std::vector<std::uint8_t>& rgba, std::vector<std::uint8_t>& clear) {
   const DibPixels dib = ReadDib(frame.dib);

@@ -31,6 +31,15 @@ bool AppendFrame(FrameList& list, const FrameRecord& record) noexcept;
 /// Frees all frames and the list, which is empty afterwards. Twice does no harm.
 void FreeFrames(FrameList& list) noexcept;
 
+/// A list whose frames are freed at the end of its life.
+struct OwnedFrames {
+  FrameList list;
+  OwnedFrames() = default;
+  OwnedFrames(const OwnedFrames&) = delete;
+  OwnedFrames& operator=(const OwnedFrames&) = delete;
+  ~OwnedFrames() { FreeFrames(list); }
+};
+
 /// Record i, locked while the object lives; empty when i is not in the list.
 class LockedFrame {
  public:

@@ -13,6 +13,7 @@
 #include "materials/library_file.h"
 #include "materials/surface_texture.h"
 #include "platform/files.h"
+#include "resources/strings.h"
 
 namespace glyphmotion {
 namespace {
@@ -110,7 +111,7 @@ std::string WithLineEnds(std::string text) {
 }
 
 void AppendItem(std::string& text, const NamedTexture& texture) {
-  text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? std::string("UNKNOWN NAME") : texture.name) + "\n";
+  text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? LoadText(kTextNamelessTexture) : texture.name) + "\n";
   for (const TextureField& field : TextureFields()) {
     const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
     std::string value;

@@ -70,10 +70,6 @@ struct WaitCursor {
   WaitCursor() { SetWaitCursor(true); }
   ~WaitCursor() { SetWaitCursor(false); }
 };
-struct OwnedFrames {
-  FrameList list;
-  ~OwnedFrames() { FreeFrames(list); }
-};
 struct AlphaCheck {
   Dialog& dialog;
   int state;

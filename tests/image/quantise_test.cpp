@@ -158,7 +158,7 @@ TEST(Quantise, EveryPaletteIsThePlainOne) {
   Dice dice(1);
   const int wanted[] = {256, 255, 0, 1, 2, 3, 15, 64, 100, -5, 300};
   for (int round = 0; round < 120; ++round) {
-    OwnedFrames frames;
+    TestFrames frames;
     const int spreads[] = {256, 5, 9, 17, 3, 40};
     for (int i = 0; i <= round % 4; ++i) {
       frames.Append(RandomImage(dice, Roll(dice, 1, 40), Roll(dice, 1, 30), 24, spreads[round % 6], 1 + round % 5));
@@ -171,7 +171,7 @@ TEST(Quantise, EveryPaletteIsThePlainOne) {
 TEST(Quantise, ManyColoursAreMergedPassByPass) {
   Dice dice(2);
   for (int round = 0; round < 10; ++round) {
-    OwnedFrames frames;
+    TestFrames frames;
     const PackedDib image = BlankDib(60, 50, nullptr, 24);
     const DibView view(image);
     const int mask = round % 2 ? 0xFFFFFF : 0xF8F8F8 | round * 0x010101;
@@ -186,7 +186,7 @@ TEST(Quantise, ManyColoursAreMergedPassByPass) {
 TEST(Quantise, ANodeWithLessErrorThanItsChildrenTakesThemAlong) {
   Dice dice(3);
   for (int round = 0; round < 200; ++round) {
-    OwnedFrames frames;
+    TestFrames frames;
     const PackedDib image = BlankDib(40, 1, nullptr, 24);
     const DibView view(image);
     const int levels[] = {31, 32, 63, 64, 95, 96, 127, 128, 159, 160, 191, 192};
@@ -200,7 +200,7 @@ TEST(Quantise, ANodeWithLessErrorThanItsChildrenTakesThemAlong) {
 }
 
 TEST(Quantise, FewEnoughColoursAreKeptInTheOrderOfTheirAppearanceFromTheTop) {
-  OwnedFrames frames;
+  TestFrames frames;
   const PackedDib image = BlankDib(3, 2, nullptr, 24);
   const Colour colours[] = {7, 8, 7, 0xFF0000, 9, 9};
   for (int i = 0; i < 6; ++i) DibView(image).SetPixel(i % 3, i / 3, colours[i]);
@@ -220,7 +220,7 @@ TEST(Quantise, FewEnoughColoursAreKeptInTheOrderOfTheirAppearanceFromTheTop) {
 // The 256th colour on the last pixel still fits; one more pixel, of whatever colour, does not.
 TEST(Quantise, AFullListCountsEveryPixel) {
   for (int width : {256, 257}) {
-    OwnedFrames frames;
+    TestFrames frames;
     const PackedDib image = BlankDib(width, 1, nullptr, 24);
     for (int x = 0; x < width; ++x) DibView(image).SetPixel(x, 0, MakeColour(std::min(x, 255), 3, 3));
     frames.Append(DuplicateDib(image));
@@ -234,7 +234,7 @@ TEST(Quantise, AFullListCountsEveryPixel) {
 
 // More pixels of one cell than its packed sums can take at once.
 TEST(Quantise, LargeFlatFramesAreSummedExactly) {
-  OwnedFrames frames;
+  TestFrames frames;
   for (int i = 0; i < 3; ++i) {
     PackedDib image = SolidDib(1100, 500, i == 1 ? 0xFFFFFF : 0xFEFFFC);
     DibView(image).SetPixel(4, 4, static_cast<Colour>(i * 77));
@@ -246,7 +246,7 @@ TEST(Quantise, LargeFlatFramesAreSummedExactly) {
 TEST(Quantise, WhatIsNoPictureFails) {
   Palette palette;
   int count = 256;
-  OwnedFrames none, deep, lost;
+  TestFrames none, deep, lost;
   EXPECT_FALSE(QuantiseFrames(none.list, count, palette));
   deep.Append(BlankDib(3, 3, nullptr, 32));
   EXPECT_FALSE(QuantiseFrames(deep.list, count, palette));
@@ -257,7 +257,7 @@ TEST(Quantise, WhatIsNoPictureFails) {
 
 TEST(Quantise, EveryAllocationMayFailAndNothingLeaks) {
   Dice dice(4);
-  OwnedFrames frames;
+  TestFrames frames;
   frames.Append(RandomImage(dice, 120, 120, 24, 256, 1));
   frames.Append(RandomImage(dice, 120, 120, 24, 256, 1));
   const auto before = LiveBlocks();

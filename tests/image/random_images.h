@@ -52,14 +52,7 @@ inline std::string Difference(const PackedDib& a, const PackedDib& b) {
   return "";
 }
 
-/// Frees a list when a test ends.
-struct OwnedFrames {
-  FrameList list;
-  OwnedFrames() = default;
-  OwnedFrames(const OwnedFrames&) = delete;
-  OwnedFrames& operator=(const OwnedFrames&) = delete;
-  ~OwnedFrames() { FreeFrames(list); }
-
+struct TestFrames : OwnedFrames {
   void Append(PackedDib image, int delay = 0) {
     FrameRecord record;
     record.image = image.Release();

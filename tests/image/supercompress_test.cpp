@@ -20,7 +20,7 @@ bool Unchanged(const FrameList& list, int i, int x, int y) {
 TEST(Supercompress, MasksFollowTheRunningPictureOverAllSizesAndDepths) {
   Dice dice(1);
   for (int round = 0; round < 60; ++round) {
-    OwnedFrames frames;
+    TestFrames frames;
     const int width = Roll(dice, 1, 40), height = Roll(dice, 1, 6);
     frames.Append(RandomImage(dice, width, height, round % 3 ? 24 : 32, 2));
     for (int i = 1; i < 5; ++i) {
@@ -67,7 +67,7 @@ TEST(Supercompress, MasksFollowTheRunningPictureOverAllSizesAndDepths) {
 }
 
 TEST(Supercompress, AMaskIsAOneBitPictureInBlackAndWhite) {
-  OwnedFrames frames;
+  TestFrames frames;
   for (int i = 0; i < 2; ++i) frames.Append(SolidDib(33, 2, 5));
   PackedDib previous;
   ASSERT_TRUE(SupercompressFrames(frames.list, kKey, previous, nullptr));
@@ -83,7 +83,7 @@ TEST(Supercompress, AMaskIsAOneBitPictureInBlackAndWhite) {
 }
 
 TEST(Supercompress, APixelThatReturnsHasChangedTwice) {
-  OwnedFrames frames;
+  TestFrames frames;
   for (int i = 0; i < 4; ++i) {
     PackedDib image = SolidDib(4, 1, 1);
     if (i == 2) DibView(image).SetPixel(2, 0, 9);
@@ -102,7 +102,7 @@ TEST(Supercompress, EveryAllocationMayFailAndNothingLeaks) {
   bool done = false;
   for (std::uint64_t n = 1; !done; ++n) {
     {
-      OwnedFrames frames;
+      TestFrames frames;
       for (int i = 0; i < 3; ++i) frames.Append(SolidDib(4, 4, 1));
       PackedDib previous;
       FailAllocation(n);
@@ -116,7 +116,7 @@ TEST(Supercompress, EveryAllocationMayFailAndNothingLeaks) {
     EXPECT_EQ(LiveBlocks().blocks, before.blocks);
     EXPECT_EQ(LiveBlocks().locks, before.locks);
   }
-  OwnedFrames lost;
+  TestFrames lost;
   lost.Append({});
   PackedDib previous;
   EXPECT_FALSE(SupercompressFrames(lost.list, kKey, previous, nullptr));
