@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plugin_user.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -59,10 +60,12 @@ void Leave(HWND dialog) {
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& holds) {
-  for (DWORD waited = 0; waited < kPatience; waited += kLookAgain, Sleep(kLookAgain)) {
-    if (holds()) return true;
+  const ULONGLONG start = GetTickCount64();
+  for (DWORD pause = 1; !holds(); pause = std::min(pause + 1, kLookAgain)) {
+    if (GetTickCount64() - start > kPatience) return false;
+    Sleep(pause);
   }
-  return false;
+  return true;
 }
 
 HWND WaitForDialog(const char* title, int control) {
