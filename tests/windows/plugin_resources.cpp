@@ -15,6 +15,9 @@ namespace {
 // A Static in the looks of a manifest keeps its font and its picture in a block of this size, which Wine 8 never frees.
 constexpr DWORD kStaticsBlock = 24;
 
+// A lock of the threads' library makes its event when two threads first meet at it, once in some hundred dialogs.
+constexpr SIZE_T kLateHandles = 2;
+
 SIZE_T staticsMade = 0;
 
 LRESULT CALLBACK OnWindow(int code, WPARAM window, LPARAM parameter) {
@@ -78,10 +81,10 @@ void ReportResources(int dialogs, const Resources& before, const Resources& afte
   const auto number = [](SIZE_T count) { return static_cast<unsigned>(count); };
   std::printf(
       "After %d dialogs: drawing objects %u, then %u; windows %u, then %u; menus %u, then %u; handles %u, then %u; "
-      "blocks %u, then %u; of Statics %u more for %u made.\n",
+      "blocks %u, then %u; of Statics %u, then %u, for %u made.\n",
       dialogs, number(before.drawing), number(after.drawing), number(before.windows), number(after.windows),
       number(before.menus), number(after.menus), number(before.handles), number(after.handles), number(before.blocks),
-      number(after.blocks), number(after.staticsBlocks - before.staticsBlocks),
+      number(after.blocks), number(before.staticsBlocks), number(after.staticsBlocks),
       number(after.staticsMade - before.staticsMade));
 }
 
@@ -89,9 +92,9 @@ void ExpectNothingLeft(const Resources& before, const Resources& after) {
   EXPECT_LE(after.drawing, before.drawing);
   EXPECT_LE(after.windows, before.windows);
   EXPECT_LE(after.menus, before.menus);
-  EXPECT_LE(after.handles, before.handles);
+  EXPECT_LE(after.handles, before.handles + kLateHandles);
   EXPECT_LE(after.blocks, before.blocks);
-  EXPECT_LE(after.staticsBlocks - before.staticsBlocks, after.staticsMade - before.staticsMade);
+  EXPECT_LE(after.staticsBlocks, before.staticsBlocks + after.staticsMade - before.staticsMade);
 }
 
 }  // namespace glyphmotion::test
