@@ -13,12 +13,13 @@ namespace {
 
 constexpr int kCycles = 12, kWarmUp = 4, kReportEvery = 100;
 
-// Every third is cancelled at once, the others test and build.
+// Every third is cancelled at once, the others show themselves, and test or build.
 void Cycle(int i) {
   host = {};
   EXPECT_EQ(RunDialog(i % 2 ? kPalette : kTrueColour,
                       [i](HWND dialog) {
                         if (i % 3 == 0) return;
+                        WaitForPainting(dialog);
                         Type(dialog, kText, "Hi");
                         Type(dialog, kSize, "10");
                         Choose(dialog, kEffect, 15);

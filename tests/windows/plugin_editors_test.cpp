@@ -63,7 +63,11 @@ TEST(Editors, NothingIsLeftOfThem) {
   const auto open = [](int times) {
     RunDialog(kBothFormats, [=](HWND dialog) {
       for (int i = 0; i < times; ++i) {
-        for (int editor = 0; editor < 3; ++editor) CloseEditor(OpenEditor(dialog, editor), i % 2 ? IDOK : IDCANCEL);
+        for (int editor = 0; editor < 3; ++editor) {
+          const HWND window = OpenEditor(dialog, editor);
+          WaitForPainting(window);
+          CloseEditor(window, i % 2 ? IDOK : IDCANCEL);
+        }
       }
     });
   };

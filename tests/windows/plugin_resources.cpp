@@ -15,7 +15,8 @@ namespace {
 // A Static in the looks of a manifest keeps its font and its picture in a block of this size, which Wine 8 never frees.
 constexpr DWORD kStaticsBlock = 24;
 
-// A lock of the threads' library makes its event when two threads first meet at it, once in some hundred dialogs.
+// Once in some hundred dialogs the threads' library keeps the event that it starts a thread with, which is the test's
+// own here.
 constexpr SIZE_T kLateHandles = 2;
 
 SIZE_T staticsMade = 0;

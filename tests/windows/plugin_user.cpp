@@ -169,4 +169,18 @@ void Settle(HWND dialog) {
   }
 }
 
+// Posted messages overtake painting.
+void WaitForPainting(HWND dialog) {
+  const auto look = [](HWND child, LPARAM waits) -> BOOL {
+    const bool due = GetUpdateRect(child, nullptr, FALSE);
+    if (due) *reinterpret_cast<bool*>(waits) = true;
+    return !due;
+  };
+  WaitUntil([&] {
+    bool waits = GetUpdateRect(dialog, nullptr, FALSE);
+    if (!waits) EnumChildWindows(dialog, look, reinterpret_cast<LPARAM>(&waits));
+    return !waits;
+  });
+}
+
 }  // namespace glyphmotion::test

@@ -74,5 +74,7 @@ bool IsEnabled(HWND dialog, int id);
 int SelectionOf(HWND dialog, int id);
 /// Lets the dialog handle everything that was posted to it before.
 void Settle(HWND dialog);
+/// Waits until the dialog and everything in it has been painted.
+void WaitForPainting(HWND dialog);
 
 }  // namespace glyphmotion::test
