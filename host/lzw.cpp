@@ -46,7 +46,7 @@ class Dictionary {
 
  private:
   static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
-  static constexpr std::size_t kFew = 1024;  // entries that are better cleared one by one
+  static constexpr std::size_t kFew = 2048;  // entries that are better cleared one by one
   std::size_t count_ = kFew;                 // of `used_`
   std::array<std::uint16_t, kFew> used_;
   std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
