@@ -329,6 +329,9 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
   const auto argument = static_cast<int>(static_cast<std::int64_t>(message.a));
+  // In the middle of a drag a key or the right button could take the marker from under the pointer.
+  const bool dragging = HasCapture(dialog, id);
+  if (dragging && (message.number == kMessageKeyDown || message.number == kMessageRightUp)) return true;
   switch (message.number) {
     case kMessageLeftDown:
       draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
@@ -336,7 +339,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       if (draggedMarker >= 0) CaptureMouse(dialog, id);
       return true;
     case kMessageMouseMove:
-      if (HasCapture(dialog, id)) Drag(dialog, id, *fountain, argument);
+      if (dragging) Drag(dialog, id, *fountain, argument);
       return true;
     case kMessageLeftUp:
       return LeftUp(dialog, id, message), true;
