@@ -212,7 +212,7 @@ void BarMenu(Dialog& dialog, int id, MenuPlace place = {}) {
   if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
   const auto fountain = LockFountain(dialog, id);
-  if (!fountain || !AddToFountainLibrary(FountainLibraryPath(), *fountain, CurrentTime())) {
+  if (!fountain || !AddToFountainLibrary(FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
     ShowMessage(&dialog, LoadText(kTextFountainNotAdded));
   }
 }
@@ -451,6 +451,7 @@ std::string FountainPath(int id) {
 }
 
 std::string FountainLibraryPath() { return LibraryPath(kFountainLibraryName); }
+std::string FountainLibraryPathToWrite() { return LibraryPathToWrite(kFountainLibraryName); }
 
 void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
   chosenHandle = kStartHandle;
