@@ -150,7 +150,7 @@ TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
   };
   RunDialog(kBothFormats, [&](HWND dialog) {
     const HWND tiles = OpenEditor(dialog, 2);
-    StartTileGroup(tiles);
+    StartGroup(tiles, kAddTile);
     for (const auto& [what, picture, size] : answers) {
       answer = picture;
       answered = false;
@@ -190,7 +190,7 @@ TEST(Editors, DamagedFilesDoNoHarm) {
     AskForLittle(dialog);
     for (int editor = 0; editor < 3; ++editor) {
       const HWND window = OpenEditor(dialog, editor);
-      if (editor == 2 && first) StartTileGroup(window);
+      if (editor == 2 && first) StartGroup(window, kAddTile);
       CloseEditor(window, IDOK);
     }
     PressTest(dialog);

@@ -164,7 +164,7 @@ TEST(Keyboard, LettersLeadToWhatTheyAreUnderlinedIn) {
 // --- Return and Escape ---
 
 TEST(Keyboard, ReturnBuildsAndEscapeLeavesFromEveryKindOfControl) {
-  for (const int id : {+kText, +kSize, +kEffect, +kBold, kFill, kOutline, kShadowDirection}) {
+  for (const int id : {+kText, +kEffect, +kBold, kFill, kOutline, kShadowDirection}) {
     for (const int key : {VK_RETURN, VK_ESCAPE}) {
       host = {};
       RunDialog(kBothFormats, [&](HWND dialog) {

@@ -67,16 +67,6 @@ void SetKeys(const KeyHeldFor& held, BYTE state) {
   AttachThreadInput(GetCurrentThreadId(), held.thread, FALSE);
 }
 
-/// From the menu of a fill's kinds, by the keyboard.
-void ChooseKind(HWND fill, int kind) {
-  HWND menu = nullptr;
-  PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
-  ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) && IsWindowVisible(menu); }));
-  for (int i = 0; i <= kind; ++i) PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
-  PostMessageA(fill, WM_KEYDOWN, VK_RETURN, 1);
-  WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); });
-}
-
 }  // namespace
 
 bool WaitUntil(const std::function<bool()>& holds) {
@@ -212,6 +202,14 @@ void GivePath(const char* title, const std::string& path) {
   })) << title;
 }
 
+void ChooseFromMenu(HWND control, int index) {
+  HWND menu = nullptr;
+  ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) && IsWindowVisible(menu); }));
+  for (int i = 0; i <= index; ++i) PostMessageA(control, WM_KEYDOWN, VK_DOWN, 1);
+  PostMessageA(control, WM_KEYDOWN, VK_RETURN, 1);
+  WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); });
+}
+
 // --- The editors behind the fills ---
 
 HWND FillOf(HWND dialog) {
@@ -227,7 +225,8 @@ HWND FillOf(HWND dialog) {
 
 HWND OpenEditor(HWND dialog, int editor) {
   const HWND fill = FillOf(dialog);
-  ChooseKind(fill, editor + 1);
+  PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
+  ChooseFromMenu(fill, editor + 1);
   PostMessageA(fill, WM_KEYDOWN, VK_SPACE, 1);
   return WaitForDialog(kEditors[editor], IDCANCEL);
 }
@@ -237,10 +236,10 @@ void CloseEditor(HWND editor, int command) {
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(editor); }));
 }
 
-void StartTileGroup(HWND tiles) {
-  const KeyHeldFor shift(tiles, VK_SHIFT, VK_LSHIFT);
-  PostMessageA(tiles, WM_COMMAND, kAddTile, 0);
-  CloseEditor(WaitForDialog("New matrix group", IDOK), IDOK);
+void StartGroup(HWND editor, int addButton) {
+  const KeyHeldFor shift(editor, VK_SHIFT, VK_LSHIFT);
+  PostMessageA(editor, WM_COMMAND, static_cast<WPARAM>(addButton), 0);
+  CloseEditor(WaitForDialog("New ", IDOK), IDOK);
 }
 
 // Sent messages overtake posted ones, so a mark is posted, to an edit, and waited for. A command may post another one,

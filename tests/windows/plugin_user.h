@@ -90,6 +90,9 @@ struct KeyHeldFor {
 /// Answers the system's file dialog with a path.
 void GivePath(const char* title, const std::string& path);
 
+/// Waits for the menu of a control's thread and chooses an item, counted from 0, with the keyboard.
+void ChooseFromMenu(HWND control, int index);
+
 // --- The editors behind the fills ---
 
 constexpr const char* kEditors[] = {"Gradient", "Texture", "Matrix"};
@@ -100,8 +103,9 @@ HWND FillOf(HWND dialog);
 /// Opens an editor, of kEditors, for the first fill.
 HWND OpenEditor(HWND dialog, int editor);
 void CloseEditor(HWND editor, int command);
-/// A tile group of the person's own, by the tile editor's + with Shift: the shipped one is not to be changed.
-void StartTileGroup(HWND tiles);
+/// A group of the person's own, "Untitled", by the + with Shift of the texture or the tile editor: the shipped ones are
+/// not to be changed.
+void StartGroup(HWND editor, int addButton);
 
 /// Lets the dialog handle everything that was posted to it before.
 void Settle(HWND dialog);
