@@ -17,6 +17,7 @@
 #include "controls/library_editor.h"
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
+#include "resources/box_templates.h"
 #include "resources/settings_table.h"
 #include "resources/templates.h"
 #include "resources/texture_controls.h"
@@ -196,10 +197,14 @@ bool ShowsForTexture(const ControlTemplate& control, int type) {
 }
 bool ShowsAlways(const ControlTemplate&, int) { return true; }
 
-const EditorLayout kEditors[] = {
-    {&kTextureDialogTemplate, 6, ShowsForTexture},    {&kTexturePreviewTemplate, 1, ShowsAlways},
-    {&kTileDialogTemplate, 1, ShowsAlways},           {&kGradientDialogTemplate, 1, ShowsAlways},
-    {&kMarkerPositionDialogTemplate, 1, ShowsAlways}, {&kFountainLibraryDialogTemplate, 1, ShowsAlways}};
+const EditorLayout kEditors[] = {{&kTextureDialogTemplate, 6, ShowsForTexture},
+                                 {&kTexturePreviewTemplate, 1, ShowsAlways},
+                                 {&kTileDialogTemplate, 1, ShowsAlways},
+                                 {&kGradientDialogTemplate, 1, ShowsAlways},
+                                 {&kMarkerPositionDialogTemplate, 1, ShowsAlways},
+                                 {&kFountainLibraryDialogTemplate, 1, ShowsAlways},
+                                 {&kNamePrompt, 1, ShowsAlways},
+                                 {&kRegistrationDialog, 1, ShowsAlways}};
 
 // A label or an explanation before it, or a caption of its own; a number and its trackbar share one.
 bool IsNamed(const Controls& shown, std::size_t i) {
