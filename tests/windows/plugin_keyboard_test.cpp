@@ -222,8 +222,8 @@ HWND CaptureOf(HWND dialog) {
 }
 
 /// How the mouse is let go of.
-enum class End { Released, Cancelled, Taken, Disabled };
-constexpr End kThefts[] = {End::Cancelled, End::Taken, End::Disabled};
+enum class End { Released, Cancelled, Taken, Behind };
+constexpr End kThefts[] = {End::Cancelled, End::Taken, End::Behind};
 
 void TakeMouse(HWND dialog) {
   const DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
@@ -233,20 +233,29 @@ void TakeMouse(HWND dialog) {
   AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
 }
 
+/// Another program's window comes to the front, and goes again.
+void ComeBetween(HWND dialog) {
+  const HWND other =
+      CreateWindowA("Static", "Other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+  SetForegroundWindow(other);
+  EXPECT_TRUE(WaitUntil([&] { return CaptureOf(dialog) == nullptr; }));
+  SetForegroundWindow(dialog);
+  DestroyWindow(other);
+}
+
+void Steal(HWND control, End end) {
+  if (end == End::Cancelled) SendMessageA(control, WM_CANCELMODE, 0, 0);
+  if (end == End::Taken) TakeMouse(GetParent(control));
+  if (end == End::Behind) ComeBetween(GetParent(control));
+  EXPECT_EQ(CaptureOf(GetParent(control)), nullptr) << "control " << GetDlgCtrlID(control);
+}
+
 /// Presses at one place, moves to another, and ends. After a theft the person goes on unaware: moves and lets go.
 void Drag(HWND control, POINT from, POINT to, End end) {
-  const HWND dialog = GetParent(control);
   Mouse(control, WM_LBUTTONDOWN, from.x, from.y);
   Mouse(control, WM_MOUSEMOVE, to.x, to.y);
   if (end == End::Released) return Mouse(control, WM_LBUTTONUP, to.x, to.y);
-  if (end == End::Cancelled) SendMessageA(control, WM_CANCELMODE, 0, 0);
-  if (end == End::Taken) TakeMouse(dialog);
-  if (end == End::Disabled) {  // as when another dialog opens over this one
-    SendMessageA(CaptureOf(dialog) ? CaptureOf(dialog) : dialog, WM_CANCELMODE, 0, 0);
-    EnableWindow(dialog, FALSE);
-    EnableWindow(dialog, TRUE);
-  }
-  EXPECT_EQ(CaptureOf(dialog), nullptr) << "control " << GetDlgCtrlID(control);
+  Steal(control, end);
   Mouse(control, WM_MOUSEMOVE, to.x + 30, to.y + 9);
   Mouse(control, WM_LBUTTONUP, to.x + 30, to.y + 200);
 }
@@ -314,8 +323,7 @@ TEST(Drags, CurvesKeepToThem) {
       Mouse(curve, WM_LBUTTONDOWN, 30, 9);
       EXPECT_EQ(CaptureOf(texture), curve);
       EXPECT_EQ(chosen(), -1) << "the curve follows the pointer";
-      end == End::Taken ? TakeMouse(texture) : static_cast<void>(SendMessageA(curve, WM_CANCELMODE, 0, 0));
-      EXPECT_EQ(CaptureOf(texture), nullptr);
+      Steal(curve, end);
       SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
       SendMessageA(texture, WM_COMMAND, MAKEWPARAM(kList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
       Mouse(curve, WM_MOUSEMOVE, 30, 30);
