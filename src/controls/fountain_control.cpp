@@ -212,7 +212,7 @@ void BarMenu(Dialog& dialog, int id, MenuPlace place = {}) {
   if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
   const auto fountain = LockFountain(dialog, id);
-  if (!fountain || !AddToFountainLibrary(FountainLibraryPath(), *fountain, CurrentTime())) {
+  if (!fountain || !AddToFountainLibrary(FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
     ShowMessage(&dialog, LoadText(kTextFountainNotAdded));
   }
 }
@@ -329,6 +329,9 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
   const auto argument = static_cast<int>(static_cast<std::int64_t>(message.a));
+  // In the middle of a drag a key or the right button could take the marker from under the pointer.
+  const bool dragging = HasCapture(dialog, id);
+  if (dragging && (message.number == kMessageKeyDown || message.number == kMessageRightUp)) return true;
   switch (message.number) {
     case kMessageLeftDown:
       draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
@@ -336,7 +339,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       if (draggedMarker >= 0) CaptureMouse(dialog, id);
       return true;
     case kMessageMouseMove:
-      if (HasCapture(dialog, id)) Drag(dialog, id, *fountain, argument);
+      if (dragging) Drag(dialog, id, *fountain, argument);
       return true;
     case kMessageLeftUp:
       return LeftUp(dialog, id, message), true;
@@ -448,6 +451,7 @@ std::string FountainPath(int id) {
 }
 
 std::string FountainLibraryPath() { return LibraryPath(kFountainLibraryName); }
+std::string FountainLibraryPathToWrite() { return LibraryPathToWrite(kFountainLibraryName); }
 
 void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
   chosenHandle = kStartHandle;

@@ -58,6 +58,8 @@ std::string FountainPath(int id);
 
 /// FountainLibrary.fll in the data folder.
 std::string FountainLibraryPath();
+/// Where it is written; empty when there is no such place.
+std::string FountainLibraryPathToWrite();
 
 /// The windows that the control opens; without them, positions are asked for by name and the library is not managed.
 struct FountainWindows {

@@ -26,7 +26,7 @@ constexpr int kListEdge = 2;  // the sunken edge of a list, which its items lie 
 
 struct LibrarySession {
   FountainSpec& fountain;  // the control's, and then the one taken
-  std::string path;        // what is written is what was read
+  std::string path;        // where it is written
   bool changed = false;
 };
 
@@ -68,7 +68,7 @@ bool AppendFountain(Dialog& dialog, const FountainSpec& fountain, int previewWid
 
 bool ReadLibrary(Dialog& dialog, int previewWidth) {
   std::vector<FountainSpec> fountains;
-  bool complete = ReadFountainLibrary(SessionOf(dialog).path, fountains);
+  bool complete = ReadFountainLibrary(FountainLibraryPath(), fountains);
   for (const FountainSpec& fountain : fountains) {
     if (AppendFountain(dialog, fountain, previewWidth)) continue;
     complete = false;
@@ -246,7 +246,7 @@ std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
 }  // namespace
 
 bool ManageFountainLibrary(Dialog& owner, FountainSpec& fountain) {
-  LibrarySession session{fountain, FountainLibraryPath()};
+  LibrarySession session{fountain, FountainLibraryPathToWrite()};
   return RunModal(kFountainLibraryDialogTemplate, owner, LibraryProcedure, &session) == kUse;
 }
 

@@ -168,6 +168,7 @@ void MovePoint(Dialog& dialog, TextureDialog& state, int id, int point, float va
 }
 
 void OnCurveKey(Dialog& dialog, TextureDialog& state, int id, int key) {
+  if (HasCapture(dialog, id)) return;  // the point is the pointer's
   int& point = state.currentPoint[id - RedCurve];
   const float value = TextureCurveValues(state.editor.parameters, id)[static_cast<std::size_t>(point)];
   const float step = IsShiftDown() ? kCoarseStep : kFineStep;

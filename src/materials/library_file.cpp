@@ -88,6 +88,8 @@ void BackUpFile(const std::string& path) noexcept {
     if (!std::filesystem::exists(file, error)) return;
     std::filesystem::remove(copy, error);
     std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing, error);
+    // The copy of a file that may not be written would stand in the way of the next one.
+    std::filesystem::permissions(copy, std::filesystem::perms::owner_write, std::filesystem::perm_options::add, error);
   } catch (...) {
   }
 }

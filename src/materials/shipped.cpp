@@ -39,6 +39,11 @@ std::string LibraryPath(const std::string& name) {
   return copied ? own : shipped;
 }
 
+std::string LibraryPathToWrite(const std::string& name) {
+  const std::string own = JoinPath(DataFolder(), name);
+  return LibraryPath(name) == own ? own : std::string();
+}
+
 std::vector<std::string> LibraryGroups(const std::string& extension) {
   std::vector<std::string> names;
   const std::string folder = DataFolder();

@@ -16,6 +16,10 @@ constexpr char kFountainLibraryName[] = "FountainLibrary.fll";
 /// folder, which may be empty.
 std::string LibraryPath(const std::string& name);
 
+/// Where a library is written: its place in the data folder. Empty when it is read from elsewhere: the shipped file is
+/// everybody's.
+std::string LibraryPathToWrite(const std::string& name);
+
 /// Names of the groups in the data folder with this extension (".fft"), without it, sorted.
 std::vector<std::string> LibraryGroups(const std::string& extension);
 

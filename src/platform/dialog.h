@@ -170,8 +170,9 @@ void EndDialog(Dialog& dialog, std::int64_t result);
 bool HasEnded(const Dialog& dialog);
 
 /// Copies a template's controls into a running dialog, hidden, after those it has; combos and lists keep their drop
-/// height. False, and none copied, when memory is out.
-bool AddControls(Dialog& dialog, const DialogTemplate& panel);
+/// height. The Tab key comes to them after the control `tabAfter`. (In memory nobody presses Tab.) False, and none
+/// copied, when memory is out.
+bool AddControls(Dialog& dialog, const DialogTemplate& panel, int tabAfter);
 
 std::string DialogTitle(const Dialog& dialog);
 void SetDialogTitle(Dialog& dialog, const std::string& title);

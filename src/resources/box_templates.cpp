@@ -30,7 +30,8 @@ constexpr ControlTemplate kQuestionControls[] = {
 };
 
 constexpr ControlTemplate kNameControls[] = {
-    Control(Kind::Edit, Field, "", 7, 7, 186, 13),
+    Control(Kind::Label, -1, "&Name:", 7, 9, 24, 8),
+    Control(Kind::Edit, Field, "", 33, 7, 160, 13),
     PushButton(Kind::DefaultButton, Ok, "OK", 77, 27),
     PushButton(Kind::Button, Cancel, "Cancel", 138, 27),
 };

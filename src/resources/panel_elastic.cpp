@@ -16,10 +16,10 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 585, "0,255,255", "Style012ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 595, "Style012ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 579, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 589, "0,40,10", "Style012Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 589, "0,40,10", "Style012Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 581, "Style012OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 591, "1,255,4", "Style012ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 596, "Style012OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 596, "Style012OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 593, "Style012ShadowDirection"),
     NumberField({kNumbers, 5}, "Ener&gy:", 597, "5,100,20", "Style012Energy"));
 

@@ -16,10 +16,10 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 759, "0,255,255", "Style016ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 769, "Style016ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 753, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 763, "0,40,10", "Style016Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 763, "0,40,10", "Style016Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 755, "Style016OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 765, "1,255,4", "Style016ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 770, "Style016OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 770, "Style016OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 767, "Style016ShadowDirection"),
     NumberField({kNumbers, 5}, "Rad&ius:", 772, "1,32,8", "Style016Radius"),
     CheckBox({kChecks, 5}, "A&lternate universe", 771, "Style016Alternate", 76));

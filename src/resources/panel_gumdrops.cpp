@@ -16,10 +16,10 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 389, "0,255,255", "Style007ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 399, "Style007ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 383, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 393, "0,40,10", "Style007Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 393, "0,40,10", "Style007Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 385, "Style007OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 395, "1,255,4", "Style007ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 400, "Style007OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 400, "Style007OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 397, "Style007ShadowDirection"),
     ColourField({kSwatches, 5}, "Gumdrop &1:", 367, "Style007FillColor1"),
     NumberField({kNumbersRight, 5}, "Random see&d:", 401, "100,32760,17659", "Style007Seed"),
@@ -34,7 +34,7 @@ constexpr auto kControls = Join(
     NumberField({kNumbersRight, 8}, "Dr&ift:", 410, "0,100,5", "Style007Drift"),
     ColourField({kSwatches, 9}, "Gumdrop &5:", 378, "Style007FillColor5"),
     CheckBox({kEnables, 9}, "Enable", 380, "Style007FillEnable5", 42),
-    CheckBox({kNumbersRight, 9}, "Be&vel", 407, "Style007BevelEnable"));
+    CheckBox({kNumbersRight, 9}, "B&evel", 407, "Style007BevelEnable"));
 
 }  // namespace
 

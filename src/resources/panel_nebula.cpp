@@ -16,14 +16,14 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 254, "0,255,255", "Style004ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 264, "Style004ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 248, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 258, "0,40,10", "Style004Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 258, "0,40,10", "Style004Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 250, "Style004OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 260, "1,255,4", "Style004ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 265, "Style004OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 265, "Style004OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 262, "Style004ShadowDirection"),
     NumberField({kNumbers, 5}, "Random see&d:", 266, "100,32760,12385", "Style004Seed"),
     CheckBox({kChecks, 5}, "Fad&e text", 270, "Style004Fadetext"),
-    NumberField({kNumbers, 6}, "Neb&ula size:", 268, "8,72,32", "Style004Size"),
+    NumberField({kNumbers, 6}, "Nebula si&ze:", 268, "8,72,32", "Style004Size"),
     CheckBox({kChecks, 6}, "App&ly to shadow", 271, "Style004Scrambleshadow", 76));
 
 }  // namespace

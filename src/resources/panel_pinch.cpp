@@ -12,7 +12,7 @@ constexpr auto kControls = Join(MaterialField({kSwatches, 1}, "&Fill:", 221, 0xB
                                 NumberField({kChecks, 1}, "Fra&mes:", 227, "2,32760,64", "Style003Frames"),
                                 MaterialField({kSwatches, 3}, "&Background:", 223, 0xFFFFFF),
                                 ColourField({kSwatches, 4}, "&Outline:", 225, "Style003OutlineColor"),
-                                CheckBox({kChecks, 4}, "Outli&ne enable", 229, "Style003OutlineEnable"),
+                                CheckBox({kChecks, 4}, "O&utline enable", 229, "Style003OutlineEnable"),
                                 NumberField({kNumbers, 5}, "Pinch wi&dth:", 230, "10,50,20", "Style003Wavesize"),
                                 NumberField({kNumbers, 6}, "Pin&ch depth:", 232, "1,99,60", "Style003Waveheight"));
 

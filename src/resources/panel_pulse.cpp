@@ -16,10 +16,10 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 794, "0,255,255", "Style017ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 806, "Style017ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 788, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 798, "0,40,10", "Style017Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 798, "0,40,10", "Style017Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 790, "Style017OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 800, "1,255,4", "Style017ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 807, "Style017OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 807, "Style017OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 804, "Style017ShadowDirection"),
     NumberField({kNumbers, 5}, "&Intensity:", 802, "10,100,100", "Style017Intensity"));
 

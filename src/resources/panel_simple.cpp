@@ -16,10 +16,10 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 110, "0,255,255", "Style000ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 122, "Style000ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 104, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 114, "0,40,10", "Style000Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 114, "0,40,10", "Style000Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 106, "Style000OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 116, "1,255,4", "Style000ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 123, "Style000OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 123, "Style000OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 120, "Style000ShadowDirection"),
     CheckBox({kChecks, 5}, "Trac&k", 124, "Style000Track"),
     PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollFour, 118, "Style000Scroll"));

@@ -16,14 +16,14 @@ constexpr auto kControls = Join(
     NumberField({kNumbers, 2}, "Op&acity:", 432, "0,255,255", "Style008ShadowOpacity"),
     CheckBox({kChecks, 2}, "S&hadow enable", 444, "Style008ShadowEnable"),
     MaterialField({kSwatches, 3}, "&Background:", 426, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Sof&tness:", 436, "0,40,10", "Style008Soft"),
+    NumberField({kNumbers, 3}, "Soft&ness:", 436, "0,40,10", "Style008Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 428, "Style008OutlineColor"),
     NumberField({kNumbers, 4}, "Shado&w offset:", 438, "1,255,4", "Style008ShadowOffset"),
-    CheckBox({kChecks, 4}, "Outli&ne enable", 445, "Style008OutlineEnable"),
+    CheckBox({kChecks, 4}, "O&utline enable", 445, "Style008OutlineEnable"),
     PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 442, "Style008ShadowDirection"),
     NumberField({kNumbers, 5}, "Rotat&ion:", 440, "32,1440,360", "Style008Rotate"),
     CheckBox({kChecks, 5}, "Smooth", 446, "Style008Smooth"),
-    PickerField({kDirections, 5}, "&Vortex direction:", ControlKind::ScrollTwo, 447, "Style008Scroll"));
+    PickerField({kDirections, 5}, "Vort&ex direction:", ControlKind::ScrollTwo, 447, "Style008Scroll"));
 
 }  // namespace
 

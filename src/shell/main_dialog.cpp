@@ -161,7 +161,7 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
 
 // A fill or a direction without its block would read as another one, so a panel stands whole or not at all.
 bool InstallPanel(Dialog& dialog, const DialogTemplate& panel) {
-  if (!AddControls(dialog, panel)) return false;
+  if (!AddControls(dialog, panel, ControlId::Effect)) return false;
   for (const ControlTemplate& control : panel.controls) {
     InstallControl(dialog, control);
     const bool keepsBlock = IsPicker(control.kind) || control.kind == ControlKind::MaterialButton;

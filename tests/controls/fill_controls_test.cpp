@@ -125,6 +125,9 @@ TEST_F(FillControls, AStolenMouseEndsAPressAndADragWithoutAChoice) {
     changes.clear();
     Mouse(dialog, kFountainId, kMessageLeftDown, bar.left + 40, 7);
     Mouse(dialog, kFountainId, kMessageMouseMove, bar.left + 90, 7);
+    for (const KeyCode key : {kKeyUp, kKeyLeft, kKeyDelete}) PressKey(dialog, kFountainId, key);
+    Mouse(dialog, kFountainId, kMessageRightUp, bar.left + 90, 7);
+    EXPECT_EQ(menus, 0) << "nothing takes the marker from under the pointer";
     StealMouse(dialog);
     EXPECT_EQ(changes.size(), 1u) << "the marker stays where it was dragged to";
     std::string dragged, later;

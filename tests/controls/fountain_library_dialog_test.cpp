@@ -198,6 +198,33 @@ TEST_F(FountainLibrary, WhatCannotBeReadOrWrittenIsToldAndNothingIsLost) {
   EXPECT_EQ(Order(), "1");
 }
 
+// The data folder takes no library: what shows is the shipped one, which belongs to everybody on the machine.
+TEST_F(FountainLibrary, TheShippedOneIsReadButNeverWritten) {
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  const std::string shipped = FountainLibraryPath(), before = BytesOf(shipped);
+  ASSERT_NE(shipped, path);
+  Manage([&](Dialog& dialog) {
+    EXPECT_GT(ItemCount(dialog, kList), 10);
+    Click(dialog, kDelete);
+    Click(dialog, kOk);
+    EXPECT_EQ(messages, std::vector{LoadText(kTextFountainsNotUpdated)});
+    Click(dialog, kCancel);
+  });
+  messages.clear();
+  WithOwner(
+      [&](Dialog& owner) {
+        InstallFamily(owner, kFountainId, kFountainFamily, nullptr);
+        InitialiseFountain(owner, kFountainId, false, nullptr);
+        menuChoice = 103;
+        SendToControl(owner, kFountainId, {kMessageBarMenu, 0, 0});
+      },
+      kOwner, OwnerProcedure);
+  EXPECT_EQ(messages, std::vector{LoadText(kTextFountainNotAdded)});
+  EXPECT_EQ(BytesOf(shipped), before);
+  EXPECT_FALSE(FileExists(shipped + ".bak"));
+}
+
 TEST_F(FountainLibrary, EveryAllocationMayFailAndNothingLeaks) {
   FailEachAllocation([&] {
     Manage([&](Dialog& dialog) {

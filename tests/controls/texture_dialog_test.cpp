@@ -164,6 +164,8 @@ TEST_F(TextureWindow, CurvesAreDraggedAndMovedWithKeys) {
     const Face before = Paint(dialog, RedCurve);
     ASSERT_TRUE(Mouse(dialog, RedCurve, kMessageLeftDown, width - 8, 2));
     Mouse(dialog, RedCurve, kMessageMouseMove, 0, height + 40);  // beyond the edge, and no other point
+    PressKey(dialog, RedCurve, kKeyLeft);
+    Mouse(dialog, RedCurve, kMessageMouseMove, 0, height + 40);
     Mouse(dialog, RedCurve, kMessageLeftUp, 0, 0);
     Mouse(dialog, RedCurve, kMessageMouseMove, 0, 0);  // no longer held
     EXPECT_NE(Paint(dialog, RedCurve), before);

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 
 #include "image/surface.h"
 #include "material_helpers.h"
 #include "materials/fountain.h"
+#include "materials/library_file.h"
 
 namespace glyphmotion {
 namespace {
@@ -273,6 +275,12 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   ASSERT_EQ(whole.size(), 80u + 2 * 340);
   EXPECT_EQ(whole.substr(80 + 340, 8), "TESSFLHE");
   EXPECT_EQ(FileBytes(path + ".bak").size(), 80u + 340);
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  BackUpFile(path);
+  EXPECT_NE(std::filesystem::status(path + ".bak").permissions() & std::filesystem::perms::owner_write,
+            std::filesystem::perms::none)
+      << "the next copy can take its place";
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
   ASSERT_TRUE(ReadFountainLibrary(path, fountains));
   ASSERT_EQ(fountains.size(), 2u);
   EXPECT_EQ(+fountains[1].MarkerCount, 3u);

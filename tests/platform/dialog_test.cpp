@@ -299,7 +299,7 @@ TEST(Dialog, PanelsAreCopiedHiddenAndEveryChangeIsTold) {
   std::vector<std::pair<int, int>> changes;
   RunTestDialog([&](Dialog& dialog) {
     SetDialogObserver([&](Dialog&, const DialogChange& change) { changes.emplace_back(change.what, change.id); });
-    EXPECT_TRUE(AddControls(dialog, panel));
+    EXPECT_TRUE(AddControls(dialog, panel, 0));
     EXPECT_FALSE(IsVisible(dialog, 301));
     EXPECT_EQ(GetText(dialog, 105), "On") << "an id means its first control";
     Show(dialog, 301, true);

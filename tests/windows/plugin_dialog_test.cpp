@@ -40,12 +40,6 @@ std::set<int> VisibleOptions(HWND dialog) {
   return visible;
 }
 
-// A short job, so that every effect can be built.
-void AskForLittle(HWND dialog) {
-  Type(dialog, kText, "Hi");
-  Type(dialog, kSize, "12");
-}
-
 TEST(Effects, EachHasItsOptionsAndBuilds) {
   std::set<std::set<int>> panels;
   for (int effect = 0; effect < kEffects; ++effect) {
@@ -220,54 +214,7 @@ TEST(Numbers, ArrowsKeepToTheRangeAndWhatIsTypedIsClampedWhenRead) {
   });
 }
 
-TEST(Keys, EscapeLeavesReturnBuildsTabGoesRound) {
-  RunDialog(kPalette, [](HWND dialog) {
-    PressKey(dialog, kText, VK_ESCAPE);
-    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
-  });
-  EXPECT_EQ(host.Count(HostOpNewTask), 0);
-  RunDialog(kPalette, [](HWND dialog) {
-    AskForLittle(dialog);
-    PressKey(dialog, kText, VK_RETURN);
-    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
-  });
-  EXPECT_EQ(host.ended, 1);
-  RunDialog(kPalette, [](HWND dialog) {
-    std::set<HWND> reached;
-    const DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
-    for (int i = 0; i < 100; ++i) {
-      GUITHREADINFO info{};
-      info.cbSize = sizeof info;
-      GetGUIThreadInfo(thread, &info);
-      if (!reached.insert(info.hwndFocus).second) break;
-      PressKey(dialog, 0, VK_TAB);
-    }
-    for (const int id : {kText, kFont, kBold, kSize, kDelay, kEffect, kBuild, kTest, kCancel, kOpenSave}) {
-      EXPECT_TRUE(reached.count(GetDlgItem(dialog, id))) << "no way to control " << id;
-    }
-    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-      const bool stop =
-          (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(child) && IsWindowEnabled(child);
-      EXPECT_EQ(reached.count(child), stop ? 1u : 0u) << "control " << GetDlgCtrlID(child);
-    }
-  });
-}
-
 // --- Documents ---
-
-// Answers the system's file dialog with a path.
-void GivePath(const char* title, const std::string& path) {
-  constexpr int kNameCombo = 0x47C, kNameEdit = 0x480;
-  const HWND dialog = WaitForDialog(title);
-  HWND name = nullptr;
-  WaitUntil([&] {
-    name = GetDlgItem(dialog, kNameCombo);
-    return name || (name = GetDlgItem(dialog, kNameEdit));
-  });
-  SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
-  PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); })) << title;
-}
 
 class Documents : public testing::Test {
  protected:

@@ -19,43 +19,7 @@
 namespace glyphmotion::test {
 namespace {
 
-constexpr int kTileList = 102, kAddTile = 103, kTileSize = 105;
-const char* const kEditors[] = {"Gradient", "Texture", "Matrix"};
-
-/// The first fill of the effect at hand.
-HWND FillOf(HWND dialog) {
-  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    char name[32] = "";
-    GetClassNameA(child, name, sizeof name);
-    const bool drawn = std::strcmp(name, "GlyphmotionDrawn") == 0;
-    if (drawn && IsWindowVisible(child) && (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP)) return child;
-  }
-  ADD_FAILURE() << "the effect has no fill";
-  return nullptr;
-}
-
-/// From the menu of a fill's kinds, by the keyboard.
-void ChooseKind(HWND fill, int kind) {
-  HWND menu = nullptr;
-  PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
-  ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) && IsWindowVisible(menu); }));
-  for (int i = 0; i <= kind; ++i) PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
-  PostMessageA(fill, WM_KEYDOWN, VK_RETURN, 1);
-  WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); });
-}
-
-/// `editor` counts in kEditors.
-HWND OpenEditor(HWND dialog, int editor) {
-  const HWND fill = FillOf(dialog);
-  ChooseKind(fill, editor + 1);
-  PostMessageA(fill, WM_KEYDOWN, VK_SPACE, 1);
-  return WaitForDialog(kEditors[editor], IDCANCEL);
-}
-
-void CloseEditor(HWND editor, int command) {
-  PostMessageA(editor, WM_COMMAND, static_cast<WPARAM>(command), 0);
-  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(editor); }));
-}
+constexpr int kTileList = 102, kTileSize = 105;
 
 TEST(Editors, NothingIsLeftOfThem) {
   const char* wanted = std::getenv("GLYPHMOTION_CYCLES");
@@ -103,8 +67,7 @@ TEST(Editors, GoWithTheWindowsBelow) {
   }
   host = {};
   RunDialog(kBothFormats, [](HWND dialog) {
-    Type(dialog, kText, "Hi");
-    Type(dialog, kSize, "12");
+    AskForLittle(dialog);
     PressTest(dialog);
   });
   EXPECT_EQ(host.ended, 1);
@@ -141,33 +104,6 @@ HGLOBAL Freed() {
   const HGLOBAL block = Picture(8, 8, 24, 192);
   GlobalFree(block);
   return block;
-}
-
-/// Holds a key for the thread of a window; the system takes it there with the key state that both threads then share.
-struct KeyHeldFor {
-  DWORD thread;
-  int key, leftKey;
-  KeyHeldFor(HWND window, int either, int left)
-      : thread(GetWindowThreadProcessId(window, nullptr)), key(either), leftKey(left) {
-    Set(0x80);
-  }
-  KeyHeldFor(const KeyHeldFor&) = delete;
-  KeyHeldFor& operator=(const KeyHeldFor&) = delete;
-  ~KeyHeldFor() { Set(0); }
-  void Set(BYTE state) const {
-    AttachThreadInput(GetCurrentThreadId(), thread, TRUE);
-    BYTE keys[256] = {};
-    keys[key] = keys[leftKey] = state;
-    SetKeyboardState(keys);
-    AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
-  }
-};
-
-/// The shipped group is not to be changed.
-void StartTileGroup(HWND tiles) {
-  const KeyHeldFor shift(tiles, VK_SHIFT, VK_LSHIFT);
-  PostMessageA(tiles, WM_COMMAND, kAddTile, 0);
-  CloseEditor(WaitForDialog("New matrix group", IDOK), IDOK);
 }
 
 int TilesIn(HWND tiles) { return static_cast<int>(SendDlgItemMessageA(tiles, kTileList, LB_GETCOUNT, 0, 0)); }
@@ -214,7 +150,7 @@ TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
   };
   RunDialog(kBothFormats, [&](HWND dialog) {
     const HWND tiles = OpenEditor(dialog, 2);
-    StartTileGroup(tiles);
+    StartGroup(tiles, kAddTile);
     for (const auto& [what, picture, size] : answers) {
       answer = picture;
       answered = false;
@@ -251,11 +187,10 @@ TEST(Editors, DamagedFilesDoNoHarm) {
   std::minstd_rand random(4);
   bool first = true;
   const auto use = [&](HWND dialog) {
-    Type(dialog, kText, "Hi");
-    Type(dialog, kSize, "12");
+    AskForLittle(dialog);
     for (int editor = 0; editor < 3; ++editor) {
       const HWND window = OpenEditor(dialog, editor);
-      if (editor == 2 && first) StartTileGroup(window);
+      if (editor == 2 && first) StartGroup(window, kAddTile);
       CloseEditor(window, IDOK);
     }
     PressTest(dialog);
@@ -287,8 +222,7 @@ TEST(Editors, ASettingsFolderThatGoesIsNotNeeded) {
                       [&](HWND dialog) {
                         std::filesystem::remove_all(folder);
                         std::ofstream(folder) << "in the way";
-                        Type(dialog, kText, "Hi");
-                        Type(dialog, kSize, "12");
+                        AskForLittle(dialog);
                         for (int editor = 0; editor < 3; ++editor) CloseEditor(OpenEditor(dialog, editor), IDOK);
                         PressTest(dialog);
                         EXPECT_EQ(host.ended, 1);

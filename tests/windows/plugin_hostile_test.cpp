@@ -16,9 +16,8 @@ namespace {
 constexpr const char* kTaskRefused = "Error creating new task.";
 constexpr const char* kImageRefused = "There has been an error adding an image to the current file object.";
 
-void AskForLittle(HWND dialog) {
-  Type(dialog, kText, "Hi");
-  Type(dialog, kSize, "12");
+void AskForQuickEffect(HWND dialog) {
+  AskForLittle(dialog);
   Choose(dialog, kEffect, 15);
 }
 
@@ -33,7 +32,7 @@ void ExpectWorkingDialog() {
   host = {};
   EXPECT_EQ(RunDialog(kBothFormats,
                       [](HWND dialog) {
-                        AskForLittle(dialog);
+                        AskForQuickEffect(dialog);
                         ExpectWorkingTest(dialog);
                       }),
             1);
@@ -117,7 +116,7 @@ TEST(Refused, ATableWithoutItsFunctionIsToldAndTheDialogCloses) {
 TEST(Refused, TasksAndImagesAreToldAndTheDialogStays) {
   EXPECT_EQ(RunDialog(kPalette,
                       [](HWND dialog) {
-                        AskForLittle(dialog);
+                        AskForQuickEffect(dialog);
                         for (const int button : {kTest, kBuild}) {
                           host = {};
                           host.refuseTask = true;
@@ -149,7 +148,7 @@ TEST(Hostile, AHostThatThrowsEndsTheDialogAndNothingElse) {
     std::thread user([&] {
       if (operation == HostOpGetFileDialogSize) return;  // asked before the dialog shows
       const HWND dialog = WaitForMainDialog();
-      AskForLittle(dialog);
+      AskForQuickEffect(dialog);
       Press(dialog, kBuild);
       EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); })) << operation;
     });
@@ -167,7 +166,7 @@ TEST(Hostile, CommandsPostedOrSentDuringARunWaitForItsEnd) {
         host = {};
         EXPECT_EQ(RunDialog(kBothFormats,
                             [&](HWND dialog) {
-                              AskForLittle(dialog);
+                              AskForQuickEffect(dialog);
                               host.instead = Once(operation, 3, [=] {
                                 const WPARAM command = message == WM_COMMAND ? kCancel : 0;
                                 sent ? SendMessageA(dialog, message, command, 0)
@@ -195,7 +194,7 @@ void PumpEverything() {
 // Many a progress bar lets the system's messages through, and with them a second click of its impatient user.
 TEST(Hostile, AHostThatPumpsMessagesStartsNoRunWithinARun) {
   RunDialog(kBothFormats, [](HWND dialog) {
-    AskForLittle(dialog);
+    AskForQuickEffect(dialog);
     host.instead = [=](void*, std::uint32_t operation, std::uint64_t, std::uint64_t) -> std::optional<std::uint64_t> {
       if (operation != HostOpProgress) return std::nullopt;
       for (const int id : {kTest, kBuild}) PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0);
@@ -227,7 +226,7 @@ TEST(Hostile, ADialogOrItsOwnerDestroyedInTheMiddleOfARun) {
     std::atomic<bool> over = false;
     std::thread user([&, owns = owners, when = operation, n = call] {
       const HWND dialog = WaitForMainDialog();
-      AskForLittle(dialog);
+      AskForQuickEffect(dialog);
       host.instead = Once(when, n, [&, dialog] { DestroyWindow(owns ? owner.window : dialog); });
       Command(dialog, kBuild);
       EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); })) << when;
@@ -268,7 +267,7 @@ TEST(Hostile, AHostThatFreesLocksOrShrinksOurImages) {
   for (const Misuse misuse : misuses) {
     host = {};
     RunDialog(kPalette, [=](HWND dialog) {
-      AskForLittle(dialog);
+      AskForQuickEffect(dialog);
       host.instead = [=](void*, std::uint32_t operation, std::uint64_t,
                          std::uint64_t b) -> std::optional<std::uint64_t> {
         if (operation != HostOpAddImage) return std::nullopt;
@@ -300,7 +299,7 @@ TEST(Hostile, OddAnswersAreTakenForWhatTheyAre) {
     return std::nullopt;
   };
   RunDialog(kBothFormats, [](HWND dialog) {
-    AskForLittle(dialog);
+    AskForQuickEffect(dialog);
     constexpr int kFirstEffectOption = 100, kLastEffectOption = 1198;
     HWND colour = nullptr;
     for (HWND child = GetWindow(dialog, GW_CHILD); child && !colour; child = GetWindow(child, GW_HWNDNEXT)) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "plugin_user.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -55,6 +57,14 @@ void Leave(HWND dialog) {
     }
     Sleep(kLookAgain);
   }
+}
+
+void SetKeys(const KeyHeldFor& held, BYTE state) {
+  AttachThreadInput(GetCurrentThreadId(), held.thread, TRUE);
+  BYTE keys[256] = {};
+  keys[held.key] = keys[held.leftKey] = state;
+  SetKeyboardState(keys);
+  AttachThreadInput(GetCurrentThreadId(), held.thread, FALSE);
 }
 
 }  // namespace
@@ -136,13 +146,15 @@ void Type(HWND dialog, int id, const std::string& text) {
 }
 
 void PressKey(HWND dialog, int id, int key) {
-  GUITHREADINFO info{};
-  info.cbSize = sizeof info;
-  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
-  const HWND control = id ? GetDlgItem(dialog, id) : info.hwndFocus;
+  const HWND control = id ? GetDlgItem(dialog, id) : FocusOf(dialog);
   PostMessageA(control, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
   PostMessageA(control, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001));
   Settle(dialog);
+}
+
+void AskForLittle(HWND dialog) {
+  Type(dialog, kText, "Hi");
+  Type(dialog, kSize, "12");
 }
 
 std::string TextOf(HWND dialog, int id) {
@@ -158,10 +170,82 @@ void SetChecked(HWND dialog, int id, bool checked) {
 bool IsEnabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)); }
 int SelectionOf(HWND dialog, int id) { return static_cast<int>(SendDlgItemMessageA(dialog, id, CB_GETCURSEL, 0, 0)); }
 
+HWND FocusOf(HWND dialog) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(dialog, nullptr), &info);
+  return info.hwndFocus;
+}
+
+KeyHeldFor::KeyHeldFor(HWND window, int either, int left)
+    : thread(GetWindowThreadProcessId(window, nullptr)), key(either), leftKey(left) {
+  SetKeys(*this, 0x80);
+}
+KeyHeldFor::~KeyHeldFor() { SetKeys(*this, 0); }
+
+// A file that is to be replaced is asked about first.
+void GivePath(const char* title, const std::string& path) {
+  constexpr int kNameCombo = 0x47C, kNameEdit = 0x480;
+  const HWND dialog = WaitForDialog(title);
+  HWND name = nullptr;
+  WaitUntil([&] {
+    name = GetDlgItem(dialog, kNameCombo);
+    return name || (name = GetDlgItem(dialog, kNameEdit));
+  });
+  SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+  PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(WaitUntil([&] {
+    const HWND question = FindMessage();
+    if (!IsWindow(dialog)) return true;
+    if (question) PostMessageA(question, WM_COMMAND, IDYES, 0);
+    return false;
+  })) << title;
+}
+
+void ChooseFromMenu(HWND control, int index) {
+  HWND menu = nullptr;
+  ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) && IsWindowVisible(menu); }));
+  for (int i = 0; i <= index; ++i) PostMessageA(control, WM_KEYDOWN, VK_DOWN, 1);
+  PostMessageA(control, WM_KEYDOWN, VK_RETURN, 1);
+  WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); });
+}
+
+// --- The editors behind the fills ---
+
+HWND FillOf(HWND dialog) {
+  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    char name[32] = "";
+    GetClassNameA(child, name, sizeof name);
+    const bool drawn = std::strcmp(name, "GlyphmotionDrawn") == 0;
+    if (drawn && IsWindowVisible(child) && (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP)) return child;
+  }
+  ADD_FAILURE() << "the effect has no fill";
+  return nullptr;
+}
+
+HWND OpenEditor(HWND dialog, int editor) {
+  const HWND fill = FillOf(dialog);
+  PostMessageA(fill, WM_KEYDOWN, VK_DOWN, 1);
+  ChooseFromMenu(fill, editor + 1);
+  PostMessageA(fill, WM_KEYDOWN, VK_SPACE, 1);
+  return WaitForDialog(kEditors[editor], IDCANCEL);
+}
+
+void CloseEditor(HWND editor, int command) {
+  PostMessageA(editor, WM_COMMAND, static_cast<WPARAM>(command), 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(editor); }));
+}
+
+void StartGroup(HWND editor, int addButton) {
+  const KeyHeldFor shift(editor, VK_SHIFT, VK_LSHIFT);
+  PostMessageA(editor, WM_COMMAND, static_cast<WPARAM>(addButton), 0);
+  CloseEditor(WaitForDialog("New ", IDOK), IDOK);
+}
+
 // Sent messages overtake posted ones, so a mark is posted, to an edit, and waited for. A command may post another one,
 // which may post a third, hence the rounds.
 void Settle(HWND dialog) {
-  const HWND edit = GetDlgItem(dialog, kText);
+  const HWND edit = FindWindowExA(dialog, nullptr, "Edit", nullptr);
   for (int round = 0; round < 3; ++round) {
     SendMessageA(edit, EM_SETMODIFY, FALSE, 0);
     PostMessageA(edit, EM_SETMODIFY, TRUE, 0);

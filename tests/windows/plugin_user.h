@@ -67,11 +67,46 @@ void PressTest(HWND dialog);
 void Choose(HWND dialog, int id, int index);
 void Type(HWND dialog, int id, const std::string& text);  ///< over everything that the edit holds
 void PressKey(HWND dialog, int id, int key);              ///< to the control; 0: to the one with the focus
+/// A short job, so that every effect is built soon.
+void AskForLittle(HWND dialog);
 std::string TextOf(HWND dialog, int id);
 bool IsChecked(HWND dialog, int id);
 void SetChecked(HWND dialog, int id, bool checked);  ///< by a click, if it is not so already
 bool IsEnabled(HWND dialog, int id);
 int SelectionOf(HWND dialog, int id);
+/// The control with the focus.
+HWND FocusOf(HWND dialog);
+
+/// Holds a key for the thread of a window; the system takes it there with the key state that both threads then share.
+struct KeyHeldFor {
+  DWORD thread;
+  int key, leftKey;
+  KeyHeldFor(HWND window, int either, int left);
+  KeyHeldFor(const KeyHeldFor&) = delete;
+  KeyHeldFor& operator=(const KeyHeldFor&) = delete;
+  ~KeyHeldFor();
+};
+
+/// Answers the system's file dialog with a path.
+void GivePath(const char* title, const std::string& path);
+
+/// Waits for the menu of a control's thread and chooses an item, counted from 0, with the keyboard.
+void ChooseFromMenu(HWND control, int index);
+
+// --- The editors behind the fills ---
+
+constexpr const char* kEditors[] = {"Gradient", "Texture", "Matrix"};
+constexpr int kAddTile = 103, kAddTexture = 104;  ///< their + buttons
+
+/// The first fill of the effect at hand.
+HWND FillOf(HWND dialog);
+/// Opens an editor, of kEditors, for the first fill.
+HWND OpenEditor(HWND dialog, int editor);
+void CloseEditor(HWND editor, int command);
+/// A group of the person's own, "Untitled", by the + with Shift of the texture or the tile editor: the shipped ones are
+/// not to be changed.
+void StartGroup(HWND editor, int addButton);
+
 /// Lets the dialog handle everything that was posted to it before.
 void Settle(HWND dialog);
 /// Waits until the dialog and everything in it has been painted.

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "controls/boxes.h"
 #include "controls/editor_services.h"
 #include "controls/fountain_control.h"
 #include "controls/fountain_library_dialog.h"
@@ -104,6 +105,7 @@ std::int64_t Procedure(Dialog& dialog, const Message& message) {
 
 int main(int count, char** arguments) {
   StartTextEngine();
+  UseOwnBoxes();
   SetEditorServices({[](Dialog& owner, const char* topic) { ShowMessage(&owner, std::string("Help on ") + topic); },
                      [](Dialog&) { return SolidDib(48, 32, 0x2040FF); }});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});

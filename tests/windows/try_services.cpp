@@ -160,7 +160,7 @@ void LookAround(Dialog& dialog) {
   const HWND drawn = GetDlgItem(reinterpret_cast<HWND>(WindowOf(dialog)), 104);
   Check(SendMessageW(drawn, 1335, 0, 0) == 42 && FamilyOf(dialog, 104) == &order,
         "a window's messages reach the family");
-  Check(AddControls(dialog, kPanelTemplate) && !IsVisible(dialog, 200) && ItemText(dialog, 200, 0) == "a",
+  Check(AddControls(dialog, kPanelTemplate, 102) && !IsVisible(dialog, 200) && ItemText(dialog, 200, 0) == "a",
         "a panel is added hidden");
   const ControlRectangle field = RectangleOf(dialog, 200);
   Check(field.bottom - field.top < 40, "a combo's drop height is not part of its place");

@@ -101,7 +101,7 @@ void AppendControls(Dialog& dialog, const DialogTemplate& dialogTemplate, bool v
   }
 }
 
-bool AddControls(Dialog& dialog, const DialogTemplate& panel) {
+bool AddControls(Dialog& dialog, const DialogTemplate& panel, int) {
   try {
     AppendControls(dialog, panel, false);
   } catch (const std::bad_alloc&) {

@@ -227,6 +227,16 @@ void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
   });
 }
 
+/// A drag or a press ends when another window comes to the front: the button may go up over there.
+void OnDeactivate(Dialog& dialog) {
+  const HWND captor = GetCapture();
+  for (const Control& control : dialog.controls) {
+    if (control.window != captor || !IsDrawn(control.kind)) continue;
+    ReleaseCapture();  // which tells the control
+    return;
+  }
+}
+
 /// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
 /// one of them gets its message, whatever another throws.
 void OnDestroy(Dialog& dialog) {
@@ -257,6 +267,9 @@ INT_PTR HandleDialog(Dialog& dialog, UINT message, WPARAM wParam, LPARAM lParam)
     case WM_DRAWITEM:
       OnDrawItem(dialog, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
       return TRUE;
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) OnDeactivate(dialog);
+      return FALSE;
     case WM_HSCROLL:
     case WM_VSCROLL:
       if (lParam) OnScroll(dialog, lParam);

@@ -235,13 +235,18 @@ void AdoptControls(Dialog& dialog) {
   }
 }
 
-bool AddControls(Dialog& dialog, const DialogTemplate& panel) {
+bool AddControls(Dialog& dialog, const DialogTemplate& panel, int tabAfter) {
   const std::size_t before = dialog.controls.size();
+  const Control* const above = FindControl(dialog, tabAfter);
+  HWND previous = above ? above->window : HWND_BOTTOM;
   try {
     for (std::size_t i = 0; i < panel.controls.size(); ++i) {
       const HWND window = MakeTwin(dialog, panel, i);
       if (!window) throw std::bad_alloc();
       Adopt(dialog, panel.controls[i], window);
+      // The Tab key goes by the windows' order, from the top down.
+      SetWindowPos(window, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+      if (above) previous = window;
     }
     return true;
   } catch (const std::bad_alloc&) {
