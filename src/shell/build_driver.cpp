@@ -251,19 +251,27 @@ class Run {
     if (options_.transparent) task.transparentIndex = transparentIndex_;
     if (!Call(nullptr, test_ ? HostOpNewTestTask : HostOpNewTask, 0, Address(&task)))
       return Fail(LoadText(kTextTaskRefused));
+    OpenTask open{*this, task};
     SetBackground(task);
     for (int i = 0; i < Frames().count; ++i) {
-      if (AddImage(task, i)) continue;
-      Fail(LoadText(kTextImageRefused));
-      // The host abandons the file only after everything here has been freed.
-      resources_.reset();
-      Call(&task, HostOpEndTask, 0, 0);
-      return false;
+      if (!AddImage(task, i)) return Fail(LoadText(kTextImageRefused));
     }
     if (NumberVariable("AddDescriptiveCommentBlock")) Call(&task, HostOpAddComment, 0, Address(kComment));
-    Call(&task, HostOpEndTask, 1, 0);
+    open.finished = true;
     return true;
   }
+
+  // A host takes no other task while one is open, so this one is ended on every way out, also when memory runs out over
+  // a message. The host abandons a file only after everything here has been freed.
+  struct OpenTask {
+    Run& run;
+    HostTaskRecord& task;
+    bool finished = false;
+    ~OpenTask() {
+      if (!finished) run.resources_.reset();
+      run.Call(&task, HostOpEndTask, finished ? 1 : 0, 0);
+    }
+  };
 
   void SetBackground(HostTaskRecord& task) {
     if (!(host_.hostFlags & HostFlagPaletteFormat)) {

@@ -130,7 +130,7 @@ TEST(BuildDriver, SupercompressMarksUnchangedPixels) {
   EXPECT_EQ(single.images[0].transparentIndex, -1);
 }
 
-TEST(BuildDriver, TestOpensATestTaskAndKeepsTheAlphaCheck) {
+TEST(BuildDriver, ATestOpensATestTaskAndRendersWithoutAlpha) {
   Job job = SmallJob("simple", {{"62", "1"}, {"22", "0"}});
   job.action = Job::Action::Test;
   job.saveDocumentFile.clear();

@@ -10,6 +10,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "controls/read_controls.h"
@@ -677,6 +678,49 @@ TEST_F(MainDialogTest, ATestKeepsTheDialogABuildEndsItAndARefusalLeavesItOpen) {
   });
   EXPECT_EQ(result, 1);
   EXPECT_EQ(host.Count(HostOpNewTask), 2);
+}
+
+// The check is off for a Test and on again after it, also after a refusal, by the time that the host hears of the end.
+// And the host hears of it even when memory runs out over the message.
+TEST_F(MainDialogTest, ARefusedImageEndsItsTaskAndRestoresAlpha) {
+  AtomicWriteFile(Path("settings.ini"),
+                  "MainText = I\nMainFontSize = 12\nMainRolling = 0\nTruecolour = 1\nMainAlphaTrans = 1\n");
+  Dialog* main = nullptr;
+  bool accept = false, memoryIsOut = false;
+  std::vector<std::uint64_t> ends;
+  host.answer = [&](std::uint32_t operation, std::uint64_t a, std::uint64_t) -> std::uint64_t {
+    const int alpha = main ? GetCheck(*main, ControlId::AlphaTransparency) : 0;
+    if (operation == HostOpAddImage) {
+      EXPECT_EQ(alpha, 0);
+      return accept;
+    }
+    if (operation == HostOpEndTask) {
+      EXPECT_EQ(alpha, accept ? 0 : 1) << "a finished task ends before the clean-up, an abandoned one after it";
+      ends.push_back(a);
+    }
+    return 1;
+  };
+  responder_.message = [&](Dialog*, const std::string& text, MessageButtons) {
+    messages_.push_back(text);
+    if (std::exchange(memoryIsOut, false)) throw std::bad_alloc();
+    return true;
+  };
+  RunDialog(kColourHost, [&](Dialog& dialog) {
+    main = &dialog;
+    for (const bool out : {false, true}) {
+      memoryIsOut = out;
+      Click(dialog, MainControl::Test);
+      EXPECT_EQ(GetCheck(dialog, ControlId::AlphaTransparency), 1);
+      EXPECT_FALSE(HasEnded(dialog));
+    }
+    accept = true;
+    Click(dialog, MainControl::Test);
+    EXPECT_EQ(GetCheck(dialog, ControlId::AlphaTransparency), 1);
+    host.answer = nullptr;
+  });
+  EXPECT_EQ(ends, (std::vector<std::uint64_t>{0, 0, 1}));
+  const std::string refused = "There has been an error adding an image to the current file object.";
+  EXPECT_EQ(messages_, (std::vector<std::string>{refused, refused, "Memory error"}));
 }
 
 TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
