@@ -310,15 +310,30 @@ TEST(BuildDriver, SupercompressMarksUnchangedPixels) {
   EXPECT_EQ(single.images[0].transparentIndex, -1);
 }
 
-TEST(BuildDriver, ATestOpensATestTaskAndRendersWithoutAlpha) {
+TEST(BuildDriver, ABuildWithAlphaNeedsNoIndexAndATestIsRenderedWithoutAlpha) {
   Job job = SmallJob("simple", {{"62", "1"}, {"22", "0"}});
+  job.background = "#204060";
+  for (const bool neutral : {false, true}) {
+    job.settings.emplace_back("63", neutral ? "1" : "0");
+    const Calls calls = Record(job);
+    ASSERT_EQ(calls.images.size(), 1u) << calls.result.message;
+    EXPECT_EQ(calls.pixels[0][14], 32) << "bits a pixel";
+    EXPECT_EQ(calls.images[0].standAlone, 1u);
+    EXPECT_EQ(calls.images[0].transparentIndex, 0);
+    EXPECT_EQ(calls.task.transparentIndex, 0);
+    EXPECT_EQ(calls.task.width, calls.pixels[0][4]);
+    EXPECT_EQ(calls.task.height, calls.pixels[0][8]);
+    EXPECT_EQ(calls.backgroundKind, 100u);
+    EXPECT_EQ(calls.background, neutral ? 0x7F7F7Fu : 0x604020u);
+  }
   job.action = Job::Action::Test;
-  job.saveDocumentFile.clear();
   const Calls calls = Record(job);
   ASSERT_EQ(calls.result.status, RenderStatus::Done) << calls.result.message;
   EXPECT_NE(std::find(calls.names.begin(), calls.names.end(), "HostOpNewTestTask"), calls.names.end());
-  EXPECT_EQ(calls.pixels[0][14], 24) << "a Test renders without alpha";
+  EXPECT_EQ(calls.pixels[0][14], 24);
   EXPECT_EQ(calls.images[0].standAlone, 0u);
+  EXPECT_EQ(calls.images[0].transparentIndex, -1);
+  EXPECT_EQ(calls.background, 0x604020u);
 }
 
 TEST(BuildDriver, RefusalsSayWhatHappenedAndLeaveNothing) {
