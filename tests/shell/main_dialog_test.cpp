@@ -723,6 +723,47 @@ TEST_F(MainDialogTest, ARefusedImageEndsItsTaskAndRestoresAlpha) {
   EXPECT_EQ(messages_, (std::vector<std::string>{refused, refused, "Memory error"}));
 }
 
+// A host is asked only about a whole registration, and only its no is stamped into the picture's middle.
+TEST_F(MainDialogTest, AHostThatIsNotRegisteredGetsStampedFrames) {
+  AtomicWriteFile(Path("settings.ini"),
+                  "MainText = Stamped\nMainFontSize = 40\nMainRolling = 0\nTruecolour = 1\nMainAlphaTrans = 0\n");
+  std::uint64_t registered = 1;
+  PackedDib image;
+  host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {
+    if (operation == HostOpAddImage) image = PackedDib(DuplicateBlock(HandleOf(At<HostImageRecord>(b)->image)));
+    return operation == HostOpIsRegistered ? registered : 1;
+  };
+  RunDialog(kColourHost, [&](Dialog& dialog) {
+    const auto test = [&](const char* name, const char* code, std::uint64_t answer) {
+      FindVariable("RegistrationName")->text = name;
+      FindVariable("RegistrationCode")->text = code;
+      registered = answer;
+      host.calls.clear();
+      Click(dialog, MainControl::Test);
+      EXPECT_EQ(host.Count(HostOpIsRegistered), *name && *code ? 1 : 0);
+      return std::move(image);
+    };
+    const PackedDib plainDib = test("", "", 0), halfDib = test("Me", "", 0), paidDib = test("Me", "7", 1),
+                    stampedDib = test("Me", "7", 0);
+    const DibView plain(plainDib), half(halfDib), paid(paidDib), stamped(stampedDib);
+    ASSERT_TRUE(plain && half && paid && stamped);
+    int marked = 0, offCentre = 0;
+    for (int y = 0; y < plain.Height(); ++y) {
+      for (int x = 0; x < plain.Width(); ++x) {
+        const Colour colour = plain.GetPixel(x, y);
+        ASSERT_TRUE(half.GetPixel(x, y) == colour && paid.GetPixel(x, y) == colour);
+        if (stamped.GetPixel(x, y) == colour) continue;
+        ASSERT_EQ(stamped.GetPixel(x, y), colour ^ 0xFFFFFF);
+        ++marked;
+        offCentre += 2 * x - plain.Width() + 1;
+        EXPECT_LE(std::abs(2 * y - plain.Height() + 1), 8);
+      }
+    }
+    ASSERT_GT(marked, 100);
+    EXPECT_LT(std::abs(offCentre / marked), 8);
+  });
+}
+
 TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
   AtomicWriteFile(Path("settings.ini"), "MainText = I\n");
   FailAllocation(0);
