@@ -373,6 +373,30 @@ void ReadControls(Typed& typed) {
   }
 }
 
+// Options that are taken, as the dialog's checks are, but change nothing beside others.
+void NoteIdleOptions(Typed& typed) {
+  const auto isOn = [&](std::string_view name) {
+    const auto* row = std::find_if(std::begin(kSwitchOptions), std::end(kSwitchOptions),
+                                   [&](const SwitchOption& one) { return one.name == name; });
+    return typed.switches[static_cast<std::size_t>(row - kSwitchOptions)] > 0;
+  };
+  const bool fixedPalette = typed.palette && Lower(*typed.palette) != "custom";
+  const struct {
+    bool applies;
+    const char *idle, *beside;
+  } rows[] = {{isOn("--transparent") && fixedPalette, "--transparent", "a fixed --palette"},
+              {isOn("--transparent") && isOn("--supercompress"), "--transparent", "--supercompress"},
+              {isOn("--dither") && isOn("--true-color"), "--dither", "--true-color"},
+              {isOn("--dither") && isOn("--alpha"), "--dither", "--alpha"},
+              {typed.palette && isOn("--true-color"), "--palette", "--true-color"},
+              {typed.palette && isOn("--alpha"), "--palette", "--alpha"}};
+  for (const auto& row : rows) {
+    if (row.applies)
+      typed.arguments.notes.push_back(std::string(row.idle) + " changes nothing beside " + row.beside +
+                                      "; leave one of them out");
+  }
+}
+
 void ReadSets(Typed& typed, const Catalogue& catalogue) {
   for (const std::string& pair : typed.sets) {
     const auto equals = pair.find('=');
@@ -434,6 +458,7 @@ Arguments Resolve(Typed& typed, const Catalogue& catalogue) {
   AddDefaults(typed);
   ReadPalette(typed, catalogue);
   ReadControls(typed);
+  NoteIdleOptions(typed);
   ReadSets(typed, catalogue);
   ReadFiles(typed);
   return typed.arguments;

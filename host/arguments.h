@@ -32,7 +32,8 @@ struct Arguments {
   std::string recordFolder;  ///< empty: none
   ListKind list = ListKind::None;
   bool quiet = false;
-  std::optional<bool> progress;  ///< nothing: as the terminal is
+  std::optional<bool> progress;    ///< nothing: as the terminal is
+  std::vector<std::string> notes;  ///< sentences about options that change nothing beside others
 };
 
 /// What became of the command line: arguments to run with, or a text to print and an exit code.

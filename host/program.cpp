@@ -183,6 +183,9 @@ int RunProgram(const std::vector<std::string>& words) {
       const std::string trouble = PrintList(parsed.arguments->list, catalogue);
       return trouble.empty() ? PrintedWell(kExitDone) : Fail(trouble);
     }
+    if (!parsed.arguments->quiet)
+      for (const std::string& note : parsed.arguments->notes)
+        std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {
     return Fail("memory is out; try a smaller size or fewer frames");

@@ -126,6 +126,18 @@ TEST(Arguments, TheRestOfTheJob) {
   EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);
 }
 
+TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
+  const auto notes = [](Words words) { return Parse(words).arguments->notes; };
+  using Notes = std::vector<std::string>;
+  EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--palette", "safe216"}),
+            Notes{"--transparent changes nothing beside a fixed --palette; leave one of them out"});
+  EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--supercompress"}).size(), 1u);
+  EXPECT_EQ(notes({"Hi", "-o", "a.png", "--dither", "--palette", "bw", "--alpha", "--true-color"}).size(), 4u);
+  for (const Words& meant : {Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "custom", "--dither"},
+                             Words{"Hi", "-o", "a.png", "--palette", "bw", "--dither"}})
+    EXPECT_EQ(notes(meant), Notes{});
+}
+
 TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
   const struct {
     Words words;
