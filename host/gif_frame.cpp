@@ -153,7 +153,7 @@ void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Resu
   std::size_t& least = result.costs[static_cast<std::size_t>(method)];
   least = std::min(least, cost);
   if (cost >= result.cost) return;
-  std::swap(best_, attempt_);
+  if (!result.ofPart) std::swap(best_, attempt_);
   result.cost = cost;
   result.method = method;
   result.mode = mode;
@@ -200,6 +200,7 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   const std::size_t size = task.symbols.size();
   const bool large = size > kMedium, choice = !task.freedom.empty(), clear = lastMode_.clearWhenFull;
   Result race;
+  race.ofPart = large;
   const Task middle = large ? task.Middle(std::max(kMiddle, size / 4)) : task;
   TryMethods(middle, Lookahead::Never, large ? race : result);
   if (!large) race = result;

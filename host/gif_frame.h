@@ -49,6 +49,7 @@ class GifFrameCompressor {
     std::size_t cost = SIZE_MAX;  // bytes
     Method method = Method::Plain;
     LzwMode mode;
+    bool ofPart = false;                      // nothing to write: tells only what the ways cost
     std::array<std::size_t, kMethods> costs;  // the least of each method, or more than the winner's if it was given up
     Result() { costs.fill(SIZE_MAX); }
     std::size_t CostOf(Method one) const { return costs[static_cast<std::size_t>(one)]; }
