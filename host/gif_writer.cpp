@@ -25,7 +25,7 @@ namespace {
 using Id = std::uint16_t;
 constexpr Id kClear = 0xFFFF;    // nothing there: what is behind the animation shows
 constexpr Id kUnknown = 0xFFFE;  // equals no colour
-constexpr std::size_t kMaxIds = 0xFF00;
+constexpr std::size_t kMostIds = kUnknown;
 
 GifBox Union(const GifBox& a, const GifBox& b) {
   if (a.Empty()) return b;
@@ -167,6 +167,8 @@ struct GifWriter::State {
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
   const std::array<Id, 256>& IdsOf(const GifFrame& frame);
+  void StartAfresh(const GifFrame& next);
+  void WriteBefore(const GifFrame& next);
   void WritePending(const GifBox& mustCover, GifDisposal disposal);
   void Hold(const GifBox& crop, GifDisposal disposal);
   bool HoldIds(const GifBox& crop, HeldFrame& frame) const;
@@ -206,19 +208,23 @@ const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
   return idOfIndex;
 }
 
+// Hundreds of palettes: starts the numbering of colours again. What is on the screen then equals nothing that is to
+// come.
+void GifWriter::State::StartAfresh(const GifFrame& next) {
+  if (next.standAlone) wanted.assign(Size(), kClear);
+  WriteBefore(next);
+  Settle();
+  std::replace_if(
+      before.begin(), before.end(), [](Id id) { return id != kClear; }, kUnknown);
+  shown = before;
+  ids = {};
+  idsStand = false;
+  common.slotOfId.clear();
+}
+
 // The screen as it looks with `frame` on it, into `wanted`.
 void GifWriter::State::Translate(const GifFrame& frame) {
-  if (ids.colours.size() > kMaxIds) {
-    // Hundreds of palettes: start the numbering afresh. What is on the screen then equals nothing that is to come.
-    WritePending({}, GifDisposal::Keep);
-    Settle();
-    std::replace_if(
-        shown.begin(), shown.end(), [](Id id) { return id != kClear; }, kUnknown);
-    before = shown;
-    ids = {};
-    idsStand = false;
-    common.slotOfId.clear();
-  }
+  if (ids.colours.size() + 256 > kMostIds) StartAfresh(frame);
   const Id* idOf = IdsOf(frame).data();
   const auto columns = static_cast<std::size_t>(std::min(width, frame.width));
   const int rows = std::min(height, frame.height);
@@ -259,17 +265,20 @@ bool GifWriter::Add(const GifFrame& frame) {
     s.shown = s.before;
   }
   s.Translate(frame);
-  if (s.pending) {
-    // Only clearing the screen can take a colour away. What has to vanish must lie in the frame that is cleared.
-    const GifBox vanishing = frame.standAlone ? BoxOf(s.shown, s.wanted, s.width, s.height,
-                                                      [](Id now, Id next) { return now != kClear && next == kClear; })
-                                              : GifBox{};
-    s.WritePending(vanishing, vanishing.Empty() ? GifDisposal::Keep : GifDisposal::ToBackground);
-  }
+  s.WriteBefore(frame);
   s.shown.swap(s.wanted);
   s.pending = true;
   s.pendingDelay = std::clamp(frame.delay, 0, 65535);
   return true;
+}
+
+// Writes the pending frame, and clears with it what `next` no longer shows: only clearing the screen can take a colour
+// away, and what has to vanish must lie in the frame that is cleared.
+void GifWriter::State::WriteBefore(const GifFrame& next) {
+  if (!pending) return;
+  const auto vanishes = [](Id now, Id then) { return now != kClear && then == kClear; };
+  const GifBox vanishing = next.standAlone ? BoxOf(shown, wanted, width, height, vanishes) : GifBox{};
+  WritePending(vanishing, vanishing.Empty() ? GifDisposal::Keep : GifDisposal::ToBackground);
 }
 
 // Writes the frame that turns `before` into `shown`, then makes `before` what the next frame is drawn upon.

@@ -215,14 +215,35 @@ TEST(GifWriter, PalettesMayDifferFromFrameToFrame) {
 }
 
 TEST(GifWriter, HundredsOfPalettesStartTheNumberingAfresh) {
+  // Every colour comes once in the animation, so that the numbers run out to the last one.
   Animation animation;
   for (unsigned i = 0; i < 270; ++i) {
-    Picture p{16, 16, Bytes(256), RandomPalette(100 + i)};
-    for (std::size_t k = 0; k < 256; ++k) p.indices[k] = static_cast<std::uint8_t>(k);
+    Picture p{16, 16, Bytes(256), {}};
+    for (unsigned k = 0; k < 256; ++k) {
+      p.indices[k] = static_cast<std::uint8_t>(k);
+      const unsigned colour = 1 + i * 256 + k;
+      for (unsigned c = 0; c < 3; ++c) p.palette[k * 3 + c] = static_cast<std::uint8_t>(colour >> (8 * c));
+    }
     if (i > 250) p.width = 8, p.height = 32;
     animation.push_back(std::move(p));
   }
   ExpectShown(animation, 16, 16, "270 palettes");
+  for (std::size_t i = 250; i < animation.size(); ++i) {
+    animation[i].standAlone = true;
+    animation[i].transparentIndex = static_cast<int>(i % 256);
+  }
+  ExpectShown(animation, 16, 16, "and what was shown vanishes");
+}
+
+// The ways to write a large frame are tried on its middle; what stands in the file is the whole frame nevertheless.
+TEST(GifWriter, LargeFramesMaySuddenlyCostMore) {
+  for (const int noise : {100, 30}) {
+    Animation animation = Moving(250, 140, 6, 24, noise);
+    for (Picture& p : Moving(250, 140, 6, 256, noise)) animation.push_back(std::move(p));
+    ExpectShown(animation, 250, 140, "noise in few colours, then in many");
+    for (Picture& p : animation) p.transparentIndex = 1;
+    ExpectShown(animation, 250, 140, "the same, and holes");
+  }
 }
 
 TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
