@@ -116,11 +116,10 @@ struct GifFrameCompressor::Task {
   std::span<const std::uint8_t> freedom;  // of the latter; empty when nothing is free
   std::uint8_t wildcard = 0;
   int plainSize = 2, codeSize = 2;
-  std::size_t growth = 0;                   // bytes for a larger palette, when the wildcard makes it grow
-  std::size_t freeCount = 0, freeRuns = 0;  // pixels, and runs of them
+  std::size_t growth = 0;     // bytes for a larger palette, when the wildcard makes it grow
+  std::size_t freeCount = 0;  // pixels
+  bool noise = false;         // they are free here and there, by chance: there is little to win
 
-  // Pixels that are free here and there, by chance, leave nothing to win.
-  bool IsNoise() const { return freeCount * 2 < symbols.size() && freeCount < kShortRun * freeRuns; }
   Task Middle(std::size_t count) const {
     Task part = *this;
     count = std::min(count, symbols.size());
@@ -171,7 +170,7 @@ void GifFrameCompressor::TryMethods(const Task& task, Lookahead lookahead, Resul
   const LzwMode mode{lastMode_.clearWhenFull, lookahead};
   for (const Method method :
        {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards}) {
-    if (method != Method::Plain && (task.freedom.empty() || task.IsNoise())) break;
+    if (method != Method::Plain && (task.freedom.empty() || task.noise)) break;
     if (result.method != method || result.mode != mode || result.cost == SIZE_MAX) Try(task, method, mode, result);
   }
 }
@@ -202,6 +201,8 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   Result race;
   race.ofPart = large;
   const Task middle = large ? task.Middle(std::max(kMiddle, size / 4)) : task;
+  // What looked ahead before this race must not pass for the greedy way.
+  if (result.mode.lookahead != Lookahead::Never) result.costs.fill(SIZE_MAX);
   TryMethods(middle, Lookahead::Never, large ? race : result);
   if (!large) race = result;
   const Method method = large && choice ? Usual(race) : race.method;
@@ -239,6 +240,12 @@ bool GifFrameCompressor::IsTrial(const Task& task) {
   return countdown_-- <= 0 || (another && !task.freedom.empty());
 }
 
+// Whether a pixel costs a quarter more or less than when the other ways were tried last.
+bool GifFrameCompressor::HasDrifted(std::size_t cost, std::size_t pixels) const {
+  const std::size_t now = cost * sizeOfTrial_, then = costOfTrial_ * pixels;
+  return now * 4 > then * 5 || now * 5 < then * 4;
+}
+
 int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const int wildcard = ChooseWildcard(pixels);
   const std::size_t count = pixels.symbols.size();
@@ -256,7 +263,8 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     freedom_.resize(count);
     FindFree(freedom_.data(), pixels.kinds.data(), count);
     task.freeCount = CountFree(freedom_.data(), count);
-    task.freeRuns = CountRuns(freedom_.data(), count);
+    task.noise =
+        count >= kSmall && task.freeCount * 2 < count && task.freeCount < kShortRun * CountRuns(freedom_.data(), count);
     if (largestFree >> task.codeSize || pixels.may[task.wildcard]) {
       const int reach = 1 << task.codeSize;
       reached_ = pixels.symbols;
@@ -280,7 +288,8 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
       Try(task, secondMethod_, lastMode_, result);
       if (result.method != lastMethod_) secondMethod_ = lastMethod_;
     }
-    trial = result.cost > lastCost_ + lastCost_ / 4 + 64;
+    trial =
+        result.cost > lastCost_ + lastCost_ / 4 + 64 || (choice && count > kMedium && HasDrifted(result.cost, count));
   }
   if (trial && !small) {
     const Method method = lastMethod_;
@@ -292,7 +301,7 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     period_ = stands ? longer : std::max(period_ / 4, 1);
     // The first frame is no model for the others: they have one before them.
     countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
-    if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count;
+    if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count, costOfTrial_ = result.cost;
   } else {
     if (trial) TryAll(task, result), lastMode_ = result.mode;
     if (choice) lastMethod_ = result.method;

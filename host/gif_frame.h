@@ -62,6 +62,7 @@ class GifFrameCompressor {
   void Race(const Task& task, Result& result);
   Method Usual(const Result& race) const;
   bool IsTrial(const Task& task);
+  bool HasDrifted(std::size_t cost, std::size_t pixels) const;
 
   LzwCompressor lzw_;
   LzwCodes best_, attempt_;
@@ -71,6 +72,7 @@ class GifFrameCompressor {
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;
   std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;        // pixels
+  std::size_t costOfTrial_ = 0;                          // bytes
   int countdown_ = 0, period_ = 1, longestPeriod_ = 16;  // frames until the other ways are tried again
 };
 
