@@ -24,6 +24,7 @@ constexpr std::size_t kShortRun = 2;               // pixels
 constexpr std::size_t kWorthwhile = 100;           // share of the bytes that looking ahead must save in larger frames
 constexpr std::size_t kMarkedly = 40;              // share of the bytes that another method must save in larger frames
 constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
+constexpr int kNarrowPeriod = 4;    // frames after which a method runs again that was beaten by little
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
@@ -207,6 +208,7 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   if (!large) race = result;
   const Method method = large && choice ? Usual(race) : race.method;
   if (choice) lastMethod_ = method;
+  narrow_ = race.method != method && race.method != Method::Choice;
   const Lookahead ahead = large ? Lookahead::WhenFull : Lookahead::Always;
   const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
   const Task& ground = tells ? middle : task;
@@ -298,7 +300,7 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     const bool stands = lastMode_.clearWhenFull == clearWhenFull && lastMethod_ == method;
     const int longest = lastMethod_ == Method::Choice ? longestPeriod_ / 4 : longestPeriod_;
     const int longer = count > kMedium ? std::min(period_ * 4, 32) : std::min(period_ * 2, longest);
-    period_ = stands ? longer : std::max(period_ / 4, 1);
+    period_ = !stands ? std::max(period_ / 4, 1) : narrow_ ? std::min(longer, kNarrowPeriod) : longer;
     // The first frame is no model for the others: they have one before them.
     countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
     if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count, costOfTrial_ = result.cost;

@@ -69,6 +69,7 @@ class GifFrameCompressor {
   std::vector<std::uint8_t> reached_, freedom_, written_;
   Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;
   bool secondIsClose_ = false, thorough_ = false;
+  bool narrow_ = false;  // the last race was lost, by little, by the method that is in use nevertheless
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;
   std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;        // pixels
