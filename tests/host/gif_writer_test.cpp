@@ -373,6 +373,7 @@ TEST(GifWriter, IsNeverLargerThanGifsicle) {
                {"close races", Effect("background-iris", "This space for rent...", "48")},
                {"frames that change nothing", Effect("elastic", "Hi", "16")},
                {"hardly any bytes", Effect("laser", "a", "16")},
+               {"free pixels here and there", Effect("ripple", "Aq", "12")},
                {"noise", Effect("white-noise", "Hi", "16")}};
   for (const auto& c : cases) {
     const int width = c.animation[0].width, height = c.animation[0].height;
