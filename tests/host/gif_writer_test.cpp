@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "host/dib_reader.h"
+#include "host/gif_palette.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {
@@ -282,6 +283,21 @@ TEST(GifWriter, SaysHowItPlaysAndWhatMadeIt) {
   EXPECT_TRUE(WriteGif({}, 20, 20).empty());
 }
 
+// Neither the smallest frame nor the colour of the most frames is what the first slots are for.
+TEST(GifWriter, ThePaletteKeepsTheMostFramesWhole) {
+  std::vector<std::uint16_t> ids(49);
+  std::vector<std::uint32_t> colours(ids.size());
+  for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<std::uint16_t>(i);
+  const auto frame = [&](int from, int to) { return GifWants{{ids.begin() + from, ids.begin() + to}, false, 1000}; };
+  std::vector<GifWants> frames = {frame(0, 5)};  // alone with its five colours
+  frames.insert(frames.end(), 5, frame(5, 41));  // these and the next share sixteen
+  frames.insert(frames.end(), 8, frame(25, 41));
+  frames.insert(frames.end(), 10, frame(41, 49));  // eight colours: three bits
+  GifPalette palette;
+  PutInOrder(frames, ids, colours, palette);
+  for (std::size_t id = 41; id < 49; ++id) EXPECT_LT(palette.SlotOf(id), 8) << id;
+}
+
 TEST(GifWriter, EntriesOfOneColourAreOne) {
   Animation animation = Moving(40, 30, 3, 4, 20);
   for (std::size_t i = 6; i < 12; ++i) animation[1].palette[i] = animation[1].palette[i - 6];
@@ -382,6 +398,14 @@ TEST(GifWriter, IsNeverLargerThanGifsicle) {
     EXPECT_LE(ours, theirs) << c.what;
     ::testing::Test::RecordProperty(c.what, std::to_string(ours) + " / " + std::to_string(theirs));
   }
+}
+
+// Of large frames not every one is tried in every way, which may cost a hundredth.
+TEST(GifWriter, LargeFramesAreTriedAgainWhenTheyChange) {
+  const Animation animation = Effect("nebula", "This space for rent...", "72");
+  const int width = animation[0].width, height = animation[0].height;
+  const std::size_t theirs = Gifsicle(animation, width, height).size();
+  EXPECT_LE(WriteGif(animation, width, height).size(), theirs + theirs / 100);
 }
 
 }  // namespace
