@@ -248,8 +248,8 @@ bool GifFrameCompressor::HasDrifted(std::size_t cost, std::size_t pixels) const 
   return now * 4 > then * 5 || now * 5 < then * 4;
 }
 
-int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
-  const int wildcard = ChooseWildcard(pixels);
+// Writes the wildcard into `pixels` where it must be.
+GifFrameCompressor::Task GifFrameCompressor::TaskOf(GifPixels& pixels, int wildcard, int paletteBits) {
   const std::size_t count = pixels.symbols.size();
   Task task;
   task.wildcard = static_cast<std::uint8_t>(std::max(wildcard, 0));
@@ -260,8 +260,7 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const int largest = Largest(pixels.must), largestFree = Largest(pixels.may);
   task.plainSize = GifCodeSize(std::max({largest, largestFree, pixels.hasWildcard ? wildcard : 0}));
   task.codeSize = GifCodeSize(std::max(largest, wildcard));
-  const bool choice = pixels.hasFree && wildcard >= 0;
-  if (choice) {
+  if (pixels.hasFree && wildcard >= 0) {
     freedom_.resize(count);
     FindFree(freedom_.data(), pixels.kinds.data(), count);
     task.freeCount = CountFree(freedom_.data(), count);
@@ -279,7 +278,14 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     // A palette that has to grow for the transparent index is paid back over some frames.
     if (wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   }
+  return task;
+}
 
+int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
+  const int wildcard = ChooseWildcard(pixels);
+  const Task task = TaskOf(pixels, wildcard, paletteBits);
+  const std::size_t count = task.symbols.size();
+  const bool choice = !task.freedom.empty();
   const bool small = count < kSmall || thorough_;
   Result result;
   result.mode = lastMode_;

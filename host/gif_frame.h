@@ -56,6 +56,7 @@ class GifFrameCompressor {
     Method Second() const;
   };
 
+  Task TaskOf(GifPixels& pixels, int wildcard, int paletteBits);
   void Try(const Task& task, Method method, LzwMode mode, Result& result);
   void TryMethods(const Task& task, Lookahead lookahead, Result& result);
   void TryAll(const Task& task, Result& result);

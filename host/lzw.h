@@ -40,7 +40,7 @@ class LzwCompressor {
   ~LzwCompressor();
 
   /// symbols   one a pixel, each below 2^minCodeSize, at least one.
-  /// free      empty, or one flag a pixel: nonzero where `wildcard` says the same as the symbol and may be written
+  /// free      empty, or one flag a pixel: 1, not 0, where `wildcard` says the same as the symbol and may be written
   ///           instead, whichever the dictionary has the longer string for.
   /// minCodeSize  2 to 8.
   /// limit     bits past which the attempt is given up: `out` then has more bits than that, and is no whole stream.
