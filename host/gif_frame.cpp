@@ -22,7 +22,7 @@ constexpr std::size_t kMiddle = 12'000;            // pixels of a larger frame, 
 constexpr std::size_t kMedium = 1u << 15;          // pixels up to which strings look ahead for little
 constexpr std::size_t kShortRun = 2;               // pixels
 constexpr std::size_t kWorthwhile = 100;           // share of the bytes that looking ahead must save in larger frames
-constexpr std::size_t kMarkedly = 40;              // share of the bytes that another method must save in larger frames
+constexpr std::size_t kMarkedly = 100;             // share of the bytes that another method must save in larger frames
 constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
 constexpr int kNarrowPeriod = 4;    // frames after which a method runs again that was beaten by little
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
@@ -205,19 +205,29 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   // What looked ahead before this race must not pass for the greedy way.
   if (result.mode.lookahead != Lookahead::Never) result.costs.fill(SIZE_MAX);
   TryMethods(middle, Lookahead::Never, large ? race : result);
-  if (!large) race = result;
+  const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
+  if (large && !tells) {
+    const Method second = race.Second();
+    const bool isClose = race.CostOf(second) <= race.cost + race.cost / kClose;
+    Try(task, race.method, {clear, Lookahead::Never}, result);
+    if (isClose) Try(task, second, {clear, Lookahead::Never}, result);
+  }
+  if (!tells) race = result;
   const Method method = large && choice ? Usual(race) : race.method;
   if (choice) lastMethod_ = method;
   narrow_ = race.method != method && race.method != Method::Choice;
-  const Lookahead ahead = large ? Lookahead::WhenFull : Lookahead::Always;
-  const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
   const Task& ground = tells ? middle : task;
   Result& judged = tells ? race : result;
-  if (large && !tells) Try(task, method, {clear, Lookahead::Never}, result);
-  const std::size_t greedy = judged.CostOf(method);
-  Try(ground, method, {clear, ahead}, judged);
-  const std::size_t saved = greedy - judged.CostOf(method);
-  lastMode_.lookahead = saved > (large ? greedy / kWorthwhile : 0) ? ahead : Lookahead::Never;
+  std::size_t least = judged.CostOf(method);
+  const bool fullForLong = large && least > kFullDictionary * 3 / 2;
+  lastMode_.lookahead = Lookahead::Never;
+  for (const Lookahead ahead : {Lookahead::WhenFull, Lookahead::Always}) {
+    // To try both is only cheap in a part.
+    if (!tells && fullForLong != (ahead == Lookahead::WhenFull)) continue;
+    Try(ground, method, {clear, ahead}, judged);
+    const std::size_t cost = judged.CostOf(method);
+    if (cost + (large ? least / kWorthwhile : 0) < least) lastMode_.lookahead = ahead, least = cost;
+  }
   if (judged.cost > (large ? 2 : 1) * kFullDictionary) {
     Try(ground, method, {!clear, lastMode_.lookahead}, judged);
     lastMode_.clearWhenFull = judged.mode.clearWhenFull;
