@@ -257,7 +257,8 @@ class Run {
       if (!AddImage(task, i)) return Fail(LoadText(kTextImageRefused));
     }
     if (NumberVariable("AddDescriptiveCommentBlock")) Call(&task, HostOpAddComment, 0, Address(kComment));
-    open.finished = true;
+    open.ended = true;
+    Call(&task, HostOpEndTask, 1, 0);
     return true;
   }
 
@@ -266,10 +267,14 @@ class Run {
   struct OpenTask {
     Run& run;
     HostTaskRecord& task;
-    bool finished = false;
+    bool ended = false;
     ~OpenTask() {
-      if (!finished) run.resources_.reset();
-      run.Call(&task, HostOpEndTask, finished ? 1 : 0, 0);
+      if (ended) return;
+      run.resources_.reset();
+      try {
+        run.Call(&task, HostOpEndTask, 0, 0);
+      } catch (...) {  // a host that throws, on a way out that may be an exception's own
+      }
     }
   };
 
