@@ -59,7 +59,7 @@ std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
       if (shown) PaintMessagePicture(*PointerOf<const DrawRequest>(message.b), shown->icon);
       return 1;
     case kMessageCopy:
-      if (shown) CopyToClipboard(shown->title + "\n\n" + shown->text);
+      if (shown) CopyToClipboard(dialog, shown->title + "\n\n" + shown->text);
       return 1;
     case kMessageCommand:
       if (message.a == Ok || message.a == Yes) EndDialog(dialog, 1);

@@ -41,7 +41,9 @@ void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept;
 /// The desktop's sound for a message.
 void Beep(MessageIcon icon);
 
-void CopyToClipboard(const std::string& text);
+/// In the name of `owner`'s window. Another program may have the clipboard open: it is waited for, half a second at most;
+/// after that nothing is copied.
+void CopyToClipboard(Dialog& owner, const std::string& text);
 
 struct FileQuestion {
   bool save = false;

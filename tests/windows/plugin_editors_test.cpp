@@ -232,26 +232,32 @@ TEST(Editors, ASettingsFolderThatGoesIsNotNeeded) {
   std::filesystem::remove(folder);
 }
 
+// Another program, as clipboards' histories do, looks into the clipboard at that very moment.
 TEST(Editors, CtrlCCopiesAMessage) {
   RunDialog(kBothFormats, [](HWND dialog) {
     host.refuseTask = true;
     Command(dialog, kTest);
     HWND message = nullptr;
     ASSERT_TRUE(WaitUntil([&] { return (message = FindMessage()) != nullptr; }));
-    const KeyHeldFor control(message, VK_CONTROL, VK_LCONTROL);
-    const HWND button = GetDlgItem(message, IDOK);
-    PostMessageA(button, WM_KEYDOWN, 'C', 1);
-    std::string copied;
-    WaitUntil([&] {
-      if (!OpenClipboard(nullptr)) return false;
-      if (const HANDLE data = GetClipboardData(CF_TEXT)) {
-        copied = static_cast<const char*>(GlobalLock(data));
-        GlobalUnlock(data);
-      }
+    const DWORD before = GetClipboardSequenceNumber();
+    const HWND looker = CreateWindowA("STATIC", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(OpenClipboard(looker));
+    {
+      const KeyHeldFor control(message, VK_CONTROL, VK_LCONTROL);
+      PostMessageA(GetDlgItem(message, IDOK), WM_KEYDOWN, 'C', 1);
+      Sleep(50);
       CloseClipboard();
-      return copied.find("Error creating new task.") != std::string::npos;
-    });
-    EXPECT_NE(copied.find("Error creating new task."), std::string::npos);
+      ASSERT_TRUE(WaitUntil([&] { return GetClipboardSequenceNumber() != before; }));
+    }
+    std::string copied;
+    ASSERT_TRUE(WaitUntil([&] { return OpenClipboard(looker) != FALSE; }));
+    if (const HANDLE data = GetClipboardData(CF_TEXT)) {
+      copied = static_cast<const char*>(GlobalLock(data));
+      GlobalUnlock(data);
+    }
+    CloseClipboard();
+    DestroyWindow(looker);
+    EXPECT_NE(copied.find("Error creating new task."), std::string::npos) << copied;
   });
 }
 

@@ -31,7 +31,7 @@ void ShowMessageOver(void*, const std::string& text) { ShowMessage(nullptr, text
 
 void SetDesktopBoxes(const DesktopBoxes&) noexcept {}
 void Beep(MessageIcon) {}
-void CopyToClipboard(const std::string&) {}
+void CopyToClipboard(Dialog&, const std::string&) {}
 
 std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
   const auto answer = Answerer(&UiResponder::file);

@@ -23,6 +23,17 @@ HWND OwnerWindow(Dialog* owner) {
   return owner ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(WindowOf(*owner))) : GetActiveWindow();
 }
 
+/// Histories of the clipboard and remote screens have it open for a moment again and again. Opened without a window it
+/// would have no owner, and could be taken away by whoever opens it so too, before anything is set.
+bool OpenClipboardInTime(HWND owner) {
+  constexpr int kTries = 50;
+  constexpr DWORD kPause = 10;  // milliseconds
+  for (int i = 0; i < kTries; ++i, Sleep(kPause)) {
+    if (OpenClipboard(owner)) return true;
+  }
+  return false;
+}
+
 // --- File dialogs ---
 
 /// The hook's window is a child of the dialog whose size it keeps.
@@ -123,10 +134,10 @@ void Beep(MessageIcon icon) {
                                              : MB_ICONINFORMATION);
 }
 
-void CopyToClipboard(const std::string& text) {
+void CopyToClipboard(Dialog& owner, const std::string& text) {
   const std::wstring wide = WideOf(text);
   const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
-  if (!OpenClipboard(nullptr)) return;
+  if (!OpenClipboardInTime(OwnerWindow(&owner))) return;
   EmptyClipboard();
   const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
   void* place = block ? GlobalLock(block) : nullptr;
