@@ -19,7 +19,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
 /// Writes a file so that it appears whole or not at all: a new file in the same folder is filled, flushed to the disk
 /// and put in the place of the old one, whose permissions it keeps. On failure the old file stands as it was and the
 /// new one is gone. A link is followed; what is no ordinary file (a pipe, a terminal) is written to directly. The
-/// folder is not made.
+/// folder is not made. On Windows another program's hold on the old file is waited for, half a second at most.
 ///
 /// Returns  false when anything could not be done.
 bool AtomicWriteFile(const std::string& path, std::string_view bytes) noexcept;

@@ -41,8 +41,8 @@ void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept;
 /// The desktop's sound for a message.
 void Beep(MessageIcon icon);
 
-/// In the name of `owner`'s window. Another program may have the clipboard open: it is waited for, half a second at most;
-/// after that nothing is copied.
+/// In the name of `owner`'s window. While another program has the clipboard open it is waited for, half a second at
+/// most; after that nothing is copied.
 void CopyToClipboard(Dialog& owner, const std::string& text);
 
 struct FileQuestion {

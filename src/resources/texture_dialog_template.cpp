@@ -67,8 +67,7 @@ constexpr std::array kLibrary = {
     Control(Kind::List, List, "", kLeft, 35, 128, 75),
     Control(Kind::Button, Add, "+", kLeft, 114, 20, 14),
     Control(Kind::Button, Delete, "-", kLeft + 24, 114, 20, 14),
-    Control(Kind::Paragraph, -1, "Hold Shift to add or delete a group.", kLeft + 50, 113, 78,
-            2 * panel::kLabelHeight),
+    Control(Kind::Paragraph, -1, "Hold Shift to add or delete a group.", kLeft + 50, 113, 78, 2 * panel::kLabelHeight),
     Control(Kind::OwnerDrawn, Preview, "", kMiddle, 7, 130, 121),
 };
 

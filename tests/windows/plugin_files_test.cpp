@@ -69,16 +69,22 @@ struct ReadOnly {
   ~ReadOnly() { SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL); }
 };
 
-/// Another program has the file open and shares it with nobody.
+/// Another program has the file open and shares it with nobody, or as `share` says.
 struct InUse {
   HANDLE file;
-  explicit InUse(const std::string& path)
-      : file(CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
+  explicit InUse(const std::string& path, DWORD share = 0)
+      : file(CreateFileA(path.c_str(), GENERIC_READ | (share ? 0 : GENERIC_WRITE), share, nullptr, OPEN_EXISTING, 0,
+                         nullptr)) {
     EXPECT_NE(file, INVALID_HANDLE_VALUE) << path;
   }
   InUse(const InUse&) = delete;
   InUse& operator=(const InUse&) = delete;
   ~InUse() { CloseHandle(file); }
+};
+
+/// Another program reads the file; it may be read and written beside it, but not go.
+struct BeingRead : InUse {
+  explicit BeingRead(const std::string& path) : InUse(path, FILE_SHARE_READ | FILE_SHARE_WRITE) {}
 };
 
 class Files : public testing::Test {
@@ -368,8 +374,12 @@ TEST_F(Files, AFountainLibraryThatIsNoneIsToldAndKept) {
       CloseEditor(library, IDCANCEL);
       EXPECT_TRUE(BytesOf(Data(kLibrary)) == good);
     }
-    ChooseOfBar(gradient, 0);
-    EXPECT_TRUE(WaitUntil([&] { return BytesOf(Data(kLibrary)).size() > good.size(); }));
+    {
+      const BeingRead scanner(Data(kLibrary));
+      ChooseOfBar(gradient, 0);
+      Sleep(50);
+    }
+    EXPECT_TRUE(WaitUntil([&] { return FindMessage() || BytesOf(Data(kLibrary)).size() > good.size(); }));
     CloseEditor(gradient, IDCANCEL);
     ExpectWorkingTest(dialog);
   });

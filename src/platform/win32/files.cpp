@@ -6,6 +6,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/win32/patience.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 
@@ -27,6 +28,7 @@ struct OpenFile {
 };
 
 constexpr DWORD kPiece = DWORD{1} << 20;
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 bool IsPath(const std::string& path) { return !path.empty() && path.find('\0') == std::string::npos; }
 
@@ -72,7 +74,7 @@ bool Replace(const std::wstring& path, std::string_view bytes, bool exists) {
   if (!file) return false;
   const bool filled = WriteAll(file.handle, bytes) && FlushFileBuffers(file.handle);
   const bool closed = file.Close();
-  if (filled && closed && PutInPlace(name, path, exists)) return true;
+  if (filled && closed && InTime([&] { return PutInPlace(name, path, exists); })) return true;
   DeleteFileW(name.c_str());
   return false;
 }
@@ -84,8 +86,7 @@ bool WriteInPlace(const std::wstring& path, std::string_view bytes) {
 
 /// The file that a link leads to; the path itself when it is none.
 std::wstring TargetOf(const std::wstring& path) {
-  const OpenFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const OpenFile file(CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return path;
   const DWORD size = GetFinalPathNameByHandleW(file.handle, nullptr, 0, FILE_NAME_NORMALIZED);
   std::wstring target(size, L'\0');
@@ -117,10 +118,11 @@ std::optional<std::string> ReadAll(HANDLE file, std::size_t limit) {
 
 }  // namespace
 
+// Whoever replaces the file meanwhile, another of this program's dialogs say, is not kept from it.
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit) noexcept try {
   if (!IsPath(path)) return std::nullopt;
-  const OpenFile file(CreateFileW(WideOf(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const OpenFile file(CreateFileW(WideOf(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
   return file ? ReadAll(file.handle, limit) : std::nullopt;
 } catch (const std::exception&) {
   return std::nullopt;

@@ -8,6 +8,7 @@
 
 #include "platform/dialog.h"
 #include "platform/win32/dialog_state.h"
+#include "platform/win32/patience.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 // After windows.h:
@@ -21,17 +22,6 @@ constexpr const char* kProgramTitle = "Glyphmotion #4";
 
 HWND OwnerWindow(Dialog* owner) {
   return owner ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(WindowOf(*owner))) : GetActiveWindow();
-}
-
-/// Histories of the clipboard and remote screens have it open for a moment again and again. Opened without a window it
-/// would have no owner, and could be taken away by whoever opens it so too, before anything is set.
-bool OpenClipboardInTime(HWND owner) {
-  constexpr int kTries = 50;
-  constexpr DWORD kPause = 10;  // milliseconds
-  for (int i = 0; i < kTries; ++i, Sleep(kPause)) {
-    if (OpenClipboard(owner)) return true;
-  }
-  return false;
 }
 
 // --- File dialogs ---
@@ -137,7 +127,9 @@ void Beep(MessageIcon icon) {
 void CopyToClipboard(Dialog& owner, const std::string& text) {
   const std::wstring wide = WideOf(text);
   const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
-  if (!OpenClipboardInTime(OwnerWindow(&owner))) return;
+  // Opened without a window it could be taken over by whoever opens it so too, before anything is set.
+  const HWND window = OwnerWindow(&owner);
+  if (!InTime([window] { return OpenClipboard(window) != FALSE; })) return;
   EmptyClipboard();
   const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
   void* place = block ? GlobalLock(block) : nullptr;
