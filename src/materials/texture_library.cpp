@@ -12,6 +12,7 @@
 #include "materials/fractal_texture.h"
 #include "materials/library_file.h"
 #include "materials/surface_texture.h"
+#include "platform/encoding.h"
 #include "platform/files.h"
 #include "resources/strings.h"
 
@@ -84,7 +85,7 @@ std::string TextOfFloat(float number) {
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
   if (EqualNoCase(key, "TextureName")) {
-    texture.name = value.substr(0, kLongestName);
+    texture.name = CutText(value, kLongestName);
     return;
   }
   for (const TextureField& field : TextureFields()) {
@@ -251,8 +252,9 @@ const std::vector<TextureField>& TextureFields() {
 bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexcept {
   try {
     const auto bytes = ReadWholeFile(path);
+    const std::string text = bytes ? TextFromBytes(*bytes) : std::string();
     std::string_view line, key;
-    Lines lines(bytes ? std::string_view(*bytes) : std::string_view());
+    Lines lines(text);
     if (!lines.Next(line) || line != kSignature) return false;
     library.textures.clear();
     std::string value;

@@ -256,5 +256,17 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   EXPECT_EQ(+library.textures[0].parameters.Power[0], 0.5f);
 }
 
+TEST(TextureLibrary, NamesAreUtf8WhateverWroteThem) {
+  const std::string path = TemporaryFile("c.fft"), head = "TESSALOOM E-DRAPE TEXTURE FILE\n:BEGINITEM\nTextureName=";
+  TextureLibrary library;
+  const auto nameIn = [&](const std::string& bytes) {
+    WriteBytes(path, bytes + "\n:ENDITEM\n");
+    return ReadTextureLibrary(path, library) ? library.textures.at(0).name : "unread";
+  };
+  EXPECT_EQ(nameIn(head + "Caf\xE9 \x96 2"), "Caf\xC3\xA9 \xE2\x80\x93 2") << "Windows-1252";
+  EXPECT_EQ(nameIn("\xEF\xBB\xBF" + head + "Caf\xC3\xA9"), "Caf\xC3\xA9") << "an editor's mark in front";
+  EXPECT_EQ(nameIn(head + std::string(259, 'x') + "\xC3\xA9"), std::string(259, 'x')) << "no half of a character";
+}
+
 }  // namespace
 }  // namespace glyphmotion
