@@ -112,7 +112,8 @@ std::string WithLineEnds(std::string text) {
 }
 
 void AppendItem(std::string& text, const NamedTexture& texture) {
-  text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? LoadText(kTextNamelessTexture) : texture.name) + "\n";
+  const std::string name = texture.name.empty() ? LoadText(kTextNamelessTexture) : TextFromBytes(texture.name);
+  text += ":BEGINITEM\nTextureName=" + name + "\n";
   for (const TextureField& field : TextureFields()) {
     const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
     std::string value;
@@ -130,14 +131,16 @@ void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":ENDITEM\n";
 }
 
+// Bytes that are no UTF-8 would have the whole file read as Windows-1252.
 std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& stamp, bool primary) {
   std::string text = std::string(kSignature) + "\n" + kWarning +
                      "Version=16.0a\nItemcount=" + std::to_string(library.textures.size()) + "\n";
   if (!primary) text += "Writeable=1\n";
   text += "UpdateTimeDate=" + stamp.timeText.substr(0, 24) + "\n";
   text += std::string("RegisteredUser=") + (stamp.registered ? "1" : "0") + "\n";
-  text += "MachineName=" + stamp.machineName + "\nMachineOrganization=" + stamp.machineOrganization + "\n";
-  text += "RegistrationName=" + stamp.registrationName + "\n;Items begin\n";
+  text += "MachineName=" + TextFromBytes(stamp.machineName) + "\n";
+  text += "MachineOrganization=" + TextFromBytes(stamp.machineOrganization) + "\n";
+  text += "RegistrationName=" + TextFromBytes(stamp.registrationName) + "\n;Items begin\n";
   for (const NamedTexture& texture : library.textures) AppendItem(text, texture);
   return WithLineEnds(text + ";Items end -- beyond this point be dragons.\n");
 }
