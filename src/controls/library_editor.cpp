@@ -183,8 +183,10 @@ std::string TextureGroup(const TextureEditor& editor) { return GroupOf(editor.fi
 
 bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
   editor.parameters = parameters;
-  editor.fileName = kTextureLibraryName;
-  return ChooseTextureGroup(owner, editor, GroupToOpen(currentTextures, kTextureLibraryName));
+  const std::string name = GroupToOpen(currentTextures, kTextureLibraryName);
+  // Also of a group that cannot be read: shown as current, it gives way to whichever is chosen next.
+  editor.fileName = FileToChoose(name, "FFT", kTextureLibraryName);
+  return ChooseTextureGroup(owner, editor, name);
 }
 
 bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "controls/face_painting.h"
+#include "controls/skin.h"
 #include "platform/dialog.h"
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
@@ -84,6 +85,7 @@ void Render(Dialog& dialog, TexturePreview& preview) {
 }
 
 std::int64_t PreviewProcedure(Dialog& dialog, const Message& message) {
+  if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
       SetData(dialog, AsBackground, static_cast<std::uint64_t>(message.b));

@@ -50,6 +50,10 @@ void ToDisk(std::uint8_t* disk, const Material& material) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(&material);
   std::memset(disk, 0, kDiskBytes);
   std::memcpy(disk, bytes, kFountainAt);
+  // A document may have brought a record with another head; the control is to find its own file again.
+  const std::uint32_t size = sizeof(Material);
+  std::memcpy(disk, kSignature, kSignatureBytes);
+  std::memcpy(disk + offsetof(Material, Size), &size, sizeof(size));
   FountainToDisk(disk + kFountainAt, material.Fountain);
   std::memcpy(disk + kTextureAt - 4, bytes + kTextureAt, kTileBitmapAt - kTextureAt);
   // Reserved bytes are written as zeros, whatever the record holds.

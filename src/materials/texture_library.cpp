@@ -12,6 +12,7 @@
 #include "materials/fractal_texture.h"
 #include "materials/library_file.h"
 #include "materials/surface_texture.h"
+#include "platform/encoding.h"
 #include "platform/files.h"
 #include "resources/strings.h"
 
@@ -84,7 +85,7 @@ std::string TextOfFloat(float number) {
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
   if (EqualNoCase(key, "TextureName")) {
-    texture.name = value.substr(0, kLongestName);
+    texture.name = CutText(value, kLongestName);
     return;
   }
   for (const TextureField& field : TextureFields()) {
@@ -111,7 +112,8 @@ std::string WithLineEnds(std::string text) {
 }
 
 void AppendItem(std::string& text, const NamedTexture& texture) {
-  text += ":BEGINITEM\nTextureName=" + (texture.name.empty() ? LoadText(kTextNamelessTexture) : texture.name) + "\n";
+  const std::string name = texture.name.empty() ? LoadText(kTextNamelessTexture) : TextFromBytes(texture.name);
+  text += ":BEGINITEM\nTextureName=" + name + "\n";
   for (const TextureField& field : TextureFields()) {
     const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
     std::string value;
@@ -129,14 +131,16 @@ void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":ENDITEM\n";
 }
 
+// Bytes that are no UTF-8 would have the whole file read as Windows-1252.
 std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& stamp, bool primary) {
   std::string text = std::string(kSignature) + "\n" + kWarning +
                      "Version=16.0a\nItemcount=" + std::to_string(library.textures.size()) + "\n";
   if (!primary) text += "Writeable=1\n";
   text += "UpdateTimeDate=" + stamp.timeText.substr(0, 24) + "\n";
   text += std::string("RegisteredUser=") + (stamp.registered ? "1" : "0") + "\n";
-  text += "MachineName=" + stamp.machineName + "\nMachineOrganization=" + stamp.machineOrganization + "\n";
-  text += "RegistrationName=" + stamp.registrationName + "\n;Items begin\n";
+  text += "MachineName=" + TextFromBytes(stamp.machineName) + "\n";
+  text += "MachineOrganization=" + TextFromBytes(stamp.machineOrganization) + "\n";
+  text += "RegistrationName=" + TextFromBytes(stamp.registrationName) + "\n;Items begin\n";
   for (const NamedTexture& texture : library.textures) AppendItem(text, texture);
   return WithLineEnds(text + ";Items end -- beyond this point be dragons.\n");
 }
@@ -251,8 +255,9 @@ const std::vector<TextureField>& TextureFields() {
 bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexcept {
   try {
     const auto bytes = ReadWholeFile(path);
+    const std::string text = bytes ? TextFromBytes(*bytes) : std::string();
     std::string_view line, key;
-    Lines lines(bytes ? std::string_view(*bytes) : std::string_view());
+    Lines lines(text);
     if (!lines.Next(line) || line != kSignature) return false;
     library.textures.clear();
     std::string value;

@@ -201,7 +201,7 @@ void SetNumber(Dialog& dialog, int id, std::int64_t value);
 /// An edit takes no more than this many characters from a person; SetText is not cut.
 void LimitText(Dialog& dialog, int id, int characters);
 
-/// 0 unchecked, 1 checked, 2 indeterminate. Setting notifies nobody.
+/// 0 unchecked, 1 checked: whatever else it is set to counts as checked. Setting notifies nobody.
 int GetCheck(const Dialog& dialog, int id);
 void SetCheck(Dialog& dialog, int id, int state);
 

@@ -10,6 +10,7 @@
 #include "controls/editor_services.h"
 #include "controls/library_editor.h"
 #include "controls/read_controls.h"
+#include "controls/skin.h"
 #include "editor_fixture.h"
 #include "materials/library_file.h"
 #include "materials/shipped.h"
@@ -328,6 +329,29 @@ TEST_F(TextureWindow, DamagedGroupsAreToldAndTheOneBeforeStays) {
   });
 }
 
+TEST_F(TextureWindow, AnEmptiedGroupIsToldNextTimeAndGivesWayToAnother) {
+  Use([&](Dialog& dialog) {
+    StartGroup(*this, dialog);
+    while (ItemCount(dialog, List)) {
+      Choose(dialog, List, 0);
+      PressKey(dialog, List, kKeyDelete);
+    }
+    Click(dialog, Ok);
+  });
+  EXPECT_TRUE(messages.empty()) << LastMessage();
+  EXPECT_EQ(std::filesystem::file_size(Data("Mine.FFT")), 0u);
+  Use([&](Dialog& dialog) {
+    EXPECT_EQ(LastMessage(), "There has been an error importing the selected texture file. The file may be damaged.");
+    EXPECT_EQ(ItemCount(dialog, List), 0);
+    // A list hears of a choice only when it is another one than that which it shows.
+    ASSERT_EQ(GetText(dialog, Group), "Mine");
+    Choose(dialog, Group, 0);
+    EXPECT_EQ(GetText(dialog, Group), "tlmplgm4");
+    EXPECT_EQ(ItemCount(dialog, List), static_cast<int>(FileOf("tlmplgm4.fft").textures.size()));
+  });
+  EXPECT_EQ(messages.size(), 1u);
+}
+
 TEST_F(TextureWindow, AWriteThatFailsIsToldAndTheTextureIsTaken) {
   Use([&](Dialog& dialog) {
     StartGroup(*this, dialog);
@@ -367,6 +391,18 @@ TEST_F(TextureWindow, ThePreviewWindowShowsTheTextureBehindAndInAText) {
   });
   StopTextEngine();
   EXPECT_TRUE(opened);
+}
+
+TEST_F(TextureWindow, ThePreviewWindowWearsTheSkinOfTheOthers) {
+  bool skinned = false;
+  scripts[9994] = [&](Dialog& dialog) {
+    std::vector<std::uint8_t> pixels(3 * 40 * 20);
+    skinned = PaintControl(dialog, Cancel, {pixels.data(), 40, 20, 120});
+  };
+  UseSkin(true);
+  Use([](Dialog& dialog) { Click(dialog, ShowPreview); });
+  UseSkin(false);
+  EXPECT_TRUE(skinned);
 }
 
 TEST_F(TextureWindow, HelpAsksForItsTopic) {

@@ -128,6 +128,16 @@ TEST(Material, ShortAndForeignFilesGiveTheDefaults) {
   EXPECT_EQ(colourOf(foreign), 0x222222u);
 }
 
+TEST(Material, ARecordWithAnotherHeadFindsItsFileAgain) {
+  const std::string path = TemporaryFile("c.mtrl");
+  MovableBlock odd = HexDecode(std::string(2 * 20, '0') + "332211", sizeof(Material));
+  ASSERT_TRUE(SaveMaterial(odd.Handle(), path));
+  MovableBlock block = LoadMaterial(path, 0x222222, true);
+  const LockedBlock<Material> material(block.Handle());
+  EXPECT_EQ(+material->Colour, 0x112233u);
+  EXPECT_EQ(FileBytes(path).substr(0, 12), std::string("TESSCMAT\x02\x05\0\0", 12));
+}
+
 TEST(Material, EveryAllocationMayFail) {
   for (std::uint64_t n = 1; n < 6; ++n) {
     FailAllocation(n);

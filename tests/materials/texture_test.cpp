@@ -256,5 +256,22 @@ TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
   EXPECT_EQ(+library.textures[0].parameters.Power[0], 0.5f);
 }
 
+TEST(TextureLibrary, NamesAreUtf8WhateverWroteThem) {
+  const std::string path = TemporaryFile("c.fft"), head = "TESSALOOM E-DRAPE TEXTURE FILE\n:BEGINITEM\nTextureName=";
+  TextureLibrary library;
+  const auto nameIn = [&](const std::string& bytes) {
+    WriteBytes(path, bytes + "\n:ENDITEM\n");
+    return ReadTextureLibrary(path, library) ? library.textures.at(0).name : "unread";
+  };
+  EXPECT_EQ(nameIn(head + "Caf\xE9 \x96 2"), "Caf\xC3\xA9 \xE2\x80\x93 2") << "Windows-1252";
+  EXPECT_EQ(nameIn("\xEF\xBB\xBF" + head + "Caf\xC3\xA9"), "Caf\xC3\xA9") << "an editor's mark in front";
+  EXPECT_EQ(nameIn(head + std::string(259, 'x') + "\xC3\xA9"), std::string(259, 'x')) << "no half of a character";
+  library.textures = {{"Caf\xC3\xA9", TextureOf(0, 0)}, {"Th\xE9", TextureOf(0, 0)}};
+  ASSERT_TRUE(WriteTextureLibrary(path, library, {0, "", "Ren\xE9", "\xC4", "\xD6", true}));
+  ASSERT_TRUE(ReadTextureLibrary(path, library));
+  EXPECT_EQ(library.textures.at(0).name, "Caf\xC3\xA9") << "whoever the machine belongs to";
+  EXPECT_EQ(library.textures.at(1).name, "Th\xC3\xA9");
+}
+
 }  // namespace
 }  // namespace glyphmotion

@@ -250,6 +250,12 @@ TEST_F(Documents, WhatWasSavedIsThereAgainWhenOpened) {
     EXPECT_EQ(TextOf(dialog, kDelay), "11");
     EXPECT_FALSE(IsChecked(dialog, kBold));
     EXPECT_EQ(SelectionOf(dialog, kEffect), 13);
+    SetChecked(dialog, kCommentCheck, false);
+    std::ofstream(path, std::ios::app) << "CHKBOX54=-1\nCHKBOX20=2\n";
+    Command(dialog, kOpen);
+    GivePath("Open", path);
+    Settle(dialog);
+    EXPECT_TRUE(IsChecked(dialog, kBold) && IsChecked(dialog, kCommentCheck)) << "whatever is not 0 is a check";
   });
   EXPECT_TRUE(SettingsHold("MainText = Kept = kept"));
   EXPECT_TRUE(SettingsHold("CurrentFileName = " + path));

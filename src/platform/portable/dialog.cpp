@@ -171,7 +171,7 @@ int GetCheck(const Dialog& dialog, int id) {
 void SetCheck(Dialog& dialog, int id, int state) {
   Control* control = FindControl(dialog, id);
   if (!control) return;
-  control->check = std::clamp(state, 0, 2);
+  control->check = state != 0;
   NotifyObserver(dialog, DialogChange::Check, id);
 }
 

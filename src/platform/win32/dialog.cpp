@@ -111,7 +111,7 @@ int GetCheck(const Dialog& dialog, int id) {
 }
 
 void SetCheck(Dialog& dialog, int id, int state) {
-  if (const Control* control = FindControl(dialog, id)) Ask(*control, BM_SETCHECK, Index(std::clamp(state, 0, 2)));
+  if (const Control* control = FindControl(dialog, id)) Ask(*control, BM_SETCHECK, state != 0);
 }
 
 int AddItem(Dialog& dialog, int id, const std::string& text) {
