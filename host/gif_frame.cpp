@@ -15,16 +15,17 @@ int GifCodeSize(int largest) {
 
 namespace {
 
-constexpr std::size_t kSmall = 2048;               // pixels of a frame of which everything is tried
-constexpr std::size_t kSmallAnimation = 200'000;   // the same for all frames together
-constexpr std::size_t kMediumAnimation = 700'000;  // pixels up to which the ways are tried often
-constexpr std::size_t kMiddle = 12'000;            // pixels of a larger frame, or a quarter of it, for a race
-constexpr std::size_t kMedium = 1u << 15;          // pixels up to which strings look ahead for little
-constexpr std::size_t kShortRun = 2;               // pixels
-constexpr std::size_t kWorthwhile = 100;           // share of the bytes that looking ahead must save in larger frames
-constexpr std::size_t kMarkedly = 100;             // share of the bytes that another method must save in larger frames
-constexpr std::size_t kClose = 32;  // share of the bytes by which a second way may be worse to stay in the race
-constexpr int kNarrowPeriod = 4;    // frames after which a method runs again that was beaten by little
+constexpr std::size_t kSmall = 2048;                // pixels of a frame of which everything is tried
+constexpr std::size_t kSmallAnimation = 200'000;    // the same for all frames together
+constexpr std::size_t kMediumAnimation = 700'000;   // pixels up to which the ways are tried often
+constexpr std::size_t kLargeAnimation = 1'200'000;  // pixels from which dear frames are tried whole, however small
+constexpr std::size_t kMiddle = 12'000;             // pixels of a larger frame, or a quarter of it, for a race
+constexpr std::size_t kMedium = 1u << 15;           // pixels up to which strings look ahead for little
+constexpr std::size_t kShortRun = 2;                // pixels
+constexpr std::size_t kMarkedly = 100;  // share of the bytes that a slower or another way must save in larger frames
+constexpr std::size_t kClose = 32;      // share of the bytes by which a second way may be worse to stay in the race
+constexpr int kLongestDearPeriod = 32;  // frames
+constexpr int kNarrowPeriod = 4;        // frames after which a method runs again that was beaten by little
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
 
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
@@ -63,6 +64,11 @@ GLYPHMOTION_CLONES void FindFree(std::uint8_t* __restrict out, const GifPixel* _
   for (std::size_t i = 0; i < count; ++i) out[i] = kinds[i] == GifPixel::Free;
 }
 
+GLYPHMOTION_CLONES void FindOpen(std::uint8_t* __restrict out, const std::uint8_t* __restrict free,
+                                 const std::uint8_t* __restrict symbols, std::size_t count, std::uint8_t wildcard) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<std::uint8_t>(free[i] | (symbols[i] == wildcard));
+}
+
 GLYPHMOTION_CLONES std::uint32_t CountFree(const std::uint8_t* free, std::size_t count) {
   std::uint32_t sum = 0;
   for (std::size_t i = 0; i < count; ++i) sum += free[i];
@@ -81,18 +87,18 @@ GLYPHMOTION_CLONES int CountChanges(const std::uint8_t* symbols, std::size_t cou
   return changes;
 }
 
-// The runs of free pixels that change colour at least `often` times become wildcards: the edges of letters that stand
-// still, for example. Their colours would cost more.
+// The runs of pixels that may be wildcards and that change colour at least `often` times become wildcards: the edges of
+// letters that stand still, for example. Their colours would cost more. `open`: also where a wildcard must be.
 template <int often>
-void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* free, std::size_t count,
+void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* open, std::size_t count,
                  std::uint8_t wildcard) {
   std::memcpy(out, symbols, count);
   for (std::size_t i = 0; i < count;) {
-    const void* start = std::memchr(free + i, 1, count - i);
+    const void* start = std::memchr(open + i, 1, count - i);
     if (!start) break;
-    i = static_cast<std::size_t>(static_cast<const std::uint8_t*>(start) - free);
-    const void* after = std::memchr(free + i, 0, count - i);
-    const std::size_t end = after ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(after) - free) : count;
+    i = static_cast<std::size_t>(static_cast<const std::uint8_t*>(start) - open);
+    const void* after = std::memchr(open + i, 0, count - i);
+    const std::size_t end = after ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(after) - open) : count;
     if (CountChanges(symbols + i, end - i) >= often) std::fill(out + i, out + end, wildcard);
     i = end;
   }
@@ -115,6 +121,7 @@ struct GifFrameCompressor::Task {
   std::span<const std::uint8_t> symbols;  // colours, and the wildcard where it must be
   std::span<const std::uint8_t> reached;  // the same, with the wildcard for free colours that the codes don't reach
   std::span<const std::uint8_t> freedom;  // of the latter; empty when nothing is free
+  std::span<const std::uint8_t> open;     // the same, and where the wildcard must be
   std::uint8_t wildcard = 0;
   int plainSize = 2, codeSize = 2;
   std::size_t growth = 0;     // bytes for a larger palette, when the wildcard makes it grow
@@ -127,12 +134,16 @@ struct GifFrameCompressor::Task {
     const std::size_t from = (symbols.size() - count) / 2;
     part.symbols = symbols.subspan(from, count);
     part.reached = reached.subspan(from, count);
-    if (!freedom.empty()) part.freedom = freedom.subspan(from, count);
+    if (!freedom.empty()) part.freedom = freedom.subspan(from, count), part.open = open.subspan(from, count);
     return part;
   }
 };
 
 void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Result& result) {
+  const std::uint64_t bit =
+      std::uint64_t{1} << (static_cast<int>(method) * 6 + static_cast<int>(mode.lookahead) * 2 + mode.clearWhenFull);
+  if (result.tried & bit) return;
+  result.tried |= bit;
   const bool plain = method == Method::Plain;
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
   if (method != Method::Plain && method != Method::Choice) {
@@ -141,19 +152,21 @@ void GifFrameCompressor::Try(const Task& task, Method method, LzwMode mode, Resu
                        : method == Method::Often ? WriteVaried<3>
                        : method == Method::Runs  ? WriteRuns
                                                  : WriteWildcards;
-    write(written_.data(), pixels.data(), task.freedom.data(), pixels.size(), task.wildcard);
+    const bool varied = method == Method::Varied || method == Method::Often;
+    write(written_.data(), pixels.data(), (varied ? task.open : task.freedom).data(), pixels.size(), task.wildcard);
     pixels = written_;
   }
   const std::size_t growth = plain ? 0 : task.growth;
   // Bits that cannot win any more, nor come close.
   const std::size_t limit = result.cost == SIZE_MAX ? SIZE_MAX : result.cost * 8 + result.cost * 8 / kClose;
   lzw_.Compress(pixels, method == Method::Choice ? task.freedom : std::span<const std::uint8_t>{}, task.wildcard,
-                plain ? task.plainSize : task.codeSize, mode, limit, attempt_);
+                plain ? task.plainSize : task.codeSize, mode,
+                {limit, result.cost == SIZE_MAX ? std::span<const LzwCodes::Mark>{} : result.best->marks}, attempt_);
   const std::size_t cost = (attempt_.bits + 7) / 8 + growth;
   std::size_t& least = result.costs[static_cast<std::size_t>(method)];
   least = std::min(least, cost);
   if (cost >= result.cost) return;
-  if (!result.ofPart) std::swap(best_, attempt_);
+  std::swap(*result.best, attempt_);
   result.cost = cost;
   result.method = method;
   result.mode = mode;
@@ -172,8 +185,24 @@ void GifFrameCompressor::TryMethods(const Task& task, Lookahead lookahead, Resul
   for (const Method method :
        {Method::Plain, Method::Choice, Method::Runs, Method::Varied, Method::Often, Method::Wildcards}) {
     if (method != Method::Plain && (task.freedom.empty() || task.noise)) break;
-    if (result.method != method || result.mode != mode || result.cost == SIZE_MAX) Try(task, method, mode, result);
+    Try(task, method, mode, result);
   }
+}
+
+// Whether the best method but one stays in the race: not in large frames.
+bool GifFrameCompressor::SecondIsClose(const Task& task, const Result& result) {
+  return task.symbols.size() <= kMedium && result.CostOf(result.Second()) <= result.cost + result.cost / kClose;
+}
+
+// Of a large frame the ways without looking ahead, then the modes of the best of them. Those that fall behind are given
+// up on the way, so that this takes about two attempts.
+void GifFrameCompressor::TryWhole(const Task& task, Result& result) {
+  TryMethods(task, Lookahead::Never, result);
+  const Method method = result.method, second = result.Second();
+  Try(task, method, {lastMode_.clearWhenFull, Lookahead::WhenFull}, result);
+  if (!task.freedom.empty()) Try(task, method, {lastMode_.clearWhenFull, Lookahead::Always}, result);
+  if (SecondIsClose(task, result)) Try(task, second, {lastMode_.clearWhenFull, Lookahead::Always}, result);
+  Try(task, result.method, {!lastMode_.clearWhenFull, result.mode.lookahead}, result);
 }
 
 // Of a small frame everything.
@@ -199,11 +228,10 @@ GifFrameCompressor::Method GifFrameCompressor::Usual(const Result& race) const {
 void GifFrameCompressor::Race(const Task& task, Result& result) {
   const std::size_t size = task.symbols.size();
   const bool large = size > kMedium, choice = !task.freedom.empty(), clear = lastMode_.clearWhenFull;
-  Result race;
-  race.ofPart = large;
+  Result race(part_);
   const Task middle = large ? task.Middle(std::max(kMiddle, size / 4)) : task;
   // What looked ahead before this race must not pass for the greedy way.
-  if (result.mode.lookahead != Lookahead::Never) result.costs.fill(SIZE_MAX);
+  if (result.mode.lookahead != Lookahead::Never) result.costs.fill(SIZE_MAX), result.tried = 0;
   TryMethods(middle, Lookahead::Never, large ? race : result);
   const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
   if (large && !tells) {
@@ -226,19 +254,20 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
     if (!tells && fullForLong != (ahead == Lookahead::WhenFull)) continue;
     Try(ground, method, {clear, ahead}, judged);
     const std::size_t cost = judged.CostOf(method);
-    if (cost + (large ? least / kWorthwhile : 0) < least) lastMode_.lookahead = ahead, least = cost;
+    if (cost + (large ? least / kMarkedly : 0) < least) lastMode_.lookahead = ahead, least = cost;
   }
-  if (judged.cost > (large ? 2 : 1) * kFullDictionary) {
+  if (clear || judged.cost > (large ? 2 : 1) * kFullDictionary) {
     Try(ground, method, {!clear, lastMode_.lookahead}, judged);
     lastMode_.clearWhenFull = judged.mode.clearWhenFull;
   }
   if (tells) Try(task, method, lastMode_, result);
   secondMethod_ = result.Second();
-  secondIsClose_ = !large && result.CostOf(secondMethod_) <= result.cost + result.cost / kClose;
+  secondIsClose_ = SecondIsClose(task, result);
 }
 
 void GifFrameCompressor::Expect(std::size_t pixels) {
   thorough_ = pixels <= kSmallAnimation;
+  large_ = pixels > kLargeAnimation;
   longestPeriod_ = pixels <= kMediumAnimation ? 4 : 16;
 }
 
@@ -252,10 +281,31 @@ bool GifFrameCompressor::IsTrial(const Task& task) {
   return countdown_-- <= 0 || (another && !task.freedom.empty());
 }
 
+// Whether it pays to try the ways on the whole frame: no way to write free pixels suits a frame for long of which much
+// is free and much is new, at a high price; and a dictionary that is filled again and again by a frame that is new all
+// over.
+bool GifFrameCompressor::IsDear(const Task& task, std::size_t cost) const {
+  const std::size_t size = task.symbols.size();
+  if (cost == SIZE_MAX || (!large_ && size <= kMedium && !task.freedom.empty())) return false;
+  return task.freedom.empty() ? cost > size / 5 && cost < size / 2
+                              : cost > size / 8 && !task.noise && task.freeCount * 5 < size * 4;
+}
+
 // Whether a pixel costs a quarter more or less than when the other ways were tried last.
 bool GifFrameCompressor::HasDrifted(std::size_t cost, std::size_t pixels) const {
   const std::size_t now = cost * sizeOfTrial_, then = costOfTrial_ * pixels;
   return now * 4 > then * 5 || now * 5 < then * 4;
+}
+
+// The slots that no free pixel keeps when there are wildcards: those that the codes don't reach, the wildcard's, and in
+// frames that aren't large all that only free pixels have, which would need strings of their own.
+std::array<bool, 256> GifFrameCompressor::GivenUp(const GifPixels& pixels, const Task& task) const {
+  const bool large = pixels.symbols.size() > kMedium;
+  std::array<bool, 256> given{};
+  for (std::size_t slot = 0; slot < 256; ++slot)
+    given[slot] =
+        pixels.may[slot] && (slot >> task.codeSize || slot == task.wildcard || (!large && !pixels.must[slot]));
+  return given;
 }
 
 // Writes the wildcard into `pixels` where it must be.
@@ -276,15 +326,19 @@ GifFrameCompressor::Task GifFrameCompressor::TaskOf(GifPixels& pixels, int wildc
     task.freeCount = CountFree(freedom_.data(), count);
     task.noise =
         count >= kSmall && task.freeCount * 2 < count && task.freeCount < kShortRun * CountRuns(freedom_.data(), count);
-    if (largestFree >> task.codeSize || pixels.may[task.wildcard]) {
-      const int reach = 1 << task.codeSize;
+    const std::array<bool, 256> given = GivenUp(pixels, task);
+    if (std::find(given.begin(), given.end(), true) != given.end()) {
       reached_ = pixels.symbols;
       for (std::size_t i = 0; i < count; ++i)
-        if (freedom_[i] && (reached_[i] >= reach || reached_[i] == task.wildcard))
-          reached_[i] = task.wildcard, freedom_[i] = 0;
+        if (freedom_[i] && given[reached_[i]]) reached_[i] = task.wildcard, freedom_[i] = 0;
       task.reached = reached_;
     }
-    task.freedom = freedom_;
+    task.freedom = task.open = freedom_;
+    if (pixels.hasWildcard || task.reached.data() != task.symbols.data()) {
+      open_.resize(count);
+      FindOpen(open_.data(), freedom_.data(), task.reached.data(), count, task.wildcard);
+      task.open = open_;
+    }
     // A palette that has to grow for the transparent index is paid back over some frames.
     if (wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   }
@@ -297,7 +351,7 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const std::size_t count = task.symbols.size();
   const bool choice = !task.freedom.empty();
   const bool small = count < kSmall || thorough_;
-  Result result;
+  Result result(best_);
   result.mode = lastMode_;
   bool trial = IsTrial(task);
   if (!trial) {
@@ -309,7 +363,11 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     trial =
         result.cost > lastCost_ + lastCost_ / 4 + 64 || (choice && count > kMedium && HasDrifted(result.cost, count));
   }
-  if (trial && !small) {
+  const bool mayBeDear = !small && dearCountdown_-- <= 0;
+  bool dear = mayBeDear && IsDear(task, result.cost);
+  if (trial && small) {
+    TryAll(task, result), lastMode_ = result.mode;
+  } else if (trial && !dear) {
     const Method method = lastMethod_;
     const bool clearWhenFull = lastMode_.clearWhenFull;
     Race(task, result);
@@ -319,11 +377,21 @@ int GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
     period_ = !stands ? std::max(period_ / 4, 1) : narrow_ ? std::min(longer, kNarrowPeriod) : longer;
     // The first frame is no model for the others: they have one before them.
     countdown_ = lastCost_ == 0 ? 0 : period_ - 1;
-    if (choice) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count, costOfTrial_ = result.cost;
-  } else {
-    if (trial) TryAll(task, result), lastMode_ = result.mode;
-    if (choice) lastMethod_ = result.method;
+    dear = mayBeDear && IsDear(task, result.cost);
   }
+  if (dear) {
+    const std::size_t before = result.cost;
+    TryWhole(task, result);
+    // Where that saves little in frames that aren't large the next ones are left to the races.
+    const bool pays = before - result.cost > before / kMarkedly || count > kMedium || !choice;
+    dearPeriod_ = pays ? 1 : std::min(2 * dearPeriod_, kLongestDearPeriod);
+    dearCountdown_ = dearPeriod_ - 1;
+    if (choice) lastMode_ = result.mode;
+    secondMethod_ = result.Second(), secondIsClose_ = SecondIsClose(task, result);
+    if (lastCost_ != 0) countdown_ = 1;
+  }
+  if (choice && (dear || small || !trial)) lastMethod_ = result.method;
+  if (choice && (dear || trial)) freeOfTrial_ = task.freeCount, sizeOfTrial_ = count, costOfTrial_ = result.cost;
   lastCost_ = result.cost;
   return result.method != Method::Plain || pixels.hasWildcard ? wildcard : -1;
 }

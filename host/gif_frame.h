@@ -49,30 +49,36 @@ class GifFrameCompressor {
     std::size_t cost = SIZE_MAX;  // bytes
     Method method = Method::Plain;
     LzwMode mode;
-    bool ofPart = false;                      // nothing to write: tells only what the ways cost
+    LzwCodes* best;                           // where the winner's codes are put
     std::array<std::size_t, kMethods> costs;  // the least of each method, or more than the winner's if it was given up
-    Result() { costs.fill(SIZE_MAX); }
+    std::uint64_t tried = 0;                  // a bit for each method and mode
+    explicit Result(LzwCodes& codes) : best(&codes) { costs.fill(SIZE_MAX); }
     std::size_t CostOf(Method one) const { return costs[static_cast<std::size_t>(one)]; }
     Method Second() const;
   };
 
+  std::array<bool, 256> GivenUp(const GifPixels& pixels, const Task& task) const;
   Task TaskOf(GifPixels& pixels, int wildcard, int paletteBits);
   void Try(const Task& task, Method method, LzwMode mode, Result& result);
   void TryMethods(const Task& task, Lookahead lookahead, Result& result);
+  static bool SecondIsClose(const Task& task, const Result& result);
+  void TryWhole(const Task& task, Result& result);
   void TryAll(const Task& task, Result& result);
   void Race(const Task& task, Result& result);
   Method Usual(const Result& race) const;
   bool IsTrial(const Task& task);
+  bool IsDear(const Task& task, std::size_t cost) const;
   bool HasDrifted(std::size_t cost, std::size_t pixels) const;
 
   LzwCompressor lzw_;
-  LzwCodes best_, attempt_;
-  std::vector<std::uint8_t> reached_, freedom_, written_;
+  LzwCodes best_, part_, attempt_;
+  std::vector<std::uint8_t> reached_, freedom_, open_, written_;
   Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;
-  bool secondIsClose_ = false, thorough_ = false;
+  bool secondIsClose_ = false, thorough_ = false, large_ = false;
   bool narrow_ = false;  // the last race was lost, by little, by the method that is in use nevertheless
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;
+  int dearCountdown_ = 0, dearPeriod_ = 1;               // frames until one may be tried whole in every way again
   std::size_t freeOfTrial_ = 0, sizeOfTrial_ = 1;        // pixels
   std::size_t costOfTrial_ = 0;                          // bytes
   int countdown_ = 0, period_ = 1, longestPeriod_ = 16;  // frames until the other ways are tried again

@@ -27,7 +27,7 @@ namespace {
 // About how many bits the frames' codes take more than they would with the shortest: a code is as long as the slots
 // want it until there are as many strings as slots.
 std::size_t CostOf(std::span<const GifWants> frames, const GifPalette& palette) {
-  constexpr std::size_t kPixelsPerCode = 8;
+  constexpr std::size_t kPixelsPerCode = 3;
   std::size_t cost = 0;
   for (const GifWants& frame : frames) {
     std::array<bool, 257> taken{};

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The dictionary is a trie of strings: one small hash table, which stays in the nearest cache, holds the child of each
-// node by symbol. Codes are collected unpacked, and their length in bits is only counted: of several attempts at a
-// frame all but one are thrown away, and the winner may still change its literals before it is packed.
+// The dictionary is a trie of strings: one hash table of 128 KiB, of which a frame touches little where its strings are
+// alike, holds the child of each node by symbol. Codes are collected unpacked, and their length in bits is only
+// counted: of several attempts at a frame all but one are thrown away, and the winner may still change its literals
+// before it is packed.
 #include "host/lzw.h"
 
 #include <algorithm>
@@ -141,12 +142,14 @@ std::uint8_t CommonSymbol(std::span<const std::uint8_t> symbols) {
 class CodeStream {
  public:
   CodeStream(Dictionary& dictionary, Runs& runs, int minCodeSize, bool clearWhenFull, std::size_t symbols,
-             std::size_t limit, LzwCodes& out)
+             const LzwRival& rival, LzwCodes& out)
       : dictionary_(&dictionary),
         runs_(&runs),
         out_(&out),
         policy_{clearWhenFull},
-        limit_(limit),
+        rival_(rival),
+        symbols_(symbols),
+        limit_(rival.limit),
         clear_(1u << minCodeSize),
         width_(FirstWidth(clear_)) {
     // A clear stands for at least a thousand symbols, or it is the first or the last code.
@@ -154,11 +157,12 @@ class CodeStream {
     if (out.codes.size() < most) out.codes.resize(most);
     to_ = counted_ = out.codes.data();
     out.minCodeSize = minCodeSize;
-    Restart();
+    out.marks.clear();
+    Restart(0);
   }
-  void Restart() {
+  void Restart(std::size_t position) {
     Put(clear_);
-    SetWidth(FirstWidth(clear_));
+    SetWidth(FirstWidth(clear_), position);
     dictionary_->Clear();
     runs_->Clear();
     next_ = clear_ + 2;
@@ -181,21 +185,21 @@ class CodeStream {
   }
   // The decoder adds a string that stands already.
   void Skip(std::size_t position) {
-    if (next_ == 1u << width_) SetWidth(width_ + 1);
+    if (next_ == 1u << width_) SetWidth(width_ + 1, position);
     if (++next_ == kCodes) policy_.Full(position);
   }
   bool WantsClear(std::size_t position) {
     const bool wants = policy_.WantsClear(position);
-    if (policy_.codes == 0) SetWidth(width_);
+    if (policy_.codes == 0) SetWidth(width_, position);
     return wants;
   }
   // The decoder adds a string for the last code too, whatever it may be.
   void End() {
-    if (next_ < kCodes && next_ == 1u << width_) SetWidth(width_ + 1);
+    if (next_ < kCodes && next_ == 1u << width_) Count(), ++width_;
     Put(clear_ + 1);
-    SetWidth(width_);
+    Count();
     out_->count = static_cast<std::size_t>(to_ - out_->codes.data());
-    out_->bits = bits_;
+    out_->bits = bits_ > limit_ ? std::max(bits_, rival_.limit + 1) : bits_;
   }
 
  private:
@@ -205,14 +209,28 @@ class CodeStream {
   std::uint16_t *to_ = nullptr, *counted_ = nullptr;  // codes up to there are counted among the bits
   std::size_t bits_ = 0;
   ClearPolicy policy_;
-  std::size_t limit_;
+  LzwRival rival_;
+  std::size_t symbols_, limit_;
+  std::size_t mark_ = 0;  // of the rival's, the first that may lie behind
   unsigned clear_, next_ = 0, width_ = 0;
 
-  // Of the codes that come now.
-  void SetWidth(unsigned width) {
+  void Count() {
     bits_ += static_cast<std::size_t>(to_ - counted_) * width_;
     counted_ = to_;
+  }
+  // Of the codes that come now; those before it stand for the symbols up to `position`, or one less.
+  void SetWidth(unsigned width, std::size_t position) {
+    Count();
     width_ = width;
+    out_->marks.push_back({position, bits_});
+    if (HasFallenBehind(position)) limit_ = 0;
+  }
+  // The more of the symbols are behind, the less the rival may lead.
+  bool HasFallenBehind(std::size_t position) {
+    while (mark_ < rival_.marks.size() && rival_.marks[mark_].symbols < position) ++mark_;
+    if (mark_ == rival_.marks.size()) return false;
+    const std::size_t its = rival_.marks[mark_].bits;
+    return bits_ > its && (bits_ - its) * position > its * (position / 64 + symbols_ / 128);
   }
 };
 
@@ -316,7 +334,7 @@ std::size_t CompressCarefully(const Pixels<kChoice>& pixels, Matcher<kChoice> ma
       if (grows) next = {codes.Next(), next.node, next.end + 1, next.first};
       codes.Add(match.node, next.first, end);
     } else if (codes.WantsClear(end)) {
-      codes.Restart();
+      codes.Restart(end);
       if (mode.lookahead == Lookahead::WhenFull) return end;
       next = matcher.Longest(end);
     }
@@ -358,10 +376,12 @@ std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary
       codes.Add(slot, node, symbol, i);
       if (untilFull && codes.Full()) break;
     } else if (codes.WantsClear(i)) {
-      codes.Restart();
+      codes.Restart(i);
     }
-    if (codes.TooLong()) i = size;
-    if (i == size) break;
+    if (codes.TooLong()) {
+      i = size;
+      break;
+    }
   }
   stream = codes;
   return i;
@@ -378,7 +398,8 @@ LzwCompressor::LzwCompressor() : memory_(std::make_unique<Memory>()) {}
 LzwCompressor::~LzwCompressor() = default;
 
 void LzwCompressor::Compress(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free,
-                             std::uint8_t wildcard, int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out) {
+                             std::uint8_t wildcard, int minCodeSize, LzwMode mode, const LzwRival& rival,
+                             LzwCodes& out) {
   Dictionary& dictionary = memory_->dictionary;
   Runs& runs = memory_->runs;
   const std::size_t size = symbols.size();
@@ -392,7 +413,7 @@ void LzwCompressor::Compress(std::span<const std::uint8_t> symbols, std::span<co
     runs.value = 1;
     runs.pixels = free.data();
   }
-  CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, size, limit, out);
+  CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, size, rival, out);
   if (free.empty()) {
     const Pixels<false> pixels{symbols.data(), nullptr, size, 0};
     const bool whenFull = mode.lookahead == Lookahead::WhenFull;

@@ -31,6 +31,18 @@ struct LzwCodes {
   std::size_t count = 0;
   std::size_t bits = 0;  ///< what they take when packed
   int minCodeSize = 2;
+
+  /// How many bits the codes for the first symbols take.
+  struct Mark {
+    std::size_t symbols, bits;
+  };
+  std::vector<Mark> marks;  ///< some, in order
+};
+
+/// What an attempt is given up for.
+struct LzwRival {
+  std::size_t limit = SIZE_MAX;           ///< bits that may not be exceeded
+  std::span<const LzwCodes::Mark> marks;  ///< of a better attempt at as many symbols, which may lead by little; or none
 };
 
 /// Compresses symbols into codes. Holds some memory for it, nothing else from one call to the next.
@@ -43,13 +55,13 @@ class LzwCompressor {
   /// free      empty, or one flag a pixel: 1, not 0, where `wildcard` says the same as the symbol and may be written
   ///           instead, whichever the dictionary has the longer string for.
   /// minCodeSize  2 to 8.
-  /// limit     bits past which the attempt is given up: `out` then has more bits than that, and is no whole stream.
+  /// rival     what the attempt is given up for: `out` then is no whole stream, and says more bits than the limit.
   /// out       is replaced; its memory is used again.
   ///
   /// The codes begin with a clear and end with the end code.
   /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.
   void Compress(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free, std::uint8_t wildcard,
-                int minCodeSize, LzwMode mode, std::size_t limit, LzwCodes& out);
+                int minCodeSize, LzwMode mode, const LzwRival& rival, LzwCodes& out);
 
  private:
   struct Memory;

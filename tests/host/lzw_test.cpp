@@ -72,7 +72,7 @@ void ExpectWhole(LzwCompressor& lzw, const Symbols& symbols, const Symbols& free
     for (const bool clearWhenFull : {false, true})
       for (const bool choice : {false, true}) {
         LzwCodes codes;
-        lzw.Compress(symbols, choice ? free : Symbols{}, wildcard, minCodeSize, {clearWhenFull, lookahead}, SIZE_MAX,
+        lzw.Compress(symbols, choice ? free : Symbols{}, wildcard, minCodeSize, {clearWhenFull, lookahead}, {},
                      codes);
         const Symbols out = Unpacked(codes);
         ASSERT_EQ(out.size(), symbols.size());
@@ -92,7 +92,7 @@ TEST(Lzw, SymbolsComeBackWhereTheWidthChangesAndTheDictionaryIsFull) {
     for (std::uint8_t& flag : free) flag = random() % 3 == 0;
     // How many symbols it takes until the codes get longer, and until the dictionary is full.
     LzwCodes codes;
-    lzw.Compress(noise, {}, 0, minCodeSize, {false, Lookahead::Never}, SIZE_MAX, codes);
+    lzw.Compress(noise, {}, 0, minCodeSize, {false, Lookahead::Never}, {}, codes);
     std::vector<std::size_t> edges;
     for (std::size_t count = clear - 1; count + clear + 1 <= 4096; count = 2 * count + clear + 1) {
       codes.count = count + 1;
@@ -150,9 +150,29 @@ TEST(Lzw, AnAttemptThatIsTooLongIsGivenUp) {
   LzwCompressor lzw;
   LzwCodes codes;
   for (const Lookahead lookahead : {Lookahead::Never, Lookahead::WhenFull, Lookahead::Always}) {
-    lzw.Compress(noise, {}, 0, 8, {false, lookahead}, 100'000, codes);
+    lzw.Compress(noise, {}, 0, 8, {false, lookahead}, {100'000, {}}, codes);
     EXPECT_GT(codes.bits, 100'000u);
     EXPECT_LT(codes.bits, 120'000u);
+  }
+}
+
+TEST(Lzw, AnAttemptThatFallsBehindItsRivalIsGivenUp) {
+  std::mt19937 random(1);
+  Symbols noise(50000), other(noise.size());
+  for (std::uint8_t& symbol : noise) symbol = static_cast<std::uint8_t>(random());
+  for (std::uint8_t& symbol : other) symbol = static_cast<std::uint8_t>(random() % 64);
+  LzwCompressor lzw;
+  LzwCodes best, codes;
+  lzw.Compress(other, {}, 0, 8, {false, Lookahead::Never}, {}, best);
+  const std::size_t limit = 2 * best.bits;
+  for (const Lookahead lookahead : {Lookahead::Never, Lookahead::WhenFull, Lookahead::Always}) {
+    lzw.Compress(noise, {}, 0, 8, {false, lookahead}, {limit, best.marks}, codes);
+    EXPECT_GT(codes.bits, limit);
+    EXPECT_LT(codes.count, 10'000u) << "the pixels that were looked at";
+    // One that is level with its rival goes on to the end.
+    lzw.Compress(other, {}, 0, 8, {false, lookahead}, {limit, best.marks}, codes);
+    EXPECT_LT(codes.bits, limit);
+    ASSERT_NO_FATAL_FAILURE(ExpectPacked(codes));
   }
 }
 
