@@ -236,7 +236,8 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
   const bool tells = large && race.cost > 2 * kFullDictionary;  // a part from which the rest can be judged
   if (large && !tells) {
     const Method second = race.Second();
-    const bool isClose = race.CostOf(second) <= race.cost + race.cost / kClose;
+    // Looking for choices is slow; it has to win in the part.
+    const bool isClose = second != Method::Choice && race.CostOf(second) <= race.cost + race.cost / kClose;
     Try(task, race.method, {clear, Lookahead::Never}, result);
     if (isClose) Try(task, second, {clear, Lookahead::Never}, result);
   }
