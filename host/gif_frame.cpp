@@ -268,7 +268,7 @@ void GifFrameCompressor::Race(const Task& task, Result& result) {
 
 void GifFrameCompressor::Expect(std::size_t pixels) {
   thorough_ = pixels <= kSmallAnimation;
-  large_ = pixels > kLargeAnimation;
+  largeAnimation_ = pixels > kLargeAnimation;
   longestPeriod_ = pixels <= kMediumAnimation ? 4 : 16;
 }
 
@@ -287,7 +287,7 @@ bool GifFrameCompressor::IsTrial(const Task& task) {
 // over.
 bool GifFrameCompressor::IsDear(const Task& task, std::size_t cost) const {
   const std::size_t size = task.symbols.size();
-  if (cost == SIZE_MAX || (!large_ && size <= kMedium && !task.freedom.empty())) return false;
+  if (cost == SIZE_MAX || (!largeAnimation_ && size <= kMedium && !task.freedom.empty())) return false;
   return task.freedom.empty() ? cost > size / 5 && cost < size / 2
                               : cost > size / 8 && !task.noise && task.freeCount * 5 < size * 4;
 }

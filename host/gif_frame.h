@@ -74,7 +74,7 @@ class GifFrameCompressor {
   LzwCodes best_, part_, attempt_;
   std::vector<std::uint8_t> reached_, freedom_, open_, written_;
   Method lastMethod_ = Method::Plain, secondMethod_ = Method::Plain;
-  bool secondIsClose_ = false, thorough_ = false, large_ = false;
+  bool secondIsClose_ = false, thorough_ = false, largeAnimation_ = false;
   bool narrow_ = false;  // the last race was lost, by little, by the method that is in use nevertheless
   LzwMode lastMode_;
   std::size_t lastCost_ = 0;

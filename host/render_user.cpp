@@ -205,7 +205,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       const std::optional<bool> on = ParseSwitch(value);
       if (!on) return Fail(key + " takes 0 or 1, not " + Quote(value));
       if (!reachable) return SetByLine(dialog, id, *on ? "1" : "0");
-      return (GetCheck(dialog, id) == 1) == *on || Click(dialog, id) || refused();
+      return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
     }
     case ControlKind::Edit: {
       if (DecodeText(value).size() > kMaxTextLength) {

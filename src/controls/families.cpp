@@ -143,9 +143,9 @@ void ShowSignedNumber(Dialog& dialog, int id, const Variable& variable) {
 }
 
 void SaveCheck(Dialog& dialog, int id, std::string& line) { line += ReadCheck(dialog, id) ? "1" : "0"; }
-void StoreCheck(Dialog& dialog, int id, Variable& variable) { variable.number = GetCheck(dialog, id) != 0; }
+void StoreCheck(Dialog& dialog, int id, Variable& variable) { variable.number = GetCheck(dialog, id); }
 void LoadCheck(Dialog& dialog, int id, const std::string& value) {
-  SetCheck(dialog, id, LeadingNumber(value));
+  SetCheck(dialog, id, LeadingNumber(value) != 0);
   if (Variable* variable = VariableOfControl(dialog, id)) StoreCheck(dialog, id, *variable);
 }
 void ShowCheck(Dialog& dialog, int id, const Variable& variable) { SetCheck(dialog, id, variable.number != 0); }

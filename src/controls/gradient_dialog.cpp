@@ -285,7 +285,7 @@ void Initialise(Dialog& dialog, BlockHandle handle) {
   }
   ShowColour(dialog, StartColour, block->gradient.StartColour);
   ShowColour(dialog, EndColour, block->gradient.EndColour);
-  SetCheck(dialog, block->gradient.TwoColor ? TwoColor : MultiColor, 1);
+  SetCheck(dialog, block->gradient.TwoColor ? TwoColor : MultiColor, true);
   ShowType(dialog, block->gradient);
   SetFocus(dialog, TypeButtonOf(block->gradient));
 }

@@ -28,7 +28,7 @@ int ReadNumber(const Dialog& dialog, int id) {
   return static_cast<int>(std::clamp<std::int64_t>(value, range.minimum, range.maximum));
 }
 
-bool ReadCheck(const Dialog& dialog, int id) { return GetCheck(dialog, id) == 1; }
+bool ReadCheck(const Dialog& dialog, int id) { return GetCheck(dialog, id); }
 
 Colour ReadColour(const Dialog& dialog, int id) { return static_cast<Colour>(GetNumber(dialog, id, false)); }
 

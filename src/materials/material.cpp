@@ -19,6 +19,13 @@ constexpr std::size_t kDiskBytes = 1270;
 constexpr char kSignature[] = "TESSCMAT";
 constexpr std::size_t kSignatureBytes = 8;
 
+// By which a control knows a record, in memory and on disk alike, as its own.
+void SetHead(std::uint8_t* record) {
+  const std::uint32_t size = sizeof(Material);
+  std::memcpy(record, kSignature, kSignatureBytes);
+  std::memcpy(record + offsetof(Material, Size), &size, sizeof(size));
+}
+
 // Textures are made square, of the greater side, and give their middle.
 PackedDib RenderTexture(TextureSpec& texture, int width, int height) {
   if (!DibSize(width, height, 24)) return {};
@@ -51,9 +58,7 @@ void ToDisk(std::uint8_t* disk, const Material& material) {
   std::memset(disk, 0, kDiskBytes);
   std::memcpy(disk, bytes, kFountainAt);
   // A document may have brought a record with another head; the control is to find its own file again.
-  const std::uint32_t size = sizeof(Material);
-  std::memcpy(disk, kSignature, kSignatureBytes);
-  std::memcpy(disk + offsetof(Material, Size), &size, sizeof(size));
+  SetHead(disk);
   FountainToDisk(disk + kFountainAt, material.Fountain);
   std::memcpy(disk + kTextureAt - 4, bytes + kTextureAt, kTileBitmapAt - kTextureAt);
   // Reserved bytes are written as zeros, whatever the record holds.
@@ -69,7 +74,7 @@ void FromDisk(Material& material, const std::uint8_t* disk) {
   std::memcpy(bytes + kTextureAt, disk + kTextureAt - 4, kTileBitmapAt - kTextureAt);
   std::memcpy(bytes + kTileBoundsAt, disk + kTileBoundsAt - 8, kPreviewAt - kTileBoundsAt);
   std::memcpy(bytes + kAverageAt, disk + kAverageAt - 12, sizeof(Material) - kAverageAt);
-  material.Size = sizeof(Material);
+  SetHead(bytes);
 }
 
 int HexDigit(char c) {
@@ -83,8 +88,7 @@ int HexDigit(char c) {
 
 void DefaultMaterial(Material& material, Colour colour) noexcept {
   std::memset(&material, 0, sizeof(material));
-  std::memcpy(material.Signature, kSignature, kSignatureBytes);
-  material.Size = sizeof(Material);
+  SetHead(reinterpret_cast<std::uint8_t*>(&material));
   material.Version = 0x00040000;
   material.Colour = colour;
   material.Gradient.StartColour = 0x404040;

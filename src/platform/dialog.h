@@ -201,9 +201,9 @@ void SetNumber(Dialog& dialog, int id, std::int64_t value);
 /// An edit takes no more than this many characters from a person; SetText is not cut.
 void LimitText(Dialog& dialog, int id, int characters);
 
-/// 0 unchecked, 1 checked: whatever else it is set to counts as checked. Setting notifies nobody.
-int GetCheck(const Dialog& dialog, int id);
-void SetCheck(Dialog& dialog, int id, int state);
+/// Of a check or a radio. Setting notifies nobody.
+bool GetCheck(const Dialog& dialog, int id);
+void SetCheck(Dialog& dialog, int id, bool checked);
 
 /// Items of a combo or a list. Selection is -1 when none. Setting notifies nobody; an index that does not exist selects
 /// none.

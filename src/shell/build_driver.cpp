@@ -72,9 +72,9 @@ struct WaitCursor {
 };
 struct AlphaCheck {
   Dialog& dialog;
-  int state;
-  explicit AlphaCheck(Dialog& owner) : dialog(owner), state(GetCheck(owner, ControlId::AlphaTransparency)) {}
-  ~AlphaCheck() { SetCheck(dialog, ControlId::AlphaTransparency, state); }
+  bool checked;
+  explicit AlphaCheck(Dialog& owner) : dialog(owner), checked(GetCheck(owner, ControlId::AlphaTransparency)) {}
+  ~AlphaCheck() { SetCheck(dialog, ControlId::AlphaTransparency, checked); }
 };
 struct Resources {
   WaitCursor cursor;
@@ -90,7 +90,7 @@ class Run {
       : host_(host), test_(test), dialog_(dialog), resources_(dialog) {}
 
   bool Execute() {
-    if (test_) SetCheck(dialog_, ControlId::AlphaTransparency, 0);
+    if (test_) SetCheck(dialog_, ControlId::AlphaTransparency, false);
     options_ = ReadOptions(dialog_, test_);
     AskRegistration();
     LoadFixedPalette(&palette_, &depth_, static_cast<int>(NumberVariable("MainPalette")));

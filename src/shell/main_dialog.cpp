@@ -352,7 +352,7 @@ void FillPalettes(Dialog& dialog) {
 void LimitToTrueColour(Dialog& dialog) {
   if (HostHas(HostFlagTrueColorFormat)) return;
   VariableOf("Truecolour").number = 0;
-  SetCheck(dialog, TrueColour, 0);
+  SetCheck(dialog, TrueColour, false);
   Enable(dialog, TrueColour, false);
 }
 
@@ -364,14 +364,14 @@ void LimitToFormat(Dialog& dialog) {
   TakeRange(dialog, delayRange);
   if (palette) {
     VariableOf("MainAlphaTrans").number = 0;
-    SetCheck(dialog, ControlId::AlphaTransparency, 0);
+    SetCheck(dialog, ControlId::AlphaTransparency, false);
     Enable(dialog, ControlId::AlphaTransparency, false);
     Enable(dialog, ControlId::AlphaBackground, false);
     if (shift) SetDelays(dialog, 4, 100);
     return;
   }
   Enable(dialog, Transparent, false);
-  SetCheck(dialog, Supercompress, 0);
+  SetCheck(dialog, Supercompress, false);
   Enable(dialog, Supercompress, false);
   Enable(dialog, ControlId::AlphaTransparency, true);
   if (shift) SetDelays(dialog, 10, 1000);

@@ -163,15 +163,15 @@ void LimitText(Dialog& dialog, int id, int characters) {
   if (Control* control = FindControl(dialog, id)) control->limit = std::max(characters, 0);
 }
 
-int GetCheck(const Dialog& dialog, int id) {
+bool GetCheck(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
-  return control ? control->check : 0;
+  return control && control->check;
 }
 
-void SetCheck(Dialog& dialog, int id, int state) {
+void SetCheck(Dialog& dialog, int id, bool checked) {
   Control* control = FindControl(dialog, id);
   if (!control) return;
-  control->check = state != 0;
+  control->check = checked;
   NotifyObserver(dialog, DialogChange::Check, id);
 }
 

@@ -160,8 +160,8 @@ void CheckRadio(Dialog& dialog, const Control& chosen) {
                          [&](const Control& control) { return &control == &chosen; });
   while (at != dialog.controls.begin() && std::prev(at)->kind == ControlKind::Radio) --at;
   for (; at != dialog.controls.end() && at->kind == ControlKind::Radio; ++at) {
-    const int state = &*at == &chosen;
-    if (at->check != state) SetCheck(dialog, at->id, state);
+    const bool checked = &*at == &chosen;
+    if (at->check != checked) SetCheck(dialog, at->id, checked);
   }
 }
 
@@ -302,7 +302,7 @@ bool Click(Dialog& dialog, int id) {
     const int y = (control->place.bottom - control->place.top) / 2;
     return Mouse(dialog, id, kMessageLeftDown, x, y) && (HasEnded(dialog) || Mouse(dialog, id, kMessageLeftUp, x, y));
   }
-  if (control->kind == ControlKind::Check) SetCheck(dialog, id, control->check ? 0 : 1);
+  if (control->kind == ControlKind::Check) SetCheck(dialog, id, !control->check);
   if (control->kind == ControlKind::Radio) CheckRadio(dialog, *control);
   SendCommand(dialog, id, kClicked);
   Pump(dialog);

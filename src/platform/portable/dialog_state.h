@@ -22,7 +22,7 @@ struct Control {
   ControlKind kind = ControlKind::Label;
   int id = -1;
   bool visible = true, enabled = true;
-  int check = 0;
+  bool check = false;
   int selection = -1;
   int limit = 0;                      ///< characters a person may type; 0: any number
   int minimum = 0, maximum = 100;     ///< of an up-down or a trackbar

@@ -62,7 +62,7 @@ int GlyphmotionSetNumber(GlyphmotionDialog* dialog, int id, int value) {
 int GlyphmotionSetCheck(GlyphmotionDialog* dialog, int id, int checked) {
   return Done(dialog, [&](Dialog& in) {
     if (!glyphmotion::HasControl(in, id) || !glyphmotion::IsEnabled(in, id)) return false;
-    const bool is = glyphmotion::GetCheck(in, id) == 1;
+    const bool is = glyphmotion::GetCheck(in, id);
     return is == (checked != 0) || glyphmotion::Click(in, id);
   });
 }

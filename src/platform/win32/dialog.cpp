@@ -105,13 +105,13 @@ void LimitText(Dialog& dialog, int id, int characters) {
   if (const Control* control = FindControl(dialog, id)) Ask(*control, EM_LIMITTEXT, Index(std::max(characters, 0)));
 }
 
-int GetCheck(const Dialog& dialog, int id) {
+bool GetCheck(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
-  return control ? static_cast<int>(Ask(*control, BM_GETCHECK)) : 0;
+  return control && Ask(*control, BM_GETCHECK) == BST_CHECKED;
 }
 
-void SetCheck(Dialog& dialog, int id, int state) {
-  if (const Control* control = FindControl(dialog, id)) Ask(*control, BM_SETCHECK, state != 0);
+void SetCheck(Dialog& dialog, int id, bool checked) {
+  if (const Control* control = FindControl(dialog, id)) Ask(*control, BM_SETCHECK, checked);
 }
 
 int AddItem(Dialog& dialog, int id, const std::string& text) {
