@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "host/gif_writer.h"
+#include "host/encoders/gif_writer.h"
 
 namespace {
 

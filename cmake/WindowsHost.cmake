@@ -19,9 +19,10 @@ else()
 endif()
 
 configure_file(${host_folder}/host.rc.in ${CMAKE_BINARY_DIR}/host.rc @ONLY)
-file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp host/gif_*.cpp)
+file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp host/recording/*.cpp
+  host/encoders/gif_*.cpp)
 add_executable(glyphmotion_windows_host WIN32 ${windows_host_sources}
-  host/animation.cpp host/dib_reader.cpp host/lzw.cpp host/player.cpp host/recorder.cpp host/screen.cpp
+  host/encoders/dib_reader.cpp host/encoders/lzw.cpp host/encoders/screen.cpp
   ${CMAKE_BINARY_DIR}/host.rc)
 set_target_properties(glyphmotion_windows_host PROPERTIES OUTPUT_NAME glyphmotion-host)
 set_source_files_properties(${CMAKE_BINARY_DIR}/host.rc PROPERTIES OBJECT_DEPENDS

@@ -13,7 +13,7 @@
 #include <string>
 
 #include "colour_runs.h"
-#include "host/gif_writer.h"
+#include "host/encoders/gif_writer.h"
 #include "image/remap.h"
 #include "platform/heap.h"
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "glyphmotion/render.h"
-#include "host/animation.h"
-#include "host/recorder.h"
+#include "host/recording/animation.h"
+#include "host/recording/recorder.h"
 #include "host/windows/plugin_library.h"
 
 namespace glyphmotion {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "host/player.h"
+#include "host/recording/player.h"
 #include "platform/win32/windows_headers.h"
 
 namespace glyphmotion {

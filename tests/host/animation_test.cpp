@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The host with a window, as far as it needs none: what it takes from a plug-in, how it plays it, what it writes.
-#include "host/animation.h"
+#include "host/recording/animation.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "host/host_helpers.h"
-#include "host/player.h"
+#include "host/recording/player.h"
 #include "platform/memory.h"
 
 namespace glyphmotion {

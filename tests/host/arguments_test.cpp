@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/arguments.h"
+#include "host/program/arguments.h"
 
 #include <gtest/gtest.h>
 

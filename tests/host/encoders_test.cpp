@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The encoders against libpng's and libwebp's decoders, on bitmaps made by hand.
-#include "host/encoders.h"
+#include "host/encoders/encoders.h"
 
 #include <gtest/gtest.h>
 #include <png.h>

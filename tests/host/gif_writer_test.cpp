@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The GIF writer against an independent decoder (giflib), and its sizes against gifsicle -O3.
-#include "host/gif_writer.h"
+#include "host/encoders/gif_writer.h"
 
 #include <gif_lib.h>
 #include <gtest/gtest.h>
@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "host/dib_reader.h"
-#include "host/gif_palette.h"
+#include "host/encoders/dib_reader.h"
+#include "host/encoders/gif_palette.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {

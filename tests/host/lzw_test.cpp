@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The compressor against a plain decoder, and the packer against a plain bit writer, above all where the code width
 // changes and where the dictionary is full exactly at the end.
-#include "host/lzw.h"
+#include "host/encoders/lzw.h"
 
 #include <gtest/gtest.h>
 
@@ -72,8 +72,7 @@ void ExpectWhole(LzwCompressor& lzw, const Symbols& symbols, const Symbols& free
     for (const bool clearWhenFull : {false, true})
       for (const bool choice : {false, true}) {
         LzwCodes codes;
-        lzw.Compress(symbols, choice ? free : Symbols{}, wildcard, minCodeSize, {clearWhenFull, lookahead}, {},
-                     codes);
+        lzw.Compress(symbols, choice ? free : Symbols{}, wildcard, minCodeSize, {clearWhenFull, lookahead}, {}, codes);
         const Symbols out = Unpacked(codes);
         ASSERT_EQ(out.size(), symbols.size());
         for (std::size_t i = 0; i < out.size(); ++i)

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "glyphmotion/host_contract.h"
+#include "host/encoders/output_file.h"
 #include "host/host_helpers.h"
-#include "host/output_file.h"
-#include "host/recorder.h"
+#include "host/recording/recorder.h"
 
 namespace glyphmotion {
 namespace {

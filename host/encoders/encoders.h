@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// File formats: each is a row of a table, found by the extension of the output's name.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "glyphmotion/render.h"
+#include "host/encoders/output_file.h"
+
+namespace glyphmotion {
+
+/// Stands for an extension where -o names a folder of pictures.
+constexpr const char* kFolderExtension = "folder";
+
+struct EncoderSettings {
+  int width = 0, height = 0;  ///< pixels; what the task says
+  int imageCount = 1;         ///< how many images will come
+  int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
+  double lossyQuality = -1;   ///< 0 to 100 where the format knows loss; below 0: lossless
+};
+
+/// One encoding under way. Each function gives an empty text when all went well, otherwise one sentence.
+struct Encoder {
+  std::function<std::string(const Image&)> add;
+  std::function<void(const std::string&)> comment;  ///< empty where the format has no place for it
+  std::function<std::string()> finish;              ///< completes the bytes; the output is then ready to be kept
+};
+
+struct EncoderFormat {
+  const char* extension;  ///< ".gif"
+  bool paletteFormat;     ///< pictures are palette indices, delays 1/100 s
+  Encoder (*open)(Output& output, const EncoderSettings& settings);
+};
+
+std::span<const EncoderFormat> EncoderFormats();
+/// The row of an extension (lower case, with its dot, or kFolderExtension), or null.
+const EncoderFormat* FindFormat(const std::string& extension);
+
+}  // namespace glyphmotion

@@ -1,0 +1,492 @@
+// SPDX-License-Identifier: MIT
+// How a frame becomes bytes. Every colour of the animation has a number, its id, and the pictures `before` and `shown`
+// hold ids: what a viewer sees before and after the frame in hand. A frame is held back until the next one arrives,
+// because only that one tells whether the screen has to be cleared between the two. Then:
+//
+//   1. the crop: the box around what the frame changes, and around what has to be cleared after it;
+//   2. in the crop, a pixel that stays as it was is free: it may be written as its colour or as the transparent index;
+//   3. cropped frames are kept until all are known, or until they take much memory: only then can the common palette
+//      be put into an order that gives many frames short codes. A frame whose colours it has no room for gets its own;
+//   4. compression (gif_frame.h).
+#include "host/encoders/gif_writer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <unordered_map>
+
+#include "host/encoders/gif_file.h"
+#include "host/encoders/gif_frame.h"
+#include "host/encoders/gif_palette.h"
+
+namespace glyphmotion {
+namespace {
+
+using Id = std::uint16_t;
+constexpr Id kClear = 0xFFFF;    // nothing there: what is behind the animation shows
+constexpr Id kUnknown = 0xFFFE;  // equals no colour
+constexpr std::size_t kMostIds = kUnknown;
+
+GifBox Union(const GifBox& a, const GifBox& b) {
+  if (a.Empty()) return b;
+  if (b.Empty()) return a;
+  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+}
+
+// The box around all places where `differs(a, b)`, which is false for equal ids; rows are scanned from both ends.
+template <typename Differs>
+GifBox BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int height, Differs differs) {
+  GifBox box{width, height, 0, 0};
+  for (int y = 0; y < height; ++y) {
+    const Id* rowA = a.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    const Id* rowB = b.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    if (std::memcmp(rowA, rowB, sizeof(Id) * static_cast<std::size_t>(width)) == 0) continue;
+    int left = 0, right = width;
+    while (left < width && !differs(rowA[left], rowB[left])) ++left;
+    if (left == width) continue;
+    while (!differs(rowA[right - 1], rowB[right - 1])) --right;
+    box = {std::min(box.left, left), std::min(box.top, y), std::max(box.right, right), y + 1};
+  }
+  if (box.Empty()) return {};
+  return box;
+}
+
+// Numbers for colours: palette entries of one colour are one and the same, here and in the file.
+struct ColourIds {
+  std::vector<std::uint32_t> colours;
+  std::unordered_map<std::uint32_t, Id> ids;
+
+  static std::uint32_t ColourAt(std::span<const std::uint8_t, 768> palette, std::size_t i) {
+    return palette[i * 3] | std::uint32_t{palette[i * 3 + 1]} << 8 | std::uint32_t{palette[i * 3 + 2]} << 16;
+  }
+  Id IdOf(std::uint32_t colour) {
+    const auto [place, isNew] = ids.emplace(colour, static_cast<Id>(colours.size()));
+    if (isNew) colours.push_back(colour);
+    return place->second;
+  }
+};
+
+// A cropped frame that waits until the palette is known.
+struct HeldFrame {
+  GifBox crop;
+  GifDisposal disposal = GifDisposal::Keep;
+  int delay = 0;
+  GifPixels pixels;     // symbols are numbers of the frame's own
+  std::vector<Id> ids;  // by such a number; empty: the numbers are ids
+  Id IdOf(std::size_t symbol) const { return ids.empty() ? static_cast<Id>(symbol) : ids[symbol]; }
+};
+
+// --- Loops over pixels
+
+GLYPHMOTION_CLONES std::uint8_t LargestOf(const std::uint8_t* in, std::size_t count) {
+  std::uint8_t largest = 0;
+  for (std::size_t i = 0; i < count; ++i) largest = std::max(largest, in[i]);
+  return largest;
+}
+GLYPHMOTION_CLONES void Widen(Id* __restrict out, const std::uint8_t* __restrict in, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = in[i];
+}
+GLYPHMOTION_CLONES void WidenAround(Id* __restrict out, const std::uint8_t* __restrict in, std::size_t count,
+                                    Id transparent) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = in[i] == transparent ? out[i] : Id{in[i]};
+}
+GLYPHMOTION_CLONES void PutWhere(Id* __restrict out, const std::uint8_t* __restrict in, std::size_t count,
+                                 std::uint8_t index, Id id) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = in[i] == index ? id : out[i];
+}
+GLYPHMOTION_CLONES void Narrow(std::uint8_t* __restrict out, const Id* __restrict in, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<std::uint8_t>(in[i]);
+}
+// Free where nothing changes; nothing to write where there is no colour.
+GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict was, const Id* __restrict is,
+                                  std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto kind = static_cast<std::uint8_t>(was[i] == is[i]);
+    out[i] = static_cast<GifPixel>(is[i] >= kUnknown ? std::uint8_t{2} : kind);
+  }
+}
+
+// Which symbols there are, by the kind of their pixels. Most of a picture is even: groups that repeat are passed over;
+// and once a picture has shown all of them nothing new can come.
+using Seen = std::array<std::array<bool, 256>, 3>;
+void FindSymbols(const GifPixels& pixels, Seen& seen) {
+  constexpr std::size_t kBlock = 4096;
+  const std::uint8_t* symbol = pixels.symbols.data();
+  const GifPixel* kind = pixels.kinds.data();
+  const std::size_t count = pixels.symbols.size();
+  std::uint64_t lastSymbols = 0, lastKinds = ~std::uint64_t{0};
+  std::size_t i = 0;
+  for (std::size_t check = kBlock; i + 8 <= count; i += 8) {
+    if (i >= check) {
+      check += kBlock;
+      const auto all = [](const std::array<bool, 256>& of) {
+        return std::find(of.begin(), of.end(), false) == of.end();
+      };
+      if (all(seen[0]) && all(seen[1]) && !std::memchr(kind + i, static_cast<int>(GifPixel::Wildcard), count - i))
+        return;
+    }
+    std::uint64_t symbols, kinds;
+    std::memcpy(&symbols, symbol + i, 8);
+    std::memcpy(&kinds, kind + i, 8);
+    if (symbols == lastSymbols && kinds == lastKinds) continue;
+    lastSymbols = symbols;
+    lastKinds = kinds;
+    if (kinds == (kinds & 0xFF) * 0x0101010101010101u) {
+      auto& ofKind = seen[kinds & 0xFF];
+      for (int k = 0; k < 64; k += 8) ofKind[symbols >> k & 0xFF] = true;
+    } else {
+      for (std::size_t k = i; k < i + 8; ++k) seen[static_cast<std::size_t>(kind[k])][symbol[k]] = true;
+    }
+  }
+  for (; i < count; ++i) seen[static_cast<std::size_t>(kind[i])][symbol[i]] = true;
+}
+
+}  // namespace
+
+struct GifWriter::State {
+  // Cropped frames are kept up to this size together.
+  static constexpr std::size_t kMostHeld = std::size_t{64} << 20;
+
+  int width = 0, height = 0;
+  std::vector<Id> before, shown, wanted;  // screens of ids
+  bool pending = false;
+  int pendingDelay = 0;
+  ColourIds ids;
+  std::array<Id, 256> idOfIndex{};  // of the last frame's palette
+  std::vector<std::uint8_t> twins;  // indices that are not their ids
+  std::array<std::uint8_t, 768> lastPalette{};
+  int lastTransparent = -1;
+  bool idsStand = false;
+  GifPalette common;
+  std::string comment;
+  std::vector<HeldFrame> held;
+  std::size_t heldBytes = 0;
+  std::vector<GifFileFrame> encoded;
+  GifFrameCompressor compressor;
+
+  std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
+  void Translate(const GifFrame& frame);
+  const std::array<Id, 256>& IdsOf(const GifFrame& frame);
+  void StartAfresh(const GifFrame& next);
+  void WriteBefore(const GifFrame& next);
+  void WritePending(const GifBox& mustCover, GifDisposal disposal);
+  void Hold(const GifBox& crop, GifDisposal disposal);
+  bool HoldIds(const GifBox& crop, HeldFrame& frame) const;
+  void HoldNumbered(const GifBox& crop, HeldFrame& frame) const;
+  Id Nearest(const std::vector<Id>& used, Id id) const;
+  void Settle();
+  std::vector<bool> ChoosePalettes();
+  void Encode(HeldFrame& frame, bool ownPalette);
+};
+
+GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
+  state_->width = std::clamp(width, 1, 65535);
+  state_->height = std::clamp(height, 1, 65535);
+}
+GifWriter::~GifWriter() = default;
+GifWriter::GifWriter(GifWriter&&) noexcept = default;
+
+void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
+
+// The table from palette index to id. The first palette's colours have their indices as ids.
+const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
+  const bool same = idsStand && frame.transparentIndex == lastTransparent &&
+                    std::equal(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
+  if (same) return idOfIndex;
+  std::copy(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
+  lastTransparent = frame.transparentIndex;
+  idsStand = true;
+  const bool first = ids.colours.empty();
+  for (std::size_t i = 0; i < 256; ++i) {
+    const std::uint32_t colour = ColourIds::ColourAt(frame.palette, i);
+    if (static_cast<int>(i) != frame.transparentIndex) idOfIndex[i] = ids.IdOf(colour);
+    if (first && ids.colours.size() <= i) ids.colours.push_back(colour);
+  }
+  twins.clear();
+  for (std::size_t i = 0; i < 256; ++i)
+    if (idOfIndex[i] != i && static_cast<int>(i) != lastTransparent) twins.push_back(static_cast<std::uint8_t>(i));
+  return idOfIndex;
+}
+
+// Hundreds of palettes: starts the numbering of colours again. What is on the screen then equals nothing that is to
+// come.
+void GifWriter::State::StartAfresh(const GifFrame& next) {
+  if (next.standAlone) wanted.assign(Size(), kClear);
+  WriteBefore(next);
+  Settle();
+  std::replace_if(
+      before.begin(), before.end(), [](Id id) { return id != kClear; }, kUnknown);
+  shown = before;
+  ids = {};
+  idsStand = false;
+  common.slotOfId.clear();
+}
+
+// The screen as it looks with `frame` on it, into `wanted`.
+void GifWriter::State::Translate(const GifFrame& frame) {
+  if (ids.colours.size() + 256 > kMostIds) StartAfresh(frame);
+  const Id* idOf = IdsOf(frame).data();
+  const auto columns = static_cast<std::size_t>(std::min(width, frame.width));
+  const int rows = std::min(height, frame.height);
+  const int transparent = frame.transparentIndex <= 255 ? frame.transparentIndex : -1;
+  if (frame.standAlone)
+    wanted.assign(Size(), kClear);
+  else if (transparent >= 0 || frame.width < width || frame.height < height)
+    wanted = shown;
+  else
+    wanted.resize(Size());
+  // Few indices are not their ids, as a rule: of colours that stand in the palette twice.
+  constexpr std::ptrdiff_t kFewTwins = 4;
+  const std::uint8_t largest = LargestOf(frame.indices.data(), frame.indices.size());
+  const auto lastTwin = std::upper_bound(twins.begin(), twins.end(), largest);
+  const bool few = lastTwin - twins.begin() <= kFewTwins;
+  for (int y = 0; y < rows; ++y) {
+    const std::uint8_t* in = frame.indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame.width);
+    Id* out = wanted.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    if (!few) {
+      for (std::size_t x = 0; x < columns; ++x) out[x] = in[x] == transparent ? out[x] : idOf[in[x]];
+      continue;
+    }
+    if (transparent < 0)
+      Widen(out, in, columns);
+    else
+      WidenAround(out, in, columns, static_cast<Id>(transparent));
+    for (auto twin = twins.begin(); twin != lastTwin; ++twin) PutWhere(out, in, columns, *twin, idOf[*twin]);
+  }
+}
+
+bool GifWriter::Add(const GifFrame& frame) {
+  State& s = *state_;
+  if (frame.width < 1 || frame.height < 1 ||
+      frame.indices.size() != static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height))
+    return false;
+  if (s.before.empty()) {
+    s.before.assign(s.Size(), kClear);
+    s.shown = s.before;
+  }
+  s.Translate(frame);
+  s.WriteBefore(frame);
+  s.shown.swap(s.wanted);
+  s.pending = true;
+  s.pendingDelay = std::clamp(frame.delay, 0, 65535);
+  return true;
+}
+
+// Writes the pending frame, and clears with it what `next` no longer shows: only clearing the screen can take a colour
+// away, and what has to vanish must lie in the frame that is cleared.
+void GifWriter::State::WriteBefore(const GifFrame& next) {
+  if (!pending) return;
+  const auto vanishes = [](Id now, Id then) { return now != kClear && then == kClear; };
+  const GifBox vanishing = next.standAlone ? BoxOf(shown, wanted, width, height, vanishes) : GifBox{};
+  WritePending(vanishing, vanishing.Empty() ? GifDisposal::Keep : GifDisposal::ToBackground);
+}
+
+// Writes the frame that turns `before` into `shown`, then makes `before` what the next frame is drawn upon.
+void GifWriter::State::WritePending(const GifBox& mustCover, GifDisposal disposal) {
+  if (!pending) return;
+  pending = false;
+  GifBox crop = Union(BoxOf(before, shown, width, height, [](Id a, Id b) { return a != b; }), mustCover);
+  if (crop.Empty()) crop = {0, 0, 1, 1};
+  Hold(crop, disposal);
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t at =
+        static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left);
+    std::copy_n(&shown[at], crop.Width(), &before[at]);
+  }
+  if (disposal != GifDisposal::ToBackground) return;
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    Id* row = before.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+    std::fill(row + crop.left, row + crop.right, kClear);
+  }
+}
+
+void GifWriter::State::Hold(const GifBox& crop, GifDisposal disposal) {
+  HeldFrame& frame = held.emplace_back();
+  frame.crop = crop;
+  frame.disposal = disposal;
+  frame.delay = pendingDelay;
+  const auto columns = static_cast<std::size_t>(crop.Width());
+  GifPixels& pixels = frame.pixels;
+  pixels.symbols.resize(columns * static_cast<std::size_t>(crop.Height()));
+  pixels.kinds.resize(pixels.symbols.size());
+  for (int y = crop.top; y < crop.bottom; ++y) {
+    const std::size_t from = static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                             static_cast<std::size_t>(crop.left),
+                      to = static_cast<std::size_t>(y - crop.top) * columns;
+    FindKinds(&pixels.kinds[to], &before[from], &shown[from], columns);
+  }
+  if (ids.colours.size() > 256 || !HoldIds(crop, frame)) HoldNumbered(crop, frame);
+  heldBytes += 2 * pixels.symbols.size();
+  if (heldBytes > kMostHeld) Settle();
+}
+
+// With ids as symbols. False where there are too many beside the transparent index that is needed.
+bool GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
+  GifPixels& pixels = frame.pixels;
+  const auto columns = static_cast<std::size_t>(crop.Width());
+  for (int y = crop.top; y < crop.bottom; ++y)
+    Narrow(&pixels.symbols[static_cast<std::size_t>(y - crop.top) * columns],
+           &shown[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left)],
+           columns);
+  Seen seen{};
+  FindSymbols(pixels, seen);
+  pixels.must = seen[static_cast<std::size_t>(GifPixel::Colour)];
+  pixels.may = seen[static_cast<std::size_t>(GifPixel::Free)];
+  const auto any = [](const std::array<bool, 256>& flags) {
+    return std::find(flags.begin(), flags.end(), true) != flags.end();
+  };
+  pixels.hasFree = any(pixels.may);
+  pixels.hasWildcard = any(seen[static_cast<std::size_t>(GifPixel::Wildcard)]);
+  if (!pixels.hasWildcard) return true;
+  std::size_t colours = 0;
+  for (std::size_t i = 0; i < 256; ++i) colours += pixels.must[i] || pixels.may[i];
+  return colours < 256;
+}
+
+// With symbols by frequency. Usually all colours of the crop get one; only those that must be written where that would
+// be more than a palette holds. Then even these may be too many, by one, beside a transparent index: the rarest gives
+// way to its nearest neighbour.
+void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const {
+  GifPixels& pixels = frame.pixels;
+  std::vector<std::uint32_t> must(ids.colours.size()), may(must.size());
+  const auto columns = static_cast<std::size_t>(crop.Width());
+  const auto idAt = [&](std::size_t i) {
+    return shown[(static_cast<std::size_t>(crop.top) + i / columns) * static_cast<std::size_t>(width) +
+                 static_cast<std::size_t>(crop.left) + i % columns];
+  };
+  const std::size_t count = pixels.kinds.size();
+  bool nothing = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    nothing |= pixels.kinds[i] == GifPixel::Wildcard;
+    if (pixels.kinds[i] != GifPixel::Wildcard) ++(pixels.kinds[i] == GifPixel::Free ? may : must)[idAt(i)];
+  }
+  const auto collect = [&](bool all) {
+    frame.ids.clear();
+    for (std::size_t id = 0; id < must.size(); ++id)
+      if (must[id] || (all && may[id])) frame.ids.push_back(static_cast<Id>(id));
+  };
+  collect(true);
+  const bool onlyWildcards = frame.ids.size() + (nothing ? 1 : 0) > 256;
+  if (onlyWildcards) collect(false);
+  std::stable_sort(frame.ids.begin(), frame.ids.end(), [&](Id a, Id b) { return must[a] + may[a] > must[b] + may[b]; });
+  std::vector<std::uint8_t> symbolOf(ids.colours.size());
+  std::optional<Id> dropped;
+  if (onlyWildcards && frame.ids.size() == 256) {
+    dropped = frame.ids.back();
+    frame.ids.pop_back();
+  }
+  for (std::size_t i = 0; i < frame.ids.size(); ++i) symbolOf[frame.ids[i]] = static_cast<std::uint8_t>(i);
+  if (dropped) symbolOf[*dropped] = symbolOf[Nearest(frame.ids, *dropped)];
+  pixels.must = pixels.may = {};
+  for (std::size_t i = 0; i < count; ++i) {
+    if (onlyWildcards && pixels.kinds[i] == GifPixel::Free) pixels.kinds[i] = GifPixel::Wildcard;
+    const bool colour = pixels.kinds[i] != GifPixel::Wildcard;
+    pixels.symbols[i] = colour ? symbolOf[idAt(i)] : 0;
+    if (colour) (pixels.kinds[i] == GifPixel::Free ? pixels.may : pixels.must)[pixels.symbols[i]] = true;
+  }
+  pixels.hasWildcard = nothing || onlyWildcards;
+  pixels.hasFree = std::find(pixels.may.begin(), pixels.may.end(), true) != pixels.may.end();
+}
+
+Id GifWriter::State::Nearest(const std::vector<Id>& used, Id id) const {
+  const auto distance = [&](Id other) {
+    int sum = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+      const int d =
+          static_cast<int>(ids.colours[id] >> shift & 255) - static_cast<int>(ids.colours[other] >> shift & 255);
+      sum += d * d;
+    }
+    return sum;
+  };
+  return *std::min_element(used.begin(), used.end(), [&](Id a, Id b) { return distance(a) < distance(b); });
+}
+
+// Puts the colours of the frames held into the common palette, as far as there is room. Gives the frames that need one
+// of their own.
+std::vector<bool> GifWriter::State::ChoosePalettes() {
+  std::vector<bool> own;
+  std::vector<GifWants> wants;
+  std::vector<bool> chosen(ids.colours.size());
+  std::vector<Id> added;
+  for (const HeldFrame& frame : held) {
+    GifWants frameWants;
+    std::vector<Id> missing;
+    for (std::size_t i = 0; i < 256; ++i) {
+      if (!frame.pixels.must[i] && !frame.pixels.may[i]) continue;
+      const Id id = frame.IdOf(i);
+      if (frame.pixels.must[i]) frameWants.must.push_back(id);
+      if (common.SlotOf(id) < 0 && !chosen[id]) missing.push_back(id);
+    }
+    own.push_back(common.colours.size() + added.size() + missing.size() > 256);
+    if (own.back()) continue;
+    for (const Id id : missing) chosen[id] = true;
+    added.insert(added.end(), missing.begin(), missing.end());
+    frameWants.wildcard = frame.pixels.hasFree || frame.pixels.hasWildcard;
+    frameWants.pixels = frame.pixels.symbols.size();
+    wants.push_back(std::move(frameWants));
+  }
+  std::sort(added.begin(), added.end());
+  PutInOrder(wants, added, ids.colours, common);
+  return own;
+}
+
+// Compresses the frames held.
+void GifWriter::State::Settle() {
+  const std::vector<bool> own = ChoosePalettes();
+  compressor.Expect(heldBytes / 2);
+  for (std::size_t i = 0; i < held.size(); ++i) {
+    Encode(held[i], own[i]);
+    held[i] = {};
+  }
+  held.clear();
+  heldBytes = 0;
+}
+
+void GifWriter::State::Encode(HeldFrame& frame, bool ownPalette) {
+  GifFileFrame& written = encoded.emplace_back();
+  written.crop = frame.crop;
+  written.disposal = frame.disposal;
+  written.delay = frame.delay;
+  GifPixels& pixels = frame.pixels;
+  GifPalette own;
+  if (ownPalette)
+    for (const bool must : {true, false})
+      for (std::size_t i = 0; i < 256; ++i) {
+        const Id id = pixels.must[i] || pixels.may[i] ? frame.IdOf(i) : Id{0};
+        if ((must ? pixels.must[i] : pixels.may[i] && !pixels.must[i]) && own.SlotOf(id) < 0)
+          own.Append(id, ids.colours[id]);
+      }
+  GifPalette& palette = ownPalette ? own : common;
+
+  std::array<std::uint8_t, 256> slotOf{};
+  std::array<bool, 256> must{}, may{};
+  bool same = true;
+  for (std::size_t i = 0; i < 256; ++i) {
+    if (!pixels.must[i] && !pixels.may[i]) continue;
+    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
+    same &= slotOf[i] == i;
+    must[slotOf[i]] |= pixels.must[i];
+    may[slotOf[i]] |= pixels.may[i];
+  }
+  if (!same)
+    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
+  pixels.must = must;
+  pixels.may = may;
+
+  written.wildcard = compressor.Compress(pixels, palette.Bits());
+  palette.Reserve(written.wildcard + 1);
+  const LzwCodes& codes = compressor.Codes();
+  written.codeSize = codes.minCodeSize;
+  PackLzw(codes, written.bytes);
+  if (ownPalette) written.own = std::move(own);
+}
+
+std::vector<std::uint8_t> GifWriter::Finish() {
+  State& s = *state_;
+  s.WritePending({}, GifDisposal::Keep);
+  if (s.held.empty() && s.encoded.empty()) return {};
+  s.Settle();
+  return GifFileOf(s.width, s.height, s.common, s.encoded, s.comment);
+}
+
+}  // namespace glyphmotion

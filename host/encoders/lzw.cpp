@@ -1,0 +1,459 @@
+// SPDX-License-Identifier: MIT
+// The dictionary is a trie of strings: one hash table of 128 KiB, of which a frame touches little where its strings are
+// alike, holds the child of each node by symbol. Codes are collected unpacked, and their length in bits is only
+// counted: of several attempts at a frame all but one are thrown away, and the winner may still change its literals
+// before it is packed.
+#include "host/encoders/lzw.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace glyphmotion {
+namespace {
+
+constexpr unsigned kCodes = 4096;
+constexpr unsigned kNone = 0xFFFF;
+
+// The children of all nodes in one table, by node and symbol; free slots are 0. It is large for its few entries, so
+// that what is looked for mostly stands in the first slot or not at all.
+class Dictionary {
+ public:
+  using Slot = std::uint32_t*;
+  void Clear() {
+    if (count_ < kFew)
+      for (std::size_t i = 0; i < count_; ++i) slots_[used_[i]] = 0;
+    else
+      slots_.fill(0);
+    count_ = 0;
+  }
+  // The child's code, or kNone, and the slot in which it stands, or would stand.
+  unsigned Child(unsigned node, unsigned symbol, Slot& slot) {
+    const std::uint32_t key = node << 8 | symbol;
+    for (unsigned i = node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);; i = (i + 1) & kMask) {
+      slot = &slots_[i];
+      if (!*slot) return kNone;
+      if (*slot >> 12 == key) return *slot & 0xFFF;
+    }
+  }
+  unsigned Child(unsigned node, unsigned symbol) {
+    Slot slot;
+    return Child(node, symbol, slot);
+  }
+  // Codes are never 0.
+  void Insert(Slot slot, unsigned node, unsigned symbol, unsigned code) {
+    *slot = (node << 8 | symbol) << 12 | code;
+    if (count_ < kFew) used_[count_++] = static_cast<std::uint16_t>(slot - slots_.data());
+  }
+
+ private:
+  static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
+  static constexpr std::size_t kFew = 2048;  // entries that are better cleared one by one
+  std::size_t count_ = kFew;                 // of `used_`
+  std::array<std::uint16_t, kFew> used_;
+  std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
+};
+
+// Writes to memory that has room for eight bytes more than what is put.
+struct BitWriter {
+  std::uint8_t* to;
+  std::uint64_t bits = 0;
+  unsigned count = 0;  // of bits that stand there yet, 0 to 7
+
+  // At most 56 bits.
+  void Put(std::uint64_t value, unsigned width) {
+    bits |= value << count;
+    count += width;
+    for (unsigned i = 0; i < 8; ++i) to[i] = static_cast<std::uint8_t>(bits >> (8 * i));
+    to += count / 8;
+    bits >>= count & ~7u;
+    count &= 7;
+  }
+};
+
+// Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
+// codes at a time, against the best window since the dictionary was full.
+struct ClearPolicy {
+  static constexpr unsigned kWindow = 256;  // codes
+  static constexpr double kTolerance = 0.95;
+  bool whenFull;
+  unsigned codes = 0;
+  std::size_t windowStart = 0;
+  double best = 0;
+
+  void Full(std::size_t position) { codes = 0, windowStart = position, best = 0; }
+  bool WantsClear(std::size_t position) {
+    if (whenFull) return true;
+    if (++codes < kWindow) return false;
+    const auto length = static_cast<double>(position - windowStart);
+    codes = 0;
+    windowStart = position;
+    if (length > best) best = length;
+    return length < best * kTolerance;
+  }
+};
+
+unsigned FirstWidth(unsigned clear) {
+  unsigned width = 1;
+  while ((1u << width) <= clear) ++width;
+  return width;
+}
+
+// Codes of the strings that are nothing but one symbol, by length: along the ground of a picture the matcher needs not
+// follow every pixel.
+struct Runs {
+  const std::uint8_t* pixels = nullptr;  // where they are looked for: symbols, or flags of free pixels
+  std::size_t size = 0;
+  std::uint8_t value = 0;   // of the pixels
+  std::uint8_t symbol = 0;  // of the strings
+  unsigned longest = 1;
+  std::array<std::uint16_t, kCodes> codes;
+  std::size_t end = 0;  // of the run seen last
+
+  void Clear() {
+    longest = 1;
+    codes[1] = symbol;
+  }
+  void Added(unsigned node, unsigned last, unsigned code) {
+    if (last == symbol && node == codes[longest]) codes[++longest] = static_cast<std::uint16_t>(code);
+  }
+  // The end of the run in which `i` lies. Places may only go back where they stay in a run.
+  std::size_t EndFrom(std::size_t i) {
+    if (i < end) return end;
+    std::uint64_t all, word;
+    std::memset(&all, value, sizeof all);
+    for (; i + sizeof word <= size; i += sizeof word) {
+      std::memcpy(&word, pixels + i, sizeof word);
+      if (word != all) break;
+    }
+    while (i < size && pixels[i] == value) ++i;
+    return end = i;
+  }
+};
+
+// The symbol that most often stands beside itself, as far as a sample tells.
+std::uint8_t CommonSymbol(std::span<const std::uint8_t> symbols) {
+  std::array<std::uint32_t, 256> count{};
+  for (std::size_t i = 1; i < symbols.size(); i += 61)
+    if (symbols[i] == symbols[i - 1]) ++count[symbols[i]];
+  return static_cast<std::uint8_t>(std::max_element(count.begin(), count.end()) - count.begin());
+}
+
+// Collects codes and keeps the code width in step with what a decoder has.
+class CodeStream {
+ public:
+  CodeStream(Dictionary& dictionary, Runs& runs, int minCodeSize, bool clearWhenFull, std::size_t symbols,
+             const LzwRival& rival, LzwCodes& out)
+      : dictionary_(&dictionary),
+        runs_(&runs),
+        out_(&out),
+        policy_{clearWhenFull},
+        rival_(rival),
+        symbols_(symbols),
+        limit_(rival.limit),
+        clear_(1u << minCodeSize),
+        width_(FirstWidth(clear_)) {
+    // A clear stands for at least a thousand symbols, or it is the first or the last code.
+    const std::size_t most = symbols + symbols / 1000 + 4;
+    if (out.codes.size() < most) out.codes.resize(most);
+    to_ = counted_ = out.codes.data();
+    out.minCodeSize = minCodeSize;
+    out.marks.clear();
+    Restart(0);
+  }
+  void Restart(std::size_t position) {
+    Put(clear_);
+    SetWidth(FirstWidth(clear_), position);
+    dictionary_->Clear();
+    runs_->Clear();
+    next_ = clear_ + 2;
+  }
+  void Put(unsigned node) { *to_++ = static_cast<std::uint16_t>(node); }
+  // As far as bits are counted: at every change of the width, and now and then while the dictionary is full.
+  bool TooLong() const { return bits_ > limit_; }
+  bool Full() const { return next_ == kCodes; }
+  unsigned Next() const { return next_; }
+  // The string of `node` and one more symbol becomes a string, which has none yet. Not when full.
+  void Add(unsigned node, unsigned symbol, std::size_t position) {
+    Dictionary::Slot slot;
+    dictionary_->Child(node, symbol, slot);
+    Add(slot, node, symbol, position);
+  }
+  void Add(Dictionary::Slot slot, unsigned node, unsigned symbol, std::size_t position) {
+    dictionary_->Insert(slot, node, symbol, next_);
+    runs_->Added(node, symbol, next_);
+    Skip(position);
+  }
+  // The decoder adds a string that stands already.
+  void Skip(std::size_t position) {
+    if (next_ == 1u << width_) SetWidth(width_ + 1, position);
+    if (++next_ == kCodes) policy_.Full(position);
+  }
+  bool WantsClear(std::size_t position) {
+    const bool wants = policy_.WantsClear(position);
+    if (policy_.codes == 0) SetWidth(width_, position);
+    return wants;
+  }
+  // The decoder adds a string for the last code too, whatever it may be.
+  void End() {
+    if (next_ < kCodes && next_ == 1u << width_) Count(), ++width_;
+    Put(clear_ + 1);
+    Count();
+    out_->count = static_cast<std::size_t>(to_ - out_->codes.data());
+    out_->bits = bits_ > limit_ ? std::max(bits_, rival_.limit + 1) : bits_;
+  }
+
+ private:
+  Dictionary* dictionary_;
+  Runs* runs_;
+  LzwCodes* out_;
+  std::uint16_t *to_ = nullptr, *counted_ = nullptr;  // codes up to there are counted among the bits
+  std::size_t bits_ = 0;
+  ClearPolicy policy_;
+  LzwRival rival_;
+  std::size_t symbols_, limit_;
+  std::size_t mark_ = 0;  // of the rival's, the first that may lie behind
+  unsigned clear_, next_ = 0, width_ = 0;
+
+  void Count() {
+    bits_ += static_cast<std::size_t>(to_ - counted_) * width_;
+    counted_ = to_;
+  }
+  // Of the codes that come now; those before it stand for the symbols up to `position`, or one less.
+  void SetWidth(unsigned width, std::size_t position) {
+    Count();
+    width_ = width;
+    out_->marks.push_back({position, bits_});
+    if (HasFallenBehind(position)) limit_ = 0;
+  }
+  // The more of the symbols are behind, the less the rival may lead.
+  bool HasFallenBehind(std::size_t position) {
+    while (mark_ < rival_.marks.size() && rival_.marks[mark_].symbols < position) ++mark_;
+    if (mark_ == rival_.marks.size()) return false;
+    const std::size_t its = rival_.marks[mark_].bits;
+    return bits_ > its && (bits_ - its) * position > its * (position / 64 + symbols_ / 128);
+  }
+};
+
+// The pixels: what they may be written as, and how far the same goes on.
+template <bool kChoice>
+struct Pixels {
+  const std::uint8_t* symbols;
+  const std::uint8_t* free;
+  std::size_t size;
+  std::uint8_t wildcard;
+
+  bool Takes(std::size_t i, std::uint8_t symbol) const {
+    return symbols[i] == symbol || (kChoice && free[i] && symbol == wildcard);
+  }
+  bool Free(std::size_t i) const { return kChoice && free[i]; }
+};
+
+// The longest string at a place: its node, the node one symbol before its end, the place behind it and its first
+// symbol.
+struct Match {
+  unsigned node, parent;
+  std::size_t end;
+  std::uint8_t first;
+};
+
+template <bool kChoice>
+class Matcher {
+ public:
+  static constexpr std::size_t kLong = 16;
+  Matcher(const Pixels<kChoice>& pixels, Dictionary& dictionary, Runs& runs)
+      : pixels_(pixels), dictionary_(dictionary), runs_(runs) {}
+
+  Match Longest(std::size_t i) {
+    if constexpr (kChoice) {
+      if (pixels_.free[i]) {
+        const Match match = Follow(i, pixels_.wildcard);
+        if (pixels_.symbols[i] == pixels_.wildcard || match.end - i >= kLong) return match;
+        const Match other = Follow(i, pixels_.symbols[i]);
+        return other.end > match.end ? other : match;
+      }
+    }
+    return Follow(i, pixels_.symbols[i]);
+  }
+
+ private:
+  const Pixels<kChoice>& pixels_;
+  Dictionary& dictionary_;
+  Runs& runs_;
+
+  Match Follow(std::size_t i, std::uint8_t first) {
+    Match match{first, kNone, i + 1, first};
+    if (first == runs_.symbol && runs_.pixels[i] == runs_.value) {
+      const std::size_t runEnd = runs_.EndFrom(i);
+      const std::size_t length = std::min<std::size_t>(runEnd - i, runs_.longest);
+      match.node = runs_.codes[length];
+      if (length > 1) match.parent = runs_.codes[length - 1];
+      match.end = i + length;
+      if (match.end < runEnd && (!kChoice || length >= kLong)) return match;
+    }
+    while (match.end < pixels_.size) {
+      unsigned child = kNone;
+      if (pixels_.Free(match.end)) child = dictionary_.Child(match.node, pixels_.wildcard);
+      if (child == kNone) child = dictionary_.Child(match.node, pixels_.symbols[match.end]);
+      if (child == kNone) break;
+      match.parent = match.node;
+      match.node = child;
+      ++match.end;
+    }
+    return match;
+  }
+};
+
+// Compresses from `begin` on, with choices or looking ahead. Gives the place where it ends: behind the last symbol, or,
+// looking ahead only while the dictionary is full, where that has been cleared.
+template <bool kChoice>
+std::size_t CompressCarefully(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t begin, LzwMode mode,
+                              CodeStream& codes) {
+  // How many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
+  const std::size_t cutGain = mode.clearWhenFull ? 4 : 1;
+  const std::size_t size = pixels.size;
+  Match match = matcher.Longest(begin);
+  while (match.end < size && !codes.TooLong()) {
+    const std::size_t end = match.end;
+    Match next = matcher.Longest(end);
+    // The string about to be added lengthens the next one if that one stops right there.
+    const bool grows =
+        !codes.Full() && next.node == match.node && next.end < size && pixels.Takes(next.end, next.first);
+    const bool looksAhead =
+        mode.lookahead == Lookahead::Always || (mode.lookahead == Lookahead::WhenFull && codes.Full());
+    if (looksAhead && match.parent != kNone) {
+      const Match early = matcher.Longest(end - 1);
+      if (early.end > next.end + (grows ? 1 : 0) + (codes.Full() ? 0 : cutGain)) {
+        codes.Put(match.parent);
+        if (!codes.Full()) codes.Skip(end - 1);
+        match = early;
+        continue;
+      }
+    }
+    codes.Put(match.node);
+    if (!codes.Full()) {
+      if (grows) next = {codes.Next(), next.node, next.end + 1, next.first};
+      codes.Add(match.node, next.first, end);
+    } else if (codes.WantsClear(end)) {
+      codes.Restart(end);
+      if (mode.lookahead == Lookahead::WhenFull) return end;
+      next = matcher.Longest(end);
+    }
+    match = next;
+  }
+  codes.Put(match.node);
+  return size;
+}
+
+// Compresses without either: the same codes, but most of a writer's time goes by here. Ends behind the last symbol, or
+// where the dictionary is full and it is time to look ahead.
+std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary, Runs& runs, std::size_t begin,
+                             bool untilFull, CodeStream& stream) {
+  const std::uint8_t* const symbols = pixels.symbols;
+  const std::size_t size = pixels.size;
+  const unsigned common = runs.symbol;
+  CodeStream codes = stream;
+  std::size_t i = begin;
+  while (true) {
+    unsigned node = symbols[i], symbol = node;
+    if (node == common) {
+      const std::size_t length = std::min<std::size_t>(runs.EndFrom(i) - i, runs.longest);
+      node = runs.codes[length];
+      i += length;
+    } else {
+      ++i;
+    }
+    Dictionary::Slot slot = nullptr;
+    while (i < size) {
+      symbol = symbols[i];
+      const unsigned child = dictionary.Child(node, symbol, slot);
+      if (child == kNone) break;
+      node = child;
+      ++i;
+    }
+    codes.Put(node);
+    if (i == size) break;
+    if (!codes.Full()) {
+      codes.Add(slot, node, symbol, i);
+      if (untilFull && codes.Full()) break;
+    } else if (codes.WantsClear(i)) {
+      codes.Restart(i);
+    }
+    if (codes.TooLong()) {
+      i = size;
+      break;
+    }
+  }
+  stream = codes;
+  return i;
+}
+
+}  // namespace
+
+struct LzwCompressor::Memory {
+  Dictionary dictionary;
+  Runs runs;
+};
+
+LzwCompressor::LzwCompressor() : memory_(std::make_unique<Memory>()) {}
+LzwCompressor::~LzwCompressor() = default;
+
+void LzwCompressor::Compress(std::span<const std::uint8_t> symbols, std::span<const std::uint8_t> free,
+                             std::uint8_t wildcard, int minCodeSize, LzwMode mode, const LzwRival& rival,
+                             LzwCodes& out) {
+  Dictionary& dictionary = memory_->dictionary;
+  Runs& runs = memory_->runs;
+  const std::size_t size = symbols.size();
+  runs.size = size;
+  runs.end = 0;
+  if (free.empty()) {
+    runs.symbol = runs.value = CommonSymbol(symbols);
+    runs.pixels = symbols.data();
+  } else {
+    runs.symbol = wildcard;
+    runs.value = 1;
+    runs.pixels = free.data();
+  }
+  CodeStream codes(dictionary, runs, minCodeSize, mode.clearWhenFull, size, rival, out);
+  if (free.empty()) {
+    const Pixels<false> pixels{symbols.data(), nullptr, size, 0};
+    const bool whenFull = mode.lookahead == Lookahead::WhenFull;
+    for (std::size_t i = 0; i < size;) {
+      if (mode.lookahead != Lookahead::Always) i = CompressGreedily(pixels, dictionary, runs, i, whenFull, codes);
+      if (i < size) i = CompressCarefully<false>(pixels, {pixels, dictionary, runs}, i, mode, codes);
+    }
+  } else {
+    const Pixels<true> pixels{symbols.data(), free.data(), size, wildcard};
+    for (std::size_t i = 0; i < size;) i = CompressCarefully<true>(pixels, {pixels, dictionary, runs}, i, mode, codes);
+  }
+  codes.End();
+}
+
+void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
+  const unsigned clear = 1u << codes.minCodeSize;
+  out.resize((codes.bits + 7) / 8 + 8);
+  BitWriter writer{out.data()};
+  unsigned width = FirstWidth(clear);
+  std::size_t left = 0;  // codes of this width, unless a clear comes before
+  const std::uint16_t *code = codes.codes.data(), *const end = code + codes.count;
+  while (code < end) {
+    const unsigned first = *code++;
+    writer.Put(first, width);
+    if (first == clear) {
+      width = FirstWidth(clear);
+      left = clear - 1;  // the first of them adds no string
+      continue;
+    }
+    if (--left == 0 && width < 12) left = std::size_t{1} << width++;
+    // Four at once.
+    const std::size_t most = width < 12 ? left - 1 : SIZE_MAX;
+    const std::uint16_t* const stop = code + std::min<std::size_t>(most, static_cast<std::size_t>(end - code)) / 4 * 4;
+    for (; code < stop && code[0] != clear && code[1] != clear && code[2] != clear && code[3] != clear; code += 4) {
+      writer.Put(code[0] | code[1] << width | std::uint64_t{code[2]} << 2 * width | std::uint64_t{code[3]} << 3 * width,
+                 4 * width);
+      left -= 4;
+    }
+  }
+  out.resize((codes.bits + 7) / 8);
+}
+
+}  // namespace glyphmotion

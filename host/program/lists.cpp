@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "host/program/lists.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "materials/material_text.h"
+
+namespace glyphmotion {
+namespace {
+
+void PrintRow(const std::vector<std::string>& cells, const std::vector<int>& widths) {
+  std::string line;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    line += cells[i];
+    const auto width = static_cast<std::size_t>(i < widths.size() ? widths[i] : 0);
+    if (i + 1 < cells.size()) line.append(cells[i].size() < width ? width - cells[i].size() : 1, ' ');
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  std::printf("%s\n", line.c_str());
+}
+
+std::string PrintNames(const std::vector<std::string>& names, const char* what) {
+  for (const std::string& name : names) PrintRow({name}, {});
+  if (!names.empty()) return {};
+  return std::string("no library of ") + what + " is installed; install the program with its share folder";
+}
+
+void PrintPalettes(const Catalogue& catalogue) {
+  const std::vector<int> widths = {16, 4};
+  PrintRow({"custom", "-", "made for the picture"}, widths);
+  for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i) {
+    PrintRow({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]}, widths);
+  }
+}
+
+}  // namespace
+
+std::string PrintList(ListKind kind, const Catalogue& catalogue) {
+  switch (kind) {
+    case ListKind::None:
+      return {};
+    case ListKind::Effects:
+      for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
+      return {};
+    case ListKind::Fonts: {
+      const std::vector<std::string> fonts = catalogue.fonts();
+      if (fonts.empty()) return "no font is installed; install one, for example the package fonts-liberation";
+      return PrintNames(fonts, "fonts");
+    }
+    case ListKind::Palettes:
+      PrintPalettes(catalogue);
+      return {};
+    case ListKind::Keys:
+      for (const KeyInfo& row : catalogue.keys) {
+        PrintRow({row.key, row.kind, row.control ? std::to_string(row.control) : "-", row.defaultValue}, {32, 8, 6});
+      }
+      return {};
+    case ListKind::Controls:
+      for (const ControlInfo& row : catalogue.controls) {
+        PrintRow({std::to_string(row.id), row.kind, row.range, row.key, row.panel, row.caption}, {6, 18, 16, 28, 24});
+      }
+      return {};
+    case ListKind::Textures:
+      return PrintNames(TextureNames(), "textures");
+    case ListKind::Fountains:
+      return PrintNames(FountainNames(), "fountains");
+    case ListKind::Tiles:
+      return PrintNames(TileNames(), "tiles");
+  }
+  return {};
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "host/program/arguments.h"
+
+namespace glyphmotion {
+
+/// Prints one of the lists of --list to standard output. An empty text, or one sentence when there is nothing to list.
+std::string PrintList(ListKind kind, const Catalogue& catalogue);
+
+}  // namespace glyphmotion

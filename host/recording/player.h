@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "host/encoders/screen.h"
+#include "host/recording/animation.h"
+
+namespace glyphmotion {
+
+/// Plays an animation for ever. It has no clock: who owns it says what time it is, in milliseconds from any start, and
+/// never goes back. Delays of 10 ms or less last 100 ms, as they do wherever people will see the file.
+class Player {
+ public:
+  /// Shows the first frame, running. The animation has at least one frame.
+  Player(std::shared_ptr<const Animation> animation, std::int64_t now);
+
+  /// Goes on to the frame that is due. True when the screen has changed.
+  bool Advance(std::int64_t now);
+  void Pause(bool pause, std::int64_t now);
+  /// One frame on or back, round the end; the player is paused afterwards.
+  void Step(int direction);
+
+  bool IsPaused() const { return paused_; }
+  int Frame() const { return frame_; }
+  int FrameCount() const { return static_cast<int>(animation_->frames.size()); }
+  const Animation& Shown() const { return *animation_; }
+  const Screen& Picture() const { return screen_; }
+
+ private:
+  std::int64_t DelayOf(int frame) const;
+  void ShowNext();
+
+  std::shared_ptr<const Animation> animation_;
+  Screen screen_;
+  int frame_ = 0;
+  std::int64_t since_ = 0;  ///< when the frame came up; while paused: how long it has been shown
+  bool paused_ = false;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: MIT
+// Render(): a host with a scripted user.
+#include <glyphmotion/render.h>
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <mutex>
+
+#include "controls/variables.h"
+#include "glyphmotion/host_contract.h"
+#include "host/render/render_user.h"
+#include "image/packed_dib.h"
+#include "platform/dialog_driver.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/shell_ui.h"
+#include "platform/text_engine.h"
+#include "resources/templates.h"
+#include "shell/operation_names.h"
+
+namespace glyphmotion {
+namespace {
+
+template <typename T>
+T* PointerIn(std::uint64_t value) {
+  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(value));
+}
+
+template <typename T>
+std::span<const std::uint8_t> BytesOf(const T* record) {
+  return {reinterpret_cast<const std::uint8_t*>(record), sizeof(T)};
+}
+
+// The host's side of one run.
+class Session {
+ public:
+  Session(const Job& job, const Sink& sink) : job_(job), sink_(sink) {}
+
+  std::uint64_t Answer(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) noexcept {
+    try {
+      if (exception) return 0;
+      Report(task, operation, a, b);
+      return Dispatch(operation, a, b);
+    } catch (...) {  // the sink's own; it goes on where the plug-in has ended
+      exception = std::current_exception();
+      Stop();
+      return 0;
+    }
+  }
+
+  void TakeSample(const PackedDib& dib) {
+    LockedImage image(dib.Handle());
+    if (!image) return;
+    Image out = image.Describe();
+    out.sample = true;
+    if (!Give(out)) refused = true;
+  }
+
+  std::exception_ptr exception;
+  int images = 0;
+  bool finished = false, cancelled = false, refused = false;
+
+ private:
+  // An image's bytes for the length of a call.
+  struct LockedImage {
+    explicit LockedImage(BlockHandle handle) : view(handle), block(handle), size(BlockSize(handle)) {}
+    explicit operator bool() const { return static_cast<bool>(view); }
+    Image Describe() const {
+      Image image;
+      image.dib = {reinterpret_cast<const std::uint8_t*>(block.get()), size};
+      image.width = view.Width();
+      image.height = view.Height();
+      image.bits = view.Bits();
+      return image;
+    }
+    DibView view;
+    LockedBlock<DibHeader> block;
+    std::size_t size;
+  };
+
+  // The plug-in reads no answer to its progress calls, so a run is ended by letting its next allocation fail.
+  void Stop() { FailAllocation(1); }
+
+  bool Give(const Image& image) {
+    ++images;
+    return !sink_.image || sink_.image(image);
+  }
+
+  void Report(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+    if (!sink_.call) return;
+    HostCallEvent event;
+    event.operation = operation;
+    event.a = a;
+    event.b = b;
+    event.name = OperationName(operation);
+    event.hasTask = task != nullptr;
+    switch (operation) {
+      case HostOpAddComment:
+      case HostOpStatusText:
+      case HostOpShowHelp:
+      case HostOpLoadImage:
+        event.text = PointerIn<const char>(b);
+        break;
+      case HostOpNewTask:
+      case HostOpNewTestTask:
+        event.record = BytesOf(PointerIn<HostTaskRecord>(b));
+        break;
+      case HostOpPickColor:
+        event.record = BytesOf(PointerIn<HostColorPickRecord>(b));
+        break;
+      case HostOpAddImage: {
+        const auto* record = PointerIn<HostImageRecord>(b);
+        event.record = BytesOf(record);
+        const LockedImage image(PointerIn<void>(record->image));
+        if (image) event.image = image.Describe().dib;
+        sink_.call(event);
+        return;
+      }
+      default:
+        break;
+    }
+    sink_.call(event);
+  }
+
+  std::uint64_t Dispatch(std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+    if (!cancelled && sink_.cancelled && sink_.cancelled()) cancelled = true;
+    if (cancelled) Stop();
+    switch (operation) {
+      case HostOpNewTask:
+      case HostOpNewTestTask:
+        return OpenTask(*PointerIn<HostTaskRecord>(b), operation == HostOpNewTestTask);
+      case HostOpAddImage:
+        return AddImage(*PointerIn<HostImageRecord>(b));
+      case HostOpAddComment:
+        if (sink_.comment) sink_.comment(PointerIn<const char>(b));
+        return 1;
+      case HostOpEndTask:
+        finished = a == 1;
+        if (sink_.end) sink_.end(finished);
+        return 1;
+      case HostOpStatusText:
+        if (sink_.stage) sink_.stage(PointerIn<const char>(b));
+        return 1;
+      case HostOpProgress:
+        if (sink_.progress) sink_.progress(static_cast<std::int64_t>(a), static_cast<std::int64_t>(b));
+        return 1;
+      case HostOpSetBackground:
+        if (sink_.background) sink_.background(a == 101, static_cast<std::uint32_t>(b));
+        return 1;
+      case HostOpGetFileDialogSize: {
+        auto* size = PointerIn<std::int32_t>(b);
+        size[0] = 640;
+        size[1] = 480;
+        return 1;
+      }
+      case HostOpIsRegistered:
+      case HostOpBeforeWork:
+        return 1;
+      default:
+        return 0;  // no user to choose a file, a colour or a page
+    }
+  }
+
+  std::uint64_t OpenTask(const HostTaskRecord& record, bool test) {
+    if (job_.refuseTask || cancelled) return Refuse();
+    Task task;
+    task.width = static_cast<int>(record.width);
+    task.height = static_cast<int>(record.height);
+    task.depth = static_cast<int>(record.bitsPerPixel);
+    task.imageCount = static_cast<int>(record.imageCount);
+    task.palette = record.palette;
+    task.transparentIndex = record.transparentIndex;
+    task.test = test;
+    return !sink_.task || sink_.task(task) ? 1 : Refuse();
+  }
+
+  std::uint64_t AddImage(const HostImageRecord& record) {
+    if (job_.refuseImage == static_cast<int>(record.number) + 1 || cancelled) return Refuse();
+    const LockedImage image(PointerIn<void>(record.image));
+    if (!image) return Refuse();
+    Image out = image.Describe();
+    out.number = static_cast<int>(record.number);
+    out.delay = static_cast<int>(record.delay);
+    out.transparentIndex = record.transparentIndex;
+    out.standAlone = record.standAlone != 0;
+    return Give(out) ? 1 : Refuse();
+  }
+
+  std::uint64_t Refuse() {
+    refused = true;
+    return 0;
+  }
+
+  const Job& job_;
+  const Sink& sink_;
+};
+
+Session* current = nullptr;
+
+std::uint64_t HostCall(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+  return current ? current->Answer(task, operation, a, b) : 0;
+}
+
+// Puts this process's driver, responder and folders in place for one run, and back.
+class Stage {
+ public:
+  Stage(const Job& job, ModalDriver driver, UiResponder responder)
+      : folders_(CurrentFolderOverrides()),
+        driver_(SetModalDriver(std::move(driver))),
+        responder_(SetUiResponder(std::move(responder))) {
+    FolderOverrides folders = folders_;
+    folders.settingsFile = job.settingsFile;
+    folders.perControlFolder = "";
+    SetFolderOverrides(std::move(folders));
+    ResetVariables();
+    FailAllocation(job.failAllocation);
+  }
+  ~Stage() {
+    FailAllocation(0);
+    ResetVariables();
+    SetFolderOverrides(folders_);
+    SetUiResponder(std::move(responder_));
+    SetModalDriver(std::move(driver_));
+  }
+  Stage(const Stage&) = delete;
+  Stage& operator=(const Stage&) = delete;
+
+ private:
+  FolderOverrides folders_;
+  ModalDriver driver_;
+  UiResponder responder_;
+};
+
+std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
+  if (session.cancelled) return "the run was interrupted";
+  if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
+  if (messages.empty()) return "nothing was built";
+  const std::string& last = messages.back();
+  if (last != "Memory error" || job.failAllocation != 0) return last;
+  if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
+  if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
+  return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
+         "another number of frames or a smaller size";
+}
+
+// The settings file is written at the end of every run: what is somebody else's must not be lost that way.
+std::string SettingsFileTrouble(const std::string& path) {
+  std::error_code code;
+  if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
+  if (!std::filesystem::is_regular_file(path, code)) return {};
+  const std::optional<std::string> bytes = ReadWholeFile(path);
+  if (bytes && (bytes->empty() || bytes->find("[PlugIn]") != std::string::npos)) return {};
+  return "'" + path + "' is no settings file of this program and would be overwritten; name another one";
+}
+
+}  // namespace
+
+RenderResult Render(const Job& job, const Sink& sink) {
+  RenderResult result;
+  static thread_local bool running = false;
+  if (running) {
+    result.message = "a run was started from within a run's own calls; start it after the first has ended";
+    return result;
+  }
+  static std::mutex oneAtATime;
+  const std::lock_guard<std::mutex> lock(oneAtATime);
+  const struct Running {
+    Running() { running = true; }
+    ~Running() { running = false; }
+  } mark;
+  if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
+    result.status = RenderStatus::BadJob;
+    result.message = trouble;
+    return result;
+  }
+  bool allocationFailed = false;
+  Session session(job, sink);
+  ScriptedUser user(job, result.dialogMessages);
+  {
+    UiResponder responder;
+    responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
+      result.dialogMessages.push_back(text);
+      return true;
+    };
+    const Stage stage(
+        job,
+        [&](Dialog& dialog, int templateId) {
+          if (templateId != kMainDialogTemplate.id) return;
+          try {
+            user.Play(dialog, [&](const PackedDib& sample) { session.TakeSample(sample); });
+          } catch (...) {  // the sink's own, or memory: it goes on where the plug-in has ended
+            session.exception = std::current_exception();
+          }
+        },
+        std::move(responder));
+    HostCallTable table{};
+    table.version = HostInterfaceVersion;
+    table.HostCall = HostCall;
+    if (job.paletteFormat) table.hostFlags |= HostFlagPaletteFormat;
+    if (job.trueColourFormat) table.hostFlags |= HostFlagTrueColorFormat;
+    current = &session;
+    PLUGIN16DoBuild(nullptr, &table);
+    current = nullptr;
+    allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
+  }
+  const BlockCounters live = LiveBlocks();
+  result.blocks = live.blocks;
+  result.locks = live.locks;
+  result.images = session.images;
+  if (session.exception) std::rethrow_exception(session.exception);
+
+  const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
+  if (!user.Error().empty()) {
+    result.status = user.RunFailed() || allocationFailed ? RenderStatus::Failed : RenderStatus::BadJob;
+    result.message = user.Error();
+  } else if (session.cancelled) {
+    result.status = RenderStatus::Cancelled;
+    result.message = Explain(job, session, result.dialogMessages);
+  } else if (wantsFrames ? session.finished : user.Played() && !session.refused) {
+    result.status = RenderStatus::Done;
+  } else {
+    result.message = Explain(job, session, result.dialogMessages);
+  }
+  return result;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "host/render/render_user.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+#include "controls/families.h"
+#include "controls/material_control.h"
+#include "effects/effect_table.h"
+#include "materials/material_text.h"
+#include "materials/tile.h"
+#include "platform/dialog_driver.h"
+#include "platform/encoding.h"
+#include "platform/text_engine.h"
+#include "resources/templates.h"
+#include "shell/documents.h"
+#include "shell/main_dialog.h"
+#include "shell/sample.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr std::size_t kMaxTextLength = 260;
+
+std::optional<std::int64_t> ParseInteger(std::string_view text) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::optional<bool> ParseSwitch(const std::string& text) {
+  for (const char* yes : {"1", "on", "yes", "true"}) {
+    if (EqualsIgnoringCase(text, yes)) return true;
+  }
+  for (const char* no : {"0", "off", "no", "false"}) {
+    if (EqualsIgnoringCase(text, no)) return false;
+  }
+  return std::nullopt;
+}
+
+std::string Quote(const std::string& text) { return "'" + text + "'"; }
+
+// The highest index of a picker, or -1 for other kinds.
+int LastPickerIndex(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::ShadowDirection:
+      return 7;
+    case ControlKind::ScrollFour:
+      return 3;
+    case ControlKind::ScrollTwo:
+    case ControlKind::ScrollAxis:
+      return 1;
+    default:
+      return -1;
+  }
+}
+
+// The control of the effect's panel whose key is its stem and then `name`, case ignored: "frames" for Style008Frames.
+// The shadow's softness goes by its role, as one panel has no key for it.
+const ControlTemplate* FindInPanel(const EffectDescriptor& effect, std::string_view name) {
+  constexpr std::size_t kStemLength = 8;  // "Style008"
+  for (const ControlTemplate& control : effect.panel->controls) {
+    const std::string_view key = control.key ? control.key : "";
+    if (key.size() > kStemLength && EqualsIgnoringCase(key.substr(kStemLength), name)) return &control;
+  }
+  const bool softness = EqualsIgnoringCase(name, "soft") && effect.roles->softness;
+  return softness ? FindControlOfId(effect.roles->softness) : nullptr;
+}
+
+const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
+  return EffectRow(GetSelection(dialog, ControlId::Effect));
+}
+
+}  // namespace
+
+bool ScriptedUser::Fail(std::string sentence) {
+  if (error_.empty()) error_ = std::move(sentence);
+  return false;
+}
+
+bool ScriptedUser::FailRun(std::string sentence) {
+  runFailed_ = true;
+  return Fail(std::move(sentence));
+}
+
+void ScriptedUser::Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
+  played_ = LoadDocumentFirst(dialog) &&
+            std::all_of(job_.defaults.begin(), job_.defaults.end(),
+                        [&](const auto& setting) { return Apply(dialog, setting); }) &&
+            ChooseEffect(dialog) && (!job_.text || Apply(dialog, {"MainText", *job_.text})) && SetMaterials(dialog) &&
+            std::all_of(job_.settings.begin(), job_.settings.end(),
+                        [&](const auto& setting) { return Apply(dialog, setting); }) &&
+            Finish(dialog, sample);
+}
+
+bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
+  if (job_.documentFile.empty()) return true;
+  const std::size_t told = messages_.size();
+  LoadDocument(dialog, job_.documentFile);
+  if (messages_.size() > told)
+    return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
+  Pump(dialog);
+  // A document may check what this kind of output does not have; a person could not.
+  for (const int id :
+       {MainControl::TrueColour, ControlId::AlphaTransparency, MainControl::Transparent, MainControl::Supercompress}) {
+    if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
+  }
+  // The dialog's own rule leaves the font as it is; a script has no other way to say it.
+  const std::string font = FontOfDocument(job_.documentFile);
+  if (!font.empty() && HasFontFamily(font)) SetFont(dialog, font);
+  return true;
+}
+
+bool ScriptedUser::ChooseEffect(Dialog& dialog) {
+  if (!job_.effect) return true;
+  const int index = FindEffect(*job_.effect);
+  if (index < 0) return Fail("there is no effect " + Quote(*job_.effect) + "; see --list effects");
+  Choose(dialog, ControlId::Effect, index);
+  return true;
+}
+
+bool ScriptedUser::SetMaterials(Dialog& dialog) {
+  const EffectDescriptor& effect = CurrentEffect(dialog);
+  const PanelRoles& roles = *effect.roles;
+  const struct {
+    const std::string& value;
+    int control;
+    const char* role;
+  } rows[] = {{job_.fill, roles.fill, "fill"},
+              {job_.shadow, roles.shadow, "shadow"},
+              {job_.background, roles.background, "background"}};
+  for (const auto& row : rows) {
+    if (row.value.empty()) continue;
+    if (!row.control)
+      return Fail(std::string("the effect ") + effect.name + " has no " + row.role + "; leave --" + row.role + " out");
+    if (!FillWith(dialog, row.control, row.value)) return false;
+  }
+  return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
+}
+
+bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
+  const std::string& key = setting.first;
+  if (!key.empty() && key.front() == '@') {
+    const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
+    if (control) return ApplyToControl(dialog, *control, setting);
+    return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key) +
+                "; leave it out, or see --list controls");
+  }
+  const std::optional<std::int64_t> id = ParseInteger(key);
+  const ControlTemplate* control =
+      id && *id > 0 && *id < 20000 ? FindControlOfId(static_cast<int>(*id)) : FindControlOfKey(key.c_str());
+  if (control) return ApplyToControl(dialog, *control, setting);
+  if (id) return Fail("there is no control " + key + "; see --list controls");
+  Variable* variable = FindVariable(key);
+  if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
+  if (variable->row->flags & kSettingText) {
+    variable->text = CutText(setting.second, kMaxTextLength);
+    return true;
+  }
+  if (variable->row->flags & kSettingSwitch) {
+    const std::optional<bool> on = ParseSwitch(setting.second);
+    if (on) variable->number = *on;
+    return on || Fail(key + " takes 0 or 1, not " + Quote(setting.second));
+  }
+  const std::optional<std::int64_t> number = ParseInteger(setting.second);
+  if (!number || *number < 0 || *number > UINT32_MAX)
+    return Fail(key + " takes a whole number from 0 up, not " + Quote(setting.second));
+  variable->number = static_cast<std::uint32_t>(*number);
+  return true;
+}
+
+bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting) {
+  const std::string& value = setting.second;
+  const std::string key = setting.first.starts_with('@') ? Quote(setting.first) : setting.first;
+  const int id = control.id;
+  // The controls of hidden panels take their value as from a document.
+  const bool reachable = IsVisible(dialog, id);
+  const auto refused = [&] {
+    return Fail(key + " cannot be set here: the control is disabled for this kind of output");
+  };
+  if (reachable && !IsEnabled(dialog, id)) {
+    return GetText(dialog, id) == value || std::to_string(GetCheck(dialog, id)) == value || refused();
+  }
+  switch (control.kind) {
+    case ControlKind::NumberEdit: {
+      const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+      const std::optional<std::int64_t> number = ParseInteger(value);
+      if (!number || *number < range.minimum || *number > range.maximum) {
+        return Fail(key + " takes a whole number from " + std::to_string(range.minimum) + " to " +
+                    std::to_string(range.maximum) + ", not " + Quote(value));
+      }
+      return reachable ? Type(dialog, id, std::to_string(*number)) || refused()
+                       : SetByLine(dialog, id, std::to_string(*number));
+    }
+    case ControlKind::Check: {
+      const std::optional<bool> on = ParseSwitch(value);
+      if (!on) return Fail(key + " takes 0 or 1, not " + Quote(value));
+      if (!reachable) return SetByLine(dialog, id, *on ? "1" : "0");
+      return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
+    }
+    case ControlKind::Edit: {
+      if (DecodeText(value).size() > kMaxTextLength) {
+        return Fail("the text is too long: at most " + std::to_string(kMaxTextLength) + " characters are allowed");
+      }
+      return Type(dialog, id, value) || refused();
+    }
+    case ControlKind::Combo:
+    case ControlKind::SortedCombo:
+    case ControlKind::List: {
+      if (id == ControlId::Font) return SetFont(dialog, value);
+      const std::optional<std::int64_t> number = ParseInteger(value);
+      int index = number && *number >= 0 && *number < ItemCount(dialog, id) ? static_cast<int>(*number) : -1;
+      for (int i = 0; index < 0 && i < ItemCount(dialog, id); ++i) {
+        if (EqualsIgnoringCase(ItemText(dialog, id, i), value)) index = i;
+      }
+      if (index < 0)
+        return Fail(key + " takes an index from 0 to " + std::to_string(ItemCount(dialog, id) - 1) + ", not " +
+                    Quote(value));
+      return reachable ? Choose(dialog, id, index) || refused() : SetByLine(dialog, id, std::to_string(index));
+    }
+    case ControlKind::ColourButton:
+      return SetColour(dialog, id, value);
+    case ControlKind::MaterialButton:
+      return FillWith(dialog, id, value);
+    default:
+      break;
+  }
+  const int last = LastPickerIndex(control.kind);
+  if (last < 0) return Fail(key + " names a control that holds no value");
+  const std::optional<std::int64_t> number = ParseInteger(value);
+  if (!number || *number < 0 || *number > last) {
+    return Fail(key + " takes an index from 0 to " + std::to_string(last) + ", not " + Quote(value));
+  }
+  return SetByLine(dialog, id, std::to_string(*number));
+}
+
+bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
+  Material material;
+  {
+    const auto held = LockMaterial(dialog, id);
+    if (!held) return FailRun("there is no memory left for the fill " + Quote(text));
+    material = *held;
+  }
+  material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
+  std::string error;
+  if (!ParseMaterial(text, material, error)) return Fail(error);
+  // A one-off tile belongs to no library and came with the text; any other is named by path and index.
+  if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
+  if (SetMaterial(dialog, id, material)) return true;
+  FreeBlock(HandleOf(material.Tile.TileBitmap));
+  return FailRun("there is no memory left for the fill " + Quote(text));
+}
+
+bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
+  Colour colour = 0;
+  const std::optional<std::int64_t> number = ParseInteger(text);
+  if (number && *number >= 0 && *number <= 0xFFFFFF) {
+    colour = static_cast<Colour>(*number);
+  } else if (!ParseColour(text, colour)) {
+    return Fail(Quote(text) + " is no colour; write #RRGGBB");
+  }
+  return SetByLine(dialog, id, std::to_string(colour));
+}
+
+bool ScriptedUser::SetFont(Dialog& dialog, const std::string& family) {
+  int index = SelectText(dialog, ControlId::Font, family);
+  if (index < 0) {
+    if (!HasFontFamily(family)) return Fail("there is no font " + Quote(family) + "; see --list fonts");
+    index = AddItem(dialog, ControlId::Font, family);
+  }
+  return Choose(dialog, ControlId::Font, index);
+}
+
+bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
+  const auto* family = static_cast<const ControlFamily*>(FamilyOf(dialog, id));
+  if (!family) return Fail("control " + std::to_string(id) + " holds no value");
+  const std::string line = family->stem + std::to_string(id) + "=" + value;
+  if (!SendToControl(dialog, id, {kMessageLoadControl, 0, PointerArgument(&line)})) {
+    return Fail("control " + std::to_string(id) + " does not take the value " + Quote(value.substr(0, 40)));
+  }
+  Pump(dialog);
+  return true;
+}
+
+bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
+  if (!job_.saveDocumentFile.empty() && !SaveDocument(dialog, job_.saveDocumentFile)) {
+    return FailRun("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
+  }
+  switch (job_.action) {
+    case Job::Action::None:
+      return true;
+    case Job::Action::Sample: {
+      const PackedDib frame = RenderSample(dialog, 0, 0);
+      if (!frame) return FailRun("the effect made no picture of this text; try another text or a smaller size");
+      sample(frame);
+      return true;
+    }
+    case Job::Action::Test:
+      return Click(dialog, MainControl::Test);
+    case Job::Action::Build:
+      if (!IsEnabled(dialog, MainControl::Build)) return Fail("the text is empty; give the words to animate");
+      return Click(dialog, MainControl::Build);
+  }
+  return false;
+}
+
+}  // namespace glyphmotion
