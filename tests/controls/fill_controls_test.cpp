@@ -257,6 +257,29 @@ TEST_F(FillControls, FountainMarkersComeAndGo) {
   });
 }
 
+// The questions' owner may take the windows below away before the answer comes.
+TEST_F(FillControls, AFountainIsNotHeldDuringAQuestion) {
+  const std::uint32_t numbers[] = {kMessageFountainColour, kMessageFountainAdd, kMessageFountainPosition,
+                                   kMessageFountainDelete, kMessageKeyDown,     kMessageBarMenu};
+  for (const std::uint32_t number : numbers) {
+    WithDialog([&](Dialog& dialog) {
+      const auto vanish = [&] {
+        EXPECT_EQ(LiveBlocks().locks, 0u) << number;
+        DestroyFountain(dialog, kFountainId);
+      };
+      responder.colour = [&](Dialog*, std::uint32_t) { return vanish(), std::optional<std::uint32_t>(0x123456); };
+      responder.name = [&](Dialog*, const std::string&, const std::string&) { return vanish(), std::optional("9"); };
+      responder.message = [&](Dialog*, const std::string&, MessageButtons) { return vanish(), true; };
+      responder.menu = [&](Dialog*, std::span<const MenuItem>) { return vanish(), 103; };
+      SetUiResponder(responder);
+      const std::uint64_t argument = number == kMessageKeyDown ? kKeySpace : number == kMessageFountainDelete ? 9 : 1;
+      SendToControl(dialog, kFountainId, {number, argument, 0});
+      EXPECT_FALSE(LockFountain(dialog, kFountainId)) << number << " asks, and changes what is gone no more";
+    });
+    EXPECT_TRUE(changes.empty()) << number;
+  }
+}
+
 TEST_F(FillControls, DraggedMarkersFollowAndComeOff) {
   WithDialog([&](Dialog& dialog) {
     const Rect bar = FountainBar(197, 50);
