@@ -157,6 +157,14 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   gradient.TwoColor = 0;
   EXPECT_EQ((*GradientTable(gradient, Spectrum(), 200))[150], 0x00FF00u) << "the fountain's pads are the two colours";
   EXPECT_TRUE(GradientTable(gradient, Spectrum(), 0)->empty());
+  // A pad that leaves nothing between, which only foreign files hold: half start, half end.
+  gradient.EdgePad = 50;
+  std::vector<Colour> halves(256, 0u);
+  std::fill(halves.begin() + 128, halves.end(), 0x00FF00u);
+  for (const std::uint32_t two : {0u, 1u}) {
+    gradient.TwoColor = two;
+    EXPECT_EQ(GradientTable(gradient, Spectrum(), 256), halves) << two;
+  }
 }
 
 // With pad 45 the middle stop stands at 2, before the first stop at 114: the blend to the end begins at 2.
