@@ -61,7 +61,7 @@ void LoadLine(Dialog& dialog, int id, const std::string& value) {
   SetData(dialog, id, WordOf(block.Release()));
   const auto material = LockMaterial(dialog, id);
   material->Preview = 0;
-  material->ButtonState = 0;
+  material->ButtonState &= ~kPressedBits;
   material->Tile.TileBitmap = 0;
   if (material->Kind == kTile) LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
@@ -159,8 +159,8 @@ void EditMaterial(Dialog& dialog, int id) {
 void Release(Dialog& dialog, int id, Material& material) {
   if (!HasCapture(dialog, id)) return;
   ReleaseMouse(dialog);
-  const std::uint32_t pressed = material.ButtonState;
-  material.ButtonState = 0;
+  const std::uint32_t pressed = material.ButtonState & kPressedBits;
+  material.ButtonState &= ~kPressedBits;
   if (pressed) Invalidate(dialog, id);
   if (pressed & kArrowPressed) {
     PostToControl(dialog, id, {kMessageKindMenu, 0, 0});
@@ -171,7 +171,7 @@ void Release(Dialog& dialog, int id, Material& material) {
 
 // The mouse has gone elsewhere: nothing was chosen.
 void LetGo(Dialog& dialog, int id, Material& material) {
-  material.ButtonState = 0;
+  material.ButtonState &= ~kPressedBits;
   Invalidate(dialog, id);
 }
 
@@ -291,7 +291,7 @@ bool SetMaterial(Dialog& dialog, int id, const Material& source) {
   if (!material) return false;
   *material = source;
   material->Preview = material->Fountain.Preview = 0;
-  material->ButtonState = 0;
+  material->ButtonState &= ~kPressedBits;
   FreeMaterial(BlockOf(dialog, id));
   SetData(dialog, id, WordOf(block.Release()));
   RenderPreviewAndAverage(dialog, id, *material);

@@ -167,7 +167,8 @@ bool ParseStop(const std::string& part, Stop& stop, std::string& error) {
   return ColourPart(part.substr(0, at), stop.colour, error);
 }
 
-// The first and the last colour are the ends; with a position they also stand there.
+// The first and the last colour are the ends; with a position they also stand there. No marker stands at 0, where it
+// would sort last and paint over the others: the first stop at 0 is the start, any other moves to 1.
 bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& error) {
   if (stops.size() < 2)
     return Fail(error, "a fountain needs two colours or more: write #first,#colour@position,...,#last");
@@ -176,11 +177,18 @@ bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& err
   fountain.Flags = flags;
   fountain.StartColour = stops.front().colour;
   fountain.EndColour = stops.back().colour;
+  bool started = stops.front().position < 0;
   const auto steps = static_cast<int>(stops.size()) - 1;
   for (int i = 0; i <= steps; ++i) {
     Stop& stop = stops[static_cast<std::size_t>(i)];
     if ((i == 0 || i == steps) && stop.position < 0) continue;
     if (stop.position < 0) stop.position = 255 * i / steps;
+    if (stop.position == 0 && !started) {
+      started = true;
+      fountain.StartColour = stop.colour;
+      continue;
+    }
+    stop.position = std::max(stop.position, 1);
     if (fountain.MarkerCount == kMaxMarkers) return Fail(error, "a fountain has at most 64 colours between its ends");
     fountain.Markers[fountain.MarkerCount++] = MakeMarker(stop.position, stop.colour);
   }
@@ -384,19 +392,8 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
 }
 
 bool ParseMaterialFile(const std::string& path, Material& material, std::string& error) {
-  MovableBlock block = LoadMaterial(path, kNoColour, true);
-  // The defaults carry the colour that was handed in, which no file of ours holds in its top byte.
-  {
-    const LockedBlock<Material> loaded(block.Handle());
-    if (!loaded || loaded->Colour == kNoColour) {
-      if (loaded) FreeBlock(HandleOf(loaded->Tile.TileBitmap));
-      return Fail(error, "cannot read the material file " + Quote(path) + ": a .mtrl file of 1270 bytes is wanted");
-    }
-    FreeBlock(HandleOf(loaded->Tile.TileBitmap));
-    loaded->Tile.TileBitmap = 0;
-    material = *loaded;
-  }
-  return true;
+  return ReadMaterialFile(path, material) ||
+         Fail(error, "cannot read the material file " + Quote(path) + "; name a .mtrl file of 1270 bytes");
 }
 
 bool ParseImage(const std::string& path, Material& material, std::string& error) {

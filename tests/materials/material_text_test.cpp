@@ -52,6 +52,20 @@ TEST(ParseMaterial, Fountains) {
   EXPECT_EQ(+parsed.material.Gradient.TwoColor, 0u);
   for (const std::string& name : FountainNames()) EXPECT_TRUE(Parse("fountain:" + name).good) << name;
   EXPECT_TRUE(Parse("fountain:sunRISE,conical,cx=10").good);
+  const struct {
+    const char* stops;
+    Colour start;
+    std::vector<std::uint32_t> markers;
+  } atZero[] = {{"#f00@0,#0f0@99,#00f", 0x0000FF, {MakeMarker(99, 0x00FF00)}},
+                {"#f00,#0f0@0,#00f", 0x0000FF, {MakeMarker(1, 0x00FF00)}},
+                {"#f00@9,#0f0@0,#00f@0", 0x00FF00, {MakeMarker(1, 0xFF0000), MakeMarker(9, 0x0000FF)}}};
+  for (const auto& row : atZero) {
+    const FountainSpec spec = Parse(std::string("fountain:") + row.stops).material.Fountain;
+    EXPECT_EQ(+spec.StartColour, row.start) << row.stops;
+    EXPECT_EQ(+spec.EndColour, 0xFF0000u) << row.stops;
+    const std::uint32_t* end = spec.Markers + spec.MarkerCount;
+    EXPECT_EQ(std::vector<std::uint32_t>(spec.Markers, end), row.markers) << row.stops;
+  }
 }
 
 TEST(ParseMaterial, Textures) {
@@ -100,6 +114,9 @@ TEST(ParseMaterial, FilesAndPictures) {
   MovableBlock block = LoadMaterial("", 0x445566, false);
   ASSERT_TRUE(SaveMaterial(block.Handle(), path));
   EXPECT_EQ(Parse("mtrl:" + path).material.Colour, 0x445566u);
+  LockedBlock<Material>(block.Handle())->Colour = 0xFFFFFFFF;
+  ASSERT_TRUE(SaveMaterial(block.Handle(), path));
+  EXPECT_TRUE(Parse("mtrl:" + path).good) << "any colour is a valid one";
   EXPECT_FALSE(Parse("image:x.png").good) << "without a decoder";
   SetImageLoader(
       [](const std::string& file, std::string&) { return file == "x.png" ? BlankDib(2, 2, nullptr, 1) : PackedDib(); });
