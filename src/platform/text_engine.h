@@ -50,11 +50,12 @@ bool HasFontFamily(const std::string& family);
 
 FontMetrics MeasureFont(const FontRequest& font) noexcept;
 
-/// The box of a one-character string. False when no face at all could be opened.
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept;
+/// The box of a one-character string. False when no face at all could be opened. Throws std::bad_alloc where the
+/// machine reports a lack of memory.
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box);
 
 /// The glyph on nothing: grey by coverage, or one-bit (0 and 255 only) without `antialias`. False as above, or when
-/// memory is out.
+/// out of memory.
 bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept;
 
 /// The glyph's outline, filled (penWidth 0) or stroked with round joins, in the same box; for the drawing operations on

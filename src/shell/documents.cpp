@@ -109,7 +109,7 @@ void LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   TellMemoryIsOut(dialog);  // the controls that have their lines keep them
 }
 
-std::string FontOfDocument(const std::string& path) noexcept try {
+std::string FontOfDocument(const std::string& path) {
   const auto bytes = ReadWholeFile(path);
   const std::string text = TextFromBytes(bytes.value_or(std::string()));
   std::string_view rest = LinesOf(text).value_or(std::string_view());
@@ -120,8 +120,6 @@ std::string FontOfDocument(const std::string& path) noexcept try {
     const std::size_t value = line.find_first_not_of("= ", equals);
     return value == std::string_view::npos ? std::string() : std::string(line.substr(value));
   }
-  return {};
-} catch (const std::exception&) {
   return {};
 }
 

@@ -18,6 +18,6 @@ int SaveDocument(Dialog& dialog, const std::string& path) noexcept;
 void LoadDocument(Dialog& dialog, const std::string& path) noexcept;
 
 /// The font family that a document was saved with; empty when the file says none. (Loading leaves the font as it is.)
-std::string FontOfDocument(const std::string& path) noexcept;
+std::string FontOfDocument(const std::string& path);
 
 }  // namespace glyphmotion
