@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "host/program/program.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <optional>
+#include <typeinfo>
 
 #include "glyphmotion/render.h"
 #include "host/encoders/encoders.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
 #include "host/program/gallery.h"
@@ -33,6 +38,18 @@ int Fail(const std::string& sentence, int code = kExitFailed) {
   std::replace(line.begin(), line.end(), '\n', ' ');
   std::fprintf(stderr, "glyphmotion: error: %s\n", line.c_str());
   return code;
+}
+
+// These two allocate nothing: standard error has no buffer.
+int FailForMemory() noexcept {
+  std::fputs("glyphmotion: error: ", stderr);
+  std::fputs(kOutOfMemory, stderr);
+  std::fputs("\n", stderr);
+  return kExitFailed;
+}
+int FailUnexpectedly(const char* what) noexcept {
+  std::fprintf(stderr, "glyphmotion: error: something unexpected happened: %s\n", what);
+  return kExitFailed;
 }
 
 Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
@@ -66,7 +83,7 @@ std::string AddSample(Run& run, Image image) {
   PackedDib reduced;
   if (FindFormat(run.arguments.extension)->paletteFormat) {
     reduced = ReduceToPalette(image.dib);
-    if (!reduced) return "memory is out; try a smaller size";
+    if (!reduced) return kOutOfMemory;
   }
   const LockedBlock<DibHeader> bytes(reduced.Handle());
   if (bytes) image.dib = {reinterpret_cast<const std::uint8_t*>(bytes.get()), BlockSize(reduced.Handle())};
@@ -109,7 +126,7 @@ std::string OpenOutputs(Run& run) {
 std::string MessageOf(const Run& run, const RenderResult& result) {
   if (!run.error.empty()) return run.error;
   if (!result.message.empty()) return InOptionTerms(result.message);
-  return result.dialogMessages.empty() ? "the run failed" : result.dialogMessages.front();
+  return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
 int Conclude(Run& run, const RenderResult& result) {
@@ -188,10 +205,24 @@ int RunProgram(const std::vector<std::string>& words) {
         std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {
-    return Fail("memory is out; try a smaller size or fewer frames");
+    return FailForMemory();
   } catch (const std::exception& error) {
-    return Fail(std::string("something unexpected happened: ") + error.what());
+    return FailUnexpectedly(error.what());
   }
+}
+
+int RunMain(int argc, char** argv) noexcept try {
+  return RunProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
+} catch (const std::bad_alloc&) {
+  return FailForMemory();
+}
+
+void EndWithoutMemory() noexcept {
+  const std::type_info* type = abi::__cxa_current_exception_type();
+  // No type: there was no memory even for the exception.
+  if (type && *type != typeid(std::bad_alloc)) std::abort();
+  FailForMemory();
+  std::_Exit(kExitFailed);
 }
 
 }  // namespace glyphmotion

@@ -14,6 +14,12 @@ enum ExitCode { kExitDone = 0, kExitFailed = 1, kExitUsage = 2, kExitInterrupted
 /// an ExitCode.
 int RunProgram(const std::vector<std::string>& words);
 
+/// The same with the arguments of main(); also reports a lack of memory for its own start.
+int RunMain(int argc, char** argv) noexcept;
+
+/// For std::set_terminate: reports a lack of memory and ends with kExitFailed, or aborts for anything else.
+[[noreturn]] void EndWithoutMemory() noexcept;
+
 /// After this, Ctrl-C ends a run in order: nothing unfinished is left behind, and RunProgram returns kExitInterrupted.
 void CatchInterrupts();
 

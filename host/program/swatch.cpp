@@ -6,6 +6,7 @@
 
 #include "host/encoders/encoders.h"
 #include "materials/material_text.h"
+#include "materials/texture_library.h"
 #include "materials/tile.h"
 
 namespace glyphmotion {
@@ -69,6 +70,8 @@ std::string WriteSwatch(const std::vector<std::string>& words) {
   if (!material.Tile.TileBitmap) LoadTileOf(material.Tile);
   const PackedDib tile(HandleOf(material.Tile.TileBitmap));
   const PackedDib picture = MaterialToBitmap(material, request.width, request.height);
+  // Any other fill of a size that is allowed fails for lack of memory alone.
+  if (!picture && (material.Kind != kTexture || material.Texture.TextureType < kTextureTypes)) throw std::bad_alloc();
   if (!picture) return "the material '" + request.material + "' cannot be drawn at this size; try a smaller one";
   return Write(picture, request.output);
 }

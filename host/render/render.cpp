@@ -7,9 +7,11 @@
 #include <exception>
 #include <filesystem>
 #include <mutex>
+#include <new>
 
 #include "controls/variables.h"
 #include "glyphmotion/host_contract.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/render/render_user.h"
 #include "image/packed_dib.h"
 #include "platform/dialog_driver.h"
@@ -17,6 +19,7 @@
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/operation_names.h"
 
@@ -236,13 +239,15 @@ class Stage {
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.cancelled) return "the run was interrupted";
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
-  if (messages.empty()) return "nothing was built";
+  // A dialog that cannot even be made says nothing, and a panel fails for nothing else.
+  if (messages.empty()) return kOutOfMemory;
   const std::string& last = messages.back();
-  if (last != "Memory error" || job.failAllocation != 0) return last;
+  if (last == LoadText(kTextPanelFailed)) return kOutOfMemory;
+  if (last != LoadText(kTextMemoryError)) return last;
   if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
-  return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
-         "another number of frames or a smaller size";
+  return "out of memory, or the effect makes no frame with these options: try a smaller size or another number of "
+         "frames";
 }
 
 // The settings file is written at the end of every run: what is somebody else's must not be lost that way.
@@ -257,7 +262,7 @@ std::string SettingsFileTrouble(const std::string& path) {
 
 }  // namespace
 
-RenderResult Render(const Job& job, const Sink& sink) {
+RenderResult Render(const Job& job, const Sink& sink) try {
   RenderResult result;
   static thread_local bool running = false;
   if (running) {
@@ -322,6 +327,13 @@ RenderResult Render(const Job& job, const Sink& sink) {
     result.status = RenderStatus::Done;
   } else {
     result.message = Explain(job, session, result.dialogMessages);
+  }
+  return result;
+} catch (const std::bad_alloc&) {
+  RenderResult result;
+  try {
+    result.message = kOutOfMemory;
+  } catch (const std::bad_alloc&) {  // an empty message of a failed run says the same
   }
   return result;
 }

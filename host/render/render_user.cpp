@@ -9,11 +9,13 @@
 #include "controls/families.h"
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
+#include "host/encoders/out_of_memory.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
 #include "shell/main_dialog.h"
@@ -106,6 +108,7 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (job_.documentFile.empty()) return true;
   const std::size_t told = messages_.size();
   LoadDocument(dialog, job_.documentFile);
+  if (messages_.size() > told && messages_.back() == LoadText(kTextMemoryError)) return FailRun(kOutOfMemory);
   if (messages_.size() > told)
     return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
   Pump(dialog);
@@ -247,7 +250,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
-    if (!held) return FailRun("there is no memory left for the fill " + Quote(text));
+    if (!held) return FailRun(kOutOfMemory);
     material = *held;
   }
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
@@ -257,7 +260,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
   if (SetMaterial(dialog, id, material)) return true;
   FreeBlock(HandleOf(material.Tile.TileBitmap));
-  return FailRun("there is no memory left for the fill " + Quote(text));
+  return FailRun(kOutOfMemory);
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
@@ -293,14 +296,16 @@ bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
 
 bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   if (!job_.saveDocumentFile.empty() && !SaveDocument(dialog, job_.saveDocumentFile)) {
-    return FailRun("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
+    const bool memory = !messages_.empty() && messages_.back() == LoadText(kTextMemoryError);
+    return FailRun(memory ? kOutOfMemory
+                          : "the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
   }
   switch (job_.action) {
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
       const PackedDib frame = RenderSample(dialog, 0, 0);
-      if (!frame) return FailRun("the effect made no picture of this text; try another text or a smaller size");
+      if (!frame) return FailRun("out of memory, or the effect makes no picture of this text: try another text or a smaller size");
       sample(frame);
       return true;
     }
