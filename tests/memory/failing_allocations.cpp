@@ -3,6 +3,7 @@
 //
 //   GLYPHMOTION_FAIL_AT=N      the N-th allocation fails, from 1; 0 or nothing: none
 //   GLYPHMOTION_FAIL_ONWARD=1  and all that follow
+//   GLYPHMOTION_FAIL_FONTS=1   only what FreeType allocates and the calls of Fontconfig count
 //   GLYPHMOTION_COUNT_FILE=F   at the end of the process F gets the number of allocations asked for
 //
 // Counted are malloc, calloc, realloc, the aligned kinds and with them operator new, of the program and its libraries.
@@ -11,6 +12,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fontconfig/fontconfig.h>
+#include <ft2build.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -18,6 +20,10 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include FT_FREETYPE_H
+#include FT_ADVANCES_H
+#include FT_MODULE_H
+#include FT_OUTLINE_H
 
 extern "C" {
 void* __libc_malloc(std::size_t);
@@ -30,21 +36,28 @@ namespace {
 
 std::atomic<long> asked;
 std::atomic<long> failAt{-1};  // -1: not yet read
-bool onward;
-[[gnu::tls_model("initial-exec")]] thread_local int excluded;
+bool onward, fontsOnly;
+[[gnu::tls_model("initial-exec")]] thread_local int excluded, inFonts;
 
 struct Excluded {
   Excluded() { ++excluded; }
   ~Excluded() { --excluded; }
 };
 
+struct InFonts {
+  InFonts() { ++inFonts; }
+  ~InFonts() { --inFonts; }
+};
+
 bool Fails() {
   if (excluded || !environ) return false;
   if (failAt < 0) {
     const char* number = std::getenv("GLYPHMOTION_FAIL_AT");
+    fontsOnly = std::getenv("GLYPHMOTION_FAIL_FONTS") != nullptr;
     onward = std::getenv("GLYPHMOTION_FAIL_ONWARD") != nullptr;
     failAt = number ? std::strtol(number, nullptr, 10) : 0;
   }
+  if (fontsOnly && !inFonts) return false;
   const long n = ++asked;
   if (failAt == 0 || (n != failAt && !(onward && n > failAt))) return false;
   errno = ENOMEM;
@@ -70,9 +83,16 @@ Function Next(Function, const char* name) {
 #define FONTCONFIG_CALL(result, name, parameters, arguments) \
   result name parameters {                                   \
     static const auto real = Next(&name, #name);             \
+    const InFonts counted;                                   \
     if (Fails()) return {};                                  \
     const Excluded inside;                                   \
     return real arguments;                                   \
+  }
+#define FREETYPE_CALL(name, parameters, arguments) \
+  FT_Error name parameters {                       \
+    static const auto real = Next(&name, #name);   \
+    const InFonts counted;                         \
+    return real arguments;                         \
   }
 
 extern "C" {
@@ -111,6 +131,7 @@ void FcDefaultSubstitute(FcPattern* pattern) {
   real(pattern);
 }
 FcObjectSet* FcObjectSetBuild(const char* first, ...) {
+  const InFonts counted;
   if (Fails()) return nullptr;
   const Excluded inside;
   va_list rest;
@@ -118,5 +139,19 @@ FcObjectSet* FcObjectSetBuild(const char* first, ...) {
   FcObjectSet* set = FcObjectSetVaBuild(first, rest);
   va_end(rest);
   return set;
+}
+
+FREETYPE_CALL(FT_Init_FreeType, (FT_Library * l), (l))
+FREETYPE_CALL(FT_New_Library, (FT_Memory m, FT_Library* l), (m, l))
+FREETYPE_CALL(FT_New_Face, (FT_Library l, const char* p, FT_Long i, FT_Face* f), (l, p, i, f))
+FREETYPE_CALL(FT_Set_Char_Size, (FT_Face f, FT_F26Dot6 w, FT_F26Dot6 h, FT_UInt x, FT_UInt y), (f, w, h, x, y))
+FREETYPE_CALL(FT_Load_Glyph, (FT_Face f, FT_UInt g, FT_Int32 o), (f, g, o))
+FREETYPE_CALL(FT_Get_Advance, (FT_Face f, FT_UInt g, FT_Int32 o, FT_Fixed* a), (f, g, o, a))
+FREETYPE_CALL(FT_Outline_Get_Bitmap, (FT_Library l, FT_Outline* o, const FT_Bitmap* b), (l, o, b))
+
+void FT_Add_Default_Modules(FT_Library library) {
+  static const auto real = Next(&FT_Add_Default_Modules, "FT_Add_Default_Modules");
+  const InFonts counted;
+  real(library);
 }
 }

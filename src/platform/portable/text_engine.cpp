@@ -251,6 +251,7 @@ bool HasCharacter(const FcPattern* pattern, char32_t character) {
 
 /// The best match that can be opened and, when a character is given, has it.
 Face* Match(const std::string& family, bool bold, bool italic, char32_t character = 0) {
+  if (character > 0x10FFFF) return nullptr;  // no character: Fontconfig would not take it either
   const Pattern query = Query(family, bold, italic, character);
   FcResult result = FcResultNoMatch;
   const Pattern best(FcFontMatch(nullptr, query.get(), &result));
