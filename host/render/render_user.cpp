@@ -305,7 +305,9 @@ bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedD
       return true;
     case Job::Action::Sample: {
       const PackedDib frame = RenderSample(dialog, 0, 0);
-      if (!frame) return FailRun("out of memory, or the effect makes no picture of this text: try another text or a smaller size");
+      if (!frame)
+        return FailRun(
+            "out of memory, or the effect makes no picture of this text: try another text or a smaller size");
       sample(frame);
       return true;
     }
