@@ -183,6 +183,7 @@ int RunProgram(const std::vector<std::string>& words) {
     SetImageLoader(LoadPicture);
     if (IsSwatch(words)) {
       const std::string trouble = WriteSwatch(words);
+      if (trouble == kOutOfMemory) return FailForMemory();
       return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
     }
     if (IsGallery(words)) {
