@@ -18,10 +18,9 @@ namespace glyphmotion {
 namespace {
 
 const char* const kOddImage = "an image arrived that is no packed bitmap; please report this";
-const char* const kDiskRefuses = "the output cannot be written: the disk is full or refuses; free some space";
 
 std::string KeepWriting(Output& output, std::span<const std::uint8_t> bytes) {
-  return output.Write(bytes) ? "" : kDiskRefuses;
+  return output.Write(bytes) ? "" : output.Refusal();
 }
 
 // --- GIF
@@ -289,7 +288,7 @@ Encoder OpenFolder(Output& output, const EncoderSettings&) {
     std::snprintf(name, sizeof name, "%04d.png", image.number);
     const auto bytes = PngOfImage(dib, image.transparentIndex);
     if (bytes.empty()) return kOutOfMemory;
-    return output.WriteMember(name, bytes) ? "" : kDiskRefuses;
+    return output.WriteMember(name, bytes) ? "" : output.Refusal();
   };
   encoder.finish = [] { return std::string(); };
   return encoder;
