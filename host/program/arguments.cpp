@@ -429,7 +429,9 @@ void ReadFiles(const Typed& typed) {
   const std::string& document = typed.arguments.job.documentFile;
   std::error_code error;
   if (!document.empty() && !std::filesystem::is_regular_file(document, error))
-    Refuse("the document '" + document + "' cannot be found; check its name");
+    Refuse("the document '" + document + "' " +
+           (std::filesystem::exists(document, error) ? "is not a regular file; name a .GM4 file"
+                                                     : "cannot be found; check its name"));
   const std::filesystem::path settings = typed.arguments.job.settingsFile;
   if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
     Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");

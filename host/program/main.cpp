@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <exception>
 
+#include "host/program/interrupts.h"
 #include "host/program/program.h"
 #include "platform/heap.h"
 
@@ -12,7 +13,9 @@ namespace {
 }  // namespace
 
 int main(int argc, char** argv) {
+  glyphmotion::OpenStandardStreams();
   glyphmotion::KeepFreedMemory();
   glyphmotion::CatchInterrupts();
-  return glyphmotion::RunMain(argc, argv);
+  const int code = glyphmotion::RunMain(argc, argv);
+  return code != glyphmotion::kExitDone && glyphmotion::InterruptedCode() ? glyphmotion::InterruptedCode() : code;
 }

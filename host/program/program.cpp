@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +19,7 @@
 #include "host/program/arguments.h"
 #include "host/program/gallery.h"
 #include "host/program/image_loader.h"
+#include "host/program/interrupts.h"
 #include "host/program/lists.h"
 #include "host/program/progress.h"
 #include "host/program/sample_picture.h"
@@ -30,8 +30,6 @@
 
 namespace glyphmotion {
 namespace {
-
-volatile std::sig_atomic_t interrupted = 0;
 
 int Fail(const std::string& sentence, int code = kExitFailed) {
   std::string line = sentence;
@@ -107,7 +105,7 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
-  sink.cancelled = [] { return interrupted != 0; };
+  sink.cancelled = [] { return InterruptedCode() != 0; };
   return sink;
 }
 
@@ -130,7 +128,7 @@ std::string MessageOf(const Run& run, const RenderResult& result) {
 }
 
 int Conclude(Run& run, const RenderResult& result) {
-  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
   if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
   if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
   if (run.arguments.job.action == Job::Action::None) return kExitDone;
@@ -139,7 +137,7 @@ int Conclude(Run& run, const RenderResult& result) {
   if (!run.output) return kExitDone;
   if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
   std::string error = run.encoder->finish();
-  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
   if (error.empty()) error = run.output.Keep();
   if (!error.empty()) return Fail(error);
   if (!run.arguments.quiet && ErrorsGoToTerminal())
@@ -171,13 +169,6 @@ int Execute(const Arguments& arguments) {
 
 }  // namespace
 
-void CatchInterrupts() {
-  std::signal(SIGINT, [](int) { interrupted = 1; });
-  std::signal(SIGTERM, [](int) { interrupted = 1; });
-  std::signal(SIGHUP, [](int) { interrupted = 1; });
-  std::signal(SIGPIPE, SIG_IGN);  // a reader of the progress bar that goes away must not leave half a file
-}
-
 int RunProgram(const std::vector<std::string>& words) {
   try {
     SetImageLoader(LoadPicture);
@@ -188,6 +179,7 @@ int RunProgram(const std::vector<std::string>& words) {
     }
     if (IsGallery(words)) {
       const std::string trouble = WriteGallery(words[1], RunProgram);
+      if (InterruptedCode()) return InterruptedCode();  // said by the picture that was under way
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();

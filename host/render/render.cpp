@@ -254,7 +254,9 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
 std::string SettingsFileTrouble(const std::string& path) {
   std::error_code code;
   if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
-  if (!std::filesystem::is_regular_file(path, code)) return {};
+  if (!std::filesystem::exists(path, code)) return {};
+  if (!std::filesystem::is_regular_file(path, code))
+    return "'" + path + "' is not a regular file; name a settings file";
   const std::optional<std::string> bytes = ReadWholeFile(path);
   if (bytes && (bytes->empty() || bytes->find("[PlugIn]") != std::string::npos)) return {};
   return "'" + path + "' is no settings file of this program and would be overwritten; name another one";
