@@ -231,7 +231,8 @@ void BarMenu(Dialog& dialog, int id, MenuPlace place = {}) {
   if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
   const auto fountain = CopyOf(dialog, id);
-  if (!fountain || !AddToFountainLibrary(FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
+  if (!fountain ||
+      !AddToFountainLibrary(FountainLibraryPath(), FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
     ShowMessage(&dialog, LoadText(kTextFountainNotAdded));
   }
 }
@@ -505,6 +506,7 @@ void DestroyFountain(Dialog& dialog, int id) {
   if (const auto fountain = LockFountain(dialog, id); fountain) {
     FreePreview(*fountain);
     if (fountain->Flags & kFountainKeepsFile) {
+      EnsureFolder(PerControlFolder());
       AtomicWriteFile(FountainPath(id), {reinterpret_cast<const char*>(fountain.get()), sizeof(FountainSpec)});
     }
   }

@@ -326,7 +326,7 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {
   if (!material) return;
   // The default library is taken whatever the file said.
   FreeBlock(HandleOf(material->Tile.TileBitmap));
-  SetTilePath(material->Tile, LibraryPath(kTileLibraryName));
+  SetTilePath(material->Tile, LibraryReference(kTileLibraryName));
   LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
 }
@@ -339,6 +339,7 @@ void DestroyMaterial(Dialog& dialog, int id) {
     FreeBlock(HandleOf(material->Tile.TileBitmap));
     material->Preview = material->Tile.TileBitmap = 0;
   }
+  EnsureFolder(PerControlFolder());
   SaveMaterial(block, MaterialPath(id));
   FreeMaterial(block);
   SetData(dialog, id, 0);

@@ -81,8 +81,8 @@ TEST_F(FillControls, MaterialLinesKeepEverythingButTheState) {
 
 TEST_F(FillControls, MaterialIsRememberedUnlessShiftIsDown) {
   WithDialog([&](Dialog& dialog) { LockMaterial(dialog, kMaterialId)->Colour = 0x445566; });
-  EXPECT_EQ(std::filesystem::file_size(home / "Material00104.mtrl"), 1270u);
-  EXPECT_EQ(std::filesystem::file_size(home / "Fountain00120.mtrl"), 585u);
+  EXPECT_EQ(std::filesystem::file_size(home / "kept/Material00104.mtrl"), 1270u);
+  EXPECT_EQ(std::filesystem::file_size(home / "kept/Fountain00120.mtrl"), 585u);
   WithDialog([&](Dialog& dialog) { EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x445566u); });
   responder.shiftDown = true;
   SetUiResponder(responder);
@@ -251,8 +251,9 @@ TEST_F(FillControls, FountainMarkersComeAndGo) {
     std::vector<FountainSpec> library;
     ReadFountainLibrary(FountainLibraryPath(), library);
     const std::size_t before = library.size();
+    EXPECT_FALSE(std::filesystem::exists(home / "data/FountainLibrary.fll")) << "reading never writes";
     SendToControl(dialog, kFountainId, {kMessageBarMenu, 0, 0});
-    ASSERT_TRUE(ReadFountainLibrary(FountainLibraryPath(), library));
+    ASSERT_TRUE(ReadFountainLibrary(Data("FountainLibrary.fll"), library)) << "the first edit makes the user's own";
     EXPECT_EQ(library.size(), before + 1);
   });
 }

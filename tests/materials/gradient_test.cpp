@@ -275,10 +275,10 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   std::vector<FountainSpec> fountains;
   EXPECT_FALSE(ReadFountainLibrary(path, fountains));
   FountainSpec fountain = Spectrum();
-  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 5));
+  ASSERT_TRUE(AddToFountainLibrary(path, path, fountain, 5));
   fountain.MarkerCount = 3;
   fountain.Flags = 2;
-  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 6));
+  ASSERT_TRUE(AddToFountainLibrary(path, path, fountain, 6));
   const std::string whole = FileBytes(path);
   ASSERT_EQ(whole.size(), 80u + 2 * 340);
   EXPECT_EQ(whole.substr(80 + 340, 8), "TESSFLHE");
@@ -301,7 +301,7 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   hostile.replace(12, 4, "\xFF\xFF\xFF\xFF");
   WriteBytes(path, hostile);
   EXPECT_FALSE(ReadFountainLibrary(path, fountains));
-  EXPECT_FALSE(AddToFountainLibrary(path, fountain, 7));
+  EXPECT_FALSE(AddToFountainLibrary(path, path, fountain, 7));
 }
 
 }  // namespace
