@@ -18,10 +18,9 @@ namespace glyphmotion {
 namespace {
 
 const char* const kOddImage = "an image arrived that is no packed bitmap; please report this";
-const char* const kDiskRefuses = "the output cannot be written: the disk is full or refuses; free some space";
 
 std::string KeepWriting(Output& output, std::span<const std::uint8_t> bytes) {
-  return output.Write(bytes) ? "" : kDiskRefuses;
+  return output.Write(bytes) ? "" : output.Refusal();
 }
 
 // --- GIF
@@ -206,6 +205,8 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
 
 // --- WebP
 
+constexpr int kMostWebpPixels = WEBP_MAX_DIMENSION;
+
 struct WebpState {
   Output& output;
   EncoderSettings settings;
@@ -242,6 +243,11 @@ struct WebpState {
   }
 
   std::string Add(const DibPixels& dib, const Image& image) {
+    if (settings.width > kMostWebpPixels || settings.height > kMostWebpPixels) {
+      return "a .webp is at most " + std::to_string(kMostWebpPixels) + " pixels wide and high, and this one is " +
+             std::to_string(settings.width) + " x " + std::to_string(settings.height) +
+             "; choose a smaller size or write .png";
+    }
     if (!encoder) return Failure();
     screen.Show(dib, image.transparentIndex, image.standAlone);
     WebPPicture picture;
@@ -289,7 +295,7 @@ Encoder OpenFolder(Output& output, const EncoderSettings&) {
     std::snprintf(name, sizeof name, "%04d.png", image.number);
     const auto bytes = PngOfImage(dib, image.transparentIndex);
     if (bytes.empty()) return kOutOfMemory;
-    return output.WriteMember(name, bytes) ? "" : kDiskRefuses;
+    return output.WriteMember(name, bytes) ? "" : output.Refusal();
   };
   encoder.finish = [] { return std::string(); };
   return encoder;

@@ -129,9 +129,11 @@ bool Output::WriteMember(const std::string& name, std::span<const std::uint8_t> 
   return good;
 }
 
+std::string Output::Refusal() const { return CannotWrite(target_, "the disk is full or refuses; free some space"); }
+
 std::string Output::Keep() {
   if (file_ && std::fclose(std::exchange(file_, nullptr)) != 0) failed_ = true;
-  if (failed_ || temporary_.empty()) return CannotWrite(target_, "the disk is full or refuses; free some space");
+  if (failed_ || temporary_.empty()) return Refusal();
   std::error_code code;
   fs::path old;
   if (folder_ && fs::exists(target_, code)) {

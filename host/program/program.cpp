@@ -182,11 +182,13 @@ int RunProgram(const std::vector<std::string>& words) {
   try {
     SetImageLoader(LoadPicture);
     if (IsSwatch(words)) {
-      const std::string trouble = WriteSwatch(words);
+      bool badUsage = false;
+      const std::string trouble = WriteSwatch(words, badUsage);
       if (trouble == kOutOfMemory) return FailForMemory();
-      return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
+      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     if (IsGallery(words)) {
+      if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
       const std::string trouble = WriteGallery(words[1], RunProgram);
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
