@@ -118,7 +118,7 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
     if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
   }
   // The dialog's own rule leaves the font as it is; a script has no other way to say it.
-  const std::string font = FontOfDocument(job_.documentFile);
+  const std::string font = SummariseDocument(job_.documentFile).font;
   if (!font.empty() && HasFontFamily(font)) SetFont(dialog, font);
   return true;
 }
@@ -166,7 +166,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   Variable* variable = FindVariable(key);
   if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
   if (variable->row->flags & kSettingText) {
-    variable->text = CutText(setting.second, kMaxTextLength);
+    variable->text = CutCharacters(setting.second, kMaxTextLength);
     return true;
   }
   if (variable->row->flags & kSettingSwitch) {
@@ -211,7 +211,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
     }
     case ControlKind::Edit: {
-      if (DecodeText(value).size() > kMaxTextLength) {
+      if (CountCharacters(value) > kMaxTextLength) {
         return Fail("the text is too long: at most " + std::to_string(kMaxTextLength) + " characters are allowed");
       }
       return Type(dialog, id, value) || refused();
