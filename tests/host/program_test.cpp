@@ -186,6 +186,15 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
+      {"swatch '#fff' -o " + folder / "no/a.png", 1, "no/a.png' cannot be written"},
+      {"swatch '#fff' -o " + folder / "a.gif", 2, "no file type for a swatch"},
+      {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
+      {"gallery", 2, "gallery needs a folder; write gallery FOLDER"},
+      {"Hi --settings /dev/full " + out, 1, "'/dev/full'"},
+      {std::string(240, 'W') + " -s 144 --still-text -e simple -o " + folder / "a.webp", 1, "at most 16383 pixels"},
+      {"Hi --sample --alpha -o " + folder / "a.png", 2, "leave --alpha out"},
+      {"Hi --sample --transparent " + out, 2, "leave --transparent out"},
+      {"Hi -e vortex --still-text " + out, 0, "glyphmotion: note: --still-text changes nothing"},
   };
   for (const auto& c : cases) {
     const Outcome outcome = Start(c.arguments);
@@ -193,9 +202,26 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
     EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
   }
   setenv("FONTCONFIG_FILE", empty.c_str(), 1);
-  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts")})
+  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts"), "gallery " + folder / "page/one"})
     EXPECT_NE(Start(arguments).output.find("no font is installed"), std::string::npos) << arguments;
+  EXPECT_FALSE(std::filesystem::exists(folder / "page")) << "a gallery without a picture leaves no folder";
   unsetenv("FONTCONFIG_FILE");
+}
+
+TEST(Program, AFullDiskIsNamedByItsFileAndQuietRunsSayNoNotes) {
+  const TemporaryFolder folder;
+  for (const char* output : {"a.gif", "a.png", "a.webp"}) {  // ulimit counts blocks of 512 or 1024 bytes
+    const std::string command = "trap '' XFSZ; ulimit -f 4; '" GLYPHMOTION_PROGRAM
+                                "' 'Much to write' -e nebula -s 60 -o '" +
+                                folder / output + "' 2>&1";
+    std::FILE* pipe = popen(command.c_str(), "r");
+    std::string said;
+    for (int c; (c = std::fgetc(pipe)) != EOF;) said += static_cast<char>(c);
+    EXPECT_EQ(WEXITSTATUS(pclose(pipe)), 1);
+    EXPECT_NE(said.find(std::string(output) + "' cannot be written"), std::string::npos) << said;
+  }
+  EXPECT_EQ(folder.Entries(), 0u);
+  EXPECT_EQ(Start("Hi -q -s 16 -e vortex --still-text -o " + folder / "a.gif").output, "");
 }
 
 TEST(Program, TheSameJobGivesTheSameBytes) {
