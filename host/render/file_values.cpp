@@ -20,6 +20,12 @@ const ControlTemplate* ControlOf(const std::string& keyOrId) {
   return error == std::errc() && stop == end ? FindControlOfId(id) : FindControlOfKey(keyOrId.c_str());
 }
 
+/// Its value is one number, in its variable and in its line of a document. (Custom palette has no key: it lives for one
+/// run, and a document keeps what the run used.)
+bool IsKept(const ControlTemplate& control) {
+  return control.key && (control.kind == ControlKind::Check || control.kind == ControlKind::NumberEdit);
+}
+
 /// "SPNBTN11", as a document's line begins.
 std::string LineStart(int control) {
   const ControlTemplate* found = FindControlOfId(control);
@@ -76,8 +82,7 @@ std::vector<Job::Setting> FileValues::RunValues(const Dialog& dialog, std::vecto
     const ControlTemplate* control = ControlOf(setting.first);
     if (control && IsSaid(control->key, control->id)) continue;
     values.push_back(setting);
-    // Custom palette has no key: it lives for one run, and a document keeps what the run used.
-    if (!control || !control->key) continue;
+    if (!control || !IsKept(*control)) continue;
     const auto isKept = [&](const Kept& kept) { return kept.control == control->id; };
     if (std::none_of(kept_.begin(), kept_.end(), isKept)) {
       kept_.push_back({control->key, control->id, false, false, false, false, NumberVariable(control->key)});

@@ -29,8 +29,8 @@ struct Job {
   /// The outline's colour of the chosen effect, "#rrggbb"; empty: as it is.
   std::string outline;
   std::vector<Setting> settings;  ///< applied after everything else, in order
-  /// What the run uses where neither the settings file nor the document says anything. Never saved, unless the setting
-  /// has no key.
+  /// What the run uses where neither the settings file nor the document says anything. Numbers and checks with a key
+  /// are not saved: the files keep what they had, or the built-in default.
   std::vector<Setting> defaults;
 
   /// Loaded first and saved at the end; may be missing or empty, but what is another kind of file is refused. No name:

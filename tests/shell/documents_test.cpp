@@ -83,7 +83,8 @@ void WithDialog(const std::function<void(Dialog&, const fs::path&)>& test) {
 std::vector<std::string> LoadBytes(Dialog& dialog, const fs::path& folder, const std::string& bytes) {
   EXPECT_TRUE(AtomicWriteFile((folder / "a.gm4").string(), bytes));
   seen = {};
-  EXPECT_EQ(LoadDocument(dialog, (folder / "a.gm4").string()), seen.messages.empty());
+  const int loaded = LoadDocument(dialog, (folder / "a.gm4").string());
+  EXPECT_EQ(loaded, seen.messages.empty());
   return seen.messages;
 }
 
