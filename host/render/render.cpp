@@ -13,6 +13,7 @@
 #include "glyphmotion/host_contract.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/render/render_user.h"
+#include "host/render/run_notes.h"
 #include "image/packed_dib.h"
 #include "platform/dialog_driver.h"
 #include "platform/files.h"
@@ -22,6 +23,7 @@
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/operation_names.h"
+#include "shell/settings.h"
 
 namespace glyphmotion {
 namespace {
@@ -39,7 +41,7 @@ std::span<const std::uint8_t> BytesOf(const T* record) {
 // The host's side of one run.
 class Session {
  public:
-  Session(const Job& job, const Sink& sink) : job_(job), sink_(sink) {}
+  Session(const Job& job, const Sink& sink) : shortFrames(job), job_(job), sink_(sink) {}
 
   std::uint64_t Answer(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) noexcept {
     try {
@@ -62,6 +64,7 @@ class Session {
   }
 
   std::exception_ptr exception;
+  ShortFrames shortFrames;
   int images = 0;
   bool finished = false, cancelled = false, refused = false;
 
@@ -87,8 +90,10 @@ class Session {
   void Stop() { FailAllocation(1); }
 
   bool Give(const Image& image) {
+    if (sink_.image && !sink_.image(image)) return false;
     ++images;
-    return !sink_.image || sink_.image(image);
+    if (!image.sample) shortFrames.Add(image.delay);
+    return true;
   }
 
   void Report(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
@@ -216,6 +221,7 @@ class Stage {
     FolderOverrides folders = folders_;
     folders.settingsFile = job.settingsFile;
     folders.perControlFolder = "";
+    folders.hostWritesSettings = true;
     SetFolderOverrides(std::move(folders));
     ResetVariables();
     FailAllocation(job.failAllocation);
@@ -251,15 +257,25 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
 }
 
 // The settings file is written at the end of every run: what is somebody else's must not be lost that way.
-std::string SettingsFileTrouble(const std::string& path) {
+std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settings) {
   std::error_code code;
   if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
   if (!std::filesystem::exists(path, code)) return {};
   if (!std::filesystem::is_regular_file(path, code))
     return "'" + path + "' is not a regular file; name a settings file";
   const std::optional<std::string> bytes = ReadWholeFile(path);
-  if (bytes && (bytes->empty() || bytes->find("[PlugIn]") != std::string::npos)) return {};
-  return "'" + path + "' is no settings file of this program and would be overwritten; name another one";
+  if (!bytes || (!bytes->empty() && bytes->find("[PlugIn]") == std::string::npos))
+    return "'" + path + "' is not a settings file of this program and would be overwritten; name another one";
+  settings = SummariseSettings(*bytes);
+  return {};
+}
+
+// An empty text, or one sentence. A dialog that never stood leaves the file as it is.
+std::string WriteSettings(const Job& job, const ScriptedUser& user) {
+  if (job.settingsFile.empty() || !user.Values()) return {};
+  const std::string_view remark = user.Values()->ForSettings();
+  if (AtomicWriteFile(job.settingsFile, SettingsText(remark))) return {};
+  return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the space on its disk";
 }
 
 }  // namespace
@@ -277,14 +293,16 @@ RenderResult Render(const Job& job, const Sink& sink) try {
     Running() { running = true; }
     ~Running() { running = false; }
   } mark;
-  if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
+  SettingsSummary settings;
+  if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings); !trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
     return result;
   }
   bool allocationFailed = false;
   Session session(job, sink);
-  ScriptedUser user(job, result.dialogMessages);
+  std::string settingsTrouble;
+  ScriptedUser user(job, result.dialogMessages, std::move(settings));
   {
     UiResponder responder;
     responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
@@ -310,12 +328,15 @@ RenderResult Render(const Job& job, const Sink& sink) try {
     current = &session;
     PLUGIN16DoBuild(nullptr, &table);
     current = nullptr;
+    settingsTrouble = WriteSettings(job, user);
     allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
   }
   const BlockCounters live = LiveBlocks();
   result.blocks = live.blocks;
   result.locks = live.locks;
   result.images = session.images;
+  result.notes = user.Notes();
+  if (const std::string note = session.shortFrames.Note(); !note.empty()) result.notes.push_back(note);
   if (session.exception) std::rethrow_exception(session.exception);
 
   const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
@@ -329,6 +350,10 @@ RenderResult Render(const Job& job, const Sink& sink) try {
     result.status = RenderStatus::Done;
   } else {
     result.message = Explain(job, session, result.dialogMessages);
+  }
+  if (result.status == RenderStatus::Done && !settingsTrouble.empty()) {
+    result.status = RenderStatus::Failed;
+    result.message = settingsTrouble;
   }
   return result;
 } catch (const std::bad_alloc&) {

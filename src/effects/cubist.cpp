@@ -135,6 +135,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>,
+                                  &kRoles,  kLoops};
 
 }  // namespace glyphmotion

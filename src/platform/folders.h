@@ -38,6 +38,7 @@ struct FolderOverrides {
   std::optional<std::string> settingsFile;      ///< the whole path of the settings file
   std::optional<std::string> perControlFolder;  ///< where controls keep their .mtrl files between sessions
   std::optional<std::string> dataFolder;
+  bool hostWritesSettings = false;  ///< the dialog reads the settings file and leaves the writing to its host
 };
 void SetFolderOverrides(FolderOverrides overrides);
 const FolderOverrides& CurrentFolderOverrides() noexcept;
