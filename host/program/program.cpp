@@ -111,7 +111,7 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
-  sink.cancelled = [] { return InterruptedCode() != 0; };
+  sink.stop = &InterruptRequest();
   return sink;
 }
 
@@ -172,7 +172,11 @@ int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(arguments.job, SinkOf(run));
+  Job job = arguments.job;
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  const RenderResult result = Render(job, SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -185,8 +189,8 @@ int Execute(const Arguments& arguments) {
 
 int RunProgram(const std::vector<std::string>& words) {
   try {
-    SetImageLoader(LoadPicture);
     if (IsSwatch(words)) {
+      SetImageLoader(LoadPicture);
       bool badUsage = false;
       const std::string trouble = WriteSwatch(words, badUsage);
       if (trouble == kOutOfMemory) return FailForMemory();
