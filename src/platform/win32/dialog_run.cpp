@@ -7,7 +7,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/folders.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 
@@ -365,11 +364,8 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }
 
-void TakeThreadSetup(RunState& run) {
-  RunState& thread = ThreadState();
-  run.ShareAllocations(thread);
-  run.Member<FolderOverrides>() = thread.Member<FolderOverrides>();
-}
+// The user is a person, and a library that may be unloaded leaves no state with a host's threads.
+void TakeThreadSetup(RunState&) {}
 
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
   RunState& run = CurrentRun();
