@@ -12,6 +12,8 @@
 namespace glyphmotion {
 namespace {
 
+constexpr std::size_t kPiece = 4096;  // places between two looks whether the run shall end
+
 TwistTables::Entry MakeEntry(int width, int height) {
   TwistTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
@@ -30,11 +32,13 @@ void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
   entry.turned = false;
   entry.cosine.resize(places);
   entry.sine.resize(places);
-  for (std::size_t i = 0; i < places; ++i) {
-    if (i % 4096 == 0 && EndRequested()) return;
-    const double t = entry.fall[i], theta = t * angle * t;
-    entry.cosine[i] = std::cos(theta);
-    entry.sine[i] = std::sin(theta);
+  for (std::size_t first = 0; first < places; first += kPiece) {
+    if (EndRequested()) return;
+    for (std::size_t i = first; i < std::min(first + kPiece, places); ++i) {
+      const double t = entry.fall[i], theta = t * angle * t;
+      entry.cosine[i] = std::cos(theta);
+      entry.sine[i] = std::sin(theta);
+    }
   }
   entry.turned = true;
   entry.angle = angleDegrees;
