@@ -4,6 +4,7 @@
 #include "controls/variables.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
 #include <vector>
 
@@ -15,9 +16,15 @@ void GiveDefault(Variable& variable) {
   variable.text = variable.row->defaultText;
 }
 
+struct UnsavedNumber {
+  std::uint32_t initial = 0;
+  Variable variable;
+};
+
 struct Store {
-  std::vector<Variable> variables;   // never resized after construction, so pointers into it stay valid
-  std::vector<std::uint16_t> byKey;  // row numbers, sorted by key
+  std::vector<Variable> variables;       // never resized after construction, so pointers into it stay valid
+  std::vector<std::uint16_t> byKey;      // row numbers, sorted by key
+  std::map<int, UnsavedNumber> unsaved;  // by control
   Store() : variables(SettingsTable().size()), byKey(SettingsTable().size()) {
     for (std::size_t i = 0; i < variables.size(); ++i) {
       variables[i].row = &SettingsTable()[i];
@@ -47,7 +54,18 @@ Variable* FindVariable(std::string_view key) noexcept {
 
 Variable& VariableAt(std::size_t i) noexcept { return TheStore().variables[i]; }
 
+Variable& UnsavedVariable(int control, std::uint32_t initial) {
+  const auto [at, isNew] = TheStore().unsaved.try_emplace(control);
+  if (isNew) at->second.initial = at->second.variable.number = initial;
+  return at->second.variable;
+}
+
 void ResetVariables() {
+  ResetSavedVariables();
+  for (auto& [control, number] : TheStore().unsaved) number.variable.number = number.initial;
+}
+
+void ResetSavedVariables() {
   for (Variable& variable : TheStore().variables) GiveDefault(variable);
 }
 

@@ -25,8 +25,13 @@ Variable* FindVariable(std::string_view key) noexcept;
 /// The variable of row i of the SettingsTable, 0 <= i < its size.
 Variable& VariableAt(std::size_t i) noexcept;
 
+/// The variable of a number that no key keeps: as long as the process lives, at first with this value.
+Variable& UnsavedVariable(int control, std::uint32_t initial);
+
 /// Gives every variable its default.
 void ResetVariables();
+/// Those of the SettingsTable only.
+void ResetSavedVariables();
 
 /// Short forms for code that needs a value by key; 0 and empty for keys that do not exist.
 std::uint32_t NumberVariable(std::string_view key) noexcept;

@@ -151,8 +151,7 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
       TakeRange(dialog, control.id);
       return;
     case ControlKind::NumberEdit:
-      InstallFamily(dialog, control.id, *family, variable);
-      if (!variable) SetNumber(dialog, control.id, control.initial);
+      InstallFamily(dialog, control.id, *family, variable ? variable : &UnsavedVariable(control.id, control.initial));
       return;
     default:
       InstallFamily(dialog, control.id, *family, variable);
