@@ -3,7 +3,6 @@
 
 #include <new>
 
-#include "platform/shell_ui.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
@@ -21,6 +20,11 @@ void ShowHelpTopic(Dialog& owner, const char* topic) {
 
 PackedDib ChoosePicture(Dialog& owner) {
   return editorServices.choosePicture ? editorServices.choosePicture(owner) : PackedDib();
+}
+
+int PopupItemMenu(Dialog& dialog, int list, bool byKey, std::span<const MenuItem> items) {
+  const ControlRectangle place = RectangleOfItem(dialog, list, GetSelection(dialog, list));
+  return PopupMenu(&dialog, byKey ? list : 0, place.left, place.bottom, items);
 }
 
 bool RunEditor(Dialog& owner, const DialogTemplate& editor, DialogProcedure procedure, void* parameter) {

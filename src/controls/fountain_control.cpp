@@ -340,6 +340,9 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
     case kKeyDelete:
       if (chosenHandle >= 0) DeleteMarker(dialog, id, chosenHandle);
       return true;
+    case kKeyF2:
+      chosenHandle >= 0 ? AdjustMarkerPosition(dialog, id, chosenHandle) : ChangeColour(dialog, id, chosenHandle);
+      return true;
     case kKeyMenu:
       chosenHandle >= 0 ? MarkerMenu(dialog, id, chosenHandle, menu) : BarMenu(dialog, id, menu);
       return true;
@@ -348,7 +351,11 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
   }
 }
 
-bool InputFountain(Dialog& dialog, int id, const Message& message) {
+std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
+  if (message.number == kMessageInitialiseFountain) {
+    InitialiseFountain(dialog, id, message.a == kFountainOfOwnFile, PointerOf<const FountainSpec>(message.b));
+    return Invalidate(dialog, id), true;
+  }
   const auto fountain = CopyOf(dialog, id);
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
@@ -498,6 +505,7 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
     if (ownFile) fountain->Flags |= kFountainKeepsFile;
     RenderPreview(dialog, id, *fountain);
   }
+  if (const auto before = LockFountain(dialog, id)) FreePreview(*before);
   FreeBlock(HandleOf(GetData(dialog, id)));
   SetData(dialog, id, WordOf(block.Release()));
 }

@@ -83,7 +83,7 @@ void PaintBackground(const DrawRequest& request) {
 
 }  // namespace
 
-void UseSkin(bool use) noexcept { used = use; }
+void UseSkin(bool use) noexcept { used = use && !IsHighContrast(); }
 
 bool HandleSkin(Dialog& dialog, const Message& message) {
   if (!used) return false;

@@ -10,6 +10,7 @@
 #include "controls/read_controls.h"
 #include "platform/dialog_driver.h"
 #include "platform/memory.h"
+#include "platform/shell_ui.h"
 
 namespace glyphmotion {
 namespace {
@@ -295,6 +296,16 @@ TEST(DrawnFaces, ShowTheirStateAndStayInsideAnySize) {
       const auto first = FaceOf(dialog, id, 75, 75);
       SetDirection(dialog, id, 1);
       const auto second = FaceOf(dialog, id, 75, 75);
+      const auto shows = [&](std::uint32_t colour) {
+        for (std::size_t i = 0; i + 2 < second.size(); ++i) {
+          if (second[i] == (colour >> 16 & 0xFF) && second[i + 1] == (colour >> 8 & 0xFF) &&
+              second[i + 2] == (colour & 0xFF)) {
+            return true;
+          }
+        }
+        return false;
+      };
+      EXPECT_TRUE(shows(GetSystemColour(SystemColour::Selection))) << "the desktop's own mark of a choice";
       Enable(dialog, id, false);
       EXPECT_NE(first, second);
       EXPECT_NE(second, FaceOf(dialog, id, 75, 75));
