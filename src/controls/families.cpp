@@ -79,7 +79,7 @@ std::int64_t FamilyProcedure(Dialog& dialog, int id, const Message& message) {
       if (family->destroy) family->destroy(dialog, id);
       return 0;
     default:
-      return family->input && family->input(dialog, id, message);
+      return family->input ? family->input(dialog, id, message) : 0;
   }
 }
 

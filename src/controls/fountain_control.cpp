@@ -346,6 +346,9 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
     case kKeyDelete:
       if (Input().chosenHandle >= 0) DeleteMarker(dialog, id, Input().chosenHandle);
       return true;
+    case kKeyF2:
+      chosenHandle >= 0 ? AdjustMarkerPosition(dialog, id, chosenHandle) : ChangeColour(dialog, id, chosenHandle);
+      return true;
     case kKeyMenu:
       Input().chosenHandle >= 0 ? MarkerMenu(dialog, id, Input().chosenHandle, menu) : BarMenu(dialog, id, menu);
       return true;
@@ -354,7 +357,11 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
   }
 }
 
-bool InputFountain(Dialog& dialog, int id, const Message& message) {
+std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
+  if (message.number == kMessageInitialiseFountain) {
+    InitialiseFountain(dialog, id, message.a == kFountainOfOwnFile, PointerOf<const FountainSpec>(message.b));
+    return Invalidate(dialog, id), true;
+  }
   const auto fountain = CopyOf(dialog, id);
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
@@ -504,6 +511,7 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
     if (ownFile) fountain->Flags |= kFountainKeepsFile;
     RenderPreview(dialog, id, *fountain);
   }
+  if (const auto before = LockFountain(dialog, id)) FreePreview(*before);
   FreeBlock(HandleOf(GetData(dialog, id)));
   SetData(dialog, id, WordOf(block.Release()));
 }

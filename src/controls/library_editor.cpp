@@ -78,7 +78,7 @@ std::string FileToChoose(const std::string& name, const char* extension, const c
 }
 
 bool AskToDelete(Dialog* owner, int question, const std::string& fileName) {
-  return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNo);
+  return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNoKeep);
 }
 
 bool Refuse(Dialog* owner, int message) {
@@ -113,7 +113,7 @@ std::optional<std::string> AskNewGroup(Dialog* owner, const GroupKind& kind) {
   }
   const std::string file = FileOfGroup(*name, kind.extension);
   if (FileExists(JoinPath(DataFolder(), file)) &&
-      !ShowMessage(owner, FormatText(kTextAskReplaceGroup, GroupOf(file)), MessageButtons::YesNo)) {
+      !ShowMessage(owner, FormatText(kTextAskReplaceGroup, GroupOf(file)), MessageButtons::YesNoKeep)) {
     return std::nullopt;
   }
   return file;

@@ -28,6 +28,11 @@ int ReadNumber(const Dialog& dialog, int id) {
   return static_cast<int>(std::clamp<std::int64_t>(value, range.minimum, range.maximum));
 }
 
+void ShowReadNumber(Dialog& dialog, int id) {
+  const std::string used = std::to_string(ReadNumber(dialog, id));
+  if (GetText(dialog, id) != used) SetText(dialog, id, used);
+}
+
 bool ReadCheck(const Dialog& dialog, int id) { return GetCheck(dialog, id); }
 
 Colour ReadColour(const Dialog& dialog, int id) { return static_cast<Colour>(GetNumber(dialog, id, false)); }

@@ -23,6 +23,8 @@ void TakeRange(Dialog& dialog, int upDown);
 
 /// A number edit's value, clamped to the range in its up-down's caption.
 int ReadNumber(const Dialog& dialog, int id);
+/// Puts what ReadNumber gives into the edit, if it shows anything else.
+void ShowReadNumber(Dialog& dialog, int id);
 /// True if and only if the check state is 1.
 bool ReadCheck(const Dialog& dialog, int id);
 /// A colour button holds its value as decimal text.

@@ -9,20 +9,20 @@ namespace {
 using namespace panel;
 
 constexpr auto kControls = Join(
-    MaterialField({kSwatches, 1}, "&Fill:", 749, 0xBD7E40),
-    NumberField({kNumbers, 1}, "O&pacity:", 757, "0,255,255", "Style016FillOpacity"),
+    MaterialField({kSwatches, 1}, "F&ill:", 749, 0xBD7E40),
+    NumberField({kNumbers, 1}, "Opacit&y:", 757, "0,255,255", "Style016FillOpacity"),
     NumberField({kChecks, 1}, "Fra&mes:", 761, "2,32760,64", "Style016Frames"),
     MaterialField({kSwatches, 2}, "&Shadow:", 751, 0x7F7F7F),
     NumberField({kNumbers, 2}, "Op&acity:", 759, "0,255,255", "Style016ShadowOpacity"),
-    CheckBox({kChecks, 2}, "S&hadow enable", 769, "Style016ShadowEnable"),
-    MaterialField({kSwatches, 3}, "&Background:", 753, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Soft&ness:", 763, "0,40,10", "Style016Soft"),
+    CheckBox({kChecks, 2}, "Shadow enable", 769, "Style016ShadowEnable"),
+    MaterialField({kSwatches, 3}, "Bac&kground:", 753, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Softness:", 763, "0,40,10", "Style016Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 755, "Style016OutlineColor"),
-    NumberField({kNumbers, 4}, "Shado&w offset:", 765, "1,255,4", "Style016ShadowOffset"),
-    CheckBox({kChecks, 4}, "O&utline enable", 770, "Style016OutlineEnable"),
-    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 767, "Style016ShadowDirection"),
-    NumberField({kNumbers, 5}, "Rad&ius:", 772, "1,32,8", "Style016Radius"),
-    CheckBox({kChecks, 5}, "A&lternate universe", 771, "Style016Alternate", 76));
+    NumberField({kNumbers, 4}, "Shadow offset:", 765, "1,255,4", "Style016ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outline enable", 770, "Style016OutlineEnable"),
+    PickerField({kDirections, 1}, "Shado&w direction:", ControlKind::ShadowDirection, 767, "Style016ShadowDirection"),
+    NumberField({kNumbers, 5}, "&Radius:", 772, "1,32,8", "Style016Radius"),
+    CheckBox({kChecks, 5}, "Alter&nate universe", 771, "Style016Alternate", 76));
 
 }  // namespace
 

@@ -9,26 +9,26 @@ namespace {
 using namespace panel;
 
 constexpr auto kControls = Join(
-    MaterialField({kSwatches, 1}, "&Fill:", 282, 0x33CC33),
-    NumberField({kNumbers, 1}, "O&pacity:", 290, "0,255,255", "Style005FillOpacity"),
+    MaterialField({kSwatches, 1}, "F&ill:", 282, 0x33CC33),
+    NumberField({kNumbers, 1}, "Opacit&y:", 290, "0,255,255", "Style005FillOpacity"),
     NumberField({kChecks, 1}, "Fra&mes:", 294, "2,32760,64", "Style005Frames"),
     MaterialField({kSwatches, 2}, "&Shadow:", 284, 0xB2B2B2),
-    NumberField({kNumbers, 2}, "Op&acity:", 292, "0,255,255", "Style005ShadowOpacity"),
-    CheckBox({kChecks, 2}, "S&hadow enable", 304, "Style005ShadowEnable"),
-    MaterialField({kSwatches, 3}, "&Background:", 286, 0x000000),
-    NumberField({kNumbers, 3}, "Soft&ness:", 296, "0,40,10", "Style005Soft"),
+    NumberField({kNumbers, 2}, "Opacity:", 292, "0,255,255", "Style005ShadowOpacity"),
+    CheckBox({kChecks, 2}, "Shadow enable", 304, "Style005ShadowEnable"),
+    MaterialField({kSwatches, 3}, "Bac&kground:", 286, 0x000000),
+    NumberField({kNumbers, 3}, "Softness:", 296, "0,40,10", "Style005Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 288, "Style005OutlineColor"),
-    NumberField({kNumbers, 4}, "Shado&w offset:", 298, "1,255,4", "Style005ShadowOffset"),
-    CheckBox({kChecks, 4}, "O&utline enable", 305, "Style005OutlineEnable"),
-    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 302, "Style005ShadowDirection"),
-    ColourField({kSwatches, 5}, "B&eam color:", 308, "Style005BeamColor"),
+    NumberField({kNumbers, 4}, "Shadow offset:", 298, "1,255,4", "Style005ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outline enable", 305, "Style005OutlineEnable"),
+    PickerField({kDirections, 1}, "Shado&w direction:", ControlKind::ShadowDirection, 302, "Style005ShadowDirection"),
+    ColourField({kSwatches, 5}, "Beam colo&r:", 308, "Style005BeamColor"),
     CheckBox({kEnables, 5}, "Enable", 314, "Style005FillEnable", 42),
-    TwoLineLabel(ColourField({kSwatches, 6}, "Beam outline &color:", 312, "Style005BeamOutColor")),
+    TwoLineLabel(ColourField({kSwatches, 6}, "Beam outli&ne color:", 312, "Style005BeamOutColor")),
     CheckBox({kEnables, 6}, "Enable", 315, "Style005OutEnable", 42),
-    NumberField({kNumbers, 7}, "Beam si&ze:", 306, "1,16,6", "Style005BeamSize"),
-    CheckBox({kChecks, 7}, "Fatten outl&ine beam", 316, "Style005Fatten", 84),
-    NumberField({kNumbers, 8}, "Beam &diffusion:", 310, "0,40,16", "Style005BeamSoft"),
-    PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollTwo, 300, "Style005Scroll"));
+    NumberField({kNumbers, 7}, "Be&am size:", 306, "1,16,6", "Style005BeamSize"),
+    CheckBox({kChecks, 7}, "Fatten outline beam", 316, "Style005Fatten", 84),
+    NumberField({kNumbers, 8}, "Beam diffusion:", 310, "0,40,16", "Style005BeamSoft"),
+    PickerField({kDirections, 5}, "Scroll:", ControlKind::ScrollTwo, 300, "Style005Scroll"));
 
 }  // namespace
 

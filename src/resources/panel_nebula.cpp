@@ -9,22 +9,22 @@ namespace {
 using namespace panel;
 
 constexpr auto kControls = Join(
-    MaterialField({kSwatches, 1}, "&Fill:", 244, 0xBD7E40),
-    NumberField({kNumbers, 1}, "O&pacity:", 252, "0,255,255", "Style004FillOpacity"),
+    MaterialField({kSwatches, 1}, "F&ill:", 244, 0xBD7E40),
+    NumberField({kNumbers, 1}, "Opacity:", 252, "0,255,255", "Style004FillOpacity"),
     NumberField({kChecks, 1}, "Fra&mes:", 256, "2,32760,64", "Style004Frames"),
     MaterialField({kSwatches, 2}, "&Shadow:", 246, 0x7F7F7F),
-    NumberField({kNumbers, 2}, "Op&acity:", 254, "0,255,255", "Style004ShadowOpacity"),
-    CheckBox({kChecks, 2}, "S&hadow enable", 264, "Style004ShadowEnable"),
-    MaterialField({kSwatches, 3}, "&Background:", 248, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Soft&ness:", 258, "0,40,10", "Style004Soft"),
+    NumberField({kNumbers, 2}, "Opacity:", 254, "0,255,255", "Style004ShadowOpacity"),
+    CheckBox({kChecks, 2}, "Shadow enable", 264, "Style004ShadowEnable"),
+    MaterialField({kSwatches, 3}, "Bac&kground:", 248, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Softness:", 258, "0,40,10", "Style004Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 250, "Style004OutlineColor"),
-    NumberField({kNumbers, 4}, "Shado&w offset:", 260, "1,255,4", "Style004ShadowOffset"),
-    CheckBox({kChecks, 4}, "O&utline enable", 265, "Style004OutlineEnable"),
-    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 262, "Style004ShadowDirection"),
-    NumberField({kNumbers, 5}, "Random see&d:", 266, "100,32760,12385", "Style004Seed"),
-    CheckBox({kChecks, 5}, "Fad&e text", 270, "Style004Fadetext"),
-    NumberField({kNumbers, 6}, "Nebula si&ze:", 268, "8,72,32", "Style004Size"),
-    CheckBox({kChecks, 6}, "App&ly to shadow", 271, "Style004Scrambleshadow", 76));
+    NumberField({kNumbers, 4}, "Shadow offset:", 260, "1,255,4", "Style004ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outline enable", 265, "Style004OutlineEnable"),
+    PickerField({kDirections, 1}, "Shado&w direction:", ControlKind::ShadowDirection, 262, "Style004ShadowDirection"),
+    NumberField({kNumbers, 5}, "Ra&ndom seed:", 266, "100,32760,12385", "Style004Seed"),
+    CheckBox({kChecks, 5}, "F&ade text", 270, "Style004Fadetext"),
+    NumberField({kNumbers, 6}, "Nebula size:", 268, "8,72,32", "Style004Size"),
+    CheckBox({kChecks, 6}, "Appl&y to shadow", 271, "Style004Scrambleshadow", 76));
 
 }  // namespace
 

@@ -8,13 +8,13 @@ namespace {
 
 using namespace panel;
 
-constexpr auto kControls = Join(MaterialField({kSwatches, 1}, "&Fill:", 221, 0xBD7E40),
+constexpr auto kControls = Join(MaterialField({kSwatches, 1}, "F&ill:", 221, 0xBD7E40),
                                 NumberField({kChecks, 1}, "Fra&mes:", 227, "2,32760,64", "Style003Frames"),
-                                MaterialField({kSwatches, 3}, "&Background:", 223, 0xFFFFFF),
+                                MaterialField({kSwatches, 3}, "Bac&kground:", 223, 0xFFFFFF),
                                 ColourField({kSwatches, 4}, "&Outline:", 225, "Style003OutlineColor"),
-                                CheckBox({kChecks, 4}, "O&utline enable", 229, "Style003OutlineEnable"),
-                                NumberField({kNumbers, 5}, "Pinch wi&dth:", 230, "10,50,20", "Style003Wavesize"),
-                                NumberField({kNumbers, 6}, "Pin&ch depth:", 232, "1,99,60", "Style003Waveheight"));
+                                CheckBox({kChecks, 4}, "Outline en&able", 229, "Style003OutlineEnable"),
+                                NumberField({kNumbers, 5}, "Pinch &width:", 230, "10,50,20", "Style003Wavesize"),
+                                NumberField({kNumbers, 6}, "Pi&nch depth:", 232, "1,99,60", "Style003Waveheight"));
 
 }  // namespace
 

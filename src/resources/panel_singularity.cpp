@@ -9,21 +9,21 @@ namespace {
 using namespace panel;
 
 constexpr auto kControls = Join(
-    MaterialField({kSwatches, 1}, "&Fill:", 924, 0xBD7E40),
-    NumberField({kNumbers, 1}, "O&pacity:", 932, "0,255,255", "Style020FillOpacity"),
+    MaterialField({kSwatches, 1}, "F&ill:", 924, 0xBD7E40),
+    NumberField({kNumbers, 1}, "Opacit&y:", 932, "0,255,255", "Style020FillOpacity"),
     NumberField({kChecks, 1}, "Fra&mes:", 936, "2,32760,64", "Style020Frames"),
     MaterialField({kSwatches, 2}, "&Shadow:", 926, 0x7F7F7F),
     NumberField({kNumbers, 2}, "Op&acity:", 934, "0,255,255", "Style020ShadowOpacity"),
-    CheckBox({kChecks, 2}, "S&hadow enable", 946, "Style020ShadowEnable"),
-    MaterialField({kSwatches, 3}, "&Background:", 928, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Soft&ness:", 938, "0,40,10", "Style020Soft"),
+    CheckBox({kChecks, 2}, "Shadow enable", 946, "Style020ShadowEnable"),
+    MaterialField({kSwatches, 3}, "Bac&kground:", 928, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Softness:", 938, "0,40,10", "Style020Soft"),
     ColourField({kSwatches, 4}, "&Outline:", 930, "Style020OutlineColor"),
-    NumberField({kNumbers, 4}, "Shado&w offset:", 940, "1,255,4", "Style020ShadowOffset"),
-    CheckBox({kChecks, 4}, "O&utline enable", 947, "Style020OutlineEnable"),
-    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 944, "Style020ShadowDirection"),
-    NumberField({kNumbers, 5}, "An&gle:", 942, "45,720,224", "Style020Angle"),
+    NumberField({kNumbers, 4}, "Shadow offset:", 940, "1,255,4", "Style020ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outline enable", 947, "Style020OutlineEnable"),
+    PickerField({kDirections, 1}, "Shado&w direction:", ControlKind::ShadowDirection, 944, "Style020ShadowDirection"),
+    NumberField({kNumbers, 5}, "A&ngle:", 942, "45,720,224", "Style020Angle"),
     CheckBox({kChecks, 5}, "Smooth", 950, "Style020Smooth"),
-    PickerField({kDirections, 5}, "Scro&ll:", ControlKind::ScrollTwo, 948, "Style020Scroll"));
+    PickerField({kDirections, 5}, "Sc&roll:", ControlKind::ScrollTwo, 948, "Style020Scroll"));
 
 }  // namespace
 

@@ -9,23 +9,23 @@ namespace {
 using namespace panel;
 
 constexpr auto kControls = Join(
-    MaterialField({kSwatches, 1}, "Light &fill:", 497, 0xFFF5E8),
-    NumberField({kNumbers, 1}, "O&pacity:", 505, "0,255,255", "Style010FillOpacity"),
+    MaterialField({kSwatches, 1}, "L&ight fill:", 497, 0xFFF5E8),
+    NumberField({kNumbers, 1}, "Opacity:", 505, "0,255,255", "Style010FillOpacity"),
     NumberField({kChecks, 1}, "Fra&mes:", 509, "2,32760,64", "Style010Frames"),
     MaterialField({kSwatches, 2}, "&Shadow:", 499, 0x7F7F7F),
-    NumberField({kNumbers, 2}, "Op&acity:", 507, "0,255,255", "Style010ShadowOpacity"),
-    CheckBox({kChecks, 2}, "S&hadow enable", 517, "Style010ShadowEnable"),
-    MaterialField({kSwatches, 3}, "&Background:", 501, 0xFFFFFF),
-    NumberField({kNumbers, 3}, "Soft&ness:", 511, "0,40,10", nullptr, 20),
+    NumberField({kNumbers, 2}, "Opacity:", 507, "0,255,255", "Style010ShadowOpacity"),
+    CheckBox({kChecks, 2}, "Shadow enable", 517, "Style010ShadowEnable"),
+    MaterialField({kSwatches, 3}, "Bac&kground:", 501, 0xFFFFFF),
+    NumberField({kNumbers, 3}, "Softness:", 511, "0,40,10", nullptr, 20),
     ColourField({kSwatches, 4}, "&Outline:", 503, "Style010OutlineColor"),
-    NumberField({kNumbers, 4}, "Shado&w offset:", 513, "1,255,4", "Style010ShadowOffset"),
-    CheckBox({kChecks, 4}, "O&utline enable", 518, "Style010OutlineEnable"),
-    PickerField({kDirections, 1}, "Shadow di&rection:", ControlKind::ShadowDirection, 515, "Style010ShadowDirection"),
-    MaterialField({kSwatches, 5}, "Dar&k fill:", 521, 0x001F20),
-    NumberField({kNumbers, 5}, "Random see&d:", 519, "100,32760,11234", "Style010Seed"),
-    CheckBox({kChecks, 5}, "Random dela&y", 527, "Style010RandomDelay"),
-    NumberField({kNumbers, 6}, "Pi&xel size:", 523, "1,8,1", "Style010Size"),
-    NumberField({kNumbers, 7}, "&Interference:", 525, "0,255,160", "Style010Interference"));
+    NumberField({kNumbers, 4}, "Shadow offset:", 513, "1,255,4", "Style010ShadowOffset"),
+    CheckBox({kChecks, 4}, "Outline enable", 518, "Style010OutlineEnable"),
+    PickerField({kDirections, 1}, "Shado&w direction:", ControlKind::ShadowDirection, 515, "Style010ShadowDirection"),
+    MaterialField({kSwatches, 5}, "D&ark fill:", 521, 0x001F20),
+    NumberField({kNumbers, 5}, "Ra&ndom seed:", 519, "100,32760,11234", "Style010Seed"),
+    CheckBox({kChecks, 5}, "Random dela&y:", 527, "Style010RandomDelay"),
+    NumberField({kNumbers, 6}, "Pixel size:", 523, "1,8,1", "Style010Size"),
+    NumberField({kNumbers, 7}, "Inte&rference:", 525, "0,255,160", "Style010Interference"));
 
 }  // namespace
 

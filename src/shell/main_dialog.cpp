@@ -33,6 +33,7 @@
 #include "shell/about_box.h"
 #include "shell/build_driver.h"
 #include "shell/documents.h"
+#include "shell/help_topics.h"
 #include "shell/registration.h"
 #include "shell/sample_window.h"
 #include "shell/settings.h"
@@ -152,8 +153,7 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
       TakeRange(dialog, control.id);
       return;
     case ControlKind::NumberEdit:
-      InstallFamily(dialog, control.id, *family, variable);
-      if (!variable) SetNumber(dialog, control.id, control.initial);
+      InstallFamily(dialog, control.id, *family, variable ? variable : &UnsavedVariable(control.id, control.initial));
       return;
     default:
       InstallFamily(dialog, control.id, *family, variable);
@@ -240,7 +240,10 @@ void ShowDocumentMenu(Dialog& dialog) {
   const MenuItem items[] = {{Open, LoadText(kTextMenuOpen), false},
                             {Save, LoadText(kTextMenuSave), false},
                             {SaveAs, LoadText(kTextMenuSaveAs), false}};
-  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  // Pressed by key, with the pointer elsewhere, the button has the menu below it.
+  const ControlRectangle place = RectangleOf(dialog, OpenSave);
+  const int below = IsPointerOver(dialog, OpenSave) ? 0 : int{OpenSave};
+  const int chosen = PopupMenu(&dialog, below, 0, place.bottom - place.top, items);
   if (chosen) PostCommand(dialog, chosen);
 }
 
@@ -484,6 +487,7 @@ void OnEffect(Dialog& dialog, int code) {
 // Every other control: its family knows what to do with it.
 void OnOption(Dialog& dialog, int id, int code) {
   if (!IsDialogVisible(dialog) || !HasControl(dialog, id)) return;
+  if (code == kEditLeft) return ShowReadNumber(dialog, id);
   if (KindOf(dialog, id) == ControlKind::ColourButton) return PickColour(dialog, id);
   Store(dialog, id);
   if (id < kFirstOptionOfTheSample) return;
@@ -583,6 +587,9 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
     case kMessageRepaintSample:
       State().repaintPosted = false;
       Invalidate(dialog, Sample);
+      return 1;
+    case kMessageHelp:
+      ShowTopic(dialog, HelpTopicOf(dialog, static_cast<int>(message.a)).c_str());
       return 1;
     case kMessageTimer:
       OnTimer(dialog, static_cast<int>(message.a));

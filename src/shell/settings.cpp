@@ -101,7 +101,7 @@ std::string ValueText(const Variable& variable) {
 void ResetForLoading() {
   Variable* openPath = FindVariable("OpenPath");
   const std::string kept = openPath->text;
-  ResetVariables();
+  ResetSavedVariables();
   openPath->text = kept;
 }
 

@@ -133,8 +133,11 @@ TEST(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
     EXPECT_NE(Lines(folder / "fresh.gm4"), written);
     EXPECT_EQ(Lines(folder / "read.gm4"), written) << "seed " << seed;
 
+    RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "next.gm4"); });
+    EXPECT_EQ(Lines(folder / "next.gm4").at("SPNBTN511"), written.at("SPNBTN511")) << "within one process";
     ResetVariables();
     RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "later.gm4"); });
+    EXPECT_EQ(Lines(folder / "later.gm4").at("SPNBTN511"), "20");
     const auto later = Lines(folder / "later.gm4");
     for (const auto& [control, value] : written) {
       // Materials have files of their own, Custom palette lives for one run, a palette format allows no alpha, and the

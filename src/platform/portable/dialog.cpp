@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "platform/dialog_number.h"
 #include "platform/portable/dialog_state.h"
@@ -233,6 +234,14 @@ void SetItemSize(Dialog& dialog, int id, int width, int height) {
   control->itemHeight = height;
 }
 
+ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  if (!FindItem(control, index)) return {};
+  const int height = control->itemHeight > 0 ? control->itemHeight : kBaseHeight;
+  const int width = control->itemWidth > 0 ? control->itemWidth : control->place.right - control->place.left;
+  return {0, index * height, width, (index + 1) * height};
+}
+
 int GetSelection(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   return control ? control->selection : -1;
@@ -293,8 +302,10 @@ bool IsDialogVisible(const Dialog& dialog) { return dialog.visible; }
 
 void SetFocus(Dialog& dialog, int id) {
   if (!FindControl(dialog, id)) return;
-  dialog.focus = id;
+  const int before = std::exchange(dialog.focus, id);
   NotifyObserver(dialog, DialogChange::Focus, id);
+  if (before == id || !IsEdit(KindOf(dialog, before))) return;
+  Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(before), kEditLeft});
 }
 
 int FocusOf(const Dialog& dialog) { return dialog.focus; }

@@ -196,6 +196,12 @@ bool StepNumber(Dialog& dialog, const Control& edit, int step) {
   return false;
 }
 
+void PressListKey(Dialog& dialog, const Control& list, KeyCode key) {
+  if (key == kKeyDelete) SendCommand(dialog, list.id, kDeletePressed);
+  if (key == kKeyF2) SendCommand(dialog, list.id, kRenamePressed);
+  if (key == kKeyMenu && list.selection >= 0) SendCommand(dialog, list.id, kItemMenuByKey);
+}
+
 /// An item of a list is chosen and then clicked once more, or with the other button.
 bool ChooseAndTell(Dialog& dialog, int id, int index, CommandCode code) {
   if (!IsList(KindOf(dialog, id)) || !Choose(dialog, id, index) || dialog.ended) return false;
@@ -293,6 +299,8 @@ void CaptureMouse(Dialog& dialog, int id) {
 
 void ReleaseMouse(Dialog& dialog) { dialog.capture = 0; }
 
+bool IsPointerOver(const Dialog&, int) { return true; }
+
 bool HasCapture(const Dialog& dialog, int id) { return dialog.capture == id && FindControl(dialog, id); }
 
 void Pump(Dialog& dialog) {
@@ -356,8 +364,12 @@ bool RightClick(Dialog& dialog, int id, int index) { return ChooseAndTell(dialog
 bool PressKey(Dialog& dialog, int id, KeyCode key) {
   Control* control = Reachable(dialog, id);
   if (!control) return false;
-  if (control->procedure) SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
-  if (IsList(control->kind) && key == kKeyDelete) SendCommand(dialog, id, kDeletePressed);
+  if (key == kKeyF1) {
+    Send(dialog, {kMessageHelp, static_cast<std::uint64_t>(id), 0});
+  } else if (control->procedure) {
+    SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
+  }
+  if (IsList(control->kind)) PressListKey(dialog, *control, key);
   if (control->kind == ControlKind::NumberEdit && (key == kKeyUp || key == kKeyDown)) {
     StepNumber(dialog, *control, key == kKeyUp ? 1 : -1);
   }

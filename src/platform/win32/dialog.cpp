@@ -52,6 +52,15 @@ bool HasStyle(const Control* control, LONG_PTR style) {
 int Scaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels * ScaleOf(dialog))); }
 int Unscaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels / ScaleOf(dialog))); }
 
+void ChangeStyle(HWND window, LONG_PTR part, bool on) {
+  const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE), wanted = on ? style | part : style & ~part;
+  if (wanted != style) SetWindowLongPtrW(window, GWL_STYLE, wanted);
+}
+
+void TakeDigitsOnly(HWND edit, bool digits) {
+  if (edit) ChangeStyle(edit, ES_NUMBER, digits);
+}
+
 /// A control that goes out of reach must not keep the keyboard.
 void LeaveFocus(const Dialog& dialog, const Control& control) {
   if (GetFocus() == control.window) SendMessageW(dialog.window, WM_NEXTDLGCTL, 0, FALSE);
@@ -180,6 +189,17 @@ void SetItemSize(Dialog& dialog, int id, int width, int height) {
   }
 }
 
+ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  RECT place{};
+  if (!control || !IsList(control->kind) ||
+      Ask(*control, LB_GETITEMRECT, Index(index), reinterpret_cast<LPARAM>(&place)) == LB_ERR) {
+    return {};
+  }
+  return {Unscaled(dialog, place.left), Unscaled(dialog, place.top), Unscaled(dialog, place.right),
+          Unscaled(dialog, place.bottom)};
+}
+
 int GetSelection(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   const ItemMessages* items = ItemsOf(control);
@@ -304,7 +324,10 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   const Control* control = FindControl(dialog, id);
   if (!control) return;
   if (minimum > maximum) std::swap(minimum, maximum);
-  if (control->kind == ControlKind::UpDown) Ask(*control, UDM_SETRANGE32, Index(minimum), maximum);
+  if (control->kind == ControlKind::UpDown) {
+    Ask(*control, UDM_SETRANGE32, Index(minimum), maximum);
+    TakeDigitsOnly(reinterpret_cast<HWND>(Ask(*control, UDM_GETBUDDY)), minimum >= 0);
+  }
   if (control->kind == ControlKind::Trackbar) {
     Ask(*control, TBM_SETRANGEMIN, FALSE, minimum);
     Ask(*control, TBM_SETRANGEMAX, TRUE, maximum);
@@ -322,10 +345,7 @@ void SetTicks(Dialog& dialog, int id, int every) {
 
 void SetTabStop(Dialog& dialog, int id, bool stops) {
   const Control* control = FindControl(dialog, id);
-  if (!control) return;
-  const LONG_PTR style = GetWindowLongPtrW(control->window, GWL_STYLE);
-  const LONG_PTR wanted = stops ? style | WS_TABSTOP : style & ~LONG_PTR{WS_TABSTOP};
-  if (wanted != style) SetWindowLongPtrW(control->window, GWL_STYLE, wanted);
+  if (control) ChangeStyle(control->window, WS_TABSTOP, stops);
 }
 
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
@@ -376,6 +396,13 @@ void ReleaseMouse(Dialog& dialog) {
   dialog.releasing = true;
   ReleaseCapture();
   dialog.releasing = false;
+}
+
+bool IsPointerOver(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  RECT place;
+  POINT pointer;
+  return control && GetCursorPos(&pointer) && GetWindowRect(control->window, &place) && PtInRect(&place, pointer);
 }
 
 bool HasCapture(const Dialog& dialog, int id) {
