@@ -7,6 +7,22 @@
 #include <cstring>
 
 namespace glyphmotion {
+namespace {
+
+// The lowest slot in neither, or 256.
+int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
+  int slot = 0;
+  while (slot < 256 && (a[static_cast<std::size_t>(slot)] || b[static_cast<std::size_t>(slot)])) ++slot;
+  return slot;
+}
+
+}  // namespace
+
+int UnusedSlot(const GifPixels& pixels) {
+  const int slot = Gap(pixels.must, pixels.may);
+  return slot > 255 ? -1 : slot;
+}
+
 int GifCodeSize(int largest) {
   int bits = 2;
   while (1 << bits <= largest) ++bits;
@@ -27,12 +43,6 @@ constexpr std::size_t kClose = 32;      // share of the bytes by which a second 
 constexpr int kLongestDearPeriod = 32;  // frames
 constexpr int kNarrowPeriod = 4;        // frames after which a method runs again that was beaten by little
 constexpr std::size_t kFullDictionary = 3800;  // bytes, about what fills it
-
-int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
-  int slot = 0;
-  while (slot < 256 && (a[static_cast<std::size_t>(slot)] || b[static_cast<std::size_t>(slot)])) ++slot;
-  return slot;
-}
 
 int Largest(const std::array<bool, 256>& slots) {
   int largest = 255;

@@ -26,6 +26,9 @@ struct GifPixels {
   bool hasFree = false, hasWildcard = false;  ///< there are pixels of this kind
 };
 
+/// The lowest slot that no pixel has, or -1.
+int UnusedSlot(const GifPixels& pixels);
+
 /// The bits that codes begin with for slots up to `largest`, 2 to 8.
 int GifCodeSize(int largest);
 
