@@ -108,41 +108,6 @@ GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict
   }
 }
 
-// Finds which symbols there are. Most of a picture is even: groups that repeat are skipped; and once a picture has
-// shown all of them nothing new can come.
-void FindSymbols(GifPixels& pixels) {
-  constexpr std::size_t kBlock = 4096;
-  std::array<std::array<bool, 256>, 3> seen{};  // by kind
-  const auto any = [](const std::array<bool, 256>& of) { return std::find(of.begin(), of.end(), true) != of.end(); };
-  const auto all = [](const std::array<bool, 256>& of) { return std::find(of.begin(), of.end(), false) == of.end(); };
-  const std::uint8_t* symbol = pixels.symbols.data();
-  const GifPixel* kind = pixels.kinds.data();
-  const std::size_t count = pixels.symbols.size();
-  std::uint64_t lastSymbols = 0, lastKinds = ~std::uint64_t{0};
-  std::size_t i = 0, check = kBlock;
-  for (; i + 8 <= count; i += 8) {
-    if (i >= check) {
-      check += kBlock;
-      if (all(seen[0]) && all(seen[1]) && !std::memchr(kind + i, static_cast<int>(GifPixel::Wildcard), count - i)) {
-        i = count;
-        break;
-      }
-    }
-    std::uint64_t symbols, kinds;
-    std::memcpy(&symbols, symbol + i, 8);
-    std::memcpy(&kinds, kind + i, 8);
-    if (symbols == lastSymbols && kinds == lastKinds) continue;
-    lastSymbols = symbols;
-    lastKinds = kinds;
-    for (std::size_t k = i; k < i + 8; ++k) seen[static_cast<std::size_t>(kind[k])][symbol[k]] = true;
-  }
-  for (; i < count; ++i) seen[static_cast<std::size_t>(kind[i])][symbol[i]] = true;
-  pixels.must = seen[static_cast<std::size_t>(GifPixel::Colour)];
-  pixels.may = seen[static_cast<std::size_t>(GifPixel::Free)];
-  pixels.hasFree = any(pixels.may);
-  pixels.hasWildcard = any(seen[static_cast<std::size_t>(GifPixel::Wildcard)]);
-}
-
 // The symbol of the fewest pixels that must be written.
 std::uint8_t RarestSymbol(const GifPixels& pixels) {
   std::array<std::size_t, 256> count{};
@@ -155,7 +120,56 @@ template <typename Symbols>
 void LeaveToWildcard(GifPixels& pixels, Symbols symbols) {
   for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
     if (symbols(pixels.symbols[i])) pixels.kinds[i] = GifPixel::Wildcard;
-  FindSymbols(pixels);
+  FindSlots(pixels);
+}
+
+// A palette of a frame's own: what it must write first.
+GifPalette OwnPalette(const HeldFrame& frame, std::span<const std::uint32_t> colours) {
+  GifPalette palette;
+  for (const bool must : {true, false})
+    for (std::size_t i = 0; i < 256; ++i)
+      if (must ? frame.pixels.must[i] : frame.pixels.may[i] && !frame.pixels.must[i])
+        palette.Append(frame.IdOf(i), colours[frame.IdOf(i)]);
+  return palette;
+}
+
+// Turns the frame's own symbols into slots of the palette.
+void UseSlots(HeldFrame& frame, const GifPalette& palette) {
+  GifPixels& pixels = frame.pixels;
+  std::array<std::uint8_t, 256> slotOf{};
+  std::array<bool, 256> must{}, may{};
+  bool same = true;
+  for (std::size_t i = 0; i < 256; ++i) {
+    if (!pixels.must[i] && !pixels.may[i]) continue;
+    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
+    same &= slotOf[i] == i;
+    must[slotOf[i]] = pixels.must[i];
+    may[slotOf[i]] = pixels.may[i];
+  }
+  if (!same)
+    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
+  pixels.must = must;
+  pixels.may = may;
+}
+
+// The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
+// ids. `index`: it has to name a transparent index, used or not. `frame` is used up; threads only share what is const.
+GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
+                         GifFrameCompressor& compressor) {
+  GifFileFrame out;
+  out.crop = frame.crop;
+  out.disposal = frame.disposal;
+  out.delay = frame.delay;
+  if (!common) out.own = OwnPalette(frame, colours);
+  const GifPalette& palette = common ? *common : *out.own;
+  UseSlots(frame, palette);
+  GifStream stream = compressor.Compress(frame.pixels, palette.Bits());
+  out.wildcard = stream.wildcard;
+  if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);
+  out.codeSize = stream.codeSize;
+  out.bytes = std::move(stream.bytes);
+  if (out.own) out.own->Reserve(out.wildcard + 1);
+  return out;
 }
 
 }  // namespace
@@ -194,7 +208,6 @@ struct GifWriter::State {
   void SpareIndices();
   void Settle();
   std::vector<bool> ChoosePalettes();
-  void Encode(HeldFrame& frame, bool ownPalette);
 };
 
 GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
@@ -352,7 +365,7 @@ void GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
     Narrow(&pixels.symbols[static_cast<std::size_t>(y - crop.top) * columns],
            &shown[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left)],
            columns);
-  FindSymbols(pixels);
+  FindSlots(pixels);
 }
 
 // With symbols by frequency. Usually all colours of the crop get one; only those that must be written where that would
@@ -383,7 +396,7 @@ void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const 
     if (onlyMust && pixels.kinds[i] == GifPixel::Free) pixels.kinds[i] = GifPixel::Wildcard;
     pixels.symbols[i] = pixels.kinds[i] == GifPixel::Wildcard ? std::uint8_t{0} : symbolOf[idAt(i)];
   }
-  FindSymbols(pixels);
+  FindSlots(pixels);
 }
 
 // Frees an index in the frames that need a transparent one and have 256 colours. A colour that only unchanged pixels
@@ -437,57 +450,21 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the frames held.
+// Compresses the frames held. Each depends on nothing but its own pixels and the common palette as it is now, so that
+// they may be compressed in any order or at once; the entries for their transparent indices come afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();
-  compressor.Expect(heldBytes / 2);
+  const std::size_t first = encoded.size();
+  encoded.resize(first + held.size());
   for (std::size_t i = 0; i < held.size(); ++i) {
-    Encode(held[i], own[i]);
+    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough, compressor);
     held[i] = {};
   }
+  for (std::size_t i = first; i < encoded.size(); ++i)
+    if (!encoded[i].own) common.Reserve(encoded[i].wildcard + 1);
   held.clear();
   heldBytes = 0;
-}
-
-void GifWriter::State::Encode(HeldFrame& frame, bool ownPalette) {
-  GifFileFrame& written = encoded.emplace_back();
-  written.crop = frame.crop;
-  written.disposal = frame.disposal;
-  written.delay = frame.delay;
-  GifPixels& pixels = frame.pixels;
-  GifPalette own;
-  if (ownPalette)
-    for (const bool must : {true, false})
-      for (std::size_t i = 0; i < 256; ++i) {
-        const Id id = pixels.must[i] || pixels.may[i] ? frame.IdOf(i) : Id{0};
-        if ((must ? pixels.must[i] : pixels.may[i] && !pixels.must[i]) && own.SlotOf(id) < 0)
-          own.Append(id, ids.colours[id]);
-      }
-  GifPalette& palette = ownPalette ? own : common;
-
-  std::array<std::uint8_t, 256> slotOf{};
-  std::array<bool, 256> must{}, may{};
-  bool same = true;
-  for (std::size_t i = 0; i < 256; ++i) {
-    if (!pixels.must[i] && !pixels.may[i]) continue;
-    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
-    same &= slotOf[i] == i;
-    must[slotOf[i]] |= pixels.must[i];
-    may[slotOf[i]] |= pixels.may[i];
-  }
-  if (!same)
-    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
-  pixels.must = must;
-  pixels.may = may;
-
-  written.wildcard = compressor.Compress(pixels, palette.Bits());
-  if (written.wildcard < 0 && seeThrough) written.wildcard = UnusedSlot(pixels);
-  palette.Reserve(written.wildcard + 1);
-  const LzwCodes& codes = compressor.Codes();
-  written.codeSize = codes.minCodeSize;
-  PackLzw(codes, written.bytes);
-  if (ownPalette) written.own = std::move(own);
 }
 
 std::vector<std::uint8_t> GifWriter::Finish() {
