@@ -96,6 +96,11 @@ GLYPHMOTION_CLONES void WriteWildcards(std::uint8_t* __restrict out, const std::
   }
 }
 
+GLYPHMOTION_CLONES void PutWildcards(std::uint8_t* __restrict symbols, const GifPixel* __restrict kinds,
+                                     std::size_t count, std::uint8_t wildcard) {
+  for (std::size_t i = 0; i < count; ++i) symbols[i] = kinds[i] == GifPixel::Wildcard ? wildcard : symbols[i];
+}
+
 GLYPHMOTION_CLONES void FindFree(std::uint8_t* __restrict out, const GifPixel* __restrict kinds, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) out[i] = kinds[i] == GifPixel::Free;
 }
@@ -185,8 +190,7 @@ GifFrameCompressor::Task GifFrameCompressor::TaskOf(GifPixels& pixels, int wildc
   Task task;
   task.wildcard = static_cast<std::uint8_t>(std::max(wildcard, 0));
   if (pixels.hasWildcard)
-    for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
-      if (pixels.kinds[i] == GifPixel::Wildcard) pixels.symbols[i] = task.wildcard;
+    PutWildcards(pixels.symbols.data(), pixels.kinds.data(), pixels.symbols.size(), task.wildcard);
   task.symbols = task.reached = pixels.symbols;
   const int largest = Largest(pixels.must);
   task.plainSize = GifCodeSize(std::max({largest, Largest(pixels.may), pixels.hasWildcard ? wildcard : 0}));
@@ -213,8 +217,11 @@ void GifFrameCompressor::FindFreedom(const GifPixels& pixels, Task& task) {
   }
   if (any) {
     reached_ = pixels.symbols;
-    for (std::size_t i = 0; i < count; ++i)
-      if (free_[i] && dropped[reached_[i]]) reached_[i] = task.wildcard, free_[i] = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const bool drop = free_[i] & dropped[reached_[i]];
+      reached_[i] = drop ? task.wildcard : reached_[i];
+      free_[i] ^= drop;
+    }
     task.reached = reached_;
   }
   task.free = task.open = free_;
