@@ -236,10 +236,11 @@ GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const Task task = TaskOf(pixels, wildcard, paletteBits);
   const bool small = task.symbols.size() <= kSmall;
   Best best;
+  // The quick ones first: then the slow choice is soon given up where it loses.
   const auto tryStrategies = [&](LzwMode mode) {
-    Try(task, Strategy::Plain, mode, best);
-    if (task.free.empty()) return;
-    for (const Strategy strategy : {Strategy::Choice, Strategy::Varied, Strategy::Often, Strategy::Wildcards})
+    if (task.free.empty()) return Try(task, Strategy::Plain, mode, best);
+    for (const Strategy strategy :
+         {Strategy::Wildcards, Strategy::Plain, Strategy::Varied, Strategy::Often, Strategy::Choice})
       Try(task, strategy, mode, best);
   };
   if (small) {
