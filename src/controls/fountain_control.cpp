@@ -347,7 +347,11 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
       if (Input().chosenHandle >= 0) DeleteMarker(dialog, id, Input().chosenHandle);
       return true;
     case kKeyF2:
-      chosenHandle >= 0 ? AdjustMarkerPosition(dialog, id, chosenHandle) : ChangeColour(dialog, id, chosenHandle);
+      if (const int handle = Input().chosenHandle; handle >= 0) {
+        AdjustMarkerPosition(dialog, id, handle);
+      } else {
+        ChangeColour(dialog, id, handle);
+      }
       return true;
     case kKeyMenu:
       Input().chosenHandle >= 0 ? MarkerMenu(dialog, id, Input().chosenHandle, menu) : BarMenu(dialog, id, menu);
