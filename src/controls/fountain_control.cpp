@@ -347,11 +347,8 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
       if (Input().chosenHandle >= 0) DeleteMarker(dialog, id, Input().chosenHandle);
       return true;
     case kKeyF2:
-      if (const int handle = Input().chosenHandle; handle >= 0) {
-        AdjustMarkerPosition(dialog, id, handle);
-      } else {
-        ChangeColour(dialog, id, handle);
-      }
+      Input().chosenHandle >= 0 ? AdjustMarkerPosition(dialog, id, Input().chosenHandle)
+                                : ChangeColour(dialog, id, Input().chosenHandle);
       return true;
     case kKeyMenu:
       Input().chosenHandle >= 0 ? MarkerMenu(dialog, id, Input().chosenHandle, menu) : BarMenu(dialog, id, menu);
