@@ -66,16 +66,14 @@ int LastPickerIndex(ControlKind kind) {
   }
 }
 
-// The control of the effect's panel whose key is its stem and then `name`, case ignored: "frames" for Style008Frames.
-// The shadow's softness goes by its role, as one panel has no key for it.
+// The control of the effect's panel with an option's name, case ignored: "frames" for Style008Frames. The shadow's
+// softness goes by its role, as one panel has no key for it.
 const ControlTemplate* FindInPanel(const EffectDescriptor& effect, std::string_view name) {
-  constexpr std::size_t kStemLength = 8;  // "Style008"
   for (const ControlTemplate& control : effect.panel->controls) {
-    const std::string_view key = control.key ? control.key : "";
-    if (key.size() > kStemLength && EqualsIgnoringCase(key.substr(kStemLength), name)) return &control;
+    if (!name.empty() && EqualsIgnoringCase(OptionName(control.key), name)) return &control;
   }
-  const bool softness = EqualsIgnoringCase(name, "soft") && effect.roles->softness;
-  return softness ? FindControlOfId(effect.roles->softness) : nullptr;
+  const int softness = effect.panel->roles.softness;
+  return softness && EqualsIgnoringCase(name, "soft") ? FindControlOfId(softness) : nullptr;
 }
 
 const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
@@ -133,7 +131,7 @@ bool ScriptedUser::ChooseEffect(Dialog& dialog) {
 
 bool ScriptedUser::SetMaterials(Dialog& dialog) {
   const EffectDescriptor& effect = CurrentEffect(dialog);
-  const PanelRoles& roles = *effect.roles;
+  const PanelRoles& roles = effect.panel->roles;
   const struct {
     const std::string& value;
     int control;

@@ -2,24 +2,14 @@
 // Background Hyperspace: the stars rush past behind the text. In alpha runs they are in the colours only.
 #include "effects/effect_table.h"
 #include "effects/starfield.h"
-#include "resources/templates.h"
+#include "resources/panel_background_hyperspace.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 709,
-                            .shadow = 711,
-                            .background = 713,
-                            .outline = 715,
-                            .fillOpacity = 717,
-                            .shadowOpacity = 719,
-                            .softness = 723,
-                            .shadowOffset = 725,
-                            .shadowDirection = 729,
-                            .shadowEnable = 731,
-                            .outlineEnable = 732};
-
-constexpr StarfieldControls kStars{.frames = 721, .seed = 733, .density = 735, .scroll = 727, .colour = 737};
+constexpr const Panel& kPanel = kBackgroundHyperspacePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr StarfieldControls kStars = StarsOf(kPanel);
 
 PackedDib Render(EffectContext& context) {
   StarfieldRun& run = ParametersOf<StarfieldRun>(context);
@@ -44,7 +34,7 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 
 }  // namespace
 
-const EffectDescriptor kBackgroundHyperspace = {
-    "Background Hyperspace", &kBackgroundHyperspacePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kBackgroundHyperspace =
+    EffectOf<kBackgroundHyperspacePanel>("Stars rush past behind the text.", Test, Build, {"Warp speed"});
 
 }  // namespace glyphmotion

@@ -7,26 +7,17 @@
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
 #include "platform/random.h"
-#include "resources/templates.h"
+#include "resources/panel_cubist.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 870,
-                            .shadow = 886,
-                            .background = 888,
-                            .outline = 890,
-                            .fillOpacity = 892,
-                            .shadowOpacity = 894,
-                            .softness = 898,
-                            .shadowOffset = 900,
-                            .shadowDirection = 902,
-                            .shadowEnable = 904,
-                            .outlineEnable = 905};
-
-constexpr int kFrames = 896, kDensity = 906, kSeed = 908, kVariableDensity = 910, kVariableWidth = 911,
-              kLineWidth = 912;
-constexpr OptionalColourControls kColours{872, {{{874, 876}, {877, 879}, {880, 882}, {883, 885}}}};
+constexpr const Panel& kPanel = kCubistPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kDensity = kPanel.Option("Density"), kSeed = kPanel.Option("Seed"),
+              kVariableDensity = kPanel.Option("VariAlpha"), kVariableWidth = kPanel.Option("VariWidth"),
+              kLineWidth = kPanel.Option("Width");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "BeamColor", "BeamEnable");
 
 struct CubistSquare {
   int lineWidth, level;
@@ -135,6 +126,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kCubist =
+    EffectOf<kCubistPanel>("Hollow squares grow and shrink inside the letters.", Test, Build);
 
 }  // namespace glyphmotion

@@ -3,23 +3,14 @@
 // strongly, then settles back. The letters keep their shape; a plain colour shows nothing of it.
 #include "effects/effect_table.h"
 #include "effects/ripple_fill.h"
-#include "resources/templates.h"
+#include "resources/panel_elastic.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 575,
-                            .shadow = 577,
-                            .background = 579,
-                            .outline = 581,
-                            .fillOpacity = 583,
-                            .shadowOpacity = 585,
-                            .softness = 589,
-                            .shadowOffset = 591,
-                            .shadowDirection = 593,
-                            .shadowEnable = 595,
-                            .outlineEnable = 596};
-constexpr int kFrames = 587, kEnergy = 597;
+constexpr const Panel& kPanel = kElasticPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kEnergy = kPanel.Option("Energy");
 
 PackedDib Render(EffectContext& context) {
   ElasticParams& params = ParametersOf<ElasticParams>(context);
@@ -72,7 +63,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kElastic = {"Elastic", &kElasticPanel, Test, Build, TransparentColour<kRoles.background>,
-                                   &kRoles};
+const EffectDescriptor kElastic = EffectOf<kElasticPanel>("The material ripples as if it had been plucked.", Test,
+                                                          Build, {"", "--fill texture:Marble --set Style012Energy=60"});
 
 }  // namespace glyphmotion

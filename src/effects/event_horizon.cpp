@@ -9,23 +9,15 @@
 #include "effects/column_profile.h"
 #include "effects/column_warp.h"
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_event_horizon.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 749,
-                            .shadow = 751,
-                            .background = 753,
-                            .outline = 755,
-                            .fillOpacity = 757,
-                            .shadowOpacity = 759,
-                            .softness = 763,
-                            .shadowOffset = 765,
-                            .shadowDirection = 767,
-                            .shadowEnable = 769,
-                            .outlineEnable = 770};
-constexpr int kFrames = 761, kAlternate = 771, kRadius = 772;
+constexpr const Panel& kPanel = kEventHorizonPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kAlternate = kPanel.Option("Alternate"),
+              kRadius = kPanel.Option("Radius");
 
 // The outline mask is four pixels wider than the frame; the columns there are blank.
 constexpr std::size_t kSpareColumns = 4 * kWarpScale;
@@ -142,7 +134,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kEventHorizon = {
-    "Event Horizon", &kEventHorizonPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kEventHorizon =
+    EffectOf<kEventHorizonPanel>("The text rises out of a flat line and falls back.", Test, Build, {"Event horizon"});
 
 }  // namespace glyphmotion

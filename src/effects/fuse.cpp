@@ -4,23 +4,15 @@
 #include <utility>
 
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_fuse.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 459,
-                            .shadow = 461,
-                            .background = 463,
-                            .outline = 465,
-                            .fillOpacity = 467,
-                            .shadowOpacity = 469,
-                            .softness = 473,
-                            .shadowOffset = 475,
-                            .shadowDirection = 479,
-                            .shadowEnable = 481,
-                            .outlineEnable = 482};
-constexpr int kFrames = 471, kScroll = 477, kLeafSize = 483, kBackFill = 485;
+constexpr const Panel& kPanel = kFusePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll"), kLeafSize = kPanel.Option("Size"),
+              kBackFill = kRoles.material2;
 constexpr int kUpAndDown = 1;  // of the scroll picker: leaves are columns
 
 constexpr double kHalfWay = 0.5;
@@ -104,6 +96,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kFuse = {"Fuse", &kFusePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kFuse = EffectOf<kFusePanel>("Two materials slide through each other in leaves.", Test, Build,
+                                                    {"", "--set Style009Size=4"});
 
 }  // namespace glyphmotion

@@ -13,25 +13,16 @@
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/random.h"
-#include "resources/templates.h"
+#include "resources/panel_gumdrops.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 405,
-                            .shadow = 381,
-                            .background = 383,
-                            .outline = 385,
-                            .fillOpacity = 387,
-                            .shadowOpacity = 389,
-                            .softness = 393,
-                            .shadowOffset = 395,
-                            .shadowDirection = 397,
-                            .shadowEnable = 399,
-                            .outlineEnable = 400};
-
-constexpr int kFrames = 391, kSeed = 401, kDensity = 403, kBevel = 407, kSize = 408, kDrift = 410;
-constexpr OptionalColourControls kColours{367, {{{369, 371}, {372, 374}, {375, 377}, {378, 380}}}};
+constexpr const Panel& kPanel = kGumdropsPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDensity = kPanel.Option("Density"),
+              kBevel = kPanel.Option("BevelEnable"), kSize = kPanel.Option("Size"), kDrift = kPanel.Option("Drift");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "FillColor", "FillEnable");
 
 struct GumdropRecord {
   int x, y;  // home, in percent of the bitmap's sides
@@ -259,7 +250,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kGumdrops = {"Gumdrops", &kGumdropsPanel, Test, Build, TransparentColour<kRoles.background>,
-                                    &kRoles};
+const EffectDescriptor kGumdrops =
+    EffectOf<kGumdropsPanel>("Round sweets swell and shrink inside the letters.", Test, Build);
 
 }  // namespace glyphmotion

@@ -8,23 +8,15 @@
 
 #include "effects/effect_table.h"
 #include "effects/scatter.h"
-#include "resources/templates.h"
+#include "resources/panel_nebula.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 244,
-                            .shadow = 246,
-                            .background = 248,
-                            .outline = 250,
-                            .fillOpacity = 252,
-                            .shadowOpacity = 254,
-                            .softness = 258,
-                            .shadowOffset = 260,
-                            .shadowDirection = 262,
-                            .shadowEnable = 264,
-                            .outlineEnable = 265};
-constexpr int kFrames = 256, kSeed = 266, kSize = 268, kFade = 270, kScatterShadow = 271;
+constexpr const Panel& kPanel = kNebulaPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kSize = kPanel.Option("Size"),
+              kFade = kPanel.Option("Fadetext"), kScatterShadow = kPanel.Option("Scrambleshadow");
 
 struct Parameters {
   std::uint32_t seed = 0;
@@ -101,6 +93,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kNebula = {"Nebula", &kNebulaPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kNebula = EffectOf<kNebulaPanel>("The text condenses out of a cloud and dissolves again.", Test,
+                                                        Build, {"", "--fill #5a3fa0"});
 
 }  // namespace glyphmotion

@@ -7,25 +7,16 @@
 #include "effects/optional_colours.h"
 #include "effects/ray_painter.h"
 #include "platform/random.h"
-#include "resources/templates.h"
+#include "resources/panel_phasers_on_stun.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 818,
-                            .shadow = 834,
-                            .background = 836,
-                            .outline = 838,
-                            .fillOpacity = 840,
-                            .shadowOpacity = 842,
-                            .softness = 846,
-                            .shadowOffset = 848,
-                            .shadowDirection = 850,
-                            .shadowEnable = 852,
-                            .outlineEnable = 853};
-
-constexpr int kFrames = 844, kSeed = 854, kDensity = 856, kPower = 858;
-constexpr OptionalColourControls kColours{820, {{{822, 824}, {825, 827}, {828, 830}, {831, 833}}}};
+constexpr const Panel& kPanel = kPhasersOnStunPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDensity = kPanel.Option("Density"),
+              kPower = kPanel.Option("Beamsize");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "BeamColor", "BeamEnable");
 
 struct PhaserBeam {
   Point from, to;  // frame pixels; on two sides of the frame that face each other
@@ -133,7 +124,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kPhasersOnStun = {
-    "Phasers on Stun", &kPhasersOnStunPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kPhasersOnStun =
+    EffectOf<kPhasersOnStunPanel>("Coloured rays flash across the letters.", Test, Build, {"Stun"});
 
 }  // namespace glyphmotion

@@ -12,6 +12,7 @@
 #include "image/frame_list.h"
 #include "image/packed_dib.h"
 #include "platform/dialog.h"
+#include "resources/panel.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {
@@ -36,14 +37,21 @@ struct EffectContext {
   std::string failure;  ///< why a build failed, when it is not for want of memory: one sentence for the user
 };
 
+/// What shows an effect off in a gallery: a text (empty: the effect's name) and options of the program, by blanks.
+struct EffectExample {
+  const char* text = "";
+  const char* options = "";
+};
+
 /// One row of the EffectTable. The functions never throw; zero means failure.
 struct EffectDescriptor {
-  const char* name = "";
-  const DialogTemplate* panel = nullptr;
+  const char* name = "";  ///< the panel's title
+  const Panel* panel = nullptr;
   int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
-  const PanelRoles* roles = nullptr;  ///< the panel's controls by role
+  const char* summary = "";  ///< one sentence about it, for people who choose
+  EffectExample example;
 };
 
 /// The renderer of one frame; empty on failure.
@@ -106,6 +114,13 @@ Colour SolidBackgroundColour(const Dialog& dialog, int mode, int backgroundContr
 template <int backgroundControl>
 Colour TransparentColour(const Dialog& dialog, int mode) noexcept {
   return SolidBackgroundColour(dialog, mode, backgroundControl);
+}
+
+/// The row of an effect with that panel.
+template <const Panel& panel>
+constexpr EffectDescriptor EffectOf(const char* summary, int (*test)(EffectContext&) noexcept,
+                                    int (*build)(EffectContext&) noexcept, EffectExample example = {}) {
+  return {panel.title, &panel, test, build, TransparentColour<panel.roles.background>, summary, example};
 }
 
 /// The key colour of alpha runs: the AlphaGreyBack setting.

@@ -10,23 +10,15 @@
 #include "effects/effect_table.h"
 #include "image/filters.h"
 #include "image/surface.h"
-#include "resources/templates.h"
+#include "resources/panel_radar.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 538,
-                            .shadow = 540,
-                            .background = 542,
-                            .outline = 544,
-                            .fillOpacity = 546,
-                            .shadowOpacity = 548,
-                            .softness = 550,
-                            .shadowOffset = 552,
-                            .shadowDirection = 556,
-                            .shadowEnable = 558,
-                            .outlineEnable = 559};
-constexpr int kTraceAngle = 554, kTraceColour = 560, kIncrement = 562, kMaskCentre = 564;
+constexpr const Panel& kPanel = kRadarPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kTraceAngle = kPanel.Option("Angle"), kTraceColour = kPanel.Option("TraceColor"),
+              kIncrement = kPanel.Option("Increment"), kMaskCentre = kPanel.Option("MaskCenter");
 
 constexpr int kScale = 4;  // the sweep is drawn at this many times the size
 constexpr double kDegree = 0.017453292519943295;
@@ -138,6 +130,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kRadar = {"Radar", &kRadarPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kRadar =
+    EffectOf<kRadarPanel>("A sweep with a fading trail turns inside the letters.", Test, Build);
 
 }  // namespace glyphmotion

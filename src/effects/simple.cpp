@@ -4,23 +4,14 @@
 #include <algorithm>
 
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_simple.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 100,
-                            .shadow = 102,
-                            .background = 104,
-                            .outline = 106,
-                            .fillOpacity = 108,
-                            .shadowOpacity = 110,
-                            .softness = 114,
-                            .shadowOffset = 116,
-                            .shadowDirection = 120,
-                            .shadowEnable = 122,
-                            .outlineEnable = 123};
-constexpr int kFrames = 112, kScroll = 118;
+constexpr const Panel& kPanel = kSimplePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll");
 
 PackedDib Render(EffectContext& context) {
   return MakeComposer(context, kRoles, ParametersOf<ScrollOffset>(context)).Compose();
@@ -82,6 +73,6 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kSimple = EffectOf<kSimplePanel>("The text scrolls through and rests.", Test, Build);
 
 }  // namespace glyphmotion

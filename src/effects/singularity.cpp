@@ -7,23 +7,15 @@
 #include "effects/effect_table.h"
 #include "effects/repeated_frames.h"
 #include "effects/twist.h"
-#include "resources/templates.h"
+#include "resources/panel_singularity.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 924,
-                            .shadow = 926,
-                            .background = 928,
-                            .outline = 930,
-                            .fillOpacity = 932,
-                            .shadowOpacity = 934,
-                            .softness = 938,
-                            .shadowOffset = 940,
-                            .shadowDirection = 944,
-                            .shadowEnable = 946,
-                            .outlineEnable = 947};
-constexpr int kFrames = 936, kAngle = 942, kDirection = 948, kSmooth = 950;
+constexpr const Panel& kPanel = kSingularityPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kAngle = kPanel.Option("Angle"), kDirection = kPanel.Option("Scroll"),
+              kSmooth = kPanel.Option("Smooth");
 
 constexpr int kLeastStrip = 4;  // columns; a narrower one is left alone
 
@@ -102,7 +94,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSingularity = {
-    "Singularity", &kSingularityPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kSingularity =
+    EffectOf<kSingularityPanel>("A whirlpool swallows the text and lets it go.", Test, Build);
 
 }  // namespace glyphmotion

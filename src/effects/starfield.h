@@ -33,6 +33,11 @@ struct StarfieldControls {
   int frames, seed, density, scroll, colour;
 };
 
+constexpr StarfieldControls StarsOf(const Panel& panel) {
+  return {panel.Option("Frames"), panel.Option("Seed"), panel.Option("Density"), panel.Option("Scroll"),
+          panel.Option("SparkColor")};
+}
+
 /// An effect of stars: its parameter block.
 struct StarfieldRun {
   ScrollOffset offset;  ///< always 0: the text stands still

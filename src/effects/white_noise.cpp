@@ -10,23 +10,16 @@
 
 #include "effects/effect_table.h"
 #include "platform/random.h"
-#include "resources/templates.h"
+#include "resources/panel_white_noise.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 497,
-                            .shadow = 499,
-                            .background = 501,
-                            .outline = 503,
-                            .fillOpacity = 505,
-                            .shadowOpacity = 507,
-                            .softness = 511,
-                            .shadowOffset = 513,
-                            .shadowDirection = 515,
-                            .shadowEnable = 517,
-                            .outlineEnable = 518};
-constexpr int kFrames = 509, kSeed = 519, kDarkFill = 521, kPixelSize = 523, kInterference = 525, kRandomDelay = 527;
+constexpr const Panel& kPanel = kWhiteNoisePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDarkFill = kRoles.material2,
+              kPixelSize = kPanel.Option("Size"), kInterference = kPanel.Option("Interference"),
+              kRandomDelay = kPanel.Option("RandomDelay");
 
 constexpr double kTestPhase = 0.25;
 
@@ -185,7 +178,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kWhiteNoise = {
-    "White Noise", &kWhiteNoisePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kWhiteNoise =
+    EffectOf<kWhiteNoisePanel>("Snowy television between two fills.", Test, Build, {"No signal"});
 
 }  // namespace glyphmotion

@@ -558,8 +558,8 @@ void OnDestroy(Dialog& dialog) {
   CheckRegistration();
   SaveSettings();
   UseSkin(false);
-  for (const DialogTemplate* panel : PanelTemplates()) {
-    for (const ControlTemplate& control : panel->controls) {
+  for (const EffectDescriptor* effect : Effects()) {
+    for (const ControlTemplate& control : effect->panel->controls) {
       if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
     }
   }

@@ -99,10 +99,5 @@ TEST(Elastic, RestsUnbentWhateverTheEnergy) {
   EXPECT_FALSE(weak.frames[1] == strong.frames[1]);
 }
 
-TEST(Elastic, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("elastic", kElasticPanel, {{kFrames, "2"}, {"575", "gradient:#ff0000-#0000ff"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("elastic", {{kFrames, "2"}}), 3, 500), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

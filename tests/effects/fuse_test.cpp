@@ -126,14 +126,5 @@ TEST(Fuse, BothFillsStandAloneAtTheEndsAndTogetherInTheSample) {
   EXPECT_EQ(FirstDifference(sample.frames[0], letters, PlainFill(front, back, 2, false, 0.5), kBackground), "");
 }
 
-TEST(Fuse, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("fuse", kFusePanel, {{kFrames, "3"}}), "");
-  EXPECT_TRUE(BuildWith("fuse", {{"52", ""}}).frames.empty());
-}
-
-TEST(Fuse, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("fuse", {{kFrames, "2"}}), 1, 300), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

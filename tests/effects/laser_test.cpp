@@ -178,14 +178,5 @@ TEST(Laser, ABeamIsAlwaysShownButNotOnAMissingOutline) {
   EXPECT_EQ(frames(false, true, false).Distinct(), 1u);
 }
 
-TEST(Laser, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("laser", kLaserPanel, {{kFrames, "3"}}), "");
-  EXPECT_TRUE(BuildWith("laser", {{"52", ""}}).frames.empty());
-}
-
-TEST(Laser, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("laser", {{kFrames, "2"}}), 1, 300), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

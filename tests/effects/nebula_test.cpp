@@ -86,10 +86,5 @@ TEST(Nebula, TheBareFrameHasNoAlphaPlane) {
   EXPECT_EQ(built.frames[3].bits, 24);
 }
 
-TEST(Nebula, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("nebula", kNebulaPanel, {{kFrames, "3"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("nebula", {{kFrames, "3"}, {kSize, "8"}}), 3, 600), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -11,13 +11,11 @@ struct Bump {
   const char* effect;
   const char *frames, *length, *strength, *outline;
   const char *fill, *background;  // controls
-  const DialogTemplate& panel;
-  bool restCounts;  // Pinch: the resting frame is one more than half the frames
+  bool restCounts;                // Pinch: the resting frame is one more than half the frames
 };
-const Bump kBumps[] = {{"ripple", "Style001Frames", "Style001Wavesize", "Style001Range", "Style001OutlineEnable", "135",
-                        "137", kRipplePanel, false},
-                       {"pinch", "Style003Frames", "Style003Wavesize", "Style003Waveheight", "Style003OutlineEnable",
-                        "221", "223", kPinchPanel, true}};
+const Bump kBumps[] = {
+    {"ripple", "Style001Frames", "Style001Wavesize", "Style001Range", "Style001OutlineEnable", "135", "137", false},
+    {"pinch", "Style003Frames", "Style003Wavesize", "Style003Waveheight", "Style003OutlineEnable", "221", "223", true}};
 
 TEST(PassingBump, HalfTheFramesMoveAndTheLastOneRests) {
   for (const Bump& bump : kBumps) {
@@ -95,15 +93,6 @@ TEST(PassingBump, PatternsRideTheBumpAndFlatColoursStay) {
   pattern.emplace_back("221", "gradient:#ff0000-#ff0000");
   EXPECT_FALSE(HasDarkRed(BuildWith("pinch", solid)));
   EXPECT_TRUE(HasDarkRed(BuildWith("pinch", pattern))) << "a squeezed pattern has black above and below";
-}
-
-TEST(PassingBump, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  for (const Bump& bump : kBumps) {
-    EXPECT_EQ(FirstBadEnd(bump.effect, bump.panel, {{bump.frames, "6"}, {bump.fill, "gradient:#ff0000-#0000ff"}}), "");
-    EXPECT_EQ(
-        FirstBadFailure(SmallJob(bump.effect, {{bump.frames, "4"}, {bump.fill, "gradient:#ff0000-#0000ff"}}), 3, 500),
-        0u);
-  }
 }
 
 }  // namespace

@@ -68,10 +68,5 @@ TEST(Pulse, LettersAndFillsBulgeTogether) {
   }
 }
 
-TEST(Pulse, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("pulse", kPulsePanel, {{kFrames, "4"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("pulse", {{kFrames, "4"}}), 3, 500), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -94,14 +94,5 @@ TEST(Radar, OneLoopWithoutAPause) {
   EXPECT_EQ(BuildWith("radar").frames.size(), 72u) << "the default increment is 5";
 }
 
-TEST(Radar, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("radar", kRadarPanel, {{kIncrement, "33"}}), "");
-  EXPECT_TRUE(BuildWith("radar", {{"52", ""}}).frames.empty());
-}
-
-TEST(Radar, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("radar", {{kIncrement, "33"}}), 1, 300), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

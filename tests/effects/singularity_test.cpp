@@ -96,10 +96,5 @@ TEST(Singularity, LettersAndTexturedFillsTurnTogether) {
   }
 }
 
-TEST(Singularity, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("singularity", kSingularityPanel, {{kFrames, "4"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("singularity", {{kFrames, "2"}}), 3, 500), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test
