@@ -66,9 +66,7 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const int frames = ReadNumber(*context.dialog, kFrames);
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &parameters, Render, frames)) return false;
     return AppendRunToRest(context, frames, [&](double phase) {
       parameters.phase = phase;
       return Render(context);

@@ -36,13 +36,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2, total = frames | 1;
     ElasticParams params = ParamsAtRest(dialog);
     params.phase = 0.5;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, 2 * std::int64_t{half} + 2)) return false;
+    if (!BeginRun(context, &params, Render, 2 * std::int64_t{half} + 2)) return false;
 
     const auto append = [&](double phase, int step) {
       params.phase = phase;

@@ -113,12 +113,10 @@ bool Rise(EffectContext& context, HorizonParams& params, int quarter, int delay,
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), quarter = frames / 4;
     HorizonParams params;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, 4 * std::int64_t{quarter} + 1)) return false;
+    if (!BeginRun(context, &params, Render, 4 * std::int64_t{quarter} + 1)) return false;
     params.keptFrames.reserve(static_cast<std::size_t>(frames));
     if (!Rise(context, params, quarter, delay, frames / 2)) return false;
 

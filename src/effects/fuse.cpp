@@ -68,13 +68,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     const double step = 1.0 / half;
     Leaves leaves;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &leaves, Render, &width, &height) || !RunFits(context, width, height, 2 * half))
-      return false;
+    if (!BeginRun(context, &leaves, Render, 2 * half)) return false;
     const auto append = [&](int hold, int index) {
       return AppendWithProgress(context, Render(context), delay + hold, index, frames);
     };

@@ -236,15 +236,10 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay), frames = ReadNumber(*context.dialog, kFrames);
+    const int frames = ReadNumber(*context.dialog, kFrames);
     GumdropParams params;
-    int width = 0, height = 0;
     // The first render is thrown away, but it moves the drops like every other.
-    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (int i = 0; i < frames; ++i) {
-      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &params, Render, frames) && AppendEvenRun(context, Render, frames, [](int) {});
   });
 }
 

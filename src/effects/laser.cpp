@@ -128,12 +128,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames);
     const bool rightwards = ReadDirection(dialog, kScroll) == kRightwards;
     Sweep sweep;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &sweep, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &sweep, Render, frames)) return false;
     for (int i = 0; i < frames; ++i) {
       // Leftwards the sweep runs one step further out than its mirror image, to a place left of the frame.
       sweep.phase = rightwards ? static_cast<double>(i) / frames : 1.0 - static_cast<double>(i + 2) / frames;

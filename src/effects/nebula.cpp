@@ -63,14 +63,14 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int odd = ReadNumber(dialog, kFrames) | 1;
     Parameters parameters;
     parameters.seed = ReadSeed(dialog);
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    const int frames = std::min(odd, 2 * height);
-    if (!RunFits(context, width, height, std::int64_t{frames} + 1)) return false;
+    const std::optional<FrameSize> size = PrimeRun(context, &parameters, Render);
+    if (!size) return false;
+    const int frames = std::min(odd, 2 * size->height);
+    if (!RunFits(context, *size, std::int64_t{frames} + 1)) return false;
     double step = -(100.0 / (frames * 0.5));
     parameters.scatter = 100.0;
     bool turned = false;

@@ -111,14 +111,10 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay), frames = ReadNumber(*context.dialog, kFrames);
+    const int frames = ReadNumber(*context.dialog, kFrames);
     PhaserParams params;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (params.frame = 0; params.frame < frames; ++params.frame) {
-      if (!AppendWithProgress(context, Render(context), delay, params.frame, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &params, Render, frames) &&
+           AppendEvenRun(context, Render, frames, [&](int i) { params.frame = i; });
   });
 }
 

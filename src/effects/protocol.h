@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -64,16 +65,29 @@ FrameComposer MakeComposer(EffectContext& context, const PanelRoles& roles, Scro
 /// frame.
 int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept;
 
-/// Begins a build: sets the flag and the block, renders once and throws the image away, giving its size. False when it
-/// could not be rendered; the build then returns 0.
-bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width = nullptr, int* height = nullptr);
+struct FrameSize {
+  int width = 0, height = 0;  ///< pixels
+};
+
+/// Begins a build whose number of frames depends on their size: sets the flag and the block, renders once and throws
+/// the image away, giving its size. Nothing when it could not be rendered; the build then returns 0.
+std::optional<FrameSize> PrimeRun(EffectContext& context, void* parameters, Renderer render);
 
 /// False, with the sentence set, when a run of that many frames of a size cannot be held in memory (kMaxRunBytes).
 /// Asked before the first frame of a build is kept.
-bool RunFits(EffectContext& context, int width, int height, std::int64_t frames);
+bool RunFits(EffectContext& context, FrameSize size, std::int64_t frames);
 
 /// All frames of a run are held at once until the host has them.
 constexpr std::int64_t kMaxRunBytes = std::int64_t{4} << 30;
+
+/// Begins a build of that many frames: PrimeRun and RunFits.
+bool BeginRun(EffectContext& context, void* parameters, Renderer render, std::int64_t frames);
+
+/// How long the frames of a run are shown, in the host's unit: each, and how much longer the eye rests on some.
+struct Pace {
+  int delay = 0, pause = 0;
+};
+Pace ReadPace(const Dialog& dialog);
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.
@@ -81,12 +95,22 @@ bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int 
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
 
+/// A run of `frames` equal delays, with progress. `set(i)` sets the parameter block for frame i.
+template <typename Set>
+bool AppendEvenRun(EffectContext& context, Renderer render, int frames, Set set) {
+  const int delay = ReadPace(*context.dialog).delay;
+  for (int i = 0; i < frames; ++i) {
+    set(i);
+    if (!AppendWithProgress(context, render(context), delay, i, frames)) return false;
+  }
+  return true;
+}
+
 /// The run of a movement there and back that ends at rest: phases i / (frames - 1) from 0 on, each with Delay and
 /// progress, then a last frame at phase 0 with Delay + Pause. `next(phase)` renders a frame.
 template <typename Next>
 bool AppendRunToRest(EffectContext& context, int frames, Next next) {
-  const int delay = ReadNumber(*context.dialog, ControlId::Delay),
-            pause = ReadNumber(*context.dialog, ControlId::Pause);
+  const auto [delay, pause] = ReadPace(*context.dialog);
   const int moving = frames - 1;
   for (int i = 0; i < moving; ++i) {
     if (!AppendWithProgress(context, next(static_cast<double>(i) / moving), delay, i, moving)) return false;

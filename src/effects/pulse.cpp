@@ -41,13 +41,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     const double intensity = ReadNumber(dialog, kIntensity) / 100.0;
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, std::int64_t{2} * half + 1)) return false;
+    if (!BeginRun(context, &parameters, Render, std::int64_t{2} * half + 1)) return false;
     RepeatedFrames repeated(context);
     const auto next = [&](int step) {
       parameters.phase = -((static_cast<double>(step) / half) * intensity);

@@ -109,7 +109,6 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay);
     Turn turn;
     turn.increment = ReadIncrement(*context.dialog);
     const int step = std::abs(turn.increment);
@@ -118,13 +117,9 @@ int Build(EffectContext& context) noexcept {
       return false;
     }
     const int frames = 360 / step;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &turn, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
     // The sense of rotation is in the drawing; the angle falls either way.
-    for (int i = 0; i < frames; ++i, turn.angle -= step) {
-      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &turn, Render, frames) &&
+           AppendEvenRun(context, Render, frames, [&](int i) { turn.angle = -i * step; });
   });
 }
 

@@ -31,10 +31,10 @@ struct Run {
   int frames;
 };
 
-Run PlanRun(int direction, int width, int height, int frames) {
+Run PlanRun(int direction, FrameSize size, int frames) {
   const bool vertical = direction == kUp || direction == kDown;
   const bool rising = direction == kRight || direction == kDown;
-  const int side = vertical ? height : width;
+  const int side = vertical ? size.height : size.width;
   // Never less than a pixel a frame.
   const int count = std::min(frames, 2 * side);
   const double step = static_cast<double>(2 * side) / count;
@@ -49,17 +49,17 @@ bool Holds(double previous, double position, double step) {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     ScrollOffset offset;
     if (!ReadCheck(dialog, ControlId::Animated)) {
       context.flags |= kBuildCall;
       context.parameters = &offset;
       return AppendWithProgress(context, Render(context), delay, 0, 1);
     }
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &offset, Render, &width, &height)) return false;
-    Run run = PlanRun(ReadDirection(dialog, kScroll), width, height, ReadNumber(dialog, kFrames));
-    if (!RunFits(context, width, height, run.frames)) return false;
+    const std::optional<FrameSize> size = PrimeRun(context, &offset, Render);
+    if (!size) return false;
+    Run run = PlanRun(ReadDirection(dialog, kScroll), *size, ReadNumber(dialog, kFrames));
+    if (!RunFits(context, *size, run.frames)) return false;
     for (int i = 0; i < run.frames; ++i) {
       const double previous = run.position;
       run.position += run.step;

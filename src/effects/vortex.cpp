@@ -47,9 +47,7 @@ int Build(EffectContext& context) noexcept {
     const Dialog& dialog = *context.dialog;
     const int frames = ReadNumber(dialog, kFrames);
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &parameters, Render, frames)) return false;
     RepeatedFrames repeated(context);
     return AppendRunToRest(context, frames, [&](double phase) {
       parameters.phase = phase;

@@ -158,13 +158,12 @@ int RandomDelay(int delay) {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), frames = ReadNumber(dialog, kFrames);
+    const int delay = ReadPace(dialog).delay, frames = ReadNumber(dialog, kFrames);
     const bool randomDelay = ReadCheck(dialog, kRandomDelay);
     // Once a run: the frames go on with the sequence, the one that is thrown away included.
     SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
     Picture picture;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &picture, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &picture, Render, frames)) return false;
     for (int i = 0; i < frames; ++i) {
       picture.phase = static_cast<double>(i) / frames;
       PackedDib frame = Render(context);
