@@ -12,6 +12,7 @@
 #include "host/encoders/out_of_memory.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
+#include "platform/ascii.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
@@ -32,11 +33,6 @@ std::optional<std::int64_t> ParseInteger(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return value;
-}
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 std::optional<bool> ParseSwitch(const std::string& text) {
@@ -193,7 +189,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   }
   switch (control.kind) {
     case ControlKind::NumberEdit: {
-      const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+      const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
       const std::optional<std::int64_t> number = ParseInteger(value);
       if (!number || *number < range.minimum || *number > range.maximum) {
         return Fail(key + " takes a whole number from " + std::to_string(range.minimum) + " to " +
@@ -302,7 +298,7 @@ bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedD
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
-      const PackedDib frame = RenderSample(dialog, 0, 0);
+      const PackedDib frame = RenderSample(dialog);
       if (!frame)
         return FailRun(
             "out of memory, or the effect makes no picture of this text: try another text or a smaller size");

@@ -12,18 +12,18 @@ constexpr const PanelRoles& kRoles = kPanel.roles;
 constexpr StarfieldControls kStars = StarsOf(kPanel);
 
 PackedDib Render(EffectContext& context) {
-  StarfieldRun& run = ParametersOf<StarfieldRun>(context);
+  StarfieldState& field = ParametersOf<StarfieldState>(context);
   const Dialog& dialog = *context.dialog;
-  FrameComposer composer = MakeComposer(context, kRoles, run.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.options.solidKey = false;  // stars need a picture to be painted on, also in alpha runs
   composer.onSize = [&](int width, int height) {
-    CreateStars(run.field, dialog, kStars, width, height);
+    CreateStars(field, dialog, kStars, width, height);
     return true;
   };
   composer.onFrame = [&](PackedDib frame) {
     const DibView picture(frame);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(run.field, picture, ReadColour(dialog, kStars.colour));
+    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
     return frame;
   };
   return composer.Compose();

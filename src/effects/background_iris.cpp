@@ -13,7 +13,7 @@ constexpr IrisControls kControls = IrisControlsOf(kPanel, kRoles.background, "Ba
 
 PackedDib Render(EffectContext& context) {
   const IrisParams& params = ParametersOf<IrisParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The backgrounds stand also where alpha runs of other effects have their key colour.
   composer.makeFrame = [&](int width, int height) { return RenderIris(composer, params, width, height); };
   return composer.Compose();

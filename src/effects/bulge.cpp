@@ -2,6 +2,7 @@
 #include "effects/bulge.h"
 
 #include <cmath>
+#include <numbers>
 
 namespace glyphmotion {
 namespace {
@@ -11,7 +12,7 @@ BulgeTables::Entry MakeEntry(int width, int height) {
   entry.quarter = MakeDiscQuarter(width, height);
   entry.sine.resize(entry.quarter.distance.size());
   for (std::size_t i = 0; i < entry.sine.size(); ++i)
-    entry.sine[i] = std::sin((entry.quarter.distance[i] * 1.5707963267948966) / entry.quarter.radius);
+    entry.sine[i] = std::sin((entry.quarter.distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius);
   entry.factor.resize(entry.sine.size());
   return entry;
 }

@@ -28,7 +28,6 @@ struct CubistSquare {
 };
 
 struct CubistParams {
-  ScrollOffset offset;  // always 0
   std::vector<CubistSquare> squares;
   int frames = 0;
   int height = 0;  // of the frame: at its largest a square is twice as high
@@ -90,7 +89,7 @@ void PaintAndMoveSquare(CubistSquare& square, const CubistParams& params, const 
 
 PackedDib Render(EffectContext& context) {
   CubistParams& params = ParametersOf<CubistParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
     MakeSquares(params, *context.dialog, width, height);
     return true;

@@ -2,9 +2,9 @@
 #include "effects/effect_table.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 
+#include "platform/ascii.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -14,9 +14,7 @@ namespace {
 const EffectDescriptor* const kEffects[] = {GLYPHMOTION_EFFECTS(GLYPHMOTION_EFFECT_POINTER)};
 #undef GLYPHMOTION_EFFECT_POINTER
 
-char Plain(char c) {
-  return c == '-' || c == '_' ? ' ' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
+char Plain(char c) { return c == '-' || c == '_' ? ' ' : ToLower(c); }
 
 template <typename Predicate>
 const ControlTemplate* Find(Predicate matches, const DialogTemplate** panel) {

@@ -14,7 +14,7 @@ constexpr int kFrames = kPanel.Option("Frames"), kEnergy = kPanel.Option("Energy
 
 PackedDib Render(EffectContext& context) {
   ElasticParams& params = ParametersOf<ElasticParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The rings widen from 4 pixels to 50 as their height grows from 0.7 to 60.
   params.wavelength = 400 + static_cast<int>(4600 * params.phase);
   params.amplitude = 70 + static_cast<int>(5930 * params.phase);

@@ -23,7 +23,6 @@ constexpr int kFrames = kPanel.Option("Frames"), kAlternate = kPanel.Option("Alt
 constexpr std::size_t kSpareColumns = 4 * kWarpScale;
 
 struct HorizonParams {
-  ScrollOffset scroll;                // always 0
   std::vector<double> curve;          // a squeeze factor for each column of the frame, enlarged; then the spare ones
   std::size_t curveCount = 0;         // without the spare ones
   std::vector<PackedDib> keptFrames;  // duplicates of the rising half's frames
@@ -67,7 +66,7 @@ ColumnSpan FindPercents(HorizonParams& params) {
 
 PackedDib Render(EffectContext& context) {
   HorizonParams& params = ParametersOf<HorizonParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   ColumnSpan filled;
   composer.onSize = [&](int width, int) {
     if (params.curve.empty()) MakeCurve(context, params, width);

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
@@ -52,23 +53,18 @@ class DropImages {
 };
 
 struct GumdropParams {
-  ScrollOffset offset;  // always 0
-  double step = 0.0;    // 100 / frames
+  double step = 0.0;  // 100 / frames
   std::vector<GumdropRecord> drops;
   bool ready = false;
   DropImages images;
 };
 
-// Drawing one drop
-// -----------------------------------------------------------------------------------------------------
-
 constexpr int kOversize = 4, kReduction = 25;  // drawn so many times too large, then reduced to that percentage
-constexpr double kPi = 3.141592653589793;
 
 // The grey of ring i of `rings`, counted from the rim: brighter than the strength between rim and centre, which makes
 // the dome.
 std::uint8_t RingLevel(int i, int rings, int strength) {
-  const double c = std::cos(static_cast<double>(i) / rings * 90 * kPi / 180);
+  const double c = std::cos(Radians(static_cast<double>(i) / rings * 90));
   const double k = c * (static_cast<double>(i + 1) / rings) * 0.9;
   return static_cast<std::uint8_t>(std::clamp(static_cast<int>(k * strength) + strength, 0, 255));
 }
@@ -142,9 +138,6 @@ const DropImage* DropImages::Get(int diameter, int strength, bool bevel) {
   return &(images_[key] = std::move(image));
 }
 
-// The run
-// ---------------------------------------------------------------------------------------------------------------
-
 void MakeDrops(GumdropParams& params, const Dialog& dialog) {
   if (params.ready) return;
   SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
@@ -196,7 +189,7 @@ bool PaintDrop(const GumdropRecord& drop, int size, int drift, DropImages& image
   int x = static_cast<int>(drop.x / 100.0 * picture.Width()), y = static_cast<int>(drop.y / 100.0 * picture.Height());
   if (drift > 0) {
     const int degrees = static_cast<int>(drop.turn * 360 / 100);
-    const double angle = degrees * 0.017453292519943295;
+    const double angle = RadiansByDegree(degrees);
     const int radius = shorter * drift / 100;
     x += static_cast<int>(-radius * std::cos(angle));
     y += static_cast<int>(-radius * std::sin(angle));
@@ -219,7 +212,7 @@ bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const P
 PackedDib Render(EffectContext& context) {
   GumdropParams& params = ParametersOf<GumdropParams>(context);
   MakeDrops(params, *context.dialog);
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   PackedDib fill;  // made before the background
   composer.onSize = [&](int width, int height) {
     fill = composer.RenderMaterial(kRoles.fill, width, height);

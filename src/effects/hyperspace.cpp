@@ -12,17 +12,17 @@ constexpr const PanelRoles& kRoles = kPanel.roles;
 constexpr StarfieldControls kStars = StarsOf(kPanel);
 
 PackedDib Render(EffectContext& context) {
-  StarfieldRun& run = ParametersOf<StarfieldRun>(context);
+  StarfieldState& field = ParametersOf<StarfieldState>(context);
   const Dialog& dialog = *context.dialog;
-  FrameComposer composer = MakeComposer(context, kRoles, run.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
-    CreateStars(run.field, dialog, kStars, width, height);
+    CreateStars(field, dialog, kStars, width, height);
     return true;
   };
   composer.onFillBitmap = [&](PackedDib fill) {
     const DibView picture(fill);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(run.field, picture, ReadColour(dialog, kStars.colour));
+    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
     return fill;
   };
   return composer.Compose();

@@ -14,7 +14,7 @@ constexpr IrisControls kControls = IrisControlsOf(kPanel, kRoles.fill, "FillEnab
 
 PackedDib Render(EffectContext& context) {
   const IrisParams& params = ParametersOf<IrisParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The fills are rendered before the background is, which matters to materials that draw random numbers.
   PackedDib mixed;
   composer.onSize = [&](int width, int height) {

@@ -33,8 +33,7 @@ constexpr IrisControls IrisControlsOf(const Panel& panel, int firstMaterial, std
 
 /// The parameter block: one moment of one transition.
 struct IrisParams {
-  ScrollOffset scroll;  ///< always 0
-  int first = 0;        ///< material controls
+  int first = 0;  ///< material controls
   int second = 0;
   double phase = 0;  ///< 0 shows the first, towards 1 the second
   int size = 0;      ///< pixels

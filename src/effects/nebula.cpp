@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <utility>
 
 #include "effects/effect_table.h"
@@ -26,7 +27,7 @@ struct Parameters {
 
 // The cloud's radius in pixels.
 int RadiusOf(double scatter, int size) {
-  return static_cast<int>(std::sin(scatter / 100 * (3.141592653589793 / 2)) * size);
+  return static_cast<int>(std::sin(scatter / 100 * (std::numbers::pi / 2)) * size);
 }
 
 PackedDib Render(EffectContext& context) {

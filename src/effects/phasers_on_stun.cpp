@@ -27,7 +27,6 @@ struct PhaserBeam {
 };
 
 struct PhaserParams {
-  ScrollOffset offset;  // always 0
   int frame = 0;
   std::vector<PhaserBeam> beams;
   bool ready = false;
@@ -91,7 +90,7 @@ bool PaintBeams(PhaserParams& params, const DibView& picture) {
 PackedDib Render(EffectContext& context) {
   PhaserParams& params = ParametersOf<PhaserParams>(context);
   if (context.flags & kTestCall) params.frame = ReadNumber(*context.dialog, kFrames) / 2;
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
     MakeBeams(params, *context.dialog, width, height);
     return true;

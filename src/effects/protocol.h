@@ -30,7 +30,6 @@ struct EffectContext {
   FrameList* frames = nullptr;               ///< where a build appends; null in other calls
   const HostCallTable* hostCalls = nullptr;  ///< for progress; null but in a build
   BlockHandle result = nullptr;              ///< the frame of a test call; the caller frees it
-  int sampleWidth = 0, sampleHeight = 0;     ///< inner size of the sample window
   std::uint32_t flags = 0;                   ///< EffectFlags
   void* parameters = nullptr;                ///< the effect's block, living in its test or build function
   bool preview = false;                      ///< the sample window: no alpha plane

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 #include <utility>
 
+#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "image/filters.h"
@@ -21,7 +23,6 @@ constexpr int kTraceAngle = kPanel.Option("Angle"), kTraceColour = kPanel.Option
               kIncrement = kPanel.Option("Increment"), kMaskCentre = kPanel.Option("MaskCenter");
 
 constexpr int kScale = 4;  // the sweep is drawn at this many times the size
-constexpr double kDegree = 0.017453292519943295;
 
 struct Turn {
   int angle = 0;      // whole degrees, 0 or negative
@@ -35,7 +36,7 @@ struct Sweep {
 };
 
 Point OnRim(double radius, int degrees, Point centre) {
-  const double angle = degrees * kDegree;  // 0 is straight up, angles grow clockwise
+  const double angle = RadiansByDegree(degrees);  // 0 is straight up, angles grow clockwise
   return {static_cast<int>(radius * std::sin(angle)) + centre.x,
           static_cast<int>(-radius * std::cos(angle)) + centre.y};
 }
@@ -45,7 +46,7 @@ Point OnRim(double radius, int degrees, Point centre) {
 void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
   const double x = centre.x, y = centre.y;
   const int radius = static_cast<int>(std::sqrt(y * y + x * x) + 0.5);  // to the corner
-  const int count = static_cast<int>(2 * radius * 3.141592653589793 * (static_cast<double>(sweep.traceAngle) / 360));
+  const int count = static_cast<int>(2 * radius * std::numbers::pi * (static_cast<double>(sweep.traceAngle) / 360));
   const bool backwards = sweep.increment < 1;
   const int base = backwards ? sweep.angle : sweep.traceAngle - sweep.angle;
   int begin = base;

@@ -119,16 +119,15 @@ void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour col
 }
 
 int TestStarfield(EffectContext& context, Renderer render) noexcept {
-  StarfieldRun run;
-  return RunTest(context, &run, render);
+  StarfieldState field;
+  return RunTest(context, &field, render);
 }
 
 int BuildStarfield(EffectContext& context, const StarfieldControls& controls, Renderer render) noexcept {
   return GuardBuild(context, [&] {
-    StarfieldRun run;
-    const int frames = run.field.frames = ReadNumber(*context.dialog, controls.frames);
-    return BeginRun(context, &run, render, frames) &&
-           AppendEvenRun(context, render, frames, [&](int i) { run.phase = static_cast<double>(i) / frames; });
+    StarfieldState field;
+    const int frames = field.frames = ReadNumber(*context.dialog, controls.frames);
+    return BeginRun(context, &field, render, frames) && AppendEvenRun(context, render, frames, [](int) {});
   });
 }
 

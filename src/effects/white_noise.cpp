@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "effects/angles.h"
 #include "effects/effect_table.h"
 #include "platform/random.h"
 #include "resources/panel_white_noise.h"
@@ -45,8 +46,8 @@ Levels FillWithNoise(const DibView& mask) {
   const double limit = std::exp(-kMean);
   std::uint32_t state = RandomState();
   const auto factor = [&state] {
-    state = state * 214013u + 2531011u;
-    return static_cast<double>((state >> 16) & 0x7FFF) / 32767.0;
+    state = NextState(state);
+    return static_cast<double>(ValueOfState(state)) / 32767.0;
   };
   Levels levels;
   for (int r = 0; r < mask.Height(); ++r) {
@@ -85,7 +86,7 @@ std::vector<int> MakeBand(int height, int interference, double phase) {
   int row = static_cast<int>(height * phase);
   for (int i = 0; i < height; ++i, ++row) {
     if (row >= height) row = 0;
-    const double angle = static_cast<double>(i) / height * 180 * 3.141592653589793 / 180;
+    const double angle = Radians(static_cast<double>(i) / height * 180);
     band[static_cast<std::size_t>(row)] = static_cast<int>(std::sin(angle) * interference);
   }
   return band;

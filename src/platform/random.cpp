@@ -9,8 +9,8 @@ std::uint32_t state = 1;
 void SeedRandom(std::uint32_t seed) noexcept { state = seed; }
 
 int NextRandom() noexcept {
-  state = state * 214013u + 2531011u;
-  return static_cast<int>((state >> 16) & 0x7FFF);
+  state = NextState(state);
+  return ValueOfState(state);
 }
 
 std::uint32_t RandomState() noexcept { return state; }

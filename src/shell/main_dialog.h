@@ -28,7 +28,4 @@ constexpr int Sample = 25, Transparent = 35, OpenSave = 36, Open = 37, Save = 38
 /// The dialog's procedure; the parameter of its kMessageInitialise is the const HostCallTable*.
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message);
 
-/// The table of the dialog that runs, or null.
-const HostCallTable* CurrentHostCalls() noexcept;
-
 }  // namespace glyphmotion
