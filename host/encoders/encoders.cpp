@@ -205,6 +205,8 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
 
 // --- WebP
 
+constexpr int kMostWebpPixels = WEBP_MAX_DIMENSION;
+
 struct WebpState {
   Output& output;
   EncoderSettings settings;
@@ -241,6 +243,11 @@ struct WebpState {
   }
 
   std::string Add(const DibPixels& dib, const Image& image) {
+    if (settings.width > kMostWebpPixels || settings.height > kMostWebpPixels) {
+      return "a .webp is at most " + std::to_string(kMostWebpPixels) + " pixels wide and high, and this one is " +
+             std::to_string(settings.width) + " x " + std::to_string(settings.height) +
+             "; choose a smaller size or write .png";
+    }
     if (!encoder) return Failure();
     screen.Show(dib, image.transparentIndex, image.standAlone);
     WebPPicture picture;

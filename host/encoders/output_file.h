@@ -24,7 +24,7 @@ class Output {
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
   bool WriteMember(const std::string& name, std::span<const std::uint8_t> bytes);
-  /// The sentence for a write that failed.
+  /// The sentence for a Write or WriteMember that failed.
   std::string Refusal() const;
   /// Gives the result its name. An empty text when done, otherwise one sentence.
   std::string Keep();

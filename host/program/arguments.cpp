@@ -325,7 +325,8 @@ void ReadPalette(Typed& typed, const Catalogue& catalogue) {
   job.settings.emplace_back("MainPalette", std::to_string(index));
 }
 
-// What the program wants unless somebody says otherwise. A palette asked for in a format with all colours is meant.
+// What the program wants unless the files say otherwise, and the colours that the format takes. A palette asked for in
+// a format with all colours is meant.
 void AddDefaults(Typed& typed) {
   Job& job = typed.arguments.job;
   job.defaults = {{"AddDescriptiveCommentBlock", "0"},
@@ -334,7 +335,7 @@ void AddDefaults(Typed& typed) {
                   {"14", "1"}};
   const EncoderFormat* format = FindFormat(typed.arguments.extension);
   const bool prefersPalette = typed.palette || (format ? format->paletteFormat : job.paletteFormat);
-  if (job.trueColourFormat) job.defaults.emplace_back("Truecolour", prefersPalette ? "0" : "1");
+  if (job.trueColourFormat) job.settings.emplace_back("Truecolour", prefersPalette ? "0" : "1");
 }
 
 void CheckHonoured(const Job& job, const std::string& key) {
@@ -358,6 +359,7 @@ void ReadControls(Typed& typed) {
     const long number =
         NumberInRange(option, typed.numbers[i], row.minimum, hundredths ? kMostHundredths : row.maximum);
     job.settings.emplace_back(row.key, std::to_string(number));
+    typed.arguments.optionOfKey.emplace_back(row.key, option);
   }
   for (std::size_t i = 0; i < std::size(kSwitchOptions); ++i) {
     const SwitchOption& row = kSwitchOptions[i];
@@ -365,16 +367,26 @@ void ReadControls(Typed& typed) {
     const std::string value = std::string(row.value) == "01" ? (typed.switches[i] > 0 ? "1" : "0") : row.value;
     if (value == "1") CheckHonoured(job, row.key);
     job.settings.emplace_back(row.key, value);
+    typed.arguments.optionOfKey.emplace_back(row.key, FirstName(row.name));
+  }
+}
+
+bool IsOn(const Typed& typed, std::string_view name) {
+  const auto* row = std::find_if(std::begin(kSwitchOptions), std::end(kSwitchOptions),
+                                 [&](const SwitchOption& one) { return one.name == name; });
+  return typed.switches[static_cast<std::size_t>(row - kSwitchOptions)] > 0;
+}
+
+void RefuseTransparentSample(const Typed& typed) {
+  for (const char* option : {"--alpha", "--transparent"}) {
+    if (typed.sample && IsOn(typed, option))
+      Refuse(std::string("--sample has no transparency; leave ") + option + " out, or build the animation");
   }
 }
 
 // Options that are taken, as the dialog's checks are, but change nothing beside others.
 void NoteIdleOptions(Typed& typed) {
-  const auto isOn = [&](std::string_view name) {
-    const auto* row = std::find_if(std::begin(kSwitchOptions), std::end(kSwitchOptions),
-                                   [&](const SwitchOption& one) { return one.name == name; });
-    return typed.switches[static_cast<std::size_t>(row - kSwitchOptions)] > 0;
-  };
+  const auto isOn = [&](std::string_view name) { return IsOn(typed, name); };
   const bool fixedPalette = typed.palette && Lowered(*typed.palette) != "custom";
   const struct {
     bool applies;
@@ -455,6 +467,7 @@ Arguments Resolve(Typed& typed, const Catalogue& catalogue) {
   AddDefaults(typed);
   ReadPalette(typed, catalogue);
   ReadControls(typed);
+  RefuseTransparentSample(typed);
   NoteIdleOptions(typed);
   ReadSets(typed, catalogue);
   ReadFiles(typed);
@@ -484,11 +497,11 @@ std::string OptionForm(const std::string& name) {
   return form;
 }
 
-std::string InOptionTerms(std::string sentence) {
-  for (const NumberOption& row : kNumberOptions) {
-    const std::string quoted = std::string("'") + row.key + "'";
-    const std::size_t at = row.key[0] == '@' ? sentence.find(quoted) : std::string::npos;
-    if (at != std::string::npos) sentence.replace(at, quoted.size(), FirstName(row.name));
+std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
+  for (const auto& [key, option] : arguments.optionOfKey) {
+    const std::string quoted = "'" + key + "'";
+    const std::size_t at = sentence.find(quoted);
+    if (at != std::string::npos) sentence.replace(at, quoted.size(), option);
   }
   return sentence;
 }

@@ -13,6 +13,8 @@ namespace {
 constexpr unsigned kGraceSeconds = 1;
 
 volatile std::sig_atomic_t interruptedBy = 0;
+constinit std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);  // set by signal handlers
 
 // Only what a signal handler may call.
 [[noreturn]] void EndAtOnce() {
@@ -24,6 +26,7 @@ volatile std::sig_atomic_t interruptedBy = 0;
 void Interrupt(int signal) {
   if (interruptedBy) EndAtOnce();
   interruptedBy = signal;
+  interrupted = true;
   alarm(kGraceSeconds);
 }
 
@@ -52,6 +55,8 @@ void CatchInterrupts() {
 }
 
 int InterruptedCode() noexcept { return interruptedBy ? 128 + interruptedBy : 0; }
+
+const std::atomic<bool>& InterruptRequest() noexcept { return interrupted; }
 
 void OpenStandardStreams() noexcept {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {

@@ -50,6 +50,12 @@ int FailUnexpectedly(const char* what) noexcept {
   return kExitFailed;
 }
 
+void PrintNotes(const Arguments& arguments, const std::vector<std::string>& notes) {
+  if (arguments.quiet) return;
+  for (const std::string& note : notes)
+    std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
+}
+
 Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
 
 // Everything that takes part in one run.
@@ -105,7 +111,7 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
-  sink.cancelled = [] { return InterruptedCode() != 0; };
+  sink.stop = &InterruptRequest();
   return sink;
 }
 
@@ -123,24 +129,32 @@ std::string OpenOutputs(Run& run) {
 
 std::string MessageOf(const Run& run, const RenderResult& result) {
   if (!run.error.empty()) return run.error;
-  if (!result.message.empty()) return InOptionTerms(result.message);
+  if (!result.message.empty()) return InOptionTerms(result.message, run.arguments);
   return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
-int Conclude(Run& run, const RenderResult& result) {
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
-  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
-  if (run.arguments.job.action == Job::Action::None) return kExitDone;
-  if (result.images == 0 && run.arguments.job.action != Job::Action::Sample)
+// Gives the pictures their name, where some were asked for. An ExitCode.
+int KeepPictures(Run& run, const RenderResult& result) {
+  const Job::Action action = run.arguments.job.action;
+  if (action == Job::Action::None) return kExitDone;
+  if (result.images == 0 && action != Job::Action::Sample)
     return Fail("the effect built no frame; is there anything to see in the text?");
   if (!run.output) return kExitDone;
   if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
   std::string error = run.encoder->finish();
   if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
   if (error.empty()) error = run.output.Keep();
-  if (!error.empty()) return Fail(error);
-  if (!run.arguments.quiet && ErrorsGoToTerminal())
+  return error.empty() ? kExitDone : Fail(error);
+}
+
+int Conclude(Run& run, const RenderResult& result) {
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
+  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
+  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
+  const bool hasPictures = run.encoder.has_value();
+  if (const int code = KeepPictures(run, result); code != kExitDone) return code;
+  PrintNotes(run.arguments, result.notes);
+  if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
                  std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
   return kExitDone;
@@ -158,7 +172,11 @@ int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(arguments.job, SinkOf(run));
+  Job job = arguments.job;
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  const RenderResult result = Render(job, SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -171,13 +189,15 @@ int Execute(const Arguments& arguments) {
 
 int RunProgram(const std::vector<std::string>& words) {
   try {
-    SetImageLoader(LoadPicture);
     if (IsSwatch(words)) {
-      const std::string trouble = WriteSwatch(words);
+      SetImageLoader(LoadPicture);
+      bool badUsage = false;
+      const std::string trouble = WriteSwatch(words, badUsage);
       if (trouble == kOutOfMemory) return FailForMemory();
-      return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
+      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     if (IsGallery(words)) {
+      if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
       const std::string trouble = WriteGallery(words[1], RunProgram);
       if (InterruptedCode()) return InterruptedCode();  // said by the picture that was under way
       return trouble.empty() ? kExitDone : Fail(trouble);
@@ -193,9 +213,7 @@ int RunProgram(const std::vector<std::string>& words) {
       const std::string trouble = PrintList(parsed.arguments->list, catalogue);
       return trouble.empty() ? PrintedWell(kExitDone) : Fail(trouble);
     }
-    if (!parsed.arguments->quiet)
-      for (const std::string& note : parsed.arguments->notes)
-        std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
+    PrintNotes(*parsed.arguments, parsed.arguments->notes);
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {
     return FailForMemory();

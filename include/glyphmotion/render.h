@@ -4,6 +4,7 @@
 // sample), and hands each image that arrives to the sink.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -29,10 +30,15 @@ struct Job {
   /// The outline's colour of the chosen effect, "#rrggbb"; empty: as it is.
   std::string outline;
   std::vector<Setting> settings;  ///< applied after everything else, in order
-  std::vector<Setting> defaults;  ///< applied after the settings file and the document, before everything above
+  /// What the run uses where neither the settings file nor the document says anything. Numbers and checks with a key
+  /// are not saved: the files keep what they had, or the built-in default.
+  std::vector<Setting> defaults;
 
   /// Loaded first and saved at the end; may be missing or empty, but what is another kind of file is refused. No name:
-  /// built-in defaults, nothing saved.
+  /// built-in defaults, nothing saved. A run whose settings cannot be saved fails.
+  /// Delay and Pause in this file and in documents are hundredths of a second unless the file says milliseconds; they
+  /// stay the times that they are. In `settings` and `defaults` they are in the output's unit: hundredths with
+  /// `paletteFormat`, else milliseconds.
   std::string settingsFile;
   std::string documentFile;      ///< a .GM4 to load first
   std::string saveDocumentFile;  ///< a .GM4 to write before the build
@@ -48,6 +54,10 @@ struct Job {
   bool refuseTask = false;
   int refuseImage = 0;
   std::uint64_t failAllocation = 0;
+
+  /// Reads a picture file for fills of the form "image:FILE": a block with a packed DIB that GlyphmotionAllocateBlock
+  /// made and the run then owns, or 0 and one sentence in `error`. Left empty, such fills are refused.
+  std::function<std::uint64_t(const std::string& path, std::string& error)> loadImage;
 };
 
 /// One picture as it arrives. Pixels are the plug-in's packed DIB: valid during the call only.
@@ -94,8 +104,11 @@ struct Sink {
   std::function<void(const std::string&)> stage;  ///< "Building", "Quantizing", "Supercompressing", "Remapping"
   std::function<void(std::int64_t position, std::int64_t total)> progress;  ///< 0, 0 clears
   std::function<void(const HostCallEvent&)> call;                           ///< every call, before it is answered
-  /// Asked between calls; true ends the run as soon as possible.
+  /// Asked at each of the plug-in's calls, on the run's thread; true ends the run as soon as possible.
   std::function<bool()> cancelled;
+  /// The run ends as soon as possible (50 milliseconds at the most) once this is true, whoever sets it: another thread,
+  /// a signal handler, a member of this sink. It outlives the call of Render; null: nobody sets it.
+  const std::atomic<bool>* stop = nullptr;
 };
 
 enum class RenderStatus {
@@ -109,12 +122,15 @@ struct RenderResult {
   RenderStatus status = RenderStatus::Failed;
   std::string message;                      ///< one sentence; empty when done
   std::vector<std::string> dialogMessages;  ///< what the dialog's message boxes said, in order
-  int images = 0;
-  std::uint64_t blocks = 0, locks = 0;  ///< live memory blocks and locks after the run: zero and zero
+  std::vector<std::string> notes;           ///< what the run did other than it was asked, one sentence each
+  int images = 0;                           ///< that the sink accepted
+  std::uint64_t blocks = 0, locks = 0;      ///< memory blocks and locks that the run left behind: zero and zero
 };
 
-/// Runs a job. Never throws (but for what the sink throws). Runs of one process follow one another: calls from several
-/// threads wait. A call from within the sink fails.
+/// Runs a job, on the calling thread, from which the sink is called too. Never throws (but for what the sink throws).
+/// Every run has a state of its own: any number of threads may render at once, each of them gets the bytes that it
+/// would get alone, and a sink may render another job before it returns. The same Job and Sink may serve several runs
+/// at once if their functions can bear it.
 RenderResult Render(const Job& job, const Sink& sink);
 
 /// Lists for people: the names of the effects and of the fixed palettes (in the order of their numbers), font families.

@@ -35,6 +35,6 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 }  // namespace
 
 const EffectDescriptor kBackgroundHyperspace =
-    EffectOf<kBackgroundHyperspacePanel>("Stars rush past behind the text.", Test, Build, {"Warp speed"});
+    EffectOf<kBackgroundHyperspacePanel>("Stars rush past behind the text.", Test, Build, kLoops, {"Warp speed"});
 
 }  // namespace glyphmotion

@@ -25,6 +25,6 @@ int Build(EffectContext& context) noexcept { return BuildIris(context, kControls
 }  // namespace
 
 const EffectDescriptor kBackgroundIris = EffectOf<kBackgroundIrisPanel>(
-    "Backgrounds open into one another behind the text.", Test, Build, {"Grand opening"});
+    "Backgrounds open into one another behind the text.", Test, Build, 0, {"Grand opening"});
 
 }  // namespace glyphmotion

@@ -77,7 +77,7 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kBreaker =
-    EffectOf<kBreakerPanel>("A whirl rolls along the letters like a breaking wave.", Test, Build,
+    EffectOf<kBreakerPanel>("A whirl rolls along the letters like a breaking wave.", Test, Build, 0,
                             {"Surf's up", "--fill texture:Water --outline #10405c"});
 
 }  // namespace glyphmotion

@@ -7,6 +7,7 @@
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/panel_cubist.h"
 
 namespace glyphmotion {
@@ -65,7 +66,7 @@ void PaintSquare(const DibView& picture, const CubistSquare& square, int half, i
     if (from < to) BlendColour(picture.Row(y) + 3 * static_cast<std::size_t>(from), to - from, square.colour, level);
   };
   const int end = std::min(top + size, picture.Height());
-  for (int y = std::max(top, 0); y < end; ++y) {
+  for (int y = std::max(top, 0); y < end && !EndRequested(); ++y) {
     if (y < top + border || y >= top + size - border) {
       paint(y, left, left + size);
     } else {
@@ -120,6 +121,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kCubist =
-    EffectOf<kCubistPanel>("Hollow squares grow and shrink inside the letters.", Test, Build);
+    EffectOf<kCubistPanel>("Hollow squares grow and shrink inside the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

@@ -61,7 +61,8 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kElastic = EffectOf<kElasticPanel>("The material ripples as if it had been plucked.", Test,
-                                                          Build, {"", "--fill texture:Marble --set Style012Energy=60"});
+const EffectDescriptor kElastic =
+    EffectOf<kElasticPanel>("The material ripples as if it had been plucked.", Test, Build, 0,
+                            {"", "--fill texture:Marble --set Style012Energy=60"});
 
 }  // namespace glyphmotion

@@ -131,7 +131,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kEventHorizon =
-    EffectOf<kEventHorizonPanel>("The text rises out of a flat line and falls back.", Test, Build, {"Event horizon"});
+const EffectDescriptor kEventHorizon = EffectOf<kEventHorizonPanel>("The text rises out of a flat line and falls back.",
+                                                                    Test, Build, 0, {"Event horizon"});
 
 }  // namespace glyphmotion

@@ -94,7 +94,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kFuse = EffectOf<kFusePanel>("Two materials slide through each other in leaves.", Test, Build,
+const EffectDescriptor kFuse = EffectOf<kFusePanel>("Two materials slide through each other in leaves.", Test, Build, 0,
                                                     {"", "--set Style009Size=4"});
 
 }  // namespace glyphmotion

@@ -34,6 +34,6 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 }  // namespace
 
 const EffectDescriptor kHyperspace =
-    EffectOf<kHyperspacePanel>("Stars streak through the inside of the letters.", Test, Build);
+    EffectOf<kHyperspacePanel>("Stars streak through the inside of the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

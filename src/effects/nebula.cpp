@@ -95,6 +95,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kNebula = EffectOf<kNebulaPanel>("The text condenses out of a cloud and dissolves again.", Test,
-                                                        Build, {"", "--fill #5a3fa0"});
+                                                        Build, 0, {"", "--fill #5a3fa0"});
 
 }  // namespace glyphmotion

@@ -7,6 +7,7 @@
 #include "effects/optional_colours.h"
 #include "effects/ray_painter.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/panel_phasers_on_stun.h"
 
 namespace glyphmotion {
@@ -81,6 +82,7 @@ void MakeBeams(PhaserParams& params, const Dialog& dialog, int width, int height
 bool PaintBeams(PhaserParams& params, const DibView& picture) {
   for (const PhaserBeam& beam : params.beams) {
     if (beam.frame != params.frame) continue;
+    if (EndRequested()) return false;
     if (!params.rays.Prepare(picture.Width(), picture.Height())) return false;
     params.rays.Paint(picture, beam.from, beam.to, beam.width, beam.level, beam.colour);
   }
@@ -120,6 +122,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kPhasersOnStun =
-    EffectOf<kPhasersOnStunPanel>("Coloured rays flash across the letters.", Test, Build, {"Stun"});
+    EffectOf<kPhasersOnStunPanel>("Coloured rays flash across the letters.", Test, Build, kLoops, {"Stun"});
 
 }  // namespace glyphmotion

@@ -3,6 +3,7 @@
 
 #include "controls/material_control.h"
 #include "controls/variables.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 
@@ -25,6 +26,7 @@ std::optional<FrameSize> PrimeRun(EffectContext& context, void* parameters, Rend
   context.flags |= kBuildCall;
   context.parameters = parameters;
   const PackedDib frame = render(context);
+  if (EndRequested()) return std::nullopt;
   const DibView view(frame);
   if (!view) return std::nullopt;
   return FrameSize{view.Width(), view.Height()};
@@ -50,7 +52,7 @@ Pace ReadPace(const Dialog& dialog) {
 }
 
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay) {
-  if (!frame) return false;
+  if (!frame || EndRequested()) return false;
   FrameRecord record;
   record.image = frame.Handle();
   record.delay = delay;

@@ -24,6 +24,12 @@ enum EffectFlags : std::uint32_t {
   kBuildCall = 4
 };
 
+/// What an effect makes of the common options.
+enum EffectTraits : std::uint32_t {
+  kLoops = 1,         ///< no frame rests, so Pause changes nothing
+  kCanStandStill = 2  ///< reads Animated
+};
+
 /// The one argument of an effect's functions; zero but for what the caller sets.
 struct EffectContext {
   Dialog* dialog = nullptr;                  ///< every control is reached through it
@@ -50,6 +56,7 @@ struct EffectDescriptor {
   int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
+  std::uint32_t traits = 0;  ///< EffectTraits
   const char* summary = "";  ///< one sentence about it, for people who choose
   EffectExample example;
 };
@@ -142,8 +149,9 @@ Colour TransparentColour(const Dialog& dialog, int mode) noexcept {
 /// The row of an effect with that panel.
 template <const Panel& panel>
 constexpr EffectDescriptor EffectOf(const char* summary, int (*test)(EffectContext&) noexcept,
-                                    int (*build)(EffectContext&) noexcept, EffectExample example = {}) {
-  return {panel.title, &panel, test, build, TransparentColour<panel.roles.background>, summary, example};
+                                    int (*build)(EffectContext&) noexcept, std::uint32_t traits = 0,
+                                    EffectExample example = {}) {
+  return {panel.title, &panel, test, build, TransparentColour<panel.roles.background>, traits, summary, example};
 }
 
 /// The key colour of alpha runs: the AlphaGreyBack setting.

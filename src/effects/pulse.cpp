@@ -64,7 +64,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kPulse = EffectOf<kPulsePanel>("The text swells like a beating heart.", Test, Build,
+const EffectDescriptor kPulse = EffectOf<kPulsePanel>("The text swells like a beating heart.", Test, Build, 0,
                                                       {"", "--fill #c8203c --outline #50101c"});
 
 }  // namespace glyphmotion

@@ -73,6 +73,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSimple = EffectOf<kSimplePanel>("The text scrolls through and rests.", Test, Build);
+const EffectDescriptor kSimple =
+    EffectOf<kSimplePanel>("The text scrolls through and rests.", Test, Build, kCanStandStill);
 
 }  // namespace glyphmotion

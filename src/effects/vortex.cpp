@@ -59,6 +59,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kVortex = EffectOf<kVortexPanel>("The text twists like water going down a drain.", Test, Build,
-                                                        {"", "--fill gradient:linear,#2a9d8f-#264653"});
+                                                        0, {"", "--fill gradient:linear,#2a9d8f-#264653"});
 
 }  // namespace glyphmotion

@@ -11,6 +11,7 @@
 #include "effects/angles.h"
 #include "effects/effect_table.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/panel_white_noise.h"
 
 namespace glyphmotion {
@@ -46,11 +47,11 @@ Levels FillWithNoise(const DibView& mask) {
   const double limit = std::exp(-kMean);
   std::uint32_t state = RandomState();
   const auto factor = [&state] {
-    state = NextState(state);
-    return static_cast<double>(ValueOfState(state)) / 32767.0;
+    state = StateAfter(state);
+    return RandomOf(state) / 32767.0;
   };
   Levels levels;
-  for (int r = 0; r < mask.Height(); ++r) {
+  for (int r = 0; r < mask.Height() && !EndRequested(); ++r) {
     std::uint8_t* row = mask.StoredRow(r);
     int lowest = levels.lowest, highest = levels.highest;
     for (int x = 0; x < mask.Width(); ++x) {
@@ -121,6 +122,7 @@ PackedDib PaintNoiseFill(const PackedDib& light, const PackedDib& dark, int widt
     const auto stretched = StretchTable(FillWithNoise(mask));
     const std::vector<int> band = MakeBand(height, grain.interference, grain.phase);
     for (int y = 0; y < height; y += grain.pixelSize) {
+      if (EndRequested()) return {};
       std::uint8_t levelOfNoise[256];
       for (std::size_t v = 0; v < 256; ++v)
         levelOfNoise[v] = static_cast<std::uint8_t>(std::min(255, stretched[v] + band[static_cast<std::size_t>(y)]));
@@ -179,6 +181,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kWhiteNoise =
-    EffectOf<kWhiteNoisePanel>("Snowy television between two fills.", Test, Build, {"No signal"});
+    EffectOf<kWhiteNoisePanel>("Snowy television between two fills.", Test, Build, kLoops, {"No signal"});
 
 }  // namespace glyphmotion

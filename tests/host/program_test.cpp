@@ -192,6 +192,15 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
+      {"swatch '#fff' -o " + folder / "no/a.png", 1, "no/a.png' cannot be written"},
+      {"swatch '#fff' -o " + folder / "a.gif", 2, "no file type for a swatch"},
+      {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
+      {"gallery", 2, "gallery needs a folder; write gallery FOLDER"},
+      {"Hi --settings /dev/full " + out, 1, "'/dev/full'"},
+      {std::string(240, 'W') + " -s 144 --still-text -e simple -o " + folder / "a.webp", 1, "at most 16383 pixels"},
+      {"Hi --sample --alpha -o " + folder / "a.png", 2, "leave --alpha out"},
+      {"Hi --sample --transparent " + out, 2, "leave --transparent out"},
+      {"Hi -e vortex --still-text " + out, 0, "glyphmotion: note: --still-text changes nothing"},
   };
   for (const auto& c : cases) {
     const Outcome outcome = Start(c.arguments);
@@ -199,8 +208,9 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
     EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
   }
   setenv("FONTCONFIG_FILE", empty.c_str(), 1);
-  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts")})
+  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts"), "gallery " + folder / "page/one"})
     EXPECT_NE(Start(arguments).output.find("no font is installed"), std::string::npos) << arguments;
+  EXPECT_FALSE(std::filesystem::exists(folder / "page")) << "a gallery without a picture leaves no folder";
   unsetenv("FONTCONFIG_FILE");
 }
 
@@ -275,6 +285,7 @@ TEST(Program, APictureThatCannotBeWrittenLeavesOneSentenceAndNothingElse) {
   const std::string longest = std::string(251, 'n') + ".gif";
   for (int round = 0; round < 2; ++round) EXPECT_EQ(Start(kSmall + ("-o " + folder / longest)).code, 0);
   EXPECT_EQ(folder.Entries(), 2u);
+  EXPECT_EQ(Start("Hi -q -s 16 -e vortex --still-text -o " + folder / "quiet.gif").output, "");
 }
 
 TEST(Program, TheSameJobGivesTheSameBytes) {

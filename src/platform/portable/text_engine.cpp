@@ -127,8 +127,9 @@ struct Engine {
   }
 };
 
+// Each thread has its own: FreeType's library and faces are for one thread at a time, and so nobody waits.
 Engine& TheEngine() {
-  static Engine engine;
+  thread_local Engine engine;
   return engine;
 }
 
@@ -523,6 +524,20 @@ std::vector<std::string> FontFamilies() {
 }
 
 bool HasFontFamily(const std::string& family) { return !family.empty() && OpenEngine() && FindFamily(family); }
+
+std::string FamilyUsed(const FontRequest& font) {
+  if (!OpenEngine()) return {};
+  const FontSet fonts = InstalledFonts();
+  if (fonts && IsInstalled(*fonts, reinterpret_cast<const FcChar8*>(font.family.c_str()))) return font.family;
+  const Selection& selection = Select(font);
+  const char* name = selection.face ? selection.face->face->family_name : nullptr;
+  return name ? name : "";
+}
+
+bool HasGlyph(const FontRequest& font, char32_t character) {
+  Placement place;
+  return !Place(font, character, place) || place.blank || place.glyph != 0;
+}
 
 FontMetrics MeasureFont(const FontRequest& font) noexcept try {
   const int height = std::max(font.cellHeight, 1);
