@@ -8,6 +8,7 @@
 #include "controls/fountain_control.h"
 #include "editor_fixture.h"
 #include "materials/library_file.h"
+#include "platform/files.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
