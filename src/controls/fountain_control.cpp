@@ -8,7 +8,6 @@
 #include <span>
 
 #include "controls/face_painting.h"
-#include "materials/library_file.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/clock.h"
@@ -498,10 +497,9 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
   if (!block) return;
   {
     const LockedBlock<FountainSpec> fountain(block.Handle());
-    std::string bytes;
-    if (ownFile && !IsShiftDown() && ReadFileBytes(FountainPath(id), bytes, sizeof(FountainSpec)) &&
-        bytes.size() == sizeof(FountainSpec) && bytes.compare(0, 8, "TESSFOUN") == 0) {
-      std::memcpy(fountain.get(), bytes.data(), sizeof(FountainSpec));
+    const auto bytes = ownFile && !IsShiftDown() ? ReadWholeFile(FountainPath(id)) : std::nullopt;
+    if (bytes && bytes->size() >= sizeof(FountainSpec) && bytes->starts_with("TESSFOUN")) {
+      std::memcpy(fountain.get(), bytes->data(), sizeof(FountainSpec));
     } else if (initial) {
       *fountain = *initial;
     } else {

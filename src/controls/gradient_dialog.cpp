@@ -284,7 +284,6 @@ void Initialise(Dialog& dialog, BlockHandle handle) {
   SetTicks(dialog, MidpointTrack, kMidpointTicks);
   SetEdit(dialog, MidpointTrack, GradientNumber(block->gradient, MidpointTrack));
   for (const int id : kEdits) {
-    if (HasControl(dialog, id + kUpDownOffset)) TakeRange(dialog, id + kUpDownOffset);
     LimitText(dialog, id, kNumberLimit);
     SetEdit(dialog, id, GradientNumber(block->gradient, id));
   }
@@ -360,7 +359,6 @@ int PositionIn(const Dialog& dialog, int id) {
 
 void InitialisePosition(Dialog& dialog, PositionQuestion& question) {
   SetData(dialog, Position::Track, WordOf(&question));
-  TakeRange(dialog, Position::Edit + kUpDownOffset);
   LimitText(dialog, Position::Edit, kNumberLimit);
   SetRange(dialog, Position::Track, 0, Position::Most);
   SetTicks(dialog, Position::Track, Position::Ticks);

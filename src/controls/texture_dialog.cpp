@@ -302,9 +302,6 @@ void Initialise(Dialog& dialog, TextureDialog& state) {
       PaintInScreenPixels(dialog, control.id);
     }
     if (control.kind == ControlKind::NumberEdit) LimitText(dialog, control.id, kNumberLimit);
-    if (control.kind != ControlKind::UpDown) continue;
-    const NumberRange range = ParseRange(control.caption);
-    SetRange(dialog, control.id, range.minimum, range.maximum);
   }
   for (int type = 0; type < kTextureTypes; ++type) AddItem(dialog, Types, LoadText(kTextFirstTextureType + type));
   TextureSpec parameters = state.editor.parameters;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "platform/run_state.h"
 
@@ -17,7 +18,7 @@ BulgeTables::Entry MakeEntry(int width, int height) {
   entry.sine.resize(entry.quarter.distance.size());
   for (std::size_t i = 0; i < entry.sine.size(); ++i) {
     if (i % kPiece == 0 && EndRequested()) break;
-    entry.sine[i] = std::sin((entry.quarter.distance[i] * 1.5707963267948966) / entry.quarter.radius);
+    entry.sine[i] = std::sin((entry.quarter.distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius);
   }
   entry.factor.resize(entry.sine.size());
   return entry;

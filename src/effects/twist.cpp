@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "effects/angles.h"
 #include "image/filters.h"
 #include "platform/run_state.h"
 
@@ -27,7 +28,7 @@ TwistTables::Entry MakeEntry(int width, int height) {
 // The sines and cosines of a picture's places; masks of one size that turn by the same angle share them.
 void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
   if (entry.turned && entry.angle == angleDegrees) return;
-  const double angle = angleDegrees * 3.141592653589793 / 180;
+  const double angle = Radians(angleDegrees);
   const std::size_t places = entry.fall.size();
   entry.turned = false;
   entry.cosine.resize(places);

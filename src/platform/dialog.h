@@ -259,9 +259,15 @@ TextExtent MeasureText(const Dialog& dialog, const std::string& text, int width)
 /// faces of smooth shapes, which are sharp at any size.
 void PaintInScreenPixels(Dialog& dialog, int id);
 
-/// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar. Into the edit of a range without
-/// negative numbers a person types digits only.
+/// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar: 0 to 100 until it is set. An
+/// up-down's text sets it ("minimum,maximum,default"). Into the edit of a range without negative numbers a person types
+/// digits only.
+struct ControlRange {
+  int minimum = 0, maximum = 100;
+};
 void SetRange(Dialog& dialog, int id, int minimum, int maximum);
+/// 0 to 100 for a control that does not exist.
+ControlRange RangeOf(const Dialog& dialog, int id);
 
 /// Marks on a trackbar at the multiples of `every` within its range, which is also its step by page.
 void SetTicks(Dialog& dialog, int id, int every);

@@ -76,16 +76,6 @@ std::uint64_t AddressOf(const void* pointer) { return reinterpret_cast<std::uint
 
 bool HostHas(std::uint32_t flag) { return (State().hostCalls->hostFlags & flag) != 0; }
 
-// 8 steps of red and green, 4 of blue.
-void FillPickerPalette(std::uint8_t (&palette)[768]) {
-  constexpr std::uint8_t kEight[] = {0, 36, 72, 108, 144, 180, 216, 255}, kFour[] = {0, 85, 170, 255};
-  for (std::size_t i = 0; i < 256; ++i) {
-    palette[3 * i] = kEight[i >> 5];
-    palette[3 * i + 1] = kEight[i >> 2 & 7];
-    palette[3 * i + 2] = kFour[i & 3];
-  }
-}
-
 // --- Options ---
 
 void Tell(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
@@ -120,12 +110,12 @@ void EnableBuild(Dialog& dialog) { Enable(dialog, Build, !GetText(dialog, Contro
 void EnablePalette(Dialog& dialog) { Enable(dialog, MainControl::Palette, !ReadCheck(dialog, CustomPalette)); }
 
 void PickColour(Dialog& dialog, int id) {
-  std::uint8_t palette[768];
-  FillPickerPalette(palette);
+  glyphmotion::Palette palette;  // offered to the host's picker: 8 steps of red and green, 4 of blue
+  LoadFixedPalette(&palette, nullptr, kDefaultFixedPalette);
   HostColorPickRecord record{};
   record.size = sizeof record;
   record.version = HostInterfaceVersion;
-  record.palette = palette;
+  record.palette = reinterpret_cast<const std::uint8_t*>(palette.data());
   record.depth = 24;
   record.color = ReadColour(dialog, id);
   record.ownerWindow = WindowOf(dialog);
@@ -150,7 +140,6 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
       return;
     case ControlKind::UpDown:
       InstallFamily(dialog, control.id, *family, nullptr);
-      TakeRange(dialog, control.id);
       return;
     case ControlKind::NumberEdit:
       InstallFamily(dialog, control.id, *family, variable ? variable : &UnsavedVariable(control.id, control.initial));
@@ -362,9 +351,7 @@ void LimitToTrueColour(Dialog& dialog) {
 // Palettes, their transparent index and 1/100 s on one side; alpha and milliseconds on the other.
 void LimitToFormat(Dialog& dialog) {
   const bool palette = HostHas(HostFlagPaletteFormat), shift = IsShiftDown();
-  const int delayRange = ControlId::Delay + kUpDownOffset;
-  SetText(dialog, delayRange, palette ? "1,25,4" : "1,250,40");
-  TakeRange(dialog, delayRange);
+  SetText(dialog, ControlId::Delay + kUpDownOffset, palette ? "1,25,4" : "1,250,40");
   if (palette) {
     VariableOf("MainAlphaTrans").number = 0;
     SetCheck(dialog, ControlId::AlphaTransparency, false);
@@ -562,8 +549,8 @@ void OnDestroy(Dialog& dialog) {
   CheckRegistration();
   SaveSettings();
   UseSkin(false);
-  for (const DialogTemplate* panel : PanelTemplates()) {
-    for (const ControlTemplate& control : panel->controls) {
+  for (const EffectDescriptor* effect : Effects()) {
+    for (const ControlTemplate& control : effect->panel->controls) {
       if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
     }
   }
@@ -571,8 +558,6 @@ void OnDestroy(Dialog& dialog) {
 }
 
 }  // namespace
-
-const HostCallTable* CurrentHostCalls() { return State().hostCalls; }
 
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
   if (message.number == kMessageInitialise) UseSkin(PointerOf<const HostCallTable>(message.b)->skinSwitch != 0);

@@ -8,6 +8,7 @@
 #include "controls/fountain_control.h"
 #include "editor_fixture.h"
 #include "materials/library_file.h"
+#include "platform/files.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
@@ -69,11 +70,7 @@ class FountainLibrary : public EditorDialog {
     for (const FountainSpec& fountain : fountains) order += static_cast<char>('0' + (fountain.StartColour - 0x100));
     return order;
   }
-  static std::string BytesOf(const std::string& file) {
-    std::string bytes;
-    ReadFileBytes(file, bytes);
-    return bytes;
-  }
+  static std::string BytesOf(const std::string& file) { return ReadWholeFile(file).value_or(""); }
 };
 
 TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {

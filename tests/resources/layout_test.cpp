@@ -126,8 +126,14 @@ void ExpectMnemonics(const char* dialog, const Controls& shown) {
   }
 }
 
+std::vector<const DialogTemplate*> Panels() {
+  std::vector<const DialogTemplate*> panels;
+  for (const EffectDescriptor* effect : Effects()) panels.push_back(effect->panel);
+  return panels;
+}
+
 TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     const Controls all = DialogWith(*panel);
     for (std::size_t i = 0; i < all.size(); ++i) {
       const ControlTemplate& control = all[i];
@@ -144,7 +150,7 @@ TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
 
 TEST(Layout, EveryCaptionFitsItsControl) {
   Controls all = ControlsOf(kMainDialogTemplate);
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     all.insert(all.end(), panel->controls.begin(), panel->controls.end());
   }
   for (const ControlTemplate& control : all) {
@@ -157,7 +163,7 @@ TEST(Layout, EveryCaptionFitsItsControl) {
 
 // A label stands directly before the control it names: that is how a mnemonic and a screen reader find it.
 TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
-  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  std::vector<const DialogTemplate*> all = Panels();
   all.push_back(&kMainDialogTemplate);
   for (const DialogTemplate* dialogTemplate : all) {
     const ControlTemplate* before = nullptr;
@@ -253,7 +259,7 @@ TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
 }
 
 TEST(Layout, EveryButtonHasALetterAndNoneIsSharedWithAnyPanel) {
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     const Controls all = DialogWith(*panel);
     ExpectMnemonics(panel->title, all);
     for (const char* caption : {"A&dd comment", "&Build"}) {
@@ -315,7 +321,7 @@ void ExpectNoSharedPixel(const std::string& name, const Controls& shown, std::si
 }
 
 TEST(Layout, NoPixelBelongsToTwoControlsOnAnyScreen) {
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     ExpectNoSharedPixel(panel->title, DialogWith(*panel), kMainDialogTemplate.controls.size());
   }
   for (const EditorLayout& editor : kEditors) {
@@ -329,40 +335,38 @@ TEST(Layout, NoPixelBelongsToTwoControlsOnAnyScreen) {
   }
 }
 
-struct Role {
-  const char* name;
+struct RoleKind {
   int PanelRoles::*control;
   Kind kind;
 };
-constexpr Role kRoles[] = {{"fill", &PanelRoles::fill, Kind::MaterialButton},
-                           {"shadow", &PanelRoles::shadow, Kind::MaterialButton},
-                           {"background", &PanelRoles::background, Kind::MaterialButton},
-                           {"outline", &PanelRoles::outline, Kind::ColourButton},
-                           {"fill opacity", &PanelRoles::fillOpacity, Kind::NumberEdit},
-                           {"shadow opacity", &PanelRoles::shadowOpacity, Kind::NumberEdit},
-                           {"softness", &PanelRoles::softness, Kind::NumberEdit},
-                           {"shadow offset", &PanelRoles::shadowOffset, Kind::NumberEdit},
-                           {"shadow direction", &PanelRoles::shadowDirection, Kind::ShadowDirection},
-                           {"shadow enable", &PanelRoles::shadowEnable, Kind::Check},
-                           {"outline enable", &PanelRoles::outlineEnable, Kind::Check}};
+constexpr RoleKind kRoles[] = {{&PanelRoles::fill, Kind::MaterialButton},
+                               {&PanelRoles::shadow, Kind::MaterialButton},
+                               {&PanelRoles::background, Kind::MaterialButton},
+                               {&PanelRoles::outline, Kind::ColourButton},
+                               {&PanelRoles::fillOpacity, Kind::NumberEdit},
+                               {&PanelRoles::shadowOpacity, Kind::NumberEdit},
+                               {&PanelRoles::softness, Kind::NumberEdit},
+                               {&PanelRoles::shadowOffset, Kind::NumberEdit},
+                               {&PanelRoles::shadowDirection, Kind::ShadowDirection},
+                               {&PanelRoles::shadowEnable, Kind::Check},
+                               {&PanelRoles::outlineEnable, Kind::Check}};
 
-// An effect's renderer and its panel must mean the same control, and a role has one place in all panels.
-TEST(Panels, RolesAreWhereTheEffectsReadThemAndInOnePlace) {
-  for (const Role& role : kRoles) {
+// A role has one place in all panels and is of one kind; no effect is without a fill, a background and an outline.
+TEST(Panels, RolesAreInOnePlace) {
+  for (const RoleKind& role : kRoles) {
     const ControlTemplate* first = nullptr;
-    for (int i = 0; i < kEffectCount; ++i) {
-      ASSERT_NE(EffectRow(i).roles, nullptr) << EffectRow(i).name;
-      const int id = EffectRow(i).roles->*role.control;
+    for (const EffectDescriptor* effect : Effects()) {
+      const int id = effect->panel->roles.*role.control;
       if (!id) continue;
-      const DialogTemplate* panel = nullptr;
-      const ControlTemplate* control = FindControlOfId(id, &panel);
-      ASSERT_NE(control, nullptr) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(panel, EffectRow(i).panel) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(control->kind, role.kind) << EffectRow(i).name << " " << role.name;
+      const ControlTemplate* control = FindControlOfId(id);
+      EXPECT_EQ(control->kind, role.kind) << effect->name << " " << id;
       if (!first) first = control;
-      EXPECT_EQ(control->x, first->x) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(control->y, first->y) << EffectRow(i).name << " " << role.name;
+      EXPECT_TRUE(control->x == first->x && control->y == first->y) << effect->name << " " << id;
     }
+  }
+  for (const EffectDescriptor* effect : Effects()) {
+    const PanelRoles& roles = effect->panel->roles;
+    EXPECT_TRUE(roles.fill && roles.background && roles.outline && roles.outlineEnable) << effect->name;
   }
 }
 
@@ -371,15 +375,11 @@ TEST(Panels, IdsAreUniqueAndInTheRangeThatIsShownAndHidden) {
   for (const ControlTemplate& control : kMainDialogTemplate.controls) {
     EXPECT_TRUE(control.id == -1 || ids.insert(control.id).second) << control.id;
   }
-  ASSERT_EQ(PanelTemplates().size(), static_cast<std::size_t>(kEffectCount));
-  for (int i = 0; i < kEffectCount; ++i) {
-    const DialogTemplate& panel = *PanelTemplates()[static_cast<std::size_t>(i)];
-    EXPECT_EQ(&panel, EffectRow(i).panel);
-    EXPECT_STREQ(panel.title, EffectRow(i).name);
-    for (const ControlTemplate& control : panel.controls) {
-      EXPECT_TRUE(ids.insert(control.id).second) << panel.title << " " << control.id;
+  for (const DialogTemplate* panel : Panels()) {
+    for (const ControlTemplate& control : panel->controls) {
+      EXPECT_TRUE(ids.insert(control.id).second) << panel->title << " " << control.id;
       const int base = control.kind == Kind::UpDown ? control.id - kUpDownOffset : control.id;
-      EXPECT_TRUE(base >= 100 && base <= 1198) << panel.title << " " << control.id;
+      EXPECT_TRUE(base >= 100 && base <= 1198) << panel->title << " " << control.id;
     }
   }
 }
@@ -394,7 +394,7 @@ TEST(Panels, KeysAndControlsAnswerEachOther) {
   std::map<std::string, const SettingsRow*> rows;
   for (const SettingsRow& row : SettingsTable()) rows[row.key] = &row;
   std::set<std::string> bound;
-  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  std::vector<const DialogTemplate*> all = Panels();
   all.push_back(&kMainDialogTemplate);
   for (const DialogTemplate* dialogTemplate : all) {
     std::string stem;

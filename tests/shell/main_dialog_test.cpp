@@ -118,8 +118,8 @@ TEST_F(MainDialogTest, OnePanelShowsAndItIsThatOfTheChosenEffect) {
 
 TEST_F(MainDialogTest, EveryControlStartsWithItsSetting) {
   RunDialog(kBothHost, [&](Dialog& dialog) {
-    for (const DialogTemplate* panel : PanelTemplates()) {
-      for (const ControlTemplate& control : panel->controls) {
+    for (const EffectDescriptor* effect : Effects()) {
+      for (const ControlTemplate& control : effect->panel->controls) {
         const Variable* variable = control.key ? FindVariable(control.key) : nullptr;
         const auto number = variable ? static_cast<int>(variable->row->defaultNumber) : 0;
         if (control.kind == ControlKind::NumberEdit && variable) {
@@ -646,8 +646,8 @@ TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
     FailAllocation(n);
     RunDialog(kBothHost, [&](Dialog& dialog) {
       // A dialog that opens has all its fills and directions: none of them may silently be another.
-      for (const DialogTemplate* panel : PanelTemplates()) {
-        for (const ControlTemplate& control : panel->controls) {
+      for (const EffectDescriptor* effect : Effects()) {
+        for (const ControlTemplate& control : effect->panel->controls) {
           if (control.kind >= ControlKind::ShadowDirection || control.kind == ControlKind::MaterialButton) {
             ASSERT_NE(GetData(dialog, control.id), 0u) << control.id << " of allocation " << n;
           }

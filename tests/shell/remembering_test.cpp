@@ -75,7 +75,7 @@ void RandomiseControl(Dialog& dialog, int id, std::mt19937& random) {
     case ControlKind::Check:
       return SetCheck(dialog, id, static_cast<int>(random() % 2));
     case ControlKind::NumberEdit: {
-      const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+      const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
       const auto span = static_cast<std::uint32_t>(range.maximum - range.minimum) + 1;
       return SetNumber(dialog, id, range.minimum + static_cast<int>(random() % span));
     }

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <vector>
 
+#include "effects/effect_table.h"
 #include "plugin_host.h"
 #include "plugin_user.h"
 // After windows.h:
@@ -18,7 +19,6 @@
 namespace glyphmotion::test {
 namespace {
 
-constexpr int kEffects = 21;
 constexpr int kUpDownOffset = 10000;
 constexpr const char* kFolder = "C:\\glyphmotion documents";
 
@@ -43,12 +43,12 @@ std::set<int> VisibleOptions(HWND dialog) {
 
 TEST(Effects, EachHasItsOptionsAndBuilds) {
   std::set<std::set<int>> panels;
-  for (int effect = 0; effect < kEffects; ++effect) {
+  for (int effect = 0; effect < kEffectCount; ++effect) {
     host = {};
     std::string name;
     EXPECT_EQ(RunDialog(effect % 2 ? kTrueColour : kBothFormats,
                         [&](HWND dialog) {
-                          EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0), kEffects);
+                          EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0), kEffectCount);
                           AskForLittle(dialog);
                           Choose(dialog, kEffect, effect);
                           EXPECT_TRUE(panels.insert(VisibleOptions(dialog)).second)
@@ -114,7 +114,7 @@ void ExpectNothingOverlaps(HWND dialog, const std::string& where) {
 
 TEST(Effects, NoTextIsCutOffAndNothingOverlaps) {
   RunDialog(kBothFormats, [](HWND dialog) {
-    for (int effect = 0; effect < kEffects; ++effect) {
+    for (int effect = 0; effect < kEffectCount; ++effect) {
       Choose(dialog, kEffect, effect);
       for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         char text[256] = "";
@@ -170,7 +170,7 @@ TEST(Options, AnyTextIsBuiltWhicheverWayItCame) {
     Type(dialog, kSize, "10");
     for (const std::wstring& text : texts) {
       SendDlgItemMessageW(dialog, kText, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-      for (int effect = 0; effect < kEffects; ++effect) {
+      for (int effect = 0; effect < kEffectCount; ++effect) {
         const HWND combo = GetDlgItem(dialog, kEffect);
         SendMessageA(combo, CB_SETCURSEL, static_cast<WPARAM>(effect), 0);
         PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kEffect, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));

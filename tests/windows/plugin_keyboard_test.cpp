@@ -11,13 +11,13 @@
 #include <sstream>
 #include <vector>
 
+#include "effects/effect_table.h"
 #include "plugin_host.h"
 #include "plugin_user.h"
 
 namespace glyphmotion::test {
 namespace {
 
-constexpr int kEffects = 21;
 constexpr int kSimple = 17, kFill = 100, kOutline = 106, kShadowDirection = 120;
 
 std::string ClassOf(HWND window) {
@@ -73,7 +73,7 @@ std::vector<HWND> RoundByTab(HWND dialog, HWND first) {
 TEST(Keyboard, TabGoesThroughTheDialogAsItIsReadAndBack) {
   RunDialog(kBothFormats, [](HWND dialog) {
     const HWND first = GetDlgItem(dialog, kText);
-    for (int effect = 0; effect < kEffects; ++effect) {
+    for (int effect = 0; effect < kEffectCount; ++effect) {
       Choose(dialog, kEffect, effect);
       const std::vector<HWND> order = TabOrder(dialog, first);
       EXPECT_EQ(std::set<HWND>(order.begin(), order.end()), TabStops(dialog)) << "effect " << effect;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The controls of a dialog in memory: what they hold and how that changes.
 #include "platform/dialog.h"
+#include "platform/ascii.h"
 
 #include <algorithm>
 #include <new>
@@ -21,16 +22,10 @@ int PixelsOf(int units, int base, int divisor) {
   return (scaled + (scaled < 0 ? -divisor : divisor)) / (divisor * 2);
 }
 
-char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool LessWithoutCase(const std::string& a, const std::string& b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return static_cast<unsigned char>(Folded(x)) < static_cast<unsigned char>(Folded(y));
+    return static_cast<unsigned char>(ToLower(x)) < static_cast<unsigned char>(ToLower(y));
   });
-}
-
-bool EqualWithoutCase(const std::string& a, const std::string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Folded(x) == Folded(y); });
 }
 
 /// Where the item ended up. The item that was selected stays so.
@@ -44,6 +39,13 @@ int InsertItem(Control& control, const std::string& text) {
   control.items.insert(place, ListItem{text, 0});
   if (control.selection >= index) ++control.selection;
   return index;
+}
+
+void ShowText(Control& control, const std::string& text) {
+  control.text = text;
+  if (control.kind != ControlKind::UpDown) return;
+  const NumberRange range = ParseRange(text);
+  control.range = {range.minimum, range.maximum};
 }
 
 /// A combo's and a list's caption is its items, separated by semicolons.
@@ -68,7 +70,7 @@ Control MakeControl(const ControlTemplate& source, bool visible) {
   if (HasItems(source.kind)) {
     FillFromCaption(control, caption);
   } else {
-    control.text = caption;
+    ShowText(control, caption);
   }
   return control;
 }
@@ -146,7 +148,7 @@ std::string GetText(const Dialog& dialog, int id) {
 void SetText(Dialog& dialog, int id, const std::string& text) {
   Control* control = FindControl(dialog, id);
   if (!control || HasItems(control->kind)) return;
-  control->text = text;
+  ShowText(*control, text);
   NotifyObserver(dialog, DialogChange::Text, id);
   if (IsEdit(control->kind)) Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), kEditChanged});
 }
@@ -258,7 +260,7 @@ int SelectText(Dialog& dialog, int id, const std::string& text) {
   const Control* control = FindControl(dialog, id);
   if (!control) return -1;
   const auto found = std::find_if(control->items.begin(), control->items.end(),
-                                  [&](const ListItem& item) { return EqualWithoutCase(item.text, text); });
+                                  [&](const ListItem& item) { return EqualsIgnoringCase(item.text, text); });
   if (found == control->items.end()) return -1;
   const auto index = static_cast<int>(found - control->items.begin());
   SetSelection(dialog, id, index);
@@ -362,8 +364,12 @@ void PaintInScreenPixels(Dialog&, int) {}  // there is no screen
 void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   Control* control = FindControl(dialog, id);
   if (!control) return;
-  control->minimum = std::min(minimum, maximum);
-  control->maximum = std::max(minimum, maximum);
+  control->range = {std::min(minimum, maximum), std::max(minimum, maximum)};
+}
+
+ControlRange RangeOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->range : ControlRange{};
 }
 
 // Nothing here is drawn by the machine, and nobody presses Tab.

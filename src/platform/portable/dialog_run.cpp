@@ -189,8 +189,8 @@ bool StepNumber(Dialog& dialog, const Control& edit, int step) {
   for (std::size_t i = 0; i + 1 < dialog.controls.size(); ++i) {
     const Control& partner = dialog.controls[i + 1];
     if (&dialog.controls[i] != &edit || partner.kind != ControlKind::UpDown) continue;
-    const std::int64_t value = GetNumber(dialog, edit.id, partner.minimum < 0) + step;
-    SetNumber(dialog, edit.id, std::clamp<std::int64_t>(value, partner.minimum, partner.maximum));
+    const std::int64_t value = GetNumber(dialog, edit.id, partner.range.minimum < 0) + step;
+    SetNumber(dialog, edit.id, std::clamp<std::int64_t>(value, partner.range.minimum, partner.range.maximum));
     return true;
   }
   return false;
@@ -338,7 +338,7 @@ bool Type(Dialog& dialog, int id, const std::string& text) {
   if (!control) return false;
   if (control->kind == ControlKind::Trackbar) {
     const int asked = std::atoi(text.c_str());
-    SetNumber(dialog, id, std::clamp(asked, control->minimum, control->maximum));
+    SetNumber(dialog, id, std::clamp(asked, control->range.minimum, control->range.maximum));
     SendCommand(dialog, id, kEditChanged);
   } else if (IsEdit(control->kind)) {
     SetText(dialog, id, CutToLine(text, control->limit));

@@ -101,6 +101,9 @@ void SetText(Dialog& dialog, int id, const std::string& text) {
     Ask(*control, TBM_SETPOS, TRUE, std::atoi(text.c_str()));
   } else {
     SetWindowTextW(control->window, WideOf(text).c_str());
+    if (control->kind != ControlKind::UpDown) return;
+    const NumberRange range = ParseRange(text);
+    SetRange(dialog, id, range.minimum, range.maximum);
   }
 }
 
@@ -332,6 +335,17 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
     Ask(*control, TBM_SETRANGEMIN, FALSE, minimum);
     Ask(*control, TBM_SETRANGEMAX, TRUE, maximum);
   }
+}
+
+ControlRange RangeOf(const Dialog& dialog, int id) {
+  ControlRange range;
+  const Control* control = FindControl(dialog, id);
+  if (control && control->kind == ControlKind::UpDown) {
+    Ask(*control, UDM_GETRANGE32, reinterpret_cast<WPARAM>(&range.minimum), reinterpret_cast<LPARAM>(&range.maximum));
+  } else if (control && control->kind == ControlKind::Trackbar) {
+    range = {static_cast<int>(Ask(*control, TBM_GETRANGEMIN)), static_cast<int>(Ask(*control, TBM_GETRANGEMAX))};
+  }
+  return range;
 }
 
 void SetTicks(Dialog& dialog, int id, int every) {
