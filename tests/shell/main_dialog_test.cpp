@@ -609,8 +609,8 @@ TEST_F(MainDialogTest, HelpIsTheHostsAndItsRefusalIsTold) {
     EXPECT_FALSE(HasEnded(dialog));
     // F1: the part with the keyboard. Every topic is in the page.
     shown = 1;
-    std::string page;
-    ASSERT_TRUE(ReadFileBytes(GLYPHMOTION_SOURCE_DIR "/share/glyphmotion/TLMPLGM4.HTML", page));
+    const std::string page =
+        ReadWholeFile(GLYPHMOTION_SOURCE_DIR "/share/glyphmotion/TLMPLGM4.HTML").value_or(std::string());
     const auto ask = [&](int control, const std::string& expected) {
       topic = expected;
       const int before = host.Count(HostOpShowHelp);

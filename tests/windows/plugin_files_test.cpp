@@ -374,6 +374,9 @@ TEST_F(Files, AFountainLibraryThatIsNoneIsToldAndKept) {
       EXPECT_EQ(AnswerMessage(), kNotAdded) << "read only";
       const HWND library = open();
       const LRESULT count = SendDlgItemMessageA(library, kList, LB_GETCOUNT, 0, 0);
+      SendDlgItemMessageA(library, kList, LB_SETCURSEL, 0, 0);
+      SendMessageA(library, WM_COMMAND, MAKEWPARAM(kList, LBN_SELCHANGE),
+                   reinterpret_cast<LPARAM>(GetDlgItem(library, kList)));
       Press(library, kDelete);
       EXPECT_EQ(SendDlgItemMessageA(library, kList, LB_GETCOUNT, 0, 0), count - 1);
       PostMessageA(library, WM_COMMAND, IDOK, 0);
