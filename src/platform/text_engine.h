@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace glyphmotion {
@@ -29,13 +30,49 @@ struct FontMetrics {
 
 struct GlyphBox {
   double width = 0, height = 0;  ///< pixels, margins included
+  // Clusters alone:
+  int advance = 0;                               ///< pixels to the next box
+  bool joined = false;                           ///< touches the next box: spacing must not part them
+  bool blank = false;                            ///< a space
+  bool picture = false;                          ///< painted by its font: RenderPictures, not RenderGlyph
+  int left = 0, top = 0, right = 0, bottom = 0;  ///< what there is to see, which may lie outside the box
 };
 
 /// Coverage of one glyph in its box, rows top down.
 struct GlyphBitmap {
-  int width = 0, height = 0;           ///< the box, truncated to whole pixels, 1 at least
+  int left = 0, top = 0;               ///< where it begins in the box: 0 but for clusters
+  int width = 0, height = 0;           ///< the box, truncated to whole pixels, 1 at least; of a cluster, what is seen
   std::vector<std::uint8_t> coverage;  ///< width * height values, 0 to 255
 };
+
+/// A picture that a font has for a glyph, in the size that it has.
+struct GlyphPicture {
+  int width = 0, height = 0;
+  std::vector<std::uint8_t> bgra;  ///< width * height pixels times blue, green, red, alpha; colours times alpha
+  bool coloured = true;            ///< false: coverage alone, in all four
+  double left = 0, top = 0, shownWidth = 0, shownHeight = 0;  ///< where it is to be shown in the box, pixels
+};
+
+/// Codes from here up stand for clusters, whatever number of characters and glyphs they are made of. They come from
+/// ShapeText, stand for the same in all of a run, and are measured and drawn where characters are.
+constexpr char32_t kFirstCluster = 0x110000;
+constexpr bool IsCluster(char32_t code) { return code >= kFirstCluster; }
+
+/// Between the lines of a text.
+constexpr char32_t kLineBreak = 0x2028;
+
+struct ShapedText {
+  std::u32string codes;           ///< each line from left to right; kLineBreak between lines
+  std::vector<bool> rightToLeft;  ///< by line: the direction it is read in
+};
+
+/// The text as codes to be measured and drawn one after the other. A text whose characters can all be drawn by
+/// themselves comes back as it is; any other, and any in a direction that the run asks for, is ordered (Unicode's
+/// bidirectional algorithm) and shaped as a whole. Remembered for the run. Throws std::bad_alloc.
+ShapedText ShapeText(const FontRequest& font, std::u32string_view text);
+
+/// The pictures of a cluster whose box says so, in the order in which they lie on one another. False as RenderGlyph.
+bool RenderPictures(const FontRequest& font, char32_t code, std::vector<GlyphPicture>& pictures) noexcept;
 
 /// Starts the engine for a run; nested starts are counted. False when the machine offers no font at all.
 bool StartTextEngine() noexcept;

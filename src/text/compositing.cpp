@@ -9,6 +9,7 @@
 #include "controls/variables.h"
 #include "image/filters.h"
 #include "platform/encoding.h"
+#include "platform/random.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -42,6 +43,19 @@ void BlendRow(std::uint8_t* under, const std::uint8_t* over, const std::uint8_t*
       std::memcpy(under, over, 3);
     } else {
       BlendBytes(under, over[0], over[1], over[2], a);
+    }
+  }
+}
+
+// The same where a part of the mask, `painted`, has colours of its own, which come times that part.
+void BlendPaintedRow(std::uint8_t* under, const std::uint8_t* over, const std::uint8_t* mask,
+                     const std::uint8_t* colours, const std::uint8_t* painted, int count) {
+  for (int x = 0; x < count; ++x, under += 3, over += 3, colours += 3) {
+    const int a = mask[x], fill = std::max(0, a - painted[x]);
+    if (a == 0) continue;
+    for (int k = 0; k < 3; ++k) {
+      under[k] =
+          static_cast<std::uint8_t>(std::min(255, under[k] * (255 - a) / 255 + over[k] * fill / 255 + colours[k]));
     }
   }
 }
@@ -107,6 +121,16 @@ PackedDib FrameComposer::RenderMaterial(int control, int width, int height) {
   return material ? cache_.materials.Render(*material, width, height) : PackedDib();
 }
 
+// After the effect has changed the options, since shapes depend on the font.
+void FrameComposer::ShapeLine() {
+  TextLine& line = options.line;
+  ShapedText shaped = ShapeText(line.font, line.text);
+  line.text = std::move(shaped.codes);
+  line.rightToLeft = std::move(shaped.rightToLeft);
+  line.align = CurrentTextRun().options.align;
+  line.lineSpace = CurrentTextRun().options.lineSpace;
+}
+
 FrameGeometry FrameComposer::Geometry(const TextMeasure& measure) const {
   FrameGeometry geometry;
   const int grow = options.shadowEnable ? options.shadowOffset : 0;
@@ -126,6 +150,7 @@ FrameGeometry FrameComposer::Geometry(const TextMeasure& measure) const {
 
 PackedDib FrameComposer::Compose() {
   if (options.line.text.empty() && !allowEmptyText) return {};
+  ShapeLine();
   options.line.text.push_back(U' ');
   const TextMeasure measure = MeasureText(options.line, NumberVariable("AccentCompensation") != 0, cache_.glyphs);
   if (EndRequested()) return {};
@@ -205,20 +230,42 @@ bool FrameComposer::PaintShadow(const TextMeasure& measure, const FrameGeometry&
 
 bool FrameComposer::PaintFill(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
                               const DibView* alpha, const PackedDib& fillBitmap) {
+  const std::uint32_t randomState = RandomState();
   PackedDib mask =
       Apply(onTextMask, RasteriseText(options.line, measure, geometry.textX, geometry.textY, geometry.width,
                                       geometry.height, options.fillOpacity, cache_.glyphs));
   const DibView levels(mask), over(fillBitmap);
   if (!levels || !over) return false;
+  TextColours own;
+  if (measure.pictures && CurrentTextRun().options.colourEmoji && !MoveColours(measure, geometry, randomState, own)) return false;
+  const DibView colours(own.colours), painted(own.painted);
   // The fill does not move with the text: a scrolling text slides across a stationary material.
   const int right = std::min({frame.Width(), levels.Width(), over.Width()});
   const int bottom = std::min({frame.Height(), levels.Height(), over.Height()});
   for (int y = 0; y < bottom; ++y) {
     if (EndRequested()) return false;
-    BlendRow(frame.Row(y), over.Row(y), levels.Row(y), right);
+    if (colours) {
+      BlendPaintedRow(frame.Row(y), over.Row(y), levels.Row(y), colours.Row(y), painted.Row(y), right);
+    } else {
+      BlendRow(frame.Row(y), over.Row(y), levels.Row(y), right);
+    }
     if (alpha) RaiseAlphaRow(alpha->Row(y), levels.Row(y), right);
   }
   return !afterFill || afterFill({frame, alpha, levels, geometry});
+}
+
+// The effect does to the colours what it has done to the mask, with the same random numbers.
+bool FrameComposer::MoveColours(const TextMeasure& measure, const FrameGeometry& geometry, std::uint32_t randomState,
+                                TextColours& moved) {
+  const std::uint32_t after = RandomState();
+  moved = RasteriseColours(options.line, measure, geometry.textX, geometry.textY, geometry.width, geometry.height,
+                           options.fillOpacity, cache_.glyphs);
+  SeedRandom(randomState);
+  moved.colours = Apply(onTextMask, std::move(moved.colours));
+  SeedRandom(randomState);
+  moved.painted = Apply(onTextMask, std::move(moved.painted));
+  SeedRandom(after);
+  return moved.colours && moved.painted;
 }
 
 bool FrameComposer::PaintOutline(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,

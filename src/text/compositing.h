@@ -101,11 +101,14 @@ class FrameComposer {
   bool Check(int control) const { return ReadCheck(dialog_, control); }
 
  private:
+  void ShapeLine();
   FrameGeometry Geometry(const TextMeasure& measure) const;
   bool PaintShadow(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
                    const DibView* alpha, const PackedDib& shadowBitmap);
   bool PaintFill(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame, const DibView* alpha,
                  const PackedDib& fillBitmap);
+  bool MoveColours(const TextMeasure& measure, const FrameGeometry& geometry, std::uint32_t randomState,
+                   TextColours& moved);
   bool PaintOutline(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
                     const DibView* alpha);
 

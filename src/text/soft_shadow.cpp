@@ -31,17 +31,6 @@ std::string KeyOf(const TextLine& line, int y, int height, int level, int softne
   return key;
 }
 
-// Where the last box ends, counted from the first.
-int ExtentOf(const TextLine& line, const TextMeasure& measure, GlyphCache& glyphs) {
-  int place = 0, extent = 0;
-  for (std::size_t i = 0; i < line.text.size(); ++i) {
-    const PackedDib* glyph = glyphs.Coverage(line.font, line.antialias, line.text[i]);
-    if (glyph) extent = std::max(extent, place + DibView(*glyph).Width());
-    place += measure.advances[i];
-  }
-  return extent;
-}
-
 void CopyColumns(const DibView& to, int toX, const DibView& from, int fromX, int count) {
   CopyRegion(to, toX, 0, from, fromX, 0, count, to.Height());
 }
@@ -76,7 +65,7 @@ PackedDib SoftShadowCache::Compose(const TextLine& line, const TextMeasure& meas
     const PackedDib sharp = RasteriseText(line, measure, left, y, columns, height, level, glyphs);
     return sharp ? Blur(sharp, softness) : PackedDib();
   };
-  if (!strip_) strip_ = blurred(kStripText, ExtentOf(line, measure, glyphs) + 2 * kStripText);
+  if (!strip_) strip_ = blurred(kStripText, BlockExtent(line, measure, glyphs) + 2 * kStripText);
   PackedDib mask = BlankMask(width, height);
   const PackedDib leftBand = blurred(x, kBand), rightBand = blurred(x - (width - kBand), kBand);
   const DibView to(mask), strip(strip_), left(leftBand), right(rightBand);

@@ -9,36 +9,12 @@
 
 #include "platform/run_state.h"
 #include "text/draw_op.h"
+#include "text/glyph_image.h"
 
 namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kMaxFonts = 8, kMaxEntries = 4096, kMaxCacheBytes = std::size_t{16} << 20;
-
-// ---- Accents ----
-
-struct AccentPair {
-  std::uint8_t accented;
-  char base;
-};
-
-// The pairs of 0xDF with B and of 0xF0 with o are meant.
-constexpr AccentPair kAccents[] = {
-    {0xC0, 'A'}, {0xC1, 'A'}, {0xC2, 'A'}, {0xC3, 'A'}, {0xC4, 'A'}, {0xC5, 'A'}, {0xC7, 'C'}, {0xC8, 'E'}, {0xC9, 'E'},
-    {0xCA, 'E'}, {0xCB, 'E'}, {0xCC, 'I'}, {0xCD, 'I'}, {0xCE, 'I'}, {0xCF, 'I'}, {0xD1, 'N'}, {0xD2, 'O'}, {0xD3, 'O'},
-    {0xD4, 'O'}, {0xD5, 'O'}, {0xD6, 'O'}, {0xD8, 'O'}, {0xD9, 'U'}, {0xDA, 'U'}, {0xDB, 'U'}, {0xDC, 'U'}, {0xDD, 'Y'},
-    {0xDF, 'B'}, {0xE0, 'a'}, {0xE1, 'a'}, {0xE2, 'a'}, {0xE3, 'a'}, {0xE4, 'a'}, {0xE5, 'a'}, {0xE7, 'c'}, {0xE8, 'e'},
-    {0xE9, 'e'}, {0xEA, 'e'}, {0xEB, 'e'}, {0xEC, 'i'}, {0xED, 'i'}, {0xEE, 'i'}, {0xEF, 'i'}, {0xF0, 'o'}, {0xF1, 'n'},
-    {0xF2, 'o'}, {0xF3, 'o'}, {0xF4, 'o'}, {0xF5, 'o'}, {0xF6, 'o'}, {0xF8, 'o'}, {0xF9, 'u'}, {0xFA, 'u'}, {0xFB, 'u'},
-    {0xFC, 'u'}, {0xFD, 'y'}, {0xFF, 'y'}};
-static_assert(std::size(kAccents) == 57);
-
-char32_t BaseLetter(char32_t character) {
-  for (const AccentPair& pair : kAccents) {
-    if (pair.accented == character) return static_cast<char32_t>(pair.base);
-  }
-  return character;
-}
 
 // ---- Rows: `count` bytes each, at least 0; the arguments do not overlap ----
 
@@ -87,17 +63,31 @@ void Dilate(const DibView& source, const DibView& target) {
   }
 }
 
-PackedDib CoverageBitmap(const FontRequest& font, bool antialias, char32_t character) {
-  GlyphBitmap glyph;
-  if (!character || !RenderGlyph(font, character, antialias, glyph)) return {};
-  PackedDib bitmap = BlankMask(glyph.width, glyph.height);
-  const DibView view(bitmap);
-  if (!view) return {};
-  const auto width = static_cast<std::size_t>(glyph.width);
-  for (int y = 0; y < glyph.height; ++y) {
-    std::memcpy(view.Row(y), glyph.coverage.data() + static_cast<std::size_t>(y) * width, width);
+/// Merges the three bytes a pixel of `from` likewise.
+void MergeColours(const DibView& to, const DibView& from, long long x, long long y) {
+  const long long left = std::max(0LL, -x), right = std::min<long long>(from.Width(), to.Width() - x);
+  const long long top = std::max(0LL, -y), bottom = std::min<long long>(from.Height(), to.Height() - y);
+  if (left >= right) return;
+  for (long long row = top; row < bottom; ++row) {
+    MergeRow(to.Row(static_cast<int>(y + row)) + 3 * (x + left), from.Row(static_cast<int>(row)) + 3 * left,
+             static_cast<int>(3 * (right - left)));
   }
-  return bitmap;
+}
+
+/// Calls take(image, x, y) for every glyph of the block, with the place of its bitmap. False when one could not be
+/// drawn or `take` says so.
+template <typename Take>
+bool ForEachGlyph(const TextLine& line, const TextMeasure& measure, GlyphCache& cache, Take take) {
+  for (const TextRow& row : measure.rows) {
+    long long x = row.x;
+    for (std::size_t i = row.begin; i < row.end; ++i) {
+      if (EndRequested()) return false;
+      const GlyphImage* image = cache.Image(line.font, line.antialias, line.text[i]);
+      if (!image || !take(*image, x + image->left, static_cast<long long>(row.y) + image->top)) return false;
+      x += measure.advances[i];
+    }
+  }
+  return true;
 }
 
 }  // namespace
@@ -138,51 +128,66 @@ bool GlyphCache::Width(const FontRequest& font, char32_t character, int& width) 
   return true;
 }
 
-const PackedDib* GlyphCache::Coverage(const FontRequest& font, bool antialias, char32_t character) {
-  PackedDib& bitmap = Find(font, character).coverage[antialias ? 1 : 0];
-  if (!bitmap) {
-    bitmap = CoverageBitmap(font, antialias, character);
-    bytes_ += BlockSize(bitmap.Handle());
+const GlyphBox* GlyphCache::Box(const FontRequest& font, char32_t cluster) {
+  Entry& entry = Find(font, cluster);
+  if (entry.width == kUnknown) entry.width = MeasureGlyph(font, cluster, entry.box) ? entry.box.advance : kFailed;
+  return entry.width == kFailed ? nullptr : &entry.box;
+}
+
+const GlyphImage* GlyphCache::Image(const FontRequest& font, bool antialias, char32_t character) {
+  const bool picture = IsCluster(character) && Box(font, character) && Box(font, character)->picture;
+  GlyphImage& image = Find(font, character).image[antialias ? 1 : 0];
+  if (!image.coverage) {
+    image = picture ? DrawPictures(font, antialias, character) : DrawGlyph(font, antialias, character);
+    bytes_ +=
+        BlockSize(image.coverage.Handle()) + BlockSize(image.colours.Handle()) + BlockSize(image.painted.Handle());
   }
-  return bitmap ? &bitmap : nullptr;
+  return image.coverage ? &image : nullptr;
 }
 
 // ---- Strings ----
-
-TextMeasure MeasureText(const TextLine& line, bool accentCompensation, GlyphCache& cache) {
-  TextMeasure measure;
-  measure.height = MeasureFont(line.font).height;
-  measure.advances.reserve(line.text.size());
-  long long total = 0;
-  for (const char32_t character : line.text) {
-    int width = 0;
-    const bool measured = cache.Width(line.font, accentCompensation ? BaseLetter(character) : character, width);
-    const int advance = measured ? static_cast<int>(static_cast<long long>(width) * line.characterSpace / 100) : 0;
-    total += advance;
-    measure.advances.push_back(advance);
-  }
-  constexpr long long kWidest = 1 << 30;  // far beyond any bitmap
-  measure.width = static_cast<int>(std::clamp(total, -kWidest, kWidest));
-  return measure;
-}
 
 PackedDib RasteriseText(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height,
                         int level, GlyphCache& cache) {
   PackedDib mask = BlankMask(width, height);
   const DibView view(mask);
   if (!view) return {};
-  long long left = x;
-  for (std::size_t i = 0; i < line.text.size(); ++i) {
-    if (EndRequested()) return {};
-    const PackedDib* coverage = cache.Coverage(line.font, line.antialias, line.text[i]);
-    if (!coverage) return {};
-    const DibView glyph(*coverage);
-    if (!glyph) return {};
-    MergeGlyph(view, glyph, left, y);
-    if (i < measure.advances.size()) left += measure.advances[i];
-  }
+  const bool drawn = ForEachGlyph(line, measure, cache, [&](const GlyphImage& image, long long left, long long top) {
+    const DibView glyph(image.coverage);
+    if (glyph) MergeGlyph(view, glyph, x + left, y + top);
+    return static_cast<bool>(glyph);
+  });
+  if (!drawn) return {};
   ScaleMask(view, level);
   return mask;
+}
+
+TextColours RasteriseColours(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height,
+                             int level, GlyphCache& cache) {
+  TextColours made{SolidDib(width, height, 0), BlankMask(width, height)};
+  const DibView colours(made.colours), painted(made.painted);
+  if (!colours || !painted) return {};
+  const bool drawn = ForEachGlyph(line, measure, cache, [&](const GlyphImage& image, long long left, long long top) {
+    if (!image.colours) return true;
+    const DibView from(image.colours), share(image.painted);
+    if (!from || !share) return false;
+    MergeColours(colours, from, x + left, y + top);
+    MergeGlyph(painted, share, x + left, y + top);
+    return true;
+  });
+  if (!drawn) return {};
+  ScaleMask(painted, level);
+  for (int row = 0; level < 255 && row < height; ++row) ScaleRow(colours.Row(row), std::max(level, 0), 3 * width);
+  return made;
+}
+
+int BlockExtent(const TextLine& line, const TextMeasure& measure, GlyphCache& cache) {
+  long long extent = 0;
+  ForEachGlyph(line, measure, cache, [&](const GlyphImage& image, long long left, long long) {
+    extent = std::max(extent, left + DibView(image.coverage).Width());
+    return true;
+  });
+  return static_cast<int>(extent);
 }
 
 PackedDib OutlineMask(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height, int level,

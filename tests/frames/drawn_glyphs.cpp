@@ -66,6 +66,8 @@ void Draw(const Shape& shape, bool antialias, int reach, GlyphBitmap& glyph) {
 
 }  // namespace
 
+ShapedText ShapeText(const FontRequest&, std::u32string_view text) { return {std::u32string(text), {}}; }
+bool RenderPictures(const FontRequest&, char32_t, std::vector<GlyphPicture>&) noexcept { return false; }
 bool StartTextEngine() noexcept { return true; }
 void StopTextEngine() noexcept {}
 std::vector<std::string> FontFamilies() { return {"Arial"}; }

@@ -331,13 +331,14 @@ FontMetrics MeasureFont(const FontRequest& font) noexcept try {
   return {};
 }
 
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) try {
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) {
   const FontInUse* use = UseFont(font);
   OwnedGraphics graphics;
   return use && GdipCreateFromHDC(TheEngine().context, &graphics) == Ok && MeasureBox(*use, graphics, character, box);
-} catch (const std::bad_alloc&) {
-  return false;
 }
+
+ShapedText ShapeText(const FontRequest&, std::u32string_view text) { return {std::u32string(text), {}}; }
+bool RenderPictures(const FontRequest&, char32_t, std::vector<GlyphPicture>&) noexcept { return false; }
 
 bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept try {
   const FontInUse* use = UseFont(font);
