@@ -59,6 +59,9 @@ constexpr NumberOption kNumberOptions[] = {
     {"--softness", "@soft", 0, 40, "Blur of the shadow"},
 };
 
+// Of a text, as the library takes it.
+constexpr long kMostCharacters = 4096;
+
 // The dialog's own limit of a delay for palette formats, in 1/100 s.
 constexpr long kMostHundredths = 25;
 
@@ -88,6 +91,7 @@ constexpr SwitchOption kSwitchOptions[] = {
 struct Typed {
   std::optional<std::string> text, effect, font, palette;
   std::string fill, shadow, background, outline, frames, host, list;
+  std::string direction, align, lineSpace, emoji, variation;
   std::vector<std::string> numbers = std::vector<std::string>(std::size(kNumberOptions));
   std::vector<std::int64_t> switches = std::vector<std::int64_t>(std::size(kSwitchOptions));
   std::vector<std::string> sets, refusals;
@@ -98,7 +102,7 @@ struct Typed {
 
 void DefineOptions(CLI::App& app, Typed& typed) {
   Job& job = typed.arguments.job;
-  app.add_option("text", typed.text, "The line of text")->option_text("TEXT");
+  app.add_option("text", typed.text, "The text; a line break in it begins a new line")->option_text("TEXT");
   const auto option = [&app](const char* name, auto& place, const char* form, const char* help, const char* group) {
     return app.add_option(name, place, help)->option_text(form)->group(group);
   };
@@ -108,6 +112,12 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("--lossy", typed.lossy, "QUALITY", "Lossy .webp of this quality, 0 to 100 (normally lossless)", "Output");
   option("-e,--effect", typed.effect, "NAME", "What happens to the text: see --list effects", "Animation");
   option("-f,--font", typed.font, "FAMILY", "The letters: see --list fonts", "Text");
+  option("--font-file", job.fontFile, "FILE[#N]", "Letters from this font file (N: face of a collection)", "Text");
+  option("--font-variation", typed.variation, "AXIS=V,...", "Axes of a variable font, as in wght=650,wdth=80", "Text");
+  option("--align", typed.align, "WHERE", "Lines of a text: left, center, right or justify", "Text");
+  option("--line-space", typed.lineSpace, "N", "Distance of the lines in percent, 10 to 500", "Text");
+  option("--text-direction", typed.direction, "DIR", "auto (of each line's letters), ltr or rtl", "Text");
+  option("--emoji", typed.emoji, "KIND", "color, or mono: their shape in the fill", "Text");
   const char* material = "#RRGGBB | gradient:... | fountain:... | texture:NAME | tile:FILE#N | mtrl:FILE | image:FILE";
   option("--fill", typed.fill, "M", "What the letters are filled with", "Materials")
       ->description(std::string("What the letters are filled with. M is ") + material);
@@ -266,6 +276,43 @@ void ReadEffect(Typed& typed, const Catalogue& catalogue) {
   typed.arguments.job.effect = wanted;
 }
 
+// The place of a word among those that an option takes.
+int Choice(const char* option, const std::string& word, const std::vector<std::string>& allowed) {
+  const auto found = std::find(allowed.begin(), allowed.end(), word);
+  if (found == allowed.end()) Refuse(std::string(option) + " " + word + " is not known; it takes " + Join(allowed));
+  return static_cast<int>(found - allowed.begin());
+}
+
+// "wght=650,wdth=80"
+void ReadVariation(const std::string& list, Job& job) {
+  for (std::size_t begin = 0; begin < list.size();) {
+    const std::size_t end = std::min(list.find(',', begin), list.size());
+    const std::string pair = list.substr(begin, end - begin);
+    double value = 0;
+    const char* last = pair.data() + pair.size();
+    const bool named = pair.size() > 5 && pair[4] == '=';
+    const auto [stop, error] = named ? std::from_chars(pair.data() + 5, last, value) : std::from_chars_result{};
+    if (!named || error != std::errc{} || stop != last)
+      Refuse("--font-variation '" + pair +
+             "' is not an axis; write AXIS=V with four letters and a number, as in wght=650");
+    job.fontVariation.emplace_back(pair.substr(0, 4), value);
+    begin = end + 1;
+  }
+}
+
+void ReadSetting(Typed& typed) {
+  Job& job = typed.arguments.job;
+  if (!typed.direction.empty())
+    job.textDirection =
+        static_cast<Job::TextDirection>(Choice("--text-direction", typed.direction, {"auto", "ltr", "rtl"}));
+  if (!typed.align.empty())
+    job.align = static_cast<Job::Align>(1 + Choice("--align", typed.align, {"left", "center", "right", "justify"}));
+  if (!typed.lineSpace.empty())
+    job.lineSpace = static_cast<int>(NumberInRange("--line-space", typed.lineSpace, 10, 500));
+  if (!typed.emoji.empty()) job.colourEmoji = Choice("--emoji", typed.emoji, {"color", "mono"}) == 0;
+  ReadVariation(typed.variation, job);
+}
+
 void ReadText(Typed& typed, const Catalogue& catalogue) {
   Job& job = typed.arguments.job;
   if (typed.text) {
@@ -273,9 +320,13 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
         std::count_if(typed.text->begin(), typed.text->end(), [](char c) { return (c & 0xC0) != 0x80; });
     if (typed.text->empty() && (job.action == Job::Action::Build || job.action == Job::Action::Sample))
       Refuse("the text '' is empty; give one character at least");
-    if (characters > 260) Refuse("the text has " + std::to_string(characters) + " characters; 260 are allowed");
+    if (characters > kMostCharacters)
+      Refuse("the text has " + std::to_string(characters) + " characters; " + std::to_string(kMostCharacters) +
+             " are allowed");
     job.text = typed.text;
   }
+  ReadSetting(typed);
+  if (typed.font && !job.fontFile.empty()) Refuse("--font and --font-file exclude each other; leave one out");
   if (!typed.font) return;
   if (catalogue.hasFont && !catalogue.hasFont(*typed.font))
     Refuse("there is no font '" + *typed.font + "'" + Suggestion(*typed.font, catalogue.fonts()) +

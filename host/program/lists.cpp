@@ -34,6 +34,27 @@ void PrintPalettes(const Catalogue& catalogue) {
   }
 }
 
+// "wght 100..900 (400)"
+std::string AxesOf(const FontInfo& font) {
+  std::string text;
+  for (const FontInfo::Axis& axis : font.axes) {
+    char range[96];
+    std::snprintf(range, sizeof range, "%s %g..%g (%g)", axis.tag.c_str(), axis.minimum, axis.maximum, axis.standard);
+    text += (text.empty() ? "" : ", ") + std::string(range);
+  }
+  return text;
+}
+
+std::string PrintFonts() {
+  const std::vector<FontInfo> fonts = Fonts();
+  if (fonts.empty()) return "no font is installed; install one, for example the package fonts-liberation";
+  for (const FontInfo& font : fonts) {
+    const std::string file = font.file + (font.index ? '#' + std::to_string(font.index) : "");
+    PrintRow({font.family, font.style, file, AxesOf(font)}, {32, 24, 60});
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string PrintList(ListKind kind, const Catalogue& catalogue) {
@@ -43,11 +64,8 @@ std::string PrintList(ListKind kind, const Catalogue& catalogue) {
     case ListKind::Effects:
       for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
       return {};
-    case ListKind::Fonts: {
-      const std::vector<std::string> fonts = catalogue.fonts();
-      if (fonts.empty()) return "no font is installed; install one, for example the package fonts-liberation";
-      return PrintNames(fonts, "fonts");
-    }
+    case ListKind::Fonts:
+      return PrintFonts();
     case ListKind::Palettes:
       PrintPalettes(catalogue);
       return {};

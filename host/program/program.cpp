@@ -178,6 +178,8 @@ int Execute(const Arguments& arguments) {
   };
   const RenderResult result = Render(job, SinkOf(run));
   run.bar.Clear();
+  if (!arguments.quiet)
+    for (const std::string& note : result.notes) std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
     if (!trouble.empty()) return Fail(trouble);

@@ -17,6 +17,7 @@
 #include "platform/dialog_driver.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/font_files.h"
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
@@ -232,6 +233,22 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
   }
 }
 
+// What the job asks of its text, for the run. One sentence when that is impossible.
+std::string PrepareText(const Job& job) {
+  TextRun& run = CurrentTextRun();
+  run = {};
+  run.options.direction = static_cast<TextDirection>(job.textDirection);
+  run.options.align = static_cast<TextAlign>(job.align);
+  run.options.lineSpace = job.lineSpace;
+  run.options.colourEmoji = job.colourEmoji;
+  for (const auto& [tag, value] : job.fontVariation) run.axes.push_back({tag, value});
+  if (job.lineSpace < 10 || job.lineSpace > 500)
+    return "a line space of " + std::to_string(job.lineSpace) + " percent is not allowed; it takes 10 to 500";
+  std::string error;
+  if (!job.fontFile.empty()) OpenFontFile(job.fontFile, run.fontFile, error);
+  return error;
+}
+
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   // A dialog that cannot even be made says nothing, and a panel fails for nothing else.
@@ -289,6 +306,11 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   RunState run;
   const RunScope scope(run);
   PrepareRun(job, sink, folders);
+  if (const std::string trouble = PrepareText(job); !trouble.empty()) {
+    result.status = RenderStatus::BadJob;
+    result.message = trouble;
+    return result;
+  }
   Session session(job, sink);
   ScriptedUser user(job, result.dialogMessages, std::move(settings));
   UiResponder responder;
@@ -320,6 +342,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   result.images = session.images;
   result.notes = user.Notes();
   if (const std::string note = session.shortFrames.Note(); !note.empty()) result.notes.push_back(note);
+  if (const std::string note = MissingNote(); !note.empty()) result.notes.push_back(note);
   if (session.exception) std::rethrow_exception(session.exception);
 
   // What is asked of a run that has handed everything over comes too late.

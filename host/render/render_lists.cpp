@@ -5,6 +5,7 @@
 #include "controls/variables.h"
 #include "effects/effect_table.h"
 #include "image/fixed_palettes.h"
+#include "platform/font_files.h"
 #include "platform/text_engine.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
@@ -93,6 +94,16 @@ std::vector<std::string> PaletteNames() {
 }
 
 std::vector<std::string> FontNames() { return FontFamilies(); }
+
+std::vector<FontInfo> Fonts() {
+  std::vector<FontInfo> fonts;
+  for (FontFaceInfo& face : FontFaces()) {
+    FontInfo font{std::move(face.family), std::move(face.style), std::move(face.file), face.index, {}};
+    for (const FontAxis& axis : face.axes) font.axes.push_back({axis.tag, axis.minimum, axis.standard, axis.maximum});
+    fonts.push_back(std::move(font));
+  }
+  return fonts;
+}
 
 std::vector<KeyInfo> Keys() {
   std::vector<KeyInfo> keys;

@@ -16,6 +16,7 @@
 #include "platform/ascii.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
+#include "platform/font_files.h"
 #include "platform/text_engine.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
@@ -26,7 +27,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kMaxTextLength = 260;
+constexpr std::size_t kMaxTextLength = 260, kMaxLongText = 4096;
 
 std::optional<std::int64_t> ParseInteger(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
@@ -46,14 +47,18 @@ std::optional<bool> ParseSwitch(const std::string& text) {
   return std::nullopt;
 }
 
-/// Why a text cannot be animated; empty when it can. The one place that says so.
-std::string TextTrouble(const std::string& text) {
-  constexpr std::string_view kBreaks[] = {"\n", "\r", "\xE2\x80\xA8", "\xE2\x80\xA9"};
-  const bool broken = std::any_of(std::begin(kBreaks), std::end(kBreaks),
-                                  [&](std::string_view line) { return text.find(line) != std::string::npos; });
-  if (broken) return "the text has a line break; only one line can be animated, so put a blank in its place";
-  if (text.find('\0') != std::string::npos) return "the text has a NUL byte; leave it out";
-  return {};
+// A line break inside is U+2028, which an edit of one line takes.
+std::string WithInnerBreaks(const std::string& text) {
+  std::string inner;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (text[i] != '\n' && text[i] != '\r') {
+      inner += text[i];
+    } else if (!pair) {
+      inner += "\xE2\x80\xA8";
+    }
+  }
+  return inner;
 }
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
@@ -119,10 +124,11 @@ bool ScriptedUser::ApplyAll(Dialog& dialog, const std::vector<Job::Setting>& set
 }
 
 bool ScriptedUser::ApplyOptions(Dialog& dialog) {
-  if (!ChooseEffect(dialog) || (job_.text && !Apply(dialog, {"MainText", *job_.text})) || !SetMaterials(dialog))
+  if (!ChooseEffect(dialog) || !SetFontFile(dialog) || (job_.text && !Apply(dialog, {"MainText", *job_.text})) ||
+      !SetMaterials(dialog))
     return false;
   for (const Job::Setting& setting : job_.settings) values_.TakeOption(setting.first);
-  return ApplyAll(dialog, job_.settings);
+  return ApplyAll(dialog, job_.settings) && CheckAxes(dialog);
 }
 
 void ScriptedUser::TakeNotes(const Dialog& dialog) {
@@ -154,6 +160,20 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (!document.font.empty()) TakeFontOfFile(document.font);
   values_.TakeDocument(std::move(document));
   return true;
+}
+
+// A font file is set as it is: bold and italic only for whom asks.
+bool ScriptedUser::SetFontFile(Dialog& dialog) {
+  const FontFile& file = CurrentTextRun().fontFile;
+  return file.path.empty() || (Apply(dialog, {"MainFontName", file.family}) && Apply(dialog, {"MainFontBold", "0"}) &&
+                               Apply(dialog, {"MainFontItalic", "0"}));
+}
+
+bool ScriptedUser::CheckAxes(Dialog& dialog) {
+  const FontRequest font{GetText(dialog, ControlId::Font), 24, GetCheck(dialog, ControlId::Bold),
+                         GetCheck(dialog, ControlId::Italic)};
+  const std::string trouble = AxesTrouble(font);
+  return trouble.empty() || Fail(trouble);
 }
 
 bool ScriptedUser::ChooseEffect(Dialog& dialog) {
@@ -244,11 +264,13 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
     }
     case ControlKind::Edit: {
-      if (const std::string trouble = TextTrouble(value); !trouble.empty()) return Fail(trouble);
-      if (CountCharacters(value) > kMaxTextLength) {
-        return Fail("the text is too long: at most " + std::to_string(kMaxTextLength) + " characters are allowed");
+      if (value.find('\0') != std::string::npos) return Fail("the text has a NUL byte; leave it out");
+      const std::string text = WithInnerBreaks(value);
+      if (CountCharacters(text) > kMaxLongText) {
+        return Fail("the text is too long: at most " + std::to_string(kMaxLongText) + " characters are allowed");
       }
-      return Type(dialog, id, value) || refused();
+      if (id == ControlId::Text) LimitText(dialog, id, static_cast<int>(kMaxLongText));
+      return Type(dialog, id, text) || refused();
     }
     case ControlKind::Combo:
     case ControlKind::SortedCombo:

@@ -44,6 +44,8 @@ class ScriptedUser {
   void TakeFontOfFile(const std::string& family);
   void TakeNotes(const Dialog& dialog);
   bool ChooseEffect(Dialog& dialog);
+  bool SetFontFile(Dialog& dialog);
+  bool CheckAxes(Dialog& dialog);
   bool SetMaterials(Dialog& dialog);
   bool Apply(Dialog& dialog, const Job::Setting& setting);
   bool ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting);

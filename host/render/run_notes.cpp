@@ -3,14 +3,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 
 #include "controls/read_controls.h"
 #include "controls/variables.h"
 #include "effects/effect_table.h"
-#include "platform/encoding.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -65,13 +63,6 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
-/// "'x' (U+0078)"
-std::string Named(char32_t character, std::string_view bytes) {
-  char code[16];
-  std::snprintf(code, sizeof code, "U+%04X", static_cast<unsigned>(character));
-  return "'" + std::string(bytes) + "' (" + code + ")";
-}
-
 FontRequest RequestOf(const Dialog& dialog) {
   return {GetText(dialog, ControlId::Font), ReadNumber(dialog, ControlId::Size), ReadCheck(dialog, ControlId::Bold),
           ReadCheck(dialog, ControlId::Italic)};
@@ -98,18 +89,6 @@ std::vector<std::string> FontNotes(const Dialog& dialog, const std::string& aske
   const std::string& wanted = asked.empty() ? request.family : asked;
   if (!asked.empty() && !used.empty() && !EqualsIgnoringCase(used, wanted)) {
     notes.push_back("the font '" + wanted + "' is not installed; '" + used + "' is used instead");
-  }
-  std::u32string missing;
-  const std::string text = TextFromBytes(GetText(dialog, ControlId::Text));
-  std::string_view rest = text;
-  while (!rest.empty()) {
-    const std::string_view bytes = CutCharacters(rest, 1);
-    const char32_t character = DecodeText(bytes).front();
-    rest.remove_prefix(bytes.size());
-    if (missing.find(character) != std::u32string::npos || HasGlyph(request, character)) continue;
-    missing += character;
-    constexpr std::size_t kMostNamed = 3;
-    if (missing.size() <= kMostNamed) notes.push_back("no font has the character " + Named(character, bytes));
   }
   return notes;
 }

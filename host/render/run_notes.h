@@ -16,8 +16,7 @@ namespace glyphmotion {
 /// them in a file.
 std::vector<std::string> IdleSettings(const Dialog& dialog, const Job& job);
 
-/// The family that takes the place of `asked`, and the characters of the dialog's text that no font has. `asked` is
-/// empty when nobody named a font.
+/// The family that takes the place of `asked`, which is empty when nobody named a font.
 std::vector<std::string> FontNotes(const Dialog& dialog, const std::string& asked);
 
 /// Counts the frames that follow one another in 10 ms or less.

@@ -23,7 +23,7 @@ struct Job {
   /// "mtrl:FILE", ...) for fills.
   using Setting = std::pair<std::string, std::string>;
 
-  std::optional<std::string> text;    ///< UTF-8
+  std::optional<std::string> text;    ///< UTF-8, 4,096 characters at most; each line break begins a new line
   std::optional<std::string> effect;  ///< "vortex", "background-hyperspace"; case does not count
   /// Fills of the chosen effect by role; empty: as they are.
   std::string fill, shadow, background;
@@ -42,6 +42,18 @@ struct Job {
   std::string settingsFile;
   std::string documentFile;      ///< a .GM4 to load first
   std::string saveDocumentFile;  ///< a .GM4 to write before the build
+
+  /// How the text is set. Automatic: each line in the direction of its first strong character, lines read from right to
+  /// left on the right, the others on the left. Justified lines, but for the last, are as wide as the widest.
+  enum class TextDirection { Automatic, LeftToRight, RightToLeft } textDirection = TextDirection::Automatic;
+  enum class Align { Automatic, Left, Centre, Right, Justify } align = Align::Automatic;
+  int lineSpace = 100;      ///< percent of the font's height from line to line, 10 to 500
+  bool colourEmoji = true;  ///< false: their shape is filled as letters are
+  /// A font file (TTF, OTF, TTC), with "#N" for the N-th face of a collection; the text is set in it, and bold or
+  /// italic only where `settings` say so. Empty: a font of the machine.
+  std::string fontFile;
+  /// Axes of a variable font: {"wght", 650}. The font has to have them.
+  std::vector<std::pair<std::string, double>> fontVariation;
 
   enum class Action { Build, Test, Sample, None } action = Action::Build;
 
@@ -137,6 +149,19 @@ RenderResult Render(const Job& job, const Sink& sink);
 std::vector<std::string> EffectNames();
 std::vector<std::string> PaletteNames();
 std::vector<std::string> FontNames();
+
+/// One face of the machine's fonts.
+struct FontInfo {
+  struct Axis {
+    std::string tag;  ///< "wght"
+    double minimum = 0, standard = 0, maximum = 0;
+  };
+  std::string family, style, file;
+  int index = 0;           ///< in a collection
+  std::vector<Axis> axes;  ///< of a variable font
+};
+/// By family, style and file.
+std::vector<FontInfo> Fonts();
 
 /// One row of the persistent keys and one of the controls, for --list.
 struct KeyInfo {

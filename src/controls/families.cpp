@@ -13,7 +13,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kTextInLine = 1024, kTextInVariable = 260;  // characters
+constexpr std::size_t kTextInLine = 4096, kTextInVariable = 260;  // characters
 
 /// The value of a line for this family and control, after the first run of "=" and blanks; false for another's line.
 bool TakeApart(const ControlFamily& family, int id, const std::string& line, std::string& value) {

@@ -86,12 +86,8 @@ std::vector<std::string> FontFamilies();
 bool HasFontFamily(const std::string& family);
 
 /// The family that a request's text is drawn with: its own when that is installed, otherwise the machine's stand-in;
-/// empty when there is none. With HasGlyph, for the notes of a scripted run. (On Windows nobody asks, and neither
-/// exists.)
+/// empty when there is none. (On Windows nobody asks, and it does not exist.)
 std::string FamilyUsed(const FontRequest& font);
-
-/// False when no font has the character, so that a face's sign for "missing" is drawn.
-bool HasGlyph(const FontRequest& font, char32_t character);
 
 FontMetrics MeasureFont(const FontRequest& font) noexcept;
 

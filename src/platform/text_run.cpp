@@ -3,12 +3,11 @@
 
 #include <mutex>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 
-TextRun& CurrentTextRun() noexcept {
-  static TextRun run;
-  return run;
-}
+TextRun& CurrentTextRun() { return CurrentRun().Member<TextRun>(); }
 
 void NoteMissing(char32_t character) {
   static std::mutex mutex;

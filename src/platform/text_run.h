@@ -48,6 +48,6 @@ struct TextRun {
 void NoteMissing(char32_t character);
 
 /// The state of the run that this thread works for.
-TextRun& CurrentTextRun() noexcept;
+TextRun& CurrentTextRun();
 
 }  // namespace glyphmotion

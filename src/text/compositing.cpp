@@ -237,7 +237,8 @@ bool FrameComposer::PaintFill(const TextMeasure& measure, const FrameGeometry& g
   const DibView levels(mask), over(fillBitmap);
   if (!levels || !over) return false;
   TextColours own;
-  if (measure.pictures && CurrentTextRun().options.colourEmoji && !MoveColours(measure, geometry, randomState, own)) return false;
+  if (measure.pictures && CurrentTextRun().options.colourEmoji && !MoveColours(measure, geometry, randomState, own))
+    return false;
   const DibView colours(own.colours), painted(own.painted);
   // The fill does not move with the text: a scrolling text slides across a stationary material.
   const int right = std::min({frame.Width(), levels.Width(), over.Width()});

@@ -21,7 +21,7 @@ struct TextLine {
   int characterSpace = 100;  ///< percent of each advance
   // Of several lines:
   TextAlign align = TextAlign::Start;
-  int lineSpace = 100;            ///< percent of the font's height from line to line
+  int lineSpace = 100;                 ///< percent of the font's height from line to line
   std::vector<bool> rightToLeft = {};  ///< by line; a line beyond its end is read from left to right
 };
 

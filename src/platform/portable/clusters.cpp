@@ -5,21 +5,15 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <deque>
-#include <mutex>
+
+#include "platform/shaped_rows.h"
 
 namespace glyphmotion {
 
-// Codes are given once and never again in a run, so that what remembers pictures by code never shows another's.
-struct ClusterStore {
-  std::mutex mutex;
-  std::deque<std::shared_ptr<ClusterRow>> rows;  // the newest first
-  char32_t next = kFirstCluster;
-};
+struct ClusterStore : ShapedRows<ClusterRow> {};
 
 namespace {
 
-constexpr std::size_t kMaxRows = 32;
 constexpr double kMaxSide = 16384;  // pixels
 constexpr int kNeighbours = 3;      // of a joined letter on each side that may reach into its columns
 
@@ -27,16 +21,6 @@ ClusterStore& Store() {
   std::shared_ptr<ClusterStore>& store = CurrentTextRun().clusters;
   if (!store) store = std::make_shared<ClusterStore>();
   return *store;
-}
-
-std::shared_ptr<ClusterRow> RowOf(char32_t code) {
-  if (code < kFirstCluster || !CurrentTextRun().clusters) return nullptr;
-  ClusterStore& store = Store();
-  const std::lock_guard<std::mutex> lock(store.mutex);
-  for (const auto& row : store.rows) {
-    if (code >= row->first && code - row->first < row->clusters.size()) return row;
-  }
-  return nullptr;
 }
 
 GlyphSpec SpecOf(const ClusterGlyph& glyph) {
@@ -123,34 +107,14 @@ void AddOutlines(const Cluster& of, const Cluster& box, JoinedOutline& all) {
 }  // namespace
 
 std::shared_ptr<const Cluster> FindCluster(char32_t code) {
-  const std::shared_ptr<ClusterRow> row = RowOf(code);
+  if (!IsCluster(code) || !CurrentTextRun().clusters) return nullptr;
+  const std::shared_ptr<ClusterRow> row = Store().Find(code);
   return row ? std::shared_ptr<const Cluster>(row, &row->clusters[code - row->first]) : nullptr;
 }
 
-bool FindRow(const std::string& key, ShapedText& text) {
-  ClusterStore& store = Store();
-  const std::lock_guard<std::mutex> lock(store.mutex);
-  for (const auto& row : store.rows) {
-    if (row->key != key) continue;
-    text = row->text;
-    return true;
-  }
-  return false;
-}
+bool FindRow(const std::string& key, ShapedText& text) { return Store().FindText(key, text); }
 
-ShapedText KeepRow(ClusterRow row) {
-  ClusterStore& store = Store();
-  const std::lock_guard<std::mutex> lock(store.mutex);
-  row.first = store.next;
-  store.next += static_cast<char32_t>(row.clusters.size());
-  for (char32_t& code : row.text.codes) {
-    if (code != kLineBreak) code += row.first;
-  }
-  ShapedText text = row.text;
-  store.rows.push_front(std::make_shared<ClusterRow>(std::move(row)));
-  if (store.rows.size() > kMaxRows) store.rows.pop_back();
-  return text;
-}
+ShapedText KeepRow(ClusterRow row) { return Store().Keep(std::move(row)); }
 
 GlyphBox BoxOf(const Cluster& cluster) {
   GlyphBox box;

@@ -26,16 +26,6 @@ bool IsInstalled(const FcFontSet& fonts, const FcChar8* family) {
 
 const FcChar8* Utf8(const std::string& text) { return reinterpret_cast<const FcChar8*>(text.c_str()); }
 
-std::string TextOf(const FcPattern* pattern, const char* field, int n = 0) {
-  FcChar8* text = nullptr;
-  return FcPatternGetString(pattern, field, n, &text) == FcResultMatch ? reinterpret_cast<const char*>(text) : "";
-}
-
-int NumberOf(const FcPattern* pattern, const char* field, int otherwise) {
-  int number = otherwise;
-  return FcPatternGetInteger(pattern, field, 0, &number) == FcResultMatch ? number : otherwise;
-}
-
 FontSet ListFonts(FcPattern* filter, std::initializer_list<const char*> fields) {
   FcObjectSet* wanted = Required(FcObjectSetCreate());
   bool complete = true;
@@ -90,6 +80,23 @@ bool IsNamed(const FcPattern* font, const std::string& name) {
 
 }  // namespace
 
+std::string TextOf(const FcPattern* pattern, const char* field, int n) {
+  FcChar8* text = nullptr;
+  return FcPatternGetString(pattern, field, n, &text) == FcResultMatch ? reinterpret_cast<const char*>(text) : "";
+}
+
+int NumberOf(const FcPattern* pattern, const char* field, int otherwise) {
+  int number = otherwise;
+  return FcPatternGetInteger(pattern, field, 0, &number) == FcResultMatch ? number : otherwise;
+}
+
+FontSet InstalledFaces() {
+  const Pattern all(Required(FcPatternCreate()));
+  Required(FcPatternAddBool(all.get(), FC_SCALABLE, FcTrue));
+  return ListFonts(all.get(),
+                   {FC_FAMILY, FC_STYLE, FC_FULLNAME, FC_FILE, FC_INDEX, FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_VARIABLE});
+}
+
 FontSet InstalledFonts() {
   const Pattern all(Required(FcPatternCreate()));
   Required(FcPatternAddBool(all.get(), FC_OUTLINE, FcTrue));
@@ -107,10 +114,7 @@ bool IsRunsOwnFont(const std::string& family) {
 
 std::optional<StyledName> FindStyledName(const std::string& name) {
   if (name.find(' ') == name.npos || FindFamily(name)) return std::nullopt;
-  const Pattern all(Required(FcPatternCreate()));
-  Required(FcPatternAddBool(all.get(), FC_OUTLINE, FcTrue));
-  const FontSet fonts =
-      ListFonts(all.get(), {FC_FAMILY, FC_STYLE, FC_FULLNAME, FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_VARIABLE});
+  const FontSet fonts = InstalledFaces();
   for (int i = 0; i < fonts->nfont; ++i) {
     const FcPattern* font = fonts->fonts[i];
     FcBool variable = FcFalse;
@@ -140,6 +144,16 @@ std::vector<std::string> FontFamilies() {
   families.reserve(byFolded.size());
   for (auto& [folded, family] : byFolded) families.push_back(std::move(family));
   return families;
+}
+
+std::string FamilyUsed(const FontRequest& font) {
+  if (!OpenEngine()) return {};
+  if (IsRunsOwnFont(font.family) || IsGeneric(font.family) || IsInstalled(*InstalledFonts(), Utf8(font.family)))
+    return font.family;
+  const Selection& selection = Select(font);
+  if (selection.styled) return font.family;
+  const char* name = selection.face ? selection.face->face->family_name : nullptr;
+  return name ? name : "";
 }
 
 bool HasFontFamily(const std::string& family) {

@@ -11,6 +11,11 @@ namespace glyphmotion {
 
 /// All scalable fonts with their family names.
 FontSet InstalledFonts();
+/// All scalable faces, those with pictures too, with their names, styles, files and kinds.
+FontSet InstalledFaces();
+/// A pattern's n-th text of a field, or nothing.
+std::string TextOf(const FcPattern* pattern, const char* field, int n = 0);
+int NumberOf(const FcPattern* pattern, const char* field, int otherwise);
 void AddFamily(FcPattern* pattern, const std::string& family);
 
 /// True when the family is that of the run's own font file.

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/run_state.h"
+#include "platform/win32/clusters.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 
@@ -20,6 +21,18 @@ using std::min;
 #include <gdiplus.h>
 
 namespace glyphmotion {
+
+LOGFONTW LogFontOf(const FontRequest& request) {
+  LOGFONTW font{};
+  font.lfHeight = std::max(request.cellHeight, 1);
+  font.lfWeight = request.bold ? FW_BOLD : FW_NORMAL;
+  font.lfItalic = request.italic;
+  font.lfCharSet = DEFAULT_CHARSET;
+  const std::wstring name = WideOf(request.family);
+  std::copy_n(name.data(), std::min<std::size_t>(name.size(), LF_FACESIZE - 1), font.lfFaceName);
+  return font;
+}
+
 namespace {
 
 using namespace Gdiplus;
@@ -69,17 +82,6 @@ struct Engine {
 
 /// A run's; its things of GDI+ are for one thread at a time.
 Engine& TheEngine() { return CurrentRun().Member<Engine>(); }
-
-LOGFONTW LogFontOf(const FontRequest& request) {
-  LOGFONTW font{};
-  font.lfHeight = std::max(request.cellHeight, 1);
-  font.lfWeight = request.bold ? FW_BOLD : FW_NORMAL;
-  font.lfItalic = request.italic;
-  font.lfCharSet = DEFAULT_CHARSET;
-  const std::wstring name = WideOf(request.family);
-  std::copy_n(name.data(), std::min<std::size_t>(name.size(), LF_FACESIZE - 1), font.lfFaceName);
-  return font;
-}
 
 INT StyleOf(const FontRequest& request) {
   return (request.bold ? FontStyleBold : 0) | (request.italic ? FontStyleItalic : 0);
@@ -332,15 +334,19 @@ FontMetrics MeasureFont(const FontRequest& font) noexcept try {
 }
 
 bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) {
+  if (const auto cluster = FindCluster(character)) {
+    box = BoxOf(*cluster);
+    return true;
+  }
   const FontInUse* use = UseFont(font);
   OwnedGraphics graphics;
   return use && GdipCreateFromHDC(TheEngine().context, &graphics) == Ok && MeasureBox(*use, graphics, character, box);
 }
 
-ShapedText ShapeText(const FontRequest&, std::u32string_view text) { return {std::u32string(text), {}}; }
 bool RenderPictures(const FontRequest&, char32_t, std::vector<GlyphPicture>&) noexcept { return false; }
 
 bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept try {
+  if (const auto cluster = FindCluster(character)) return DrawCluster(*cluster, antialias, glyph);
   const FontInUse* use = UseFont(font);
   Canvas canvas;
   return use && MakeCanvas(*use, character, canvas) && DrawString(*use, canvas, character, antialias) &&
@@ -351,6 +357,7 @@ bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, Gl
 
 bool RenderGlyphOutline(const FontRequest& font, char32_t character, bool antialias, double penWidth,
                         GlyphBitmap& glyph) noexcept try {
+  if (const auto cluster = FindCluster(character)) return DrawCluster(*cluster, antialias, glyph);
   const FontInUse* use = UseFont(font);
   Canvas canvas;
   return use && MakeCanvas(*use, character, canvas) && DrawPath(*use, canvas, character, antialias, penWidth) &&
