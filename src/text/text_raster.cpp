@@ -14,7 +14,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kMaxFonts = 8, kMaxEntries = 4096, kMaxCacheBytes = std::size_t{16} << 20;
+constexpr std::size_t kMaxFonts = 8, kMaxEntries = 8192, kMaxCacheBytes = std::size_t{16} << 20;
 
 // ---- Rows: `count` bytes each, at least 0; the arguments do not overlap ----
 

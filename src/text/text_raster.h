@@ -46,7 +46,7 @@ struct GlyphImage {
   PackedDib painted;      ///< 8 bits: how much of the coverage has these colours
 };
 
-/// Glyphs and boxes of one run, so that each is made once, by font. Bounded (8 fonts, 4096 characters, 16 MiB): when it
+/// Glyphs and boxes of one run, so that each is made once, by font. Bounded (8 fonts, 8192 characters, 16 MiB): when it
 /// is full it forgets all.
 class GlyphCache {
  public:

@@ -91,6 +91,29 @@ void TryOwner() {
   RegDeleteTreeW(HKEY_CURRENT_USER, kRoot);
 }
 
+// Hebrew is turned round, Arabic joined; text that needs neither stays as it is.
+void TryShapes(const FontRequest& font) {
+  const auto coverageOf = [&](char32_t code) {
+    GlyphBitmap glyph;
+    Check(IsCluster(code) && RenderGlyph(font, code, true, glyph), "a cluster can be drawn");
+    return glyph.coverage;
+  };
+  const auto shape = [&](const char32_t* text) { return ShapeText(font, text).codes; };
+  Check(shape(U"Plain \u00E9") == U"Plain \u00E9", "plain text is not shaped");
+  const std::u32string word = shape(U"\u05D0\u05D1\u05D2");
+  Check(word.size() == 3 && ShapeText(font, U"\u05D0").rightToLeft.at(0), "Hebrew has a cluster a letter");
+  Check(coverageOf(word[0]) == coverageOf(shape(U"\u05D2")[0]) &&
+            coverageOf(word[2]) == coverageOf(shape(U"\u05D0")[0]) && coverageOf(word[0]) != coverageOf(word[1]),
+        "Hebrew stands from right to left");
+  const std::u32string joined = shape(U"\u0628\u0628\u0628");
+  GlyphBox box;
+  Check(joined.size() == 3 && coverageOf(joined[0]) != coverageOf(joined[2]) && MeasureGlyph(font, joined[0], box) &&
+            box.joined && box.advance > 0,
+        "Arabic letters join");
+  const std::u32string mark = shape(U"e\u0301x");
+  Check(mark.size() == 2 && coverageOf(mark[0]) != coverageOf(shape(U"e\u0302")[0]), "a mark is part of its letter");
+}
+
 void TryFonts() {
   Check(StartTextEngine(), "the text engine starts");
   const auto families = FontFamilies();
@@ -119,6 +142,7 @@ void TryFonts() {
         "the four ways of drawing agree on how much there is to see");
   GlyphBox pair;
   Check(MeasureGlyph(font, U'\U0001F600', pair) && pair.width > 0, "characters beyond 16 bits can be measured");
+  TryShapes(font);
   StopTextEngine();
   Check(!MeasureGlyph(font, U'H', letter), "a stopped engine measures nothing");
 }

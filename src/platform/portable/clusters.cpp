@@ -40,6 +40,18 @@ struct Area {
   }
 };
 
+/// What a font may reach beyond the box at most, so that a hostile one cannot ask for any amount of memory.
+void KeepNear(const Cluster& cluster, Area& area) {
+  const double reach = std::min(4.0 * cluster.cellHeight + 64, kMaxSide);
+  const auto within = [&](int value, double far) {
+    return static_cast<int>(std::clamp<double>(value, -reach, std::min(far + reach, kMaxSide)));
+  };
+  area.left = within(area.left, cluster.advance);
+  area.right = within(area.right, cluster.advance);
+  area.top = within(area.top, cluster.cellHeight);
+  area.bottom = within(area.bottom, cluster.cellHeight);
+}
+
 /// The place of a glyph's origin in the box of `cluster`.
 double LeftIn(const Cluster& cluster, const ClusterGlyph& glyph) { return cluster.em / 6 + glyph.x - cluster.start; }
 
@@ -124,8 +136,9 @@ GlyphBox BoxOf(const Cluster& cluster) {
   box.joined = cluster.joinsRight;
   box.blank = cluster.blank;
   box.picture = cluster.picture;
-  const Area ink = InkOf(cluster);
+  Area ink = InkOf(cluster);
   if (ink.IsEmpty()) return box;
+  KeepNear(cluster, ink);
   box.left = ink.left;
   box.top = ink.top;
   box.right = ink.right;
@@ -148,6 +161,7 @@ bool DrawCluster(const Cluster& cluster, bool antialias, double penWidth, GlyphB
   Area area;
   area.Add(static_cast<double>(bounds.xMin) / 64 - pen, -static_cast<double>(bounds.yMax) / 64 - pen,
            static_cast<double>(bounds.xMax) / 64 + pen, -static_cast<double>(bounds.yMin) / 64 + pen);
+  KeepNear(cluster, area);
   // Columns of a letter that is joined are its own; at the ends of a word it may reach out.
   const int begin = static_cast<int>(std::lround(cluster.em / 6));
   if (cluster.joinsLeft) area.left = std::max(area.left, begin);
@@ -178,7 +192,8 @@ bool RenderPictures(const FontRequest&, char32_t code, std::vector<GlyphPicture>
     GlyphPicture picture;
     if (!spec.face || !LoadPicture(spec, picture)) continue;
     RequireMemory();
-    if (picture.shownWidth > kMaxSide || picture.shownHeight > kMaxSide) return false;
+    const double most = std::min(8.0 * cluster->cellHeight + 64, kMaxSide);
+    if (picture.shownWidth > most || picture.shownHeight > most) continue;
     picture.left += LeftIn(*cluster, glyph);
     picture.top += glyph.y;
     pictures.push_back(std::move(picture));

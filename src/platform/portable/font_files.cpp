@@ -138,6 +138,7 @@ bool OpenFontFile(const std::string& spec, FontFile& file, std::string& error) {
   }
   Face* face = OpenFace({file.path, file.index, {}});
   if (!face || !ShaperOf(*face)) {
+    GiveUpFaces();  // what cannot be read now may be another file next time
     error = "'" + file.path + "' is not a font that can be read; give a sound TTF, OTF or TTC file";
     return false;
   }
