@@ -24,7 +24,7 @@ class ShapedRows {
     return nullptr;
   }
 
-  bool FindText(const std::string& key, ShapedText& text) {
+  bool FindByKey(const std::string& key, ShapedText& text) {
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const auto& row : rows_) {
       if (row->key != key) continue;

@@ -72,7 +72,9 @@ TEST(Emoji, EverythingElseStaysAsItIs) {
           const std::uint32_t pixel = PixelOf(a, x, y);
           red |= DifferenceOf(pixel, 0x0000FF) < 40;
           const bool beside = x < a.width / 3 && !kMoving.contains(name);
-          if (beside) ASSERT_EQ(pixel, PixelOf(b, x, y)) << i << ": " << x << ", " << y;
+          if (beside) {
+            ASSERT_EQ(pixel, PixelOf(b, x, y)) << i << ": " << x << ", " << y;
+          }
         }
       }
     }

@@ -124,7 +124,7 @@ std::shared_ptr<const Cluster> FindCluster(char32_t code) {
   return row ? std::shared_ptr<const Cluster>(row, &row->clusters[code - row->first]) : nullptr;
 }
 
-bool FindRow(const std::string& key, ShapedText& text) { return Store().FindText(key, text); }
+bool FindRow(const std::string& key, ShapedText& text) { return Store().FindByKey(key, text); }
 
 ShapedText KeepRow(ClusterRow row) { return Store().Keep(std::move(row)); }
 

@@ -274,7 +274,7 @@ ShapedText ShapeText(const FontRequest& font, std::u32string_view text) {
   ClusterRow row;
   row.key = KeyOf(font, text);
   ShapedText known;
-  if (Store().FindText(row.key, known)) return known;
+  if (Store().FindByKey(row.key, known)) return known;
   LineShaper shaper(font, row);
   for (std::size_t begin = 0;;) {
     const std::size_t end = text.find(kLineBreak, begin);
@@ -310,13 +310,15 @@ bool DrawCluster(const Cluster& cluster, bool antialias, GlyphBitmap& glyph) {
   const HGDIOBJ before = SelectObject(canvas.context, font);
   SetTextColor(canvas.context, RGB(255, 255, 255));
   SetBkMode(canvas.context, TRANSPARENT);
-  SCRIPT_CACHE cache = nullptr;
-  if (!cluster.blank && !cluster.glyphs.empty()) {
-    ScriptTextOut(canvas.context, &cache, origin, margin + cluster.rise, 0, nullptr, &cluster.analysis, nullptr, 0,
-                  cluster.glyphs.data(), static_cast<int>(cluster.glyphs.size()), cluster.advances.data(), nullptr,
-                  cluster.offsets.data());
+  // Glyph by glyph, since not every make of ScriptTextOut takes glyphs that another device context shaped.
+  const UINT options = cluster.analysis.fNoGlyphIndex ? 0 : ETO_GLYPH_INDEX;
+  int x = origin;
+  for (std::size_t i = 0; i < cluster.glyphs.size() && !cluster.blank; ++i) {
+    const wchar_t code = cluster.glyphs[i];
+    ExtTextOutW(canvas.context, x + static_cast<int>(cluster.offsets[i].du),
+                margin + cluster.rise - static_cast<int>(cluster.offsets[i].dv), options, nullptr, &code, 1, nullptr);
+    x += cluster.advances[i];
   }
-  ScriptFreeCache(&cache);
   GdiFlush();
   SelectObject(canvas.context, before);
   DeleteObject(font);
