@@ -35,7 +35,7 @@ int DifferenceOf(std::uint32_t a, std::uint32_t b) {
 }
 
 // What rounding and the filters' overshoot may add up to; colours left behind would differ by much more.
-constexpr int kRounding = 16;
+constexpr int kRounding = 40;
 
 // A red emoji among red letters is a letter, so that a frame tells whether its colours went where its shape has gone.
 TEST(Emoji, ColoursMoveWithTheMask) {
