@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The bytes of every effect under twenty sets of options, for a palette host and a true-colour host, and those of
-// the GIF file. checksums.txt keeps them, a row each: effect, options, frames of the palette host, GIF file, frames of
-// the true-colour host. Faster, threaded or rewritten code has to give the same list.
+// The bytes of every effect under twenty sets of options, for a palette host and a true-colour host, and those of the
+// GIF file. checksums.txt keeps them, a row each: effect, options, frames of the palette host, GIF file, frames of the
+// true-colour host. Faster, threaded or rewritten code has to give the same list.
 //
 // GLYPHMOTION_SET_CHECKSUMS=1 writes the list anew; the commit then says why bytes have changed.
 #include <gtest/gtest.h>
@@ -66,13 +66,7 @@ const std::vector<OptionSet>& OptionSets() {
       {"marble", "Rag", "texture:Marble", "", "", "", {{"MainFontItalic", "1"}}},
       {"fractal", "Rag", "", "texture:fractal3,size=64", "texture:fractal5", "", {}},
       {"tile", "Rag", "tile:tlmplgm4.mtx#2", "", "tile:tlmplgm4.mtx#5", "", {}},
-      {"bubbles",
-       "Ox",
-       "texture:perturbation,bubbles=20,noise=0.6",
-       "gradient:rectangular,#400000-#ff8000",
-       "",
-       "",
-       {}},
+      {"bubbles", "Ox", "texture:perturbation,bubbles=20,noise=0.6", "gradient:rectangular,#400000-#ff8000", "", "", {}},
       {"transparent", "Thin ij", "", "", "", "", {{"MainTransparent", "1"}, {"@shadowenable", "0"}}},
       {"dither", "Ag3", "gradient:elliptical,#203040-#f0f0c0,cx=10,cy=-20,pad=5", "", "", "", {{"MainDither", "1"}}},
       {"supercompress", "Ag3", "fountain:Ocean", "", "", "", {{"MainSupercompress", "1"}}},
