@@ -182,11 +182,11 @@ TEST(Families, TextsAreCutAndStayInTheirLine) {
     EXPECT_EQ(LineOf(dialog, 105), "TXTFLD105=one  two TXTFLD52=three\n");
     // Limits count characters, each 'é' as one.
     std::string longText = "x";
-    for (int i = 0; i < 2000; ++i) longText += "\xC3\xA9";
+    for (int i = 0; i < 5000; ++i) longText += "\xC3\xA9";
     EXPECT_TRUE(Load(dialog, 105, "TXTFLD105=" + longText));
     EXPECT_EQ(GetText(dialog, 105), longText);
     EXPECT_EQ(variables[105].text, longText.substr(0, 1 + 2 * 259));
-    EXPECT_EQ(LineOf(dialog, 105), "TXTFLD105=" + longText.substr(0, 1 + 2 * 1023) + "\n");
+    EXPECT_EQ(LineOf(dialog, 105), "TXTFLD105=" + longText.substr(0, 1 + 2 * 4095) + "\n");
   });
 }
 

@@ -218,17 +218,15 @@ TEST(FileValues, EveryEffectKnowsWhetherItRestsAndStandsStill) {
   EXPECT_EQ(moving, 20);
 }
 
-TEST(FileValues, OnlyAcceptedImagesCountAndALineBreakIsRefused) {
+TEST(FileValues, OnlyAcceptedImagesCountAndANulIsRefused) {
   const Ran refused = RunWords({"Hi", "-e", "simple", "-s", "16", "--test-run"}, true);
   EXPECT_EQ(refused.result.status, RenderStatus::Failed);
   EXPECT_EQ(refused.result.images, 2);
-  for (const std::string& text : {std::string("a\nb"), std::string("a\r"), std::string("a\0b", 3)}) {
-    Job job;
-    job.text = text;
-    const RenderResult result = Render(job, {});
-    EXPECT_EQ(result.status, RenderStatus::BadJob);
-    EXPECT_EQ(result.message.rfind("the text has a ", 0), 0u) << result.message;
-  }
+  Job job;
+  job.text = std::string("a\0b", 3);
+  const RenderResult result = Render(job, {});
+  EXPECT_EQ(result.status, RenderStatus::BadJob);
+  EXPECT_EQ(result.message.rfind("the text has a ", 0), 0u) << result.message;
 }
 
 }  // namespace
