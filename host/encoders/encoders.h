@@ -20,6 +20,7 @@ struct EncoderSettings {
   int imageCount = 1;         ///< how many images will come
   int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
   double lossyQuality = -1;   ///< 0 to 100 where the format knows loss; below 0: lossless
+  int loops = 0;              ///< how often an animation plays, 0 to 65535; 0: for ever
 };
 
 /// One encoding under way. Each function gives an empty text when all went well, otherwise one sentence.

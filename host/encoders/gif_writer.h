@@ -38,8 +38,9 @@ class GifWriter {
   bool Add(const GifFrame& frame);
   /// A comment for the file; the last one stands.
   void SetComment(const std::string& text);
-  /// Ends the animation and gives the whole file, which plays for ever when it has several frames. Empty without a
-  /// frame. The writer is spent afterwards.
+  /// How often several frames play: 0 to 65535, where 0, unless said otherwise, is for ever.
+  void SetLoops(int loops);
+  /// Ends the animation and gives the whole file. Empty without a frame. The writer is spent afterwards.
   std::vector<std::uint8_t> Finish();
 
  private:

@@ -18,8 +18,10 @@ class Output {
   /// target that is something else, a folder that holds files other than numbered pictures).
   static Output File(const std::string& target, std::string& error);
   static Output Folder(const std::string& target, std::string& error);
+  /// The process's standard output: what has been written is gone, kept or not.
+  static Output Stream();
 
-  explicit operator bool() const noexcept { return file_ || folder_; }
+  explicit operator bool() const noexcept { return file_ || folder_ || stream_; }
   /// Appends to the file. False when the disk refuses.
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
@@ -33,6 +35,8 @@ class Output {
   std::string target_;
   AtomicFile file_;
   AtomicFolder folder_;
+  bool stream_ = false;
+  std::string streamTrouble_;
 };
 
 }  // namespace glyphmotion

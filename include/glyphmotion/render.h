@@ -19,15 +19,15 @@ namespace glyphmotion {
 struct Job {
   /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize"), by control id ("440"), or by what
   /// follows the stem in a key of the chosen effect ("@rotate", "@frames"; case does not count). Values are
-  /// text: a number, 0 or 1 for checks, an index for lists and pickers, a decimal colour, a material ("#rrggbb",
-  /// "mtrl:FILE", ...) for fills.
+  /// text: a number, 0 or 1 for checks, an index for lists, an index or a word (left, up) for pickers, a colour, a
+  /// material ("#rrggbb", "mtrl:FILE", ...) for fills.
   using Setting = std::pair<std::string, std::string>;
 
   std::optional<std::string> text;    ///< UTF-8, 4,096 characters at most; each line break begins a new line
   std::optional<std::string> effect;  ///< "vortex", "background-hyperspace"; case does not count
-  /// Fills of the chosen effect by role; empty: as they are.
+  /// Fills of the chosen effect by role, a shadow also "none"; empty: as they are. #rrggbbaa gives the opacity as well.
   std::string fill, shadow, background;
-  /// The outline's colour of the chosen effect, "#rrggbb"; empty: as it is.
+  /// The outline's colour of the chosen effect, "#rrggbb" or a name, or "none"; empty: as it is.
   std::string outline;
   std::vector<Setting> settings;  ///< applied after everything else, in order
   /// What the run uses where neither the settings file nor the document says anything. Numbers and checks with a key
