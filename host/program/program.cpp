@@ -13,6 +13,7 @@
 #include "host/encoders/encoders.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
+#include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/image_loader.h"
 #include "host/program/lists.h"
@@ -112,19 +113,26 @@ std::string MessageOf(const Run& run, const RenderResult& result) {
   return result.dialogMessages.empty() ? "the run failed" : result.dialogMessages.front();
 }
 
-int Conclude(Run& run, const RenderResult& result) {
-  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
-  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
-  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
-  if (run.arguments.job.action == Job::Action::None) return kExitDone;
+// Empty when the output is whole, else one sentence.
+std::string KeepOutput(Run& run, const RenderResult& result) {
+  constexpr const char* kInterrupted = "interrupted; nothing was written";
+  if (interrupted) return kInterrupted;
+  if (result.status != RenderStatus::Done) return MessageOf(run, result);
+  if (run.arguments.job.action == Job::Action::None) return {};
   if (result.images == 0 && run.arguments.job.action != Job::Action::Sample)
-    return Fail("the effect built no frame; is there anything to see in the text?");
-  if (!run.output) return kExitDone;
-  if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
+    return "the effect built no frame; is there anything to see in the text?";
+  if (!run.output) return {};
+  if (!run.encoder) return "no picture arrived; is there anything to see in the text?";
   std::string error = run.encoder->finish();
-  if (interrupted) return Fail("interrupted; nothing was written", kExitInterrupted);
-  if (error.empty()) error = run.output.Keep();
-  if (!error.empty()) return Fail(error);
+  if (interrupted) return kInterrupted;
+  return error.empty() ? run.output.Keep() : error;
+}
+
+int Conclude(Run& run, const RenderResult& result) {
+  const std::string trouble = KeepOutput(run, result);
+  if (interrupted) return Fail(trouble, kExitInterrupted);
+  if (!trouble.empty()) return Fail(trouble, result.status == RenderStatus::BadJob ? kExitUsage : kExitFailed);
+  if (!run.output) return kExitDone;
   if (!run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
                  std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
@@ -161,9 +169,30 @@ void CatchInterrupts() {
   std::signal(SIGPIPE, SIG_IGN);  // a reader of the progress bar that goes away must not leave half a file
 }
 
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  error = parsed.error;
+  if (!parsed.arguments) return std::nullopt;
+  return parsed.arguments->job;
+}
+
+std::string RunWords(const std::vector<std::string>& words) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  if (!parsed.arguments) return parsed.error;
+  Run run(*parsed.arguments);
+  const std::string error = OpenOutputs(run);
+  return error.empty() ? KeepOutput(run, Render(parsed.arguments->job, SinkOf(run))) : error;
+}
+
 int RunProgram(const std::vector<std::string>& words) {
   try {
     SetImageLoader(LoadPicture);
+    if (IsEdit(words)) {
+      bool usage = false;
+      const std::string trouble = Edit(
+          words, [] { return interrupted != 0; }, usage);
+      return trouble.empty() ? kExitDone : Fail(trouble, usage ? kExitUsage : kExitFailed);
+    }
     if (IsSwatch(words)) {
       const std::string trouble = WriteSwatch(words);
       return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);

@@ -2,8 +2,11 @@
 // The program: arguments become a job, the job's images become a file.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "glyphmotion/render.h"
 
 namespace glyphmotion {
 
@@ -16,5 +19,12 @@ int RunProgram(const std::vector<std::string>& words);
 
 /// After this, Ctrl-C ends a run in order: nothing unfinished is left behind, and RunProgram returns kExitInterrupted.
 void CatchInterrupts();
+
+/// The job that the words of a command line stand for; nothing, with one sentence, when they are wrong.
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error);
+
+/// Runs the words of a command line with an output, without a word on standard error. Empty when done, else one
+/// sentence.
+std::string RunWords(const std::vector<std::string>& words);
 
 }  // namespace glyphmotion

@@ -42,18 +42,6 @@ std::string LineOfControl(Dialog& dialog, int id) {
   return line;
 }
 
-std::string DocumentText(Dialog& dialog) {
-  const std::string end(LineEnd());
-  std::string text = ";This is a document created by ";
-  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
-  text += ";Start of document" + end;
-  for (int id : Children(dialog)) {
-    const std::string line = id > 0 ? LineOfControl(dialog, id) : std::string();
-    if (!line.empty()) text += line + end;
-  }
-  return text + ";End of document" + end;
-}
-
 /// Takes the next line off `rest`, cut where a C string of it would end.
 std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
@@ -88,6 +76,26 @@ void LoadLines(Dialog& dialog, std::string_view rest) {
 
 }  // namespace
 
+std::string DocumentText(Dialog& dialog) {
+  const std::string end(LineEnd());
+  std::string text = ";This is a document created by ";
+  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
+  text += ";Start of document" + end;
+  for (int id : Children(dialog)) {
+    const std::string line = id > 0 ? LineOfControl(dialog, id) : std::string();
+    if (!line.empty()) text += line + end;
+  }
+  return text + ";End of document" + end;
+}
+
+bool TakeDocumentText(Dialog& dialog, std::string_view text) {
+  const auto lines = LinesOf(text);
+  if (!lines) return false;
+  LoadLines(dialog, *lines);
+  Send(dialog, {kMessageRefresh, 0, 0});
+  return true;
+}
+
 int SaveDocument(Dialog& dialog, const std::string& path) noexcept try {
   if (AtomicWriteFile(path, DocumentText(dialog))) return 1;
   Tell(dialog, kTextDocumentNotCreated);
@@ -100,18 +108,12 @@ int SaveDocument(Dialog& dialog, const std::string& path) noexcept try {
 void LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   const auto bytes = ReadWholeFile(path);
   if (!bytes) return Tell(dialog, kTextDocumentNotOpened);
-  const std::string text = TextFromBytes(*bytes);
-  const auto lines = LinesOf(text);
-  if (!lines) return Tell(dialog, kTextDocumentDamaged);
-  LoadLines(dialog, *lines);
-  Send(dialog, {kMessageRefresh, 0, 0});
+  if (!TakeDocumentText(dialog, TextFromBytes(*bytes))) Tell(dialog, kTextDocumentDamaged);
 } catch (const std::exception&) {
   TellMemoryIsOut(dialog);  // the controls that have their lines keep them
 }
 
-std::string FontOfDocument(const std::string& path) noexcept try {
-  const auto bytes = ReadWholeFile(path);
-  const std::string text = TextFromBytes(bytes.value_or(std::string()));
+std::string FontOfDocumentText(std::string_view text) {
   std::string_view rest = LinesOf(text).value_or(std::string_view());
   while (!rest.empty()) {
     const std::string_view line = NextLine(rest);
@@ -121,6 +123,10 @@ std::string FontOfDocument(const std::string& path) noexcept try {
     return value == std::string_view::npos ? std::string() : std::string(line.substr(value));
   }
   return {};
+}
+
+std::string FontOfDocument(const std::string& path) noexcept try {
+  return FontOfDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
 } catch (const std::exception&) {
   return {};
 }
