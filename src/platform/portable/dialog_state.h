@@ -10,6 +10,7 @@
 
 #include "platform/dialog.h"
 #include "platform/dialog_driver.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 
@@ -42,6 +43,7 @@ struct Timer {
 };
 
 struct Dialog {
+  RunState* run = nullptr;  ///< the one that made it, which every message to it works for
   int templateId = 0;
   std::string title;
   DialogProcedure procedure = nullptr;
