@@ -55,6 +55,10 @@ void PageSession::Snapshot() {
     SendStill(*top);
     SendDocument(*top);
   }
+  if (isSeen_) {
+    for (Json& notice : unseen_) Send(std::move(notice));
+    unseen_.clear();
+  }
   build_->Request(revision_, document_, !text_.empty());
 }
 

@@ -66,7 +66,10 @@ bool IsReachable(const Dialog& dialog, int id) { return IsVisible(dialog, id) &&
 void PageSession::Handle(Dialog& dialog, const Json& event) {
   if (!event.is_object()) return;
   const std::string op = TextIn(event, "op");
-  if (op == "snapshot") return Snapshot();
+  if (op == "snapshot") {
+    isSeen_ = true;
+    return Snapshot();
+  }
   if (NumberIn(event, "level", mirror_.Level()) != mirror_.Level()) return;
   tag_.clear();
   const bool shift = FlagIn(event, "shift");

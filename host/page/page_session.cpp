@@ -7,6 +7,7 @@
 #include "glyphmotion/host_contract.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -18,7 +19,10 @@ constexpr int kIdle = 60000;  // milliseconds
 constexpr std::size_t kPathBuffer = 261;
 constexpr int kPositionField = 100, kOk = 1;
 
-thread_local PageSession* current = nullptr;
+/// A run's: host calls come without a word of whose they are.
+struct CurrentPage {
+  PageSession* session = nullptr;
+};
 
 template <typename T>
 T* PointerIn(std::uint64_t value) {
@@ -65,25 +69,23 @@ void PageSession::Run() {
   const std::string folder = scratch_.Path();
   build_.emplace(services_, send_, folder);
   pictures_.emplace(services_, send_, folder);
-  FolderOverrides folders = CurrentFolderOverrides();
-  folders.settingsFile = "";
-  folders.perControlFolder = "";
-  const FolderOverrides before = CurrentFolderOverrides();
-  SetFolderOverrides(folders);
-  SetModalDriver([this](Dialog& dialog, int templateId) { Drive(dialog, templateId); });
-  SetDialogObserver([this](Dialog& dialog, const DialogChange& change) { Observe(dialog, change); });
-  SetUiResponder(Responder());
-  HostCallTable table{};
-  table.version = HostInterfaceVersion;
-  table.HostCall = HostEntry;
-  table.hostFlags = HostFlagPaletteFormat;
-  current = this;
-  PLUGIN16DoBuild(nullptr, &table);
-  current = nullptr;
-  SetUiResponder({});
-  SetDialogObserver({});
-  SetModalDriver({});
-  SetFolderOverrides(before);
+  {
+    FolderOverrides folders = CurrentFolderOverrides();
+    folders.settingsFile = "";
+    folders.perControlFolder = "";
+    RunState run;
+    const RunScope scope(run);
+    SetFolderOverrides(std::move(folders));
+    SetModalDriver([this](Dialog& dialog, int templateId) { Drive(dialog, templateId); });
+    SetDialogObserver([this](Dialog& dialog, const DialogChange& change) { Observe(dialog, change); });
+    SetUiResponder(Responder());
+    run.Member<CurrentPage>().session = this;
+    HostCallTable table{};
+    table.version = HostInterfaceVersion;
+    table.HostCall = HostEntry;
+    table.hostFlags = HostFlagPaletteFormat;
+    RunMainDialog(nullptr, &table);
+  }
   for (std::thread& each : exports_) each.join();
   pictures_.reset();
   build_.reset();
@@ -175,14 +177,17 @@ UiResponder PageSession::Responder() {
 }
 
 void PageSession::Notice(const std::string& text, const char* kind) {
-  Send({{"type", "notice"}, {"kind", kind}, {"text", text}});
+  Json notice = {{"type", "notice"}, {"kind", kind}, {"text", text}};
+  if (!isSeen_) unseen_.push_back(notice);
+  Send(std::move(notice));
 }
 
 // --- The host's side ---
 
 std::uint64_t PageSession::HostEntry(void*, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
   try {
-    return current ? current->HostCall(operation, a, b) : 0;
+    PageSession* session = CurrentRun().Member<CurrentPage>().session;
+    return session ? session->HostCall(operation, a, b) : 0;
   } catch (...) {  // out of memory: the dialog takes no answer for no
     return 0;
   }

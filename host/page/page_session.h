@@ -113,6 +113,8 @@ class PageSession {
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
   bool touched_ = false, transparent_ = false;
+  bool isSeen_ = false;       ///< a page has asked for a snapshot
+  std::vector<Json> unseen_;  ///< notices from before
   int exported_ = 0;
   std::vector<std::thread> exports_;
   std::string tag_;

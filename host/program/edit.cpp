@@ -23,9 +23,22 @@ namespace glyphmotion {
 namespace {
 
 // What a new document shows.
-const std::vector<std::string> kWelcome = {"Glyphmotion",  "-e",      "pulse",    "-s",
-                                           "64",           "--bold",  "--fill",   "fountain:Sunset",
-                                           "--background", "#10162b", "--shadow", "#000000"};
+const std::vector<std::string> kWelcome = {"Glyphmotion",
+                                           "-e",
+                                           "vortex",
+                                           "-s",
+                                           "72",
+                                           "--bold",
+                                           "--pad",
+                                           "12",
+                                           "--fill",
+                                           "fountain:Sunrise,rotation=90",
+                                           "--background",
+                                           "#14152b",
+                                           "--shadow",
+                                           "#000000",
+                                           "--set",
+                                           "Style021OutlineEnable=0"};
 
 struct EditWords {
   std::string path;

@@ -2,6 +2,7 @@
 #include "host/program/program.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -27,7 +28,9 @@
 namespace glyphmotion {
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+// Set by signal handlers.
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 int Fail(const std::string& sentence, int code = kExitFailed) {
   std::string line = sentence;
@@ -91,7 +94,7 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
-  sink.cancelled = [] { return interrupted != 0; };
+  sink.stop = &interrupted;
   return sink;
 }
 
@@ -151,7 +154,11 @@ int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(arguments.job, SinkOf(run));
+  Job job = arguments.job;
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  const RenderResult result = Render(job, SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -163,9 +170,9 @@ int Execute(const Arguments& arguments) {
 }  // namespace
 
 void CatchInterrupts() {
-  std::signal(SIGINT, [](int) { interrupted = 1; });
-  std::signal(SIGTERM, [](int) { interrupted = 1; });
-  std::signal(SIGHUP, [](int) { interrupted = 1; });
+  std::signal(SIGINT, [](int) { interrupted = true; });
+  std::signal(SIGTERM, [](int) { interrupted = true; });
+  std::signal(SIGHUP, [](int) { interrupted = true; });
   std::signal(SIGPIPE, SIG_IGN);  // a reader of the progress bar that goes away must not leave half a file
 }
 
@@ -186,7 +193,6 @@ std::string RunWords(const std::vector<std::string>& words) {
 
 int RunProgram(const std::vector<std::string>& words) {
   try {
-    SetImageLoader(LoadPicture);
     if (IsEdit(words)) {
       bool usage = false;
       const std::string trouble = Edit(
@@ -194,6 +200,7 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble, usage ? kExitUsage : kExitFailed);
     }
     if (IsSwatch(words)) {
+      SetImageLoader(LoadPicture);
       const std::string trouble = WriteSwatch(words);
       return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
     }

@@ -6,18 +6,19 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <mutex>
 
-#include "controls/variables.h"
 #include "glyphmotion/host_contract.h"
 #include "host/render/render_user.h"
 #include "image/packed_dib.h"
+#include "materials/material_text.h"
 #include "platform/dialog_driver.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
+#include "shell/main_dialog.h"
 #include "shell/operation_names.h"
 
 namespace glyphmotion {
@@ -51,6 +52,7 @@ class Session {
   }
 
   void TakeSample(const PackedDib& dib) {
+    if (EndRequested()) return;
     LockedImage image(dib.Handle());
     if (!image) return;
     Image out = image.Describe();
@@ -80,8 +82,8 @@ class Session {
     std::size_t size;
   };
 
-  // The plug-in reads no answer to its progress calls, so a run is ended by letting its next allocation fail.
-  void Stop() { FailAllocation(1); }
+  // The plug-in reads no answer to its progress calls, so the run itself is asked.
+  static void Stop() { CurrentRun().RequestEnd(); }
 
   bool Give(const Image& image) {
     ++images;
@@ -164,7 +166,7 @@ class Session {
   }
 
   std::uint64_t OpenTask(const HostTaskRecord& record, bool test) {
-    if (job_.refuseTask || cancelled) return Refuse();
+    if (job_.refuseTask || EndRequested()) return Refuse();
     Task task;
     task.width = static_cast<int>(record.width);
     task.height = static_cast<int>(record.height);
@@ -177,7 +179,7 @@ class Session {
   }
 
   std::uint64_t AddImage(const HostImageRecord& record) {
-    if (job_.refuseImage == static_cast<int>(record.number) + 1 || cancelled) return Refuse();
+    if (job_.refuseImage == static_cast<int>(record.number) + 1 || EndRequested()) return Refuse();
     const LockedImage image(PointerIn<void>(record.image));
     if (!image) return Refuse();
     Image out = image.Describe();
@@ -197,44 +199,31 @@ class Session {
   const Sink& sink_;
 };
 
-Session* current = nullptr;
-
-std::uint64_t HostCall(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
-  return current ? current->Answer(task, operation, a, b) : 0;
-}
-
-// Puts this process's driver, responder and folders in place for one run, and back.
-class Stage {
- public:
-  Stage(const Job& job, ModalDriver driver, UiResponder responder)
-      : folders_(CurrentFolderOverrides()),
-        driver_(SetModalDriver(std::move(driver))),
-        responder_(SetUiResponder(std::move(responder))) {
-    FolderOverrides folders = folders_;
-    folders.settingsFile = job.settingsFile;
-    folders.perControlFolder = "";
-    SetFolderOverrides(std::move(folders));
-    ResetVariables();
-    FailAllocation(job.failAllocation);
-  }
-  ~Stage() {
-    FailAllocation(0);
-    ResetVariables();
-    SetFolderOverrides(folders_);
-    SetUiResponder(std::move(responder_));
-    SetModalDriver(std::move(driver_));
-  }
-  Stage(const Stage&) = delete;
-  Stage& operator=(const Stage&) = delete;
-
- private:
-  FolderOverrides folders_;
-  ModalDriver driver_;
-  UiResponder responder_;
+struct CurrentSession {
+  Session* session = nullptr;
 };
 
+std::uint64_t HostCall(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
+  Session* session = CurrentRun().Member<CurrentSession>().session;
+  return session ? session->Answer(task, operation, a, b) : 0;
+}
+
+// A new run begins where the caller stands: with its folders, but for what the job says.
+void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders) {
+  FolderOverrides own = folders;
+  own.settingsFile = job.settingsFile;
+  own.perControlFolder = "";
+  SetFolderOverrides(std::move(own));
+  FailAllocation(job.failAllocation);
+  CurrentRun().WatchRequest(sink.stop);
+  if (job.loadImage) {
+    SetImageLoader([&job](const std::string& path, std::string& error) {
+      return PackedDib(HandleOf(job.loadImage(path, error)));
+    });
+  }
+}
+
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
-  if (session.cancelled) return "the run was interrupted";
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   if (messages.empty()) return "nothing was built";
   const std::string& last = messages.back();
@@ -243,6 +232,14 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
   return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
          "another number of frames or a smaller size";
+}
+
+// As PLUGIN16DoBuild would: what the dialog throws has been told, or is a lack of memory.
+void Perform(const HostCallTable& table) noexcept {
+  try {
+    RunMainDialog(nullptr, &table);
+  } catch (...) {
+  }
 }
 
 // The settings file is written at the end of every run: what is somebody else's must not be lost that way.
@@ -259,65 +256,54 @@ std::string SettingsFileTrouble(const std::string& path) {
 
 RenderResult Render(const Job& job, const Sink& sink) {
   RenderResult result;
-  static thread_local bool running = false;
-  if (running) {
-    result.message = "a run was started from within a run's own calls; start it after the first has ended";
-    return result;
-  }
-  static std::mutex oneAtATime;
-  const std::lock_guard<std::mutex> lock(oneAtATime);
-  const struct Running {
-    Running() { running = true; }
-    ~Running() { running = false; }
-  } mark;
   if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
     return result;
   }
-  bool allocationFailed = false;
+  const FolderOverrides folders = CurrentFolderOverrides();
+  RunState run;
+  const RunScope scope(run);
+  PrepareRun(job, sink, folders);
   Session session(job, sink);
   ScriptedUser user(job, result.dialogMessages);
-  {
-    UiResponder responder;
-    responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
-      result.dialogMessages.push_back(text);
-      return true;
-    };
-    const Stage stage(
-        job,
-        [&](Dialog& dialog, int templateId) {
-          if (templateId != kMainDialogTemplate.id) return;
-          try {
-            user.Play(dialog, [&](const PackedDib& sample) { session.TakeSample(sample); });
-          } catch (...) {  // the sink's own, or memory: it goes on where the plug-in has ended
-            session.exception = std::current_exception();
-          }
-        },
-        std::move(responder));
-    HostCallTable table{};
-    table.version = HostInterfaceVersion;
-    table.HostCall = HostCall;
-    if (job.paletteFormat) table.hostFlags |= HostFlagPaletteFormat;
-    if (job.trueColourFormat) table.hostFlags |= HostFlagTrueColorFormat;
-    current = &session;
-    PLUGIN16DoBuild(nullptr, &table);
-    current = nullptr;
-    allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
-  }
-  const BlockCounters live = LiveBlocks();
+  UiResponder responder;
+  responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
+    result.dialogMessages.push_back(text);
+    return true;
+  };
+  SetUiResponder(std::move(responder));
+  SetModalDriver([&](Dialog& dialog, int templateId) {
+    if (templateId != kMainDialogTemplate.id) return;
+    try {
+      user.Play(dialog, [&](const PackedDib& sample) { session.TakeSample(sample); });
+    } catch (...) {  // the sink's own, or memory: it goes on where the plug-in has ended
+      session.exception = std::current_exception();
+    }
+  });
+  HostCallTable table{};
+  table.version = HostInterfaceVersion;
+  table.HostCall = HostCall;
+  if (job.paletteFormat) table.hostFlags |= HostFlagPaletteFormat;
+  if (job.trueColourFormat) table.hostFlags |= HostFlagTrueColorFormat;
+  run.Member<CurrentSession>().session = &session;
+  Perform(table);
+  const bool allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
+  const BlockCounters live = LiveBlocksOf(run);
   result.blocks = live.blocks;
   result.locks = live.locks;
   result.images = session.images;
   if (session.exception) std::rethrow_exception(session.exception);
 
+  // What is asked of a run that has handed everything over comes too late.
+  const bool cancelled = session.cancelled || (run.EndRequested() && !session.finished);
   const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
-  if (!user.Error().empty()) {
+  if (cancelled) {
+    result.status = RenderStatus::Cancelled;
+    result.message = "the run was interrupted";
+  } else if (!user.Error().empty()) {
     result.status = user.RunFailed() || allocationFailed ? RenderStatus::Failed : RenderStatus::BadJob;
     result.message = user.Error();
-  } else if (session.cancelled) {
-    result.status = RenderStatus::Cancelled;
-    result.message = Explain(job, session, result.dialogMessages);
   } else if (wantsFrames ? session.finished : user.Played() && !session.refused) {
     result.status = RenderStatus::Done;
   } else {

@@ -4,6 +4,7 @@
 // sample), and hands each image that arrives to the sink.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -48,6 +49,10 @@ struct Job {
   bool refuseTask = false;
   int refuseImage = 0;
   std::uint64_t failAllocation = 0;
+
+  /// Reads a picture file for fills of the form "image:FILE": a block with a packed DIB that GlyphmotionAllocateBlock
+  /// made and the run then owns, or 0 and one sentence in `error`. Left empty, such fills are refused.
+  std::function<std::uint64_t(const std::string& path, std::string& error)> loadImage;
 };
 
 /// One picture as it arrives. Pixels are the plug-in's packed DIB: valid during the call only.
@@ -94,8 +99,11 @@ struct Sink {
   std::function<void(const std::string&)> stage;  ///< "Building", "Quantizing", "Supercompressing", "Remapping"
   std::function<void(std::int64_t position, std::int64_t total)> progress;  ///< 0, 0 clears
   std::function<void(const HostCallEvent&)> call;                           ///< every call, before it is answered
-  /// Asked between calls; true ends the run as soon as possible.
+  /// Asked at each of the plug-in's calls, on the run's thread; true ends the run as soon as possible.
   std::function<bool()> cancelled;
+  /// The run ends as soon as possible (50 milliseconds at the most) once this is true, whoever sets it: another thread,
+  /// a signal handler, a member of this sink. It outlives the call of Render; null: nobody sets it.
+  const std::atomic<bool>* stop = nullptr;
 };
 
 enum class RenderStatus {
@@ -110,11 +118,13 @@ struct RenderResult {
   std::string message;                      ///< one sentence; empty when done
   std::vector<std::string> dialogMessages;  ///< what the dialog's message boxes said, in order
   int images = 0;
-  std::uint64_t blocks = 0, locks = 0;  ///< live memory blocks and locks after the run: zero and zero
+  std::uint64_t blocks = 0, locks = 0;  ///< memory blocks and locks that the run left behind: zero and zero
 };
 
-/// Runs a job. Never throws (but for what the sink throws). Runs of one process follow one another: calls from several
-/// threads wait. A call from within the sink fails.
+/// Runs a job, on the calling thread, from which the sink is called too. Never throws (but for what the sink throws).
+/// Every run has a state of its own: any number of threads may render at once, each of them gets the bytes that it
+/// would get alone, and a sink may render another job before it returns. The same Job and Sink may serve several runs
+/// at once if their functions can bear it.
 RenderResult Render(const Job& job, const Sink& sink);
 
 /// Lists for people: the names of the effects and of the fixed palettes (in the order of their numbers), font families.

@@ -6,6 +6,7 @@
 
 #include "controls/skin.h"
 #include "controls/soft_shapes.h"
+#include "platform/run_state.h"
 #include "resources/box_templates.h"
 
 namespace glyphmotion {
@@ -22,8 +23,17 @@ std::int64_t RunBox(const DialogTemplate& box, Dialog* owner, void* window, Dial
 
 // --- Messages ---
 
-/// One message at a time has the keyboard, but its timers and repaints may open another.
-const MessageQuestion* shown = nullptr;
+struct NameQuestion {
+  const std::string* title;
+  std::string name;
+};
+
+/// One message and one prompt at a time has the keyboard, but its timers and repaints may open another.
+struct OpenBoxes {
+  const MessageQuestion* shown = nullptr;
+  NameQuestion* asked = nullptr;
+};
+OpenBoxes& Boxes() { return CurrentRun().Member<OpenBoxes>(); }
 
 void Shift(Dialog& dialog, int id, int across, int down) {
   const ControlRectangle place = RectangleOf(dialog, id);
@@ -45,6 +55,7 @@ void FitText(Dialog& dialog, const std::string& text) {
 
 std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
+  const MessageQuestion*& shown = Boxes().shown;
   switch (message.number) {
     case kMessageInitialise:
       shown = PointerOf<const MessageQuestion>(message.b);
@@ -72,14 +83,9 @@ std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
 
 // --- The name prompt ---
 
-struct NameQuestion {
-  const std::string* title;
-  std::string name;
-};
-NameQuestion* asked = nullptr;
-
 std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
+  NameQuestion*& asked = Boxes().asked;
   if (message.number == kMessageInitialise) {
     asked = PointerOf<NameQuestion>(message.b);
     SetDialogTitle(dialog, *asked->title);
@@ -149,25 +155,25 @@ void PaintMessagePicture(const DrawRequest& request, MessageIcon icon) {
 
 std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQuestion& question) {
   const DialogTemplate& box = question.buttons == MessageButtons::YesNo ? kQuestionBox : kMessageBox;
-  const MessageQuestion* const outer = shown;
+  const MessageQuestion* const outer = Boxes().shown;
   std::int64_t answer = -1;
   try {
     answer = RunBox(box, owner, window, MessageProcedure, const_cast<MessageQuestion*>(&question));
   } catch (...) {  // no memory for it
   }
-  shown = outer;
+  Boxes().shown = outer;
   return answer < 0 ? std::nullopt : std::optional(answer == 1);
 }
 
 std::optional<std::string> RunNamePrompt(Dialog* owner, const std::string& title, const std::string& start) {
   NameQuestion question{&title, start};
-  NameQuestion* const outer = std::exchange(asked, nullptr);
+  NameQuestion* const outer = std::exchange(Boxes().asked, nullptr);
   const bool accepted = RunBox(kNamePrompt, owner, nullptr, NameProcedure, &question) == 1;
-  asked = outer;
+  Boxes().asked = outer;
   if (!accepted) return std::nullopt;
   return question.name;
 }
 
-void UseOwnBoxes() noexcept { SetDesktopBoxes({RunMessageBox, RunNamePrompt}); }
+void UseOwnBoxes() { SetDesktopBoxes({RunMessageBox, RunNamePrompt}); }
 
 }  // namespace glyphmotion

@@ -20,7 +20,7 @@ std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQues
 std::optional<std::string> RunNamePrompt(Dialog* owner, const std::string& title, const std::string& start);
 
 /// Has the desktop show these.
-void UseOwnBoxes() noexcept;
+void UseOwnBoxes();
 
 /// The picture of a message: a sign on a disc, or on a triangle for a warning. As large as the request.
 void PaintMessagePicture(const DrawRequest& request, MessageIcon icon);

@@ -3,24 +3,26 @@
 
 #include <new>
 
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
 namespace {
 
-EditorServices editorServices;
+EditorServices& Services() { return CurrentRun().Member<EditorServices>(); }
 
 }  // namespace
 
-void SetEditorServices(const EditorServices& services) noexcept { editorServices = services; }
+void SetEditorServices(const EditorServices& services) { Services() = services; }
 
 void ShowHelpTopic(Dialog& owner, const char* topic) {
-  if (editorServices.showHelp) editorServices.showHelp(owner, topic);
+  if (const auto show = Services().showHelp) show(owner, topic);
 }
 
 PackedDib ChoosePicture(Dialog& owner) {
-  return editorServices.choosePicture ? editorServices.choosePicture(owner) : PackedDib();
+  const auto choose = Services().choosePicture;
+  return choose ? choose(owner) : PackedDib();
 }
 
 bool RunEditor(Dialog& owner, const DialogTemplate& editor, DialogProcedure procedure, void* parameter) {

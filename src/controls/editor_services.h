@@ -15,8 +15,8 @@ struct EditorServices {
   PackedDib (*choosePicture)(Dialog& owner) = nullptr;
 };
 
-/// Replaces the services; missing ones do nothing.
-void SetEditorServices(const EditorServices& services) noexcept;
+/// Replaces the current run's services; missing ones do nothing.
+void SetEditorServices(const EditorServices& services);
 
 void ShowHelpTopic(Dialog& owner, const char* topic);
 PackedDib ChoosePicture(Dialog& owner);

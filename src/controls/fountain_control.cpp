@@ -14,6 +14,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 
@@ -26,10 +27,14 @@ constexpr int kPullOff = 24;  // pixels above or below the control at which a dr
 
 enum MenuId { kDeleteMarker = 100, kChangeColour, kAdjustPosition, kAddToLibrary, kManageLibrary };
 
-FountainWindows fountainWindows;
+FountainWindows& Windows() { return CurrentRun().Member<FountainWindows>(); }
 
-// The marker under the captured mouse, and the handle that keys go to; there is one mouse and one keyboard.
-int draggedMarker = -1, chosenHandle = kStartHandle;
+// There is one mouse and one keyboard.
+struct FountainInput {
+  int draggedMarker = -1;           // the one under the captured mouse
+  int chosenHandle = kStartHandle;  // the one that keys go to
+};
+FountainInput& Input() { return CurrentRun().Member<FountainInput>(); }
 
 struct Extent {
   int width, height;
@@ -155,13 +160,13 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
   };
   const int old = MarkerPosition(before.Markers[index]);
   std::optional<int> position;
-  if (fountainWindows.askPosition) {
+  if (Windows().askPosition) {
     bool moved = false;
     const auto show = [&](int wanted) {
       moved = true;
       place(wanted);
     };
-    position = fountainWindows.askPosition(dialog, old, show);
+    position = Windows().askPosition(dialog, old, show);
     if (!position && moved) place({});
   } else if (const auto text = AskName(&dialog, LoadText(kTextAdjustPosition), std::to_string(old)); text) {
     position = std::atoi(text->c_str());
@@ -195,9 +200,9 @@ void MarkerMenu(Dialog& dialog, int id, int index, MenuPlace place = {}) {
 // The control keeps its own flags and name.
 void ManageLibrary(Dialog& dialog, int id) {
   const auto fountain = LockFountain(dialog, id);
-  if (!fountain || !fountainWindows.manageLibrary) return;
+  if (!fountain || !Windows().manageLibrary) return;
   FountainSpec chosen = *fountain;
-  if (!fountainWindows.manageLibrary(dialog, chosen)) return;
+  if (!Windows().manageLibrary(dialog, chosen)) return;
   fountain->MarkerCount = chosen.MarkerCount;
   fountain->StartColour = chosen.StartColour;
   fountain->EndColour = chosen.EndColour;
@@ -246,14 +251,14 @@ void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
   const Extent extent = ExtentOf(dialog, id);
   const Rect bar = FountainBar(extent.width, extent.height);
   const int position = (x - bar.left) * 255 / std::max(bar.Width(), 1);
-  if (MoveMarker(dialog, id, fountain, draggedMarker, position)) chosenHandle = draggedMarker;
+  if (MoveMarker(dialog, id, fountain, Input().draggedMarker, position)) Input().chosenHandle = Input().draggedMarker;
 }
 
 void LeftUp(Dialog& dialog, int id, const Message& message) {
   if (!HasCapture(dialog, id)) return;
   ReleaseMouse(dialog);
-  const int marker = draggedMarker, y = static_cast<int>(message.b);
-  draggedMarker = -1;
+  const int marker = Input().draggedMarker, y = static_cast<int>(message.b);
+  Input().draggedMarker = -1;
   // Where it was dragged has been told at each step.
   if (marker >= 0 && (y < -kPullOff || y >= ExtentOf(dialog, id).height + kPullOff)) DeleteMarker(dialog, id, marker);
 }
@@ -273,20 +278,20 @@ int PositionOfHandle(const FountainSpec& fountain, int handle) {
 
 // The markers may have become fewer since.
 int ChosenHandle(const FountainSpec& fountain) {
-  return chosenHandle < MarkerCountOf(fountain) ? chosenHandle : kEndHandle;
+  return Input().chosenHandle < MarkerCountOf(fountain) ? Input().chosenHandle : kEndHandle;
 }
 
 // Past other markers to the next free position.
 void StepMarker(Dialog& dialog, int id, FountainSpec& fountain, int step) {
-  const int from = PositionOfHandle(fountain, chosenHandle);
+  const int from = PositionOfHandle(fountain, Input().chosenHandle);
   for (int position = from + step; position >= 1 && position <= 255; position += step) {
-    if (MoveMarker(dialog, id, fountain, chosenHandle, position)) return;
+    if (MoveMarker(dialog, id, fountain, Input().chosenHandle, position)) return;
   }
 }
 
 // In the middle between the chosen handle and its neighbour.
 void AddBeside(Dialog& dialog, int id, const FountainSpec& fountain) {
-  const int place = std::min(PlaceOfHandle(fountain, chosenHandle), MarkerCountOf(fountain));
+  const int place = std::min(PlaceOfHandle(fountain, Input().chosenHandle), MarkerCountOf(fountain));
   const int from = PositionOfHandle(fountain, HandleAtPlace(fountain, place));
   const int to = PositionOfHandle(fountain, HandleAtPlace(fountain, place + 1));
   AddMarker(dialog, id, (from + to) / 2);
@@ -294,15 +299,16 @@ void AddBeside(Dialog& dialog, int id, const FountainSpec& fountain) {
 
 // Left and right choose a handle; up and down move it.
 bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
-  chosenHandle = ChosenHandle(fountain);
-  const int place = PlaceOfHandle(fountain, chosenHandle);
+  Input().chosenHandle = ChosenHandle(fountain);
+  const int place = PlaceOfHandle(fountain, Input().chosenHandle);
   const Extent extent = ExtentOf(dialog, id);
   const Rect bar = FountainBar(extent.width, extent.height);
-  const MenuPlace menu{false, bar.left + PositionOfHandle(fountain, chosenHandle) * bar.Width() / 255, bar.bottom};
+  const MenuPlace menu{false, bar.left + PositionOfHandle(fountain, Input().chosenHandle) * bar.Width() / 255,
+                       bar.bottom};
   switch (key) {
     case kKeyLeft:
     case kKeyRight:
-      chosenHandle = HandleAtPlace(fountain, place + (key == kKeyLeft ? -1 : 1));
+      Input().chosenHandle = HandleAtPlace(fountain, place + (key == kKeyLeft ? -1 : 1));
       Invalidate(dialog, id);
       return true;
     case kKeyUp:
@@ -310,14 +316,14 @@ bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
       StepMarker(dialog, id, fountain, key == kKeyUp ? 1 : -1);
       return true;
     case kKeySpace:
-      return ChangeColour(dialog, id, chosenHandle), true;
+      return ChangeColour(dialog, id, Input().chosenHandle), true;
     case kKeyInsert:
       return AddBeside(dialog, id, fountain), true;
     case kKeyDelete:
-      if (chosenHandle >= 0) DeleteMarker(dialog, id, chosenHandle);
+      if (Input().chosenHandle >= 0) DeleteMarker(dialog, id, Input().chosenHandle);
       return true;
     case kKeyMenu:
-      chosenHandle >= 0 ? MarkerMenu(dialog, id, chosenHandle, menu) : BarMenu(dialog, id, menu);
+      Input().chosenHandle >= 0 ? MarkerMenu(dialog, id, Input().chosenHandle, menu) : BarMenu(dialog, id, menu);
       return true;
     default:
       return false;
@@ -334,9 +340,9 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
   if (dragging && (message.number == kMessageKeyDown || message.number == kMessageRightUp)) return true;
   switch (message.number) {
     case kMessageLeftDown:
-      draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
-      if (hit.part == FountainHit::Handle) chosenHandle = hit.index;
-      if (draggedMarker >= 0) CaptureMouse(dialog, id);
+      Input().draggedMarker = hit.part == FountainHit::Handle ? hit.index : -1;
+      if (hit.part == FountainHit::Handle) Input().chosenHandle = hit.index;
+      if (Input().draggedMarker >= 0) CaptureMouse(dialog, id);
       return true;
     case kMessageMouseMove:
       if (dragging) Drag(dialog, id, *fountain, argument);
@@ -346,7 +352,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
     case kMessageKeyDown:
       return PressFountainKey(dialog, id, *fountain, argument);
     case kMessageCaptureLost:  // what was dragged, and told at each step, stays where it is
-      draggedMarker = -1;
+      Input().draggedMarker = -1;
       return true;
     case kMessageDoubleClick:
       if (hit.part == FountainHit::Handle) ChangeColour(dialog, id, hit.index);
@@ -422,7 +428,7 @@ void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
 const ControlFamily kFountainFamily = {"FOUNTB", SaveLine,      LoadLine,      nullptr,
                                        nullptr,  PaintFountain, InputFountain, DestroyFountain};
 
-void SetFountainWindows(const FountainWindows& windows) noexcept { fountainWindows = windows; }
+void SetFountainWindows(const FountainWindows& windows) { Windows() = windows; }
 
 Rect FountainBar(int width, int height) noexcept { return {8, 16, width - 8, height - 4}; }
 
@@ -454,7 +460,7 @@ std::string FountainLibraryPath() { return LibraryPath(kFountainLibraryName); }
 std::string FountainLibraryPathToWrite() { return LibraryPathToWrite(kFountainLibraryName); }
 
 void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec* initial) {
-  chosenHandle = kStartHandle;
+  Input().chosenHandle = kStartHandle;
   ResizeControl(dialog, id, kWidth, kHeight);
   MovableBlock block(AllocateBlock(sizeof(FountainSpec)));
   if (!block) return;

@@ -68,6 +68,6 @@ struct FountainWindows {
   /// True when a fountain of the library was chosen: its colours are in `fountain` then.
   bool (*manageLibrary)(Dialog& dialog, FountainSpec& fountain) = nullptr;
 };
-void SetFountainWindows(const FountainWindows& windows) noexcept;
+void SetFountainWindows(const FountainWindows& windows);
 
 }  // namespace glyphmotion

@@ -12,6 +12,7 @@
 #include "materials/shipped.h"
 #include "platform/encoding.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 
@@ -61,8 +62,11 @@ std::vector<std::string> GroupsWithPrimaryFirst(const char* extension, const cha
   return names;
 }
 
-// Groups that are current for as long as the process lives.
-std::string currentTextures = kTextureLibraryName, currentTiles = kTileLibraryName;
+// Groups that are current for as long as the run lives.
+struct CurrentGroups {
+  std::string textures = kTextureLibraryName, tiles = kTileLibraryName;
+};
+CurrentGroups& Current() { return CurrentRun().Member<CurrentGroups>(); }
 
 // The one that was current last, if its file is still there.
 std::string GroupToOpen(const std::string& current, const char* primary) {
@@ -183,7 +187,7 @@ std::string TextureGroup(const TextureEditor& editor) { return GroupOf(editor.fi
 
 bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
   editor.parameters = parameters;
-  const std::string name = GroupToOpen(currentTextures, kTextureLibraryName);
+  const std::string name = GroupToOpen(Current().textures, kTextureLibraryName);
   // Also of a group that cannot be read: shown as current, it gives way to whichever is chosen next.
   editor.fileName = FileToChoose(name, "FFT", kTextureLibraryName);
   return ChooseTextureGroup(owner, editor, name);
@@ -198,7 +202,7 @@ bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string&
     if (fileName == kTextureLibraryName) group.writeable = false;
     TakeGroup(editor, fileName, std::move(group), false);
   }
-  currentTextures = fileName;
+  Current().textures = fileName;
   return true;
 }
 
@@ -231,7 +235,7 @@ bool KeepTexture(TextureEditor& editor, int i) {
 bool AddTexture(Dialog* owner, TextureEditor& editor, bool shift) {
   if (shift) {
     if (!StartGroup(owner, editor, kTextures)) return false;
-    currentTextures = editor.fileName;
+    Current().textures = editor.fileName;
     return true;
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTexturesProtected);
@@ -249,7 +253,7 @@ bool DeleteTexture(Dialog* owner, TextureEditor& editor, int selected, bool shif
     if (!DeleteGroup(owner, kTextures, editor.group.writeable, editor.fileName)) return false;
     editor.group = {};
     editor.changed = false;
-    editor.fileName = currentTextures = kTextureLibraryName;
+    editor.fileName = Current().textures = kTextureLibraryName;
     ChooseTextureGroup(owner, editor, GroupOf(kTextureLibraryName));
     return true;
   }
@@ -403,16 +407,16 @@ std::string TileGroup(const TileEditor& editor) { return GroupOf(editor.fileName
 bool OpenTileEditor(Dialog* owner, TileEditor& editor, const TileSpec& tile) {
   editor.tile = tile;
   editor.fileName = kTileLibraryName;
-  return ChooseTileGroup(owner, editor, GroupToOpen(currentTiles, kTileLibraryName));
+  return ChooseTileGroup(owner, editor, GroupToOpen(Current().tiles, kTileLibraryName));
 }
 
 bool ChooseTileGroup(Dialog* owner, TileEditor& editor, const std::string& name) {
-  currentTiles = FileToChoose(name, "MTX", kTileLibraryName);
+  Current().tiles = FileToChoose(name, "MTX", kTileLibraryName);
   editor.selected = -1;
-  if (IsInHand(editor, currentTiles)) return true;
+  if (IsInHand(editor, Current().tiles)) return true;
   TileLibrary group;  // a file that cannot be read says nothing of whether it may be changed
-  const bool read = ReadTileLibrary(LibraryPath(currentTiles), group);
-  TakeGroup(editor, currentTiles, std::move(group), false);
+  const bool read = ReadTileLibrary(LibraryPath(Current().tiles), group);
+  TakeGroup(editor, Current().tiles, std::move(group), false);
   return read || Refuse(owner, kTextTilesNotLoaded);
 }
 
@@ -438,7 +442,7 @@ bool SelectTile(Dialog* owner, TileEditor& editor, int i) {
 bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& choose) {
   if (shift) {
     if (!StartGroup(owner, editor, kTiles)) return false;
-    currentTiles = editor.fileName;
+    Current().tiles = editor.fileName;
     if (editor.selected >= 0) SetTilePath(editor.tile, LibraryPath(editor.fileName));
     return true;
   }
@@ -468,7 +472,7 @@ bool DeleteTile(Dialog* owner, TileEditor& editor, bool shift) {
   if (shift) {
     if (!DeleteGroup(owner, kTiles, editor.group.writeable, editor.fileName)) return false;
     // The list keeps its entries until a group is chosen, but they are no longer anybody's to change.
-    editor.fileName = currentTiles = kTileLibraryName;
+    editor.fileName = Current().tiles = kTileLibraryName;
     editor.group.writeable = false;
     editor.changed = false;
     return true;

@@ -32,7 +32,7 @@ std::vector<std::string> TextureGroups();
 /// The name of the current group.
 std::string TextureGroup(const TextureEditor& editor);
 
-/// Opens the group that was current last in this process, at first the primary one. False after the message about
+/// Opens the group that was current last in this run, at first the primary one. False after the message about
 /// importing.
 bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters);
 /// Another group by its name without extension; what was changed in the one before waits for OK. False after the

@@ -10,6 +10,7 @@
 #include "materials/tile.h"
 #include "platform/encoding.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 
@@ -20,7 +21,7 @@ constexpr int kArrowWidth = 16, kInset = 2;
 constexpr std::size_t kLongestCaption = 260;
 constexpr std::uint32_t kFacePressed = 1, kArrowPressed = 2;
 
-MaterialWindows materialWindows;
+MaterialWindows& Windows() { return CurrentRun().Member<MaterialWindows>(); }
 
 BlockHandle BlockOf(const Dialog& dialog, int id) { return HandleOf(GetData(dialog, id)); }
 
@@ -108,20 +109,20 @@ bool EditKind(Dialog& dialog, Material& material) {
     case kGradient: {
       GradientSpec gradient = material.Gradient;
       FountainSpec fountain = material.Fountain;
-      if (!materialWindows.editGradient || !materialWindows.editGradient(dialog, gradient, fountain)) return false;
+      if (!Windows().editGradient || !Windows().editGradient(dialog, gradient, fountain)) return false;
       material.Gradient = gradient;
       material.Fountain = fountain;
       return true;
     }
     case kTexture: {
       TextureSpec texture = material.Texture;
-      if (!materialWindows.editTexture || !materialWindows.editTexture(dialog, texture)) return false;
+      if (!Windows().editTexture || !Windows().editTexture(dialog, texture)) return false;
       material.Texture = texture;
       return true;
     }
     case kTile: {
       TileSpec tile = material.Tile;
-      if (!materialWindows.editTile || !materialWindows.editTile(dialog, tile)) return false;
+      if (!Windows().editTile || !Windows().editTile(dialog, tile)) return false;
       material.Tile = tile;
       return true;
     }
@@ -278,7 +279,7 @@ LockedBlock<Material> LockMaterial(const Dialog& dialog, int id) noexcept {
   return LockedBlock<Material>(BlockOf(dialog, id));
 }
 
-void SetMaterialWindows(const MaterialWindows& windows) noexcept { materialWindows = windows; }
+void SetMaterialWindows(const MaterialWindows& windows) { Windows() = windows; }
 
 Colour CaptionColour(Colour average) noexcept {
   const int level = (RedOf(average) * 77 / 255 + GreenOf(average) * 150 / 255 + BlueOf(average) * 28 / 255) & 0xFF;

@@ -42,7 +42,7 @@ struct MaterialWindows {
   /// Works on a bitmap of its own: accepted, `tile` holds a new one, and the caller frees the one it held before.
   bool (*editTile)(Dialog& dialog, TileSpec& tile) = nullptr;
 };
-void SetMaterialWindows(const MaterialWindows& windows) noexcept;
+void SetMaterialWindows(const MaterialWindows& windows);
 
 /// White or black, whichever reads better on a face of this mean colour.
 Colour CaptionColour(Colour average) noexcept;

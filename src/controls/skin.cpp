@@ -6,6 +6,7 @@
 
 #include "controls/face_painting.h"
 #include "controls/soft_shapes.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 
 namespace glyphmotion {
@@ -13,7 +14,9 @@ namespace {
 
 constexpr double kRadius = 5;
 
-bool used = false;
+struct Skin {
+  bool used = false;
+};
 
 Colour FaceColour() { return GetSystemColour(SystemColour::ButtonFace); }
 Colour Mixed(Colour with, int share) { return Blend(FaceColour(), with, share); }
@@ -83,10 +86,10 @@ void PaintBackground(const DrawRequest& request) {
 
 }  // namespace
 
-void UseSkin(bool use) noexcept { used = use; }
+void UseSkin(bool use) { CurrentRun().Member<Skin>().used = use; }
 
 bool HandleSkin(Dialog& dialog, const Message& message) {
-  if (!used) return false;
+  if (!CurrentRun().Member<Skin>().used) return false;
   if (message.number == kMessageInitialise) SkinButtons(dialog);
   if (message.number != kMessagePaintBackground) return false;
   PaintBackground(*PointerOf<const DrawRequest>(message.b));

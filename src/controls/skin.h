@@ -11,8 +11,8 @@ namespace glyphmotion {
 /// The one colour of the program's own.
 constexpr Colour kAccent = MakeColour(0x40, 0x7E, 0xBD);
 
-/// Whether the program's dialogs look so: what the host wishes, for as long as its dialog runs.
-void UseSkin(bool use) noexcept;
+/// Whether the dialogs of the current run look so: what the host wishes, for as long as its dialog runs.
+void UseSkin(bool use);
 
 /// The first thing in a dialog's procedure. When the skin is in use, the dialog's push buttons look skinned from its
 /// start on, going on to behave as buttons, and its background is painted here. True when the message needs no more.

@@ -7,6 +7,8 @@
 #include <numeric>
 #include <vector>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -29,10 +31,7 @@ struct Store {
   static std::string_view KeyOf(std::size_t row) { return SettingsTable()[row].key; }
 };
 
-Store& TheStore() {
-  static Store store;
-  return store;
-}
+Store& TheStore() { return CurrentRun().Member<Store>(); }
 
 }  // namespace
 

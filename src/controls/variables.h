@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The persistent variables behind the settings' keys. While a dialog runs the controls are the model and write each
-// change back here; what has no control (FastRemap, AlphaGreyBack, ...) is read from here. One set for the whole
-// process.
+// change back here; what has no control (FastRemap, AlphaGreyBack, ...) is read from here. One set for each
+// run.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct Variable {
   std::string text;
 };
 
-/// The variable of a key (case counts), or null. The pointer stays valid for the life of the process.
+/// The variable of a key (case counts), or null. The pointer stays valid for the life of the run.
 Variable* FindVariable(std::string_view key) noexcept;
 
 /// The variable of row i of the SettingsTable, 0 <= i < its size.

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -10,8 +12,10 @@ BulgeTables::Entry MakeEntry(int width, int height) {
   BulgeTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
   entry.sine.resize(entry.quarter.distance.size());
-  for (std::size_t i = 0; i < entry.sine.size(); ++i)
+  for (std::size_t i = 0; i < entry.sine.size(); ++i) {
+    if (i % 4096 == 0 && EndRequested()) break;
     entry.sine[i] = std::sin((entry.quarter.distance[i] * 1.5707963267948966) / entry.quarter.radius);
+  }
   entry.factor.resize(entry.sine.size());
   return entry;
 }
@@ -19,8 +23,10 @@ BulgeTables::Entry MakeEntry(int width, int height) {
 void BulgeTo(BulgeTables::Entry& entry, int percent) {
   if (entry.percent == percent) return;
   const double power = -(percent / 100.0);
-  for (std::size_t i = 0; i < entry.factor.size(); ++i)
+  for (std::size_t i = 0; i < entry.factor.size(); ++i) {
+    if (i % 4096 == 0 && EndRequested()) return;
     entry.factor[i] = entry.quarter.distance[i] > 0 ? std::pow(entry.sine[i], power) : 1.0;
+  }
   entry.percent = percent;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "image/filters.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -66,7 +67,7 @@ constexpr int kReach = 4;
 
 void LowerColumns(const DibView& from, const DibView& to, int left, std::span<const int> drop) noexcept {
   ForEachRun(to, left, drop, [&](const Run& run) {
-    for (int y = 0; y + run.value < to.Height(); ++y) {
+    for (int y = 0; y + run.value < to.Height() && !EndRequested(); ++y) {
       std::memcpy(to.Row(y + run.value) + run.to, from.Row(y) + run.from, static_cast<std::size_t>(run.bytes));
     }
   });
@@ -78,7 +79,7 @@ void SqueezeColumns(const DibView& from, const DibView& to, int left, std::span<
     if (run.value < 1) return;
     const int rows = static_cast<int>(std::int64_t{height} * run.value / 100), top = (height - rows) / 2;
     // rows * 100 / value is never beyond the height, so that all rows of a mean exist.
-    for (int k = 0, first = 0; k < rows; ++k) {
+    for (int k = 0, first = 0; k < rows && !EndRequested(); ++k) {
       const int end = static_cast<int>((std::int64_t{k} + 1) * 100 / run.value);
       AverageRows(from.Row(first) + run.from, from.Stride(), end - first, run.bytes, to.Row(top + k) + run.to);
       first = end;

@@ -7,6 +7,7 @@
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -75,7 +76,7 @@ void PaintSquare(const DibView& picture, const CubistSquare& square, int half, i
     if (from < to) BlendColour(picture.Row(y) + 3 * static_cast<std::size_t>(from), to - from, square.colour, level);
   };
   const int end = std::min(top + size, picture.Height());
-  for (int y = std::max(top, 0); y < end; ++y) {
+  for (int y = std::max(top, 0); y < end && !EndRequested(); ++y) {
     if (y < top + border || y >= top + size - border) {
       paint(y, left, left + size);
     } else {

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -139,6 +141,7 @@ DiscQuarter MakeDiscQuarter(int width, int height) {
   const double limit = quarter.radius * quarter.radius;
   for (const double dy : quarter.dy) {
     quarter.start.push_back(quarter.distance.size());
+    if (EndRequested()) continue;
     for (const double dx : quarter.dx) {
       const double square = dx * dx + dy * dy;
       if (square >= limit) break;
@@ -151,6 +154,7 @@ DiscQuarter MakeDiscQuarter(int width, int height) {
 
 void SampleMirrored(const DiscQuarter& quarter, int row, const RowOffsets& offsets, const DibView& from,
                     const DibView& to) noexcept {
+  if (EndRequested()) return;
   const std::size_t places = quarter.PlacesOf(row);
   const auto rightPlaces = std::min(places, static_cast<std::size_t>(quarter.width - quarter.firstX));
   const std::ptrdiff_t bytes = to.Bits() / 8;

@@ -13,6 +13,7 @@
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -87,7 +88,7 @@ std::uint8_t RingLevel(int i, int rings, int strength) {
 void PaintDome(const DibView& surface, int strength) {
   const int side = surface.Width(), rings = side / 2;
   std::vector<RowSpan> spans(static_cast<std::size_t>(side)), painted(spans.size());
-  for (int i = rings - 1; i >= 0; --i) {
+  for (int i = rings - 1; i >= 0 && !EndRequested(); --i) {
     const std::uint8_t level = RingLevel(i, rings, strength);
     const RowRange range = EllipseRows({i, i, side - i, side - i}, side, spans);
     for (int y = range.first; y < range.end; ++y) {
@@ -186,7 +187,7 @@ void BlendDrop(const DibView& picture, int left, int top, const DropImage& image
   const int from = std::max(left, 0), to = std::min(left + image.side, picture.Width());
   if (from >= to) return;
   const int end = std::min(top + image.side, picture.Height());
-  for (int y = std::max(top, 0); y < end; ++y) {
+  for (int y = std::max(top, 0); y < end && !EndRequested(); ++y) {
     const auto at = static_cast<std::size_t>(y - top) * static_cast<std::size_t>(image.side);
     BlendColourMasked(picture.Row(y) + 3 * static_cast<std::size_t>(from), image.weights.data() + at + (from - left),
                       to - from, colour);
@@ -219,6 +220,7 @@ bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const P
   if (!picture) return false;
   const int size = composer.Number(kSize), drift = composer.Number(kDrift);
   for (GumdropRecord& drop : params.drops) {
+    if (EndRequested()) return false;
     if (!PaintDrop(drop, size, drift, params.images, picture)) return false;
     MoveDrop(drop, params.step);
   }

@@ -7,6 +7,7 @@
 
 #include "image/filters.h"
 #include "image/surface.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -43,7 +44,7 @@ void DrawSquares(const Grid& grid) {
 template <typename Draw>
 void ForEachCentre(const Grid& grid, Draw draw) {
   for (int y = 0; y < grid.Height(); y += grid.cell) {
-    for (int x = 0; x < grid.Width(); x += grid.cell) draw(x + grid.cell / 2, y + grid.cell / 2);
+    for (int x = 0; x < grid.Width() && !EndRequested(); x += grid.cell) draw(x + grid.cell / 2, y + grid.cell / 2);
   }
 }
 
@@ -142,7 +143,8 @@ PackedDib MixThroughMask(const PackedDib& first, const PackedDib& second, const 
   PackedDib mixed = BlankDib(levels.Width(), levels.Height(), nullptr, 24);
   const DibView out(mixed);
   if (!out) return {};
-  for (int y = 0; y < out.Height(); ++y) MixRow(a.Row(y), b.Row(y), levels.Row(y), out.Width(), out.Row(y));
+  for (int y = 0; y < out.Height() && !EndRequested(); ++y)
+    MixRow(a.Row(y), b.Row(y), levels.Row(y), out.Width(), out.Row(y));
   return mixed;
 }
 

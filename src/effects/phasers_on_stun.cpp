@@ -7,6 +7,7 @@
 #include "effects/optional_colours.h"
 #include "effects/ray_painter.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -91,6 +92,7 @@ void MakeBeams(PhaserParams& params, const Dialog& dialog, int width, int height
 bool PaintBeams(PhaserParams& params, const DibView& picture) {
   for (const PhaserBeam& beam : params.beams) {
     if (beam.frame != params.frame) continue;
+    if (EndRequested()) return false;
     if (!params.rays.Prepare(picture.Width(), picture.Height())) return false;
     params.rays.Paint(picture, beam.from, beam.to, beam.width, beam.level, beam.colour);
   }

@@ -3,6 +3,7 @@
 
 #include "controls/material_control.h"
 #include "controls/variables.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 
@@ -25,6 +26,7 @@ bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* wi
   context.flags |= kBuildCall;
   context.parameters = parameters;
   const PackedDib frame = render(context);
+  if (EndRequested()) return false;
   const DibView view(frame);
   if (!view) return false;
   if (width) *width = view.Width();
@@ -42,7 +44,7 @@ bool RunFits(EffectContext& context, int width, int height, std::int64_t frames)
 }
 
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay) {
-  if (!frame) return false;
+  if (!frame || EndRequested()) return false;
   FrameRecord record;
   record.image = frame.Handle();
   record.delay = delay;

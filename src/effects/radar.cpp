@@ -10,6 +10,7 @@
 #include "effects/effect_table.h"
 #include "image/filters.h"
 #include "image/surface.h"
+#include "platform/run_state.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -57,7 +58,7 @@ void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
   const bool backwards = sweep.increment < 1;
   const int base = backwards ? sweep.angle : sweep.traceAngle - sweep.angle;
   int begin = base;
-  for (int i = 0; i + 1 < count; ++i) {
+  for (int i = 0; i + 1 < count && !EndRequested(); ++i) {
     const int end = static_cast<int>(static_cast<double>(i + 1) / count * sweep.traceAngle + base);
     if (begin != end) {
       const int strength = static_cast<int>(static_cast<double>(i) / count * 255);
@@ -90,7 +91,7 @@ PackedDib DrawSweep(const Sweep& sweep) {
 bool PaintTrace(const DibView& fill, const DibView& sweep, Colour colour) {
   if (!fill || !sweep) return false;
   const int right = std::min(fill.Width(), sweep.Width()), bottom = std::min(fill.Height(), sweep.Height());
-  for (int y = 0; y < bottom; ++y) BlendColourMasked(fill.Row(y), sweep.Row(y), right, colour);
+  for (int y = 0; y < bottom && !EndRequested(); ++y) BlendColourMasked(fill.Row(y), sweep.Row(y), right, colour);
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "effects/colour_blend.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -115,7 +116,7 @@ const std::vector<std::uint8_t>& RayPainter::FullSums(int level) {
 void RayPainter::SumAlong(int level) {
   const std::vector<std::uint8_t>& full = FullSums(level);
   const Contributions& windows = along_.windows;
-  for (int line = lines_.left; line < lines_.right; ++line) {
+  for (int line = lines_.left; line < lines_.right && !EndRequested(); ++line) {
     const auto at = static_cast<std::size_t>(line);
     Pieces merged;
     const int count = Merge(pieces_[at], merged);
@@ -148,7 +149,7 @@ void RayPainter::SumAcrossAndBlend(const DibView& picture, Colour colour) {
   if (IsEmpty(lines_)) return;
   const auto length = static_cast<std::size_t>(along_.windows.target);
   const int end = across_.end[static_cast<std::size_t>(lines_.right)];
-  for (int c = across_.from[static_cast<std::size_t>(lines_.left)]; c < end; ++c) {
+  for (int c = across_.from[static_cast<std::size_t>(lines_.left)]; c < end && !EndRequested(); ++c) {
     const Taps& taps = across_.windows.taps[static_cast<std::size_t>(c)];
     const int begin = across_.windows.first[static_cast<std::size_t>(c)];
     const int firstLine = std::max(begin, lines_.left), endLine = std::min(begin + taps.count, lines_.right);

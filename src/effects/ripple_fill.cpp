@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -88,6 +90,7 @@ PackedDib RippleFill(const PackedDib& source, const ElasticParams& params) noexc
   if (!to || !waves) return {};
   const Rings rings(params, width, height);
   for (int y = 0; y < height; ++y) {
+    if (EndRequested()) return {};
     // Each row is bent together with the one that mirrors it, since they have the same waves.
     const int mirror = Mirror(y, rings.centreY);
     if (mirror >= 0 && mirror < y) continue;

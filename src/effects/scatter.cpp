@@ -6,6 +6,7 @@
 
 #include "image/filters.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -17,9 +18,10 @@ void DrawStates(ScatterTables& tables, std::uint32_t seed, std::size_t draws) {
   tables.seed = seed;
   SeedRandom(states.empty() ? seed : states.back());
   states.reserve(draws);
-  while (states.size() < draws) {
-    NextRandom();
-    states.push_back(RandomState());
+  for (std::uint32_t state = RandomState(); states.size() < draws;) {
+    if (states.size() % 4096 == 0 && EndRequested()) states.resize(draws);
+    state = StateAfter(state);
+    if (states.size() < draws) states.push_back(state);
   }
   SeedRandom(states[draws - 1]);
 }
@@ -40,6 +42,7 @@ void ScatterInto(const DibView& from, const DibView& to, int radius, const std::
   const int width = from.Width(), height = from.Height(), half = radius / 2;
   const Remainder remainder(radius);
   for (int y = 0; y < height; ++y) {
+    if (EndRequested()) return;
     const std::uint8_t* own = from.Row(y);
     std::uint8_t* pixel = to.Row(y);
     for (int x = 0; x < width; ++x, own += bytes, pixel += bytes, states += 2) {

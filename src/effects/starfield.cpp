@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/random.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -113,6 +114,7 @@ void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldCon
 
 void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept {
   for (StarRecord& star : field.stars) {
+    if (EndRequested()) return;
     for (const StreakRow& row : RowsOf(star.size)) PaintStreakRow(picture, star, row, colour);
     MoveStar(star, field.width);
   }

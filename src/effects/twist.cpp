@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "image/filters.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -30,6 +31,7 @@ void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
   entry.cosine.resize(places);
   entry.sine.resize(places);
   for (std::size_t i = 0; i < places; ++i) {
+    if (i % 4096 == 0 && EndRequested()) return;
     const double t = entry.fall[i], theta = t * angle * t;
     entry.cosine[i] = std::cos(theta);
     entry.sine[i] = std::sin(theta);

@@ -10,6 +10,7 @@
 
 #include "effects/effect_table.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 #include "resources/templates.h"
 
 namespace glyphmotion {
@@ -52,11 +53,11 @@ Levels FillWithNoise(const DibView& mask) {
   const double limit = std::exp(-kMean);
   std::uint32_t state = RandomState();
   const auto factor = [&state] {
-    state = state * 214013u + 2531011u;
-    return static_cast<double>((state >> 16) & 0x7FFF) / 32767.0;
+    state = StateAfter(state);
+    return RandomOf(state) / 32767.0;
   };
   Levels levels;
-  for (int r = 0; r < mask.Height(); ++r) {
+  for (int r = 0; r < mask.Height() && !EndRequested(); ++r) {
     std::uint8_t* row = mask.StoredRow(r);
     int lowest = levels.lowest, highest = levels.highest;
     for (int x = 0; x < mask.Width(); ++x) {
@@ -127,6 +128,7 @@ PackedDib PaintNoiseFill(const PackedDib& light, const PackedDib& dark, int widt
     const auto stretched = StretchTable(FillWithNoise(mask));
     const std::vector<int> band = MakeBand(height, grain.interference, grain.phase);
     for (int y = 0; y < height; y += grain.pixelSize) {
+      if (EndRequested()) return {};
       std::uint8_t levelOfNoise[256];
       for (std::size_t v = 0; v < 256; ++v)
         levelOfNoise[v] = static_cast<std::uint8_t>(std::min(255, stretched[v] + band[static_cast<std::size_t>(y)]));

@@ -14,6 +14,7 @@
 
 #include "image/filters.h"
 #include "image/tap_sums.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -96,6 +97,7 @@ bool BlurRows(const Plane& plane, const Kernel& kernel) {
     reciprocals[at] = static_cast<float>(1.0 / divisors[at]);
   }
   for (int y = 0; y < plane.height; ++y) {
+    if (EndRequested()) return false;
     std::uint8_t* row = plane.Row(y);
     const int first = static_cast<int>(std::find_if(row, row + samples, [](int v) { return v != 0; }) - row);
     if (first == samples) continue;
@@ -117,6 +119,7 @@ bool BlurColumns(const Plane& plane, const Kernel& kernel) {
   const auto strip = ScratchArray<float>(static_cast<std::size_t>(height + 2 * kReach + kTapGroup) * kLanes);
   if (!strip) return false;
   for (int x = 0; x < plane.Samples(); x += kLanes) {
+    if (EndRequested()) return false;
     const auto columns = static_cast<std::size_t>(std::min(kLanes, plane.Samples() - x));
     int first = height, end = 0;
     for (int y = 0; y < height; ++y) {

@@ -10,6 +10,7 @@
 
 #include "image/colour_cells.h"
 #include "image/remap.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -151,6 +152,7 @@ PackedDib DitherColour(const DibView& source, ColourMatcher::State& state) {
   const Job job = {&state, entries.data(), state.known.data(), state.table};
   std::fill_n(memory.ErrorsOf(0), width, kNothingAbove);
   for (int r = 0, rows = 0; r < height; r += rows) {
+    if (EndRequested()) return {};
     rows = r + kRowsTogether <= height ? kRowsTogether : 1;
     Line lines[kRowsTogether];
     for (int i = 0; i < rows; ++i) {
@@ -196,7 +198,7 @@ struct Range {
 
 Range ReadBrightness(const DibView& source, std::uint8_t* work, std::size_t stride) {
   Range range;
-  for (int r = 0; r < source.Height(); ++r) {
+  for (int r = 0; r < source.Height() && !EndRequested(); ++r) {
     std::uint8_t* row = work + stride * static_cast<std::size_t>(r);
     const std::uint8_t* from = source.StoredRow(r);
     for (int x = 0; x < source.Width(); ++x) {
@@ -229,6 +231,7 @@ PackedDib DitherGrey(const DibView& source, ColourMatcher::State& state) {
   const ToneTable tones = TonesOf(state.options);
   const int threshold = (range.low + range.high) >> 1;
   for (int r = 0; r < height; ++r) {
+    if (EndRequested()) return {};
     std::uint8_t* row = work + stride * static_cast<std::size_t>(r);
     std::uint8_t* next = r + 1 < height ? row + stride : nullptr;
     std::uint8_t* bits = target.StoredRow(r);

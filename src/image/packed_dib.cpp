@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -170,7 +172,10 @@ PackedDib SolidDib(int width, int height, Colour colour) noexcept {
   if (!view) return {};
   std::uint8_t* first = view.StoredRow(0);
   for (int x = 0; x < width; ++x) view.SetPixel(x, height - 1, colour);
-  for (int r = 1; r < height; ++r) std::memcpy(view.StoredRow(r), first, static_cast<std::size_t>(width) * 3);
+  for (int r = 1; r < height; ++r) {
+    if (EndRequested()) return {};
+    std::memcpy(view.StoredRow(r), first, static_cast<std::size_t>(width) * 3);
+  }
   return dib;
 }
 
@@ -205,6 +210,7 @@ PackedDib MergeColourAndAlpha(const PackedDib& colour, const PackedDib& alpha) n
   const DibView target(merged);
   if (!target) return {};
   for (int r = 0; r < picture.Height(); ++r) {
+    if (EndRequested()) return {};
     const std::uint8_t* from = picture.StoredRow(r);
     const std::uint8_t* level = plane.StoredRow(r);
     std::uint8_t* to = target.StoredRow(r);
@@ -235,6 +241,7 @@ PackedDib TrimColumns(const PackedDib& mask, int sides) noexcept {
     const int width = view.Width();
     int left = width - 1, right = 0;
     for (int y = 0; y < view.Height(); ++y) {
+      if (EndRequested()) return {};
       for (int x = 0; x < left; ++x) {
         if (view.GetPixel(x, y)) left = x;
       }
@@ -263,7 +270,7 @@ bool CopyRegion(const DibView& dest, int destX, int destY, const DibView& source
   if (x0 >= x1) return true;
   const bool bytes = dest.Bits() == source.Bits() && dest.Bits() >= 8;
   const auto size = static_cast<std::size_t>(dest.Bits() / 8);
-  for (std::int64_t y = y0; y < y1; ++y) {
+  for (std::int64_t y = y0; y < y1 && !EndRequested(); ++y) {
     const int toY = static_cast<int>(destY + y), fromY = static_cast<int>(sourceY + y);
     if (bytes) {
       std::memmove(dest.Row(toY) + static_cast<std::size_t>(destX + x0) * size,

@@ -21,6 +21,7 @@
 
 #include "image/colour_cells.h"
 #include "image/packed_dib.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -302,7 +303,7 @@ bool Reduce(const NodePool& pool, int wanted) {
   std::sort(order.begin(), order.end(), [](const ByError& a, const ByError& b) { return a.error < b.error; });
 
   std::size_t next = 0;
-  for (int colours = merger.owners; colours > wanted; colours = merger.owners + merger.doomed) {
+  for (int colours = merger.owners; colours > wanted && !EndRequested(); colours = merger.owners + merger.doomed) {
     // The threshold is the least error that the pass before met, be the node merged by then or not.
     while (order[next].node->mergedIn && order[next].node->mergedIn != merger.pass) ++next;
     const std::int64_t threshold = order[next].error;
@@ -346,13 +347,16 @@ bool ForEachImage(const FrameList& frames, Work work) {
     if (!image || image.Bits() != 24) return false;
     if (!work(image)) break;
   }
-  return frames.count > 0;
+  return frames.count > 0 && !EndRequested();
 }
 
 bool SumFrames(const FrameList& frames, CellTable& cells) {
   cells.room = kPackedPixels;
   const bool all = ForEachImage(frames, [&](const DibView& image) {
-    for (int r = 0; r < image.Height(); ++r) SumRow(image.StoredRow(r), static_cast<std::size_t>(image.Width()), cells);
+    for (int r = 0; r < image.Height(); ++r) {
+      if (EndRequested()) return false;
+      SumRow(image.StoredRow(r), static_cast<std::size_t>(image.Width()), cells);
+    }
     return true;
   });
   Unpack(cells);
@@ -372,7 +376,7 @@ bool QuantiseByTree(const FrameList& frames, int& count, Palette& palette) {
     if (child) Add(root.sums, child->sums);
   }
   SetErrors(root, 255, 255, 255, 128);
-  if (!Reduce(pool, count)) return false;
+  if (!Reduce(pool, count) || EndRequested()) return false;
   count = 0;
   WriteColours(root, palette, count);
   return true;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "image/colour_cells.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -107,6 +108,7 @@ PackedDib RemapImage(const PackedDib& image, ColourMatcher& matcher) noexcept {
   const int width = source.Width(), bits = target.Bits();
   const IndexTable table = source.Bits() < 9 ? TranslationOf(source, state, bits) : IndexTable{};
   for (int r = 0; r < source.Height(); ++r) {
+    if (EndRequested()) return {};
     const std::uint8_t* from = source.StoredRow(r);
     if (source.Bits() < 9) {
       TranslateRow(source, r, table, indices.get());
@@ -129,6 +131,7 @@ PackedDib MaskReplace(const PackedDib& remapped, const PackedDib& source, Colour
   const bool plain = target.Bits() == 8 && picture.Bits() == 24 && picture.Width() >= width;
   const auto value = static_cast<std::uint32_t>(index);
   for (int y = 0; y < height; ++y) {
+    if (EndRequested()) return {};
     std::memcpy(target.Row(y), from.Row(y), from.Stride());
     if (plain && y < picture.Height()) {
       const std::uint8_t* pixel = picture.Row(y);

@@ -13,6 +13,7 @@
 #include "image/resample_filters.h"
 #include "image/resample_windows.h"
 #include "image/tap_sums.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -112,6 +113,7 @@ bool PassDown(const DibView& from, const DibView& to, const ResampleFilter& filt
     return false;
   const std::ptrdiff_t across = BytesAcross(from);
   for (std::ptrdiff_t x = 0; x < across; x += kColumns) {
+    if (EndRequested()) return false;
     const auto columns = static_cast<std::size_t>(std::min<std::ptrdiff_t>(kColumns, across - x));
     strip.lines = static_cast<std::ptrdiff_t>(columns);
     for (int y = 0; y < from.Height(); ++y) {
@@ -182,6 +184,7 @@ bool PassAcross(const DibView& from, const DibView& to, const ResampleFilter& fi
     return false;
   constexpr int kRows = kLanes / channels;
   for (int top = 0; top < from.Height(); top += kRows) {
+    if (EndRequested()) return false;
     const int rows = std::min(kRows, from.Height() - top);
     TurnRowsIn<channels>(from, top, rows, strip);
     for (int c0 = 0; c0 < to.Width(); c0 += kTile) TurnTileOut<channels>(strip, list, c0, to, top, rows);

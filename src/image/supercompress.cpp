@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -50,6 +52,7 @@ PackedDib MaskUnchanged(const PackedDib& previous, BlockHandle frame) {
   if (!mask) return {};
   const bool plain = shown.Bits() == 24 && image.Bits() == 24 && image.Width() >= shown.Width();
   for (int y = 0; y < shown.Height(); ++y) {
+    if (EndRequested()) return {};
     if (plain && y < image.Height()) {
       Compare24(shown.Row(y), image.Row(y), mask.Row(y), shown.Width());
     } else {

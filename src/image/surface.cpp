@@ -13,6 +13,8 @@
 #include <new>
 #include <utility>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -180,6 +182,7 @@ void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule
   // on have still to come; what lies between has ended.
   int active = 0, next = 0;
   for (int y = count ? edges[0].firstRow : 0; y < canvas.Height() && (active || next < count); ++y) {
+    if (EndRequested()) return;
     if (!active) y = std::max(y, edges[next].firstRow);
     while (next < count && edges[next].firstRow == y) edges[active++] = edges[next++];
     for (int i = 0; i < active; ++i) {
@@ -418,7 +421,7 @@ DrawingSurface::DrawingSurface(int width, int height) noexcept
     : dib_(BlankDib(width, height, nullptr, 24)), view_(dib_) {}
 
 void DrawingSurface::FillRect(Rect rect, Colour colour) noexcept {
-  if (view_) Canvas(view_, colour).FillRect({rect.left, rect.top, rect.right, rect.bottom});
+  if (view_ && !EndRequested()) Canvas(view_, colour).FillRect({rect.left, rect.top, rect.right, rect.bottom});
 }
 
 void DrawingSurface::FillPolygon(std::span<const Point> points, Colour colour, FillRule rule) noexcept {
@@ -426,7 +429,7 @@ void DrawingSurface::FillPolygon(std::span<const Point> points, Colour colour, F
 }
 
 void DrawingSurface::FillEllipse(Rect box, Colour colour) noexcept {
-  if (view_) FillEllipseOn(Canvas(view_, colour), Ordered(box));
+  if (view_ && !EndRequested()) FillEllipseOn(Canvas(view_, colour), Ordered(box));
 }
 
 void DrawingSurface::FillRectangle(Rect box, Colour colour) noexcept {
@@ -437,7 +440,7 @@ void DrawingSurface::FillRectangle(Rect box, Colour colour) noexcept {
 void DrawingSurface::Polyline(std::span<const Point> points, int penWidth, Colour colour) noexcept {
   if (!view_ || points.size() < 2) return;
   const Canvas canvas(view_, colour);
-  for (std::size_t i = 0; i < points.size(); ++i) {
+  for (std::size_t i = 0; i < points.size() && !EndRequested(); ++i) {
     if (penWidth > 1) RoundCap(canvas, points[i], penWidth);
     if (i == 0 || points[i] == points[i - 1]) continue;
     penWidth > 1 ? WideBody(canvas, points[i - 1], points[i], penWidth) : ThinLine(canvas, points[i - 1], points[i]);
@@ -456,6 +459,7 @@ PackedDib DrawingSurface::EndAsMask() noexcept {
   const DibView to(mask);
   if (!to) return {};
   for (int y = 0; y < to.Height(); ++y) {
+    if (EndRequested()) return {};
     const std::uint8_t* in = from.Row(y);
     std::uint8_t* out = to.Row(y);
     for (int x = 0; x < to.Width(); ++x) out[x] = in[3 * x];

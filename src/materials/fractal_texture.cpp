@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/random.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -57,7 +58,7 @@ void FillSpectrum(Spectrum& spectrum, double exponent) {
     im = static_cast<float>(std::sin(phase) * radius);
   };
   float re, im;
-  for (int i = 0; i <= half; ++i) {
+  for (int i = 0; i <= half && !EndRequested(); ++i) {
     for (int j = 0; j <= half; ++j) {
       coefficient(i, j, re, im);
       const int mirrorI = i ? n - i : 0, mirrorJ = j ? n - j : 0;
@@ -70,7 +71,7 @@ void FillSpectrum(Spectrum& spectrum, double exponent) {
     return static_cast<std::size_t>(i) * static_cast<std::size_t>(n) + static_cast<std::size_t>(j);
   };
   spectrum.im[at(half, 0)] = spectrum.im[at(0, half)] = spectrum.im[at(half, half)] = 0.0f;
-  for (int i = 1; i < half; ++i) {
+  for (int i = 1; i < half && !EndRequested(); ++i) {
     for (int j = 1; j < half; ++j) {
       coefficient(i, j, re, im);
       spectrum.Set(i, n - j, re, im);
@@ -113,6 +114,7 @@ void TransformColumns(Spectrum& spectrum) {
     const double stepRe = -2.0 * s * s, stepIm = std::sin(theta);
     double wr = 1.0, wi = 0.0;
     for (int k = 0; k < half; ++k) {
+      if (EndRequested()) return;
       for (int i = k; i < n; i += 2 * half) {
         Butterfly(rowOf(spectrum.re, i), rowOf(spectrum.im, i), rowOf(spectrum.re, i + half),
                   rowOf(spectrum.im, i + half), n, wr, wi);
@@ -153,6 +155,7 @@ void Transform(Spectrum& spectrum) {
 void Normalise(std::vector<float>& values, float power) {
   if (power != 1.0f) {
     for (float& v : values) {
+      if ((&v - values.data()) % 4096 == 0 && EndRequested()) return;
       if (v > 0.0f) v = static_cast<float>(std::pow(static_cast<double>(v), static_cast<double>(power)));
     }
   }
@@ -222,6 +225,7 @@ void CompositeLayer(const DibView& view, const Spectrum& spectrum, Colour colour
   std::vector<double> left(columns), right(columns);
   std::vector<int> alpha(columns);
   for (int y = 0; y < view.Height(); ++y) {
+    if (EndRequested()) return;
     const Between row = PlaceOf(y, view.Height(), m);
     const std::uint8_t* upper = bytes.data() + static_cast<std::size_t>(row.first) * static_cast<std::size_t>(m);
     const std::uint8_t* lower = bytes.data() + static_cast<std::size_t>(row.second) * static_cast<std::size_t>(m);
@@ -251,6 +255,7 @@ PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept {
   try {
     const int layers = parameters.TextureType < 4 ? static_cast<int>(parameters.TextureType) + 1 : 0;
     for (int k = 0; k < layers; ++k) {
+      if (EndRequested()) return {};
       SeedFractalNoise(parameters.SeedValue[k]);
       const double h = 3.0 - static_cast<double>(parameters.Dimension[k]);
       Spectrum spectrum(SideOf(static_cast<int>(parameters.MatrixSize)));

@@ -8,6 +8,7 @@
 
 #include "image/surface.h"
 #include "materials/fountain.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -122,6 +123,7 @@ PackedDib RenderBands(int width, int height, int rotation, ColourOfBand colourOf
   const auto x0 = static_cast<float>(minX - turn.cx), x1 = static_cast<float>(maxX - turn.cx);
   int i = 0;
   for (float p = 0; p < length; p += band, ++i) {
+    if (EndRequested()) return {};
     const auto y0 = static_cast<float>(Truncate(p) + minY - turn.cy);
     const auto y1 = static_cast<float>(Truncate(std::ceil(p + band)) + minY - turn.cy);
     const Point quad[] = {turn(x0, y0), turn(x1, y0), turn(x1, y1), turn(x0, y1), turn(x0, y0)};
@@ -204,6 +206,7 @@ PackedDib RenderConical(int width, int height, const GradientSpec& gradient, con
                      Truncate((gradient.CenterX / 100.0 + 0.5) * width), 360 - rotation};
   std::vector<float> steps(static_cast<std::size_t>(width));
   for (int y = 0; y < height; ++y) {
+    if (EndRequested()) return {};
     EstimateSteps(cone, y - cone.row, width, steps.data());
     std::uint8_t* to = view.Row(y);
     for (int x = 0; x < width; ++x, to += 3) {
@@ -283,6 +286,7 @@ bool PaintRingsInwardsOut(const DibView& view, const std::vector<Rect>& boxes, b
     return true;
   };
   for (int i = static_cast<int>(boxes.size()) - 1; i >= 0; --i) {
+    if (EndRequested()) return true;  // an unfinished picture, which nobody will see
     const Rect& box = boxes[static_cast<std::size_t>(i)];
     const auto [first, end] = round ? EllipseRows(box, view.Width(), rows) : RectangleRows(box, view.Width(), rows);
     for (int y = first; y < end; ++y) {
@@ -312,6 +316,7 @@ PackedDib RenderRings(int width, int height, const GradientSpec& gradient, const
   if (!plain) return {};
   plain.FillRect({0, 0, width, height}, EntryOf(*table, 0));
   for (int i = 0; i < n; ++i) {
+    if (EndRequested()) return {};
     const Rect& box = boxes[static_cast<std::size_t>(i)];
     round ? plain.FillEllipse(box, colourOf(i)) : plain.FillRectangle(box, colourOf(i));
   }

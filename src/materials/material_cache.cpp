@@ -57,7 +57,7 @@ PackedDib MaterialCache::Render(Material& material, int width, int height) noexc
     const bool noiseStood = NoiseTablesBuilt();
     PackedDib picture = MaterialToBitmap(material, width, height);
     const std::size_t size = BlockSize(picture.Handle());
-    // The first perturbation texture of the process also draws the noise tables, which no later one does.
+    // The first perturbation texture of the run also draws the noise tables, which no later one does.
     if (!picture || size > kMaxBytes || noiseStood != NoiseTablesBuilt()) return picture;
     Entry entry{std::move(key), DuplicateDib(picture), SeedsRandom(material), RandomState()};
     if (!entry.bitmap) return picture;

@@ -13,6 +13,7 @@
 #include "materials/shipped.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
+#include "platform/run_state.h"
 #include "resources/shipped_fountains.h"
 
 namespace glyphmotion {
@@ -21,7 +22,7 @@ namespace {
 constexpr char kForms[] =
     "write #RRGGBB, gradient:..., fountain:..., texture:..., tile:FILE#N, mtrl:FILE or image:FILE";
 
-ImageLoader imageLoader;
+ImageLoader& Loader() { return CurrentRun().Member<ImageLoader>(); }
 
 int HexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -400,9 +401,9 @@ bool ParseMaterialFile(const std::string& path, Material& material, std::string&
 }
 
 bool ParseImage(const std::string& path, Material& material, std::string& error) {
-  if (!imageLoader)
+  if (!Loader())
     return Fail(error, "pictures cannot be read here: write tile:FILE#N instead of " + Quote("image:" + path));
-  PackedDib picture = imageLoader(path, error);
+  PackedDib picture = Loader()(path, error);
   if (!picture) {
     if (error.empty()) error = "cannot read the picture " + Quote(path);
     return false;
@@ -450,7 +451,7 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
   return Fail(error, Quote(text) + " is no fill: " + kForms);
 }
 
-void SetImageLoader(ImageLoader loader) { imageLoader = std::move(loader); }
+void SetImageLoader(ImageLoader loader) { Loader() = std::move(loader); }
 
 std::vector<std::string> TextureNames() {
   TextureLibrary library;

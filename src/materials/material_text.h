@@ -37,8 +37,8 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
 /// "#RRGGBB" or "#RGB" to 0x00BBGGRR.
 bool ParseColour(const std::string& text, Colour& colour) noexcept;
 
-/// Reads a picture file for image:..., or gives nothing and a sentence. Who links a decoder sets it; until then
-/// image:... is refused.
+/// Reads a picture file for image:..., or gives nothing and a sentence. Who links a decoder sets it for the
+/// current run; until then image:... is refused.
 using ImageLoader = std::function<PackedDib(const std::string& path, std::string& error)>;
 void SetImageLoader(ImageLoader loader);
 

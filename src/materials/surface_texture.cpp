@@ -10,6 +10,7 @@
 
 #include "materials/fractal_texture.h"
 #include "platform/random.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -107,7 +108,7 @@ void StampLargeCrater(HeightField& field, int x, int y, int radius, double level
 
 void HitSurface(HeightField& field, std::uint32_t craters, double depth) {
   std::map<int, CraterStamp> stamps;
-  for (std::uint32_t i = 0; i < craters; ++i) {
+  for (std::uint32_t i = 0; i < craters && !EndRequested(); ++i) {
     const int x = static_cast<int>((field.Width() - 1.0) * RandomUnit());
     const int y = static_cast<int>((field.Height() - 1.0) * RandomUnit());
     const double r = std::sqrt(1.0 / ((1.0 - 0.9999 * RandomUnit()) * std::numbers::pi));
@@ -150,15 +151,15 @@ void PutColour(std::uint8_t* to, Colour colour) {
 constexpr int kLattice = 16, kOctaves = 8;
 
 // Gradients of the lattice and a table that is deliberately no true permutation, each repeated past its end. Made once
-// in the life of the process, from the first texture's seed: later textures keep this noise.
+// in the life of a run, from the first texture's seed: later textures keep this noise.
 struct NoiseTables {
   bool built = false;
   std::array<float, kLattice + 18> sine{}, cosine{};
   std::array<int, kLattice + 18> permutation{};
 };
-NoiseTables noise;
+NoiseTables& RunNoise() { return CurrentRun().Member<NoiseTables>(); }
 
-void BuildNoise(std::uint32_t seed) {
+void BuildNoise(NoiseTables& noise, std::uint32_t seed) {
   SeedRandom(seed);
   for (std::size_t i = 0; i < kLattice; ++i) {
     const auto a = static_cast<float>(NextRandom() * 6.2831854820251465 / 32767.0);
@@ -192,7 +193,7 @@ LatticePlace PlaceOf(float v) {
 }
 
 // The right-hand corners take the cosine for both components, which makes the grain of the texture.
-float Noise(const LatticePlace& x, const LatticePlace& y) {
+float Noise(const NoiseTables& noise, const LatticePlace& x, const LatticePlace& y) {
   const auto at = [](int i) { return static_cast<std::size_t>(i); };
   const auto& p = noise.permutation;
   const int i = p[at(x.b0)], j = p[at(x.b1)];
@@ -295,9 +296,9 @@ std::vector<float> BubbleMap(const TextureSpec& parameters, int width, int heigh
   const std::int64_t r2 = std::int64_t{radius} * radius;
   const std::uint32_t shape = parameters.BubbleShape;
   SeedRandom(parameters.SeedValue[0]);
-  for (int i = 0; i < bubbles; ++i) {
+  for (int i = 0; i < bubbles && !EndRequested(); ++i) {
     const int cx = NextRandom() % width + width, cy = NextRandom() % height + height;
-    for (int dy = -radius; dy < radius; ++dy) {
+    for (int dy = -radius; dy < radius && !EndRequested(); ++dy) {
       float* row = map.data() + static_cast<std::size_t>((cy + dy) % height) * static_cast<std::size_t>(width);
       int x = (cx - radius) % width;
       for (int dx = -radius; dx < radius; ++dx, x = x + 1 == width ? 0 : x + 1) {
@@ -310,7 +311,8 @@ std::vector<float> BubbleMap(const TextureSpec& parameters, int width, int heigh
 }
 
 // One row's noise, octave by octave. A place's sum gets its terms in the order of the octaves.
-void NoiseRow(const Octaves& octaves, float fy, const std::vector<LatticePlace>& columns, std::vector<float>& sums) {
+void NoiseRow(const NoiseTables& noise, const Octaves& octaves, float fy, const std::vector<LatticePlace>& columns,
+              std::vector<float>& sums) {
   const std::size_t width = sums.size();
   std::fill(sums.begin(), sums.end(), 0.0f);
   float y = fy * 16.0f;
@@ -318,7 +320,7 @@ void NoiseRow(const Octaves& octaves, float fy, const std::vector<LatticePlace>&
     const LatticePlace row = PlaceOf(y);
     const float part = octaves.part[static_cast<std::size_t>(k)], weight = octaves.weight[static_cast<std::size_t>(k)];
     const LatticePlace* places = columns.data() + static_cast<std::size_t>(k) * width;
-    for (std::size_t x = 0; x < width; ++x) sums[x] += Noise(places[x], row) * part * weight;
+    for (std::size_t x = 0; x < width; ++x) sums[x] += Noise(noise, places[x], row) * part * weight;
   }
 }
 
@@ -338,7 +340,7 @@ std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, int width) {
 
 double TextureCurve(const float (&values)[4], double t) noexcept { return CurveAt(CurvePoints(values), t); }
 
-bool NoiseTablesBuilt() noexcept { return noise.built; }
+bool NoiseTablesBuilt() { return RunNoise().built; }
 
 PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept {
   int width = 0, height = 0;
@@ -358,6 +360,7 @@ PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept {
       PutColour(pixels[i].data(), Blend(parameters.BackColour, parameters.ForeColour[0], shading[i]));
     }
     for (int y = 0; y < height; ++y) {
+      if (EndRequested()) return {};
       const std::uint16_t* row = field.Row(y);
       std::uint8_t* to = view.Row(y);
       for (int x = 0; x + 1 < width; ++x, to += 3) {
@@ -383,11 +386,13 @@ PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept {
     const ColourTable colours = MakeColourTable(parameters);
     const std::vector<float> map = bubbles ? BubbleMap(parameters, width, height, bubbles) : std::vector<float>();
     const Octaves octaves = power > kSmallest ? OctavesOf(parameters.MatrixSize) : Octaves{};
-    if (octaves.count && !noise.built) BuildNoise(parameters.SeedValue[0]);
+    NoiseTables& noise = RunNoise();
+    if (octaves.count && !noise.built) BuildNoise(noise, parameters.SeedValue[0]);
     const std::vector<LatticePlace> columns = NoiseColumns(octaves, width);
     std::vector<float> sums(static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {
-      NoiseRow(octaves, static_cast<float>(y) / static_cast<float>(height), columns, sums);
+      if (EndRequested()) return {};
+      NoiseRow(noise, octaves, static_cast<float>(y) / static_cast<float>(height), columns, sums);
       std::uint8_t* to = view.Row(y);
       const float* swellings = map.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
       for (int x = 0; x < width; ++x, to += 3) {

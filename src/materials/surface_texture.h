@@ -12,11 +12,11 @@ PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept;
 
 /// Octaves of gradient noise (MatrixSize 32 to 1024 gives 0 to 8 of them) and stamped bubbles make a grey, which three
 /// curves turn into colour. The bubbles follow SeedValue[0]; the noise follows that of the first such texture of the
-/// process. A new 24-bit bitmap of the bounds' size, or nothing.
+/// run. A new 24-bit bitmap of the bounds' size, or nothing.
 PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept;
 
-/// Whether some perturbation texture has built the noise tables, which then stand for the life of the process.
-bool NoiseTablesBuilt() noexcept;
+/// Whether some perturbation texture has built the noise tables, which then stand for the life of the run.
+bool NoiseTablesBuilt();
 
 /// What a colour curve through four values, each limited to 0 to 1, gives at t from 0 to 1. Between the values it may
 /// pass those limits.

@@ -6,6 +6,7 @@
 
 #include "materials/library_file.h"
 #include "platform/files.h"
+#include "platform/run_state.h"
 #include "resources/builtin_tile.h"
 
 namespace glyphmotion {
@@ -108,7 +109,7 @@ PackedDib RenderTile(const TileSpec& parameters) noexcept {
   if (tile) {
     CopyRegion(to, 0, 0, tile, 0, 0, across, band);
   } else {
-    for (int y = 0; y < band; ++y) {
+    for (int y = 0; y < band && !EndRequested(); ++y) {
       for (int x = 0; x < across; ++x) to.SetPixel(x, y, kBuiltinTile[y * kBuiltinTileSide + x]);
     }
   }
@@ -120,7 +121,7 @@ PackedDib RenderTile(const TileSpec& parameters) noexcept {
       done += count;
     }
   }
-  for (int y = band; y < to.Height(); ++y) std::memcpy(to.Row(y), to.Row(y - band), rowBytes);
+  for (int y = band; y < to.Height() && !EndRequested(); ++y) std::memcpy(to.Row(y), to.Row(y - band), rowBytes);
   return picture;
 }
 

@@ -8,7 +8,8 @@
 
 namespace glyphmotion {
 
-/// Called by RunModal for every dialog, outermost first, once it stands. Gives back the driver before.
+/// Called by RunModal for every dialog of the current run, outermost first, once it stands. Gives back the driver
+/// before.
 using ModalDriver = std::function<void(Dialog& dialog, int templateId)>;
 ModalDriver SetModalDriver(ModalDriver driver);
 
@@ -18,10 +19,11 @@ struct DialogChange {
   int id;  ///< 0 for the dialog itself
 };
 using DialogObserver = std::function<void(Dialog& dialog, const DialogChange& change)>;
-/// The one observer; an empty function takes it away.
+/// The current run's one observer; an empty function takes it away.
 void SetDialogObserver(DialogObserver observer);
 
-/// Delivers posted messages, and due timers as if their time had come, until nothing is left.
+/// Delivers what was posted to the dialogs of this dialog's run, and due timers as if their time had come, until
+/// nothing is left.
 void Pump(Dialog& dialog);
 
 /// For a view that lives: from now on a pump fires only the timers whose time has come.

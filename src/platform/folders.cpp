@@ -4,13 +4,12 @@
 
 #include <utility>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
-FolderOverrides& Overrides() {
-  static FolderOverrides overrides;
-  return overrides;
-}
+FolderOverrides& Overrides() { return CurrentRun().Member<FolderOverrides>(); }
 
 bool IsSeparator(char c) { return c == '/' || c == '\\'; }
 
@@ -18,7 +17,7 @@ bool IsSeparator(char c) { return c == '/' || c == '\\'; }
 
 void SetFolderOverrides(FolderOverrides overrides) { Overrides() = std::move(overrides); }
 
-const FolderOverrides& CurrentFolderOverrides() noexcept { return Overrides(); }
+const FolderOverrides& CurrentFolderOverrides() { return Overrides(); }
 
 std::string SettingsFilePath() {
   const auto& override = Overrides().settingsFile;

@@ -30,14 +30,15 @@ std::string JoinPath(const std::string& folder, const std::string& name);
 /// Makes the folder and its parents. False when it cannot be made.
 bool EnsureFolder(const std::string& folder) noexcept;
 
-/// What a scripted run changes. An empty string means "no such place": nothing is read from there and nothing written.
+/// What a scripted run changes, for itself. An empty string means "no such place": nothing is read from there and
+/// nothing written.
 struct FolderOverrides {
   std::optional<std::string> settingsFile;      ///< the whole path of the settings file
   std::optional<std::string> perControlFolder;  ///< where controls keep their .mtrl files between sessions
   std::optional<std::string> dataFolder;
 };
 void SetFolderOverrides(FolderOverrides overrides);
-const FolderOverrides& CurrentFolderOverrides() noexcept;
+const FolderOverrides& CurrentFolderOverrides();
 
 /// The settings file's path, override applied; may be empty.
 std::string SettingsFilePath();

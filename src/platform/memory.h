@@ -4,7 +4,8 @@
 // A handle survives the block's growth; its bytes may be touched only while it is locked. Locks nest. Blocks are
 // zero-filled when made and where they grow. The null handle is "nothing": locking it gives null, freeing it does
 // nothing. Handles that are no live block (a host may hand us anything) behave like null; the system may give a freed
-// block's handle to a new block, though. Not for use by two threads at once.
+// block's handle to a new block, though. Any thread may use any block, and several may lock one at once; growing and
+// freeing a block is for one that is sure to be its only user.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +13,8 @@
 #include <utility>
 
 namespace glyphmotion {
+
+class RunState;
 
 /// Handle of a movable block; null is "nothing".
 using BlockHandle = void*;
@@ -49,14 +52,20 @@ struct BlockCounters {
   std::uint64_t blocks = 0;
   std::uint64_t locks = 0;
 };
+/// In the whole process. Counts them, so it is not for hot places.
 BlockCounters LiveBlocks() noexcept;
+/// Those that one run has made.
+BlockCounters LiveBlocksOf(const RunState& run) noexcept;
 
-/// Makes the n-th allocation (or growth) from now on fail, once; n from 1, 0 switches it off. For tests and
-/// --fail-allocation.
+/// Makes the current run's n-th allocation (or growth) from now on fail, once; n from 1, 0 switches it off. For tests
+/// and --fail-allocation.
 void FailAllocation(std::uint64_t n) noexcept;
 
-/// Allocations and growths asked for since the last FailAllocation: the range a test has to try.
+/// Allocations and growths that the current run asked for since the last FailAllocation: the range a test has to try.
 std::uint64_t AllocationsAsked() noexcept;
+
+/// Counts one allocation of the current run; false when it is the one that is to fail. For what implements this header.
+bool MayAllocate() noexcept;
 
 /// Owns one block.
 class MovableBlock {

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "platform/random.h"
 
-namespace glyphmotion {
-namespace {
-std::uint32_t state = 1;
-}  // namespace
+#include "platform/run_state.h"
 
-void SeedRandom(std::uint32_t seed) noexcept { state = seed; }
+namespace glyphmotion {
+
+void SeedRandom(std::uint32_t seed) noexcept { CurrentRun().random = seed; }
 
 int NextRandom() noexcept {
-  state = state * 214013u + 2531011u;
-  return static_cast<int>((state >> 16) & 0x7FFF);
+  std::uint32_t& state = CurrentRun().random;
+  state = StateAfter(state);
+  return RandomOf(state);
 }
 
-std::uint32_t RandomState() noexcept { return state; }
+std::uint32_t RandomState() noexcept { return CurrentRun().random; }
 
 }  // namespace glyphmotion

@@ -6,8 +6,12 @@
 
 namespace glyphmotion {
 
-/// state = state * 214013 + 2531011; a value is (state >> 16) & 0x7FFF, 0 to 32767. One state for the whole process, as
-/// for the C runtime whose recurrence this is: an effect that seeds it continues the sequence in its later frames.
+/// state = state * 214013 + 2531011; a value is (state >> 16) & 0x7FFF, 0 to 32767. One state for the whole run: an
+/// effect that seeds it continues the sequence in its later frames. A run starts from 1, as the C runtime does whose
+/// recurrence this is.
+constexpr std::uint32_t StateAfter(std::uint32_t state) noexcept { return state * 214013u + 2531011u; }
+constexpr int RandomOf(std::uint32_t state) noexcept { return static_cast<int>((state >> 16) & 0x7FFF); }
+
 void SeedRandom(std::uint32_t seed) noexcept;
 int NextRandom() noexcept;
 

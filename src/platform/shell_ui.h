@@ -36,7 +36,8 @@ struct DesktopBoxes {
   std::optional<bool> (*message)(Dialog* owner, void* window, const MessageQuestion& question) = nullptr;
   std::optional<std::string> (*name)(Dialog* owner, const std::string& title, const std::string& start) = nullptr;
 };
-void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept;
+/// Those of the current run.
+void SetDesktopBoxes(const DesktopBoxes& boxes);
 
 /// The desktop's sound for a message.
 void Beep(MessageIcon icon);
@@ -104,7 +105,7 @@ struct UiResponder {
   std::function<int(Dialog*, std::span<const MenuItem>)> menu;
   bool shiftDown = false;
 };
-/// Replaces the responder and gives back the old one.
+/// Replaces the current run's responder and gives back the old one.
 UiResponder SetUiResponder(UiResponder responder);
 
 }  // namespace glyphmotion

@@ -2,6 +2,7 @@
 #include "shell/about_box.h"
 
 #include "controls/skin.h"
+#include "platform/run_state.h"
 #include "resources/box_templates.h"
 #include "resources/strings.h"
 #include "shell/about_animation.h"
@@ -17,7 +18,12 @@ struct AboutBox {
   AboutLetters letters;
   unsigned tick = 0;
 };
-AboutBox* box = nullptr;  // one at a time
+
+// The one that is open.
+struct OpenAboutBox {
+  AboutBox* box = nullptr;
+};
+AboutBox*& Box() { return CurrentRun().Member<OpenAboutBox>().box; }
 
 void Initialise(Dialog& dialog) {
   SetText(dialog, MessageText, FormatText(kTextAbout, GLYPHMOTION_VERSION));
@@ -28,9 +34,10 @@ void Initialise(Dialog& dialog) {
 
 std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
+  AboutBox* const box = Box();
   switch (message.number) {
     case kMessageInitialise:
-      box = PointerOf<AboutBox>(message.b);
+      Box() = PointerOf<AboutBox>(message.b);
       Initialise(dialog);
       return 0;
     case kMessageDrawItem:
@@ -56,7 +63,7 @@ std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
 void ShowAboutBox(Dialog& owner) {
   AboutBox state;
   RunModal(kAboutBox, owner, AboutProcedure, &state);
-  box = nullptr;
+  Box() = nullptr;
 }
 
 }  // namespace glyphmotion

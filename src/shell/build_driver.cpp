@@ -12,6 +12,7 @@
 #include "image/quantise.h"
 #include "image/remap.h"
 #include "image/supercompress.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 #include "shell/main_dialog.h"
@@ -107,8 +108,9 @@ class Run {
     Call(nullptr, HostOpProgress, static_cast<std::uint64_t>(position), static_cast<std::uint64_t>(total));
   }
   void Stage(int text) { Call(nullptr, HostOpStatusText, 0, Address(LoadText(text).c_str())); }
+  // A run that was asked to end has nothing to report.
   bool Fail(const std::string& text) {
-    ShowMessage(&dialog_, text);
+    if (!EndRequested()) ShowMessage(&dialog_, text);
     RepaintNow(dialog_, 0);
     return false;
   }
@@ -188,6 +190,7 @@ class Run {
     if (!options_.trueColour) matcher.emplace(palette_, depth_, colourCount_, remapOptions);
     for (int i = 0; i < Frames().count; ++i) {
       Progress(i, Frames().count);
+      if (EndRequested()) return false;
       const LockedFrame record(Frames(), i);
       if (!record) return FailMemory();
       if (stamped_ && !StampFrame(record->image)) return FailMemory();
@@ -227,6 +230,7 @@ class Run {
     const DibView view(image), mask(record.mask);
     if (!view || !mask) return false;
     for (int y = 0; y < std::min(view.Height(), mask.Height()); ++y) {
+      if (EndRequested()) return false;
       const std::uint8_t* bits = mask.Row(y);
       for (int x = 0; x < std::min(view.Width(), mask.Width()); ++x) {
         if (bits[x >> 3] & (0x80 >> (x & 7))) view.SetPixel(x, y, static_cast<std::uint32_t>(superIndex_));
@@ -239,6 +243,7 @@ class Run {
 
   bool HandOver() {
     Progress(0, 0);
+    if (EndRequested()) return false;
     HostTaskRecord task{};
     task.size = sizeof task;
     task.version = HostInterfaceVersion;
@@ -292,7 +297,7 @@ class Run {
 
   bool AddImage(HostTaskRecord& task, int i) {
     const LockedFrame record(Frames(), i);
-    if (!record) return false;
+    if (!record || EndRequested()) return false;
     HostImageRecord image{};
     image.size = sizeof image;
     image.version = HostInterfaceVersion;
@@ -326,7 +331,7 @@ bool BuildDriver(Dialog& dialog, const HostCallTable& hostCalls, bool test) {
   try {
     return run.Execute();
   } catch (const std::bad_alloc&) {
-    ShowMessage(&dialog, LoadText(kTextMemoryError));
+    if (!EndRequested()) ShowMessage(&dialog, LoadText(kTextMemoryError));
     RepaintNow(dialog, 0);
     return false;
   }

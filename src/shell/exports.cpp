@@ -6,6 +6,7 @@
 #include "controls/variables.h"
 #include "glyphmotion/host_contract.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
@@ -40,13 +41,15 @@ struct TextEngineRun {
   }
 };
 
-int RunPlugin(void* ownerWindow, const HostCallTable* table) {
-  if (!table) return 0;
+}  // namespace
+
+int RunMainDialog(void* ownerWindow, const HostCallTable* table) {
   UseOwnBoxes();
   if (((table->version >> 8) & 0xFF) < kMinimumMajorVersion) {
     ShowMessageOver(ownerWindow, LoadText(kTextNeedNewerHost));
     return 0;
   }
+  ResetVariables();
   const TextEngineRun textEngine;
   Variable* openPath = FindVariable("OpenPath");
   if (openPath && openPath->text.empty()) openPath->text = DocumentsFolder();
@@ -54,7 +57,6 @@ int RunPlugin(void* ownerWindow, const HostCallTable* table) {
   return 1;
 }
 
-}  // namespace
 }  // namespace glyphmotion
 
 extern "C" {
@@ -73,8 +75,12 @@ int PLUGIN16GetPluginParams(PluginInfoRecord* record) {
 }
 
 int PLUGIN16DoBuild(void* ownerWindow, const HostCallTable* table) {
+  if (!table) return 0;
   try {
-    return glyphmotion::RunPlugin(ownerWindow, table);
+    glyphmotion::RunState run;
+    glyphmotion::TakeThreadSetup(run);
+    const glyphmotion::RunScope scope(run);
+    return glyphmotion::RunMainDialog(ownerWindow, table);
   } catch (...) {  // nothing may cross this boundary; a dialog that cannot even be made has built nothing
     return 1;
   }

@@ -24,6 +24,7 @@
 #include "image/fixed_palettes.h"
 #include "platform/encoding.h"
 #include "platform/folders.h"
+#include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 #include "resources/strings.h"
@@ -61,18 +62,18 @@ struct MainDialogState {
   unsigned aboutTick = 0;
 };
 
-// One main dialog runs at a time.
-MainDialogState state;
+// Of a run, which has one main dialog.
+MainDialogState& State() { return CurrentRun().Member<MainDialogState>(); }
 
 // --- The host ---
 
 std::uint64_t CallHost(std::uint32_t operation, std::uint64_t a = 0, std::uint64_t b = 0) {
-  return state.hostCalls && state.hostCalls->HostCall ? state.hostCalls->HostCall(nullptr, operation, a, b) : 0;
+  return State().hostCalls && State().hostCalls->HostCall ? State().hostCalls->HostCall(nullptr, operation, a, b) : 0;
 }
 
 std::uint64_t AddressOf(const void* pointer) { return reinterpret_cast<std::uintptr_t>(pointer); }
 
-bool HostHas(std::uint32_t flag) { return (state.hostCalls->hostFlags & flag) != 0; }
+bool HostHas(std::uint32_t flag) { return (State().hostCalls->hostFlags & flag) != 0; }
 
 // 8 steps of red and green, 4 of blue.
 void FillPickerPalette(std::uint8_t (&palette)[768]) {
@@ -91,7 +92,7 @@ void Tell(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
 Variable& VariableOf(const char* key) { return *FindVariable(key); }
 
 void RepaintSample(Dialog& dialog) {
-  if (std::exchange(state.repaintPosted, true)) return;
+  if (std::exchange(State().repaintPosted, true)) return;
   Post(dialog, {kMessageRepaintSample, 0, 0});
 }
 
@@ -183,7 +184,7 @@ void ShowPanel(Dialog& dialog, int effect) {
     if (i != effect) ShowControls(dialog, *EffectRow(i).panel, false);
   }
   ShowControls(dialog, *EffectRow(effect).panel, true);
-  state.effect = effect;
+  State().effect = effect;
 }
 
 // --- Documents ---
@@ -201,12 +202,12 @@ std::optional<std::string> AskDocument(Dialog& dialog, bool save) {
   question.extension = "GM4";
   question.folder = VariableOf("OpenPath").text;
   question.fileName = current.substr(FilePartOf(current));
-  question.width = state.fileDialogWidth;
-  question.height = state.fileDialogHeight;
+  question.width = State().fileDialogWidth;
+  question.height = State().fileDialogHeight;
   const std::optional<std::string> path = AskFile(&dialog, question);
   if (question.width >= kSmallestFileDialog && question.height >= kSmallestFileDialog) {
-    state.fileDialogWidth = question.width;
-    state.fileDialogHeight = question.height;
+    State().fileDialogWidth = question.width;
+    State().fileDialogHeight = question.height;
   }
   return path;
 }
@@ -293,16 +294,16 @@ void ShowHelp(Dialog& dialog) {
 
 // A host that lets messages through while a run is on brings the next click within it; that one is passed over.
 struct RunningMark {
-  RunningMark() { state.running = true; }
+  RunningMark() { State().running = true; }
   RunningMark(const RunningMark&) = delete;
   RunningMark& operator=(const RunningMark&) = delete;
-  ~RunningMark() { state.running = false; }
+  ~RunningMark() { State().running = false; }
 };
 
 void Run(Dialog& dialog, bool test) {
-  if (state.running || !CheckIntegrity(dialog)) return;
+  if (State().running || !CheckIntegrity(dialog)) return;
   const RunningMark mark;
-  const HostCallTable& host = *state.hostCalls;
+  const HostCallTable& host = *State().hostCalls;
   CallHost(HostOpBeforeWork);
   RepaintNow(dialog, test ? Test : Build);
   const bool done = BuildDriver(dialog, host, test);
@@ -395,13 +396,13 @@ void AskFileDialogSize() {
   CallHost(HostOpGetFileDialogSize, 0, AddressOf(size));
   int width = 0, height = 0;
   ScreenSize(width, height);
-  state.fileDialogWidth = std::min<int>(size[0], width);
-  state.fileDialogHeight = std::min<int>(size[1], height);
+  State().fileDialogWidth = std::min<int>(size[0], width);
+  State().fileDialogHeight = std::min<int>(size[1], height);
 }
 
 void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
-  state = {};
-  state.hostCalls = hostCalls;
+  State() = {};
+  State().hostCalls = hostCalls;
   SetEditorServices({ShowTopic, ChoosePictureOfHost});
   SetMaterialWindows({EditGradient, EditTexture, RunTileDialog});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
@@ -475,7 +476,7 @@ void OnText(Dialog& dialog, int code) {
 
 void OnEffect(Dialog& dialog, int code) {
   const int effect = ChosenEffect(dialog);
-  if (code != kSelectionChanged || effect == state.effect) return;
+  if (code != kSelectionChanged || effect == State().effect) return;
   ShowPanel(dialog, effect);
   VariableOf("MainEffect").number = static_cast<std::uint32_t>(effect);
   RepaintSample(dialog);
@@ -538,7 +539,7 @@ void OnCommand(Dialog& dialog, int id, int code) {
 void OnDrawItem(Dialog& dialog, int id, const DrawRequest& request) {
   if (id == Sample) DrawSampleWindow(dialog, request);
   if (id == SizeText) DrawSizeText(dialog, request);
-  if (id == AboutAnimation) PaintAboutPicture(request, state.aboutLetters, state.aboutTick);
+  if (id == AboutAnimation) PaintAboutPicture(request, State().aboutLetters, State().aboutTick);
 }
 
 void OnTimer(Dialog& dialog, int timer) {
@@ -547,7 +548,7 @@ void OnTimer(Dialog& dialog, int timer) {
     Invalidate(dialog, Sample);
   }
   if (timer == kAboutTimer) {
-    ++state.aboutTick;
+    ++State().aboutTick;
     RunAboutTimer(dialog, kAboutTimer, AboutAnimation);
   }
 }
@@ -563,12 +564,12 @@ void OnDestroy(Dialog& dialog) {
       if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
     }
   }
-  state = {};
+  State() = {};
 }
 
 }  // namespace
 
-const HostCallTable* CurrentHostCalls() noexcept { return state.hostCalls; }
+const HostCallTable* CurrentHostCalls() { return State().hostCalls; }
 
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
   if (message.number == kMessageInitialise) UseSkin(PointerOf<const HostCallTable>(message.b)->skinSwitch != 0);
@@ -581,7 +582,7 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
       Refresh(dialog);
       return 1;
     case kMessageRepaintSample:
-      state.repaintPosted = false;
+      State().repaintPosted = false;
       Invalidate(dialog, Sample);
       return 1;
     case kMessageTimer:

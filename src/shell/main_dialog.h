@@ -28,7 +28,11 @@ constexpr int Sample = 25, Transparent = 35, OpenSave = 36, Open = 37, Save = 38
 /// The dialog's procedure; the parameter of its kMessageInitialise is the const HostCallTable*.
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message);
 
+/// What PLUGIN16DoBuild does, as a part of the current run, which must be new: Render() prepares its run first. 1 once
+/// the dialog has ended, 0 for a host that is refused. May throw.
+int RunMainDialog(void* ownerWindow, const HostCallTable* table);
+
 /// The table of the dialog that runs, or null.
-const HostCallTable* CurrentHostCalls() noexcept;
+const HostCallTable* CurrentHostCalls();
 
 }  // namespace glyphmotion

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "controls/skin.h"
+#include "platform/run_state.h"
 #include "resources/box_templates.h"
 
 namespace glyphmotion {
@@ -13,7 +14,11 @@ using namespace BoxControl;
 
 constexpr int kLongest = 260;
 
-Registration* asked = nullptr;  // one at a time
+// The one that is open.
+struct OpenRegistration {
+  Registration* asked = nullptr;
+};
+Registration*& Asked() { return CurrentRun().Member<OpenRegistration>().asked; }
 
 /// What is typed, without the blanks that copying a code leaves around it.
 std::string Typed(const Dialog& dialog, int field) {
@@ -28,8 +33,8 @@ void EnableOk(Dialog& dialog) {
 
 void Initialise(Dialog& dialog) {
   for (const int field : {Field, SecondField}) LimitText(dialog, field, kLongest);
-  SetText(dialog, Field, asked->name);
-  SetText(dialog, SecondField, asked->code);
+  SetText(dialog, Field, Asked()->name);
+  SetText(dialog, SecondField, Asked()->code);
   EnableOk(dialog);
   SetFocus(dialog, Field);
 }
@@ -38,7 +43,7 @@ void OnCommand(Dialog& dialog, int id) {
   if (id == Field || id == SecondField) EnableOk(dialog);
   if (id == Cancel) EndDialog(dialog, 0);
   if (id != Ok || !IsEnabled(dialog, Ok)) return;
-  *asked = {Typed(dialog, Field), Typed(dialog, SecondField)};
+  *Asked() = {Typed(dialog, Field), Typed(dialog, SecondField)};
   EndDialog(dialog, 1);
 }
 
@@ -46,7 +51,7 @@ std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
   switch (message.number) {
     case kMessageInitialise:
-      asked = PointerOf<Registration>(message.b);
+      Asked() = PointerOf<Registration>(message.b);
       Initialise(dialog);
       return 0;
     case kMessageCommand:
@@ -61,7 +66,7 @@ std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
 
 bool AskRegistration(Dialog& owner, Registration& registration) {
   const bool accepted = RunModal(kRegistrationDialog, owner, RegistrationProcedure, &registration) == 1;
-  asked = nullptr;
+  Asked() = nullptr;
   return accepted;
 }
 

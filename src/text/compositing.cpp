@@ -9,6 +9,7 @@
 #include "controls/variables.h"
 #include "image/filters.h"
 #include "platform/encoding.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -127,6 +128,7 @@ PackedDib FrameComposer::Compose() {
   if (options.line.text.empty() && !allowEmptyText) return {};
   options.line.text.push_back(U' ');
   const TextMeasure measure = MeasureText(options.line, NumberVariable("AccentCompensation") != 0, cache_.glyphs);
+  if (EndRequested()) return {};
   const FrameGeometry geometry = Geometry(measure);
   const int width = geometry.width, height = geometry.height;
   if (!DibSize(width, height, 24)) return {};
@@ -188,6 +190,7 @@ bool FrameComposer::PaintShadow(const TextMeasure& measure, const FrameGeometry&
       std::min({frame.Height(), levels.Height(), geometry.shadowY + std::min(geometry.height, over.Height())});
   if (left >= right) return true;
   for (int y = top; y < bottom; ++y) {
+    if (EndRequested()) return false;
     const std::uint8_t* row = levels.Row(y) + left;
     if (alpha) {
       RaiseAlphaRow(alpha->Row(y) + left, row, right - left);
@@ -211,6 +214,7 @@ bool FrameComposer::PaintFill(const TextMeasure& measure, const FrameGeometry& g
   const int right = std::min({frame.Width(), levels.Width(), over.Width()});
   const int bottom = std::min({frame.Height(), levels.Height(), over.Height()});
   for (int y = 0; y < bottom; ++y) {
+    if (EndRequested()) return false;
     BlendRow(frame.Row(y), over.Row(y), levels.Row(y), right);
     if (alpha) RaiseAlphaRow(alpha->Row(y), levels.Row(y), right);
   }
@@ -228,6 +232,7 @@ bool FrameComposer::PaintOutline(const TextMeasure& measure, const FrameGeometry
             red = RedOf(options.outlineColour);
   const int right = std::min(frame.Width(), levels.Width() - 1), bottom = std::min(frame.Height(), levels.Height());
   for (int y = 0; y < bottom; ++y) {
+    if (EndRequested()) return false;
     const std::uint8_t* row = levels.Row(y) + 1;  // the mask's column x + 1 belongs to the frame's column x
     std::uint8_t* pixel = frame.Row(y);
     for (int x = 0; x < right; ++x, pixel += 3) {

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "platform/run_state.h"
 #include "text/draw_op.h"
 
 namespace glyphmotion {
@@ -71,7 +72,7 @@ void MergeGlyph(const DibView& mask, const DibView& glyph, long long x, long lon
 
 void ScaleMask(const DibView& mask, int level) {
   if (level >= 255) return;
-  for (int y = 0; y < mask.Height(); ++y) ScaleRow(mask.Row(y), std::max(level, 0), mask.Width());
+  for (int y = 0; y < mask.Height() && !EndRequested(); ++y) ScaleRow(mask.Row(y), std::max(level, 0), mask.Width());
 }
 
 /// The 3 by 3 maximum of `source`, by columns and then by rows, into a bitmap of the same size.
@@ -79,7 +80,7 @@ void Dilate(const DibView& source, const DibView& target) {
   const int width = source.Width(), height = source.Height();
   // The columns' maximum, with a zero on either side.
   std::vector<std::uint8_t> tall(static_cast<std::size_t>(width) + 2);
-  for (int y = 0; y < height; ++y) {
+  for (int y = 0; y < height && !EndRequested(); ++y) {
     MaximumRow3(tall.data() + 1, source.Row(std::max(y - 1, 0)), source.Row(y), source.Row(std::min(y + 1, height - 1)),
                 width);
     MaximumRow3(target.Row(y), tall.data(), tall.data() + 1, tall.data() + 2, width);
@@ -170,6 +171,7 @@ PackedDib RasteriseText(const TextLine& line, const TextMeasure& measure, int x,
   if (!view) return {};
   long long left = x;
   for (std::size_t i = 0; i < line.text.size(); ++i) {
+    if (EndRequested()) return {};
     const PackedDib* coverage = cache.Coverage(line.font, line.antialias, line.text[i]);
     if (!coverage) return {};
     const DibView glyph(*coverage);
@@ -195,7 +197,8 @@ PackedDib OutlineMask(const TextLine& line, const TextMeasure& measure, int x, i
   PackedDib ring = DilateMask(level < 255 ? faded : text);
   const DibView ringView(ring), textView(text);
   if (!ringView || !textView) return {};
-  for (int row = 0; row < height; ++row) CarveRow(ringView.Row(row), textView.Row(row), ringView.Width());
+  for (int row = 0; row < height && !EndRequested(); ++row)
+    CarveRow(ringView.Row(row), textView.Row(row), ringView.Width());
   return ring;
 }
 
@@ -212,7 +215,7 @@ PackedDib ExpandMask(const PackedDib& mask, int width, int height) {
   const auto bytes = static_cast<std::size_t>(source.Bits() / 8);
   const auto columns = static_cast<std::size_t>(std::min(source.Width(), width - 1));
   const int rows = std::min(source.Height(), height);
-  for (int y = 0; y < rows; ++y) std::memcpy(target.Row(y) + bytes, source.Row(y), columns * bytes);
+  for (int y = 0; y < rows && !EndRequested(); ++y) std::memcpy(target.Row(y) + bytes, source.Row(y), columns * bytes);
   return expanded;
 }
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Messages, timers and the modal loop of dialogs in memory, and the person who drives them.
 //
-// Posted messages stand in one queue for all dialogs, as they do on a desktop: while an inner dialog runs, what was
-// posted to the outer one arrives in its turn, and its timers tick. What is still queued for a dialog when it goes is
-// dropped.
+// Posted messages stand in one queue for all dialogs of a run, as they do on a desktop: while an inner dialog runs,
+// what was posted to the outer one arrives in its turn, and its timers tick. What is still queued for a dialog when it
+// goes is dropped. A run within a run has a queue of its own; the outer one's waits. Whoever sends a message to a
+// dialog, the dialog's own run handles it.
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
@@ -11,7 +12,9 @@
 #include <new>
 #include <utility>
 
+#include "platform/folders.h"
 #include "platform/portable/dialog_state.h"
+#include "platform/shell_ui.h"
 
 namespace glyphmotion {
 namespace {
@@ -24,6 +27,7 @@ struct QueuedMessage {
   Message message;
 };
 
+/// A run's.
 struct Desktop {
   std::deque<QueuedMessage> queue;
   std::vector<Dialog*> dialogs;  ///< outermost first; only the last can be reached by a person
@@ -35,10 +39,8 @@ struct Desktop {
   bool byTheClock = false;
 };
 
-Desktop& TheDesktop() {
-  static Desktop desktop;
-  return desktop;
-}
+Desktop& CurrentDesktop() { return CurrentRun().Member<Desktop>(); }
+Desktop& DesktopOf(const Dialog& dialog) { return dialog.run->Member<Desktop>(); }
 
 void Deliver(const QueuedMessage& queued) {
   if (queued.control) {
@@ -49,7 +51,7 @@ void Deliver(const QueuedMessage& queued) {
 }
 
 void PumpPosted(Dialog& dialog) {
-  auto& queue = TheDesktop().queue;
+  auto& queue = DesktopOf(dialog).queue;
   while (!dialog.ended && !queue.empty()) {
     const QueuedMessage next = queue.front();
     queue.pop_front();
@@ -58,9 +60,8 @@ void PumpPosted(Dialog& dialog) {
 }
 
 /// The armed timer that is due first, with its dialog; null when none is left.
-Timer* NextTimer(Dialog*& owner) {
+Timer* NextTimer(const Desktop& desktop, Dialog*& owner) {
   Timer* next = nullptr;
-  const Desktop& desktop = TheDesktop();
   const auto now = Clock::now();
   for (Dialog* dialog : desktop.dialogs) {
     for (Timer& timer : dialog->timers) {
@@ -79,7 +80,7 @@ Timer* NextTimer(Dialog*& owner) {
 /// Sends the timer's message. A timer fires once a pump, however often it repeats; set again by its own message it
 /// waits for the next pump, set again by another it is due anew.
 void Tick(Dialog& dialog, Timer& timer) {
-  Desktop& desktop = TheDesktop();
+  Desktop& desktop = DesktopOf(dialog);
   struct Restore {
     Desktop& desktop;
     const Dialog* dialog;
@@ -105,7 +106,7 @@ void RunDialog(Dialog& dialog, void* parameter) {
   NotifyObserver(dialog, DialogChange::Visible, 0);
   Pump(dialog);
   if (!dialog.ended) {
-    const ModalDriver driver = TheDesktop().driver;
+    const ModalDriver driver = DesktopOf(dialog).driver;
     if (driver) driver(dialog, dialog.templateId);
   }
   PumpPosted(dialog);
@@ -129,7 +130,7 @@ void DestroyDialog(Dialog& dialog, std::exception_ptr& error) {
     Control& control = dialog.controls[i];
     if (control.procedure) guarded([&] { control.procedure(dialog, control.id, {kMessageDestroy, 0, 0}); });
   }
-  Desktop& desktop = TheDesktop();
+  Desktop& desktop = DesktopOf(dialog);
   std::erase_if(desktop.queue, [&](const QueuedMessage& queued) { return queued.dialog == &dialog; });
   std::erase(desktop.dialogs, &dialog);
 }
@@ -137,11 +138,12 @@ void DestroyDialog(Dialog& dialog, std::exception_ptr& error) {
 std::unique_ptr<Dialog> MakeDialog(const DialogTemplate& dialogTemplate, DialogProcedure procedure) {
   try {
     auto dialog = std::make_unique<Dialog>();
+    dialog->run = &CurrentRun();
     dialog->templateId = dialogTemplate.id;
     dialog->title = dialogTemplate.title ? dialogTemplate.title : "";
     dialog->procedure = procedure;
     AppendControls(*dialog, dialogTemplate, true);
-    TheDesktop().dialogs.push_back(dialog.get());
+    CurrentDesktop().dialogs.push_back(dialog.get());
     return dialog;
   } catch (const std::bad_alloc&) {
     return nullptr;
@@ -150,7 +152,7 @@ std::unique_ptr<Dialog> MakeDialog(const DialogTemplate& dialogTemplate, DialogP
 
 /// The control, if a person can reach it now.
 Control* Reachable(Dialog& dialog, int id) {
-  const auto& dialogs = TheDesktop().dialogs;
+  const auto& dialogs = DesktopOf(dialog).dialogs;
   Control* control = FindControl(dialog, id);
   const bool reachable = control && control->visible && control->enabled && !dialog.ended && dialogs.back() == &dialog;
   return reachable ? control : nullptr;
@@ -210,13 +212,24 @@ bool ChooseAndTell(Dialog& dialog, int id, int index, CommandCode code) {
 }  // namespace
 
 void NotifyObserver(Dialog& dialog, DialogChange::What what, int id) {
-  const auto& observer = TheDesktop().observer;
+  const auto& observer = DesktopOf(dialog).observer;
   if (observer) observer(dialog, {what, id});
 }
 
-ModalDriver SetModalDriver(ModalDriver driver) { return std::exchange(TheDesktop().driver, std::move(driver)); }
+void TakeThreadSetup(RunState& run) {
+  RunState& thread = ThreadState();
+  run.ShareAllocations(thread);
+  run.Member<FolderOverrides>() = thread.Member<FolderOverrides>();
+  run.Member<UiResponder>() = thread.Member<UiResponder>();
+  const Desktop& from = thread.Member<Desktop>();
+  Desktop& to = run.Member<Desktop>();
+  to.driver = from.driver;
+  to.observer = from.observer;
+}
 
-void SetDialogObserver(DialogObserver observer) { TheDesktop().observer = std::move(observer); }
+ModalDriver SetModalDriver(ModalDriver driver) { return std::exchange(CurrentDesktop().driver, std::move(driver)); }
+
+void SetDialogObserver(DialogObserver observer) { CurrentDesktop().observer = std::move(observer); }
 
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void*, DialogProcedure procedure, void* parameter) {
   const std::unique_ptr<Dialog> dialog = MakeDialog(dialogTemplate, procedure);
@@ -242,26 +255,28 @@ void EndDialog(Dialog& dialog, std::int64_t result) {
 bool HasEnded(const Dialog& dialog) { return dialog.ended; }
 
 std::int64_t SendToControl(Dialog& dialog, int id, const Message& message) {
+  const RunScope scope(*dialog.run);
   const Control* control = FindControl(dialog, id);
   return control && control->procedure ? control->procedure(dialog, id, message) : 0;
 }
 
 std::int64_t Send(Dialog& dialog, const Message& message) {
+  const RunScope scope(*dialog.run);
   return dialog.procedure ? dialog.procedure(dialog, message) : 0;
 }
 
-void Post(Dialog& dialog, const Message& message) { TheDesktop().queue.push_back({&dialog, 0, message}); }
+void Post(Dialog& dialog, const Message& message) { DesktopOf(dialog).queue.push_back({&dialog, 0, message}); }
 
 void PostCommand(Dialog& dialog, int id, int code) {
   Post(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
 }
 
 void PostToControl(Dialog& dialog, int id, const Message& message) {
-  if (FindControl(dialog, id)) TheDesktop().queue.push_back({&dialog, id, message});
+  if (FindControl(dialog, id)) DesktopOf(dialog).queue.push_back({&dialog, id, message});
 }
 
 void SetTimer(Dialog& dialog, int timer, int milliseconds) {
-  Desktop& desktop = TheDesktop();
+  Desktop& desktop = DesktopOf(dialog);
   const bool ticking = desktop.tickingDialog == &dialog && desktop.tickingTimer == timer;
   KillTimer(dialog, timer);
   const auto due = Clock::now() + std::chrono::milliseconds(milliseconds);
@@ -287,7 +302,7 @@ void ReleaseMouse(Dialog& dialog) { dialog.capture = 0; }
 bool HasCapture(const Dialog& dialog, int id) { return dialog.capture == id && FindControl(dialog, id); }
 
 void Pump(Dialog& dialog) {
-  Desktop& desktop = TheDesktop();
+  Desktop& desktop = DesktopOf(dialog);
   for (Dialog* each : desktop.dialogs) {
     for (Timer& timer : each->timers) {
       if (!timer.armed) timer.armed = ++desktop.sequence;
@@ -295,17 +310,17 @@ void Pump(Dialog& dialog) {
   }
   PumpPosted(dialog);
   Dialog* owner = nullptr;
-  for (Timer* timer = nullptr; !dialog.ended && (timer = NextTimer(owner));) {
+  for (Timer* timer = nullptr; !dialog.ended && (timer = NextTimer(desktop, owner));) {
     Tick(*owner, *timer);
     PumpPosted(dialog);
   }
 }
 
-void FireTimersByTheClock() { TheDesktop().byTheClock = true; }
+void FireTimersByTheClock() { CurrentDesktop().byTheClock = true; }
 
 int MillisecondsToNextTimer() {
   std::int64_t next = -1;
-  for (const Dialog* dialog : TheDesktop().dialogs) {
+  for (const Dialog* dialog : CurrentDesktop().dialogs) {
     for (const Timer& timer : dialog->timers) {
       const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer.due - Clock::now()).count();
       if (next < 0 || left < next) next = std::max<std::int64_t>(left, 0);

@@ -11,6 +11,7 @@
 
 #include "platform/dialog.h"
 #include "platform/dialog_driver.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 
@@ -44,6 +45,7 @@ struct Timer {
 };
 
 struct Dialog {
+  RunState* run = nullptr;  ///< the one that made it, which every message to it works for
   int templateId = 0;
   std::string title;
   DialogProcedure procedure = nullptr;

@@ -6,6 +6,7 @@
 #include "glyphmotion/host_contract.h"
 #include "platform/dialog_driver.h"
 #include "platform/memory.h"
+#include "platform/run_state.h"
 
 namespace {
 
@@ -43,6 +44,7 @@ void GlyphmotionLiveBlocks(uint64_t* blocks, uint64_t* locks) {
 }
 
 void GlyphmotionSetDriver(GlyphmotionDriver driver, void* context) {
+  const glyphmotion::RunScope outsideOfRuns(glyphmotion::ThreadState());
   if (!driver) {
     glyphmotion::SetModalDriver({});
     return;

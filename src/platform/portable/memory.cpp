@@ -1,88 +1,123 @@
 // SPDX-License-Identifier: MIT
 // Movable blocks on the heap, behind a table of slots. A handle is a slot number and the slot's generation, so that a
-// handle of a freed block, or one that never was ours, is recognised.
+// handle of a freed block, or one that never was ours, is recognised. The table only grows, in chunks that never move:
+// a handle is looked up without a lock, and only making and freeing take one.
 #include "platform/memory.h"
 
+#include <array>
+#include <atomic>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
-#include <vector>
+
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
 
 struct Slot {
+  std::atomic<std::uint32_t> live{0};  ///< the generation while there is a block, otherwise 0
+  std::atomic<std::uint32_t> locks{0};
+  std::uint32_t generation = 1;  ///< of the next block
+  std::uint32_t nextFree = 0;    ///< number of the slot below on the stack of free ones; 0: none
   void* bytes = nullptr;
   std::size_t size = 0;
-  std::uint32_t locks = 0;
-  std::uint32_t generation = 1;
-  bool live = false;
+  std::uint64_t run = 0;  ///< number of the run that made the block
 };
+
+// Chunk k holds the slots from number 2^(k+8) on, as many again.
+constexpr unsigned kFirstChunkBits = 8, kChunks = 32 - kFirstChunkBits;
+constexpr std::uint32_t kFirstNumber = 1u << kFirstChunkBits;
 
 struct BlockTable {
-  std::vector<Slot> slots;
-  std::vector<std::uint32_t> free;
-  BlockCounters counters;
-  std::uint64_t failAt = 0;
-  std::uint64_t asked = 0;
+  std::mutex mutex;  ///< of making and freeing
+  std::array<std::atomic<Slot*>, kChunks> chunks{};
+  std::uint32_t count = 0;  ///< slots made
+  std::uint32_t firstFree = 0;
 };
 
-// Never destroyed: a static object of a program that uses the library may free its blocks after everything else is
+// Needs no destruction: a static object of a program that uses the library may free its blocks after everything else is
 // gone.
-BlockTable& Table() {
-  static BlockTable& table = *new BlockTable;
-  return table;
+constinit BlockTable table;
+
+/// The slot of a number from 1, which must have been made (its chunk, at least).
+Slot* SlotAt(std::uint32_t number) {
+  const std::uint32_t place = number - 1 + kFirstNumber;
+  const auto chunk = static_cast<unsigned>(std::bit_width(place)) - 1 - kFirstChunkBits;
+  Slot* slots = chunk < kChunks ? table.chunks[chunk].load(std::memory_order_acquire) : nullptr;
+  return slots ? slots + (place - (kFirstNumber << chunk)) : nullptr;
 }
 
-BlockHandle HandleOf(std::uint32_t index, std::uint32_t generation) {
-  return reinterpret_cast<BlockHandle>((std::uintptr_t{generation} << 32) | (std::uintptr_t{index} + 1));
+/// A free slot's number; 0 when there is no memory for one. With the table locked.
+std::uint32_t TakeFreeSlot() {
+  if (const std::uint32_t number = table.firstFree) {
+    table.firstFree = SlotAt(number)->nextFree;
+    return number;
+  }
+  const std::uint32_t number = table.count + 1, place = number - 1 + kFirstNumber;
+  const auto chunk = static_cast<unsigned>(std::bit_width(place)) - 1 - kFirstChunkBits;
+  if (chunk >= kChunks) return 0;
+  if (!table.chunks[chunk].load(std::memory_order_relaxed)) {
+    Slot* slots = new (std::nothrow) Slot[kFirstNumber << chunk];
+    if (!slots) return 0;
+    table.chunks[chunk].store(slots, std::memory_order_release);
+  }
+  ++table.count;
+  return number;
+}
+
+BlockHandle HandleOf(std::uint32_t number, std::uint32_t generation) {
+  return reinterpret_cast<BlockHandle>((std::uintptr_t{generation} << 32) | std::uintptr_t{number});
 }
 
 Slot* SlotOf(BlockHandle handle) {
   const auto value = reinterpret_cast<std::uintptr_t>(handle);
   const auto number = static_cast<std::uint32_t>(value);
-  auto& slots = Table().slots;
-  if (number == 0 || number > slots.size()) return nullptr;
-  Slot& slot = slots[number - 1];
-  return slot.live && slot.generation == static_cast<std::uint32_t>(value >> 32) ? &slot : nullptr;
+  const auto generation = static_cast<std::uint32_t>(value >> 32);
+  Slot* slot = number && generation ? SlotAt(number) : nullptr;
+  return slot && slot->live.load(std::memory_order_acquire) == generation ? slot : nullptr;
 }
 
-bool MayAllocate() {
-  auto& table = Table();
-  return ++table.asked != table.failAt;
+template <typename Counts>
+BlockCounters Count(Counts counts) noexcept {
+  const std::lock_guard lock(table.mutex);
+  BlockCounters counters;
+  for (std::uint32_t number = 1; number <= table.count; ++number) {
+    const Slot& slot = *SlotAt(number);
+    if (!slot.live.load(std::memory_order_acquire) || !counts(slot)) continue;
+    ++counters.blocks;
+    counters.locks += slot.locks.load(std::memory_order_relaxed);
+  }
+  return counters;
 }
 
 }  // namespace
 
 BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   if (!MayAllocate()) return nullptr;
-  auto& table = Table();
   void* memory = std::calloc(bytes ? bytes : 1, 1);
   if (!memory) return nullptr;
-  try {
-    if (table.free.empty()) {
-      table.slots.emplace_back();
-      table.free.reserve(table.slots.capacity());
-      table.free.push_back(static_cast<std::uint32_t>(table.slots.size() - 1));
-    }
-  } catch (const std::bad_alloc&) {
+  const std::uint64_t run = CurrentRun().Number();
+  const std::lock_guard lock(table.mutex);
+  const std::uint32_t number = TakeFreeSlot();
+  if (!number) {
     std::free(memory);
     return nullptr;
   }
-  const std::uint32_t index = table.free.back();
-  table.free.pop_back();
-  Slot& slot = table.slots[index];
+  Slot& slot = *SlotAt(number);
   slot.bytes = memory;
   slot.size = bytes;
-  slot.locks = 0;
-  slot.live = true;
-  ++table.counters.blocks;
-  return HandleOf(index, slot.generation);
+  slot.run = run;
+  slot.locks.store(0, std::memory_order_relaxed);
+  slot.live.store(slot.generation, std::memory_order_release);
+  return HandleOf(number, slot.generation);
 }
 
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
   Slot* slot = SlotOf(block);
-  if (!slot || slot->locks || !MayAllocate()) return false;
+  if (!slot || slot->locks.load(std::memory_order_relaxed) || !MayAllocate()) return false;
   void* memory = std::realloc(slot->bytes, bytes ? bytes : 1);
   if (!memory) return false;
   if (bytes > slot->size) std::memset(static_cast<char*>(memory) + slot->size, 0, bytes - slot->size);
@@ -94,16 +129,16 @@ bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
 void* LockBlock(BlockHandle block) noexcept {
   Slot* slot = SlotOf(block);
   if (!slot) return nullptr;
-  ++slot->locks;
-  ++Table().counters.locks;
+  slot->locks.fetch_add(1, std::memory_order_relaxed);
   return slot->bytes;
 }
 
 void UnlockBlock(BlockHandle block) noexcept {
   Slot* slot = SlotOf(block);
-  if (!slot || !slot->locks) return;
-  --slot->locks;
-  --Table().counters.locks;
+  if (!slot) return;
+  std::uint32_t locks = slot->locks.load(std::memory_order_relaxed);
+  while (locks && !slot->locks.compare_exchange_weak(locks, locks - 1, std::memory_order_relaxed)) {
+  }
 }
 
 std::size_t BlockSize(BlockHandle block) noexcept {
@@ -114,25 +149,26 @@ std::size_t BlockSize(BlockHandle block) noexcept {
 void FreeBlock(BlockHandle block) noexcept {
   Slot* slot = SlotOf(block);
   if (!slot) return;
-  auto& table = Table();
-  std::free(slot->bytes);
-  table.counters.locks -= slot->locks;
-  --table.counters.blocks;
-  slot->bytes = nullptr;
-  slot->size = 0;
-  slot->locks = 0;
-  slot->live = false;
-  ++slot->generation;
-  table.free.push_back(static_cast<std::uint32_t>(slot - table.slots.data()));
+  void* bytes = nullptr;
+  {
+    const std::lock_guard lock(table.mutex);
+    bytes = slot->bytes;
+    slot->live.store(0, std::memory_order_release);
+    slot->bytes = nullptr;
+    slot->size = 0;
+    if (!++slot->generation) slot->generation = 1;
+    slot->nextFree = table.firstFree;
+    table.firstFree = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(block));
+  }
+  std::free(bytes);
 }
 
-BlockCounters LiveBlocks() noexcept { return Table().counters; }
-
-void FailAllocation(std::uint64_t n) noexcept {
-  Table().failAt = n;
-  Table().asked = 0;
+BlockCounters LiveBlocks() noexcept {
+  return Count([](const Slot&) { return true; });
 }
 
-std::uint64_t AllocationsAsked() noexcept { return Table().asked; }
+BlockCounters LiveBlocksOf(const RunState& run) noexcept {
+  return Count([number = run.Number()](const Slot& slot) { return slot.run == number; });
+}
 
 }  // namespace glyphmotion

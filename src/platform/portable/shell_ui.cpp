@@ -5,13 +5,12 @@
 
 #include <utility>
 
+#include "platform/run_state.h"
+
 namespace glyphmotion {
 namespace {
 
-UiResponder& Responder() {
-  static UiResponder responder;
-  return responder;
-}
+UiResponder& Responder() { return CurrentRun().Member<UiResponder>(); }
 
 /// A copy, since an answer may replace the responder it came from.
 template <typename Member>
@@ -29,7 +28,7 @@ bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons)
 void ShowInformation(Dialog* owner, const std::string& text) { ShowMessage(owner, text); }
 void ShowMessageOver(void*, const std::string& text) { ShowMessage(nullptr, text); }
 
-void SetDesktopBoxes(const DesktopBoxes&) noexcept {}
+void SetDesktopBoxes(const DesktopBoxes&) {}
 void Beep(MessageIcon) {}
 void CopyToClipboard(Dialog&, const std::string&) {}
 

@@ -87,8 +87,9 @@ struct Engine {
   }
 };
 
+// Each thread has its own: FreeType's library and faces are for one thread at a time, and so nobody waits.
 Engine& TheEngine() {
-  static Engine engine;
+  thread_local Engine engine;
   return engine;
 }
 

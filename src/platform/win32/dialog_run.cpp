@@ -7,13 +7,17 @@
 #include <new>
 #include <utility>
 
+#include "platform/folders.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 
 namespace glyphmotion {
 namespace {
 
-Dialog* innermost = nullptr;
+/// The dialog of a run that was opened last.
+struct Innermost {
+  Dialog* dialog = nullptr;
+};
 
 /// No exception may pass a window procedure: the dialog ends with the first, and RunModal throws it on.
 template <typename Call>
@@ -302,6 +306,7 @@ INT_PTR CALLBACK DialogWindowProcedure(HWND window, UINT message, WPARAM wParam,
   }
   const auto dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
   if (!dialog) return FALSE;
+  const RunScope scope(*dialog->run);
   INT_PTR handled = FALSE;
   Guarded(*dialog, [&] { handled = HandleDialog(*dialog, message, wParam, lParam); });
   return handled;
@@ -337,6 +342,7 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
   const auto control = static_cast<Control*>(GetPropW(window, kControlProperty));
   if (!control || !control->classProcedure) return DefWindowProcW(window, message, wParam, lParam);
   const WNDPROC classProcedure = control->classProcedure;
+  const RunScope scope(*control->dialog->run);
   LRESULT result = 0;
   if (message == WM_NCDESTROY) {
     RemovePropW(window, kControlProperty);
@@ -359,15 +365,24 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }
 
+void TakeThreadSetup(RunState& run) {
+  RunState& thread = ThreadState();
+  run.ShareAllocations(thread);
+  run.Member<FolderOverrides>() = thread.Member<FolderOverrides>();
+}
+
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
+  RunState& run = CurrentRun();
+  Innermost& innermost = run.Member<Innermost>();
   const OwnLooks looks;
   INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_BAR_CLASSES};
   if (!InitCommonControlsEx(&classes) || !RegisterDrawnClass()) return -1;
   Dialog dialog;
+  dialog.run = &run;
   dialog.source = &dialogTemplate;
   dialog.procedure = procedure;
   dialog.parameter = parameter;
-  Dialog* const outer = std::exchange(innermost, &dialog);
+  Dialog* const outer = std::exchange(innermost.dialog, &dialog);
   INT_PTR result = -1;
   try {
     const std::vector<std::uint16_t> inMemory = TemplateInMemory(dialogTemplate);
@@ -379,8 +394,8 @@ std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogP
     result = -1;
   }
   ForgetBackground(dialog);
-  innermost = outer;
-  if (!outer) UnregisterDrawnClass();  // the dialog below may be about to make such windows
+  innermost.dialog = outer;
+  UnregisterDrawnClass();
   if (dialog.error) std::rethrow_exception(dialog.error);
   return result;
 }
@@ -393,11 +408,13 @@ void EndDialog(Dialog& dialog, std::int64_t result) {
 bool HasEnded(const Dialog& dialog) { return dialog.ended; }
 
 std::int64_t SendToControl(Dialog& dialog, int id, const Message& message) {
+  const RunScope scope(*dialog.run);
   const Control* control = FindControl(dialog, id);
   return control && control->procedure ? control->procedure(dialog, id, message) : 0;
 }
 
 std::int64_t Send(Dialog& dialog, const Message& message) {
+  const RunScope scope(*dialog.run);
   return dialog.procedure ? dialog.procedure(dialog, message) : 0;
 }
 

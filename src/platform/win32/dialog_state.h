@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/dialog.h"
+#include "platform/run_state.h"
 #include "platform/win32/windows_headers.h"
 
 namespace glyphmotion {
@@ -28,6 +29,7 @@ struct Control {
 };
 
 struct Dialog {
+  RunState* run = nullptr;  ///< the one that made it, which every message to it works for
   const DialogTemplate* source = nullptr;
   DialogProcedure procedure = nullptr;
   void* parameter = nullptr;
@@ -85,7 +87,8 @@ INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window);
 /// The library or program that this code is in.
 HINSTANCE ThisModule() noexcept;
 
-/// The class of drawn controls lives as long as a dialog runs: a library that goes must leave no class behind.
+/// The class of drawn controls lives as long as a dialog runs, in whatever thread: a library that goes must leave no
+/// class behind. Each call that returned true wants one of the other.
 bool RegisterDrawnClass() noexcept;
 void UnregisterDrawnClass() noexcept;
 

@@ -178,6 +178,20 @@ void RemoveControlsFrom(Dialog& dialog, std::size_t count) {
   }
 }
 
+// The one thing of the process's own: classes belong to a module, not to a thread.
+struct DrawnClass {
+  SRWLOCK lock = SRWLOCK_INIT;
+  int users = 0;  ///< dialogs that run
+};
+constinit DrawnClass drawnClass;
+
+struct ClassLock {
+  ClassLock() { AcquireSRWLockExclusive(&drawnClass.lock); }
+  ClassLock(const ClassLock&) = delete;
+  ClassLock& operator=(const ClassLock&) = delete;
+  ~ClassLock() { ReleaseSRWLockExclusive(&drawnClass.lock); }
+};
+
 }  // namespace
 
 const wchar_t* const kControlProperty = L"Glyphmotion.Control";
@@ -190,6 +204,7 @@ HINSTANCE ThisModule() noexcept {
 }
 
 bool RegisterDrawnClass() noexcept {
+  const ClassLock lock;
   WNDCLASSEXW windowClass{};
   windowClass.cbSize = sizeof windowClass;
   windowClass.style = CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW;
@@ -197,10 +212,15 @@ bool RegisterDrawnClass() noexcept {
   windowClass.hInstance = ThisModule();
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = kDrawnClass;
-  return RegisterClassExW(&windowClass) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+  const bool stands = RegisterClassExW(&windowClass) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+  if (stands) ++drawnClass.users;
+  return stands;
 }
 
-void UnregisterDrawnClass() noexcept { UnregisterClassW(kDrawnClass, ThisModule()); }
+void UnregisterDrawnClass() noexcept {
+  const ClassLock lock;
+  if (--drawnClass.users == 0) UnregisterClassW(kDrawnClass, ThisModule());
+}
 
 std::vector<std::uint16_t> TemplateInMemory(const DialogTemplate& source) {
   TemplateWriter writer;

@@ -8,6 +8,7 @@
 #include <new>
 #include <unordered_map>
 
+#include "platform/run_state.h"
 #include "platform/win32/windows_headers.h"
 
 namespace glyphmotion {
@@ -16,14 +17,13 @@ namespace {
 struct Entry {
   std::size_t size = 0;
   std::uint32_t locks = 0;
-  bool ours = false;  ///< made here; otherwise a host's block, listed while we hold it locked
+  bool ours = false;      ///< made here; otherwise a host's block, listed while we hold it locked
+  std::uint64_t run = 0;  ///< number of the run that made the block, or locked the host's
 };
 
 struct BlockTable {
+  SRWLOCK lock = SRWLOCK_INIT;
   std::unordered_map<BlockHandle, Entry> entries;
-  BlockCounters counters;
-  std::uint64_t failAt = 0;
-  std::uint64_t asked = 0;
 };
 
 // Never destroyed: a static object of a program that uses the library may free its blocks after everything else is
@@ -40,10 +40,14 @@ BlockTable& Table() {
   return *tidy.table;
 }
 
-bool MayAllocate() {
-  auto& table = Table();
-  return ++table.asked != table.failAt;
-}
+/// Every function below works with the table locked.
+class TableLock {
+ public:
+  TableLock() { AcquireSRWLockExclusive(&Table().lock); }
+  TableLock(const TableLock&) = delete;
+  TableLock& operator=(const TableLock&) = delete;
+  ~TableLock() { ReleaseSRWLockExclusive(&Table().lock); }
+};
 
 Entry* EntryOf(BlockHandle block) {
   auto& entries = Table().entries;
@@ -64,6 +68,18 @@ void ForgetUnlocked(BlockHandle block, const Entry& entry) {
   if (!entry.ours && !entry.locks) Table().entries.erase(block);
 }
 
+template <typename Counts>
+BlockCounters Count(Counts counts) noexcept {
+  const TableLock lock;
+  BlockCounters counters;
+  for (const auto& [block, entry] : Table().entries) {
+    if (!counts(entry)) continue;
+    if (entry.ours) ++counters.blocks;
+    counters.locks += entry.locks;
+  }
+  return counters;
+}
+
 }  // namespace
 
 BlockHandle AllocateBlock(std::size_t bytes) noexcept {
@@ -71,18 +87,18 @@ BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   // Of no bytes at all the system would make a discarded block, which cannot be locked.
   const BlockHandle block = GlobalAlloc(GHND, bytes ? bytes : 1);
   if (!block) return nullptr;
-  auto& table = Table();
   try {
-    table.entries[block] = Entry{bytes, 0, true};
+    const TableLock lock;
+    Table().entries[block] = Entry{bytes, 0, true, CurrentRun().Number()};
   } catch (const std::bad_alloc&) {
     GlobalFree(block);
     return nullptr;
   }
-  ++table.counters.blocks;
   return block;
 }
 
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
+  const TableLock lock;
   Entry* entry = EntryOf(block);
   if (!entry || entry->locks || !MayAllocate()) return false;
   if (GlobalReAlloc(block, bytes ? bytes : 1, GMEM_MOVEABLE | GMEM_ZEROINIT) != block) return false;
@@ -99,16 +115,14 @@ bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
 
 void* LockBlock(BlockHandle block) noexcept try {
   if (!block) return nullptr;
+  const TableLock lock;
   Entry* entry = EntryOf(block);
   if (!entry) {
     if (!IsHostsBlock(block)) return nullptr;
-    entry = &(Table().entries[block] = Entry{GlobalSize(block), 0, false});
+    entry = &(Table().entries[block] = Entry{GlobalSize(block), 0, false, CurrentRun().Number()});
   }
   void* memory = GlobalLock(block);
-  if (memory) {
-    ++entry->locks;
-    ++Table().counters.locks;
-  }
+  if (memory) ++entry->locks;
   ForgetUnlocked(block, *entry);
   return memory;
 } catch (const std::bad_alloc&) {
@@ -116,16 +130,17 @@ void* LockBlock(BlockHandle block) noexcept try {
 }
 
 void UnlockBlock(BlockHandle block) noexcept {
+  const TableLock lock;
   Entry* entry = EntryOf(block);
   if (!entry || !entry->locks) return;
   GlobalUnlock(block);
   --entry->locks;
-  --Table().counters.locks;
   ForgetUnlocked(block, *entry);
 }
 
 std::size_t BlockSize(BlockHandle block) noexcept {
   if (!block) return 0;
+  const TableLock lock;
   const Entry* entry = EntryOf(block);
   if (entry) return entry->size;
   return IsHostsBlock(block) ? GlobalSize(block) : 0;
@@ -133,25 +148,22 @@ std::size_t BlockSize(BlockHandle block) noexcept {
 
 void FreeBlock(BlockHandle block) noexcept {
   if (!block) return;
-  auto& table = Table();
+  const TableLock lock;
   if (const Entry* entry = EntryOf(block)) {
     for (std::uint32_t i = 0; i < entry->locks; ++i) GlobalUnlock(block);
-    table.counters.locks -= entry->locks;
-    if (entry->ours) --table.counters.blocks;
-    table.entries.erase(block);
+    Table().entries.erase(block);
   } else if (!IsHostsBlock(block)) {
     return;
   }
   GlobalFree(block);
 }
 
-BlockCounters LiveBlocks() noexcept { return Table().counters; }
-
-void FailAllocation(std::uint64_t n) noexcept {
-  Table().failAt = n;
-  Table().asked = 0;
+BlockCounters LiveBlocks() noexcept {
+  return Count([](const Entry&) { return true; });
 }
 
-std::uint64_t AllocationsAsked() noexcept { return Table().asked; }
+BlockCounters LiveBlocksOf(const RunState& run) noexcept {
+  return Count([number = run.Number()](const Entry& entry) { return entry.run == number; });
+}
 
 }  // namespace glyphmotion

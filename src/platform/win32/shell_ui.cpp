@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "platform/dialog.h"
+#include "platform/run_state.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/patience.h"
 #include "platform/win32/wide_text.h"
@@ -61,12 +62,12 @@ std::wstring FilterOf(const FileQuestion& question) {
 
 // --- Messages ---
 
-DesktopBoxes desktopBoxes;
+DesktopBoxes& Boxes() { return CurrentRun().Member<DesktopBoxes>(); }
 
 bool Ask(Dialog* owner, void* window, const std::string& text, MessageButtons buttons, MessageIcon icon) {
   const MessageQuestion question{kProgramTitle, text, buttons, icon};
-  if (desktopBoxes.message) {
-    if (const auto answer = desktopBoxes.message(owner, window, question)) return *answer;
+  if (const auto show = Boxes().message) {
+    if (const auto answer = show(owner, window, question)) return *answer;
   }
   const UINT style =
       (buttons == MessageButtons::YesNo ? MB_YESNO : MB_OK) | (icon == MessageIcon::Question  ? MB_ICONQUESTION
@@ -76,6 +77,17 @@ bool Ask(Dialog* owner, void* window, const std::string& text, MessageButtons bu
   const int answer = MessageBoxW(above, WideOf(text).c_str(), WideOf(question.title).c_str(), style);
   return answer == IDOK || answer == IDYES;
 }
+
+/// The colours that a person has made in the colour chooser.
+struct CustomColours {
+  COLORREF colours[16];
+  CustomColours() { std::fill(std::begin(colours), std::end(colours), 0xFFFFFF); }
+};
+
+struct WaitCursor {
+  int depth = 0;
+  HCURSOR before = nullptr;
+};
 
 // --- Menus ---
 
@@ -116,7 +128,7 @@ void ShowMessageOver(void* window, const std::string& text) {
   if (window) UpdateWindow(static_cast<HWND>(window));
 }
 
-void SetDesktopBoxes(const DesktopBoxes& boxes) noexcept { desktopBoxes = boxes; }
+void SetDesktopBoxes(const DesktopBoxes& boxes) { Boxes() = boxes; }
 
 void Beep(MessageIcon icon) {
   MessageBeep(icon == MessageIcon::Question  ? MB_ICONQUESTION
@@ -164,21 +176,19 @@ std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question) {
 }
 
 std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start) {
-  constexpr COLORREF kFree = 0xFFFFFF;
-  static COLORREF own[16] = {kFree, kFree, kFree, kFree, kFree, kFree, kFree, kFree,
-                             kFree, kFree, kFree, kFree, kFree, kFree, kFree, kFree};
   CHOOSECOLORW dialog{};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = OwnerWindow(owner);
   dialog.rgbResult = start & 0xFFFFFF;
-  dialog.lpCustColors = own;
+  dialog.lpCustColors = CurrentRun().Member<CustomColours>().colours;
   dialog.Flags = CC_RGBINIT | CC_FULLOPEN;
   if (!ChooseColorW(&dialog)) return std::nullopt;
   return std::uint32_t{dialog.rgbResult} & 0xFFFFFF;
 }
 
 std::optional<std::string> AskName(Dialog* owner, const std::string& title, const std::string& start) {
-  return desktopBoxes.name ? desktopBoxes.name(owner, title, start) : std::nullopt;
+  const auto ask = Boxes().name;
+  return ask ? ask(owner, title, start) : std::nullopt;
 }
 
 int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items) {
@@ -193,8 +203,7 @@ int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem
 }
 
 void SetWaitCursor(bool wait) {
-  static int depth = 0;
-  static HCURSOR before = nullptr;
+  auto& [depth, before] = CurrentRun().Member<WaitCursor>();
   if (wait) {
     if (!depth++) before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
   } else if (depth && !--depth) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/run_state.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 
@@ -66,7 +67,8 @@ struct Engine {
   FontInUse* inUse = nullptr;
 };
 
-Engine engine;
+/// A run's; its things of GDI+ are for one thread at a time.
+Engine& TheEngine() { return CurrentRun().Member<Engine>(); }
 
 LOGFONTW LogFontOf(const FontRequest& request) {
   LOGFONTW font{};
@@ -100,7 +102,7 @@ bool OpenFont(const FontRequest& request, FontInUse& use) {
   use.font.Reset();
   use.family.Reset();
   const LOGFONTW logFont = LogFontOf(request);
-  const bool opened = GdipCreateFontFromLogfontW(engine.context, &logFont, &use.font) == Ok && use.font &&
+  const bool opened = GdipCreateFontFromLogfontW(TheEngine().context, &logFont, &use.font) == Ok && use.font &&
                       GdipGetFamily(use.font, &use.family) == Ok;
   if (!opened) {
     use.font.Reset();
@@ -112,7 +114,7 @@ bool OpenFont(const FontRequest& request, FontInUse& use) {
   if (GdipGetFontSize(use.font, &use.em) != Ok || use.em <= 0) return false;
   Unit unit = UnitPixel;
   if (GdipGetFontUnit(use.font, &unit) == Ok && unit == UnitPoint) {
-    use.em = use.em * static_cast<REAL>(GetDeviceCaps(engine.context, LOGPIXELSY)) / 72;
+    use.em = use.em * static_cast<REAL>(GetDeviceCaps(TheEngine().context, LOGPIXELSY)) / 72;
   }
   use.request = request;
   return true;
@@ -120,8 +122,8 @@ bool OpenFont(const FontRequest& request, FontInUse& use) {
 
 /// The font, or null. Valid until another is asked for.
 FontInUse* UseFont(const FontRequest& request) {
-  if (!engine.starts || !engine.inUse) return nullptr;
-  FontInUse& use = *engine.inUse;
+  if (!TheEngine().starts || !TheEngine().inUse) return nullptr;
+  FontInUse& use = *TheEngine().inUse;
   if (use.request == request) return &use;
   return OpenFont(request, use) ? &use : nullptr;
 }
@@ -167,7 +169,8 @@ struct Canvas {
 bool MakeCanvas(const FontInUse& use, char32_t character, Canvas& canvas) {
   OwnedGraphics measuring;
   GlyphBox box;
-  if (GdipCreateFromHDC(engine.context, &measuring) != Ok || !MeasureBox(use, measuring, character, box)) return false;
+  if (GdipCreateFromHDC(TheEngine().context, &measuring) != Ok || !MeasureBox(use, measuring, character, box))
+    return false;
   canvas.width = std::max(static_cast<int>(box.width), 1);
   canvas.height = std::max(static_cast<int>(box.height), 1);
   return GdipCreateBitmapFromScan0(canvas.width, canvas.height, 0, PixelFormat24bppRGB, nullptr, &canvas.bitmap) ==
@@ -235,12 +238,12 @@ struct SelectedFont {
   explicit SelectedFont(const FontRequest& request) {
     const LOGFONTW logFont = LogFontOf(request);
     font = CreateFontIndirectW(&logFont);
-    if (font) before = SelectObject(engine.context, font);
+    if (font) before = SelectObject(TheEngine().context, font);
   }
   SelectedFont(const SelectedFont&) = delete;
   SelectedFont& operator=(const SelectedFont&) = delete;
   ~SelectedFont() {
-    if (before) SelectObject(engine.context, before);
+    if (before) SelectObject(TheEngine().context, before);
     if (font) DeleteObject(font);
   }
 };
@@ -274,7 +277,8 @@ void EnumerateFamilies(const std::wstring& name, Take take) {
 
 }  // namespace
 
-bool StartTextEngine() noexcept {
+bool StartTextEngine() noexcept try {
+  Engine& engine = TheEngine();
   if (engine.starts++) return true;
   GdiplusStartupInput input;
   engine.context = CreateCompatibleDC(nullptr);
@@ -283,9 +287,12 @@ bool StartTextEngine() noexcept {
   engine.token = 0;
   StopTextEngine();
   return false;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 void StopTextEngine() noexcept {
+  Engine& engine = TheEngine();
   if (!engine.starts || --engine.starts) return;
   delete std::exchange(engine.inUse, nullptr);
   if (engine.token) GdiplusShutdown(std::exchange(engine.token, 0));
@@ -318,7 +325,7 @@ bool HasFontFamily(const std::string& family) {
 FontMetrics MeasureFont(const FontRequest& font) noexcept try {
   TEXTMETRICW metrics{};
   const SelectedFont selected(font);
-  if (!engine.context || !GetTextMetricsW(engine.context, &metrics)) return {};
+  if (!TheEngine().context || !GetTextMetricsW(TheEngine().context, &metrics)) return {};
   return {static_cast<int>(metrics.tmHeight), static_cast<int>(metrics.tmAscent)};
 } catch (const std::bad_alloc&) {
   return {};
@@ -327,7 +334,7 @@ FontMetrics MeasureFont(const FontRequest& font) noexcept try {
 bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept try {
   const FontInUse* use = UseFont(font);
   OwnedGraphics graphics;
-  return use && GdipCreateFromHDC(engine.context, &graphics) == Ok && MeasureBox(*use, graphics, character, box);
+  return use && GdipCreateFromHDC(TheEngine().context, &graphics) == Ok && MeasureBox(*use, graphics, character, box);
 } catch (const std::bad_alloc&) {
   return false;
 }

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "platform/run_state.h"
+
+#include <exception>
+
+namespace glyphmotion {
+namespace {
+
+constinit thread_local RunState* currentRun = nullptr;
+
+std::uint64_t NextNumber() noexcept {
+  static constinit std::atomic<std::uint64_t> last{0};
+  return ++last;
+}
+
+}  // namespace
+
+RunState::RunState() noexcept : number_(NextNumber()) {}
+
+RunState::~RunState() {
+  for (Node* node = last_.load(); node;) {
+    Node* earlier = node->earlier;
+    node->destroy(node);
+    node = earlier;
+  }
+}
+
+std::size_t RunState::NewSlot() noexcept {
+  static constinit std::atomic<std::size_t> count{0};
+  const std::size_t slot = count++;
+  if (slot >= kMostMembers) std::terminate();  // more kinds of members than a state has room for
+  return slot;
+}
+
+void* RunState::Keep(std::size_t slot, Node* node, void* value, void (*destroy)(Node*)) noexcept {
+  node->destroy = destroy;
+  void* other = nullptr;
+  if (!slots_[slot].compare_exchange_strong(other, value, std::memory_order_acq_rel)) {
+    destroy(node);
+    return other;
+  }
+  node->earlier = last_.load(std::memory_order_relaxed);
+  while (!last_.compare_exchange_weak(node->earlier, node, std::memory_order_acq_rel)) {
+  }
+  return value;
+}
+
+RunState& ThreadState() noexcept {
+  thread_local RunState state;
+  return state;
+}
+
+RunState& CurrentRun() noexcept { return currentRun ? *currentRun : ThreadState(); }
+
+RunScope::RunScope(RunState& run) noexcept : before_(currentRun) { currentRun = &run; }
+
+RunScope::~RunScope() { currentRun = before_; }
+
+}  // namespace glyphmotion
