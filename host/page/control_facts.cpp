@@ -13,6 +13,7 @@
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
+#include "materials/material_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 
@@ -133,13 +134,15 @@ Json MarkersOf(const FountainSpec& fountain) {
   return markers;
 }
 
+Json FactsOfFountain(const FountainSpec& fountain) {
+  return {{"start", HexColour(fountain.StartColour)},
+          {"end", HexColour(fountain.EndColour)},
+          {"loop", (fountain.Flags & kFountainLooped) != 0},
+          {"markers", MarkersOf(fountain)}};
+}
+
 void AddFountain(const Dialog& dialog, int id, Json& facts) {
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain) return;
-  facts["fountain"] = {{"start", HexColour(fountain->StartColour)},
-                       {"end", HexColour(fountain->EndColour)},
-                       {"loop", (fountain->Flags & 2u) != 0},
-                       {"markers", MarkersOf(*fountain)}};
+  if (const auto fountain = LockFountain(dialog, id)) facts["fountain"] = FactsOfFountain(*fountain);
 }
 
 void AddMaterial(const Dialog& dialog, int id, Json& facts) {
@@ -206,6 +209,20 @@ void AddValue(const Dialog& dialog, const ControlView& view, Json& facts) {
 }
 
 }  // namespace
+
+Json ShippedFountainFacts() {
+  Json list = Json::array();
+  for (const std::string& name : FountainNames()) {
+    Material material;
+    DefaultMaterial(material, 0);
+    std::string error;
+    if (!ParseMaterial("fountain:" + name, material, error)) continue;
+    Json facts = FactsOfFountain(material.Fountain);
+    facts["name"] = name;
+    list.push_back(std::move(facts));
+  }
+  return list;
+}
 
 std::string HexColour(std::uint32_t colour) {
   char text[8];

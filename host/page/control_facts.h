@@ -20,6 +20,9 @@ std::vector<ControlPlace> PlacesOf(const Dialog& dialog, int templateId);
 /// The control number `index`, complete; a null for what no view shows (an up-down is its edit's range).
 Json FactsOf(const Dialog& dialog, int index, const ControlPlace& place);
 
+/// The shipped fountains: {name, start, end, loop, markers}.
+Json ShippedFountainFacts();
+
 /// 0x00BBGGRR as "#rrggbb", and back; -1 for what is not a colour.
 std::string HexColour(std::uint32_t colour);
 std::int64_t ColourOfHex(const std::string& text);

@@ -2,6 +2,11 @@
 #include "host/page/dialog_mirror.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "controls/face_painting.h"
+#include "controls/fountain_control.h"
+#include "controls/material_control.h"
 
 namespace glyphmotion {
 namespace {
@@ -80,6 +85,30 @@ void DialogMirror::Subscribe(int id, int item, int width, int height) {
   open.repaint.insert(id);
 }
 
+namespace {
+
+// What a fill or a fountain looks like, without the button around it.
+PackedDib PictureOf(const Dialog& dialog, int id, int width, int height) {
+  if (KindOf(dialog, id) == ControlKind::FountainButton) {
+    const auto fountain = LockFountain(dialog, id);
+    return fountain ? FountainToBitmap(*fountain, width, height) : PackedDib();
+  }
+  const auto held = LockMaterial(dialog, id);
+  if (!held) return {};
+  Material material = *held;
+  return MaterialToBitmap(material, width, height);
+}
+
+bool PaintPicture(const Dialog& dialog, int id, const DrawRequest& request) {
+  const PackedDib picture = PictureOf(dialog, id, request.width, request.height);
+  const DibView view(picture);
+  if (!view) return false;
+  PaintBitmap(request, WholeOf(request), view);
+  return true;
+}
+
+}  // namespace
+
 void DialogMirror::SendFace(const OpenDialog& open, int level, int id, int item, Size size) const {
   const auto width = static_cast<std::size_t>(size.width), height = static_cast<std::size_t>(size.height);
   std::vector<std::uint8_t> rows(width * height * 3, kPaper);
@@ -90,7 +119,9 @@ void DialogMirror::SendFace(const OpenDialog& open, int level, int id, int item,
   request.stride = static_cast<std::ptrdiff_t>(width * 3);
   request.item = item;
   request.selected = item >= 0 && item == GetSelection(*open.dialog, id);
-  if (!PaintControl(*open.dialog, id, request)) return;
+  const ControlKind kind = KindOf(*open.dialog, id);
+  const bool plain = kind == ControlKind::MaterialButton || kind == ControlKind::FountainButton;
+  if (plain ? !PaintPicture(*open.dialog, id, request) : !PaintControl(*open.dialog, id, request)) return;
   PageMessage message{{{"type", "face"}, {"level", level}, {"id", id}, {"width", size.width}, {"height", size.height}},
                       {}};
   if (item >= 0) message.json["item"] = item;

@@ -78,7 +78,7 @@ DocumentStore::~DocumentStore() {
 // Who made it holds a lock for as long as he lives, however he dies.
 bool DocumentStore::IsOfTheDead(const std::string& fileName) const {
   const std::string owner = fileName.substr(0, fileName.find('-'));
-  if (owner == own_) return false;
+  if (owner == own_) return !active_.contains(fileName.substr(std::min(own_.size() + 1, fileName.size())));
   const std::string lockPath = folder_ + "unsaved/" + owner + ".lock";
   const int lock = ::open(lockPath.c_str(), O_RDWR | O_CLOEXEC);
   if (lock < 0) return true;
@@ -142,6 +142,17 @@ void DocumentStore::DropUnsaved(const std::string& session) {
   const std::lock_guard<std::mutex> lock(mutex_);
   std::error_code error;
   fs::remove(UnsavedPath(session), error);
+}
+
+std::optional<KeptDocument> DocumentStore::TakeUp(const std::string& session) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  active_.insert(session);
+  return Read(UnsavedPath(session));
+}
+
+void DocumentStore::Release(const std::string& session) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  active_.erase(session);
 }
 
 void DocumentStore::Forget(const std::string& key) {

@@ -5,6 +5,7 @@
 
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/page/page_message.h"
@@ -35,6 +36,9 @@ class DocumentStore {
   /// Keeps a session's unsaved document until it is dropped; `session` is a word of letters and digits.
   void KeepUnsaved(const std::string& session, const KeptDocument& document);
   void DropUnsaved(const std::string& session);
+  /// A session begins: what an earlier one of its name left unsaved. While it goes on, that is not offered to others.
+  std::optional<KeptDocument> TakeUp(const std::string& session);
+  void Release(const std::string& session);
   void Forget(const std::string& key);
 
  private:
@@ -45,6 +49,7 @@ class DocumentStore {
   const std::string folder_;
   std::string own_;  ///< begins the names of this process's unsaved documents
   int lock_ = -1;    ///< held for as long as the process lives
+  std::set<std::string> active_;
   mutable std::mutex mutex_;
 };
 

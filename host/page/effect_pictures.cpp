@@ -104,7 +104,7 @@ void EffectPictures::Make(const PictureWish& wish) {
     return true;
   };
   sink.image = [&](const Image& image) { return frames.Add(image); };
-  sink.cancelled = [this] { return cancel_.load(); };
+  sink.stop = &cancel_;
   const int size = std::clamp(static_cast<int>(kTrialSize * fit), kSmallest, kLargest);
   const RenderResult result = Render(SmallJob(*job, wish, size), sink);
   if (result.status != RenderStatus::Done || cancel_) return;

@@ -38,7 +38,7 @@ struct BuildSink {
     sink.comment = [this](const std::string& text) {
       if (encoder && encoder->comment) encoder->comment(text);
     };
-    sink.cancelled = [&cancel] { return cancel.load(); };
+    sink.stop = &cancel;
     return sink;
   }
 };

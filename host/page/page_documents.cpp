@@ -5,6 +5,7 @@
 #include "effects/effect_table.h"
 #include "host/encoders/dib_reader.h"
 #include "host/page/command_words.h"
+#include "host/page/event_fields.h"
 #include "host/page/page_session.h"
 #include "host/render/render_user.h"
 #include "platform/encoding.h"
@@ -36,7 +37,11 @@ void PageSession::BeginDocument(Dialog& dialog) {
   }
   document_ = blank_;
   savedDocument_ = blank_;
-  if (!bytes || !OpenText(dialog, FileName(start_.path), start_.path, *bytes)) NewDocument(dialog);
+  const auto kept = store_.TakeUp(start_.key);
+  if (kept && OpenText(dialog, kept->name, kept->path, kept->document, false)) {
+  } else if (!bytes || !OpenText(dialog, FileName(start_.path), start_.path, *bytes)) {
+    NewDocument(dialog);
+  }
   Snapshot();
 }
 
@@ -48,6 +53,8 @@ void PageSession::Snapshot() {
         {"session", start_.key},
         {"effects", std::move(effects)},
         {"looks", start_.looks},
+        {"formats", ExportFormats()},
+        {"fountains", ShippedFountainFacts()},
         {"recent", store_.Recent()},
         {"rescued", store_.Rescued()}});
   mirror_.Snapshot();
@@ -150,7 +157,7 @@ void PageSession::NewDocument(Dialog& dialog) {
 }
 
 bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::string& path,
-                           const std::string& document) {
+                           const std::string& document, bool saved) {
   const std::string file = scratch_.Path() + "/opened.gm4";
   if (!WriteScratchFile(file, document)) return Notice("there is no room for the document; is the disk full?"), false;
   TakeLines(dialog, LinesThatDiffer(document_, blank_));
@@ -162,13 +169,13 @@ bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::s
   name_ = name.empty() ? kUntitled : name;
   path_ = path;
   document_ = DocumentText(dialog);
-  savedDocument_ = document_;
+  savedDocument_ = saved ? document_ : std::string();
   history_.Begin(document_);
   ++revision_;
   SendStill(dialog);
   SendDocument(dialog);
-  store_.DropUnsaved(start_.key);
-  store_.Remember(Kept());
+  KeepUnsaved();
+  if (saved) store_.Remember(Kept());
   Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}});
   build_->Request(revision_, document_, !text_.empty());
   return true;
@@ -177,9 +184,7 @@ bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::s
 void PageSession::OpenKept(Dialog& dialog, const std::string& key) {
   const auto kept = store_.Find(key);
   if (!kept) return Notice("this document is no longer kept");
-  if (!OpenText(dialog, kept->name, kept->path, kept->document)) return;
-  if (key.starts_with("unsaved/")) savedDocument_.clear();
-  SendDocument(dialog);
+  OpenText(dialog, kept->name, kept->path, kept->document, !key.starts_with("unsaved/"));
 }
 
 KeptDocument PageSession::Kept() const { return {name_, path_, document_, text_, effect_}; }
@@ -190,9 +195,9 @@ void PageSession::KeepUnsaved() {
 }
 
 void PageSession::Save(Dialog& dialog, const Json& event) {
-  if (path_.empty() || event.value("copy", false)) {
+  if (path_.empty() || FlagIn(event, "copy")) {
     PageMessage message{
-        {{"type", "file"}, {"name", name_}, {"mime", "application/octet-stream"}, {"for", event.value("tag", "")}},
+        {{"type", "file"}, {"name", name_}, {"mime", "application/octet-stream"}, {"for", TextIn(event, "tag")}},
         {document_.begin(), document_.end()}};
     send_(std::move(message));
   } else if (!AtomicWriteFile(path_, document_)) {

@@ -8,29 +8,14 @@
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
 #include "host/page/carried_lines.h"
+#include "host/page/event_fields.h"
 #include "host/page/page_session.h"
+#include "materials/material_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 
 namespace glyphmotion {
 namespace {
-
-int NumberIn(const Json& event, const char* key, int fallback = -1) {
-  const auto found = event.find(key);
-  if (found == event.end() || !found->is_number()) return fallback;
-  const double value = found->get<double>();
-  return value > -1e9 && value < 1e9 ? static_cast<int>(value) : fallback;
-}
-
-std::string TextIn(const Json& event, const char* key) {
-  const auto found = event.find(key);
-  return found != event.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
-bool FlagIn(const Json& event, const char* key) {
-  const auto found = event.find(key);
-  return found != event.end() && found->is_boolean() && found->get<bool>();
-}
 
 template <typename Value>
 std::optional<Value> Named(const std::string& name, std::initializer_list<std::pair<const char*, Value>> rows) {
@@ -210,6 +195,12 @@ void PageSession::ChooseEffect(Dialog& dialog, const Json& event) {
   tag_ = "effect";
 }
 
+// Nothing else of the command line is a page's to say: its options name files.
+bool PageSession::IsLook(const std::string& name) const {
+  return std::any_of(start_.looks.begin(), start_.looks.end(),
+                     [&](const Json& look) { return TextIn(look, "name") == name; });
+}
+
 void PageSession::WishPictures(const Json& event) {
   const std::string key = TextIn(event, "key");
   const int width = std::clamp(NumberIn(event, "width", 132), 32, 400);
@@ -229,8 +220,8 @@ void PageSession::WishPictures(const Json& event) {
   const auto looks = event.find("looks");
   if (looks != event.end() && looks->is_array()) {
     for (const Json& each : *looks) {
-      if (!each.is_string()) continue;
-      const std::string look = each.get<std::string>();
+      const std::string look = each.is_string() ? each.get<std::string>() : std::string();
+      if (!IsLook(look)) continue;
       wishes.push_back({current, key, blank_, TextIn(event, "text"), width, height, {"--look", look}, look});
     }
   }
@@ -256,11 +247,16 @@ bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Js
     return Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}}), true;
   }
   if (op == "apply") {
-    std::vector<std::string> words;
-    const auto list = event.find("words");
-    if (list == event.end() || !list->is_array()) return true;
-    for (const Json& word : *list) words.push_back(word.is_string() ? word.get<std::string>() : std::string());
-    Apply(dialog, words, false);
+    const std::string look = TextIn(event, "look");
+    if (IsLook(look)) Apply(dialog, {"--look", look}, false);
+    touched_ = true;
+    return true;
+  }
+  if (op == "fill") {
+    const std::string role = TextIn(event, "role"), name = TextIn(event, "name");
+    const std::vector<std::string> names = FountainNames();
+    const bool known = std::find(names.begin(), names.end(), name) != names.end();
+    if (known && (role == "fill" || role == "background")) Apply(dialog, {"--" + role, "fountain:" + name}, false);
     touched_ = true;
     return true;
   }

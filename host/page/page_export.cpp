@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "host/encoders/encoders.h"
+#include "host/page/event_fields.h"
 #include "host/page/page_session.h"
 #include "platform/files.h"
 
@@ -50,8 +52,16 @@ std::string ZipFolder(const std::string& folder, const std::string& path) {
 
 }  // namespace
 
+Json PageSession::ExportFormats() {
+  Json formats = Json::array();
+  for (const ExportFormat& row : kFormats) {
+    if (FindFormat(row.extension)) formats.push_back(row.name);
+  }
+  return formats;
+}
+
 void PageSession::Export(const Json& event) {
-  const std::string tag = event.value("tag", ""), wanted = event.value("format", "gif");
+  const std::string tag = TextIn(event, "tag"), wanted = TextIn(event, "format");
   const auto fail = [this, tag](const std::string& sentence) {
     Send({{"type", "file"}, {"for", tag}, {"error", sentence}});
   };

@@ -2,9 +2,10 @@
 #include "host/page/page_session.h"
 
 #include <cstring>
+#include <new>
 
-#include "effects/effect_table.h"
 #include "glyphmotion/host_contract.h"
+#include "host/page/event_fields.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
 #include "platform/run_state.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr int kIdle = 60000;  // milliseconds
 constexpr std::size_t kPathBuffer = 261;
 constexpr int kPositionField = 100, kOk = 1;
+constexpr int kMostUploads = 8;  // the last ones are kept
 
 /// A run's: host calls come without a word of whose they are.
 struct CurrentPage {
@@ -50,7 +52,8 @@ void PageSession::End() {
 
 std::string PageSession::Upload(std::string bytes) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const std::string name = "picture" + std::to_string(uploads_.size() + 1), path = scratch_.Path() + "/" + name;
+  const std::string name = "picture" + std::to_string(uploaded_++ % kMostUploads);
+  const std::string path = scratch_.Path() + "/" + name;
   if (!WriteScratchFile(path, bytes)) return {};
   uploads_[name] = path;
   return name;
@@ -111,7 +114,12 @@ void PageSession::Drive(Dialog& dialog, int templateId) {
     if (HasEnded(dialog)) break;
     const int timer = MillisecondsToNextTimer();
     const auto event = Next(timer < 0 ? kIdle : timer);
-    if (event) Handle(dialog, *event);
+    if (!event) continue;
+    try {
+      Handle(dialog, *event);
+    } catch (const std::bad_alloc&) {
+      Notice("there is not enough memory; try a smaller size or fewer frames");
+    }
   }
   mirror_.Closed();
 }
@@ -129,12 +137,13 @@ Json PageSession::Ask(const char* kind, Json question) {
   for (bool answered = false; !answered && !ending_;) {
     const auto event = Next(kIdle);
     if (!event) continue;
-    const std::string op = event->value("op", "");
+    if (!event->is_object()) continue;
+    const std::string op = TextIn(*event, "op");
     if (op == "snapshot") {
       Snapshot();
       Send(question);
     }
-    if (op != "answer" || event->value("ask", 0) != number) continue;
+    if (op != "answer" || NumberIn(*event, "ask") != number) continue;
     answer = event->value("value", Json());
     answered = true;
   }

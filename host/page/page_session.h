@@ -68,6 +68,7 @@ class PageSession {
   void SetMarker(Dialog& dialog, const Json& event);
   void SetDirection(Dialog& dialog, const Json& event);
   void ChooseEffect(Dialog& dialog, const Json& event);
+  bool IsLook(const std::string& name) const;
   void WishPictures(const Json& event);
   void SubscribeFace(Dialog& dialog, const Json& event);
 
@@ -80,10 +81,12 @@ class PageSession {
   bool Apply(Dialog& dialog, const std::vector<std::string>& words, bool asDefaults);
   void TakeLines(Dialog& dialog, const std::string& lines);
   void NewDocument(Dialog& dialog);
-  bool OpenText(Dialog& dialog, const std::string& name, const std::string& path, const std::string& document);
+  bool OpenText(Dialog& dialog, const std::string& name, const std::string& path, const std::string& document,
+                bool saved = true);
   void OpenKept(Dialog& dialog, const std::string& key);
   void Save(Dialog& dialog, const Json& event);
   void Export(const Json& event);
+  static Json ExportFormats();
   void KeepUnsaved();
   KeptDocument Kept() const;
 
@@ -100,7 +103,8 @@ class PageSession {
   std::condition_variable wake_;
   std::deque<Json> events_;
   std::atomic<bool> ending_{false};
-  std::map<std::string, std::string> uploads_;  ///< name to path; under the mutex
+  std::map<std::string, std::string> uploads_;  ///< name to path; under the mutex, with their number
+  int uploaded_ = 0;
 
   // The dialog's thread alone.
   int asked_ = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/page/session_hall.h"
 
+#include <exception>
 #include <vector>
 
 namespace glyphmotion {
@@ -86,8 +87,12 @@ void SessionHall::Start(const std::string& key, Member& member) {
   member.session = std::make_unique<PageSession>(services_, store_, std::move(start),
                                                  [&outbox](PageMessage message) { outbox.Put(std::move(message)); });
   member.alone = Clock::now();
-  member.thread = std::thread([&member] {
-    member.session->Run();
+  member.thread = std::thread([this, key, &member] {
+    try {
+      member.session->Run();
+    } catch (const std::exception&) {  // out of memory: the page hears that its session is gone, and opens another
+    }
+    store_.Release(key);
     member.over = true;
     member.outbox.Close();
   });
@@ -99,11 +104,11 @@ std::string SessionHall::Enter(const std::string& key) {
   if (found != members_.end() && !found->second->over) {
     found->second->leaving = false;
     found->second->alone = Clock::now();
-    found->second->session->Post({{"op", "snapshot"}});
     return key;
   }
   if (members_.size() >= kMost) return {};
-  const std::string fresh = RandomKey(8);
+  const bool known = key.size() == 16 && key.find_first_not_of("0123456789abcdef") == std::string::npos;
+  const std::string fresh = known && found == members_.end() ? key : RandomKey(8);
   auto member = std::make_shared<Member>();
   Start(fresh, *member);
   members_[fresh] = std::move(member);
@@ -137,7 +142,7 @@ bool SessionHall::Sweep() {
     for (auto at = members_.begin(); at != members_.end();) {
       Member& member = *at->second;
       const auto grace =
-          std::chrono::milliseconds(member.leaving ? options_.graceMilliseconds / 4 : options_.graceMilliseconds);
+          std::chrono::milliseconds(member.leaving ? options_.graceMilliseconds / 2 : options_.graceMilliseconds);
       const bool late = member.listeners == 0 && Clock::now() - member.alone > grace;
       if (!late && !member.over) {
         ++at;

@@ -23,22 +23,14 @@ namespace glyphmotion {
 namespace {
 
 // What a new document shows.
-const std::vector<std::string> kWelcome = {"Glyphmotion",
-                                           "-e",
-                                           "vortex",
-                                           "-s",
-                                           "72",
-                                           "--bold",
-                                           "--pad",
-                                           "12",
-                                           "--fill",
-                                           "fountain:Sunrise,rotation=90",
-                                           "--background",
-                                           "#14152b",
-                                           "--shadow",
-                                           "#000000",
-                                           "--set",
-                                           "Style021OutlineEnable=0"};
+const std::vector<std::string> kWelcome = {"Glyphmotion",  "-e",
+                                           "vortex",       "-s",
+                                           "72",           "--bold",
+                                           "--pad",        "12",
+                                           "--fill",       "fountain:Sunrise,rotation=90",
+                                           "--background", "#14152b",
+                                           "--shadow",     "#000000",
+                                           "--set",        "Style008OutlineEnable=0"};
 
 struct EditWords {
   std::string path;

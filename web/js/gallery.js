@@ -67,7 +67,7 @@ export class Gallery {
     this.effects = hello.effects.map((/** @type {string} */ name, /** @type {number} */ index) => new Tile(name, () => this.choose(index), true));
     byId('effects').replaceChildren(...this.effects.map(tile => tile.element));
     for (const look of hello.looks) {
-      this.looks.set(look.name, new Tile(look.title || look.name, () => this.model.post({op: 'apply', words: ['--look', look.name]}), false));
+      this.looks.set(look.name, new Tile(look.title || look.name, () => this.model.post({op: 'apply', look: look.name}), false));
     }
     byId('looks').replaceChildren(...[...this.looks.values()].map(tile => tile.element));
     byId('looks-shelf').hidden = this.looks.size === 0;

@@ -20,6 +20,7 @@ export function buildGradient(model, dialog) {
     return make('label', {class: 'segment'}, input, make('span', {}, dialog.get(id).label));
   }));
   const choice = freshId();
+  /** @type {{[id: number]: HTMLElement}} */
   const panes = {[kTwo]: make('div', {class: 'rows'}, colourRow(model, dialog, kStart), colourRow(model, dialog, kEnd), numberRow(model, dialog, kMidpoint)),
     [kMany]: new FountainBar(model, dialog, kFountain).element};
   const colours = make('div', {class: 'segments', role: 'radiogroup', 'aria-label': 'Colors'}, ...[kTwo, kMany].map(id => {

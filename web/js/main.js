@@ -102,5 +102,6 @@ function offerRescued() {
   }
 }
 
+Object.assign(window, {glyphmotion: model});  // for the browser's tests and for the curious
 help.load(connection).then(() => { if (model.main) options.render(); });
 connection.start();

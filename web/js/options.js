@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The options of the main dialog, in sections. What there is, its names and its ranges come with the dialog.
-import {checkBox, materialRow, rowOf} from './controls.js';
+import {checkBox, rowOf} from './controls.js';
 import {icon, make} from './dom.js';
 
 /** @typedef {import('./model.js').Model} Model */
@@ -10,6 +10,12 @@ const kEffect = 58;
 /** Names that read better without their dialog around them. @type {{[label: string]: string}} */
 const kNames = {Antialias: 'Smooth edges', Pad: 'Padding', 'Character space': 'Spacing'};
 const kPlainTitle = {letters: 'Letters', timing: 'Timing', output: 'Colors and file'};
+
+/** A fountain as CSS. @param {{start: string, end: string, loop: boolean, markers: [number, string][]}} fountain */
+function gradientOf({start, end, loop, markers}) {
+  const stops = [`${start} 0%`, ...markers.map(([position, colour]) => `${colour} ${position / 2.55}%`), `${loop ? start : end} 100%`];
+  return `linear-gradient(90deg, ${stops.join(', ')})`;
+}
 
 export class Options {
   /** @param {Model} model @param {HTMLElement} place @param {import('./help.js').Help} help */
@@ -92,7 +98,13 @@ export class Options {
 
   /** @param {Facts[]} list */
   fill(list) {
-    return this.frame('fill', 'Fill', list.map(facts => this.row(facts)));
+    const chips = make('div', {class: 'chips', role: 'group', 'aria-label': 'Ready fills'}, ...this.model.hello.fountains.map((/** @type {any} */ each) => {
+      const chip = make('button', {class: 'chip', title: each.name, 'aria-label': each.name, onclick: () => this.model.post({op: 'fill', role: 'fill', name: each.name}, this.model.main)});
+      chip.style.background = gradientOf(each);
+      return chip;
+    }));
+    const [material, ...rest] = list.map(facts => this.row(facts));
+    return material ? this.frame('fill', 'Fill', [material, chips, ...rest]) : null;
   }
 
   /** @param {Facts[]} list */
@@ -121,5 +133,3 @@ export class Options {
   /** @param {Facts[]} list */
   outline(list) { return this.switched('outline', 'Outline', list); }
 }
-
-export {materialRow};

@@ -22,6 +22,7 @@ export function buildPosition(model, dialog) {
 
 /** @param {Model} model @param {Dialog} dialog */
 export function buildTexturePreview(model, dialog) {
-  return make('div', {class: 'layer-body'}, ...[['As a background', 101], ['As the fill of a text', 102]].map(([name, id]) =>
-    make('figure', {}, make('figcaption', {}, name), faceOf(model, dialog, Number(id), {width: 452, height: Number(id) === 101 ? 180 : 130}))));
+  const figure = (/** @type {string} */ name, /** @type {number} */ id, /** @type {number} */ height) =>
+    make('figure', {}, make('figcaption', {}, name), faceOf(model, dialog, id, {width: 452, height}));
+  return make('div', {class: 'layer-body'}, figure('As a background', 101, 180), figure('As the fill of a text', 102, 130));
 }
