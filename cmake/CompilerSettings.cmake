@@ -23,7 +23,11 @@ elseif(MSVC)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 endif()
 
-if(GLYPHMOTION_SANITIZE)
+if(GLYPHMOTION_SANITIZE STREQUAL "thread")
+  target_compile_options(glyphmotion_settings INTERFACE -fsanitize=thread -fno-omit-frame-pointer -O1)
+  target_link_options(glyphmotion_settings INTERFACE -fsanitize=thread)
+  target_compile_definitions(glyphmotion_settings INTERFACE GLYPHMOTION_CLONES=)
+elseif(GLYPHMOTION_SANITIZE)
   target_compile_options(glyphmotion_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
     -fno-omit-frame-pointer -O1)
   target_link_options(glyphmotion_settings INTERFACE -fsanitize=address,undefined)

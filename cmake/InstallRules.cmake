@@ -10,7 +10,7 @@ install(EXPORT glyphmotion_targets NAMESPACE glyphmotion:: DESTINATION ${CMAKE_I
 
 configure_package_config_file(cmake/glyphmotionConfig.cmake.in
   ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfig.cmake
-  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/glyphmotion)
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/glyphmotion PATH_VARS CMAKE_INSTALL_DATADIR)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfigVersion.cmake
+install(FILES cmake/data_folder.cpp.in ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/glyphmotion)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Renders a text and writes each frame as a PPM picture: render_to_frames "Hello" [effect]
+// Renders a text and writes each frame as a PPM picture: render_to_frames "Hello" [effect [fill]]
 #include <glyphmotion/render.h>
 
 #include <cstdio>
@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
   job.settings = {{"Truecolour", "1"}};
   if (argc > 1) job.text = argv[1];
   if (argc > 2) job.effect = argv[2];
+  if (argc > 3) job.fill = argv[3];  // "#RRGGBB", "texture:Marble"
 
   glyphmotion::Sink sink;
   sink.image = WritePpm;

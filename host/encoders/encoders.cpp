@@ -10,6 +10,7 @@
 
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/gif_writer.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/encoders/png_chunks.h"
 #include "host/encoders/screen.h"
 
@@ -17,10 +18,9 @@ namespace glyphmotion {
 namespace {
 
 const char* const kOddImage = "an image arrived that is no packed bitmap; please report this";
-const char* const kDiskRefuses = "the output cannot be written: the disk is full or refuses; free some space";
 
 std::string KeepWriting(Output& output, std::span<const std::uint8_t> bytes) {
-  return output.Write(bytes) ? "" : kDiskRefuses;
+  return output.Write(bytes) ? "" : output.Refusal();
 }
 
 // --- GIF
@@ -109,7 +109,7 @@ std::vector<std::uint8_t> PngOfImage(const DibPixels& dib, int transparentIndex)
 std::string AddPngFrame(Output& output, PngAnimation& animation, const PngPicture& picture,
                         const PngFramePlace& place) {
   const std::vector<std::uint8_t> bytes = animation.Add(picture, place);
-  return bytes.empty() ? "the picture could not be compressed; is memory short?" : KeepWriting(output, bytes);
+  return bytes.empty() ? kOutOfMemory : KeepWriting(output, bytes);
 }
 
 // Palette images share one palette in a PNG. Whether they can is known after the last, so they are kept until then;
@@ -187,8 +187,7 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
     if (!dib) return kOddImage;
     if (state->settings.imageCount == 1) {
       const auto bytes = PngOfImage(dib, image.transparentIndex);
-      return bytes.empty() ? "the picture could not be compressed; is memory short?"
-                           : KeepWriting(state->output, bytes);
+      return bytes.empty() ? kOutOfMemory : KeepWriting(state->output, bytes);
     }
     KeptImage about{{}, image.delay, image.transparentIndex, image.standAlone};
     if (dib.bits > 8) return state->AddColour(dib, about);
@@ -205,6 +204,8 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
 }
 
 // --- WebP
+
+constexpr int kMostWebpPixels = WEBP_MAX_DIMENSION;
 
 struct WebpState {
   Output& output;
@@ -232,12 +233,21 @@ struct WebpState {
   WebpState& operator=(const WebpState&) = delete;
   ~WebpState() { WebPAnimEncoderDelete(encoder); }
 
-  std::string Failure() const {
-    return std::string("the .webp could not be made: ") +
-           (encoder ? WebPAnimEncoderGetError(encoder) : "no encoder for this size (16383 pixels at most)");
+  // Within the format's size only memory keeps the encoder from being made, or a picture from being taken in.
+  std::string Failure(WebPEncodingError error = VP8_ENC_ERROR_OUT_OF_MEMORY) const {
+    if (settings.width > WEBP_MAX_DIMENSION || settings.height > WEBP_MAX_DIMENSION)
+      return "a .webp is at most 16383 pixels wide and high";
+    if (!encoder || error == VP8_ENC_ERROR_OUT_OF_MEMORY || error == VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY)
+      return kOutOfMemory;
+    return std::string("the .webp could not be made: ") + WebPAnimEncoderGetError(encoder);
   }
 
   std::string Add(const DibPixels& dib, const Image& image) {
+    if (settings.width > kMostWebpPixels || settings.height > kMostWebpPixels) {
+      return "a .webp is at most " + std::to_string(kMostWebpPixels) + " pixels wide and high, and this one is " +
+             std::to_string(settings.width) + " x " + std::to_string(settings.height) +
+             "; choose a smaller size or write .png";
+    }
     if (!encoder) return Failure();
     screen.Show(dib, image.transparentIndex, image.standAlone);
     WebPPicture picture;
@@ -249,7 +259,7 @@ struct WebpState {
                        WebPAnimEncoderAdd(encoder, &picture, time, &config);
     WebPPictureFree(&picture);
     time += image.delay * settings.delayUnit;
-    return added ? "" : Failure();
+    return added ? "" : Failure(picture.error_code);
   }
 
   std::string Finish() {
@@ -284,8 +294,8 @@ Encoder OpenFolder(Output& output, const EncoderSettings&) {
     char name[24];
     std::snprintf(name, sizeof name, "%04d.png", image.number);
     const auto bytes = PngOfImage(dib, image.transparentIndex);
-    if (bytes.empty()) return "the picture could not be compressed; is memory short?";
-    return output.WriteMember(name, bytes) ? "" : kDiskRefuses;
+    if (bytes.empty()) return kOutOfMemory;
+    return output.WriteMember(name, bytes) ? "" : output.Refusal();
   };
   encoder.finish = [] { return std::string(); };
   return encoder;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstring>
+#include <new>
 
 namespace glyphmotion {
 namespace {
@@ -33,9 +34,15 @@ void PutChunk(Bytes& out, const char* type, const Bytes& head, std::span<const s
   PutU32(out, static_cast<std::uint32_t>(crc32(0, out.data() + start, static_cast<uInt>(out.size() - start))));
 }
 
-void Append(png_structp png, png_bytep bytes, std::size_t count) {
-  auto* out = static_cast<Bytes*>(png_get_io_ptr(png));
-  out->insert(out->end(), bytes, bytes + count);
+// No exception may cross libpng, which would leave its memory behind.
+bool Append(Bytes& out, png_const_bytep bytes, std::size_t count) noexcept try {
+  out.insert(out.end(), bytes, bytes + count);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+void Write(png_structp png, png_bytep bytes, std::size_t count) {
+  if (!Append(*static_cast<Bytes*>(png_get_io_ptr(png)), bytes, count)) png_error(png, "out of memory");
 }
 void NoFlush(png_structp) {}
 void NoWarning(png_structp, png_const_charp) {}
@@ -85,7 +92,7 @@ std::vector<std::uint8_t> WritePng(const PngPicture& picture) {
     png_destroy_write_struct(&png, &info);
     return {};
   }
-  png_set_write_fn(png, &out, Append, NoFlush);
+  png_set_write_fn(png, &out, Write, NoFlush);
   PutHeader(png, info, picture);
   png_set_compression_level(png, 6);
   png_set_filter(png, 0, picture.kind == PngKind::Palette ? PNG_FILTER_NONE : PNG_FILTER_SUB | PNG_FILTER_UP);

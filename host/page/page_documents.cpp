@@ -113,7 +113,7 @@ void PageSession::SendDocument(Dialog& dialog) {
 // The document's lines with its font, which the dialog itself leaves as it is.
 void PageSession::TakeLines(Dialog& dialog, const std::string& lines) {
   TakeDocumentText(dialog, lines);
-  const std::string font = FontOfDocumentText(lines);
+  const std::string font = SummariseDocumentText(lines).font;
   if (!font.empty() && HasFontFamily(font)) {
     int index = SelectText(dialog, ControlId::Font, font);
     if (index < 0) index = AddItem(dialog, ControlId::Font, font);
@@ -133,7 +133,7 @@ bool PageSession::Apply(Dialog& dialog, const std::vector<std::string>& words, b
   job->action = Job::Action::None;
   if (!asDefaults) job->defaults.clear();
   std::vector<std::string> heard;
-  ScriptedUser user(*job, heard);
+  ScriptedUser user(*job, heard, SettingsSummary());
   heard_ = &heard;
   user.Play(dialog, nullptr);
   heard_ = nullptr;

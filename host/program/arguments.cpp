@@ -330,7 +330,8 @@ void ReadPalette(Typed& typed, const Catalogue& catalogue) {
   job.settings.emplace_back("MainPalette", std::to_string(index));
 }
 
-// What the program wants unless somebody says otherwise. A palette asked for in a format with all colours is meant.
+// What the program wants unless the files say otherwise, and the colours that the format takes. A palette asked for in
+// a format with all colours is meant.
 void AddDefaults(Typed& typed) {
   Job& job = typed.arguments.job;
   job.defaults = {{"AddDescriptiveCommentBlock", "0"},
@@ -339,7 +340,7 @@ void AddDefaults(Typed& typed) {
                   {"14", "1"}};
   const EncoderFormat* format = FindFormat(typed.arguments.extension);
   const bool prefersPalette = typed.palette || (format ? format->paletteFormat : job.paletteFormat);
-  if (job.trueColourFormat) job.defaults.emplace_back("Truecolour", prefersPalette ? "0" : "1");
+  if (job.trueColourFormat) job.settings.emplace_back("Truecolour", prefersPalette ? "0" : "1");
 }
 
 void CheckHonoured(const Job& job, const std::string& key) {
@@ -363,6 +364,7 @@ void ReadControls(Typed& typed) {
     const long number =
         NumberInRange(option, typed.numbers[i], row.minimum, hundredths ? kMostHundredths : row.maximum);
     job.settings.emplace_back(row.key, std::to_string(number));
+    typed.arguments.optionOfKey.emplace_back(row.key, option);
   }
   for (std::size_t i = 0; i < std::size(kSwitchOptions); ++i) {
     const SwitchOption& row = kSwitchOptions[i];
@@ -370,16 +372,26 @@ void ReadControls(Typed& typed) {
     const std::string value = std::string(row.value) == "01" ? (typed.switches[i] > 0 ? "1" : "0") : row.value;
     if (value == "1") CheckHonoured(job, row.key);
     job.settings.emplace_back(row.key, value);
+    typed.arguments.optionOfKey.emplace_back(row.key, FirstName(row.name));
+  }
+}
+
+bool IsOn(const Typed& typed, std::string_view name) {
+  const auto* row = std::find_if(std::begin(kSwitchOptions), std::end(kSwitchOptions),
+                                 [&](const SwitchOption& one) { return one.name == name; });
+  return typed.switches[static_cast<std::size_t>(row - kSwitchOptions)] > 0;
+}
+
+void RefuseTransparentSample(const Typed& typed) {
+  for (const char* option : {"--alpha", "--transparent"}) {
+    if (typed.sample && IsOn(typed, option))
+      Refuse(std::string("--sample has no transparency; leave ") + option + " out, or build the animation");
   }
 }
 
 // Options that are taken, as the dialog's checks are, but change nothing beside others.
 void NoteIdleOptions(Typed& typed) {
-  const auto isOn = [&](std::string_view name) {
-    const auto* row = std::find_if(std::begin(kSwitchOptions), std::end(kSwitchOptions),
-                                   [&](const SwitchOption& one) { return one.name == name; });
-    return typed.switches[static_cast<std::size_t>(row - kSwitchOptions)] > 0;
-  };
+  const auto isOn = [&](std::string_view name) { return IsOn(typed, name); };
   const bool fixedPalette = typed.palette && Lower(*typed.palette) != "custom";
   const struct {
     bool applies;
@@ -429,7 +441,9 @@ void ReadFiles(const Typed& typed) {
   const std::string& document = typed.arguments.job.documentFile;
   std::error_code error;
   if (!document.empty() && !std::filesystem::is_regular_file(document, error))
-    Refuse("the document '" + document + "' cannot be found; check its name");
+    Refuse("the document '" + document + "' " +
+           (std::filesystem::exists(document, error) ? "is not a regular file; name a .GM4 file"
+                                                     : "cannot be found; check its name"));
   const std::filesystem::path settings = typed.arguments.job.settingsFile;
   if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
     Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");
@@ -458,6 +472,7 @@ Arguments Resolve(Typed& typed, const Catalogue& catalogue) {
   AddDefaults(typed);
   ReadPalette(typed, catalogue);
   ReadControls(typed);
+  RefuseTransparentSample(typed);
   NoteIdleOptions(typed);
   ReadSets(typed, catalogue);
   ReadFiles(typed);
@@ -487,11 +502,11 @@ std::string OptionForm(const std::string& name) {
   return form;
 }
 
-std::string InOptionTerms(std::string sentence) {
-  for (const NumberOption& row : kNumberOptions) {
-    const std::string quoted = std::string("'") + row.key + "'";
-    const std::size_t at = row.key[0] == '@' ? sentence.find(quoted) : std::string::npos;
-    if (at != std::string::npos) sentence.replace(at, quoted.size(), FirstName(row.name));
+std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
+  for (const auto& [key, option] : arguments.optionOfKey) {
+    const std::string quoted = "'" + key + "'";
+    const std::size_t at = sentence.find(quoted);
+    if (at != std::string::npos) sentence.replace(at, quoted.size(), option);
   }
   return sentence;
 }

@@ -34,6 +34,7 @@ struct Arguments {
   bool quiet = false;
   std::optional<bool> progress;    ///< nothing: as the terminal is
   std::vector<std::string> notes;  ///< sentences about options that change nothing beside others
+  std::vector<std::pair<std::string, std::string>> optionOfKey;  ///< the settings that came from options of their own
 };
 
 /// What became of the command line: arguments to run with, or a text to print and an exit code.
@@ -53,8 +54,8 @@ const std::vector<std::string>& PaletteOptionNames();
 /// "Background Hyperspace" as the command line writes it: "background-hyperspace".
 std::string OptionForm(const std::string& name);
 
-/// A sentence about a job's settings with the option's name in the place of each setting that only an option makes.
-std::string InOptionTerms(std::string sentence);
+/// A sentence about a job's settings with the option's name in the place of each setting that an option made.
+std::string InOptionTerms(std::string sentence, const Arguments& arguments);
 
 /// The one of `names` that is nearest to `word` by edits, case ignored; empty when none is near.
 std::string NearestName(const std::string& word, const std::vector<std::string>& names);

@@ -106,16 +106,40 @@ constexpr const char* kHead =
     "<h1>Glyphmotion</h1>\n<p>Twenty-one ways to set a line of text in motion. Each picture is one "
     "command.</p>\n<main>\n";
 
+// The folders of a path that were not there. What stays empty goes again.
+class NewFolders {
+ public:
+  bool Make(const std::filesystem::path& folder, std::error_code& error) {
+    for (std::filesystem::path path = folder; !path.empty() && !std::filesystem::exists(path, error);
+         path = path.parent_path())
+      made_.push_back(path);
+    error.clear();
+    std::filesystem::create_directories(folder, error);
+    return !error;
+  }
+  NewFolders() = default;
+  NewFolders(const NewFolders&) = delete;
+  NewFolders& operator=(const NewFolders&) = delete;
+  ~NewFolders() {
+    std::error_code error;
+    for (const std::filesystem::path& path : made_) std::filesystem::remove(path, error);  // only empty ones go
+  }
+
+ private:
+  std::vector<std::filesystem::path> made_;  // innermost first
+};
+
 }  // namespace
 
 bool IsGallery(const std::vector<std::string>& words) {
-  return words.size() == 2 && words[0] == "gallery" && !words[1].empty() && words[1][0] != '-';
+  if (words.empty() || words[0] != "gallery") return false;
+  return words.size() == 1 || (words.size() == 2 && !words[1].empty() && words[1][0] != '-');
 }
 
 std::string WriteGallery(const std::string& folder, const std::function<int(const std::vector<std::string>&)>& run) {
+  NewFolders made;
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) return "the folder '" + folder + "' cannot be made: " + error.message();
+  if (!made.Make(folder, error)) return "the folder '" + folder + "' cannot be made: " + error.message();
   std::string page = kHead;
   for (const Exhibit& exhibit : Exhibits()) {
     const std::string picture = std::string(exhibit.effect) + ".webp";

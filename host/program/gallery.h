@@ -8,7 +8,7 @@
 
 namespace glyphmotion {
 
-/// True when the words after the program's name ask for the gallery: "gallery" and a folder, no more.
+/// True when the words after the program's name ask for the gallery: "gallery" alone, or a folder after it and no more.
 bool IsGallery(const std::vector<std::string>& words);
 
 /// Renders each effect with options that suit it and writes index.html beside the pictures. `run` runs the program on

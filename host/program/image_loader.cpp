@@ -58,9 +58,10 @@ PackedDib DecodeWebp(const std::string& bytes) {
 }  // namespace
 
 PackedDib LoadPicture(const std::string& path, std::string& error) {
-  const std::optional<std::string> bytes = ReadWholeFile(path, kMaxFileBytes);
+  std::string why;
+  const std::optional<std::string> bytes = ReadWholeFile(path, kMaxFileBytes, &why);
   if (!bytes) {
-    error = "the picture '" + path + "' cannot be read; check its name";
+    error = "the picture '" + path + "' cannot be read: " + why;
     return {};
   }
   PackedDib dib = bytes->compare(0, 4, "RIFF") == 0 ? DecodeWebp(*bytes) : DecodePng(*bytes);

@@ -1,22 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "host/program/program.h"
 
+#include <cxxabi.h>
+
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <optional>
+#include <typeinfo>
 
 #include "glyphmotion/render.h"
 #include "host/encoders/encoders.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/image_loader.h"
+#include "host/program/interrupts.h"
 #include "host/program/lists.h"
 #include "host/program/progress.h"
 #include "host/program/sample_picture.h"
@@ -28,15 +32,29 @@
 namespace glyphmotion {
 namespace {
 
-// Set by signal handlers.
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
-
 int Fail(const std::string& sentence, int code = kExitFailed) {
   std::string line = sentence;
   std::replace(line.begin(), line.end(), '\n', ' ');
   std::fprintf(stderr, "glyphmotion: error: %s\n", line.c_str());
   return code;
+}
+
+// These two allocate nothing: standard error has no buffer.
+int FailForMemory() noexcept {
+  std::fputs("glyphmotion: error: ", stderr);
+  std::fputs(kOutOfMemory, stderr);
+  std::fputs("\n", stderr);
+  return kExitFailed;
+}
+int FailUnexpectedly(const char* what) noexcept {
+  std::fprintf(stderr, "glyphmotion: error: something unexpected happened: %s\n", what);
+  return kExitFailed;
+}
+
+void PrintNotes(const Arguments& arguments, const std::vector<std::string>& notes) {
+  if (arguments.quiet) return;
+  for (const std::string& note : notes)
+    std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
 }
 
 Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
@@ -70,7 +88,7 @@ std::string AddSample(Run& run, Image image) {
   PackedDib reduced;
   if (FindFormat(run.arguments.extension)->paletteFormat) {
     reduced = ReduceToPalette(image.dib);
-    if (!reduced) return "memory is out; try a smaller size";
+    if (!reduced) return kOutOfMemory;
   }
   const LockedBlock<DibHeader> bytes(reduced.Handle());
   if (bytes) image.dib = {reinterpret_cast<const std::uint8_t*>(bytes.get()), BlockSize(reduced.Handle())};
@@ -94,7 +112,7 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
-  sink.stop = &interrupted;
+  sink.stop = &InterruptRequest();
   return sink;
 }
 
@@ -112,31 +130,32 @@ std::string OpenOutputs(Run& run) {
 
 std::string MessageOf(const Run& run, const RenderResult& result) {
   if (!run.error.empty()) return run.error;
-  if (!result.message.empty()) return InOptionTerms(result.message);
-  return result.dialogMessages.empty() ? "the run failed" : result.dialogMessages.front();
+  if (!result.message.empty()) return InOptionTerms(result.message, run.arguments);
+  return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
-// Empty when the output is whole, else one sentence.
-std::string KeepOutput(Run& run, const RenderResult& result) {
-  constexpr const char* kInterrupted = "interrupted; nothing was written";
-  if (interrupted) return kInterrupted;
-  if (result.status != RenderStatus::Done) return MessageOf(run, result);
-  if (run.arguments.job.action == Job::Action::None) return {};
-  if (result.images == 0 && run.arguments.job.action != Job::Action::Sample)
+// Gives the pictures their name, where some were asked for. Empty when all went well, else one sentence.
+std::string KeepPictures(Run& run, const RenderResult& result) {
+  const Job::Action action = run.arguments.job.action;
+  if (action == Job::Action::None) return {};
+  if (result.images == 0 && action != Job::Action::Sample)
     return "the effect built no frame; is there anything to see in the text?";
   if (!run.output) return {};
   if (!run.encoder) return "no picture arrived; is there anything to see in the text?";
   std::string error = run.encoder->finish();
-  if (interrupted) return kInterrupted;
-  return error.empty() ? run.output.Keep() : error;
+  return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
 
 int Conclude(Run& run, const RenderResult& result) {
-  const std::string trouble = KeepOutput(run, result);
-  if (interrupted) return Fail(trouble, kExitInterrupted);
-  if (!trouble.empty()) return Fail(trouble, result.status == RenderStatus::BadJob ? kExitUsage : kExitFailed);
-  if (!run.output) return kExitDone;
-  if (!run.arguments.quiet && ErrorsGoToTerminal())
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
+  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
+  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
+  const bool hasPictures = run.encoder.has_value();
+  const std::string trouble = KeepPictures(run, result);
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
+  if (!trouble.empty()) return Fail(trouble);
+  PrintNotes(run.arguments, result.notes);
+  if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
                  std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
   return kExitDone;
@@ -150,15 +169,18 @@ int PrintedWell(int code) {
   return Fail(std::string("standard output cannot be written: ") + std::strerror(errno ? errno : EIO));
 }
 
+Job WithLoader(Job job) {
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  return job;
+}
+
 int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  Job job = arguments.job;
-  job.loadImage = [](const std::string& path, std::string& trouble) {
-    return WordOf(LoadPicture(path, trouble).Release());
-  };
-  const RenderResult result = Render(job, SinkOf(run));
+  const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -169,18 +191,11 @@ int Execute(const Arguments& arguments) {
 
 }  // namespace
 
-void CatchInterrupts() {
-  std::signal(SIGINT, [](int) { interrupted = true; });
-  std::signal(SIGTERM, [](int) { interrupted = true; });
-  std::signal(SIGHUP, [](int) { interrupted = true; });
-  std::signal(SIGPIPE, SIG_IGN);  // a reader of the progress bar that goes away must not leave half a file
-}
-
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
   const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
   error = parsed.error;
   if (!parsed.arguments) return std::nullopt;
-  return parsed.arguments->job;
+  return WithLoader(parsed.arguments->job);
 }
 
 std::string RunWords(const std::vector<std::string>& words) {
@@ -188,7 +203,9 @@ std::string RunWords(const std::vector<std::string>& words) {
   if (!parsed.arguments) return parsed.error;
   Run run(*parsed.arguments);
   const std::string error = OpenOutputs(run);
-  return error.empty() ? KeepOutput(run, Render(parsed.arguments->job, SinkOf(run))) : error;
+  if (!error.empty()) return error;
+  const RenderResult result = Render(WithLoader(parsed.arguments->job), SinkOf(run));
+  return result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
 }
 
 int RunProgram(const std::vector<std::string>& words) {
@@ -196,16 +213,20 @@ int RunProgram(const std::vector<std::string>& words) {
     if (IsEdit(words)) {
       bool usage = false;
       const std::string trouble = Edit(
-          words, [] { return interrupted != 0; }, usage);
+          words, [] { return InterruptedCode() != 0; }, usage);
       return trouble.empty() ? kExitDone : Fail(trouble, usage ? kExitUsage : kExitFailed);
     }
     if (IsSwatch(words)) {
       SetImageLoader(LoadPicture);
-      const std::string trouble = WriteSwatch(words);
-      return trouble.empty() ? kExitDone : Fail(trouble, kExitUsage);
+      bool badUsage = false;
+      const std::string trouble = WriteSwatch(words, badUsage);
+      if (trouble == kOutOfMemory) return FailForMemory();
+      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     if (IsGallery(words)) {
+      if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
       const std::string trouble = WriteGallery(words[1], RunProgram);
+      if (InterruptedCode()) return InterruptedCode();  // said by the picture that was under way
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();
@@ -219,15 +240,27 @@ int RunProgram(const std::vector<std::string>& words) {
       const std::string trouble = PrintList(parsed.arguments->list, catalogue);
       return trouble.empty() ? PrintedWell(kExitDone) : Fail(trouble);
     }
-    if (!parsed.arguments->quiet)
-      for (const std::string& note : parsed.arguments->notes)
-        std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
+    PrintNotes(*parsed.arguments, parsed.arguments->notes);
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {
-    return Fail("memory is out; try a smaller size or fewer frames");
+    return FailForMemory();
   } catch (const std::exception& error) {
-    return Fail(std::string("something unexpected happened: ") + error.what());
+    return FailUnexpectedly(error.what());
   }
+}
+
+int RunMain(int argc, char** argv) noexcept try {
+  return RunProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
+} catch (const std::bad_alloc&) {
+  return FailForMemory();
+}
+
+void EndWithoutMemory() noexcept {
+  const std::type_info* type = abi::__cxa_current_exception_type();
+  // No type: there was no memory even for the exception.
+  if (type && *type != typeid(std::bad_alloc)) std::abort();
+  FailForMemory();
+  std::_Exit(kExitFailed);
 }
 
 }  // namespace glyphmotion

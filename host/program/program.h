@@ -11,14 +11,17 @@
 namespace glyphmotion {
 
 /// Exit codes of the program.
-enum ExitCode { kExitDone = 0, kExitFailed = 1, kExitUsage = 2, kExitInterrupted = 130 };
+enum ExitCode { kExitDone = 0, kExitFailed = 1, kExitUsage = 2 };
 
 /// Runs the program with the words after its name. Prints to standard output (lists, help) and standard error. Returns
-/// an ExitCode.
+/// an ExitCode, or 128 and the number of the signal that interrupted the run.
 int RunProgram(const std::vector<std::string>& words);
 
-/// After this, Ctrl-C ends a run in order: nothing unfinished is left behind, and RunProgram returns kExitInterrupted.
-void CatchInterrupts();
+/// The same with the arguments of main(); also reports a lack of memory for its own start.
+int RunMain(int argc, char** argv) noexcept;
+
+/// For std::set_terminate: reports a lack of memory and ends with kExitFailed, or aborts for anything else.
+[[noreturn]] void EndWithoutMemory() noexcept;
 
 /// The job that the words of a command line stand for; nothing, with one sentence, when they are wrong.
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error);

@@ -6,6 +6,7 @@
 
 #include "host/encoders/encoders.h"
 #include "materials/material_text.h"
+#include "materials/texture_library.h"
 #include "materials/tile.h"
 
 namespace glyphmotion {
@@ -19,6 +20,8 @@ struct Request {
 };
 
 std::string Parse(const std::vector<std::string>& words, Request& request) {
+  const std::string usage = "write swatch MATERIAL -o FILE.png [--width N] [--height N]";
+  if (words.size() == 1) return "swatch needs a material; " + usage;
   CLI::App app;
   app.add_option("material", request.material)->required();
   app.add_option("-o,--output", request.output)->required();
@@ -28,15 +31,17 @@ std::string Parse(const std::vector<std::string>& words, Request& request) {
   try {
     app.parse(reversed);
   } catch (const CLI::ParseError& error) {
-    return std::string(error.what()) + "; write swatch MATERIAL -o FILE.png [--width N] [--height N]";
+    return std::string(error.what()) + "; " + usage;
   }
   return {};
 }
 
+const EncoderFormat* FormatOf(const std::string& path) {
+  const EncoderFormat* format = FindFormat(std::filesystem::path(path).extension().string());
+  return format && !format->paletteFormat ? format : nullptr;
+}
+
 std::string Write(const PackedDib& picture, const std::string& path) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  const EncoderFormat* format = FindFormat(extension);
-  if (!format || format->paletteFormat) return "'" + path + "' has no file type for a swatch; use .png or .webp";
   std::string error;
   Output output = Output::File(path, error);
   if (!error.empty()) return error;
@@ -47,7 +52,7 @@ std::string Write(const PackedDib& picture, const std::string& path) {
   image.width = view.Width();
   image.height = view.Height();
   image.bits = view.Bits();
-  Encoder encoder = format->open(output, {image.width, image.height, 1, 1, -1});
+  Encoder encoder = FormatOf(path)->open(output, {image.width, image.height, 1, 1, -1});
   error = encoder.add(image);
   if (error.empty()) error = encoder.finish();
   return error.empty() ? output.Keep() : error;
@@ -56,19 +61,25 @@ std::string Write(const PackedDib& picture, const std::string& path) {
 }  // namespace
 
 bool IsSwatch(const std::vector<std::string>& words) {
-  return words.size() >= 2 && words[0] == "swatch" && (words[1][0] == '#' || words[1].find(':') != std::string::npos);
+  if (words.empty() || words[0] != "swatch") return false;
+  return words.size() == 1 || words[1].starts_with('#') || words[1].find(':') != std::string::npos;
 }
 
-std::string WriteSwatch(const std::vector<std::string>& words) {
+std::string WriteSwatch(const std::vector<std::string>& words, bool& badUsage) {
+  badUsage = true;
   Request request;
   std::string error = Parse(words, request);
   if (!error.empty()) return error;
+  if (!FormatOf(request.output)) return "'" + request.output + "' has no file type for a swatch; use .png or .webp";
   Material material;
   DefaultMaterial(material, 0);
   if (!ParseMaterial(request.material, material, error)) return error;
+  badUsage = false;
   if (!material.Tile.TileBitmap) LoadTileOf(material.Tile);
   const PackedDib tile(HandleOf(material.Tile.TileBitmap));
   const PackedDib picture = MaterialToBitmap(material, request.width, request.height);
+  // Any other fill of a size that is allowed fails for lack of memory alone.
+  if (!picture && (material.Kind != kTexture || material.Texture.TextureType < kTextureTypes)) throw std::bad_alloc();
   if (!picture) return "the material '" + request.material + "' cannot be drawn at this size; try a smaller one";
   return Write(picture, request.output);
 }

@@ -7,6 +7,7 @@
 
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/gif_writer.h"
+#include "host/encoders/out_of_memory.h"
 #include "image/frame_list.h"
 #include "image/packed_dib.h"
 #include "image/quantise.h"
@@ -20,7 +21,6 @@ constexpr std::uint32_t kLargestSide = 65535;  // of a GIF
 constexpr std::uint64_t kColourValue = 100, kIndexValue = 101;
 constexpr std::size_t kLongestComment = 65536;  // bytes; a plug-in that forgets the terminator is stopped here
 constexpr std::uint8_t kHalfOpaque = 128;
-const char* const kMemoryIsOut = "memory is out; try a smaller size or fewer frames";
 
 // --- Frames with all colours, brought to one palette ---
 
@@ -132,7 +132,7 @@ bool IsRecord(const Record* record) {
 std::vector<std::uint8_t> GifOf(const Animation& animation, std::string& error) try {
   error = "there is no picture to write";
   if (animation.frames.empty()) return {};
-  error = kMemoryIsOut;
+  error = kOutOfMemory;
   GifWriter writer(animation.width, animation.height);
   if (!animation.comment.empty()) writer.SetComment(animation.comment);
   const bool allColours = std::any_of(animation.frames.begin(), animation.frames.end(),
@@ -142,7 +142,7 @@ std::vector<std::uint8_t> GifOf(const Animation& animation, std::string& error) 
   error.clear();
   return file;
 } catch (const std::bad_alloc&) {
-  error = kMemoryIsOut;
+  error = kOutOfMemory;
   return {};
 }
 

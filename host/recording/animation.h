@@ -30,7 +30,7 @@ struct Animation {
 };
 
 /// The whole file of an animation as a GIF. Frames with all colours get one palette for all of them; what is less than
-/// half opaque becomes transparent. Empty, with one sentence in `error`, when there is no frame or memory is out.
+/// half opaque becomes transparent. Empty, with one sentence in `error`, when there is no frame or out of memory.
 std::vector<std::uint8_t> GifOf(const Animation& animation, std::string& error);
 
 /// Puts an animation together from the calls of one task. Each function answers as HostCall has to: false for

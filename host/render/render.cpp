@@ -6,9 +6,12 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <new>
 
 #include "glyphmotion/host_contract.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/render/render_user.h"
+#include "host/render/run_notes.h"
 #include "image/packed_dib.h"
 #include "materials/material_text.h"
 #include "platform/dialog_driver.h"
@@ -17,9 +20,11 @@
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 #include "shell/operation_names.h"
+#include "shell/settings.h"
 
 namespace glyphmotion {
 namespace {
@@ -37,7 +42,7 @@ std::span<const std::uint8_t> BytesOf(const T* record) {
 // The host's side of one run.
 class Session {
  public:
-  Session(const Job& job, const Sink& sink) : job_(job), sink_(sink) {}
+  Session(const Job& job, const Sink& sink) : shortFrames(job), job_(job), sink_(sink) {}
 
   std::uint64_t Answer(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) noexcept {
     try {
@@ -61,6 +66,7 @@ class Session {
   }
 
   std::exception_ptr exception;
+  ShortFrames shortFrames;
   int images = 0;
   bool finished = false, cancelled = false, refused = false;
 
@@ -86,8 +92,10 @@ class Session {
   static void Stop() { CurrentRun().RequestEnd(); }
 
   bool Give(const Image& image) {
+    if (sink_.image && !sink_.image(image)) return false;
     ++images;
-    return !sink_.image || sink_.image(image);
+    if (!image.sample) shortFrames.Add(image.delay);
+    return true;
   }
 
   void Report(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b) {
@@ -213,6 +221,7 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
   FolderOverrides own = folders;
   own.settingsFile = job.settingsFile;
   own.perControlFolder = "";
+  own.hostWritesSettings = true;
   SetFolderOverrides(std::move(own));
   FailAllocation(job.failAllocation);
   CurrentRun().WatchRequest(sink.stop);
@@ -225,13 +234,15 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
 
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
-  if (messages.empty()) return "nothing was built";
+  // A dialog that cannot even be made says nothing, and a panel fails for nothing else.
+  if (messages.empty()) return kOutOfMemory;
   const std::string& last = messages.back();
-  if (last != "Memory error" || job.failAllocation != 0) return last;
+  if (last == LoadText(kTextPanelFailed)) return kOutOfMemory;
+  if (last != LoadText(kTextMemoryError)) return last;
   if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
-  return "Memory error: the effect made no frame with these options, or the pictures do not fit into memory; try "
-         "another number of frames or a smaller size";
+  return "out of memory, or the effect makes no frame with these options: try a smaller size or another number of "
+         "frames";
 }
 
 // As PLUGIN16DoBuild would: what the dialog throws has been told, or is a lack of memory.
@@ -243,20 +254,33 @@ void Perform(const HostCallTable& table) noexcept {
 }
 
 // The settings file is written at the end of every run: what is somebody else's must not be lost that way.
-std::string SettingsFileTrouble(const std::string& path) {
+std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settings) {
   std::error_code code;
   if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
-  if (!std::filesystem::is_regular_file(path, code)) return {};
+  if (!std::filesystem::exists(path, code)) return {};
+  if (!std::filesystem::is_regular_file(path, code))
+    return "'" + path + "' is not a regular file; name a settings file";
   const std::optional<std::string> bytes = ReadWholeFile(path);
-  if (bytes && (bytes->empty() || bytes->find("[PlugIn]") != std::string::npos)) return {};
-  return "'" + path + "' is no settings file of this program and would be overwritten; name another one";
+  if (!bytes || (!bytes->empty() && bytes->find("[PlugIn]") == std::string::npos))
+    return "'" + path + "' is not a settings file of this program and would be overwritten; name another one";
+  settings = SummariseSettings(*bytes);
+  return {};
+}
+
+// An empty text, or one sentence. A dialog that never stood leaves the file as it is.
+std::string WriteSettings(const Job& job, const ScriptedUser& user) {
+  if (job.settingsFile.empty() || !user.Values()) return {};
+  const std::string_view remark = user.Values()->ForSettings();
+  if (AtomicWriteFile(job.settingsFile, SettingsText(remark))) return {};
+  return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the space on its disk";
 }
 
 }  // namespace
 
-RenderResult Render(const Job& job, const Sink& sink) {
+RenderResult Render(const Job& job, const Sink& sink) try {
   RenderResult result;
-  if (const std::string trouble = SettingsFileTrouble(job.settingsFile); !trouble.empty()) {
+  SettingsSummary settings;
+  if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings); !trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
     return result;
@@ -266,7 +290,7 @@ RenderResult Render(const Job& job, const Sink& sink) {
   const RunScope scope(run);
   PrepareRun(job, sink, folders);
   Session session(job, sink);
-  ScriptedUser user(job, result.dialogMessages);
+  ScriptedUser user(job, result.dialogMessages, std::move(settings));
   UiResponder responder;
   responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
     result.dialogMessages.push_back(text);
@@ -288,11 +312,14 @@ RenderResult Render(const Job& job, const Sink& sink) {
   if (job.trueColourFormat) table.hostFlags |= HostFlagTrueColorFormat;
   run.Member<CurrentSession>().session = &session;
   Perform(table);
+  const std::string settingsTrouble = WriteSettings(job, user);
   const bool allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
   const BlockCounters live = LiveBlocksOf(run);
   result.blocks = live.blocks;
   result.locks = live.locks;
   result.images = session.images;
+  result.notes = user.Notes();
+  if (const std::string note = session.shortFrames.Note(); !note.empty()) result.notes.push_back(note);
   if (session.exception) std::rethrow_exception(session.exception);
 
   // What is asked of a run that has handed everything over comes too late.
@@ -308,6 +335,17 @@ RenderResult Render(const Job& job, const Sink& sink) {
     result.status = RenderStatus::Done;
   } else {
     result.message = Explain(job, session, result.dialogMessages);
+  }
+  if (result.status == RenderStatus::Done && !settingsTrouble.empty()) {
+    result.status = RenderStatus::Failed;
+    result.message = settingsTrouble;
+  }
+  return result;
+} catch (const std::bad_alloc&) {
+  RenderResult result;
+  try {
+    result.message = kOutOfMemory;
+  } catch (const std::bad_alloc&) {  // an empty message of a failed run says the same
   }
   return result;
 }

@@ -9,11 +9,14 @@
 #include "controls/families.h"
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
+#include "host/encoders/out_of_memory.h"
+#include "host/render/run_notes.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
+#include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
 #include "shell/main_dialog.h"
@@ -45,6 +48,16 @@ std::optional<bool> ParseSwitch(const std::string& text) {
     if (EqualsIgnoringCase(text, no)) return false;
   }
   return std::nullopt;
+}
+
+/// Why a text cannot be animated; empty when it can. The one place that says so.
+std::string TextTrouble(const std::string& text) {
+  constexpr std::string_view kBreaks[] = {"\n", "\r", "\xE2\x80\xA8", "\xE2\x80\xA9"};
+  const bool broken = std::any_of(std::begin(kBreaks), std::end(kBreaks),
+                                  [&](std::string_view line) { return text.find(line) != std::string::npos; });
+  if (broken) return "the text has a line break; only one line can be animated, so put a blank in its place";
+  if (text.find('\0') != std::string::npos) return "the text has a NUL byte; leave it out";
+  return {};
 }
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
@@ -93,19 +106,43 @@ bool ScriptedUser::FailRun(std::string sentence) {
 }
 
 void ScriptedUser::Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
-  played_ = LoadDocumentFirst(dialog) &&
-            std::all_of(job_.defaults.begin(), job_.defaults.end(),
-                        [&](const auto& setting) { return Apply(dialog, setting); }) &&
-            ChooseEffect(dialog) && (!job_.text || Apply(dialog, {"MainText", *job_.text})) && SetMaterials(dialog) &&
-            std::all_of(job_.settings.begin(), job_.settings.end(),
-                        [&](const auto& setting) { return Apply(dialog, setting); }) &&
-            Finish(dialog, sample);
+  values_.TakeSettings();
+  started_ = true;
+  if (fontOfSettings_) TakeFontOfFile(TextVariable("MainFontName"));
+  if (!LoadDocumentFirst(dialog) || !ApplyAll(dialog, values_.RunValues(dialog, notes_)) || !ApplyOptions(dialog))
+    return;
+  TakeNotes(dialog);
+  played_ = Finish(dialog, sample);
+}
+
+// Every file names a font. The built-in default there is nobody's wish.
+void ScriptedUser::TakeFontOfFile(const std::string& family) {
+  fontAsked_ = family == FindVariable("MainFontName")->row->defaultText ? std::string() : family;
+}
+
+bool ScriptedUser::ApplyAll(Dialog& dialog, const std::vector<Job::Setting>& settings) {
+  return std::all_of(settings.begin(), settings.end(), [&](const auto& setting) { return Apply(dialog, setting); });
+}
+
+bool ScriptedUser::ApplyOptions(Dialog& dialog) {
+  if (!ChooseEffect(dialog) || (job_.text && !Apply(dialog, {"MainText", *job_.text})) || !SetMaterials(dialog))
+    return false;
+  for (const Job::Setting& setting : job_.settings) values_.TakeOption(setting.first);
+  return ApplyAll(dialog, job_.settings);
+}
+
+void ScriptedUser::TakeNotes(const Dialog& dialog) {
+  const auto add = [&](std::vector<std::string> more) { notes_.insert(notes_.end(), more.begin(), more.end()); };
+  if (job_.text && !IsUtf8(*job_.text)) notes_.push_back("the text is not valid UTF-8; it is read as Windows-1252");
+  add(IdleSettings(dialog, job_));
+  if (job_.action != Job::Action::None) add(FontNotes(dialog, fontAsked_));
 }
 
 bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (job_.documentFile.empty()) return true;
   const std::size_t told = messages_.size();
   LoadDocument(dialog, job_.documentFile);
+  if (messages_.size() > told && messages_.back() == LoadText(kTextMemoryError)) return FailRun(kOutOfMemory);
   if (messages_.size() > told)
     return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
   Pump(dialog);
@@ -114,9 +151,14 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
        {MainControl::TrueColour, ControlId::AlphaTransparency, MainControl::Transparent, MainControl::Supercompress}) {
     if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
   }
+  DocumentSummary document = SummariseDocument(job_.documentFile);
+  if (!document.complete)
+    notes_.push_back("the document " + Quote(job_.documentFile) +
+                     " is incomplete: it has no closing line; what it holds is used");
   // The dialog's own rule leaves the font as it is; a script has no other way to say it.
-  const std::string font = FontOfDocument(job_.documentFile);
-  if (!font.empty() && HasFontFamily(font)) SetFont(dialog, font);
+  if (!document.font.empty() && HasFontFamily(document.font)) SetFont(dialog, document.font);
+  if (!document.font.empty()) TakeFontOfFile(document.font);
+  values_.TakeDocument(std::move(document));
   return true;
 }
 
@@ -163,7 +205,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   Variable* variable = FindVariable(key);
   if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
   if (variable->row->flags & kSettingText) {
-    variable->text = CutText(setting.second, kMaxTextLength);
+    variable->text = CutCharacters(setting.second, kMaxTextLength);
     return true;
   }
   if (variable->row->flags & kSettingSwitch) {
@@ -208,7 +250,8 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
     }
     case ControlKind::Edit: {
-      if (DecodeText(value).size() > kMaxTextLength) {
+      if (const std::string trouble = TextTrouble(value); !trouble.empty()) return Fail(trouble);
+      if (CountCharacters(value) > kMaxTextLength) {
         return Fail("the text is too long: at most " + std::to_string(kMaxTextLength) + " characters are allowed");
       }
       return Type(dialog, id, value) || refused();
@@ -216,7 +259,10 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     case ControlKind::Combo:
     case ControlKind::SortedCombo:
     case ControlKind::List: {
-      if (id == ControlId::Font) return SetFont(dialog, value);
+      if (id == ControlId::Font) {
+        fontAsked_ = value;
+        return SetFont(dialog, value);
+      }
       const std::optional<std::int64_t> number = ParseInteger(value);
       int index = number && *number >= 0 && *number < ItemCount(dialog, id) ? static_cast<int>(*number) : -1;
       for (int i = 0; index < 0 && i < ItemCount(dialog, id); ++i) {
@@ -247,7 +293,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   Material material;
   {
     const auto held = LockMaterial(dialog, id);
-    if (!held) return FailRun("there is no memory left for the fill " + Quote(text));
+    if (!held) return FailRun(kOutOfMemory);
     material = *held;
   }
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
@@ -257,7 +303,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
   if (SetMaterial(dialog, id, material)) return true;
   FreeBlock(HandleOf(material.Tile.TileBitmap));
-  return FailRun("there is no memory left for the fill " + Quote(text));
+  return FailRun(kOutOfMemory);
 }
 
 bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
@@ -292,15 +338,21 @@ bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
 }
 
 bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
-  if (!job_.saveDocumentFile.empty() && !SaveDocument(dialog, job_.saveDocumentFile)) {
-    return FailRun("the document " + Quote(job_.saveDocumentFile) + " cannot be written; check its folder");
+  const std::string& document = job_.saveDocumentFile;
+  if (!document.empty() && !SaveDocument(dialog, document, values_.ForDocument())) {
+    const bool memory = !messages_.empty() && messages_.back() == LoadText(kTextMemoryError);
+    return FailRun(memory ? kOutOfMemory
+                          : "the document " + Quote(document) +
+                                " cannot be written; check its folder and the space on its disk");
   }
   switch (job_.action) {
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
       const PackedDib frame = RenderSample(dialog, 0, 0);
-      if (!frame) return FailRun("the effect made no picture of this text; try another text or a smaller size");
+      if (!frame)
+        return FailRun(
+            "out of memory, or the effect makes no picture of this text: try another text or a smaller size");
       sample(frame);
       return true;
     }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "host/render/file_values.h"
 #include "image/packed_dib.h"
 #include "platform/dialog.h"
 
@@ -14,8 +15,12 @@ namespace glyphmotion {
 
 class ScriptedUser {
  public:
-  /// `messages` grows with what the dialog's message boxes say.
-  ScriptedUser(const Job& job, const std::vector<std::string>& messages) : job_(job), messages_(messages) {}
+  /// `messages` grows with what the dialog's message boxes say; `settings` is what the job's settings file says.
+  ScriptedUser(const Job& job, const std::vector<std::string>& messages, SettingsSummary settings)
+      : job_(job),
+        messages_(messages),
+        fontOfSettings_(settings.keys.contains("MainFontName")),
+        values_(job, std::move(settings)) {}
 
   /// Sets the controls in the order of force and presses the button of the job's action; a sample goes to `sample`. On
   /// a value that is wrong nothing is pressed and Error() says why.
@@ -27,9 +32,17 @@ class ScriptedUser {
   bool RunFailed() const { return runFailed_; }
   /// The script came to its end and, for a sample or a saved document, did what was asked.
   bool Played() const { return played_; }
+  /// Null until the dialog has stood: its values are then not those of the settings file.
+  const FileValues* Values() const { return started_ ? &values_ : nullptr; }
+  /// What the run does other than it was asked, one sentence each.
+  const std::vector<std::string>& Notes() const { return notes_; }
 
  private:
   bool LoadDocumentFirst(Dialog& dialog);
+  bool ApplyAll(Dialog& dialog, const std::vector<Job::Setting>& settings);
+  bool ApplyOptions(Dialog& dialog);
+  void TakeFontOfFile(const std::string& family);
+  void TakeNotes(const Dialog& dialog);
   bool ChooseEffect(Dialog& dialog);
   bool SetMaterials(Dialog& dialog);
   bool Apply(Dialog& dialog, const Job::Setting& setting);
@@ -44,7 +57,12 @@ class ScriptedUser {
 
   const Job& job_;
   const std::vector<std::string>& messages_;
+  bool fontOfSettings_;
+  FileValues values_;
+  std::vector<std::string> notes_;
+  std::string fontAsked_;  // by an option, the document or the settings file; empty: by nobody
   std::string error_;
+  bool started_ = false;
   bool runFailed_ = false;
   bool played_ = false;
 };

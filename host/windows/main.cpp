@@ -2,6 +2,7 @@
 // glyphmotion-host.exe: a window around the plug-in.
 #include <exception>
 
+#include "host/encoders/out_of_memory.h"
 #include "host/windows/desktop.h"
 #include "host/windows/main_window.h"
 #include "host/windows/options.h"
@@ -41,7 +42,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   try {
     code = glyphmotion::Run();
   } catch (const std::exception&) {
-    glyphmotion::Tell(nullptr, "memory is out; close some other programs", true);
+    glyphmotion::Tell(nullptr, glyphmotion::kOutOfMemory, true);
   }
   CoUninitialize();
   return code;

@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "host/encoders/out_of_memory.h"
 #include "host/windows/commands.h"
 #include "host/windows/desktop.h"
 #include "host/windows/host_calls.h"
@@ -347,7 +348,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   try {
     return Handle(*host, message, wParam, lParam);
   } catch (const std::exception&) {
-    Fail(*host, "memory is out; try a smaller size or fewer frames");
+    Fail(*host, kOutOfMemory);
     return 0;
   }
 }

@@ -8,7 +8,9 @@
  * All records are little-endian and packed as shown; offsets and sizes are part of the contract. Every record that the
  * plug-in sends starts with its own size and the interface version 0x1000.
  *
- * Threads: all calls, in both directions, are made on the thread that called PLUGIN16DoBuild.
+ * Threads: all calls of a run, in both directions, are made on the thread that called PLUGIN16DoBuild for it. Each call
+ * of PLUGIN16DoBuild is a run with a state of its own: a host may make one in each of several threads, and another one
+ * within a host call before it returns.
  */
 #ifndef GLYPHMOTION_HOST_CONTRACT_H
 #define GLYPHMOTION_HOST_CONTRACT_H
@@ -73,7 +75,7 @@ enum {
   HostOpGetFileDialogSize = 21
 };
 
-/* The single entry point of a host. Must return before the next call; must not re-enter the dialog. */
+/* The single entry point of a host. Must not re-enter the dialog that calls; another PLUGIN16DoBuild is fine. */
 typedef uint64_t (*HostCallFunction)(void* task, uint32_t operation, uint64_t a, uint64_t b);
 
 /* Owned by the host, alive and unchanged until PLUGIN16DoBuild returns. */
@@ -156,14 +158,15 @@ GLYPHMOTION_EXPORT void GlyphmotionUnlockBlock(uint64_t handle);
 GLYPHMOTION_EXPORT size_t GlyphmotionBlockSize(uint64_t handle);
 /* A new zeroed block, for the answer to HostOpLoadImage; 0 when memory is out. */
 GLYPHMOTION_EXPORT uint64_t GlyphmotionAllocateBlock(size_t bytes);
-/* Blocks and locks that are alive in this process; both are zero between runs. */
+/* Blocks and locks that are alive in this process; both are zero while no run is on. Any thread may use any block. */
 GLYPHMOTION_EXPORT void GlyphmotionLiveBlocks(uint64_t* blocks, uint64_t* locks);
 
 /* The main dialog while it runs. Control ids are those that `glyphmotion --list controls` names. */
 typedef struct GlyphmotionDialog GlyphmotionDialog;
 
 /* Called by PLUGIN16DoBuild once the dialog stands; plays the user. When it returns and the dialog has not ended, the
- * dialog is cancelled. Null takes the driver away, and a dialog without a driver is cancelled at once. */
+ * dialog is cancelled. The driver plays every dialog that the calling thread opens from then on, until it is replaced;
+ * null takes it away, and a dialog without a driver is cancelled at once. */
 typedef void (*GlyphmotionDriver)(GlyphmotionDialog* dialog, void* context);
 GLYPHMOTION_EXPORT void GlyphmotionSetDriver(GlyphmotionDriver driver, void* context);
 

@@ -30,10 +30,15 @@ struct Job {
   /// The outline's colour of the chosen effect, "#rrggbb"; empty: as it is.
   std::string outline;
   std::vector<Setting> settings;  ///< applied after everything else, in order
-  std::vector<Setting> defaults;  ///< applied after the settings file and the document, before everything above
+  /// What the run uses where neither the settings file nor the document says anything. Numbers and checks with a key
+  /// are not saved: the files keep what they had, or the built-in default.
+  std::vector<Setting> defaults;
 
   /// Loaded first and saved at the end; may be missing or empty, but what is another kind of file is refused. No name:
-  /// built-in defaults, nothing saved.
+  /// built-in defaults, nothing saved. A run whose settings cannot be saved fails.
+  /// Delay and Pause in this file and in documents are hundredths of a second unless the file says milliseconds; they
+  /// stay the times that they are. In `settings` and `defaults` they are in the output's unit: hundredths with
+  /// `paletteFormat`, else milliseconds.
   std::string settingsFile;
   std::string documentFile;      ///< a .GM4 to load first
   std::string saveDocumentFile;  ///< a .GM4 to write before the build
@@ -117,8 +122,9 @@ struct RenderResult {
   RenderStatus status = RenderStatus::Failed;
   std::string message;                      ///< one sentence; empty when done
   std::vector<std::string> dialogMessages;  ///< what the dialog's message boxes said, in order
-  int images = 0;
-  std::uint64_t blocks = 0, locks = 0;  ///< memory blocks and locks that the run left behind: zero and zero
+  std::vector<std::string> notes;           ///< what the run did other than it was asked, one sentence each
+  int images = 0;                           ///< that the sink accepted
+  std::uint64_t blocks = 0, locks = 0;      ///< memory blocks and locks that the run left behind: zero and zero
 };
 
 /// Runs a job, on the calling thread, from which the sink is called too. Never throws (but for what the sink throws).

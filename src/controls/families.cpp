@@ -12,7 +12,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kTextInLine = 1024, kTextInVariable = 260;  // bytes
+constexpr std::size_t kTextInLine = 1024, kTextInVariable = 260;  // characters
 
 bool EqualStem(std::string_view line, std::string_view stem) {
   for (std::size_t i = 0; i < stem.size(); ++i) {
@@ -150,9 +150,9 @@ void LoadCheck(Dialog& dialog, int id, const std::string& value) {
 }
 void ShowCheck(Dialog& dialog, int id, const Variable& variable) { SetCheck(dialog, id, variable.number != 0); }
 
-void SaveText(Dialog& dialog, int id, std::string& line) { line += CutText(GetText(dialog, id), kTextInLine); }
+void SaveText(Dialog& dialog, int id, std::string& line) { line += CutCharacters(GetText(dialog, id), kTextInLine); }
 void StoreText(Dialog& dialog, int id, Variable& variable) {
-  variable.text = CutText(GetText(dialog, id), kTextInVariable);
+  variable.text = CutCharacters(GetText(dialog, id), kTextInVariable);
 }
 void LoadText(Dialog& dialog, int id, const std::string& value) {
   SetText(dialog, id, value);

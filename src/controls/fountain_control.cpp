@@ -89,65 +89,84 @@ void LoadLine(Dialog& dialog, int id, const std::string& value) {
 }
 
 // The control's private messages ------------------------------------------------------------------------------------
+// While a question or a message is open, the windows below may go, and the record with them: nothing stays locked, and
+// the record is looked up anew for every change.
+
+std::optional<FountainSpec> CopyOf(const Dialog& dialog, int id) {
+  const auto fountain = LockFountain(dialog, id);
+  return fountain ? std::optional(*fountain) : std::nullopt;
+}
+
+// Nothing where there is no such handle.
+std::optional<std::uint32_t> EntryOf(const FountainSpec& fountain, int index) {
+  if (index == kStartHandle) return fountain.StartColour;
+  if (index == kEndHandle) return fountain.EndColour;
+  if (index < 0 || index >= MarkerCountOf(fountain)) return std::nullopt;
+  return fountain.Markers[index];
+}
+
+void SetEntry(FountainSpec& fountain, int index, std::uint32_t entry) {
+  if (index == kStartHandle) {
+    fountain.StartColour = entry;
+  } else if (index == kEndHandle) {
+    fountain.EndColour = entry;
+  } else {
+    fountain.Markers[index] = entry;
+  }
+}
 
 void ChangeColour(Dialog& dialog, int id, int index) {
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain || (index == kEndHandle && fountain->Flags & kFountainLooped)) return;
-  if (index >= MarkerCountOf(*fountain) || index < kEndHandle) {
+  const auto before = CopyOf(dialog, id);
+  if (!before || (index == kEndHandle && before->Flags & kFountainLooped)) return;
+  const auto old = EntryOf(*before, index);
+  if (!old) {
     ShowMessage(&dialog, LoadText(kTextInternalError));
     return;
   }
-  std::uint32_t entry = index == kStartHandle ? fountain->StartColour
-                        : index == kEndHandle ? fountain->EndColour
-                                              : fountain->Markers[index];
-  const auto colour = AskColour(&dialog, entry & 0xFFFFFF);
+  const auto colour = AskColour(&dialog, *old & 0xFFFFFF);
   if (!colour) return;
-  entry = (entry & 0xFF000000) | (*colour & 0xFFFFFF);
-  if (index == kStartHandle) {
-    fountain->StartColour = entry;
-  } else if (index == kEndHandle) {
-    fountain->EndColour = entry;
-  } else {
-    fountain->Markers[index] = entry;
-  }
+  const auto fountain = LockFountain(dialog, id);
+  const auto entry = fountain ? EntryOf(*fountain, index) : std::nullopt;
+  if (!entry) return;
+  SetEntry(*fountain, index, (*entry & 0xFF000000) | (*colour & 0xFFFFFF));
   Changed(dialog, id, *fountain);
 }
 
 void AddMarker(Dialog& dialog, int id, int wanted) {
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain) return;
-  const int position = FreePosition(*fountain, wanted);
+  const auto before = CopyOf(dialog, id);
+  if (!before) return;
+  const int position = FreePosition(*before, wanted);
   if (position < 0) {
     ShowMessage(&dialog, LoadText(kTextNoMarkerSpace));
     return;
   }
   const auto colour = AskColour(&dialog, 0x808080);
   if (!colour) return;
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain || MarkerCountOf(*fountain) == kMaxMarkers) return;
   fountain->Markers[fountain->MarkerCount++] = MakeMarker(position, *colour);
   SortMarkers(*fountain);
   Changed(dialog, id, *fountain);
 }
 
 void DeleteMarker(Dialog& dialog, int id, int index) {
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain) return;
-  if (fountain->MarkerCount == 0) {
-    ShowMessage(&dialog, LoadText(kTextMarkerNotDeleted));
+  int trouble = 0;
+  if (const auto fountain = LockFountain(dialog, id); !fountain) {
+    return;
+  } else if (fountain->MarkerCount == 0) {
+    trouble = kTextMarkerNotDeleted;
   } else if (!RemoveMarker(*fountain, index)) {
-    ShowMessage(&dialog, LoadText(kTextInternalError));
+    trouble = kTextInternalError;
   } else {
     Changed(dialog, id, *fountain);
   }
+  if (trouble) ShowMessage(&dialog, LoadText(trouble));
 }
 
-// While the question stands, the windows below may go, and the record with them: it is looked up anew for every change.
 void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
-  FountainSpec before;
-  if (const auto fountain = LockFountain(dialog, id); fountain && index >= 0 && index < MarkerCountOf(*fountain)) {
-    before = *fountain;
-  } else {
-    return;
-  }
+  const auto copy = CopyOf(dialog, id);
+  if (!copy || index < 0 || index >= MarkerCountOf(*copy)) return;
+  const FountainSpec& before = *copy;
   const auto place = [&](std::optional<int> wanted) {
     const auto fountain = LockFountain(dialog, id);
     if (!fountain) return;
@@ -199,14 +218,14 @@ void MarkerMenu(Dialog& dialog, int id, int index, MenuPlace place = {}) {
 
 // The control keeps its own flags and name.
 void ManageLibrary(Dialog& dialog, int id) {
+  auto chosen = CopyOf(dialog, id);
+  if (!chosen || !Windows().manageLibrary || !Windows().manageLibrary(dialog, *chosen)) return;
   const auto fountain = LockFountain(dialog, id);
-  if (!fountain || !Windows().manageLibrary) return;
-  FountainSpec chosen = *fountain;
-  if (!Windows().manageLibrary(dialog, chosen)) return;
-  fountain->MarkerCount = chosen.MarkerCount;
-  fountain->StartColour = chosen.StartColour;
-  fountain->EndColour = chosen.EndColour;
-  std::memcpy(fountain->Markers, chosen.Markers, sizeof chosen.Markers);
+  if (!fountain) return;
+  fountain->MarkerCount = chosen->MarkerCount;
+  fountain->StartColour = chosen->StartColour;
+  fountain->EndColour = chosen->EndColour;
+  std::memcpy(fountain->Markers, chosen->Markers, sizeof chosen->Markers);
   Changed(dialog, id, *fountain);
 }
 
@@ -216,8 +235,9 @@ void BarMenu(Dialog& dialog, int id, MenuPlace place = {}) {
   const int chosen = ChooseFrom(dialog, id, place, items);
   if (chosen == kManageLibrary) return ManageLibrary(dialog, id);
   if (chosen != kAddToLibrary) return;
-  const auto fountain = LockFountain(dialog, id);
-  if (!fountain || !AddToFountainLibrary(FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
+  const auto fountain = CopyOf(dialog, id);
+  if (!fountain ||
+      !AddToFountainLibrary(FountainLibraryPath(), FountainLibraryPathToWrite(), *fountain, CurrentTime())) {
     ShowMessage(&dialog, LoadText(kTextFountainNotAdded));
   }
 }
@@ -247,11 +267,13 @@ bool MoveMarker(Dialog& dialog, int id, FountainSpec& fountain, int& index, int 
   return true;
 }
 
-void Drag(Dialog& dialog, int id, FountainSpec& fountain, int x) {
+void Drag(Dialog& dialog, int id, int x) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return;
   const Extent extent = ExtentOf(dialog, id);
   const Rect bar = FountainBar(extent.width, extent.height);
   const int position = (x - bar.left) * 255 / std::max(bar.Width(), 1);
-  if (MoveMarker(dialog, id, fountain, Input().draggedMarker, position)) Input().chosenHandle = Input().draggedMarker;
+  if (MoveMarker(dialog, id, *fountain, Input().draggedMarker, position)) Input().chosenHandle = Input().draggedMarker;
 }
 
 void LeftUp(Dialog& dialog, int id, const Message& message) {
@@ -282,10 +304,12 @@ int ChosenHandle(const FountainSpec& fountain) {
 }
 
 // Past other markers to the next free position.
-void StepMarker(Dialog& dialog, int id, FountainSpec& fountain, int step) {
-  const int from = PositionOfHandle(fountain, Input().chosenHandle);
+void StepMarker(Dialog& dialog, int id, int step) {
+  const auto fountain = LockFountain(dialog, id);
+  if (!fountain) return;
+  const int from = PositionOfHandle(*fountain, Input().chosenHandle);
   for (int position = from + step; position >= 1 && position <= 255; position += step) {
-    if (MoveMarker(dialog, id, fountain, Input().chosenHandle, position)) return;
+    if (MoveMarker(dialog, id, *fountain, Input().chosenHandle, position)) return;
   }
 }
 
@@ -298,7 +322,7 @@ void AddBeside(Dialog& dialog, int id, const FountainSpec& fountain) {
 }
 
 // Left and right choose a handle; up and down move it.
-bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
+bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int key) {
   Input().chosenHandle = ChosenHandle(fountain);
   const int place = PlaceOfHandle(fountain, Input().chosenHandle);
   const Extent extent = ExtentOf(dialog, id);
@@ -313,7 +337,7 @@ bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
       return true;
     case kKeyUp:
     case kKeyDown:
-      StepMarker(dialog, id, fountain, key == kKeyUp ? 1 : -1);
+      StepMarker(dialog, id, key == kKeyUp ? 1 : -1);
       return true;
     case kKeySpace:
       return ChangeColour(dialog, id, Input().chosenHandle), true;
@@ -331,7 +355,7 @@ bool PressFountainKey(Dialog& dialog, int id, FountainSpec& fountain, int key) {
 }
 
 bool InputFountain(Dialog& dialog, int id, const Message& message) {
-  const auto fountain = LockFountain(dialog, id);
+  const auto fountain = CopyOf(dialog, id);
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
   const auto argument = static_cast<int>(static_cast<std::int64_t>(message.a));
@@ -345,7 +369,7 @@ bool InputFountain(Dialog& dialog, int id, const Message& message) {
       if (Input().draggedMarker >= 0) CaptureMouse(dialog, id);
       return true;
     case kMessageMouseMove:
-      if (dragging) Drag(dialog, id, *fountain, argument);
+      if (dragging) Drag(dialog, id, argument);
       return true;
     case kMessageLeftUp:
       return LeftUp(dialog, id, message), true;
@@ -488,6 +512,7 @@ void DestroyFountain(Dialog& dialog, int id) {
   if (const auto fountain = LockFountain(dialog, id); fountain) {
     FreePreview(*fountain);
     if (fountain->Flags & kFountainKeepsFile) {
+      EnsureFolder(PerControlFolder());
       AtomicWriteFile(FountainPath(id), {reinterpret_cast<const char*>(fountain.get()), sizeof(FountainSpec)});
     }
   }

@@ -56,9 +56,9 @@ void DestroyFountain(Dialog& dialog, int id);
 /// Fountain%05.5d.mtrl in the folder of per-control files; empty when there is none. Holds the memory form, 585 bytes.
 std::string FountainPath(int id);
 
-/// FountainLibrary.fll in the data folder.
+/// The user's own FountainLibrary.fll, or the shipped one.
 std::string FountainLibraryPath();
-/// Where it is written; empty when there is no such place.
+/// The user's own place for it, whose folder is made; empty when that cannot be.
 std::string FountainLibraryPathToWrite();
 
 /// The windows that the control opens; without them, positions are asked for by name and the library is not managed.

@@ -26,7 +26,6 @@ constexpr int kListEdge = 2;  // the sunken edge of a list, which its items lie 
 
 struct LibrarySession {
   FountainSpec& fountain;  // the control's, and then the one taken
-  std::string path;        // where it is written
   bool changed = false;
 };
 
@@ -84,7 +83,7 @@ bool WriteLibrary(const Dialog& dialog) {
     if (!fountain) return false;
     fountains.push_back(*fountain);
   }
-  return WriteFountainLibrary(SessionOf(dialog).path, fountains, CurrentTime());
+  return WriteFountainLibrary(FountainLibraryPathToWrite(), fountains, CurrentTime());
 }
 
 // Without memory for another one the old preview stays.
@@ -246,7 +245,7 @@ std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
 }  // namespace
 
 bool ManageFountainLibrary(Dialog& owner, FountainSpec& fountain) {
-  LibrarySession session{fountain, FountainLibraryPathToWrite()};
+  LibrarySession session{fountain};
   return RunModal(kFountainLibraryDialogTemplate, owner, LibraryProcedure, &session) == kUse;
 }
 

@@ -421,8 +421,9 @@ bool ChooseTileGroup(Dialog* owner, TileEditor& editor, const std::string& name)
 }
 
 bool FindTile(TileEditor& editor) {
+  const std::string path = PathOfTile(editor.tile);
   const bool here = editor.tile.TileIndex < editor.group.tiles.size() && HandleOf(editor.tile.TileBitmap) &&
-                    PathOfTile(editor.tile) == LibraryPath(editor.fileName);
+                    (path == LibraryReference(editor.fileName) || path == LibraryPath(editor.fileName));
   editor.selected = here ? static_cast<int>(editor.tile.TileIndex) : -1;
   return here;
 }
@@ -434,7 +435,7 @@ bool SelectTile(Dialog* owner, TileEditor& editor, int i) {
   FreeBlock(HandleOf(editor.tile.TileBitmap));
   editor.tile.TileBitmap = WordOf(copy.Release());
   editor.tile.TileIndex = static_cast<std::uint32_t>(i);
-  SetTilePath(editor.tile, LibraryPath(editor.fileName));
+  SetTilePath(editor.tile, LibraryReference(editor.fileName));
   editor.selected = i;
   return true;
 }
@@ -443,7 +444,7 @@ bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& c
   if (shift) {
     if (!StartGroup(owner, editor, kTiles)) return false;
     Current().tiles = editor.fileName;
-    if (editor.selected >= 0) SetTilePath(editor.tile, LibraryPath(editor.fileName));
+    if (editor.selected >= 0) SetTilePath(editor.tile, LibraryReference(editor.fileName));
     return true;
   }
   if (!editor.group.writeable) return Refuse(owner, kTextTilesProtected);

@@ -62,7 +62,7 @@ void LoadLine(Dialog& dialog, int id, const std::string& value) {
   SetData(dialog, id, WordOf(block.Release()));
   const auto material = LockMaterial(dialog, id);
   material->Preview = 0;
-  material->ButtonState = 0;
+  material->ButtonState &= ~kPressedBits;
   material->Tile.TileBitmap = 0;
   if (material->Kind == kTile) LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
@@ -160,8 +160,8 @@ void EditMaterial(Dialog& dialog, int id) {
 void Release(Dialog& dialog, int id, Material& material) {
   if (!HasCapture(dialog, id)) return;
   ReleaseMouse(dialog);
-  const std::uint32_t pressed = material.ButtonState;
-  material.ButtonState = 0;
+  const std::uint32_t pressed = material.ButtonState & kPressedBits;
+  material.ButtonState &= ~kPressedBits;
   if (pressed) Invalidate(dialog, id);
   if (pressed & kArrowPressed) {
     PostToControl(dialog, id, {kMessageKindMenu, 0, 0});
@@ -172,7 +172,7 @@ void Release(Dialog& dialog, int id, Material& material) {
 
 // The mouse has gone elsewhere: nothing was chosen.
 void LetGo(Dialog& dialog, int id, Material& material) {
-  material.ButtonState = 0;
+  material.ButtonState &= ~kPressedBits;
   Invalidate(dialog, id);
 }
 
@@ -292,7 +292,7 @@ bool SetMaterial(Dialog& dialog, int id, const Material& source) {
   if (!material) return false;
   *material = source;
   material->Preview = material->Fountain.Preview = 0;
-  material->ButtonState = 0;
+  material->ButtonState &= ~kPressedBits;
   FreeMaterial(BlockOf(dialog, id));
   SetData(dialog, id, WordOf(block.Release()));
   RenderPreviewAndAverage(dialog, id, *material);
@@ -327,7 +327,7 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {
   if (!material) return;
   // The default library is taken whatever the file said.
   FreeBlock(HandleOf(material->Tile.TileBitmap));
-  SetTilePath(material->Tile, LibraryPath(kTileLibraryName));
+  SetTilePath(material->Tile, LibraryReference(kTileLibraryName));
   LoadTileOf(material->Tile);
   RenderPreviewAndAverage(dialog, id, *material);
 }
@@ -340,6 +340,7 @@ void DestroyMaterial(Dialog& dialog, int id) {
     FreeBlock(HandleOf(material->Tile.TileBitmap));
     material->Preview = material->Tile.TileBitmap = 0;
   }
+  EnsureFolder(PerControlFolder());
   SaveMaterial(block, MaterialPath(id));
   FreeMaterial(block);
   SetData(dialog, id, 0);

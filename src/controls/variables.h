@@ -12,7 +12,7 @@
 
 namespace glyphmotion {
 
-/// One variable: `number` for switches and numbers, `text` (at most 260 bytes) for texts.
+/// One variable: `number` for switches and numbers, `text` (at most 260 characters) for texts.
 struct Variable {
   const SettingsRow* row = nullptr;
   std::uint32_t number = 0;

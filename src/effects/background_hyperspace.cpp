@@ -44,7 +44,12 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 
 }  // namespace
 
-const EffectDescriptor kBackgroundHyperspace = {
-    "Background Hyperspace", &kBackgroundHyperspacePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kBackgroundHyperspace = {"Background Hyperspace",
+                                                &kBackgroundHyperspacePanel,
+                                                Test,
+                                                Build,
+                                                TransparentColour<kRoles.background>,
+                                                &kRoles,
+                                                kLoops};
 
 }  // namespace glyphmotion

@@ -136,6 +136,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>,
+                                  &kRoles,  kLoops};
 
 }  // namespace glyphmotion

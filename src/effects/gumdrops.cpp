@@ -262,6 +262,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kGumdrops = {"Gumdrops", &kGumdropsPanel, Test, Build, TransparentColour<kRoles.background>,
-                                    &kRoles};
+                                    &kRoles,    kLoops};
 
 }  // namespace glyphmotion

@@ -44,6 +44,6 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 }  // namespace
 
 const EffectDescriptor kHyperspace = {
-    "Hyperspace", &kHyperspacePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+    "Hyperspace", &kHyperspacePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
 
 }  // namespace glyphmotion

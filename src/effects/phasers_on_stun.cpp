@@ -136,6 +136,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kPhasersOnStun = {
-    "Phasers on Stun", &kPhasersOnStunPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+    "Phasers on Stun", &kPhasersOnStunPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
 
 }  // namespace glyphmotion

@@ -22,6 +22,12 @@ enum EffectFlags : std::uint32_t {
   kBuildCall = 4
 };
 
+/// What an effect makes of the common options.
+enum EffectTraits : std::uint32_t {
+  kLoops = 1,         ///< no frame rests, so Pause changes nothing
+  kCanStandStill = 2  ///< reads Animated
+};
+
 /// The one argument of an effect's functions; zero but for what the caller sets.
 struct EffectContext {
   Dialog* dialog = nullptr;                  ///< every control is reached through it
@@ -44,6 +50,7 @@ struct EffectDescriptor {
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
   const PanelRoles* roles = nullptr;  ///< the panel's controls by role
+  std::uint32_t traits = 0;           ///< EffectTraits
 };
 
 /// The renderer of one frame; empty on failure.

@@ -139,6 +139,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kRadar = {"Radar", &kRadarPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kRadar = {"Radar", &kRadarPanel, Test, Build, TransparentColour<kRoles.background>,
+                                 &kRoles, kLoops};
 
 }  // namespace glyphmotion

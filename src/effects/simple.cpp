@@ -82,6 +82,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>,
+                                  &kRoles,  kCanStandStill};
 
 }  // namespace glyphmotion

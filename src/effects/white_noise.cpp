@@ -188,6 +188,6 @@ int Build(EffectContext& context) noexcept {
 }  // namespace
 
 const EffectDescriptor kWhiteNoise = {
-    "White Noise", &kWhiteNoisePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+    "White Noise", &kWhiteNoisePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
 
 }  // namespace glyphmotion

@@ -216,13 +216,14 @@ bool WriteFountainLibrary(const std::string& path, const std::vector<FountainSpe
   }
 }
 
-bool AddToFountainLibrary(const std::string& path, const FountainSpec& fountain, std::int64_t seconds) noexcept {
+bool AddToFountainLibrary(const std::string& from, const std::string& path, const FountainSpec& fountain,
+                          std::int64_t seconds) noexcept {
   try {
     if (path.empty()) return false;
     std::string bytes;
-    if (!ReadFileBytes(path, bytes)) {
+    if (!ReadFileBytes(from, bytes)) {
       // A library that only cannot be read now must not give way to a new one.
-      return !FileExists(path) && WriteFountainLibrary(path, {fountain}, seconds);
+      return !FileExists(from) && WriteFountainLibrary(path, {fountain}, seconds);
     }
     LibraryHeader header;
     if (bytes.size() < sizeof(header)) return false;

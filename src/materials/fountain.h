@@ -61,7 +61,9 @@ bool ReadFountainLibrary(const std::string& path, std::vector<FountainSpec>& fou
 bool WriteFountainLibrary(const std::string& path, const std::vector<FountainSpec>& fountains,
                           std::int64_t seconds) noexcept;
 
-/// Appends one fountain; a missing file is made. False when the file is no library or cannot be written.
-bool AddToFountainLibrary(const std::string& path, const FountainSpec& fountain, std::int64_t seconds) noexcept;
+/// Writes the library `from`, with one fountain more, to `path`, which may be the same. A missing one counts as empty.
+/// False when `from` is not a library or `path` cannot be written.
+bool AddToFountainLibrary(const std::string& from, const std::string& path, const FountainSpec& fountain,
+                          std::int64_t seconds) noexcept;
 
 }  // namespace glyphmotion

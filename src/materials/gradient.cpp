@@ -67,14 +67,13 @@ std::optional<std::vector<Colour>> GradientTable(const GradientSpec& gradient, c
   Table table(static_cast<std::size_t>(n));
   if (n == 0) return table;
   const Colour start = gradient.StartColour & 0xFFFFFF, end = gradient.EndColour & 0xFFFFFF;
-  const int pad = gradient.EdgePad > 0 ? Truncate(gradient.EdgePad / 100.0 * n) : 0;
-  const int inner = n - 2 * pad;
-  // Only records from foreign hands hold a pad that leaves nothing between.
-  if (inner < 1) return std::nullopt;
+  // Only foreign records hold a pad of 50 or more, which leaves nothing between the ends.
+  const int pad = gradient.EdgePad > 0 ? std::min(Truncate(gradient.EdgePad / 100.0 * n), n) : 0;
+  const int inner = std::max(n - 2 * pad, 0);
   std::fill_n(table.begin(), pad, start);
   std::fill_n(table.end() - pad, pad, end);
   if (!gradient.TwoColor) {
-    if (!FillFromFountain(table, fountain, pad, inner)) return std::nullopt;
+    if (inner > 0 && !FillFromFountain(table, fountain, pad, inner)) return std::nullopt;
     return table;
   }
   if (gradient.Midpoint == 50) {

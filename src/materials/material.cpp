@@ -161,20 +161,26 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
   return valid ? std::move(block) : MovableBlock{};
 }
 
+bool ReadMaterialFile(const std::string& path, Material& material) noexcept {
+  std::string bytes;
+  if (!ReadFileBytes(path, bytes, kDiskBytes) || bytes.size() != kDiskBytes ||
+      bytes.compare(0, kSignatureBytes, kSignature) != 0) {
+    return false;
+  }
+  FromDisk(material, reinterpret_cast<const std::uint8_t*>(bytes.data()));
+  material.Preview = 0;
+  material.Tile.TileBitmap = 0;
+  material.ButtonState &= ~kPressedBits;
+  return true;
+}
+
 MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile) noexcept {
   MovableBlock block(AllocateBlock(sizeof(Material)));
   const LockedBlock<Material> material(block.Handle());
   if (!material) return block;
   DefaultMaterial(*material, colour);
-  std::string bytes;
-  if (readFile && ReadFileBytes(path, bytes, kDiskBytes) && bytes.size() == kDiskBytes &&
-      bytes.compare(0, kSignatureBytes, kSignature) == 0) {
-    FromDisk(*material, reinterpret_cast<const std::uint8_t*>(bytes.data()));
-  }
-  material->Preview = 0;
-  material->Tile.TileBitmap = 0;
+  if (readFile) ReadMaterialFile(path, *material);
   LoadTileOf(material->Tile);
-  material->ButtonState = 0;
   return block;
 }
 

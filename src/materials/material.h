@@ -112,6 +112,9 @@ static_assert(offsetof(TextureSpec, MatrixSize) == 72 && offsetof(TextureSpec, B
               offsetof(TextureSpec, CreaterCount) == 160 && offsetof(TextureSpec, BubbleCount) == 216 &&
               offsetof(TextureSpec, BubbleShape) == 232);
 
+/// What of `ButtonState` says that a part is pressed; the other bits are kept.
+constexpr std::uint32_t kPressedBits = 3;
+
 /// The spectrum fountain, the texture defaults and so on, with `colour` as the solid colour.
 void DefaultMaterial(Material& material, Colour colour) noexcept;
 
@@ -127,6 +130,10 @@ std::string HexEncode(const void* bytes, std::size_t count);
 /// A new block of count + 1 bytes from pairs of digits; a text that ends early leaves a tail of zeros; any other
 /// character, nothing.
 MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept;
+
+/// Reads a .mtrl file (1270 bytes) into the record, with its handles empty and neither face nor arrow pressed. False,
+/// and the record as it was, when the file is missing, short or foreign.
+bool ReadMaterialFile(const std::string& path, Material& material) noexcept;
 
 /// A new material from a .mtrl file (1270 bytes), or the defaults with `colour` when the file is missing, short or
 /// foreign, or `readFile` is false. Nothing only when memory is out. The tile of a stored path is loaded.

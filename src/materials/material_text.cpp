@@ -168,7 +168,8 @@ bool ParseStop(const std::string& part, Stop& stop, std::string& error) {
   return ColourPart(part.substr(0, at), stop.colour, error);
 }
 
-// The first and the last colour are the ends; with a position they also stand there.
+// The first and the last colour are the ends; with a position they also stand there. No marker stands at 0, where it
+// would sort last and paint over the others: the first stop at 0 is the start, any other moves to 1.
 bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& error) {
   if (stops.size() < 2)
     return Fail(error, "a fountain needs two colours or more: write #first,#colour@position,...,#last");
@@ -177,11 +178,18 @@ bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& err
   fountain.Flags = flags;
   fountain.StartColour = stops.front().colour;
   fountain.EndColour = stops.back().colour;
+  bool started = stops.front().position < 0;
   const auto steps = static_cast<int>(stops.size()) - 1;
   for (int i = 0; i <= steps; ++i) {
     Stop& stop = stops[static_cast<std::size_t>(i)];
     if ((i == 0 || i == steps) && stop.position < 0) continue;
     if (stop.position < 0) stop.position = 255 * i / steps;
+    if (stop.position == 0 && !started) {
+      started = true;
+      fountain.StartColour = stop.colour;
+      continue;
+    }
+    stop.position = std::max(stop.position, 1);
     if (fountain.MarkerCount == kMaxMarkers) return Fail(error, "a fountain has at most 64 colours between its ends");
     fountain.Markers[fountain.MarkerCount++] = MakeMarker(stop.position, stop.colour);
   }
@@ -326,6 +334,13 @@ bool TakeField(const std::string& part, TextureSpec& parameters, std::string& er
   return Fail(error, Quote(part) + " is no field of a texture: write one of " + names + ", with = and its value");
 }
 
+// Where a name is looked up: what ships means the same for everybody, and the user's own library adds to it.
+std::vector<std::string> PathsOf(const char* library) {
+  std::vector<std::string> paths = {ShippedLibraryPath(library), OwnLibraryPath(library)};
+  std::erase(paths, "");
+  return paths;
+}
+
 bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& error) {
   static constexpr const char* types[kTextureTypes] = {"fractal2", "fractal3", "fractal4",
                                                        "fractal5", "craters",  "perturbation"};
@@ -334,16 +349,17 @@ bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& 
     parameters.TextureType = static_cast<std::uint32_t>(found - types);
     return true;
   }
-  const std::string path = LibraryPath(kTextureLibraryName);
-  TextureLibrary library;
-  if (!ReadTextureLibrary(path, library)) {
-    return Fail(error,
-                "cannot read the texture library " + Quote(path) + ": install it, or write texture:fractal2,...");
+  for (const std::string& path : PathsOf(kTextureLibraryName)) {
+    TextureLibrary library;
+    ReadTextureLibrary(path, library);
+    for (const NamedTexture& texture : library.textures) {
+      if (Plain(texture.name) != Plain(name)) continue;
+      parameters = texture.parameters;
+      return true;
+    }
   }
-  for (const NamedTexture& texture : library.textures) {
-    if (Plain(texture.name) != Plain(name)) continue;
-    parameters = texture.parameters;
-    return true;
+  if (ShippedLibraryPath(kTextureLibraryName).empty()) {
+    return Fail(error, NoShippedLibrary(kTextureLibraryName) + ", or write texture:fractal2,...");
   }
   return Fail(error, "there is no texture " + Quote(name) +
                          ": see --list textures, or write fractal2 to fractal5, craters or perturbation");
@@ -369,9 +385,17 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
   double number = 1;
   if (hash != std::string::npos && !NumberWithin("a tile's number", text.substr(hash + 1), 1, 1e6, true, number, error))
     return false;
-  if (path.empty() || path == kTileLibraryName) path = LibraryPath(kTileLibraryName);
   const auto index = static_cast<std::uint32_t>(number) - 1;
-  if (!LoadMatrixTile(path, index)) {
+  const bool shipped = path.empty() || path == kTileLibraryName;
+  const std::vector<std::string> paths = shipped ? PathsOf(kTileLibraryName) : std::vector{path};
+  const auto found = std::find_if(paths.begin(), paths.end(),
+                                  [&](const std::string& library) { return bool(LoadMatrixTile(library, index)); });
+  if (found != paths.end()) {
+    path = *found;
+  } else if (shipped && ShippedLibraryPath(kTileLibraryName).empty()) {
+    return Fail(error, NoShippedLibrary(kTileLibraryName));
+  } else {
+    if (shipped) path = kTileLibraryName;
     return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
                            ": an .mtx library that holds that many tiles is wanted");
   }
@@ -385,19 +409,8 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
 }
 
 bool ParseMaterialFile(const std::string& path, Material& material, std::string& error) {
-  MovableBlock block = LoadMaterial(path, kNoColour, true);
-  // The defaults carry the colour that was handed in, which no file of ours holds in its top byte.
-  {
-    const LockedBlock<Material> loaded(block.Handle());
-    if (!loaded || loaded->Colour == kNoColour) {
-      if (loaded) FreeBlock(HandleOf(loaded->Tile.TileBitmap));
-      return Fail(error, "cannot read the material file " + Quote(path) + ": a .mtrl file of 1270 bytes is wanted");
-    }
-    FreeBlock(HandleOf(loaded->Tile.TileBitmap));
-    loaded->Tile.TileBitmap = 0;
-    material = *loaded;
-  }
-  return true;
+  return ReadMaterialFile(path, material) ||
+         Fail(error, "cannot read the material file " + Quote(path) + "; name a .mtrl file of 1270 bytes");
 }
 
 bool ParseImage(const std::string& path, Material& material, std::string& error) {
@@ -454,10 +467,16 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
 void SetImageLoader(ImageLoader loader) { Loader() = std::move(loader); }
 
 std::vector<std::string> TextureNames() {
-  TextureLibrary library;
-  ReadTextureLibrary(LibraryPath(kTextureLibraryName), library);
-  std::vector<std::string> names;
-  for (const NamedTexture& texture : library.textures) names.push_back(texture.name);
+  std::vector<std::string> names, known;
+  for (const std::string& path : PathsOf(kTextureLibraryName)) {
+    TextureLibrary library;
+    ReadTextureLibrary(path, library);
+    for (const NamedTexture& texture : library.textures) {
+      if (std::find(known.begin(), known.end(), Plain(texture.name)) != known.end()) continue;
+      names.push_back(texture.name);
+      known.push_back(Plain(texture.name));
+    }
+  }
   return names;
 }
 
@@ -468,13 +487,15 @@ std::vector<std::string> FountainNames() {
 }
 
 std::vector<std::string> TileNames() {
-  TileLibrary library;
-  ReadTileLibrary(LibraryPath(kTileLibraryName), library);
   std::vector<std::string> names;
-  for (const PackedDib& tile : library.tiles) {
-    const DibView view(tile);
-    names.push_back("#" + std::to_string(names.size() + 1) + " " + std::to_string(view.Width()) + " x " +
-                    std::to_string(view.Height()));
+  for (const std::string& path : PathsOf(kTileLibraryName)) {
+    TileLibrary library;
+    ReadTileLibrary(path, library);
+    for (std::size_t i = names.size(); i < library.tiles.size(); ++i) {
+      const DibView view(library.tiles[i]);
+      names.push_back("#" + std::to_string(i + 1) + " " + std::to_string(view.Width()) + " x " +
+                      std::to_string(view.Height()));
+    }
   }
   return names;
 }

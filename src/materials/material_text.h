@@ -7,13 +7,16 @@
 //   fountain:NAME                        a shipped fountain: fountain:Sunrise
 //   fountain:#first,#c@position,...,#last   positions 0 to 255; colours between that name none are spread evenly
 //            both forms take the shape, the options of gradients and loop=1 as further parts
-//   texture:NAME                         an entry of the texture library, in any case, "-" for blanks
+//   texture:NAME                         an entry of the shipped texture library, or else of the user's own, in any
+//   case,
+//            "-" for blanks
 //   texture:fractal2|fractal3|fractal4|fractal5|craters|perturbation
 //            both forms take fields as further parts: seed (of all layers, each one higher) and seed1 to seed5,
 //            size (of the matrix), back, fore1 to fore5 (colours), power and power1 to power5, density and density1 to
 //            density5, craters, depth, red, green and blue (four numbers 0 to 1 by slashes), bubbles, bubblesize,
 //            bubblepower, shape (ellipse, fuzzy, luminous, sphere), noise
-//   tile:FILE#N                          tile N, from 1, of a .mtx file; "tile:#N" of the shipped library
+//   tile:FILE#N                          tile N, from 1, of a .mtx file; "tile:#N" of the shipped library, and where
+//            that has fewer, of the user's own
 //   mtrl:FILE                            a material file
 //   image:FILE                           a picture as a one-off tile
 #pragma once

@@ -5,8 +5,6 @@
 #include <cctype>
 #include <filesystem>
 
-#include "materials/library_file.h"
-#include "platform/files.h"
 #include "platform/folders.h"
 
 namespace glyphmotion {
@@ -28,20 +26,36 @@ bool Exists(const std::string& path) {
 
 }  // namespace
 
+std::string ShippedLibraryPath(const std::string& name) {
+  for (const std::string& folder : ShippedFolders()) {
+    if (const std::string path = JoinPath(folder, name); Exists(path)) return path;
+  }
+  return {};
+}
+
+std::string OwnLibraryPath(const std::string& name) { return JoinPath(DataFolder(), name); }
+
 std::string LibraryPath(const std::string& name) {
-  const std::string own = JoinPath(DataFolder(), name);
+  const std::string own = OwnLibraryPath(name);
   if (Exists(own)) return own;
-  const std::string shipped = JoinPath(ShippedFolder(), name);
-  if (!Exists(shipped)) return own;
-  std::string bytes;
-  const bool copied =
-      !own.empty() && ReadFileBytes(shipped, bytes) && EnsureFolder(DataFolder()) && AtomicWriteFile(own, bytes);
-  return copied ? own : shipped;
+  const std::string shipped = ShippedLibraryPath(name);
+  return shipped.empty() ? own : shipped;
+}
+
+std::string LibraryReference(const std::string& name) {
+  const std::string own = OwnLibraryPath(name);
+  return own.empty() ? ShippedLibraryPath(name) : own;
 }
 
 std::string LibraryPathToWrite(const std::string& name) {
-  const std::string own = JoinPath(DataFolder(), name);
-  return LibraryPath(name) == own ? own : std::string();
+  return EnsureFolder(DataFolder()) ? OwnLibraryPath(name) : std::string();
+}
+
+std::string NoShippedLibrary(const std::string& name) {
+  std::string places;
+  for (const std::string& folder : ShippedFolders()) places += (places.empty() ? "'" : ", '") + folder + "'";
+  return "the library " + name + " is not installed: looked in " + places +
+         "; set GLYPHMOTION_DATA to the folder that holds it";
 }
 
 std::vector<std::string> LibraryGroups(const std::string& extension) {

@@ -394,10 +394,11 @@ PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept {
       if (EndRequested()) return {};
       NoiseRow(noise, octaves, static_cast<float>(y) / static_cast<float>(height), columns, sums);
       std::uint8_t* to = view.Row(y);
-      const float* swellings = map.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+      const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
       for (int x = 0; x < width; ++x, to += 3) {
         const float n = octaves.count ? sums[static_cast<std::size_t>(x)] * power : 0.0f;
-        const float b = bubbles && bubblePower != 0.0f ? 2.0f * bubblePower * swellings[x] - 1.0f : 0.0f;
+        const float b =
+            bubbles && bubblePower != 0.0f ? 2.0f * bubblePower * map[row + static_cast<std::size_t>(x)] - 1.0f : 0.0f;
         const float level = (n + b + 1.0f) * 0.5f;
         const float grey = level > 0.0f ? std::min(level, 1.0f) : 0.0f;
         std::copy_n(colours[static_cast<std::size_t>(static_cast<double>(grey) * 255.0)].data(), 3, to);

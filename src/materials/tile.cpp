@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "materials/library_file.h"
+#include "materials/shipped.h"
 #include "platform/files.h"
 #include "platform/run_state.h"
 #include "resources/builtin_tile.h"
@@ -50,6 +52,11 @@ PackedDib ReadTile(FileReader& file, std::uint32_t size) {
   return whole ? std::move(tile) : PackedDib{};
 }
 
+bool IsShippedName(std::string_view path) {
+  const std::size_t separator = path.find_last_of("/\\");
+  return path.substr(separator == std::string_view::npos ? 0 : separator + 1) == kTileLibraryName;
+}
+
 template <std::size_t N>
 void PutName(char (&field)[N], const std::string& name) {
   std::memcpy(field, name.data(), std::min(name.size(), N - 1));
@@ -89,7 +96,10 @@ void LoadTileOf(TileSpec& tile) noexcept {
   tile.TileBitmap = 0;
   try {
     const std::string path = PathOfTile(tile);
-    if (!path.empty()) tile.TileBitmap = WordOf(LoadMatrixTile(path, tile.TileIndex).Release());
+    if (path.empty()) return;
+    PackedDib loaded = LoadMatrixTile(path, tile.TileIndex);
+    if (!loaded && IsShippedName(path)) loaded = LoadMatrixTile(ShippedLibraryPath(kTileLibraryName), tile.TileIndex);
+    tile.TileBitmap = WordOf(loaded.Release());
   } catch (...) {
   }
 }

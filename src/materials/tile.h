@@ -19,7 +19,8 @@ void SetTilePath(TileSpec& tile, const std::string& path) noexcept;
 /// missing, foreign or short, or has no such tile. Items of another signature are counted and passed over.
 PackedDib LoadMatrixTile(const std::string& path, std::uint32_t index) noexcept;
 
-/// Loads TileBitmap from TilePath at TileIndex, if there is a path; the field is overwritten, not freed.
+/// Loads TileBitmap from TilePath at TileIndex, if there is a path; the field is overwritten, not freed. What the
+/// library of a shipped one's name does not give, also because it is not there, comes from the shipped library.
 void LoadTileOf(TileSpec& tile) noexcept;
 
 /// A new 24-bit bitmap of the size of the record's bounds, the tile repeated from the top left corner without

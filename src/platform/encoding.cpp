@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/encoding.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace glyphmotion {
@@ -75,6 +76,20 @@ std::string_view CutText(std::string_view text, std::size_t limit) noexcept {
   std::size_t end = limit;
   while (end > 0 && limit - end < 3 && IsTail(At(text, end))) --end;
   return text.substr(0, IsTail(At(text, end)) ? limit : end);
+}
+
+std::size_t CountCharacters(std::string_view text) noexcept {
+  if (!IsUtf8(text)) return text.size();
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char byte) { return !IsTail(static_cast<unsigned char>(byte)); }));
+}
+
+std::string_view CutCharacters(std::string_view text, std::size_t limit) noexcept {
+  if (CountCharacters(text) <= limit) return text;
+  if (!IsUtf8(text)) return text.substr(0, limit);
+  std::size_t end = 0;
+  for (; limit > 0; --limit) end += CharacterLength(text, end);
+  return text.substr(0, end);
 }
 
 std::u32string DecodeText(std::string_view text) {

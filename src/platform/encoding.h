@@ -22,4 +22,10 @@ std::u32string DecodeText(std::string_view text);
 /// The longest beginning of at most `limit` bytes that does not end inside a character.
 std::string_view CutText(std::string_view text, std::size_t limit) noexcept;
 
+/// Characters are code points; in a text that is not UTF-8 each byte is one.
+std::size_t CountCharacters(std::string_view text) noexcept;
+
+/// The longest beginning of at most `limit` characters.
+std::string_view CutCharacters(std::string_view text, std::size_t limit) noexcept;
+
 }  // namespace glyphmotion

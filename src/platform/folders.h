@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace glyphmotion {
 
@@ -18,9 +19,11 @@ std::string DataFolder();
 std::string DocumentsFolder();
 /// The folder of the running library or program.
 std::string OwnFolder();
-/// Where the shipped libraries (.fft, .mtx, .fll) lie: beside the program, or in its share/glyphmotion; empty when not
-/// found.
-std::string ShippedFolder();
+/// Where the shipped libraries (.fft, .mtx, .fll) may lie, in the order in which to look: the folder in the environment
+/// variable GLYPHMOTION_DATA; that of the program or library itself, and the share/glyphmotion of its prefix, wherever
+/// that has been moved; and off Windows, for applications elsewhere that link the library, the share/glyphmotion of the
+/// installed CMake package, and the one for which the library was configured.
+std::vector<std::string> ShippedFolders();
 
 std::string RegisteredOwner();
 std::string RegisteredOrganization();
@@ -36,6 +39,7 @@ struct FolderOverrides {
   std::optional<std::string> settingsFile;      ///< the whole path of the settings file
   std::optional<std::string> perControlFolder;  ///< where controls keep their .mtrl files between sessions
   std::optional<std::string> dataFolder;
+  bool hostWritesSettings = false;  ///< the dialog reads the settings file and leaves the writing to its host
 };
 void SetFolderOverrides(FolderOverrides overrides);
 const FolderOverrides& CurrentFolderOverrides();

@@ -48,13 +48,22 @@ std::vector<std::string> FontFamilies();
 /// stand-in for it (as Liberation Sans for Arial).
 bool HasFontFamily(const std::string& family);
 
+/// The family that a request's text is drawn with: its own when that is installed, otherwise the machine's stand-in;
+/// empty when there is none. With HasGlyph, for the notes of a scripted run. (On Windows nobody asks, and neither
+/// exists.)
+std::string FamilyUsed(const FontRequest& font);
+
+/// False when no font has the character, so that a face's sign for "missing" is drawn.
+bool HasGlyph(const FontRequest& font, char32_t character);
+
 FontMetrics MeasureFont(const FontRequest& font) noexcept;
 
-/// The box of a one-character string. False when no face at all could be opened.
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept;
+/// The box of a one-character string. False when no face at all could be opened. Throws std::bad_alloc where the
+/// machine reports a lack of memory.
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box);
 
 /// The glyph on nothing: grey by coverage, or one-bit (0 and 255 only) without `antialias`. False as above, or when
-/// memory is out.
+/// out of memory.
 bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept;
 
 /// The glyph's outline, filled (penWidth 0) or stroked with round joins, in the same box; for the drawing operations on

@@ -10,7 +10,7 @@ namespace glyphmotion {
 
 enum SettingsFlags : std::uint32_t {
   kSettingSwitch = 1u << 0,         ///< a 32-bit variable, 0 or 1
-  kSettingText = 1u << 1,           ///< a text of at most 260 bytes
+  kSettingText = 1u << 1,           ///< a text of at most 260 characters
   kSettingNumber = 1u << 2,         ///< a 32-bit variable, saved as unsigned decimal
   kSettingNeverRead = 1u << 8,      ///< written, but never taken from a file
   kSettingRegistration = 1u << 12,  ///< survives the Shift reset; its form passes through the registration routine

@@ -13,12 +13,14 @@
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 #include "shell/main_dialog.h"
+#include "shell/settings.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {
 namespace {
 
 constexpr std::string_view kPluginName = "Glyphmotion 4 Plugin", kMakerName = "Tessaloom";
+constexpr std::string_view kEndRemark = ";End of document";
 constexpr std::size_t kLongestFirstLine = 8192;  // characters that are searched for the two names
 
 void Tell(Dialog& dialog, int text) {
@@ -38,6 +40,14 @@ std::string LineOfControl(Dialog& dialog, int id) {
   if (!IsUtf8(line)) line = TextFromBytes(line);
   for (char& character : line) {
     if (character == '\n' || character == '\r' || character == '\0') character = ' ';
+  }
+  return line;
+}
+
+/// The control's line with another value.
+std::string ChangedLine(std::string line, int id, const DocumentChanges& changes) {
+  for (const auto& [control, value] : changes.values) {
+    if (control == id && !line.empty()) line.replace(line.find('=') + 1, std::string::npos, value);
   }
   return line;
 }
@@ -74,18 +84,25 @@ void LoadLines(Dialog& dialog, std::string_view rest) {
   }
 }
 
+/// What stands after the first "=" and any "=" and blanks that follow it.
+std::string ValueOfLine(std::string_view line) {
+  const std::size_t value = line.find_first_not_of("= ", std::min(line.find('='), line.size()));
+  return value == std::string_view::npos ? std::string() : std::string(line.substr(value));
+}
+
 }  // namespace
 
-std::string DocumentText(Dialog& dialog) {
+std::string DocumentText(Dialog& dialog, const DocumentChanges& changes) {
   const std::string end(LineEnd());
   std::string text = ";This is a document created by ";
   text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
   text += ";Start of document" + end;
+  if (!changes.remark.empty()) text.append(changes.remark).append(end);
   for (int id : Children(dialog)) {
-    const std::string line = id > 0 ? LineOfControl(dialog, id) : std::string();
+    const std::string line = id > 0 ? ChangedLine(LineOfControl(dialog, id), id, changes) : std::string();
     if (!line.empty()) text += line + end;
   }
-  return text + ";End of document" + end;
+  return text.append(kEndRemark).append(end);
 }
 
 bool TakeDocumentText(Dialog& dialog, std::string_view text) {
@@ -96,8 +113,8 @@ bool TakeDocumentText(Dialog& dialog, std::string_view text) {
   return true;
 }
 
-int SaveDocument(Dialog& dialog, const std::string& path) noexcept try {
-  if (AtomicWriteFile(path, DocumentText(dialog))) return 1;
+int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges& changes) noexcept try {
+  if (AtomicWriteFile(path, DocumentText(dialog, changes))) return 1;
   Tell(dialog, kTextDocumentNotCreated);
   return 0;
 } catch (const std::exception&) {
@@ -105,30 +122,35 @@ int SaveDocument(Dialog& dialog, const std::string& path) noexcept try {
   return 0;
 }
 
-void LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
+int LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   const auto bytes = ReadWholeFile(path);
-  if (!bytes) return Tell(dialog, kTextDocumentNotOpened);
-  if (!TakeDocumentText(dialog, TextFromBytes(*bytes))) Tell(dialog, kTextDocumentDamaged);
+  if (bytes && TakeDocumentText(dialog, TextFromBytes(*bytes))) return 1;
+  Tell(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
+  return 0;
 } catch (const std::exception&) {
   TellMemoryIsOut(dialog);  // the controls that have their lines keep them
+  return 0;
 }
 
-std::string FontOfDocumentText(std::string_view text) {
+DocumentSummary SummariseDocument(const std::string& path) {
+  return SummariseDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
+}
+
+DocumentSummary SummariseDocumentText(std::string_view text) {
+  DocumentSummary summary;
   std::string_view rest = LinesOf(text).value_or(std::string_view());
   while (!rest.empty()) {
     const std::string_view line = NextLine(rest);
-    if (IdOfLine(line) != ControlId::Font || !line.starts_with("FNTBOX")) continue;
-    const std::size_t equals = std::min(line.find('='), line.size());
-    const std::size_t value = line.find_first_not_of("= ", equals);
-    return value == std::string_view::npos ? std::string() : std::string(line.substr(value));
+    if (line == kMillisecondsRemark) summary.milliseconds = true;
+    if (line == kEndRemark) summary.complete = true;
+    const int id = IdOfLine(line);
+    if (id <= 0) continue;
+    std::string control(line.substr(0, kStemLength));
+    for (char& c : control) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    if (control == "FNTBOX" && id == ControlId::Font) summary.font = ValueOfLine(line);
+    summary.controls.insert(control + std::to_string(id));
   }
-  return {};
-}
-
-std::string FontOfDocument(const std::string& path) noexcept try {
-  return FontOfDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
-} catch (const std::exception&) {
-  return {};
+  return summary;
 }
 
 }  // namespace glyphmotion

@@ -212,6 +212,7 @@ std::optional<std::string> AskDocument(Dialog& dialog, bool save) {
   return path;
 }
 
+// Only what was loaded or saved becomes current: Save writes over the current document without asking.
 void RememberDocument(const std::string& path) {
   VariableOf("CurrentFileName").text = path;
   VariableOf("OpenPath").text = path.substr(0, FilePartOf(path));
@@ -220,15 +221,13 @@ void RememberDocument(const std::string& path) {
 void OpenDocument(Dialog& dialog) {
   const auto path = AskDocument(dialog, false);
   if (!path) return;
-  LoadDocument(dialog, *path);
-  RememberDocument(*path);
+  if (LoadDocument(dialog, *path)) RememberDocument(*path);
 }
 
 void SaveDocumentAs(Dialog& dialog) {
   const auto path = AskDocument(dialog, true);
   if (!path) return;
-  SaveDocument(dialog, *path);
-  RememberDocument(*path);
+  if (SaveDocument(dialog, *path)) RememberDocument(*path);
 }
 
 void SaveCurrentDocument(Dialog& dialog) {
@@ -268,8 +267,8 @@ void RegisterCopy(Dialog& dialog) {
   std::string& code = VariableOf("RegistrationCode").text;
   Registration registration{name, code};
   if (!AskRegistration(dialog, registration)) return;
-  name = CutText(registration.name, kTextLimit);
-  code = CutText(registration.code, kTextLimit);
+  name = CutCharacters(registration.name, kTextLimit);
+  code = CutCharacters(registration.code, kTextLimit);
   CheckRegistration();
   ShowTitle(dialog);
 }

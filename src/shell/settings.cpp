@@ -14,7 +14,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kLongestText = 260;
+constexpr std::size_t kLongestText = 260;  // characters
 
 /// Digits after blanks and a sign, modulo 2^32, so that what was saved as unsigned comes back.
 std::uint32_t WrappedNumber(std::string_view text) noexcept {
@@ -46,30 +46,54 @@ Variable* FirstMatch(std::string_view key, bool registrationOnly) {
   return nullptr;
 }
 
+/// A line without what a control character cuts off.
+std::string_view Readable(std::string_view line) {
+  return line.substr(0, static_cast<std::size_t>(std::find_if(line.begin(), line.end(), IsControl) - line.begin()));
+}
+
+/// The key of a readable line; empty for a comment.
+std::string_view KeyOfLine(std::string_view line) {
+  return line.starts_with(';') ? std::string_view() : line.substr(0, line.find_first_of(" ="));
+}
+
 void ApplyLine(std::string_view line, bool registrationOnly) {
-  std::size_t end = 0;
-  while (end < line.size() && !IsControl(line[end])) ++end;
-  line = line.substr(0, end);
-  if (line.starts_with(';')) return;
-  const std::string_view key = line.substr(0, line.find_first_of(" ="));
+  const std::string_view key = KeyOfLine(line);
   if (key.empty()) return;
   if (Variable* variable = FirstMatch(key, registrationOnly)) {
     TakeValue(*variable, SkipAll(SkipAll(SkipAll(line.substr(key.size()), ' '), '='), ' '));
   }
 }
 
+template <typename Take>
+void ForEachLine(std::string_view bytes, Take take) {
+  const std::string text = TextFromBytes(bytes);
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    take(Readable(rest.substr(0, end)));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+}
+
 /// One line's worth of a text. Bytes that are no UTF-8 would have the whole file read as Windows-1252.
 std::string OneLine(const std::string& text) {
   std::string line = IsUtf8(text) ? text : TextFromBytes(text);
-  line = CutText(line, kLongestText);
+  line = CutCharacters(line, kLongestText);
   for (char& character : line) {
     if (IsControl(character)) character = ' ';
   }
   return line;
 }
 
+/// A shortened path names another file, which the next save would overwrite. A path that does not fit is not kept.
+bool IsPathTooLong(const Variable& variable, std::string_view value) {
+  const std::string_view key = variable.row->key;
+  return (key == "CurrentFileName" || key == "OpenPath") && CountCharacters(value) > kLongestText;
+}
+
 std::string ValueText(const Variable& variable) {
   if (!(variable.row->flags & kSettingText)) return std::to_string(variable.number);
+  if (IsPathTooLong(variable, variable.text)) return variable.row->defaultText;
   const std::string line = OneLine(variable.text);
   return variable.row->flags & kSettingRegistration ? EncodeRegistration(line) : line;
 }
@@ -151,13 +175,13 @@ void TakeValue(Variable& variable, std::string_view value) {
     variable.number = WrappedNumber(value);
   } else if (variable.row->flags & kSettingRegistration) {
     const std::size_t last = value.find_last_not_of(' ');
-    variable.text = CutText(DecodeRegistration(value.substr(0, last + 1)), kLongestText);
-  } else {
-    variable.text = CutText(value, kLongestText);
+    variable.text = CutCharacters(DecodeRegistration(value.substr(0, last + 1)), kLongestText);
+  } else if (!IsPathTooLong(variable, value)) {
+    variable.text = CutCharacters(value, kLongestText);
   }
 }
 
-std::string SettingsText() {
+std::string SettingsText(std::string_view remark) {
   const std::string end(LineEnd());
   std::string time = CurrentTimeText();
   time.resize(24, ' ');
@@ -165,6 +189,7 @@ std::string SettingsText() {
   text += ";Edit this at your own risk" + end;
   text += ";Last updated " + time + end;
   text += ";" + end;
+  if (!remark.empty()) text.append(remark).append(end);
   text += "[PlugIn]" + end;
   for (std::size_t i = 0; i < SettingsTable().size(); ++i) {
     text += SettingsTable()[i].key + (" = " + ValueText(VariableAt(i))) + end;
@@ -173,13 +198,18 @@ std::string SettingsText() {
 }
 
 void ApplySettings(std::string_view bytes, bool registrationOnly) {
-  const std::string text = TextFromBytes(bytes);
-  std::string_view rest = text;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find('\n');
-    ApplyLine(rest.substr(0, end), registrationOnly);
-    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-  }
+  ForEachLine(bytes, [&](std::string_view line) { ApplyLine(line, registrationOnly); });
+}
+
+SettingsSummary SummariseSettings(std::string_view bytes) {
+  SettingsSummary summary;
+  ForEachLine(bytes, [&](std::string_view line) {
+    if (line == kMillisecondsRemark) summary.milliseconds = true;
+    const std::string_view key = KeyOfLine(line);
+    const Variable* variable = key.empty() ? nullptr : FirstMatch(key, false);
+    if (variable) summary.keys.insert(variable->row->key);
+  });
+  return summary;
 }
 
 void LoadSettings() noexcept try {
@@ -192,7 +222,7 @@ void LoadSettings() noexcept try {
 
 void SaveSettings() noexcept try {
   const std::string path = SettingsFilePath();
-  if (path.empty()) return;
+  if (path.empty() || CurrentFolderOverrides().hostWritesSettings) return;
   if (!CurrentFolderOverrides().settingsFile) EnsureFolder(SettingsFolder());
   AtomicWriteFile(path, SettingsText());
 } catch (const std::exception&) {

@@ -4,6 +4,7 @@
 // defaults, or nothing saved.
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -16,18 +17,31 @@ namespace glyphmotion {
 /// Shift resets everything else. Values are taken as they are; ranges are the controls' affair.
 void LoadSettings() noexcept;
 
-/// When the dialog goes: writes all variables. The file is replaced whole or not at all. Makes the settings folder.
+/// A comment of settings files and documents: Delay and Pause are milliseconds. Without it they are hundredths of a
+/// second, or whatever unit the reader's host counts in.
+inline constexpr std::string_view kMillisecondsRemark = ";Times are in milliseconds";
+
+/// When the dialog goes and the host has not kept the writing to itself: writes all variables. The file is replaced
+/// whole or not at all. Makes the settings folder.
 void SaveSettings() noexcept;
 
 /// The contents of the settings file for the variables as they are. A text is written without its control characters
-/// (each becomes a blank) and at most 260 bytes long.
-std::string SettingsText();
+/// (each becomes a blank) and at most 260 characters long; a document's path that is longer gives way to its default.
+/// `remark` is a comment line of its own after the head; empty: none.
+std::string SettingsText(std::string_view remark = {});
+
+/// What a settings file's bytes say, without taking it.
+struct SettingsSummary {
+  std::set<std::string> keys;  ///< of the rows that have a line
+  bool milliseconds = false;   ///< the unit of its times
+};
+SettingsSummary SummariseSettings(std::string_view bytes);
 
 /// Takes the values of a settings file's bytes, UTF-8 or, if they are not that, Windows-1252.
 void ApplySettings(std::string_view bytes, bool registrationOnly);
 
 /// Gives a variable a value as the file has it after the "=": numbers as far as there are digits, wrapped to 32 bits;
-/// texts up to 260 bytes.
+/// texts up to 260 characters. The path of a document that is longer is not taken at all.
 void TakeValue(Variable& variable, std::string_view value);
 
 /// The stored form of the registration's texts, which is no plain text: pairs of hexadecimal digits, the first a check

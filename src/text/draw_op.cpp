@@ -271,7 +271,7 @@ DrawOpResult DrawOp(DrawOpRecord& record) noexcept try {
   }
   return {};
 } catch (const std::bad_alloc&) {
-  return {};
+  return {false, {}, true};
 }
 
 }  // namespace glyphmotion

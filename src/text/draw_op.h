@@ -56,6 +56,7 @@ struct DrawOpRecord {
 struct DrawOpResult {
   bool done = false;  ///< start-up, shut-down, measure and direct draw
   PackedDib bitmap;   ///< 24 bits, for the others; empty on failure
+  bool outOfMemory = false;
 };
 
 /// Does what `record.op` says; an operation that does not exist gives neither.

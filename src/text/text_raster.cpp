@@ -129,7 +129,9 @@ bool GlyphCache::Width(const FontRequest& font, char32_t character, int& width) 
     record.textMode = TextMode::Measure;
     record.font = font;
     record.text = character;
-    entry.width = DrawOp(record).done ? record.width : kFailed;
+    const DrawOpResult result = DrawOp(record);
+    if (result.outOfMemory) throw std::bad_alloc();  // an advance of 0 would be another picture
+    entry.width = result.done ? record.width : kFailed;
   }
   if (entry.width == kFailed) return false;
   width = entry.width;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "controls/editor_services.h"
+#include "materials/shipped.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
 #include "platform/memory.h"
@@ -39,7 +40,7 @@ class EditorDialog : public testing::Test {
 
   void SetUp() override {
     std::filesystem::create_directories(home / "data");
-    SetFolderOverrides({{}, home.string(), (home / "data").string()});
+    SetFolderOverrides({{}, (home / "kept").string(), (home / "data").string()});  // "kept" is made by the first save
     responder.message = [this](Dialog*, const std::string& text, MessageButtons) {
       messages.push_back(text);
       return yes;
@@ -86,6 +87,11 @@ class EditorDialog : public testing::Test {
   }
   std::string LastMessage() const { return messages.empty() ? "" : messages.back(); }
   std::string Data(const std::string& name) const { return (home / "data" / name).string(); }
+  /// The user's own copy of a shipped library, as an edit makes it.
+  std::string OwnCopy(const std::string& name) const {
+    std::filesystem::copy_file(ShippedLibraryPath(name), Data(name));
+    return Data(name);
+  }
 
   /// Runs `body` within an owner; dialogs that it opens are played by their scripts.
   void WithOwner(

@@ -30,7 +30,7 @@ class FountainLibrary : public EditorDialog {
   void SetUp() override {
     EditorDialog::SetUp();
     changes = 0;
-    path = FountainLibraryPath();
+    path = Data(kFountainLibraryName);
     std::vector<FountainSpec> fountains(4);
     for (std::uint32_t i = 0; i < 4; ++i) {
       DefaultFountain(fountains[i], static_cast<int>(i % 3));

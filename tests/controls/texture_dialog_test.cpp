@@ -41,7 +41,7 @@ class TextureWindow : public EditorDialog {
   static void StartGroup(TextureWindow& test, Dialog& dialog) { ASSERT_TRUE(test.ShiftClick(dialog, Add)); }
   TextureLibrary FileOf(const std::string& name) const {
     TextureLibrary group;
-    EXPECT_TRUE(ReadTextureLibrary(Data(name), group)) << name;
+    EXPECT_TRUE(ReadTextureLibrary(LibraryPath(name), group)) << name;
     return group;
   }
 };
@@ -215,9 +215,8 @@ TEST_F(TextureWindow, ThePrimaryGroupIsProtected) {
     EXPECT_EQ(GetText(dialog, Seed1), seed);
     Click(dialog, Ok);
   });
-  EXPECT_EQ(Data("tlmplgm4.fft"), LibraryPath(kTextureLibraryName));
   EXPECT_FALSE(FileOf("tlmplgm4.fft").writeable);
-  EXPECT_FALSE(std::filesystem::exists(Data("tlmplgm4.fft.bak"))) << "the primary group is never written";
+  EXPECT_FALSE(std::filesystem::exists(Data("tlmplgm4.fft"))) << "the primary group is never written";
 }
 
 TEST_F(TextureWindow, AGroupOfOnesOwnIsEditedAndWrittenOnOk) {
@@ -313,8 +312,7 @@ TEST_F(TextureWindow, GroupsAreReplacedAndDeletedOnlyAfterAYes) {
 
 TEST_F(TextureWindow, DamagedGroupsAreToldAndTheOneBeforeStays) {
   const std::string damaged = "There has been an error importing the selected texture file. The file may be damaged.";
-  LibraryPath(kTextureLibraryName);
-  std::filesystem::copy_file(Data("tlmplgm4.fft"), Data("Another.FFT"));
+  std::filesystem::copy_file(OwnCopy("tlmplgm4.fft"), Data("Another.FFT"));
   std::filesystem::resize_file(Data("tlmplgm4.fft"), 5);
   std::filesystem::resize_file(Data("Another.FFT"), 2000);
   Use([&](Dialog& dialog) {

@@ -41,7 +41,7 @@ class TileWindow : public EditorDialog {
   void SetUp() override {
     EditorDialog::SetUp();
     SetEditorServices({nullptr, OfferPicture});
-    SetTilePath(tile, LibraryPath(kTileLibraryName));
+    SetTilePath(tile, LibraryReference(kTileLibraryName));
     LoadTileOf(tile);
     offered = {16, 16, 24, 0x00FF00};
   }
@@ -62,7 +62,7 @@ class TileWindow : public EditorDialog {
   }
   TileLibrary FileOf(const std::string& name) const {
     TileLibrary group;
-    EXPECT_TRUE(ReadTileLibrary(Data(name), group)) << name;
+    EXPECT_TRUE(ReadTileLibrary(LibraryPath(name), group)) << name;
     return group;
   }
 };
@@ -107,7 +107,7 @@ TEST_F(TileWindow, SelectingTakesTheTileAndOnlyOkKeepsIt) {
   EXPECT_TRUE(accepted) << "a double click is OK";
   EXPECT_EQ(+tile.TileIndex, 7u);
   EXPECT_EQ(DibView(HandleOf(tile.TileBitmap)).GetPixel(1, 1), seventh.GetPixel(1, 1));
-  EXPECT_FALSE(std::filesystem::exists(Data("tlmplgm4.mtx.bak"))) << "nothing changed, nothing written";
+  EXPECT_TRUE(std::filesystem::is_empty(home / "data")) << "nothing changed, nothing written";
 }
 
 TEST_F(TileWindow, ItemsAreThumbnailsInTheirCell) {
@@ -253,7 +253,7 @@ TEST_F(TileWindow, GroupsAreChosenAndDeleted) {
 
 TEST_F(TileWindow, DamagedGroupsAreToldAndGiveWhatTheyHave) {
   const std::string damaged = "There has been an error loading the matrix element file.";
-  std::filesystem::copy_file(Data("tlmplgm4.mtx"), Data("Short.mtx"));
+  std::filesystem::copy_file(OwnCopy("tlmplgm4.mtx"), Data("Short.mtx"));
   std::filesystem::resize_file(Data("Short.mtx"), 100000);
   std::filesystem::resize_file(Data("tlmplgm4.mtx"), 10);
   Use([&](Dialog& dialog) {

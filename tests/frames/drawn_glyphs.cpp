@@ -74,7 +74,7 @@ FontMetrics MeasureFont(const FontRequest& font) noexcept {
   return {font.cellHeight < 1 ? 1 : font.cellHeight, font.cellHeight * 3 / 4};
 }
 
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept {
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) {
   const Shape shape = ShapeOf(font, character);
   box.width = shape.advance + 2 * shape.margin;
   box.height = shape.cell;

@@ -86,18 +86,6 @@ TEST(Output, ALinkIsFollowedEvenToAFileThatIsNotThereYet) {
   EXPECT_NE(error.find("link"), std::string::npos) << error;
 }
 
-TEST(Output, AFileKeepsItsPermissions) {
-  namespace fs = std::filesystem;
-  const TemporaryFolder folder;
-  testing::WriteBytes(folder / "a.gif", {1});
-  fs::permissions(folder / "a.gif", fs::perms::owner_read | fs::perms::owner_write);
-  std::string error;
-  Output output = Output::File(folder / "a.gif", error);
-  ASSERT_TRUE(output) << error;
-  EXPECT_EQ(output.Keep(), "");
-  EXPECT_EQ(fs::status(folder / "a.gif").permissions(), fs::perms::owner_read | fs::perms::owner_write);
-}
-
 HostCallEvent Event(std::uint32_t operation, const char* name, std::uint64_t a, std::uint64_t b) {
   HostCallEvent event;
   event.operation = operation;

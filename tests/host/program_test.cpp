@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program as people start it: exit codes, messages, files.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -19,14 +20,19 @@ struct Outcome {
   std::string output;  // both streams
 };
 
-Outcome Start(const std::string& arguments) {
-  std::FILE* pipe = popen((std::string("'" GLYPHMOTION_PROGRAM "' ") + arguments + " 2>&1").c_str(), "r");
+Outcome Shell(const std::string& command) {
+  std::FILE* pipe = popen(("exec 2>&1; " + command).c_str(), "r");
   Outcome outcome{-1, ""};
   for (int c; (c = std::fgetc(pipe)) != EOF;) outcome.output += static_cast<char>(c);
   const int status = pclose(pipe);
   if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
   return outcome;
 }
+
+Outcome StartAfter(const char* before, const std::string& arguments) {
+  return Shell(before + ("'" GLYPHMOTION_PROGRAM "' " + arguments));
+}
+Outcome Start(const std::string& arguments) { return StartAfter("", arguments); }
 
 const char* const kSmall = " Hi -e simple -s 20 --frames 6 ";
 
@@ -186,6 +192,15 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
+      {"swatch '#fff' -o " + folder / "no/a.png", 1, "no/a.png' cannot be written"},
+      {"swatch '#fff' -o " + folder / "a.gif", 2, "no file type for a swatch"},
+      {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
+      {"gallery", 2, "gallery needs a folder; write gallery FOLDER"},
+      {"Hi --settings /dev/full " + out, 1, "'/dev/full'"},
+      {std::string(240, 'W') + " -s 144 --still-text -e simple -o " + folder / "a.webp", 1, "at most 16383 pixels"},
+      {"Hi --sample --alpha -o " + folder / "a.png", 2, "leave --alpha out"},
+      {"Hi --sample --transparent " + out, 2, "leave --transparent out"},
+      {"Hi -e vortex --still-text " + out, 0, "glyphmotion: note: --still-text changes nothing"},
   };
   for (const auto& c : cases) {
     const Outcome outcome = Start(c.arguments);
@@ -193,9 +208,84 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
     EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
   }
   setenv("FONTCONFIG_FILE", empty.c_str(), 1);
-  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts")})
+  for (const std::string& arguments : {"Hi " + out, std::string("--list fonts"), "gallery " + folder / "page/one"})
     EXPECT_NE(Start(arguments).output.find("no font is installed"), std::string::npos) << arguments;
+  EXPECT_FALSE(std::filesystem::exists(folder / "page")) << "a gallery without a picture leaves no folder";
   unsetenv("FONTCONFIG_FILE");
+}
+
+// Pipes without a writer, devices and folders: one sentence, at once. `timeout` ends with 124 what waits.
+TEST(Program, OnlyRegularFilesAreTakenAsInput) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::filesystem::create_directory(folder / "folder");
+  for (const std::string& path : {folder / "pipe", folder / "folder", std::string("/dev/zero")}) {
+    for (const char* option : {"--settings ", "--document ", "--fill image:", "--fill mtrl:", "--fill tile:"}) {
+      const std::string tail = option == std::string("--fill tile:") ? "#1" : "";
+      const Outcome outcome = StartAfter("timeout 20 ", kSmall + (option + path) + tail + " -o " + folder / "a.gif");
+      EXPECT_EQ(outcome.code, 2) << option << path << ": " << outcome.output;
+      EXPECT_EQ(outcome.output.rfind("glyphmotion: error: ", 0), 0u) << outcome.output;
+      EXPECT_NE(outcome.output.find("'" + path + "'"), std::string::npos) << outcome.output;
+      EXPECT_EQ(outcome.output.find('\n'), outcome.output.size() - 1) << outcome.output;
+    }
+  }
+  EXPECT_EQ(folder.Entries(), 2u);
+}
+
+TEST(Program, SignalsEndItWithTheirCodesAndLeaveNothing) {
+  const TemporaryFolder folder;
+  const std::pair<const char*, int> cases[] = {{"INT", 130}, {"TERM", 143}, {"HUP", 129}};
+  for (const auto& [name, code] : cases) {
+    const Outcome outcome =
+        Shell("cd " + folder.path.string() +
+              "; '" GLYPHMOTION_PROGRAM
+              "' -q 'Signals that end it' -e vortex -s 144 --frames 400 -o a.gif & p=$!; sleep 0.4; kill -" +
+              name + " $p; wait $p");
+    EXPECT_EQ(outcome.code, code) << name << ": " << outcome.output;
+    EXPECT_EQ(outcome.output, "glyphmotion: error: interrupted; nothing was written\n");
+    EXPECT_EQ(folder.Entries(), 0u);
+    // Waiting for a reader that has stopped reading.
+    const Outcome stuck = Shell("cd " + folder.path.string() +
+                                "; mkfifo p; sleep 5 <p >&- 2>&- & exec 3>p; head -c 65536 /dev/zero >&3; "
+                                "'" GLYPHMOTION_PROGRAM "' --list keys >&3 & p=$!; sleep 0.4; kill -" +
+                                name + " $p; wait $p; c=$?; kill %1; rm p; exit $c");
+    EXPECT_EQ(stuck.code, code) << name << ": " << stuck.output;
+  }
+}
+
+TEST(Program, ClosedStreamsDoNotGetTheirNumbersInTheFile) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(Start(kSmall + ("-o " + folder / "open.gif")).code, 0);
+  for (const char* closed : {"2>&-", "<&- >&- 2>&-"}) {
+    const Outcome outcome = Shell(std::string("exec '" GLYPHMOTION_PROGRAM "'") + kSmall + "--progress -o " +
+                                  folder / "closed.gif" + " " + closed);
+    EXPECT_EQ(outcome.code, 0) << closed;
+    EXPECT_EQ(testing::ReadBytes(folder / "closed.gif"), testing::ReadBytes(folder / "open.gif")) << closed;
+  }
+}
+
+TEST(Program, APictureThatCannotBeWrittenLeavesOneSentenceAndNothingElse) {
+  const TemporaryFolder folder;
+  testing::WriteBytes(folder / "fixed.gif", {1});
+  chmod((folder / "fixed.gif").c_str(), 0444);
+  const struct {
+    std::string before, name;
+    const char* says;
+  } cases[] = {{"", "fixed.gif", "read-only"},
+               {"ulimit -f 1; ", "new.gif", "ulimit -f"},
+               {"ulimit -f 1; ", "new.png", "ulimit -f"},
+               {"ulimit -f 1; ", "frames --frames-as png", "ulimit -f"}};
+  for (const auto& c : cases) {
+    const Outcome outcome =
+        StartAfter(c.before.c_str(), "'Hello there' -e gumdrops -s 90 --frames 4 -o " + folder / c.name);
+    EXPECT_EQ(outcome.code, 1) << c.name << outcome.output;
+    EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
+    EXPECT_EQ(folder.Entries(), 1u) << c.name;
+  }
+  const std::string longest = std::string(251, 'n') + ".gif";
+  for (int round = 0; round < 2; ++round) EXPECT_EQ(Start(kSmall + ("-o " + folder / longest)).code, 0);
+  EXPECT_EQ(folder.Entries(), 2u);
+  EXPECT_EQ(Start("Hi -q -s 16 -e vortex --still-text -o " + folder / "quiet.gif").output, "");
 }
 
 TEST(Program, TheSameJobGivesTheSameBytes) {

@@ -157,6 +157,14 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   gradient.TwoColor = 0;
   EXPECT_EQ((*GradientTable(gradient, Spectrum(), 200))[150], 0x00FF00u) << "the fountain's pads are the two colours";
   EXPECT_TRUE(GradientTable(gradient, Spectrum(), 0)->empty());
+  // A pad that leaves nothing between, which only foreign files hold: half start, half end.
+  gradient.EdgePad = 50;
+  std::vector<Colour> halves(256, 0u);
+  std::fill(halves.begin() + 128, halves.end(), 0x00FF00u);
+  for (const std::uint32_t two : {0u, 1u}) {
+    gradient.TwoColor = two;
+    EXPECT_EQ(GradientTable(gradient, Spectrum(), 256), halves) << two;
+  }
 }
 
 // With pad 45 the middle stop stands at 2, before the first stop at 114: the blend to the end begins at 2.
@@ -267,10 +275,10 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   std::vector<FountainSpec> fountains;
   EXPECT_FALSE(ReadFountainLibrary(path, fountains));
   FountainSpec fountain = Spectrum();
-  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 5));
+  ASSERT_TRUE(AddToFountainLibrary(path, path, fountain, 5));
   fountain.MarkerCount = 3;
   fountain.Flags = 2;
-  ASSERT_TRUE(AddToFountainLibrary(path, fountain, 6));
+  ASSERT_TRUE(AddToFountainLibrary(path, path, fountain, 6));
   const std::string whole = FileBytes(path);
   ASSERT_EQ(whole.size(), 80u + 2 * 340);
   EXPECT_EQ(whole.substr(80 + 340, 8), "TESSFLHE");
@@ -293,7 +301,7 @@ TEST(FountainLibrary, AppendsReadsAndSurvivesEveryTruncation) {
   hostile.replace(12, 4, "\xFF\xFF\xFF\xFF");
   WriteBytes(path, hostile);
   EXPECT_FALSE(ReadFountainLibrary(path, fountains));
-  EXPECT_FALSE(AddToFountainLibrary(path, fountain, 7));
+  EXPECT_FALSE(AddToFountainLibrary(path, path, fountain, 7));
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ TEST(Material, FileKeepsEverythingButTheHandles) {
   {
     const LockedBlock<Material> material(block.Handle());
     material->Kind = kGradient;
-    material->ButtonState = 3;
+    material->ButtonState = 0x80000007;
     material->Fountain.MarkerCount = 2;
     material->Fountain.Markers[63] = 0x11223344;
     material->Texture.BubbleShape = 3;
@@ -105,8 +105,8 @@ TEST(Material, FileKeepsEverythingButTheHandles) {
   }
   MovableBlock again = LoadMaterial(path, 0, true);
   const LockedBlock<Material> first(block.Handle()), second(again.Handle());
-  EXPECT_EQ(+second->ButtonState, 0u);
-  second->ButtonState = 3;
+  EXPECT_EQ(+second->ButtonState, 0x80000004u) << "nothing is pressed";
+  second->ButtonState = 0x80000007;
   EXPECT_EQ(HexEncode(first.get(), sizeof(Material)), HexEncode(second.get(), sizeof(Material)));
 }
 

@@ -3,8 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <filesystem>
+
 #include "material_helpers.h"
 #include "materials/fountain.h"
+#include "materials/shipped.h"
+#include "materials/texture_library.h"
 #include "materials/tile.h"
 #include "platform/folders.h"
 
@@ -52,6 +57,20 @@ TEST(ParseMaterial, Fountains) {
   EXPECT_EQ(+parsed.material.Gradient.TwoColor, 0u);
   for (const std::string& name : FountainNames()) EXPECT_TRUE(Parse("fountain:" + name).good) << name;
   EXPECT_TRUE(Parse("fountain:sunRISE,conical,cx=10").good);
+  const struct {
+    const char* stops;
+    Colour start;
+    std::vector<std::uint32_t> markers;
+  } atZero[] = {{"#f00@0,#0f0@99,#00f", 0x0000FF, {MakeMarker(99, 0x00FF00)}},
+                {"#f00,#0f0@0,#00f", 0x0000FF, {MakeMarker(1, 0x00FF00)}},
+                {"#f00@9,#0f0@0,#00f@0", 0x00FF00, {MakeMarker(1, 0xFF0000), MakeMarker(9, 0x0000FF)}}};
+  for (const auto& row : atZero) {
+    const FountainSpec spec = Parse(std::string("fountain:") + row.stops).material.Fountain;
+    EXPECT_EQ(+spec.StartColour, row.start) << row.stops;
+    EXPECT_EQ(+spec.EndColour, 0xFF0000u) << row.stops;
+    const std::uint32_t* end = spec.Markers + spec.MarkerCount;
+    EXPECT_EQ(std::vector<std::uint32_t>(spec.Markers, end), row.markers) << row.stops;
+  }
 }
 
 TEST(ParseMaterial, Textures) {
@@ -76,23 +95,59 @@ TEST(ParseMaterial, Textures) {
   EXPECT_EQ(+surface.material.Texture.BubblePower, -0.5f);
 }
 
-TEST(ParseMaterial, ShippedLibrariesAreFound) {
+// Whatever the user's own copies hold, a shipped name means what it means everywhere; the own ones add to that.
+TEST(ParseMaterial, ShippedNamesAreFoundAndNothingIsWritten) {
   const std::string folder = TemporaryFile("data");
   SetFolderOverrides({{}, {}, folder});
-  EXPECT_GE(TextureNames().size(), 24u);
-  EXPECT_FALSE(FileBytes(folder + "/tlmplgm4.fft").empty()) << "copied on first use";
-  EXPECT_GE(TileNames().size(), 16u);
+  const std::size_t textures = TextureNames().size(), tiles = TileNames().size();
+  EXPECT_GE(textures, 24u);
+  EXPECT_GE(tiles, 16u);
   EXPECT_GE(FountainNames().size(), 12u);
+  const std::string next = "tile:#" + std::to_string(tiles + 1);
+  const Parsed marble = Parse("texture:green-MARBLE"), second = Parse("tile:#2");
+  EXPECT_EQ(+Parse("texture:green-MARBLE,seed=3").material.Texture.SeedValue[1], 4u);
   for (const std::string& name : TextureNames()) EXPECT_TRUE(Parse("texture:" + name).good) << name;
-  const Parsed marble = Parse("texture:green-MARBLE,seed=3");
-  ASSERT_TRUE(marble.good) << marble.error;
-  EXPECT_EQ(+marble.material.Texture.SeedValue[1], 4u);
-  Parsed tile = Parse("tile:#2");
-  ASSERT_TRUE(tile.good) << tile.error;
-  EXPECT_EQ(+tile.material.Tile.TileIndex, 1u);
-  EXPECT_EQ(+tile.material.Tile.TileBitmap, 0u);
-  EXPECT_FALSE(Parse("tile:#9999").good);
+  EXPECT_FALSE(Parse("texture:Mine").good || Parse(next).good);
+  EXPECT_FALSE(std::filesystem::exists(folder)) << "reading never writes";
+
+  TextureLibrary own;
+  own.textures = {{"Green marble", {}}, {"Mine", {}}};
+  own.textures[1].parameters.TextureType = 4;
+  TileLibrary ownTiles;
+  for (std::size_t i = 0; i <= tiles; ++i) ownTiles.tiles.push_back(BlankDib(3, 3, nullptr, 24));
+  for (const bool emptied : {false, true}) {
+    ASSERT_TRUE(EnsureFolder(folder));
+    if (emptied) own = {}, ownTiles = {};
+    ASSERT_TRUE(WriteTextureLibrary(OwnLibraryPath(kTextureLibraryName), own, {}));
+    ASSERT_TRUE(WriteTileLibrary(OwnLibraryPath(kTileLibraryName), ownTiles, {}));
+    const Parsed again = Parse("texture:green-MARBLE");
+    EXPECT_EQ(std::memcmp(&again.material.Texture, &marble.material.Texture, sizeof(TextureSpec)), 0);
+    EXPECT_EQ(PathOfTile(Parse("tile:#2").material.Tile), PathOfTile(second.material.Tile));
+    EXPECT_EQ(Parse("texture:Mine").good, !emptied);
+    EXPECT_EQ(Parse(next).good, !emptied);
+    EXPECT_EQ(TextureNames().size(), textures + !emptied);
+    EXPECT_EQ(TileNames().size(), tiles + !emptied);
+  }
+  // A document may refer to a copy that is gone, or to a prefix that has moved.
+  TileSpec tile{};
+  SetTilePath(tile, "/nowhere/share/glyphmotion/tlmplgm4.mtx");
+  LoadTileOf(tile);
+  EXPECT_TRUE(PackedDib(HandleOf(tile.TileBitmap)));
   SetFolderOverrides({});
+}
+
+TEST(ParseMaterial, LibrariesAreLookedForInTheirFoldersAndThoseAreNamed) {
+  const std::string folder = TemporaryFile("elsewhere"), before = ShippedLibraryPath(kTileLibraryName);
+  ASSERT_FALSE(before.empty());
+  ASSERT_TRUE(EnsureFolder(folder));
+  setenv("GLYPHMOTION_DATA", folder.c_str(), 1);
+  EXPECT_EQ(ShippedFolders().front(), folder + "/");
+  EXPECT_EQ(ShippedLibraryPath(kTileLibraryName), before) << "a folder without the file is skipped";
+  std::filesystem::copy(before, folder);
+  EXPECT_EQ(ShippedLibraryPath(kTileLibraryName), folder + "/" + kTileLibraryName);
+  const std::string sentence = NoShippedLibrary(kTextureLibraryName);
+  for (const std::string& place : ShippedFolders()) EXPECT_NE(sentence.find("'" + place + "'"), std::string::npos);
+  unsetenv("GLYPHMOTION_DATA");
 }
 
 TEST(ParseMaterial, FilesAndPictures) {
@@ -100,6 +155,9 @@ TEST(ParseMaterial, FilesAndPictures) {
   MovableBlock block = LoadMaterial("", 0x445566, false);
   ASSERT_TRUE(SaveMaterial(block.Handle(), path));
   EXPECT_EQ(Parse("mtrl:" + path).material.Colour, 0x445566u);
+  LockedBlock<Material>(block.Handle())->Colour = 0xFFFFFFFF;
+  ASSERT_TRUE(SaveMaterial(block.Handle(), path));
+  EXPECT_TRUE(Parse("mtrl:" + path).good) << "any colour is a valid one";
   EXPECT_FALSE(Parse("image:x.png").good) << "without a decoder";
   SetImageLoader(
       [](const std::string& file, std::string&) { return file == "x.png" ? BlankDib(2, 2, nullptr, 1) : PackedDib(); });

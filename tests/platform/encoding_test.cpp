@@ -40,7 +40,13 @@ TEST(Encoding, CutsFallBetweenCharacters) {
   for (std::size_t limit = 0; limit < std::size(lengths); ++limit) {
     EXPECT_EQ(CutText(text, limit).size(), lengths[limit]) << limit;
   }
-  EXPECT_EQ(CutText("\x80\x80\x80\x80\x80\x80", 4).size(), 4u) << "what is no UTF-8 is cut where it stands";
+  const std::size_t characters[] = {0, 1, 3, 6, 10, 10};
+  for (std::size_t limit = 0; limit < std::size(characters); ++limit) {
+    EXPECT_EQ(CutCharacters(text, limit).size(), characters[limit]) << limit;
+  }
+  const std::string bytes = "\x80\x80\x80\x80\x80\x80";
+  EXPECT_EQ(CutText(bytes, 4).size(), 4u) << "what is not UTF-8 is cut where it stands";
+  EXPECT_EQ(CutCharacters(bytes, 4).size(), 4u) << "its bytes are its characters";
 }
 
 }  // namespace

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
+#include <iterator>
 
 namespace glyphmotion {
 namespace {
@@ -26,6 +33,18 @@ struct Folder {
   std::string operator/(const std::string& name) const { return (path / name).string(); }
   long Count() const { return std::distance(fs::directory_iterator(path), fs::directory_iterator()); }
 };
+
+void ForbidUnnamedFiles() {
+  sock_filter rules[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                         BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+                         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+                         BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, O_TMPFILE & ~O_DIRECTORY, 0, 1),
+                         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+                         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+  const sock_fprog program{std::size(rules), rules};
+  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+    _exit(9);
+}
 
 TEST(Files, BytesComeBackAsTheyWere) {
   const Folder folder;
@@ -53,41 +72,102 @@ TEST(Files, ANameWithoutAFolderIsInTheCurrentOne) {
   EXPECT_EQ(folder.Count(), 1);
 }
 
-TEST(Files, WhatCannotBeReadGivesNothing) {
+/// Runs `body` in a process of its own, which counts as failed when an expectation in it does. `named`: as if the
+/// system had no files without a name.
+void InChild(bool named, const std::function<void()>& body) {
+  const pid_t child = fork();
+  if (child == 0) {
+    if (named) ForbidUnnamedFiles();
+    body();
+    _exit(testing::Test::HasFailure());
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << (named ? "named" : "unnamed") << ": " << status;
+}
+
+// Nothing is waited for: a pipe without a writer would keep the reader for ever.
+TEST(Files, OnlyRegularFilesAreReadAndTheReasonIsSaid) {
   const Folder folder;
   ASSERT_TRUE(AtomicWriteFile(folder / "ten", "0123456789"));
   EXPECT_EQ(ReadWholeFile(folder / "ten", 10), "0123456789");
-  EXPECT_FALSE(ReadWholeFile(folder / "ten", 9));
-  EXPECT_FALSE(ReadWholeFile(folder / "none"));
-  EXPECT_FALSE(ReadWholeFile(folder.path.string()));
-  EXPECT_FALSE(ReadWholeFile(""));
-  EXPECT_FALSE(ReadWholeFile(std::string("/dev/zero"), 1 << 20)) << "a file without an end is refused, not awaited";
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  const std::pair<std::string, const char*> cases[] = {
+      {folder / "ten", "larger than 9 bytes"}, {folder / "none", "no such file"},
+      {folder.path.string(), "folder"},        {"", "not a file name"},
+      {folder / "pipe", "not a regular file"}, {"/dev/zero", "not a regular file"},
+      {"/dev/null", "not a regular file"}};
+  for (const auto& [path, says] : cases) {
+    std::string why;
+    EXPECT_FALSE(ReadWholeFile(path, 9, &why)) << path;
+    EXPECT_NE(why.find(says), std::string::npos) << path << ": " << why;
+  }
 }
 
-TEST(Files, WhatCannotBeWrittenLeavesEverythingAsItWas) {
-  const Folder folder;
-  EXPECT_FALSE(AtomicWriteFile("", "x"));
-  EXPECT_FALSE(AtomicWriteFile(folder / "no/such/folder", "x"));
-  EXPECT_FALSE(AtomicWriteFile(folder.path.string(), "x"));
-  EXPECT_EQ(folder.Count(), 0);
-}
-
-// The disk is full for a process that may not write more than a few bytes to a file.
-TEST(Files, AFullDiskLeavesTheOldFile) {
+TEST(Files, AFailedWriteSaysWhyAndLeavesEverythingAsItWas) {
   const Folder folder;
   ASSERT_TRUE(AtomicWriteFile(folder / "kept", "old"));
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit small = before;
-  small.rlim_cur = 4096;
-  setrlimit(RLIMIT_FSIZE, &small);
-  const bool written = AtomicWriteFile(folder / "kept", std::string(100000, 'x'));
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_FALSE(written);
+  ASSERT_TRUE(AtomicWriteFile(folder / "fixed", "old"));
+  chmod((folder / "fixed").c_str(), 0444);
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  fs::create_symlink("loop", folder / "loop");
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "not a file name"},
+      {folder / "no/such/folder", "no such"},
+      {folder.path.string(), "folder"},
+      {folder / "fixed", "read-only"},
+      {folder / "pipe", ""},
+      {folder / "loop", "leads back"},
+      {folder / "kept", "(ulimit -f)"},
+      {folder / "new", "(ulimit -f)"},
+  };
+  for (const bool named : {false, true}) {
+    InChild(named, [&] {
+      const rlimit small{4096, 4096};  // and the signal that comes with it, which would end the process
+      setrlimit(RLIMIT_FSIZE, &small);
+      for (const auto& [path, says] : cases) {
+        std::string why;
+        EXPECT_FALSE(AtomicWriteFile(path, std::string(100000, 'x'), &why)) << path;
+        EXPECT_NE(why.find(says), std::string::npos) << path << ": " << why;
+      }
+    });
+  }
   EXPECT_EQ(ReadWholeFile(folder / "kept"), "old");
-  EXPECT_EQ(folder.Count(), 1);
+  EXPECT_EQ(ReadWholeFile(folder / "fixed"), "old");
+  EXPECT_EQ(folder.Count(), 4);
+}
+
+TEST(Files, ANameOfAnyLengthThatTheDiskTakesCanBeWritten) {
+  const Folder folder;
+  for (const bool named : {false, true}) {
+    InChild(named, [&] {
+      for (const std::size_t length : {1u, 240u, 241u, 255u}) {
+        for (const char* content : {"first", "second"}) {
+          EXPECT_TRUE(AtomicWriteFile(folder / std::string(length, 'n'), content)) << length;
+          EXPECT_EQ(ReadWholeFile(folder / std::string(length, 'n')), content);
+        }
+      }
+      EXPECT_FALSE(AtomicWriteFile(folder / std::string(256, 'n'), "x"));
+    });
+  }
+  EXPECT_EQ(folder.Count(), 4);
+}
+
+// Only what this program left, and only of processes that are gone.
+TEST(Files, AWriteClearsWhatDeadProcessesLeft) {
+  const Folder folder;
+  const pid_t dead = fork();
+  if (dead == 0) _exit(0);
+  waitpid(dead, nullptr, 0);
+  const std::string start = folder / ".glyphmotion-", gone = start + std::to_string(dead);
+  const std::string kept[] = {start + std::to_string(getppid()) + "-1.tmp", gone + "-1.part", start + "x-1.tmp"};
+  for (const std::string& name : kept) ASSERT_TRUE(AtomicWriteFile(name, ""));
+  ASSERT_TRUE(AtomicWriteFile(gone + "-7.tmp", ""));
+  fs::create_directory(gone + "-8.tmp");
+  ASSERT_TRUE(AtomicWriteFile(gone + "-8.tmp/0000.png", ""));
+  ASSERT_TRUE(AtomicWriteFile(folder / "a", ""));
+  for (const std::string& name : kept) EXPECT_TRUE(fs::exists(name)) << name;
+  EXPECT_EQ(folder.Count(), 4);
 }
 
 // Whenever the program is killed while it saves, one whole version of the file stands.
@@ -98,6 +178,7 @@ TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
   for (int round = 0; round < 12; ++round) {
     const pid_t child = fork();
     if (child == 0) {
+      if (round % 2) ForbidUnnamedFiles();
       for (unsigned i = 0;; ++i) AtomicWriteFile(path, versions[i % 2]);
     }
     usleep(static_cast<useconds_t>(2000 + 1700 * round));
@@ -105,7 +186,10 @@ TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
     waitpid(child, nullptr, 0);
     const auto content = ReadWholeFile(path);
     ASSERT_TRUE(content == versions[0] || content == versions[1]) << "round " << round;
+    ASSERT_LE(folder.Count(), 2) << "the one file that was under way";
   }
+  ASSERT_TRUE(AtomicWriteFile(path, versions[0]));
+  EXPECT_EQ(folder.Count(), 1);
 }
 
 TEST(Files, LinksAndPermissionsStay) {

@@ -83,7 +83,8 @@ void WithDialog(const std::function<void(Dialog&, const fs::path&)>& test) {
 std::vector<std::string> LoadBytes(Dialog& dialog, const fs::path& folder, const std::string& bytes) {
   EXPECT_TRUE(AtomicWriteFile((folder / "a.gm4").string(), bytes));
   seen = {};
-  LoadDocument(dialog, (folder / "a.gm4").string());
+  const int loaded = LoadDocument(dialog, (folder / "a.gm4").string());
+  EXPECT_EQ(loaded, seen.messages.empty());
   return seen.messages;
 }
 
@@ -95,7 +96,7 @@ TEST(Documents, ADocumentIsALineForEachControlInTheOrderOfTheDialog) {
     ASSERT_EQ(SaveDocument(dialog, path), 1);
     EXPECT_EQ(ReadWholeFile(path), kHead + std::string(";Start of document\nTXTFLD300=third\nTXTFLD52=text\n"
                                                        "TXTFLD100=hundred\nFNTBOX53=Some Family\n;End of document\n"));
-    EXPECT_EQ(FontOfDocument(path), "Some Family");
+    EXPECT_EQ(SummariseDocument(path).font, "Some Family");
     for (int id : kTextIds) SetText(dialog, id, "changed");
     LoadDocument(dialog, path);
     EXPECT_EQ(GetText(dialog, 300), "third");
@@ -185,7 +186,7 @@ TEST(Documents, WhatCannotBeOpenedOrCreatedIsTold) {
       LoadDocument(dialog, path);
       EXPECT_EQ(seen.messages, Texts{kOpenError}) << path;
       EXPECT_EQ(seen.refreshes, 0);
-      EXPECT_EQ(FontOfDocument(path), "");
+      EXPECT_EQ(SummariseDocument(path).font, "");
     }
     EXPECT_TRUE(fs::is_empty(folder));
   });

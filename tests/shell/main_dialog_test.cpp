@@ -373,6 +373,55 @@ TEST_F(MainDialogTest, TheMenuSavesUnderTheNameItHas) {
   EXPECT_TRUE(messages_.empty());
 }
 
+TEST_F(MainDialogTest, OnlyADocumentThatWasReadOrWrittenBecomesCurrent) {
+  AtomicWriteFile(Path("letter.txt"), "Dear all");
+  const std::string folder = Path("");
+  int choice = SaveAs;
+  std::string chosen = Path("a.gm4");
+  responder_.menu = [&](Dialog*, std::span<const MenuItem>) { return choice; };
+  responder_.file = [&](Dialog*, FileQuestion&) { return std::optional<std::string>(chosen); };
+  const struct {
+    int choice;
+    std::string path;
+    bool accepted;
+  } rows[] = {{SaveAs, Path("a.gm4"), true},     {Open, Path("letter.txt"), false}, {Open, Path("none.gm4"), false},
+              {SaveAs, Path("no/b.gm4"), false}, {SaveAs, Path("b.gm4"), true},     {Open, Path("a.gm4"), true}};
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    std::string current = "untitled.gm4";
+    for (const auto& row : rows) {
+      choice = row.choice;
+      chosen = row.path;
+      const std::size_t said = messages_.size();
+      Click(dialog, OpenSave);
+      EXPECT_EQ(messages_.size() - said, row.accepted ? 0u : 1u) << row.path;
+      if (row.accepted) current = row.path;
+      EXPECT_EQ(TextVariable("CurrentFileName"), current) << row.path;
+      EXPECT_EQ(TextVariable("OpenPath"), folder) << row.path;
+      choice = Save;
+      Click(dialog, OpenSave);
+    }
+  });
+  EXPECT_EQ(ReadWholeFile(Path("letter.txt")), "Dear all");
+}
+
+TEST_F(MainDialogTest, APathThatTheSettingsCannotHoldIsNotRemembered) {
+  std::string deep = folder_.string();
+  for (int i = 0; i < 3; ++i) deep += "/" + std::string(90, 'd');
+  std::filesystem::create_directories(deep);
+  std::string chosen = deep + "/a.gm4";
+  responder_.menu = [](Dialog*, std::span<const MenuItem>) { return SaveAs; };
+  responder_.file = [&](Dialog*, FileQuestion&) { return std::optional<std::string>(chosen); };
+  RunDialog(kBothHost, [&](Dialog& dialog) {
+    Click(dialog, OpenSave);
+    EXPECT_EQ(TextVariable("CurrentFileName"), chosen) << "within the dialog it is the current document";
+  });
+  const std::string settings = ReadWholeFile(Path("settings.ini")).value_or("");
+  EXPECT_NE(settings.find("CurrentFileName = untitled.gm4\n"), std::string::npos);
+  EXPECT_NE(settings.find("OpenPath = \n"), std::string::npos);
+  AtomicWriteFile(Path("settings.ini"), "CurrentFileName = " + chosen + "\n");
+  RunDialog(kBothHost, [&](Dialog&) { EXPECT_EQ(TextVariable("CurrentFileName"), "untitled.gm4"); });
+}
+
 TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
   std::mt19937 random(4);
   std::vector<std::string> lines;

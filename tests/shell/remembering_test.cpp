@@ -146,5 +146,26 @@ TEST(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
   }
 }
 
+TEST(Remembering, ATextOf260CharactersComesBackWhole) {
+  const Folder folder;
+  for (const std::string character : {"x", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}) {
+    std::string text;
+    for (int i = 0; i < 260; ++i) text += character;
+    RunDialog([&](Dialog& dialog) {
+      EXPECT_TRUE(Type(dialog, 52, text + character));
+      EXPECT_EQ(GetText(dialog, 52), text);
+      SaveDocument(dialog, folder / "text.gm4");
+    });
+    ResetVariables();
+    RunDialog([&](Dialog& dialog) {
+      EXPECT_EQ(GetText(dialog, 52), text) << "from the settings";
+      SetText(dialog, 52, "");
+      LoadDocument(dialog, folder / "text.gm4");
+      EXPECT_EQ(GetText(dialog, 52), text) << "from the document";
+      EXPECT_EQ(TextVariable("MainText"), text);
+    });
+  }
+}
+
 }  // namespace
 }  // namespace glyphmotion

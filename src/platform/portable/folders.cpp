@@ -8,8 +8,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <initializer_list>
+#include <sstream>
+
+#include "platform/files.h"
+
+/// Defined in applications that use the installed CMake package, which knows where it lies; see cmake/.
+extern "C" __attribute__((weak)) const char* GlyphmotionDataFolder();
 
 namespace glyphmotion {
 namespace {
@@ -42,7 +47,8 @@ std::string BaseFolder(const char* variable, const char* underHome) {
 /// The value of XDG_DOCUMENTS_DIR in user-dirs.dirs, whose lines read NAME="$HOME/Documents".
 std::string UserDocuments(const std::string& home) {
   const std::string config = Environment("XDG_CONFIG_HOME");
-  std::ifstream file(JoinPath(config.empty() ? home + ".config" : config, "user-dirs.dirs"));
+  const auto bytes = ReadWholeFile(JoinPath(config.empty() ? home + ".config" : config, "user-dirs.dirs"));
+  std::istringstream file(bytes.value_or(std::string()));
   const std::string start = "XDG_DOCUMENTS_DIR=\"", homeName = "$HOME/";
   for (std::string line; std::getline(file, line);) {
     if (line.rfind(start, 0) != 0) continue;
@@ -55,14 +61,6 @@ std::string UserDocuments(const std::string& home) {
 bool IsFolder(const std::string& path) {
   std::error_code error;
   return fs::is_directory(path, error);
-}
-
-bool HoldsLibraries(const std::string& folder) {
-  for (const char* name : {"tlmplgm4.fft", "tlmplgm4.mtx", "FountainLibrary.fll"}) {
-    std::error_code error;
-    if (fs::exists(folder + name, error)) return true;
-  }
-  return false;
 }
 
 void InThisModule() {}
@@ -101,13 +99,17 @@ std::string OwnFolder() {
   return path.empty() ? "" : WithSeparator(path.parent_path().string());
 }
 
-std::string ShippedFolder() {
-  const std::string own = OwnFolder();
-  if (own.empty()) return {};
-  for (const std::string& folder : {own, own + "share/glyphmotion/", own + "../share/glyphmotion/"}) {
-    if (HoldsLibraries(folder)) return folder;
+std::vector<std::string> ShippedFolders() {
+  std::vector<std::string> folders = {WithSeparator(Environment("GLYPHMOTION_DATA"))};
+  if (const std::string own = OwnFolder(); !own.empty()) {
+    for (const char* place : {"", "share/glyphmotion/", "../share/glyphmotion/", "../../share/glyphmotion/"}) {
+      folders.push_back(fs::path(own + place).lexically_normal().string());
+    }
   }
-  return {};
+  if (GlyphmotionDataFolder) folders.push_back(WithSeparator(GlyphmotionDataFolder()));
+  folders.emplace_back(GLYPHMOTION_INSTALLED_DATA "/");
+  std::erase(folders, "");
+  return folders;
 }
 
 std::string RegisteredOwner() {

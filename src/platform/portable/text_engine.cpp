@@ -12,12 +12,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <map>
 #include <memory>
 #include <new>
 #include <unordered_map>
+#include <utility>
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
+#include FT_MODULE_H
 #include FT_OUTLINE_H
 #include FT_STROKER_H
 #include FT_TRUETYPE_TABLES_H
@@ -38,6 +41,11 @@ struct DestroyPattern {
   void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
 };
 using Pattern = std::unique_ptr<FcPattern, DestroyPattern>;
+
+struct DestroyCharSet {
+  void operator()(FcCharSet* set) const { FcCharSetDestroy(set); }
+};
+using CharSet = std::unique_ptr<FcCharSet, DestroyCharSet>;
 
 struct DestroyFontSet {
   void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
@@ -69,7 +77,30 @@ struct Placement {
   int ascent = 0;              // pixels
 };
 
+// FreeType overlooks some failed allocations (an optional table that cannot be read counts as missing), and
+// Fontconfig's answer to one is the same nothing as for a font that does not exist. So FreeType allocates here, where a
+// failure is remembered; what met one fails as a whole, and nothing that was made on the way is kept.
+void* AllocateForFreeType(FT_Memory memory, long size) {
+  void* block = std::malloc(static_cast<std::size_t>(size));
+  if (!block) *static_cast<bool*>(memory->user) = true;
+  return block;
+}
+void* ReallocateForFreeType(FT_Memory memory, long, long size, void* old) {
+  void* block = std::realloc(old, static_cast<std::size_t>(size));
+  if (!block) *static_cast<bool*>(memory->user) = true;
+  return block;
+}
+void FreeForFreeType(FT_Memory, void* block) { std::free(block); }
+
+template <typename T>
+T Required(T made) {
+  if (!made) throw std::bad_alloc();
+  return made;
+}
+
 struct Engine {
+  bool allocationFailed = false;
+  FT_MemoryRec_ memory{&allocationFailed, AllocateForFreeType, FreeForFreeType, ReallocateForFreeType};
   FT_Library library = nullptr;
   int starts = 0;
   std::map<std::pair<std::string, int>, std::unique_ptr<Face>> faces;  // null: the file cannot be used
@@ -82,8 +113,17 @@ struct Engine {
   }
   void Close() {
     Forget();
-    if (library) FT_Done_FreeType(library);
+    if (library) FT_Done_Library(library);
     library = nullptr;
+  }
+  /// Throws when an allocation has failed since the last call.
+  void RequireMemory() {
+    if (std::exchange(allocationFailed, false)) throw std::bad_alloc();
+  }
+  /// For the end of a call that ran out of memory.
+  bool GiveUp() {
+    Forget();
+    return allocationFailed = false;
   }
 };
 
@@ -96,8 +136,14 @@ Engine& TheEngine() {
 bool OpenEngine() {
   Engine& engine = TheEngine();
   if (engine.library) return true;
-  if (!FcInit()) return false;
-  if (FT_Init_FreeType(&engine.library)) engine.library = nullptr;
+  Required(FcInit());
+  if (FT_New_Library(&engine.memory, &engine.library)) engine.library = nullptr;
+  if (engine.library) {
+    FT_Add_Default_Modules(engine.library);
+    FT_Set_Default_Properties(engine.library);
+  }
+  if (engine.allocationFailed) engine.Close();
+  engine.RequireMemory();
   return engine.library != nullptr;
 }
 
@@ -134,9 +180,11 @@ Face* OpenFace(const std::string& file, int index) {
   auto [place, isNew] = TheEngine().faces.try_emplace({file, index});
   if (!isNew) return place->second.get();
   FT_Face ft = nullptr;
-  if (FT_New_Face(TheEngine().library, file.c_str(), index, &ft)) return nullptr;
-  OwnedFace owned(ft);
-  if (!FT_IS_SCALABLE(ft) || !ft->units_per_EM || !ChooseCharmap(ft)) return nullptr;
+  const FT_Error error = FT_New_Face(TheEngine().library, file.c_str(), index, &ft);
+  OwnedFace owned(error ? nullptr : ft);
+  const bool usable = !error && FT_IS_SCALABLE(ft) && ft->units_per_EM && ChooseCharmap(ft);
+  TheEngine().RequireMemory();
+  if (!usable) return nullptr;
   auto face = std::make_unique<Face>();
   face->face = std::move(owned);
   ReadMetrics(*face);
@@ -164,24 +212,35 @@ FT_UInt GlyphOf(const Face& face, char32_t character) {
 
 // ---- Choosing ----
 
+FontSet InstalledFonts() {
+  const Pattern all(Required(FcPatternCreate()));
+  Required(FcPatternAddBool(all.get(), FC_OUTLINE, FcTrue));
+  FcObjectSet* fields = Required(FcObjectSetBuild(FC_FAMILY, FC_FAMILYLANG, nullptr));
+  FontSet fonts(FcFontList(nullptr, all.get(), fields));
+  FcObjectSetDestroy(fields);
+  Required(fonts.get());
+  return fonts;
+}
+
+void AddFamily(FcPattern* pattern, const std::string& family) {
+  Required(FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str())));
+}
+
 Pattern Query(const std::string& family, bool bold, bool italic, char32_t character) {
-  Pattern query(FcPatternCreate());
-  if (!query) throw std::bad_alloc();
+  Pattern query(Required(FcPatternCreate()));
   FcPattern* p = query.get();
-  if (!family.empty()) FcPatternAddString(p, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
-  FcPatternAddInteger(p, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
-  FcPatternAddInteger(p, FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-  FcPatternAddBool(p, FC_OUTLINE, FcTrue);
-  FcPatternAddBool(p, FC_COLOR, FcFalse);
-  FcPatternAddBool(p, FC_VARIABLE, FcFalse);  // instances rather than the bare variable font
+  if (!family.empty()) AddFamily(p, family);
+  Required(FcPatternAddInteger(p, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR));
+  Required(FcPatternAddInteger(p, FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN));
+  Required(FcPatternAddBool(p, FC_OUTLINE, FcTrue));
+  Required(FcPatternAddBool(p, FC_COLOR, FcFalse));
+  Required(FcPatternAddBool(p, FC_VARIABLE, FcFalse));  // instances rather than the bare variable font
   if (character) {
-    if (FcCharSet* set = FcCharSetCreate()) {
-      FcCharSetAddChar(set, character);
-      FcPatternAddCharSet(p, FC_CHARSET, set);
-      FcCharSetDestroy(set);
-    }
+    const CharSet set(Required(FcCharSetCreate()));
+    Required(FcCharSetAddChar(set.get(), character));
+    Required(FcPatternAddCharSet(p, FC_CHARSET, set.get()));
   }
-  FcConfigSubstitute(nullptr, p, FcMatchPattern);
+  Required(FcConfigSubstitute(nullptr, p, FcMatchPattern));
   FcDefaultSubstitute(p);
   return query;
 }
@@ -193,18 +252,22 @@ bool HasCharacter(const FcPattern* pattern, char32_t character) {
 
 /// The best match that can be opened and, when a character is given, has it.
 Face* Match(const std::string& family, bool bold, bool italic, char32_t character = 0) {
+  if (character > 0x10FFFF) return nullptr;  // no character: Fontconfig would not take it either
   const Pattern query = Query(family, bold, italic, character);
   FcResult result = FcResultNoMatch;
-  if (const Pattern best{FcFontMatch(nullptr, query.get(), &result)}) {
-    if (character && !HasCharacter(best.get(), character)) return nullptr;  // coverage ranks first: nobody has it
-    Face* face = OpenFace(best.get());
-    if (face && (!character || GlyphOf(*face, character))) return face;
+  const Pattern best(FcFontMatch(nullptr, query.get(), &result));
+  if (!best) {
+    if (InstalledFonts()->nfont > 0) throw std::bad_alloc();
+    return nullptr;
   }
+  if (character && !HasCharacter(best.get(), character)) return nullptr;  // coverage ranks first: nobody has it
+  Face* face = OpenFace(best.get());
+  if (face && (!character || GlyphOf(*face, character))) return face;
   // The best one was damaged, or has pictures for glyphs: walk down the list.
-  const FontSet sorted(FcFontSort(nullptr, query.get(), FcFalse, nullptr, &result));
-  for (int i = 0; sorted && i < sorted->nfont; ++i) {
+  const FontSet sorted(Required(FcFontSort(nullptr, query.get(), FcFalse, nullptr, &result)));
+  for (int i = 0; i < sorted->nfont; ++i) {
     if (character && !HasCharacter(sorted->fonts[i], character)) continue;
-    Face* face = OpenFace(sorted->fonts[i]);
+    face = OpenFace(sorted->fonts[i]);
     if (face && (!character || GlyphOf(*face, character))) return face;
   }
   return nullptr;
@@ -266,6 +329,7 @@ bool Place(const FontRequest& font, char32_t character, Placement& place) {
   FT_Fixed units = 0;
   FT_Face ft = place.face->face.get();
   if (FT_Get_Advance(ft, place.glyph, FT_LOAD_NO_SCALE, &units)) units = 0;
+  TheEngine().RequireMemory();
   place.advance = static_cast<double>(units) * place.em / ft->units_per_EM;
   if (place.embolden) place.advance += place.em * kBoldStrength;
   return true;
@@ -380,8 +444,11 @@ bool Draw(const FontRequest& font, char32_t character, bool antialias, double pe
   if (!Place(font, character, place) || !ClearBox(BoxOf(font, place), glyph)) return false;
   if (place.blank) return true;
   FT_Outline* outline = LoadOutline(place, glyph.height);
+  TheEngine().RequireMemory();
   if (!outline || outline->n_points == 0) return true;  // a damaged or empty glyph is a gap, not a failure
-  return penWidth > 0 ? Stroke(*outline, penWidth, antialias, glyph) : Fill(*outline, antialias, glyph);
+  const bool drawn = penWidth > 0 ? Stroke(*outline, penWidth, antialias, glyph) : Fill(*outline, antialias, glyph);
+  TheEngine().RequireMemory();
+  return drawn;
 }
 
 // ---- Families ----
@@ -392,15 +459,6 @@ std::string Folded(const std::string& name) {
   std::string result(reinterpret_cast<const char*>(folded));
   FcStrFree(folded);
   return result;
-}
-
-FontSet InstalledFonts() {
-  const Pattern all(FcPatternCreate());
-  if (all) FcPatternAddBool(all.get(), FC_OUTLINE, FcTrue);
-  FcObjectSet* fields = FcObjectSetBuild(FC_FAMILY, FC_FAMILYLANG, nullptr);
-  FontSet fonts(all && fields ? FcFontList(nullptr, all.get(), fields) : nullptr);
-  if (fields) FcObjectSetDestroy(fields);
-  return fonts;
 }
 
 bool IsInstalled(const FcFontSet& fonts, const FcChar8* family) {
@@ -415,13 +473,11 @@ bool IsInstalled(const FcFontSet& fonts, const FcChar8* family) {
 
 bool FindFamily(const std::string& family) {
   const FontSet fonts = InstalledFonts();
-  if (!fonts) return false;
   if (IsInstalled(*fonts, reinterpret_cast<const FcChar8*>(family.c_str()))) return true;
   // Fontconfig binds a metric-compatible stand-in as strongly as the name it stands for; general substitutes weakly.
-  const Pattern query(FcPatternCreate());
-  if (!query) return false;
-  FcPatternAddString(query.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
-  FcConfigSubstitute(nullptr, query.get(), FcMatchPattern);
+  const Pattern query(Required(FcPatternCreate()));
+  AddFamily(query.get(), family);
+  Required(FcConfigSubstitute(nullptr, query.get(), FcMatchPattern));
   FcValue value;
   FcValueBinding binding = FcValueBindingWeak;
   for (int n = 0; FcPatternGetWithBinding(query.get(), FC_FAMILY, n, &value, &binding) == FcResultMatch; ++n) {
@@ -435,7 +491,7 @@ bool FindFamily(const std::string& family) {
 bool StartTextEngine() noexcept try {
   if (!OpenEngine()) return false;
   const FontSet fonts = InstalledFonts();
-  if (!fonts || fonts->nfont == 0) return false;
+  if (fonts->nfont == 0) return false;
   ++TheEngine().starts;
   return true;
 } catch (const std::bad_alloc&) {
@@ -451,7 +507,7 @@ std::vector<std::string> FontFamilies() {
   if (!OpenEngine()) return {};
   const FontSet fonts = InstalledFonts();
   std::map<std::string, std::string> byFolded;
-  for (int i = 0; fonts && i < fonts->nfont; ++i) {
+  for (int i = 0; i < fonts->nfont; ++i) {
     FcChar8 *name = nullptr, *language = nullptr;
     for (int n = 0; FcPatternGetString(fonts->fonts[i], FC_FAMILY, n, &name) == FcResultMatch; ++n) {
       // A face may carry its name in several languages: the English one, else the first.
@@ -469,35 +525,51 @@ std::vector<std::string> FontFamilies() {
 
 bool HasFontFamily(const std::string& family) { return !family.empty() && OpenEngine() && FindFamily(family); }
 
+std::string FamilyUsed(const FontRequest& font) {
+  if (!OpenEngine()) return {};
+  const FontSet fonts = InstalledFonts();
+  if (fonts && IsInstalled(*fonts, reinterpret_cast<const FcChar8*>(font.family.c_str()))) return font.family;
+  const Selection& selection = Select(font);
+  const char* name = selection.face ? selection.face->face->family_name : nullptr;
+  return name ? name : "";
+}
+
+bool HasGlyph(const FontRequest& font, char32_t character) {
+  Placement place;
+  return !Place(font, character, place) || place.blank || place.glyph != 0;
+}
+
 FontMetrics MeasureFont(const FontRequest& font) noexcept try {
   const int height = std::max(font.cellHeight, 1);
   if (!OpenEngine()) return {height, height};
   const Selection& selection = Select(font);
   return {height, selection.face ? AscentOf(*selection.face, height) : height};
 } catch (const std::bad_alloc&) {
+  TheEngine().GiveUp();
   return {std::max(font.cellHeight, 1), std::max(font.cellHeight, 1)};
 }
 
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept try {
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) try {
   Placement place;
   if (!Place(font, character, place)) return false;
   box = BoxOf(font, place);
   return true;
 } catch (const std::bad_alloc&) {
-  return false;
+  TheEngine().GiveUp();
+  throw;
 }
 
 bool RenderGlyph(const FontRequest& font, char32_t character, bool antialias, GlyphBitmap& glyph) noexcept try {
   return Draw(font, character, antialias, 0, glyph);
 } catch (const std::bad_alloc&) {
-  return false;
+  return TheEngine().GiveUp();
 }
 
 bool RenderGlyphOutline(const FontRequest& font, char32_t character, bool antialias, double penWidth,
                         GlyphBitmap& glyph) noexcept try {
   return Draw(font, character, antialias, penWidth, glyph);
 } catch (const std::bad_alloc&) {
-  return false;
+  return TheEngine().GiveUp();
 }
 
 }  // namespace glyphmotion

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cwchar>
 #include <exception>
 #include <utility>
 
@@ -47,17 +48,70 @@ std::wstring FolderOf(const std::wstring& path) {
   return slash == std::wstring::npos ? L"" : path.substr(0, slash + 1);
 }
 
-/// A new, empty file beside `path`; its name goes to `name`. Names that exist are passed over.
-HANDLE CreateBeside(const std::wstring& path, std::wstring& name) {
+constexpr std::wstring_view kNameStart = L".glyphmotion-", kNameEnd = L".tmp";
+
+/// The process in ".glyphmotion-PID-N.tmp"; 0 for other names.
+DWORD ProcessOf(const std::wstring& name) {
+  if (!name.starts_with(kNameStart) || !name.ends_with(kNameEnd)) return 0;
+  return static_cast<DWORD>(wcstoul(name.c_str() + kNameStart.size(), nullptr, 10));
+}
+
+bool IsAlive(DWORD process) {
+  const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, process);
+  if (!handle) return GetLastError() == ERROR_ACCESS_DENIED;
+  const bool alive = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
+  CloseHandle(handle);
+  return alive;
+}
+
+/// Removes what dead processes left unfinished in the folder. A file that is open cannot be removed.
+void ClearStaleTemporaries(const std::wstring& folder) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search =
+      FindFirstFileW((folder + std::wstring(kNameStart) + L"*" + std::wstring(kNameEnd)).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    const DWORD process = ProcessOf(found.cFileName);
+    if (process && !IsAlive(process)) DeleteFileW((folder + found.cFileName).c_str());
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+}
+
+/// A new, empty file in `folder`; its name goes to `name`. Names that exist are skipped.
+HANDLE CreateIn(const std::wstring& folder, std::wstring& name) {
   static std::atomic<unsigned> count{0};
   for (int attempt = 0; attempt < 100; ++attempt) {
-    name = FolderOf(path) + L".glyphmotion-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-           std::to_wstring(count++) + L".tmp";
+    name = folder + std::wstring(kNameStart) + std::to_wstring(GetCurrentProcessId()) + L"-" +
+           std::to_wstring(count++) + std::wstring(kNameEnd);
     const HANDLE file =
         CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return file;
+    if (file != INVALID_HANDLE_VALUE) return file;
+    if (GetLastError() != ERROR_FILE_EXISTS) break;
   }
+  name.clear();
   return INVALID_HANDLE_VALUE;
+}
+
+/// The reason behind an error as the second half of a sentence.
+std::string ReasonOf(DWORD error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      return "there is no such file or folder";
+    case ERROR_ACCESS_DENIED:
+      return "permission denied";
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      return "the disk is full; free some space";
+    case ERROR_SHARING_VIOLATION:
+      return "another program holds it";
+    default:
+      return "error " + std::to_string(error) + " of the system";
+  }
+}
+
+void Say(std::string* why, const std::string& reason) {
+  if (why) *why = reason;
 }
 
 /// ReplaceFile keeps the old file's permissions and attributes, but not every file system knows it.
@@ -66,17 +120,6 @@ bool PutInPlace(const std::wstring& name, const std::wstring& path, bool exists)
     return true;
   }
   return MoveFileExW(name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-}
-
-bool Replace(const std::wstring& path, std::string_view bytes, bool exists) {
-  std::wstring name;
-  OpenFile file(CreateBeside(path, name));
-  if (!file) return false;
-  const bool filled = WriteAll(file.handle, bytes) && FlushFileBuffers(file.handle);
-  const bool closed = file.Close();
-  if (filled && closed && InTime([&] { return PutInPlace(name, path, exists); })) return true;
-  DeleteFileW(name.c_str());
-  return false;
 }
 
 bool WriteInPlace(const std::wstring& path, std::string_view bytes) {
@@ -96,19 +139,24 @@ std::wstring TargetOf(const std::wstring& path) {
   return target;
 }
 
-std::optional<std::string> ReadAll(HANDLE file, std::size_t limit) {
-  std::string bytes;
+std::optional<std::string> ReadAll(HANDLE file, std::size_t limit, std::string* why) {
   LARGE_INTEGER size{};
-  if (GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size)) {
-    if (static_cast<unsigned long long>(size.QuadPart) > limit) return std::nullopt;
-    bytes.reserve(static_cast<std::size_t>(size.QuadPart));
+  if (GetFileType(file) != FILE_TYPE_DISK || !GetFileSizeEx(file, &size)) {
+    Say(why, "it is not a regular file");
+    return std::nullopt;
   }
+  if (static_cast<unsigned long long>(size.QuadPart) > limit) {
+    Say(why, "it is larger than " + std::to_string(limit) + " bytes");
+    return std::nullopt;
+  }
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(size.QuadPart));
   char piece[16384];
   for (;;) {
     DWORD count = 0;
     if (!ReadFile(file, piece, sizeof piece, &count, nullptr)) {
-      if (GetLastError() != ERROR_BROKEN_PIPE) return std::nullopt;
-      return bytes;
+      Say(why, ReasonOf(GetLastError()));
+      return std::nullopt;
     }
     if (!count) return bytes;
     if (count > limit - bytes.size()) return std::nullopt;
@@ -118,27 +166,110 @@ std::optional<std::string> ReadAll(HANDLE file, std::size_t limit) {
 
 }  // namespace
 
-// Whoever replaces the file meanwhile, another of this program's dialogs say, is not kept from it.
-std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit) noexcept try {
-  if (!IsPath(path)) return std::nullopt;
+struct AtomicFile::State {
+  std::wstring target, name;
+  bool exists = false;
+  DWORD error = 0;
+  OpenFile file{INVALID_HANDLE_VALUE};
+
+  ~State() {
+    file.Close();
+    if (!name.empty()) DeleteFileW(name.c_str());
+  }
+};
+
+AtomicFile::AtomicFile() noexcept = default;
+AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
+AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
+AtomicFile::~AtomicFile() = default;
+
+AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept try {
+  AtomicFile begun;
+  if (!IsPath(path)) {
+    why = "it is not a file name";
+    return {};
+  }
+  auto state = std::make_unique<State>();
+  state->target = WideOf(path);
+  const DWORD attributes = GetFileAttributesW(state->target.c_str());
+  state->exists = attributes != INVALID_FILE_ATTRIBUTES;
+  if (!state->exists && GetLastError() != ERROR_FILE_NOT_FOUND) {
+    why = ReasonOf(GetLastError());
+    return {};
+  }
+  if (state->exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DEVICE))) {
+    why = attributes & FILE_ATTRIBUTE_DIRECTORY  ? "it is a folder; name a file"
+          : attributes & FILE_ATTRIBUTE_READONLY ? "the file is read-only; make it writable or choose another name"
+                                                 : "it is not a regular file";
+    return {};
+  }
+  if (state->exists && (attributes & FILE_ATTRIBUTE_REPARSE_POINT)) state->target = TargetOf(state->target);
+  const std::wstring folder = FolderOf(state->target);
+  ClearStaleTemporaries(folder);
+  state->file.handle = CreateIn(folder, state->name);
+  if (!state->file) {
+    why = ReasonOf(GetLastError());
+    return {};
+  }
+  begun.state_ = std::move(state);
+  return begun;
+} catch (const std::exception&) {
+  why.assign("out of memory");
+  return {};
+}
+
+bool AtomicFile::Write(std::string_view bytes) noexcept {
+  if (!state_ || state_->error) return false;
+  if (WriteAll(state_->file.handle, bytes)) return true;
+  state_->error = GetLastError() ? GetLastError() : ERROR_DISK_FULL;
+  return false;
+}
+
+std::string AtomicFile::Trouble() const { return state_ && state_->error ? ReasonOf(state_->error) : ""; }
+
+bool AtomicFile::Keep(std::string& why) noexcept try {
+  const auto state = std::move(state_);
+  if (!state) return false;
+  const bool whole = !state->error && FlushFileBuffers(state->file.handle);
+  const bool closed = state->file.Close();
+  if (whole && closed && InTime([&] { return PutInPlace(state->name, state->target, state->exists); })) {
+    state->name.clear();
+    return true;
+  }
+  why = ReasonOf(state->error ? state->error : GetLastError());
+  return false;
+} catch (const std::exception&) {
+  why.assign("out of memory");
+  return false;
+}
+
+// Another of this program's dialogs, say, that replaces the file meanwhile is not kept from it.
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit, std::string* why) noexcept try {
+  if (!IsPath(path)) {
+    Say(why, "it is not a file name");
+    return std::nullopt;
+  }
   const OpenFile file(CreateFileW(WideOf(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
-  return file ? ReadAll(file.handle, limit) : std::nullopt;
+  if (file) return ReadAll(file.handle, limit, why);
+  Say(why, ReasonOf(GetLastError()));
+  return std::nullopt;
 } catch (const std::exception&) {
+  if (why) why->assign("out of memory");
   return std::nullopt;
 }
 
-bool AtomicWriteFile(const std::string& path, std::string_view bytes) noexcept try {
-  if (!IsPath(path)) return false;
-  const std::wstring wide = WideOf(path);
-  const DWORD attributes = GetFileAttributesW(wide.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) {
-    return GetLastError() == ERROR_FILE_NOT_FOUND && Replace(wide, bytes, false);
+bool AtomicWriteFile(const std::string& path, std::string_view bytes, std::string* why) noexcept try {
+  const DWORD attributes = IsPath(path) ? GetFileAttributesW(WideOf(path).c_str()) : INVALID_FILE_ATTRIBUTES;
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DEVICE)) {
+    return WriteInPlace(WideOf(path), bytes);
   }
-  // A file that may not be written stays as it is, although a rename could replace it.
-  if (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) return false;
-  if (attributes & FILE_ATTRIBUTE_DEVICE) return WriteInPlace(wide, bytes);
-  return Replace(attributes & FILE_ATTRIBUTE_REPARSE_POINT ? TargetOf(wide) : wide, bytes, true);
+  std::string unheard;
+  std::string& reason = why ? *why : unheard;
+  AtomicFile file = AtomicFile::Begin(path, reason);
+  if (!file) return false;
+  file.Write(bytes);
+  return file.Keep(reason);
 } catch (const std::exception&) {
   return false;
 }

@@ -39,18 +39,9 @@ std::string SpecialFolder(int which) {
   return found ? WithSeparator(NarrowOf(path)) : "";
 }
 
-bool Exists(const std::string& path) { return GetFileAttributesW(WideOf(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
-
 bool IsFolder(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-bool HoldsLibraries(const std::string& folder) {
-  for (const char* name : {"tlmplgm4.fft", "tlmplgm4.mtx", "FountainLibrary.fll"}) {
-    if (Exists(folder + name)) return true;
-  }
-  return false;
 }
 
 std::string RegistryText(const wchar_t* folder, const wchar_t* name) {
@@ -100,13 +91,13 @@ std::string OwnFolder() {
   return NarrowOf(whole.substr(0, whole.find_last_of(L"\\/") + 1));
 }
 
-std::string ShippedFolder() {
-  const std::string own = OwnFolder();
-  if (own.empty()) return {};
-  for (const std::string& folder : {own, own + "share\\glyphmotion\\", own + "..\\share\\glyphmotion\\"}) {
-    if (HoldsLibraries(folder)) return folder;
+std::vector<std::string> ShippedFolders() {
+  std::vector<std::string> folders = {WithSeparator(Environment(L"GLYPHMOTION_DATA"))};
+  if (const std::string own = OwnFolder(); !own.empty()) {
+    for (const char* place : {"", "share\\glyphmotion\\", "..\\share\\glyphmotion\\"}) folders.push_back(own + place);
   }
-  return {};
+  std::erase(folders, "");
+  return folders;
 }
 
 std::string RegisteredOwner() {

@@ -331,7 +331,7 @@ FontMetrics MeasureFont(const FontRequest& font) noexcept try {
   return {};
 }
 
-bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) noexcept try {
+bool MeasureGlyph(const FontRequest& font, char32_t character, GlyphBox& box) try {
   const FontInUse* use = UseFont(font);
   OwnedGraphics graphics;
   return use && GdipCreateFromHDC(TheEngine().context, &graphics) == Ok && MeasureBox(*use, graphics, character, box);

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// Files that get their name when they are whole.
+//
+// A file opened with O_TMPFILE has no name: a process that ends in any manner leaves nothing of it. linkat() names it
+// at the end, but only with a name that is free. So a file that replaces another goes through a temporary name, from
+// which rename() takes it a system call later.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+
+#include "platform/files.h"
+#include "platform/portable/descriptors.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr std::size_t kBuffer = std::size_t{1} << 16;
+constexpr int kAttempts = 100;
+
+std::string LinkNameOf(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+Descriptor OpenUnnamed([[maybe_unused]] const std::string& folder) {
+#ifdef O_TMPFILE
+  Descriptor file = OpenFile(folder, O_TMPFILE | O_WRONLY, 0666);
+  if (file && access(LinkNameOf(*file).c_str(), F_OK) == 0) return file;
+#endif
+  return Descriptor();
+}
+
+/// Names that exist are skipped.
+Descriptor OpenNamed(const std::string& folder, std::string& name) {
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    name = TemporaryName(folder);
+    Descriptor file = OpenFile(name, O_WRONLY | O_CREAT | O_EXCL, 0666);
+    if (file) return file;
+    if (errno != EEXIST) break;
+  }
+  name.clear();
+  return Descriptor();
+}
+
+/// The owner stays as far as this user may give files away; rights that go with an owner do not pass to another.
+bool TakeRights(int descriptor, const struct stat& old) {
+  const bool same = fchown(descriptor, old.st_uid, old.st_gid) == 0;
+  if (!same) (void)!fchown(descriptor, static_cast<uid_t>(-1), old.st_gid);
+  return fchmod(descriptor, old.st_mode & (same ? 07777 : 0777)) == 0;
+}
+
+/// Whether `target` can be replaced or made; `exists` says which. A file without any right to write is read-only for
+/// the superuser too, who could write it all the same.
+bool MayWrite(const std::string& target, struct stat& status, bool& exists, std::string& why) {
+  exists = stat(target.c_str(), &status) == 0;
+  if (!exists) {
+    if (errno == ENOENT) return true;
+    why = ReasonOf(errno);
+  } else if (S_ISDIR(status.st_mode)) {
+    why = "it is a folder; name a file";
+  } else if (!S_ISREG(status.st_mode)) {
+    why = "it is not a regular file";
+  } else if (!(status.st_mode & 0222) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+    why = "the file is read-only; make it writable or choose another name";
+  } else {
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+struct AtomicFile::State {
+  std::string target, folder;
+  std::string name;  ///< the temporary one; empty while there is none
+  Descriptor file;
+  std::string buffer;
+  int error = 0;
+
+  ~State() { Forget(); }
+  void Forget() noexcept {
+    if (!name.empty()) unlink(name.c_str());
+    name.clear();
+  }
+  bool Flush() noexcept {
+    if (!error && !WriteAll(*file, buffer)) error = errno;
+    buffer.clear();
+    return !error;
+  }
+  bool Rename() noexcept {
+    if (std::rename(name.c_str(), target.c_str()) != 0) return false;
+    name.clear();
+    return true;
+  }
+  bool LinkAs(const std::string& path) const {
+    return linkat(AT_FDCWD, LinkNameOf(*file).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  }
+  bool GiveName();
+};
+
+bool AtomicFile::State::GiveName() {
+  if (!name.empty()) return Rename();
+  if (LinkAs(target)) return true;
+  for (int attempt = 0; errno == EEXIST && attempt < kAttempts; ++attempt) {
+    name = TemporaryName(folder);
+    if (LinkAs(name)) return Rename();
+    name.clear();
+  }
+  return false;
+}
+
+AtomicFile::AtomicFile() noexcept = default;
+AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
+AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
+AtomicFile::~AtomicFile() = default;
+
+AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept try {
+  AtomicFile begun;
+  if (path.empty() || path.find('\0') != std::string::npos) {
+    why = "it is not a file name";
+    return {};
+  }
+  auto state = std::make_unique<State>();
+  state->target = TargetOfLinks(path);
+  struct stat old;
+  bool exists = false;
+  if (state->target.empty()) {
+    why = ReasonOf(ELOOP);
+    return {};
+  }
+  if (!MayWrite(state->target, old, exists, why)) return {};
+  state->folder = FolderOf(state->target);
+  state->buffer.reserve(kBuffer);
+  ClearStaleTemporaries(state->folder);
+  state->file = OpenUnnamed(state->folder);
+  if (!state->file) state->file = OpenNamed(state->folder, state->name);
+  if (state->file) HoldTemporary(*state->file);
+  if (!state->file || (exists && !TakeRights(*state->file, old))) {
+    why = ReasonOf(errno);
+    return {};
+  }
+  begun.state_ = std::move(state);
+  return begun;
+} catch (const std::exception&) {
+  why.assign("out of memory");
+  return {};
+}
+
+bool AtomicFile::Write(std::string_view bytes) noexcept {
+  if (!state_ || state_->error) return false;
+  if (bytes.size() > kBuffer - state_->buffer.size() && !state_->Flush()) return false;
+  if (bytes.size() < kBuffer) {
+    state_->buffer.append(bytes);  // which has the room
+  } else if (!WriteAll(*state_->file, bytes)) {
+    state_->error = errno;
+  }
+  return !state_->error;
+}
+
+std::string AtomicFile::Trouble() const { return state_ && state_->error ? ReasonOf(state_->error) : ""; }
+
+bool AtomicFile::Keep(std::string& why) noexcept try {
+  const auto state = std::move(state_);
+  if (!state) return false;
+  if (!state->Flush() || fsync(*state->file) != 0 || !state->GiveName()) {
+    const int error = state->error ? state->error : errno;
+    state->Forget();
+    why = ReasonOf(error);
+    return false;
+  }
+  // The name itself is on the disk once its folder is. Some file systems cannot flush a folder; the file stands then.
+  if (const Descriptor folder = OpenFile(state->folder, O_RDONLY | O_DIRECTORY)) (void)fsync(*folder);
+  return true;
+} catch (const std::exception&) {
+  why.assign("out of memory");
+  return false;
+}
+
+}  // namespace glyphmotion

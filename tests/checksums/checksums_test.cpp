@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+// The bytes of every effect under twenty sets of options, for a palette host and a true-colour host, and those of the
+// GIF file. checksums.txt keeps them, a row each: effect, options, frames of the palette host, GIF file, frames of the
+// true-colour host. Faster, threaded or rewritten code has to give the same list.
+//
+// GLYPHMOTION_SET_CHECKSUMS=1 writes the list anew; the commit then says why bytes have changed.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <set>
+
+#include "glyphmotion/render.h"
+#include "host/encoders/encoders.h"
+#include "host/host_helpers.h"
+
+namespace glyphmotion {
+namespace {
+
+using testing::Bytes;
+using testing::ReadBytes;
+using testing::TemporaryFolder;
+using Settings = std::vector<Job::Setting>;
+
+class Hash {
+ public:
+  void Add(std::span<const std::uint8_t> bytes) {
+    for (const std::uint8_t byte : bytes) value_ = (value_ ^ byte) * 1099511628211u;
+  }
+  void Add(std::initializer_list<std::int64_t> numbers) {
+    for (const std::int64_t number : numbers) Add({reinterpret_cast<const std::uint8_t*>(&number), sizeof number});
+  }
+  std::string Text() const {
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(value_));
+    return text;
+  }
+
+ private:
+  std::uint64_t value_ = 14695981039346656037u;
+};
+
+struct OptionSet {
+  const char* name;
+  const char* text;
+  const char *fill, *shadow, *background, *outline;
+  Settings settings;
+};
+
+const std::vector<OptionSet>& OptionSets() {
+  static const std::vector<OptionSet> sets = {
+      {"plain", "Ag3", "", "", "", "", {}},
+      {"colours", "Ag3", "#c01020", "#404080", "#ffffe0", "#0080ff", {}},
+      {"no-outline", "Sale!", "#ffffff", "", "#102040", "", {{"@outlineenable", "0"}}},
+      {"no-shadow", "Sale!", "", "", "", "", {{"@shadowenable", "0"}, {"MainFontBold", "0"}}},
+      {"gradient",
+       "Rag",
+       "gradient:conical,#ff0000-#0040ff,rotation=33,mid=40",
+       "",
+       "gradient:linear,#000000-#00ff88",
+       "",
+       {}},
+      {"fountain", "Rag", "fountain:Sunrise", "", "", "", {{"MainDither", "1"}}},
+      {"marble", "Rag", "texture:Marble", "", "", "", {{"MainFontItalic", "1"}}},
+      {"fractal", "Rag", "", "texture:fractal3,size=64", "texture:fractal5", "", {}},
+      {"tile", "Rag", "tile:tlmplgm4.mtx#2", "", "tile:tlmplgm4.mtx#5", "", {}},
+      {"bubbles", "Ox", "texture:perturbation,bubbles=20,noise=0.6", "gradient:rectangular,#400000-#ff8000", "", "", {}},
+      {"transparent", "Thin ij", "", "", "", "", {{"MainTransparent", "1"}, {"@shadowenable", "0"}}},
+      {"dither", "Ag3", "gradient:elliptical,#203040-#f0f0c0,cx=10,cy=-20,pad=5", "", "", "", {{"MainDither", "1"}}},
+      {"supercompress", "Ag3", "fountain:Ocean", "", "", "", {{"MainSupercompress", "1"}}},
+      {"safe216", "Ag3", "fountain:Fire", "", "", "", {{"14", "0"}, {"MainPalette", "6"}, {"MainDither", "1"}}},
+      {"mask-background", "Ag3", "fountain:Dusk", "", "#00ff00", "", {{"MainMaskBackground", "1"}}},
+      {"hard-edges", "Ag3", "", "", "", "", {{"MainAntialias", "0"}}},
+      {"spaced", "Wide", "", "", "", "", {{"MainFontSpace", "130"}, {"MainPadding", "9"}}},
+      {"accents", "\u00c4\u00e9\u0142", "fountain:Ice", "", "", "", {}},
+      {"greek-cyrillic", "\u03a9\u03bb\u0416\u044f", "", "", "", "", {{"MainFontName", "Liberation Serif"}}},
+      {"alpha", "Ag3", "", "", "", "", {{"MainAlphaTrans", "1"}, {"UseAlphaGreyBack", "0"}}},
+  };
+  return sets;
+}
+
+// A run whose job leaves out what the effect does not have, as an effect without a fill.
+RenderResult RenderWhatApplies(Job job, const Sink& sink) {
+  for (;;) {
+    RenderResult result = Render(job, sink);
+    if (result.status != RenderStatus::BadJob) return result;
+    const auto lacks = [&](const std::string& what) {
+      return result.message.find(" has no " + what) != std::string::npos;
+    };
+    const std::size_t before = job.settings.size();
+    std::erase_if(job.settings, [&](const auto& setting) { return lacks("option '" + setting.first); });
+    std::string* role = lacks("fill")         ? &job.fill
+                        : lacks("shadow")     ? &job.shadow
+                        : lacks("background") ? &job.background
+                                              : nullptr;
+    if (role) role->clear();
+    if (!role && job.settings.size() == before) return result;
+  }
+}
+
+Job JobOf(const std::string& effect, const OptionSet& set, bool palette) {
+  Job job;
+  job.effect = effect;
+  job.text = set.text;
+  job.fill = set.fill;
+  job.shadow = set.shadow;
+  job.background = set.background;
+  job.outline = set.outline;
+  job.paletteFormat = palette;
+  job.trueColourFormat = !palette;
+  job.settings = {{"MainFontName", "Liberation Sans"}, {"MainFontSize", "26"}, {"@frames", "7"}};
+  // A palette host offers no alpha plane; a true-colour host offers nothing of palettes.
+  for (const Job::Setting& setting : set.settings) {
+    static const std::set<std::string> onlyPalette = {"MainDither",  "MainSupercompress",  "14",
+                                                      "MainPalette", "MainMaskBackground", "MainTransparent"};
+    const bool alpha = setting.first.find("Alpha") != std::string::npos;
+    if (palette ? !alpha : !onlyPalette.contains(setting.first)) job.settings.push_back(setting);
+  }
+  if (palette) job.defaults = {{"10", "0"}, {"14", set.name == std::string("safe216") ? "0" : "1"}};
+  return job;
+}
+
+struct Sums {
+  std::string frames, file;
+};
+
+Sums SumsOf(const std::string& effect, const OptionSet& set, bool palette, const std::string& file) {
+  Hash frames;
+  std::string error;
+  Output output = palette ? Output::File(file, error) : Output();
+  std::optional<Encoder> encoder;
+  Sink sink;
+  sink.task = [&](const Task& task) {
+    frames.Add({task.width, task.height, task.depth, task.imageCount, task.transparentIndex});
+    frames.Add(task.palette);
+    if (palette) encoder = FindFormat(".gif")->open(output, {task.width, task.height, task.imageCount, 10, -1});
+    return true;
+  };
+  sink.image = [&](const Image& image) {
+    frames.Add({image.number, image.delay, image.transparentIndex, image.standAlone});
+    frames.Add(image.dib);
+    return !encoder || encoder->add(image).empty();
+  };
+  const RenderResult result = RenderWhatApplies(JobOf(effect, set, palette), sink);
+  EXPECT_EQ(result.status, RenderStatus::Done) << effect << " " << set.name << ": " << result.message;
+  EXPECT_EQ(result.blocks + result.locks, 0u) << effect << " " << set.name;
+  Hash bytes;
+  if (encoder) {
+    EXPECT_EQ(encoder->finish(), "");
+    EXPECT_EQ(output.Keep(), "");
+    bytes.Add(ReadBytes(file));
+  }
+  return {frames.Text(), bytes.Text()};
+}
+
+// A row for each effect and set of options, in the order of the file.
+std::vector<std::string> AllSums() {
+  const TemporaryFolder folder;
+  std::vector<std::string> rows;
+  for (const std::string& effect : EffectNames()) {
+    for (const OptionSet& set : OptionSets()) {
+      const Sums palette = SumsOf(effect, set, true, folder / "sums.gif");
+      const Sums trueColour = SumsOf(effect, set, false, {});
+      rows.push_back(effect + "," + set.name + "," + palette.frames + "," + palette.file + "," + trueColour.frames);
+    }
+  }
+  return rows;
+}
+
+TEST(Checksums, EveryEffectGivesTheBytesOfTheList) {
+  const std::string list = std::string(GLYPHMOTION_SOURCE_DIR) + "/tests/checksums/checksums.txt";
+  const std::vector<std::string> rows = AllSums();
+  if (std::getenv("GLYPHMOTION_SET_CHECKSUMS")) {
+    std::ofstream file(list);
+    for (const std::string& row : rows) file << row << '\n';
+    return;
+  }
+  std::ifstream file(list);
+  std::string wanted;
+  for (const std::string& row : rows) {
+    ASSERT_TRUE(std::getline(file, wanted)) << "the list ends before " << row;
+    EXPECT_EQ(row, wanted);
+  }
+}
+
+}  // namespace
+}  // namespace glyphmotion
