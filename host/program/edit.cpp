@@ -85,6 +85,15 @@ void OpenBrowser(const std::string& address, const std::string& folder) {
   if (child > 0) std::thread([child] { ::waitpid(child, nullptr, 0); }).detach();
 }
 
+// The first of the places of shipped files that holds the page.
+std::string FolderOfPage() {
+  std::error_code error;
+  for (const std::string& folder : ShippedFolders()) {
+    if (std::filesystem::is_regular_file(JoinPath(folder, "web/index.html"), error)) return JoinPath(folder, "");
+  }
+  return {};
+}
+
 }  // namespace
 
 bool IsEdit(const std::vector<std::string>& words) { return !words.empty() && words[0] == "edit"; }
@@ -100,7 +109,7 @@ std::string Edit(const std::vector<std::string>& words, const std::function<bool
   services.picture = LoadPicture;
   const ScratchFolder scratch;
   PageServerOptions options;
-  const std::string shipped = ShippedFolder();
+  const std::string shipped = FolderOfPage();
   options.port = read->port;
   options.webFolder = shipped + "web/";
   options.helpFile = shipped + "TLMPLGM4.HTML";
