@@ -16,6 +16,8 @@ class GuardedStream : public httplib::Stream {
 
   /// Waits for the first byte of another request; false when none comes in time.
   bool AwaitRequest(std::chrono::milliseconds most) const;
+  /// Whether bytes have come that nobody has read.
+  bool HasRest() const { return taken_ < buffer_.size(); }
   /// From now on a whole request has to arrive within this time.
   void BeginRequest(std::chrono::milliseconds most) { deadline_ = Clock::now() + most; }
 

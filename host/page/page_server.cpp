@@ -41,7 +41,8 @@ class Server : public httplib::Server {
     bool whole = true, closed = false;
     while (whole && !closed && is_running() && stream.AwaitRequest(kIdle)) {
       stream.BeginRequest(kWholeRequest);
-      whole = process_request(stream, false, closed, nullptr);
+      // What a refused request leaves unread is not the next one.
+      whole = process_request(stream, false, closed, nullptr) && !stream.HasRest();
     }
     ::shutdown(socket, SHUT_RDWR);
     ::close(socket);
@@ -100,6 +101,7 @@ httplib::Server::HandlerResponse PageServer::Admit(const Request& request, Respo
   const bool api = request.path.starts_with("/api/");
   if (IsOwn(request) && (!api || IsTrusted(request))) return httplib::Server::HandlerResponse::Unhandled;
   response.status = 403;
+  response.set_header("Connection", "close");
   response.set_content("This address serves one person's own browser.\n", "text/plain");
   return httplib::Server::HandlerResponse::Handled;
 }

@@ -27,7 +27,7 @@ const std::vector<std::string> kWelcome = {"Glyphmotion",  "-e",
                                            "vortex",       "-s",
                                            "72",           "--bold",
                                            "--pad",        "12",
-                                           "--fill",       "fountain:Sunrise,rotation=90",
+                                           "--fill",       "fountain:Candy,rotation=90",
                                            "--background", "#14152b",
                                            "--shadow",     "#000000",
                                            "--set",        "Style008OutlineEnable=0"};

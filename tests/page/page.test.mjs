@@ -41,6 +41,7 @@ async function download(click) {
 
 test('Typed text is in the document and in the picture, and each effect is chosen and built', async () => {
   await page.fill('#text', 'Größe');
+  await page.getByRole('spinbutton', {name: 'Size'}).fill('24');
   await settled(page);
   assert.equal((await state(page)).text, 'Größe');
   const names = await page.evaluate(() => window.glyphmotion.hello.effects);
@@ -91,6 +92,7 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   await settled(page);
   const direction = await page.evaluate(() => window.glyphmotion.main.order.find(f => f.kind === 'shadow-direction' && f.visible).index);
   assert.equal(direction, 6);
+  await section('outline').getByRole('checkbox', {name: 'Outline on'}).check();
   await section('outline').locator('.hex').fill('#12ab9f');
   await settled(page);
   const outline = () => page.evaluate(() => window.glyphmotion.main.order.find(f => f.section === 'outline' && f.kind === 'colour' && f.visible).colour);
@@ -112,8 +114,8 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   assert.equal((await facts(page, fill)).material.colour, '#cc3300');
   await openEditor(1, 9995);
   const before = await face();
-  await layer(9995).getByText('Multi-color').click();
-  await layer(9995).getByText('Conical').click();
+  await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
+  await layer(9995).getByRole('radio', {name: 'Conical'}).check();
   await layer(9995).getByRole('spinbutton', {name: 'Rotation'}).fill('77');
   const marker = layer(9995).getByRole('slider', {name: 'Color 2', exact: true});
   const markersOf = () => facts(page, 120).then(f => f.fountain.markers);
@@ -137,7 +139,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await layer(9995).waitFor({state: 'detached'});
   assert.equal(await face(), before);
   await openEditor(1, 9995);
-  await layer(9995).getByText('Multi-color').click();
+  await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
   await layer(9995).getByRole('button', {name: 'Library…'}).click();
   await page.getByRole('menuitem').nth(1).click();
   await layer(9997).waitFor();
@@ -171,7 +173,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await layer(9998).locator('.ok').click();
   await layer(9998).waitFor({state: 'detached'});
   await openEditor(3, 9981);
-  await layer(9981).getByRole('option').nth(5).click();
+  await layer(9981).locator('.tile-item').nth(5).click();
   await settled(page);
   assert.equal((await facts(page, 102)).selection, 5);
   await layer(9981).getByRole('button', {name: 'Cancel'}).click();

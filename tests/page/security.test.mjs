@@ -7,12 +7,19 @@ import net from 'node:net';
 import {after, before, test} from 'node:test';
 import {startProgram} from './fixture.mjs';
 
-let server, host, port;
+let server, host, port, listening;
 before(async () => {
   server = await startProgram();
   ({host, port} = new URL(server.base));
+  // A page that listens, or the program would end with its last session.
+  const {session} = JSON.parse((await ask('/api/session', {method: 'POST', body: '{}', headers: trusted()})).body);
+  listening = http.get({host: '127.0.0.1', port, path: `/api/stream?session=${session}`, headers: {Host: host, ...trusted()}}, response => response.resume());
+  listening.on('error', () => {});
 });
-after(() => server.stop());
+after(async () => {
+  listening.destroy();
+  await server.stop();
+});
 
 /** @returns {Promise<{status: number, headers: any, body: string}>} */
 const ask = (path, {method = 'GET', headers = {}, body} = {}) => new Promise((resolve, reject) => {
@@ -24,8 +31,7 @@ const ask = (path, {method = 'GET', headers = {}, body} = {}) => new Promise((re
   request.on('error', reject);
   request.end(body);
 });
-const own = {'X-Glyphmotion-Token': null};
-const trusted = () => ({...own, 'X-Glyphmotion-Token': server.token});
+const trusted = () => ({'X-Glyphmotion-Token': server.token});
 
 test('Another user, another origin and a rebound name are refused', async () => {
   const session = {method: 'POST', body: '{}'};

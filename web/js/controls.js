@@ -7,6 +7,7 @@ import {faceOf} from './face.js';
 /** @typedef {import('./model.js').Dialog} Dialog */
 /** @typedef {import('./model.js').Facts} Facts */
 
+const kShipped = 'tlmplgm4';  // the group that comes with the program
 const kEcho = 700;  // milliseconds for which a person's own typing stands
 
 /**
@@ -103,7 +104,7 @@ export function comboRow(model, dialog, id, help) {
   dialog.watch(id, now => {
     if (items !== now.items) {
       items = now.items;
-      select.replaceChildren(...(items || []).map(text => make('option', {}, text)));
+      select.replaceChildren(...(items || []).map(text => make('option', {}, text === kShipped ? 'Built-in' : text)));
     }
     select.selectedIndex = now.selection ?? -1;
     select.disabled = !now.enabled;

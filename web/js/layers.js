@@ -49,6 +49,8 @@ export class Layers {
     this.open.push({level: dialog.level, element, before: document.activeElement});
     document.body.append(element);
     element.showModal();
+    const first = element.querySelector('.layer-body :is(input, select, button, [tabindex="0"]):not(:disabled)');
+    (first || element.querySelector('.ok'))?.focus();
   }
 
   /** The topic of the manual, above whatever is open. @param {string} topic */

@@ -57,7 +57,7 @@ export function buildTexture(model, dialog) {
   }));
   return make('div', {class: 'layer-body texture'},
     make('div', {class: 'library'}, comboRow(model, dialog, kGroup), nameList(model, dialog, kList, 'Textures'), libraryButtons(model, dialog, kAdd, kDelete, 'this')),
-    make('div', {class: 'texture-picture'}, faceOf(model, dialog, kPreview, {className: 'texture-face'}),
+    make('div', {class: 'texture-picture'}, faceOf(model, dialog, kPreview, {className: 'texture-face own-size', width: dialog.get(kPreview).place[2], height: dialog.get(kPreview).place[3]}),
       make('button', {onclick: () => model.post({op: 'click', id: kShow}, dialog)}, 'See it in use')),
     make('div', {class: 'rows numbers'}, comboRow(model, dialog, kTypes), curves, ...rows));
 }
