@@ -36,10 +36,18 @@ bool SameSecret(const std::string& a, const std::string& b) {
 
 class Server : public httplib::Server {
  private:
+  // An idle connection does not keep the program from ending.
+  bool Await(const GuardedStream& stream) const {
+    constexpr auto slice = std::chrono::milliseconds(100);
+    for (auto waited = slice; is_running() && waited < kIdle; waited += slice) {
+      if (stream.AwaitRequest(slice)) return true;
+    }
+    return false;
+  }
   bool process_and_close_socket(socket_t socket) override {
     GuardedStream stream(socket);
     bool whole = true, closed = false;
-    while (whole && !closed && is_running() && stream.AwaitRequest(kIdle)) {
+    while (whole && !closed && Await(stream)) {
       stream.BeginRequest(kWholeRequest);
       // What a refused request leaves unread is not the next one.
       whole = process_request(stream, false, closed, nullptr) && !stream.HasRest();
@@ -198,6 +206,7 @@ std::string PageServer::Serve() {
   while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   options_.ready("http://127.0.0.1:" + std::to_string(port_) + "/#" + token_);
   while (!options_.interrupted() && hall_.Sweep()) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  hall_.EndAll();
   server_.stop();
   listener.join();
   return {};

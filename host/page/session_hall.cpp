@@ -69,11 +69,16 @@ void Outbox::Close() {
   wake_.notify_all();
 }
 
-SessionHall::~SessionHall() {
+void SessionHall::EndAll() {
+  const std::lock_guard<std::mutex> lock(mutex_);
   for (auto& [key, member] : members_) {
     member->session->End();
     member->outbox.Close();
   }
+}
+
+SessionHall::~SessionHall() {
+  EndAll();
   for (auto& [key, member] : members_) member->thread.join();
 }
 

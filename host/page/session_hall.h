@@ -60,6 +60,7 @@ class SessionHall {
   std::shared_ptr<Member> Find(const std::string& key);
   void Listen(const std::shared_ptr<Member>& member, bool listens);
   void Leave(const std::string& key);
+  void EndAll();
   /// Ends the sessions that nobody came back to. False when the last one has gone.
   bool Sweep();
 

@@ -214,7 +214,8 @@ int RunProgram(const std::vector<std::string>& words) {
       bool usage = false;
       const std::string trouble = Edit(
           words, [] { return InterruptedCode() != 0; }, usage);
-      return trouble.empty() ? kExitDone : Fail(trouble, usage ? kExitUsage : kExitFailed);
+      if (!trouble.empty()) return Fail(trouble, usage ? kExitUsage : kExitFailed);
+      return InterruptedCode() ? InterruptedCode() : kExitDone;
     }
     if (IsSwatch(words)) {
       SetImageLoader(LoadPicture);

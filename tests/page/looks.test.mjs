@@ -7,9 +7,13 @@ import {after, before, test} from 'node:test';
 import {closeBrowser, openPage, settled, startProgram} from './fixture.mjs';
 
 const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
-let server;
-before(async () => { server = await startProgram(); });
+let server, keeper;
+before(async () => {
+  server = await startProgram();
+  keeper = await openPage(server.address);  // the program ends with its last tab
+});
 after(async () => {
+  await keeper.context().close();
   await closeBrowser();
   await server.stop();
 });

@@ -226,13 +226,12 @@ test('Undo goes back over 50 random changes, and redo on again', async () => {
     if (now !== documents[documents.length - 1]) documents.push(now);
   }
   assert.ok(documents.length > 25);
-  for (const document of documents.slice(0, -1).reverse()) {
+  let now = documents[documents.length - 1], steps = 0;
+  for (; now !== documents[0]; now = await text()) {
+    assert.ok(documents.includes(now) && steps++ <= documents.length, 'a state that never was');
     await page.keyboard.press('Control+z');
     await settled(page);
-    const now = await text();
-    if (now !== document) assert.ok(documents.includes(now), 'a state that never was');
   }
-  for (let i = 0; i < 60 && await page.locator('#undo').isEnabled(); i++) await page.locator('#undo').click().then(() => settled(page));
   for (let i = 0; i < 80 && await page.locator('#redo').isEnabled(); i++) await page.locator('#redo').click().then(() => settled(page));
   assert.equal(await text(), documents[documents.length - 1]);
 });
