@@ -11,7 +11,7 @@ target_include_directories(tlmplgm4 PRIVATE src)
 target_link_libraries(tlmplgm4 PRIVATE glyphmotion_settings ${platform_libraries})
 set_target_properties(tlmplgm4 PROPERTIES LINK_DEPENDS ${dll_folder}/tlmplgm4.def)
 if(MINGW)
-  target_link_options(tlmplgm4 PRIVATE -s)
+  target_link_options(tlmplgm4 PRIVATE -s -Wl,--no-insert-timestamp)  # the same sources give the same bytes
 endif()
 
 file(COPY share/glyphmotion DESTINATION ${CMAKE_BINARY_DIR}/share)

@@ -310,8 +310,6 @@ constexpr EncoderFormat kFormats[] = {
 
 }  // namespace
 
-std::span<const EncoderFormat> EncoderFormats() { return kFormats; }
-
 const EncoderFormat* FindFormat(const std::string& extension) {
   for (const EncoderFormat& format : kFormats)
     if (extension == format.extension) return &format;

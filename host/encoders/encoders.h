@@ -35,7 +35,6 @@ struct EncoderFormat {
   Encoder (*open)(Output& output, const EncoderSettings& settings);
 };
 
-std::span<const EncoderFormat> EncoderFormats();
 /// The row of an extension (lower case, with its dot, or kFolderExtension), or null.
 const EncoderFormat* FindFormat(const std::string& extension);
 

@@ -8,11 +8,13 @@
 //   3. cropped frames are kept until all are known, or until they take much memory: only then can the common palette
 //      be put into an order that gives many frames short codes. A frame whose colours it has no room for gets its own;
 //   4. compression (gif_frame.h).
+//
+// Where the animation shows what is behind it, every frame that can names a transparent index, used or not: decoders
+// clear a frame's box to transparent only if that frame has one.
 #include "host/encoders/gif_writer.h"
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 #include <unordered_map>
 
 #include "host/encoders/gif_file.h"
@@ -106,39 +108,68 @@ GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict
   }
 }
 
-// Which symbols there are, by the kind of their pixels. Most of a picture is even: groups that repeat are passed over;
-// and once a picture has shown all of them nothing new can come.
-using Seen = std::array<std::array<bool, 256>, 3>;
-void FindSymbols(const GifPixels& pixels, Seen& seen) {
-  constexpr std::size_t kBlock = 4096;
-  const std::uint8_t* symbol = pixels.symbols.data();
-  const GifPixel* kind = pixels.kinds.data();
-  const std::size_t count = pixels.symbols.size();
-  std::uint64_t lastSymbols = 0, lastKinds = ~std::uint64_t{0};
-  std::size_t i = 0;
-  for (std::size_t check = kBlock; i + 8 <= count; i += 8) {
-    if (i >= check) {
-      check += kBlock;
-      const auto all = [](const std::array<bool, 256>& of) {
-        return std::find(of.begin(), of.end(), false) == of.end();
-      };
-      if (all(seen[0]) && all(seen[1]) && !std::memchr(kind + i, static_cast<int>(GifPixel::Wildcard), count - i))
-        return;
-    }
-    std::uint64_t symbols, kinds;
-    std::memcpy(&symbols, symbol + i, 8);
-    std::memcpy(&kinds, kind + i, 8);
-    if (symbols == lastSymbols && kinds == lastKinds) continue;
-    lastSymbols = symbols;
-    lastKinds = kinds;
-    if (kinds == (kinds & 0xFF) * 0x0101010101010101u) {
-      auto& ofKind = seen[kinds & 0xFF];
-      for (int k = 0; k < 64; k += 8) ofKind[symbols >> k & 0xFF] = true;
-    } else {
-      for (std::size_t k = i; k < i + 8; ++k) seen[static_cast<std::size_t>(kind[k])][symbol[k]] = true;
-    }
+// The symbol of the fewest pixels that must be written.
+std::uint8_t RarestSymbol(const GifPixels& pixels) {
+  std::array<std::size_t, 256> count{};
+  for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
+    if (pixels.kinds[i] == GifPixel::Colour) ++count[pixels.symbols[i]];
+  return static_cast<std::uint8_t>(std::min_element(count.begin(), count.end()) - count.begin());
+}
+
+template <typename Symbols>
+void LeaveToWildcard(GifPixels& pixels, Symbols symbols) {
+  for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
+    if (symbols(pixels.symbols[i])) pixels.kinds[i] = GifPixel::Wildcard;
+  FindSlots(pixels);
+}
+
+// A palette of a frame's own: what it must write first.
+GifPalette OwnPalette(const HeldFrame& frame, std::span<const std::uint32_t> colours) {
+  GifPalette palette;
+  for (const bool must : {true, false})
+    for (std::size_t i = 0; i < 256; ++i)
+      if (must ? frame.pixels.must[i] : frame.pixels.may[i] && !frame.pixels.must[i])
+        palette.Append(frame.IdOf(i), colours[frame.IdOf(i)]);
+  return palette;
+}
+
+// Turns the frame's own symbols into slots of the palette.
+void UseSlots(HeldFrame& frame, const GifPalette& palette) {
+  GifPixels& pixels = frame.pixels;
+  std::array<std::uint8_t, 256> slotOf{};
+  std::array<bool, 256> must{}, may{};
+  bool same = true;
+  for (std::size_t i = 0; i < 256; ++i) {
+    if (!pixels.must[i] && !pixels.may[i]) continue;
+    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
+    same &= slotOf[i] == i;
+    must[slotOf[i]] = pixels.must[i];
+    may[slotOf[i]] = pixels.may[i];
   }
-  for (; i < count; ++i) seen[static_cast<std::size_t>(kind[i])][symbol[i]] = true;
+  if (!same)
+    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
+  pixels.must = must;
+  pixels.may = may;
+}
+
+// The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
+// ids. `index`: it has to name a transparent index, used or not. `frame` is used up; threads only share what is const.
+GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
+                         GifFrameCompressor& compressor) {
+  GifFileFrame out;
+  out.crop = frame.crop;
+  out.disposal = frame.disposal;
+  out.delay = frame.delay;
+  if (!common) out.own = OwnPalette(frame, colours);
+  const GifPalette& palette = common ? *common : *out.own;
+  UseSlots(frame, palette);
+  GifStream stream = compressor.Compress(frame.pixels, palette.Bits());
+  out.wildcard = stream.wildcard;
+  if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);
+  out.codeSize = stream.codeSize;
+  out.bytes = std::move(stream.bytes);
+  if (out.own) out.own->Reserve(out.wildcard + 1);
+  return out;
 }
 
 }  // namespace
@@ -158,6 +189,7 @@ struct GifWriter::State {
   int lastTransparent = -1;
   bool idsStand = false;
   GifPalette common;
+  bool seeThrough = false;  // some pixel shows what is behind the animation
   std::string comment;
   std::vector<HeldFrame> held;
   std::size_t heldBytes = 0;
@@ -171,12 +203,11 @@ struct GifWriter::State {
   void WriteBefore(const GifFrame& next);
   void WritePending(const GifBox& mustCover, GifDisposal disposal);
   void Hold(const GifBox& crop, GifDisposal disposal);
-  bool HoldIds(const GifBox& crop, HeldFrame& frame) const;
+  void HoldIds(const GifBox& crop, HeldFrame& frame) const;
   void HoldNumbered(const GifBox& crop, HeldFrame& frame) const;
-  Id Nearest(const std::vector<Id>& used, Id id) const;
+  void SpareIndices();
   void Settle();
   std::vector<bool> ChoosePalettes();
-  void Encode(HeldFrame& frame, bool ownPalette);
 };
 
 GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
@@ -265,6 +296,9 @@ bool GifWriter::Add(const GifFrame& frame) {
     s.shown = s.before;
   }
   s.Translate(frame);
+  const bool mayHaveHoles = frame.transparentIndex >= 0 || frame.width < s.width || frame.height < s.height;
+  if (!s.seeThrough && mayHaveHoles && (frame.standAlone || !s.pending))
+    s.seeThrough = std::find(s.wanted.begin(), s.wanted.end(), kClear) != s.wanted.end();
   s.WriteBefore(frame);
   s.shown.swap(s.wanted);
   s.pending = true;
@@ -315,37 +349,27 @@ void GifWriter::State::Hold(const GifBox& crop, GifDisposal disposal) {
                       to = static_cast<std::size_t>(y - crop.top) * columns;
     FindKinds(&pixels.kinds[to], &before[from], &shown[from], columns);
   }
-  if (ids.colours.size() > 256 || !HoldIds(crop, frame)) HoldNumbered(crop, frame);
+  if (ids.colours.size() <= 256)
+    HoldIds(crop, frame);
+  else
+    HoldNumbered(crop, frame);
   heldBytes += 2 * pixels.symbols.size();
   if (heldBytes > kMostHeld) Settle();
 }
 
-// With ids as symbols. False where there are too many beside the transparent index that is needed.
-bool GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
+// With ids as symbols.
+void GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   const auto columns = static_cast<std::size_t>(crop.Width());
   for (int y = crop.top; y < crop.bottom; ++y)
     Narrow(&pixels.symbols[static_cast<std::size_t>(y - crop.top) * columns],
            &shown[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(crop.left)],
            columns);
-  Seen seen{};
-  FindSymbols(pixels, seen);
-  pixels.must = seen[static_cast<std::size_t>(GifPixel::Colour)];
-  pixels.may = seen[static_cast<std::size_t>(GifPixel::Free)];
-  const auto any = [](const std::array<bool, 256>& flags) {
-    return std::find(flags.begin(), flags.end(), true) != flags.end();
-  };
-  pixels.hasFree = any(pixels.may);
-  pixels.hasWildcard = any(seen[static_cast<std::size_t>(GifPixel::Wildcard)]);
-  if (!pixels.hasWildcard) return true;
-  std::size_t colours = 0;
-  for (std::size_t i = 0; i < 256; ++i) colours += pixels.must[i] || pixels.may[i];
-  return colours < 256;
+  FindSlots(pixels);
 }
 
 // With symbols by frequency. Usually all colours of the crop get one; only those that must be written where that would
-// be more than a palette holds. Then even these may be too many, by one, beside a transparent index: the rarest gives
-// way to its nearest neighbour.
+// be more than a palette holds: the others are the screen's already.
 void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   std::vector<std::uint32_t> must(ids.colours.size()), may(must.size());
@@ -355,50 +379,46 @@ void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const 
                  static_cast<std::size_t>(crop.left) + i % columns];
   };
   const std::size_t count = pixels.kinds.size();
-  bool nothing = false;
-  for (std::size_t i = 0; i < count; ++i) {
-    nothing |= pixels.kinds[i] == GifPixel::Wildcard;
+  for (std::size_t i = 0; i < count; ++i)
     if (pixels.kinds[i] != GifPixel::Wildcard) ++(pixels.kinds[i] == GifPixel::Free ? may : must)[idAt(i)];
-  }
   const auto collect = [&](bool all) {
     frame.ids.clear();
     for (std::size_t id = 0; id < must.size(); ++id)
       if (must[id] || (all && may[id])) frame.ids.push_back(static_cast<Id>(id));
   };
   collect(true);
-  const bool onlyWildcards = frame.ids.size() + (nothing ? 1 : 0) > 256;
-  if (onlyWildcards) collect(false);
+  const bool onlyMust = frame.ids.size() > 256;
+  if (onlyMust) collect(false);
   std::stable_sort(frame.ids.begin(), frame.ids.end(), [&](Id a, Id b) { return must[a] + may[a] > must[b] + may[b]; });
   std::vector<std::uint8_t> symbolOf(ids.colours.size());
-  std::optional<Id> dropped;
-  if (onlyWildcards && frame.ids.size() == 256) {
-    dropped = frame.ids.back();
-    frame.ids.pop_back();
-  }
   for (std::size_t i = 0; i < frame.ids.size(); ++i) symbolOf[frame.ids[i]] = static_cast<std::uint8_t>(i);
-  if (dropped) symbolOf[*dropped] = symbolOf[Nearest(frame.ids, *dropped)];
-  pixels.must = pixels.may = {};
   for (std::size_t i = 0; i < count; ++i) {
-    if (onlyWildcards && pixels.kinds[i] == GifPixel::Free) pixels.kinds[i] = GifPixel::Wildcard;
-    const bool colour = pixels.kinds[i] != GifPixel::Wildcard;
-    pixels.symbols[i] = colour ? symbolOf[idAt(i)] : 0;
-    if (colour) (pixels.kinds[i] == GifPixel::Free ? pixels.may : pixels.must)[pixels.symbols[i]] = true;
+    if (onlyMust && pixels.kinds[i] == GifPixel::Free) pixels.kinds[i] = GifPixel::Wildcard;
+    pixels.symbols[i] = pixels.kinds[i] == GifPixel::Wildcard ? std::uint8_t{0} : symbolOf[idAt(i)];
   }
-  pixels.hasWildcard = nothing || onlyWildcards;
-  pixels.hasFree = std::find(pixels.may.begin(), pixels.may.end(), true) != pixels.may.end();
+  FindSlots(pixels);
 }
 
-Id GifWriter::State::Nearest(const std::vector<Id>& used, Id id) const {
-  const auto distance = [&](Id other) {
-    int sum = 0;
-    for (int shift = 0; shift < 24; shift += 8) {
-      const int d =
-          static_cast<int>(ids.colours[id] >> shift & 255) - static_cast<int>(ids.colours[other] >> shift & 255);
-      sum += d * d;
-    }
-    return sum;
-  };
-  return *std::min_element(used.begin(), used.end(), [&](Id a, Id b) { return distance(a) < distance(b); });
+// Frees an index in the frames that need a transparent one and have 256 colours. A colour that only unchanged pixels
+// have is left to the wildcard. Where all of them are new the frame becomes two, the second of which adds the rarest
+// colour. It follows after 20 ms where there is time, the shortest delay that viewers honour: most of them show a frame
+// without a delay for 100 ms.
+void GifWriter::State::SpareIndices() {
+  constexpr int kShortestDelay = 2;
+  for (std::size_t f = 0; f < held.size(); ++f) {
+    HeldFrame& frame = held[f];
+    if (!frame.pixels.hasWildcard && frame.disposal == GifDisposal::Keep) continue;
+    if (UnusedSlot(frame.pixels) >= 0) continue;
+    const std::uint8_t rarest = RarestSymbol(frame.pixels);
+    HeldFrame late = frame;
+    LeaveToWildcard(frame.pixels, [&](std::uint8_t symbol) { return symbol == rarest; });
+    if (!late.pixels.must[rarest]) continue;
+    LeaveToWildcard(late.pixels, [&](std::uint8_t symbol) { return symbol != rarest; });
+    frame.disposal = GifDisposal::Keep;
+    frame.delay = late.delay < 2 * kShortestDelay ? 0 : kShortestDelay;
+    late.delay -= frame.delay;
+    held.insert(held.begin() + static_cast<std::ptrdiff_t>(++f), std::move(late));
+  }
 }
 
 // Puts the colours of the frames held into the common palette, as far as there is room. Gives the frames that need one
@@ -430,55 +450,21 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the frames held.
+// Compresses the frames held. Each depends on nothing but its own pixels and the common palette as it is now, so that
+// they may be compressed in any order or at once; the entries for their transparent indices come afterwards.
 void GifWriter::State::Settle() {
+  SpareIndices();
   const std::vector<bool> own = ChoosePalettes();
-  compressor.Expect(heldBytes / 2);
+  const std::size_t first = encoded.size();
+  encoded.resize(first + held.size());
   for (std::size_t i = 0; i < held.size(); ++i) {
-    Encode(held[i], own[i]);
+    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough, compressor);
     held[i] = {};
   }
+  for (std::size_t i = first; i < encoded.size(); ++i)
+    if (!encoded[i].own) common.Reserve(encoded[i].wildcard + 1);
   held.clear();
   heldBytes = 0;
-}
-
-void GifWriter::State::Encode(HeldFrame& frame, bool ownPalette) {
-  GifFileFrame& written = encoded.emplace_back();
-  written.crop = frame.crop;
-  written.disposal = frame.disposal;
-  written.delay = frame.delay;
-  GifPixels& pixels = frame.pixels;
-  GifPalette own;
-  if (ownPalette)
-    for (const bool must : {true, false})
-      for (std::size_t i = 0; i < 256; ++i) {
-        const Id id = pixels.must[i] || pixels.may[i] ? frame.IdOf(i) : Id{0};
-        if ((must ? pixels.must[i] : pixels.may[i] && !pixels.must[i]) && own.SlotOf(id) < 0)
-          own.Append(id, ids.colours[id]);
-      }
-  GifPalette& palette = ownPalette ? own : common;
-
-  std::array<std::uint8_t, 256> slotOf{};
-  std::array<bool, 256> must{}, may{};
-  bool same = true;
-  for (std::size_t i = 0; i < 256; ++i) {
-    if (!pixels.must[i] && !pixels.may[i]) continue;
-    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
-    same &= slotOf[i] == i;
-    must[slotOf[i]] |= pixels.must[i];
-    may[slotOf[i]] |= pixels.may[i];
-  }
-  if (!same)
-    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
-  pixels.must = must;
-  pixels.may = may;
-
-  written.wildcard = compressor.Compress(pixels, palette.Bits());
-  palette.Reserve(written.wildcard + 1);
-  const LzwCodes& codes = compressor.Codes();
-  written.codeSize = codes.minCodeSize;
-  PackLzw(codes, written.bytes);
-  if (ownPalette) written.own = std::move(own);
 }
 
 std::vector<std::uint8_t> GifWriter::Finish() {

@@ -230,7 +230,7 @@ class CodeStream {
     while (mark_ < rival_.marks.size() && rival_.marks[mark_].symbols < position) ++mark_;
     if (mark_ == rival_.marks.size()) return false;
     const std::size_t its = rival_.marks[mark_].bits;
-    return bits_ > its && (bits_ - its) * position > its * (position / 64 + symbols_ / 128);
+    return bits_ > its && (bits_ - its) * position > its * (position / 128 + symbols_ / 256);
   }
 };
 

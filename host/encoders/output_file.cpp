@@ -2,9 +2,10 @@
 #include "host/encoders/output_file.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <string_view>
+
+#include "platform/ascii.h"
 
 namespace glyphmotion {
 namespace fs = std::filesystem;
@@ -21,7 +22,7 @@ std::string_view TextOf(std::span<const std::uint8_t> bytes) {
 bool IsNumberedPicture(const fs::directory_entry& entry) {
   const std::string stem = entry.path().stem().string();
   return entry.is_regular_file() && entry.path().extension() == ".png" && stem.size() >= 4 &&
-         std::all_of(stem.begin(), stem.end(), [](unsigned char c) { return std::isdigit(c); });
+         std::all_of(stem.begin(), stem.end(), IsDigit);
 }
 
 // Why a folder must not be replaced; empty when it may be.

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "host/encoders/encoders.h"
+#include "platform/ascii.h"
 
 namespace glyphmotion {
 namespace {
@@ -18,12 +19,6 @@ struct UsageError {
 };
 
 [[noreturn]] void Refuse(const std::string& sentence) { throw UsageError{sentence}; }
-
-std::string Lower(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
-}
 
 std::optional<long> WholeNumber(const std::string& text) {
   long value = 0;
@@ -215,7 +210,7 @@ void ReadFormat(Typed& typed) {
   if (arguments.framesAsPng) {
     arguments.extension = kFolderExtension;
   } else if (!arguments.output.empty()) {
-    arguments.extension = Lower(std::filesystem::path(arguments.output).extension().string());
+    arguments.extension = Lowered(std::filesystem::path(arguments.output).extension().string());
     if (!FindFormat(arguments.extension))
       Refuse("'" + arguments.output + "' has no file type that can be written; use .gif, .png or .webp");
   }
@@ -290,7 +285,7 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
 
 bool IsColour(const std::string& text) {
   return (text.size() == 7 || text.size() == 4) && text[0] == '#' &&
-         std::all_of(text.begin() + 1, text.end(), [](unsigned char c) { return std::isxdigit(c); });
+         std::all_of(text.begin() + 1, text.end(), [](char c) { return HexDigit(c) >= 0; });
 }
 
 void ReadMaterials(Typed& typed) {
@@ -316,7 +311,7 @@ void ReadPalette(Typed& typed, const Catalogue& catalogue) {
   if (!typed.palette) return;
   Job& job = typed.arguments.job;
   const auto& names = PaletteOptionNames();
-  const std::string name = Lower(*typed.palette);
+  const std::string name = Lowered(*typed.palette);
   if (name == "custom") {
     job.settings.emplace_back("14", "1");
     return;
@@ -392,7 +387,7 @@ void RefuseTransparentSample(const Typed& typed) {
 // Options that are taken, as the dialog's checks are, but change nothing beside others.
 void NoteIdleOptions(Typed& typed) {
   const auto isOn = [&](std::string_view name) { return IsOn(typed, name); };
-  const bool fixedPalette = typed.palette && Lower(*typed.palette) != "custom";
+  const bool fixedPalette = typed.palette && Lowered(*typed.palette) != "custom";
   const struct {
     bool applies;
     const char *idle, *beside;
@@ -497,7 +492,7 @@ const std::vector<std::string>& PaletteOptionNames() {
 }
 
 std::string OptionForm(const std::string& name) {
-  std::string form = Lower(name);
+  std::string form = Lowered(name);
   std::replace(form.begin(), form.end(), ' ', '-');
   return form;
 }
@@ -512,11 +507,11 @@ std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
 }
 
 std::string NearestName(const std::string& word, const std::vector<std::string>& names) {
-  const std::string wanted = Lower(word);
+  const std::string wanted = Lowered(word);
   std::string nearest;
   std::size_t least = std::max<std::size_t>(2, wanted.size() / 3) + 1;
   for (const std::string& name : names) {
-    const std::string other = Lower(name);
+    const std::string other = Lowered(name);
     std::vector<std::size_t> row(other.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < wanted.size(); ++i) {

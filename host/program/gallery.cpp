@@ -3,56 +3,22 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <sstream>
 
+#include "effects/effect_table.h"
 #include "host/program/arguments.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
 namespace {
 
-// A line of the gallery: what the effect does, and the options that show it well. The page prints them as a command to
-// copy.
-struct Exhibit {
-  const char* effect;
-  const char* says;
-  const char* text;
-  std::vector<std::string> options;
-};
-
-const std::vector<Exhibit>& Exhibits() {
-  static const std::vector<Exhibit> exhibits = {
-      {"background-hyperspace", "Stars rush past behind the text.", "Warp speed", {}},
-      {"background-iris", "Backgrounds open into one another behind the text.", "Grand opening", {}},
-      {"breaker",
-       "A whirl rolls along the letters like a breaking wave.",
-       "Surf's up",
-       {"--fill", "texture:Water", "--outline", "#10405c"}},
-      {"cubist", "Hollow squares grow and shrink inside the letters.", "Cubist", {}},
-      {"elastic",
-       "The material ripples as if it had been plucked.",
-       "Elastic",
-       {"--fill", "texture:Marble", "--set", "Style012Energy=60"}},
-      {"event-horizon", "The text rises out of a flat line and falls back.", "Event horizon", {}},
-      {"fuse", "Two materials slide through each other in leaves.", "Fuse", {"--set", "Style009Size=4"}},
-      {"gumdrops", "Round sweets swell and shrink inside the letters.", "Gumdrops", {}},
-      {"hyperspace", "Stars streak through the inside of the letters.", "Hyperspace", {}},
-      {"iris", "Fills open into one another inside the letters.", "Iris", {}},
-      {"laser", "A beam lights the letters as it sweeps across.", "Laser", {}},
-      {"nebula", "The text condenses out of a cloud and dissolves again.", "Nebula", {"--fill", "#5a3fa0"}},
-      {"phasers-on-stun", "Coloured rays flash across the letters.", "Stun", {}},
-      {"pinch", "A pinch passes along the text.", "Pinch", {}},
-      {"pulse", "The text swells like a beating heart.", "Pulse", {"--fill", "#c8203c", "--outline", "#50101c"}},
-      {"ripple", "A bump passes along the text.", "Ripple", {}},
-      {"radar", "A sweep with a fading trail turns inside the letters.", "Radar", {}},
-      {"simple", "The text scrolls through and rests.", "Simple", {}},
-      {"singularity", "A whirlpool swallows the text and lets it go.", "Singularity", {}},
-      {"vortex",
-       "The text twists like water going down a drain.",
-       "Vortex",
-       {"--fill", "gradient:linear,#2a9d8f-#264653"}},
-      {"white-noise", "Snowy television between two fills.", "No signal", {}},
-  };
-  return exhibits;
+// The words of an example's command: the text, the effect and the options that show it well.
+std::vector<std::string> WordsOf(const EffectDescriptor& effect) {
+  std::vector<std::string> words = {*effect.example.text ? effect.example.text : effect.name, "-e",
+                                    OptionForm(effect.name)};
+  std::istringstream options(effect.example.options);
+  for (std::string word; options >> word;) words.push_back(word);
+  return words;
 }
 
 std::string Quoted(const std::string& word) {
@@ -82,14 +48,6 @@ std::string Escaped(const std::string& text) {
   return out;
 }
 
-// The effect's name as the dialog shows it.
-std::string Title(const std::string& effect) {
-  for (const std::string& name : EffectNames()) {
-    if (OptionForm(name) == effect) return name;
-  }
-  return effect;
-}
-
 constexpr const char* kHead =
     "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n<meta name=\"viewport\" "
     "content=\"width=device-width\">\n"
@@ -103,7 +61,7 @@ constexpr const char* kHead =
     "img{max-width:94%;max-height:8.5rem}\nfigcaption{padding:.8rem "
     "1rem}\nh2{font-size:1.05rem;margin:0}\np{margin:.1rem 0 .5rem}\n"
     "code{display:block;font-size:.78rem;color:#4a5568;overflow-wrap:anywhere}\n</style>\n"
-    "<h1>Glyphmotion</h1>\n<p>Twenty-one ways to set a line of text in motion. Each picture is one "
+    "<h1>Glyphmotion</h1>\n<p>Every effect that sets a line of text in motion. Each picture is one "
     "command.</p>\n<main>\n";
 
 // The folders of a path that were not there. What stays empty goes again.
@@ -141,17 +99,17 @@ std::string WriteGallery(const std::string& folder, const std::function<int(cons
   std::error_code error;
   if (!made.Make(folder, error)) return "the folder '" + folder + "' cannot be made: " + error.message();
   std::string page = kHead;
-  for (const Exhibit& exhibit : Exhibits()) {
-    const std::string picture = std::string(exhibit.effect) + ".webp";
-    std::vector<std::string> words = {exhibit.text, "-e", exhibit.effect};
-    words.insert(words.end(), exhibit.options.begin(), exhibit.options.end());
+  for (const EffectDescriptor* effect : Effects()) {
+    const std::string name = OptionForm(effect->name), picture = name + ".webp";
+    std::vector<std::string> words = WordsOf(*effect);
     std::string command = "glyphmotion";
     for (const std::string& word : words) command += ' ' + Quoted(word);
+    const std::string text = words.front();
     words.insert(words.end(), {"-q", "-o", (std::filesystem::path(folder) / picture).string()});
-    if (run(words) != 0) return std::string("the picture of ") + exhibit.effect + " could not be made; see above";
-    page += "<figure><div><img src=\"" + picture + "\" alt=\"" + Escaped(exhibit.text) +
-            "\" loading=\"lazy\"></div><figcaption><h2>" + Title(exhibit.effect) + "</h2><p>" + Escaped(exhibit.says) +
-            "</p><code>" + Escaped(command + " -o " + exhibit.effect + ".webp") + "</code></figcaption></figure>\n";
+    if (run(words) != 0) return "the picture of " + name + " could not be made; see above";
+    page += "<figure><div><img src=\"" + picture + "\" alt=\"" + Escaped(text) +
+            "\" loading=\"lazy\"></div><figcaption><h2>" + effect->name + "</h2><p>" + Escaped(effect->summary) +
+            "</p><code>" + Escaped(command + " -o " + picture) + "</code></figcaption></figure>\n";
   }
   page += "</main>\n</html>\n";
   const std::string path = (std::filesystem::path(folder) / "index.html").string();

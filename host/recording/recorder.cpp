@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "glyphmotion/host_contract.h"
+#include "platform/ascii.h"
 
 namespace glyphmotion {
 namespace fs = std::filesystem;
@@ -26,13 +27,10 @@ bool HasRecord(std::uint32_t operation) {
 
 // Bytes 8 to 15 of a record are a handle or a window, which differ from run to run.
 std::string RecordHex(std::span<const std::uint8_t> record) {
-  static constexpr char kDigits[] = "0123456789abcdef";
   std::string hex;
   hex.reserve(record.size() * 2);
   for (std::size_t i = 0; i < record.size(); ++i) {
-    const unsigned byte = i >= 8 && i < 16 ? 0u : record[i];
-    hex += kDigits[byte >> 4];
-    hex += kDigits[byte & 15];
+    AppendHex(hex, i >= 8 && i < 16 ? std::uint8_t{0} : record[i], kSmallHexDigits);
   }
   return hex;
 }

@@ -7,7 +7,7 @@
 #include "controls/families.h"
 #include "controls/read_controls.h"
 #include "controls/variables.h"
-#include "resources/templates.h"
+#include "effects/effect_table.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {
@@ -69,7 +69,7 @@ std::vector<Job::Setting> FileValues::RunValues(const Dialog& dialog, std::vecto
   const char* unit = job_.paletteFormat ? "/100 s" : " ms";
   for (const Kept& time : kept_) {
     if (!time.said) continue;
-    const NumberRange range = ParseRange(GetText(dialog, time.control + kUpDownOffset));
+    const ControlRange range = RangeOf(dialog, time.control + kUpDownOffset);
     const std::int64_t wanted = InOutputUnit(time);
     const std::int64_t used = std::clamp<std::int64_t>(wanted, range.minimum, range.maximum);
     if (used != time.number) values.emplace_back(time.key, std::to_string(used));

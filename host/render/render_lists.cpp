@@ -82,7 +82,7 @@ void ListTemplate(const DialogTemplate& dialogTemplate, const char* panel, std::
 
 std::vector<std::string> EffectNames() {
   std::vector<std::string> names;
-  for (int i = 0; i < kEffectCount; ++i) names.emplace_back(EffectRow(i).name);
+  for (const EffectDescriptor* effect : Effects()) names.emplace_back(effect->name);
   return names;
 }
 
@@ -108,8 +108,7 @@ std::vector<KeyInfo> Keys() {
 std::vector<ControlInfo> Controls() {
   std::vector<ControlInfo> list;
   ListTemplate(kMainDialogTemplate, "", list);
-  for (int i = 0; i < kEffectCount; ++i)
-    ListTemplate(*PanelTemplates()[static_cast<std::size_t>(i)], EffectRow(i).name, list);
+  for (const EffectDescriptor* effect : Effects()) ListTemplate(*effect->panel, effect->name, list);
   return list;
 }
 

@@ -13,6 +13,7 @@
 #include "host/render/run_notes.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
+#include "platform/ascii.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
 #include "platform/text_engine.h"
@@ -33,11 +34,6 @@ std::optional<std::int64_t> ParseInteger(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return value;
-}
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 std::optional<bool> ParseSwitch(const std::string& text) {
@@ -77,16 +73,14 @@ int LastPickerIndex(ControlKind kind) {
   }
 }
 
-// The control of the effect's panel whose key is its stem and then `name`, case ignored: "frames" for Style008Frames.
-// The shadow's softness goes by its role, as one panel has no key for it.
+// The control of the effect's panel with an option's name, case ignored: "frames" for Style008Frames. The shadow's
+// softness goes by its role, as one panel has no key for it.
 const ControlTemplate* FindInPanel(const EffectDescriptor& effect, std::string_view name) {
-  constexpr std::size_t kStemLength = 8;  // "Style008"
   for (const ControlTemplate& control : effect.panel->controls) {
-    const std::string_view key = control.key ? control.key : "";
-    if (key.size() > kStemLength && EqualsIgnoringCase(key.substr(kStemLength), name)) return &control;
+    if (!name.empty() && EqualsIgnoringCase(OptionName(control.key), name)) return &control;
   }
-  const bool softness = EqualsIgnoringCase(name, "soft") && effect.roles->softness;
-  return softness ? FindControlOfId(effect.roles->softness) : nullptr;
+  const int softness = effect.panel->roles.softness;
+  return softness && EqualsIgnoringCase(name, "soft") ? FindControlOfId(softness) : nullptr;
 }
 
 const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
@@ -172,7 +166,7 @@ bool ScriptedUser::ChooseEffect(Dialog& dialog) {
 
 bool ScriptedUser::SetMaterials(Dialog& dialog) {
   const EffectDescriptor& effect = CurrentEffect(dialog);
-  const PanelRoles& roles = *effect.roles;
+  const PanelRoles& roles = effect.panel->roles;
   const struct {
     const std::string& value;
     int control;
@@ -234,7 +228,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   }
   switch (control.kind) {
     case ControlKind::NumberEdit: {
-      const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+      const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
       const std::optional<std::int64_t> number = ParseInteger(value);
       if (!number || *number < range.minimum || *number > range.maximum) {
         return Fail(key + " takes a whole number from " + std::to_string(range.minimum) + " to " +
@@ -349,7 +343,7 @@ bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedD
     case Job::Action::None:
       return true;
     case Job::Action::Sample: {
-      const PackedDib frame = RenderSample(dialog, 0, 0);
+      const PackedDib frame = RenderSample(dialog);
       if (!frame)
         return FailRun(
             "out of memory, or the effect makes no picture of this text: try another text or a smaller size");

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/editor_services.h"
 #include "controls/skin.h"
 #include "controls/soft_shapes.h"
 #include "platform/run_state.h"
@@ -53,6 +54,11 @@ void FitText(Dialog& dialog, const std::string& text) {
   GrowDialog(dialog, across, down);
 }
 
+/// What Enter presses.
+int FirstButton(MessageButtons buttons) {
+  return buttons == MessageButtons::Ok ? Ok : buttons == MessageButtons::YesNo ? Yes : No;
+}
+
 std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
   const MessageQuestion*& shown = Boxes().shown;
@@ -63,11 +69,14 @@ std::int64_t MessageProcedure(Dialog& dialog, const Message& message) {
       SetText(dialog, MessageText, shown->text);
       FitText(dialog, shown->text);
       PaintInScreenPixels(dialog, Picture);
-      SetFocus(dialog, shown->buttons == MessageButtons::YesNo ? Yes : Ok);
+      SetFocus(dialog, FirstButton(shown->buttons));
       Beep(shown->icon);
       return 0;
     case kMessageDrawItem:
       if (shown) PaintMessagePicture(*PointerOf<const DrawRequest>(message.b), shown->icon);
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, "TROUBLE");
       return 1;
     case kMessageCopy:
       if (shown) CopyToClipboard(dialog, shown->title + "\n\n" + shown->text);
@@ -93,6 +102,7 @@ std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
     SetFocus(dialog, Field);
     return 0;
   }
+  if (message.number == kMessageHelp) return ShowHelpTopic(dialog, "MATERIALS"), 1;
   if (message.number != kMessageCommand || (message.a != Ok && message.a != Cancel)) return 0;
   asked->name = GetText(dialog, Field);
   EndDialog(dialog, message.a == Ok);
@@ -154,7 +164,7 @@ void PaintMessagePicture(const DrawRequest& request, MessageIcon icon) {
 }
 
 std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQuestion& question) {
-  const DialogTemplate& box = question.buttons == MessageButtons::YesNo ? kQuestionBox : kMessageBox;
+  const DialogTemplate& box = question.buttons == MessageButtons::Ok ? kMessageBox : kQuestionBox;
   const MessageQuestion* const outer = Boxes().shown;
   std::int64_t answer = -1;
   try {

@@ -125,7 +125,7 @@ void Choose(Dialog& dialog, int id, int index) {
   Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), kClicked});
 }
 
-bool InputPicker(Dialog& dialog, int id, const Message& message) {
+std::int64_t InputPicker(Dialog& dialog, int id, const Message& message) {
   const ControlKind kind = KindOf(dialog, id);
   int columns = 0, rows = 0;
   switch (message.number) {
@@ -152,15 +152,15 @@ bool InputPicker(Dialog& dialog, int id, const Message& message) {
 void PaintCell(const DrawRequest& request, const Cell& cell, bool pressed, bool enabled, bool focused) {
   const Rect rect{cell.column * kPickerCell, cell.row * kPickerCell, (cell.column + 1) * kPickerCell,
                   (cell.row + 1) * kPickerCell};
-  // The choice is a dark face with a light arrow: an edge alone is hard to find among eight buttons.
+  // The choice is marked as a chosen item is: an edge alone is hard to find among eight buttons.
   const auto colour = GetSystemColour;
-  const auto chosen = colour(enabled ? SystemColour::DarkShadow : SystemColour::ButtonShadow);
+  const auto chosen = colour(enabled ? SystemColour::Selection : SystemColour::ButtonShadow);
   PaintButtonFace(request, rect, pressed, pressed ? chosen : colour(SystemColour::ButtonFace));
   int width = static_cast<int>(cell.arrow[0].size()), height = static_cast<int>(cell.arrow.size());
   if (cell.turn.transpose) std::swap(width, height);
   const int x = rect.left + (kPickerCell - width) / 2 + pressed, y = rect.top + (kPickerCell - height) / 2 + pressed;
   if (!enabled && !pressed) PaintMask(request, x + 1, y + 1, cell.arrow, cell.turn, colour(SystemColour::Highlight));
-  const SystemColour arrow = pressed   ? SystemColour::Highlight
+  const SystemColour arrow = pressed   ? enabled ? SystemColour::SelectionText : SystemColour::ButtonFace
                              : enabled ? SystemColour::ButtonText
                                        : SystemColour::ButtonShadow;
   PaintMask(request, x, y, cell.arrow, cell.turn, colour(arrow));

@@ -25,6 +25,11 @@ PackedDib ChoosePicture(Dialog& owner) {
   return choose ? choose(owner) : PackedDib();
 }
 
+int PopupItemMenu(Dialog& dialog, int list, bool byKey, std::span<const MenuItem> items) {
+  const ControlRectangle place = RectangleOfItem(dialog, list, GetSelection(dialog, list));
+  return PopupMenu(&dialog, byKey ? list : 0, place.left, place.bottom, items);
+}
+
 bool RunEditor(Dialog& owner, const DialogTemplate& editor, DialogProcedure procedure, void* parameter) {
   std::int64_t result = -1;
   try {

@@ -3,8 +3,11 @@
 // do not know.
 #pragma once
 
+#include <span>
+
 #include "image/packed_dib.h"
 #include "platform/dialog.h"
+#include "platform/shell_ui.h"
 
 namespace glyphmotion {
 
@@ -20,6 +23,9 @@ void SetEditorServices(const EditorServices& services);
 
 void ShowHelpTopic(Dialog& owner, const char* topic);
 PackedDib ChoosePicture(Dialog& owner);
+
+/// The menu of a list's selected item: at the pointer, or below the item when a key asked for it. The id chosen, or 0.
+int PopupItemMenu(Dialog& dialog, int list, bool byKey, std::span<const MenuItem> items);
 
 /// Runs an editor's window over the dialog that runs. True on OK; a lack of memory is told over `owner` and counts as
 /// cancelled.

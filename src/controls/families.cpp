@@ -7,6 +7,7 @@
 #include "controls/face_painting.h"
 #include "controls/line_values.h"
 #include "controls/read_controls.h"
+#include "platform/ascii.h"
 #include "platform/encoding.h"
 
 namespace glyphmotion {
@@ -14,18 +15,12 @@ namespace {
 
 constexpr std::size_t kTextInLine = 1024, kTextInVariable = 260;  // characters
 
-bool EqualStem(std::string_view line, std::string_view stem) {
-  for (std::size_t i = 0; i < stem.size(); ++i) {
-    const char c = line[i] >= 'a' && line[i] <= 'z' ? static_cast<char>(line[i] - 'a' + 'A') : line[i];
-    if (c != stem[i]) return false;
-  }
-  return true;
-}
-
 /// The value of a line for this family and control, after the first run of "=" and blanks; false for another's line.
 bool TakeApart(const ControlFamily& family, int id, const std::string& line, std::string& value) {
   const std::string_view stem = family.stem;
-  if (stem.empty() || line.size() <= kStemLength || !EqualStem(line, stem)) return false;
+  if (stem.empty() || line.size() <= kStemLength ||
+      !EqualsIgnoringCase(std::string_view(line).substr(0, stem.size()), stem))
+    return false;
   const std::size_t equals = line.find('=');
   if (equals == std::string::npos || LeadingNumber(std::string_view(line).substr(kStemLength)) != id) return false;
   const std::size_t start = line.find_first_not_of("= ", equals);
@@ -79,7 +74,7 @@ std::int64_t FamilyProcedure(Dialog& dialog, int id, const Message& message) {
       if (family->destroy) family->destroy(dialog, id);
       return 0;
     default:
-      return family->input && family->input(dialog, id, message);
+      return family->input ? family->input(dialog, id, message) : 0;
   }
 }
 

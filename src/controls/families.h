@@ -28,8 +28,8 @@ struct ControlFamily {
   void (*store)(Dialog& dialog, int id, Variable& variable);          ///< control to variable
   void (*show)(Dialog& dialog, int id, const Variable& variable);     ///< variable to control
   void (*paint)(Dialog& dialog, int id, const DrawRequest& request);  ///< drawn controls only
-  bool (*input)(Dialog& dialog, int id,
-                const Message& message);              ///< drawn controls only: mouse and keys; true: handled
+  std::int64_t (*input)(Dialog& dialog, int id,
+                        const Message& message);  ///< drawn controls only: mouse, keys, private messages; their result
   void (*destroy)(Dialog& dialog, int id) = nullptr;  ///< on kMessageDestroy: frees what the control's word holds
 };
 

@@ -8,7 +8,6 @@
 #include <span>
 
 #include "controls/face_painting.h"
-#include "materials/library_file.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/clock.h"
@@ -346,6 +345,10 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
     case kKeyDelete:
       if (Input().chosenHandle >= 0) DeleteMarker(dialog, id, Input().chosenHandle);
       return true;
+    case kKeyF2:
+      Input().chosenHandle >= 0 ? AdjustMarkerPosition(dialog, id, Input().chosenHandle)
+                                : ChangeColour(dialog, id, Input().chosenHandle);
+      return true;
     case kKeyMenu:
       Input().chosenHandle >= 0 ? MarkerMenu(dialog, id, Input().chosenHandle, menu) : BarMenu(dialog, id, menu);
       return true;
@@ -354,7 +357,11 @@ bool PressFountainKey(Dialog& dialog, int id, const FountainSpec& fountain, int 
   }
 }
 
-bool InputFountain(Dialog& dialog, int id, const Message& message) {
+std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
+  if (message.number == kMessageInitialiseFountain) {
+    InitialiseFountain(dialog, id, message.a == kFountainOfOwnFile, PointerOf<const FountainSpec>(message.b));
+    return Invalidate(dialog, id), true;
+  }
   const auto fountain = CopyOf(dialog, id);
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
@@ -490,10 +497,9 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
   if (!block) return;
   {
     const LockedBlock<FountainSpec> fountain(block.Handle());
-    std::string bytes;
-    if (ownFile && !IsShiftDown() && ReadFileBytes(FountainPath(id), bytes, sizeof(FountainSpec)) &&
-        bytes.size() == sizeof(FountainSpec) && bytes.compare(0, 8, "TESSFOUN") == 0) {
-      std::memcpy(fountain.get(), bytes.data(), sizeof(FountainSpec));
+    const auto bytes = ownFile && !IsShiftDown() ? ReadWholeFile(FountainPath(id)) : std::nullopt;
+    if (bytes && bytes->size() >= sizeof(FountainSpec) && bytes->starts_with("TESSFOUN")) {
+      std::memcpy(fountain.get(), bytes->data(), sizeof(FountainSpec));
     } else if (initial) {
       *fountain = *initial;
     } else {
@@ -504,6 +510,7 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
     if (ownFile) fountain->Flags |= kFountainKeepsFile;
     RenderPreview(dialog, id, *fountain);
   }
+  if (const auto before = LockFountain(dialog, id)) FreePreview(*before);
   FreeBlock(HandleOf(GetData(dialog, id)));
   SetData(dialog, id, WordOf(block.Release()));
 }

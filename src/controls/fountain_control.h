@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The fountain button: a bar that shows a gradient of up to 64 markers, with a handle for each colour above it. Its
 // window word holds the FountainSpec. Keys: left and right choose a handle, up and down move it, Space changes its
-// colour, Insert adds a marker beside it, Delete takes it away, the menu key opens the menu.
+// colour, Insert adds a marker beside it, Delete takes it away, F2 asks for its position, the menu key opens the menu.
 #pragma once
 
 #include <functional>
@@ -19,13 +19,15 @@ extern const ControlFamily kFountainFamily;
 
 /// Private messages of the control; `a` is a marker's index, or one of the two handles.
 enum FountainMessage : std::uint32_t {
-  kMessageFountainColour = 0x59A,    ///< change a colour
-  kMessageFountainAdd = 0x59B,       ///< add a marker; a: its position
-  kMessageFountainDelete = 0x59C,    ///< delete a marker
-  kMessageFountainPosition = 0x59D,  ///< adjust a marker's position
+  kMessageInitialiseFountain = 0x52C,  ///< InitialiseFountain; a: kFountainOfOwnFile or 0, b: the initial one or 0
+  kMessageFountainColour = 0x59A,      ///< change a colour
+  kMessageFountainAdd = 0x59B,         ///< add a marker; a: its position
+  kMessageFountainDelete = 0x59C,      ///< delete a marker
+  kMessageFountainPosition = 0x59D,    ///< adjust a marker's position
   kMessageMarkerMenu = 0x59E,
   kMessageBarMenu = 0x59F
 };
+constexpr std::uint64_t kFountainOfOwnFile = 0x1000;
 constexpr int kStartHandle = -1, kEndHandle = -2;
 /// Posted to the dialog after each change; b: the control's id.
 constexpr std::uint32_t kMessageFillChanged = 0x52F;

@@ -157,14 +157,14 @@ void UseSelected(Dialog& dialog) {
   SessionOf(dialog).fountain.Preview = 0;
 }
 
-void ItemMenu(Dialog& dialog) {
+void ItemMenu(Dialog& dialog, bool byKey) {
   const int selected = GetSelection(dialog, kList);
   if (selected < 0) return;
   std::vector<MenuItem> items = {{kUse, LoadText(kTextMenuUse), false}};
   if (selected > 0) items.push_back({kMoveUp, LoadText(kTextMenuMoveUp), false});
   if (selected + 1 < ItemCount(dialog, kList)) items.push_back({kMoveDown, LoadText(kTextMenuMoveDown), false});
   items.push_back({kDelete, LoadText(kTextMenuDelete), false});
-  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  const int chosen = PopupItemMenu(dialog, kList, byKey, items);
   if (chosen) PostCommand(dialog, chosen);
 }
 
@@ -175,7 +175,8 @@ void OnList(Dialog& dialog, int code) {
     case kDoubleClicked:
       return UseSelected(dialog);
     case kItemMenu:
-      return ItemMenu(dialog);
+    case kItemMenuByKey:
+      return ItemMenu(dialog, code == kItemMenuByKey);
     case kDeletePressed:
       return DeleteSelected(dialog);
   }
@@ -184,7 +185,7 @@ void OnList(Dialog& dialog, int code) {
 void OnCommand(Dialog& dialog, int id, int code) {
   switch (id) {
     case kOk:
-      return Accept(dialog, kOk);
+      return GetSelection(dialog, kList) < 0 ? Accept(dialog, kOk) : UseSelected(dialog);
     case kCancel:
       return EndDialog(dialog, 0);
     case kHelp:
@@ -210,9 +211,9 @@ void Initialise(Dialog& dialog, LibrarySession& session) {
   const int width = place.right - place.left - 2 * kListEdge;
   SetItemSize(dialog, kList, width, kPreviewHeight + 2 * kItemMargin);
   if (!ReadLibrary(dialog, width - 2 * kItemMargin)) ShowMessage(&dialog, LoadText(kTextFountainsNotLoaded));
-  const int count = ItemCount(dialog, kList);
-  int selected = count ? 0 : -1;
-  for (int i = 0; i < count; ++i) {
+  // None of them, if the control's is not in the library: OK takes what is selected.
+  int selected = -1;
+  for (int i = 0; i < ItemCount(dialog, kList); ++i) {
     const auto fountain = LockItem(dialog, i);
     if (!fountain || !AreAlike(*fountain, session.fountain)) continue;
     selected = i;
@@ -230,6 +231,9 @@ std::int64_t LibraryProcedure(Dialog& dialog, const Message& message) {
       return 1;
     case kMessageCommand:
       OnCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, "FOUNTAIN");
       return 1;
     case kMessageDrawItem:
       PaintItem(dialog, *PointerOf<const DrawRequest>(message.b));

@@ -83,6 +83,11 @@ void SetEdit(Dialog& dialog, int id, std::optional<std::int32_t> number) {
   if (number && GetText(dialog, id) != std::to_string(*number)) SetNumber(dialog, id, *number);
 }
 
+/// Left with no more than a beginning, a field shows what is used.
+void OnEditLeft(Dialog& dialog, int id) {
+  if (const auto block = LockGradient(dialog)) SetEdit(dialog, id, GradientNumber(block->gradient, id));
+}
+
 void OnMidpoint(Dialog& dialog, std::int64_t value) {
   const auto block = LockGradient(dialog);
   if (!block) return;
@@ -279,7 +284,6 @@ void Initialise(Dialog& dialog, BlockHandle handle) {
   SetTicks(dialog, MidpointTrack, kMidpointTicks);
   SetEdit(dialog, MidpointTrack, GradientNumber(block->gradient, MidpointTrack));
   for (const int id : kEdits) {
-    if (HasControl(dialog, id + kUpDownOffset)) TakeRange(dialog, id + kUpDownOffset);
     LimitText(dialog, id, kNumberLimit);
     SetEdit(dialog, id, GradientNumber(block->gradient, id));
   }
@@ -290,7 +294,7 @@ void Initialise(Dialog& dialog, BlockHandle handle) {
   SetFocus(dialog, TypeButtonOf(block->gradient));
 }
 
-void OnCommand(Dialog& dialog, int id) {
+void OnCommand(Dialog& dialog, int id, int code) {
   switch (id) {
     case Ok:
       return EndDialog(dialog, 1);
@@ -308,7 +312,7 @@ void OnCommand(Dialog& dialog, int id) {
     case EdgePad:
     case CenterX:
     case CenterY:
-      return OnEdit(dialog, id);
+      return code == kEditLeft ? OnEditLeft(dialog, id) : OnEdit(dialog, id);
     default:
       return OnPress(dialog, id);
   }
@@ -321,7 +325,10 @@ std::int64_t GradientProcedure(Dialog& dialog, const Message& message) {
       Initialise(dialog, PointerOf<void>(message.b));
       return 1;
     case kMessageCommand:
-      OnCommand(dialog, static_cast<int>(message.a));
+      OnCommand(dialog, static_cast<int>(message.a), static_cast<int>(message.b));
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, message.a == Fountain ? "FOUNTAIN" : "GRADIENT");
       return 1;
     case kMessageSetMidpoint:
       OnMidpoint(dialog, message.b);
@@ -352,7 +359,6 @@ int PositionIn(const Dialog& dialog, int id) {
 
 void InitialisePosition(Dialog& dialog, PositionQuestion& question) {
   SetData(dialog, Position::Track, WordOf(&question));
-  TakeRange(dialog, Position::Edit + kUpDownOffset);
   LimitText(dialog, Position::Edit, kNumberLimit);
   SetRange(dialog, Position::Track, 0, Position::Most);
   SetTicks(dialog, Position::Track, Position::Ticks);
@@ -372,12 +378,18 @@ void OnPosition(Dialog& dialog) {
   if (question->show) question->show(position);
 }
 
+void OnPositionLeft(Dialog& dialog) {
+  const auto* question = static_cast<PositionQuestion*>(HandleOf(GetData(dialog, Position::Track)));
+  if (question) SetEdit(dialog, Position::Edit, question->position);
+}
+
 std::int64_t PositionProcedure(Dialog& dialog, const Message& message) {
   if (HandleSkin(dialog, message)) return 1;
   if (message.number == kMessageInitialise) {
     InitialisePosition(dialog, *PointerOf<PositionQuestion>(message.b));
     return 1;
   }
+  if (message.number == kMessageHelp) return ShowHelpTopic(dialog, "FOUNTAIN"), 1;
   if (message.number != kMessageCommand) return 0;
   switch (message.a) {
     case Position::Ok:
@@ -390,7 +402,7 @@ std::int64_t PositionProcedure(Dialog& dialog, const Message& message) {
       SetEdit(dialog, Position::Edit, PositionIn(dialog, Position::Track));
       return 1;
     case Position::Edit:
-      OnPosition(dialog);
+      message.b == kEditLeft ? OnPositionLeft(dialog) : OnPosition(dialog);
       return 1;
     default:
       return 0;

@@ -2,7 +2,6 @@
 #include "controls/library_editor.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -10,6 +9,7 @@
 #include "controls/variables.h"
 #include "materials/library_file.h"
 #include "materials/shipped.h"
+#include "platform/ascii.h"
 #include "platform/encoding.h"
 #include "platform/folders.h"
 #include "platform/run_state.h"
@@ -39,18 +39,14 @@ std::string FileOfGroup(const std::string& name, const char* extension) {
   const std::string made = FileNameOf(name, extension);
   std::string small = made;
   for (std::size_t i = small.rfind('.'); i < small.size(); ++i) {
-    small[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(small[i])));
+    small[i] = ToLower(small[i]);
   }
   const std::string folder = DataFolder();
   return !FileExists(JoinPath(folder, made)) && FileExists(JoinPath(folder, small)) ? small : made;
 }
 
 // Where letters' cases are one, a new group of the primary's name would be the primary itself.
-bool IsNameOf(const std::string& fileName, const char* primary) {
-  const std::string_view other = primary;
-  return std::equal(fileName.begin(), fileName.end(), other.begin(), other.end(),
-                    [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
-}
+bool IsNameOf(const std::string& fileName, const char* primary) { return EqualsIgnoringCase(fileName, primary); }
 
 std::string GroupOf(const std::string& fileName) { return fileName.substr(0, fileName.rfind('.')); }
 
@@ -78,7 +74,7 @@ std::string FileToChoose(const std::string& name, const char* extension, const c
 }
 
 bool AskToDelete(Dialog* owner, int question, const std::string& fileName) {
-  return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNo);
+  return ShowMessage(owner, FormatText(question, GroupOf(fileName)), MessageButtons::YesNoKeep);
 }
 
 bool Refuse(Dialog* owner, int message) {
@@ -113,7 +109,7 @@ std::optional<std::string> AskNewGroup(Dialog* owner, const GroupKind& kind) {
   }
   const std::string file = FileOfGroup(*name, kind.extension);
   if (FileExists(JoinPath(DataFolder(), file)) &&
-      !ShowMessage(owner, FormatText(kTextAskReplaceGroup, GroupOf(file)), MessageButtons::YesNo)) {
+      !ShowMessage(owner, FormatText(kTextAskReplaceGroup, GroupOf(file)), MessageButtons::YesNoKeep)) {
     return std::nullopt;
   }
   return file;

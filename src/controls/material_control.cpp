@@ -186,7 +186,7 @@ void Press(Dialog& dialog, int id, Material& material, const Message& message) {
   Invalidate(dialog, id);
 }
 
-bool InputMaterial(Dialog& dialog, int id, const Message& message) {
+std::int64_t InputMaterial(Dialog& dialog, int id, const Message& message) {
   switch (message.number) {
     case kMessageLeftDown:
     case kMessageDoubleClick:
@@ -200,8 +200,14 @@ bool InputMaterial(Dialog& dialog, int id, const Message& message) {
       return true;
     case kMessageKeyDown:
       if (message.a == kKeySpace) return EditMaterial(dialog, id), true;
-      if (message.a == kKeyDown) return KindMenu(dialog, id), true;
+      if (message.a == kKeyF2) return EditMaterial(dialog, id), true;
+      if (message.a == kKeyDown || message.a == kKeyMenu) return KindMenu(dialog, id), true;
       return false;
+    case kMessageInitialiseMaterial:
+      InitialiseMaterial(dialog, id, static_cast<Colour>(message.b));
+      return Invalidate(dialog, id), true;
+    case kMessageDuplicateMaterial:
+      return static_cast<std::int64_t>(WordOf(DuplicateMaterial(dialog, id).Release()));
     case kMessageKindMenu:
       return KindMenu(dialog, id), true;
     case kMessageCommand:

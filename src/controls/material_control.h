@@ -32,6 +32,10 @@ MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept;
 /// Private messages of the control. Posted to the control by itself: open the kind menu; kMessageCommand with 99 edits
 /// the current kind, with 100 to 103 sets it.
 constexpr std::uint32_t kMessageKindMenu = 0x52D;
+/// b: the initial colour. InitialiseMaterial.
+constexpr std::uint32_t kMessageInitialiseMaterial = 0x590;
+/// The result is the handle of a copy, DuplicateMaterial's; 0 on failure.
+constexpr std::uint32_t kMessageDuplicateMaterial = 0x591;
 constexpr int kCommandEditMaterial = 99, kCommandFirstKind = 100;
 
 /// The windows behind the button for the kinds that are more than a colour. Each edits a copy and answers whether it

@@ -2,30 +2,20 @@
 #include "controls/read_controls.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "platform/memory.h"
 
 namespace glyphmotion {
 
-NumberRange ParseRange(const std::string& caption) noexcept {
-  NumberRange range;
-  int minimum = 0, maximum = 0, initial = 0;
-  if (std::sscanf(caption.c_str(), "%d,%d,%d", &minimum, &maximum, &initial) == 3 && minimum <= maximum) {
-    range = {minimum, maximum, initial};
-  }
-  return range;
-}
-
-void TakeRange(Dialog& dialog, int upDown) {
-  const NumberRange range = ParseRange(GetText(dialog, upDown));
-  SetRange(dialog, upDown, range.minimum, range.maximum);
-}
-
 int ReadNumber(const Dialog& dialog, int id) {
-  const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+  const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
   const std::int64_t value = GetNumber(dialog, id, range.minimum < 0);
   return static_cast<int>(std::clamp<std::int64_t>(value, range.minimum, range.maximum));
+}
+
+void ShowReadNumber(Dialog& dialog, int id) {
+  const std::string used = std::to_string(ReadNumber(dialog, id));
+  if (GetText(dialog, id) != used) SetText(dialog, id, used);
 }
 
 bool ReadCheck(const Dialog& dialog, int id) { return GetCheck(dialog, id); }

@@ -7,22 +7,17 @@
 
 #include "image/colour.h"
 #include "platform/dialog.h"
+#include "platform/dialog_number.h"
 
 namespace glyphmotion {
 
 /// Added to a number edit's id to give that of its up-down, whose caption holds "minimum,maximum,default".
 constexpr int kUpDownOffset = 10000;
 
-struct NumberRange {
-  int minimum = 0, maximum = 100, initial = 0;
-};
-/// The range in a caption; 0 to 100 when it cannot be parsed.
-NumberRange ParseRange(const std::string& caption) noexcept;
-/// Gives an up-down the range in its caption.
-void TakeRange(Dialog& dialog, int upDown);
-
-/// A number edit's value, clamped to the range in its up-down's caption.
+/// A number edit's value, clamped to the range of its up-down.
 int ReadNumber(const Dialog& dialog, int id);
+/// Puts what ReadNumber gives into the edit, if it shows anything else.
+void ShowReadNumber(Dialog& dialog, int id);
 /// True if and only if the check state is 1.
 bool ReadCheck(const Dialog& dialog, int id);
 /// A colour button holds its value as decimal text.

@@ -86,7 +86,7 @@ void PaintBackground(const DrawRequest& request) {
 
 }  // namespace
 
-void UseSkin(bool use) { CurrentRun().Member<Skin>().used = use; }
+void UseSkin(bool use) { CurrentRun().Member<Skin>().used = use && !IsHighContrast(); }
 
 bool HandleSkin(Dialog& dialog, const Message& message) {
   if (!CurrentRun().Member<Skin>().used) return false;

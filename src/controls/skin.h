@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The skinned look: buttons with softly shaded round faces on a background that runs from light to a breath of the
-// accent. All colours come from the desktop's, so that a dark or contrasting desktop keeps its own.
+// accent. All colours come from the desktop's, so that a dark desktop keeps its own; one of high contrast has no skin.
 #pragma once
 
 #include "image/colour.h"

@@ -32,6 +32,7 @@ constexpr int kPreviewTimer = 1, kShortestPause = 10, kLongestPause = 400;  // m
 constexpr int kNumberLimit = 11;                                            // characters: what 32 bits take
 constexpr int kEdge = 2;
 constexpr int kMenuRename = 100;
+constexpr const char* kHelpTopic = "TEXTURE";
 constexpr float kFineStep = 0.01f, kCoarseStep = 0.1f;
 
 struct TextureDialog {
@@ -139,6 +140,7 @@ void OnParameter(Dialog& dialog, TextureDialog& state, int id, int code) {
     case ControlKind::ColourButton:
       return OnColour(dialog, state, id);
     case ControlKind::NumberEdit:
+      if (code == kEditLeft) return ShowParameter(dialog, state.editor.parameters, id);
       if (code != kEditChanged) return;
       SetTextureControl(state.editor.parameters, id, ReadNumber(dialog, id));
       return Changed(dialog, state);
@@ -268,10 +270,10 @@ void OnDelete(Dialog& dialog, TextureDialog& state, bool shift) {
   OnSelect(dialog, state);
 }
 
-void OnItemMenu(Dialog& dialog) {
+void OnItemMenu(Dialog& dialog, bool byKey) {
   const MenuItem items[] = {{kMenuRename, LoadText(kTextMenuRename), false},
                             {Delete, LoadText(kTextMenuDelete), false}};
-  if (const int chosen = PopupMenu(&dialog, 0, 0, 0, items)) PostCommand(dialog, chosen);
+  if (const int chosen = PopupItemMenu(dialog, List, byKey, items)) PostCommand(dialog, chosen);
 }
 
 void OnList(Dialog& dialog, TextureDialog& state, int code) {
@@ -279,9 +281,11 @@ void OnList(Dialog& dialog, TextureDialog& state, int code) {
     case kSelectionChanged:
       return OnSelect(dialog, state);
     case kDoubleClicked:
+    case kRenamePressed:
       return OnRename(dialog, state);
     case kItemMenu:
-      return OnItemMenu(dialog);
+    case kItemMenuByKey:
+      return OnItemMenu(dialog, code == kItemMenuByKey);
     case kDeletePressed:
       return OnDelete(dialog, state, false);
   }
@@ -298,9 +302,6 @@ void Initialise(Dialog& dialog, TextureDialog& state) {
       PaintInScreenPixels(dialog, control.id);
     }
     if (control.kind == ControlKind::NumberEdit) LimitText(dialog, control.id, kNumberLimit);
-    if (control.kind != ControlKind::UpDown) continue;
-    const NumberRange range = ParseRange(control.caption);
-    SetRange(dialog, control.id, range.minimum, range.maximum);
   }
   for (int type = 0; type < kTextureTypes; ++type) AddItem(dialog, Types, LoadText(kTextFirstTextureType + type));
   TextureSpec parameters = state.editor.parameters;
@@ -324,7 +325,7 @@ void OnCommand(Dialog& dialog, TextureDialog& state, int id, int code) {
     case Cancel:
       return EndDialog(dialog, 0);
     case Help:
-      return ShowHelpTopic(dialog, "TEXTURE");
+      return ShowHelpTopic(dialog, kHelpTopic);
     case List:
       return OnList(dialog, state, code);
     case Group:
@@ -354,6 +355,9 @@ std::int64_t TextureProcedure(Dialog& dialog, const Message& message) {
   switch (message.number) {
     case kMessageCommand:
       OnCommand(dialog, *state, static_cast<int>(message.a), static_cast<int>(message.b));
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, kHelpTopic);
       return 1;
     case kMessageDrawItem:
       if (message.a == Preview) PaintPicture(*state, *PointerOf<const DrawRequest>(message.b));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "controls/editor_services.h"
 #include "controls/face_painting.h"
 #include "controls/skin.h"
 #include "platform/dialog.h"
@@ -100,6 +101,9 @@ std::int64_t PreviewProcedure(Dialog& dialog, const Message& message) {
       PaintBitmap(request, Shrunk(whole, kEdge), DibView(message.a == AsText ? preview->text : preview->background));
       return 1;
     }
+    case kMessageHelp:
+      ShowHelpTopic(dialog, "TEXTURE");
+      return 1;
     case kMessageCommand:
       if (message.a == Ok || message.a == Cancel) EndDialog(dialog, 0);
       return 1;

@@ -21,8 +21,10 @@ namespace {
 
 using namespace TileControl;
 
-/// Private message of the dialog, posted by itself. a is 0: the list takes its height; 1: the menu of an item.
+/// Private message of the dialog, posted by itself. a is 0: the list takes its height; 1: the menu of an item, b
+/// whether a key asked for it.
 constexpr std::uint32_t kMessageList = 0x4C8;
+constexpr const char* kHelpTopic = "TILE";
 constexpr int kItemInset = 4, kChosenInset = 2, kPreviewInset = 2;
 constexpr Colour kChosenColour = 0x000000, kItemColour = 0xFFFFFF;  // whatever the desktop's colours are
 
@@ -135,9 +137,9 @@ void OnDelete(Dialog& dialog, TileDialog& state, bool shift) {
   Select(dialog, state, state.editor.selected);
 }
 
-void OnItemMenu(Dialog& dialog) {
+void OnItemMenu(Dialog& dialog, bool byKey) {
   const MenuItem items[] = {{Delete, LoadText(kTextMenuDelete), false}};
-  if (const int chosen = PopupMenu(&dialog, 0, 0, 0, items)) PostCommand(dialog, chosen);
+  if (const int chosen = PopupItemMenu(dialog, List, byKey, items)) PostCommand(dialog, chosen);
 }
 
 void OnOk(Dialog& dialog, TileDialog& state) {
@@ -152,7 +154,8 @@ void OnList(Dialog& dialog, TileDialog& state, int code) {
     case kDoubleClicked:
       return OnOk(dialog, state);
     case kItemMenu:
-      return Post(dialog, {kMessageList, 1, 0});
+    case kItemMenuByKey:
+      return Post(dialog, {kMessageList, 1, code == kItemMenuByKey});
     case kDeletePressed:
       if (state.editor.selected >= 0) OnDelete(dialog, state, false);
       return;
@@ -166,7 +169,7 @@ void OnCommand(Dialog& dialog, TileDialog& state, int id, int code) {
     case Cancel:
       return EndDialog(dialog, 0);
     case Help:
-      return ShowHelpTopic(dialog, "TILE");
+      return ShowHelpTopic(dialog, kHelpTopic);
     case List:
       return OnList(dialog, state, code);
     case Group:
@@ -208,10 +211,13 @@ std::int64_t TileProcedure(Dialog& dialog, const Message& message) {
   if (!state) return 0;
   switch (message.number) {
     case kMessageList:
-      message.a ? OnItemMenu(dialog) : SetListHeight(dialog);
+      message.a ? OnItemMenu(dialog, message.b != 0) : SetListHeight(dialog);
       return 1;
     case kMessageCommand:
       OnCommand(dialog, *state, static_cast<int>(message.a), static_cast<int>(message.b));
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, kHelpTopic);
       return 1;
     case kMessageDrawItem:
       if (message.a == List) PaintItem(*state, *PointerOf<const DrawRequest>(message.b));

@@ -4,6 +4,8 @@
 #include "controls/variables.h"
 
 #include <algorithm>
+#include <map>
+#include <mutex>
 #include <numeric>
 #include <vector>
 
@@ -20,6 +22,7 @@ void GiveDefault(Variable& variable) {
 struct Store {
   std::vector<Variable> variables;   // never resized after construction, so pointers into it stay valid
   std::vector<std::uint16_t> byKey;  // row numbers, sorted by key
+  std::map<int, Variable> unsaved;   // by control
   Store() : variables(SettingsTable().size()), byKey(SettingsTable().size()) {
     for (std::size_t i = 0; i < variables.size(); ++i) {
       variables[i].row = &SettingsTable()[i];
@@ -32,6 +35,17 @@ struct Store {
 };
 
 Store& TheStore() { return CurrentRun().Member<Store>(); }
+
+// What one dialog of the process leaves to the next: the numbers without a key, by control.
+struct Legacy {
+  std::mutex mutex;
+  std::map<int, std::uint32_t> numbers;
+};
+
+Legacy& TheLegacy() {
+  static Legacy& legacy = *new Legacy;
+  return legacy;
+}
 
 }  // namespace
 
@@ -46,7 +60,30 @@ Variable* FindVariable(std::string_view key) noexcept {
 
 Variable& VariableAt(std::size_t i) noexcept { return TheStore().variables[i]; }
 
+Variable& UnsavedVariable(int control, std::uint32_t initial) {
+  const auto [at, isNew] = TheStore().unsaved.try_emplace(control);
+  if (isNew) at->second.number = initial;
+  return at->second;
+}
+
+void RecallUnsavedVariables() {
+  Legacy& legacy = TheLegacy();
+  const std::lock_guard lock(legacy.mutex);
+  for (const auto& [control, number] : legacy.numbers) UnsavedVariable(control, number);
+}
+
+void LeaveUnsavedVariables() {
+  Legacy& legacy = TheLegacy();
+  const std::lock_guard lock(legacy.mutex);
+  for (const auto& [control, variable] : TheStore().unsaved) legacy.numbers[control] = variable.number;
+}
+
 void ResetVariables() {
+  ResetSavedVariables();
+  TheStore().unsaved.clear();
+}
+
+void ResetSavedVariables() {
   for (Variable& variable : TheStore().variables) GiveDefault(variable);
 }
 

@@ -25,8 +25,17 @@ Variable* FindVariable(std::string_view key) noexcept;
 /// The variable of row i of the SettingsTable, 0 <= i < its size.
 Variable& VariableAt(std::size_t i) noexcept;
 
-/// Gives every variable its default.
+/// The run's variable of a number that no key keeps, at first with this value.
+Variable& UnsavedVariable(int control, std::uint32_t initial);
+/// The plug-in's dialogs hand these numbers on within a process: the run takes those that the last one left, and leaves
+/// its own. Any thread.
+void RecallUnsavedVariables();
+void LeaveUnsavedVariables();
+
+/// Gives every variable of the run its default and forgets those without a key. Not while a dialog is open.
 void ResetVariables();
+/// Those of the SettingsTable only.
+void ResetSavedVariables();
 
 /// Short forms for code that needs a value by key; 0 and empty for keys that do not exist.
 std::uint32_t NumberVariable(std::string_view key) noexcept;

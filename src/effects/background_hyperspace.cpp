@@ -2,38 +2,28 @@
 // Background Hyperspace: the stars rush past behind the text. In alpha runs they are in the colours only.
 #include "effects/effect_table.h"
 #include "effects/starfield.h"
-#include "resources/templates.h"
+#include "resources/panel_background_hyperspace.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 709,
-                            .shadow = 711,
-                            .background = 713,
-                            .outline = 715,
-                            .fillOpacity = 717,
-                            .shadowOpacity = 719,
-                            .softness = 723,
-                            .shadowOffset = 725,
-                            .shadowDirection = 729,
-                            .shadowEnable = 731,
-                            .outlineEnable = 732};
-
-constexpr StarfieldControls kStars{.frames = 721, .seed = 733, .density = 735, .scroll = 727, .colour = 737};
+constexpr const Panel& kPanel = kBackgroundHyperspacePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr StarfieldControls kStars = StarsOf(kPanel);
 
 PackedDib Render(EffectContext& context) {
-  StarfieldRun& run = ParametersOf<StarfieldRun>(context);
+  StarfieldState& field = ParametersOf<StarfieldState>(context);
   const Dialog& dialog = *context.dialog;
-  FrameComposer composer = MakeComposer(context, kRoles, run.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.options.solidKey = false;  // stars need a picture to be painted on, also in alpha runs
   composer.onSize = [&](int width, int height) {
-    CreateStars(run.field, dialog, kStars, width, height);
+    CreateStars(field, dialog, kStars, width, height);
     return true;
   };
   composer.onFrame = [&](PackedDib frame) {
     const DibView picture(frame);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(run.field, picture, ReadColour(dialog, kStars.colour));
+    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
     return frame;
   };
   return composer.Compose();
@@ -44,12 +34,7 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 
 }  // namespace
 
-const EffectDescriptor kBackgroundHyperspace = {"Background Hyperspace",
-                                                &kBackgroundHyperspacePanel,
-                                                Test,
-                                                Build,
-                                                TransparentColour<kRoles.background>,
-                                                &kRoles,
-                                                kLoops};
+const EffectDescriptor kBackgroundHyperspace =
+    EffectOf<kBackgroundHyperspacePanel>("Stars rush past behind the text.", Test, Build, kLoops, {"Warp speed"});
 
 }  // namespace glyphmotion

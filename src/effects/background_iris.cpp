@@ -2,31 +2,18 @@
 // Background Iris: up to five backgrounds open into one another through patterns, while the text stands in front.
 #include "effects/effect_table.h"
 #include "effects/iris_cycle.h"
-#include "resources/templates.h"
+#include "resources/panel_background_iris.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 624,
-                            .shadow = 622,
-                            .background = 609,
-                            .outline = 626,
-                            .fillOpacity = 628,
-                            .shadowOpacity = 630,
-                            .softness = 634,
-                            .shadowOffset = 636,
-                            .shadowDirection = 638,
-                            .shadowEnable = 640,
-                            .outlineEnable = 641};
-constexpr IrisControls kControls{.materials = {609, 611, 613, 616, 619},
-                                 .enables = {615, 618, 621},
-                                 .styles = {642, 646, 650, 654, 658},
-                                 .sizes = {644, 648, 652, 656, 660},
-                                 .frames = 632};
+constexpr const Panel& kPanel = kBackgroundIrisPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr IrisControls kControls = IrisControlsOf(kPanel, kRoles.background, "BackgroundEnable");
 
 PackedDib Render(EffectContext& context) {
   const IrisParams& params = ParametersOf<IrisParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The backgrounds stand also where alpha runs of other effects have their key colour.
   composer.makeFrame = [&](int width, int height) { return RenderIris(composer, params, width, height); };
   return composer.Compose();
@@ -37,7 +24,7 @@ int Build(EffectContext& context) noexcept { return BuildIris(context, kControls
 
 }  // namespace
 
-const EffectDescriptor kBackgroundIris = {
-    "Background Iris", &kBackgroundIrisPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kBackgroundIris = EffectOf<kBackgroundIrisPanel>(
+    "Backgrounds open into one another behind the text.", Test, Build, 0, {"Grand opening"});
 
 }  // namespace glyphmotion

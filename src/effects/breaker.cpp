@@ -6,23 +6,15 @@
 #include "effects/effect_table.h"
 #include "effects/twist.h"
 #include "image/filters.h"
-#include "resources/templates.h"
+#include "resources/panel_breaker.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 672,
-                            .shadow = 674,
-                            .background = 676,
-                            .outline = 678,
-                            .fillOpacity = 680,
-                            .shadowOpacity = 682,
-                            .softness = 686,
-                            .shadowOffset = 688,
-                            .shadowDirection = 692,
-                            .shadowEnable = 694,
-                            .outlineEnable = 695};
-constexpr int kFrames = 684, kRotation = 690, kSmooth = 696, kDirection = 697;
+constexpr const Panel& kPanel = kBreakerPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kRotation = kPanel.Option("Rotate"), kSmooth = kPanel.Option("Smooth"),
+              kDirection = kPanel.Option("Scroll");
 
 struct Parameters {
   double phase = 0.5;  // 0 to 1: the window travels once across while the angle rises and falls
@@ -74,9 +66,7 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const int frames = ReadNumber(*context.dialog, kFrames);
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &parameters, Render, frames)) return false;
     return AppendRunToRest(context, frames, [&](double phase) {
       parameters.phase = phase;
       return Render(context);
@@ -86,7 +76,8 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kBreaker = {"Breaker", &kBreakerPanel, Test, Build, TransparentColour<kRoles.background>,
-                                   &kRoles};
+const EffectDescriptor kBreaker =
+    EffectOf<kBreakerPanel>("A whirl rolls along the letters like a breaking wave.", Test, Build, 0,
+                            {"Surf's up", "--fill texture:Water --outline #10405c"});
 
 }  // namespace glyphmotion

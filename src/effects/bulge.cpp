@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "effects/bulge.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
 
+constexpr std::size_t kPiece = 4096;  // places between two looks whether the run shall end
+
 BulgeTables::Entry MakeEntry(int width, int height) {
   BulgeTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
   entry.sine.resize(entry.quarter.distance.size());
   for (std::size_t i = 0; i < entry.sine.size(); ++i) {
-    if (i % 4096 == 0 && EndRequested()) break;
-    entry.sine[i] = std::sin((entry.quarter.distance[i] * 1.5707963267948966) / entry.quarter.radius);
+    if (i % kPiece == 0 && EndRequested()) break;
+    entry.sine[i] = std::sin((entry.quarter.distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius);
   }
   entry.factor.resize(entry.sine.size());
   return entry;
@@ -23,9 +27,10 @@ BulgeTables::Entry MakeEntry(int width, int height) {
 void BulgeTo(BulgeTables::Entry& entry, int percent) {
   if (entry.percent == percent) return;
   const double power = -(percent / 100.0);
-  for (std::size_t i = 0; i < entry.factor.size(); ++i) {
-    if (i % 4096 == 0 && EndRequested()) return;
-    entry.factor[i] = entry.quarter.distance[i] > 0 ? std::pow(entry.sine[i], power) : 1.0;
+  for (std::size_t first = 0; first < entry.factor.size(); first += kPiece) {
+    if (EndRequested()) return;
+    for (std::size_t i = first; i < std::min(first + kPiece, entry.factor.size()); ++i)
+      entry.factor[i] = entry.quarter.distance[i] > 0 ? std::pow(entry.sine[i], power) : 1.0;
   }
   entry.percent = percent;
 }

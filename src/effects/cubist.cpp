@@ -8,26 +8,17 @@
 #include "effects/optional_colours.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
-#include "resources/templates.h"
+#include "resources/panel_cubist.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 870,
-                            .shadow = 886,
-                            .background = 888,
-                            .outline = 890,
-                            .fillOpacity = 892,
-                            .shadowOpacity = 894,
-                            .softness = 898,
-                            .shadowOffset = 900,
-                            .shadowDirection = 902,
-                            .shadowEnable = 904,
-                            .outlineEnable = 905};
-
-constexpr int kFrames = 896, kDensity = 906, kSeed = 908, kVariableDensity = 910, kVariableWidth = 911,
-              kLineWidth = 912;
-constexpr OptionalColourControls kColours{872, {{{874, 876}, {877, 879}, {880, 882}, {883, 885}}}};
+constexpr const Panel& kPanel = kCubistPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kDensity = kPanel.Option("Density"), kSeed = kPanel.Option("Seed"),
+              kVariableDensity = kPanel.Option("VariAlpha"), kVariableWidth = kPanel.Option("VariWidth"),
+              kLineWidth = kPanel.Option("Width");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "BeamColor", "BeamEnable");
 
 struct CubistSquare {
   int lineWidth, level;
@@ -38,7 +29,6 @@ struct CubistSquare {
 };
 
 struct CubistParams {
-  ScrollOffset offset;  // always 0
   std::vector<CubistSquare> squares;
   int frames = 0;
   int height = 0;  // of the frame: at its largest a square is twice as high
@@ -100,7 +90,7 @@ void PaintAndMoveSquare(CubistSquare& square, const CubistParams& params, const 
 
 PackedDib Render(EffectContext& context) {
   CubistParams& params = ParametersOf<CubistParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
     MakeSquares(params, *context.dialog, width, height);
     return true;
@@ -121,22 +111,16 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay);
     const int frames = ReadNumber(*context.dialog, kFrames);
     CubistParams params;
-    int width = 0, height = 0;
     // The first render is thrown away, but it moves the squares like every other.
-    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (int i = 0; i < frames; ++i) {
-      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &params, Render, frames) && AppendEvenRun(context, Render, frames, [](int) {});
   });
 }
 
 }  // namespace
 
-const EffectDescriptor kCubist = {"Cubist", &kCubistPanel, Test, Build, TransparentColour<kRoles.background>,
-                                  &kRoles,  kLoops};
+const EffectDescriptor kCubist =
+    EffectOf<kCubistPanel>("Hollow squares grow and shrink inside the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

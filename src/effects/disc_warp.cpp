@@ -121,10 +121,6 @@ std::vector<double> ScaledDistances(int first, int side, double centre, double a
 
 }  // namespace
 
-std::uint32_t SampleBilinear(const DibView& bitmap, double x, double y) noexcept {
-  return SampleAt(bitmap, x + 0.5, y + 0.5);
-}
-
 DiscQuarter MakeDiscQuarter(int width, int height) {
   DiscQuarter quarter;
   quarter.width = width;

@@ -19,11 +19,6 @@
 
 namespace glyphmotion {
 
-/// The value between the four pixels around (x + 0.5, y + 0.5): the half pixel is on top of what is a pixel's index
-/// already, so pictures drift by it to the upper left. Places outside count as 0. Below 9 bits the pixel value itself
-/// is weighted, otherwise each of three channels; fractions are dropped.
-std::uint32_t SampleBilinear(const DibView& bitmap, double x, double y) noexcept;
-
 /// The quarter of a picture's disc.
 struct DiscQuarter {
   int width = 0, height = 0;  ///< of the picture, pixels
@@ -50,8 +45,10 @@ struct RowOffsets {
   std::vector<double> belowX, belowY, aboveX, aboveY;
 };
 
-/// Samples `from` for a quarter's row and its mirror images, as SampleBilinear does, into `to`. Both are of the
-/// quarter's size and of the same depth, 8 or 24 bits.
+/// Samples `from` for a quarter's row and its mirror images into `to`. Both are of the quarter's size and of the same
+/// depth, 8 or 24 bits. A sample at (x, y) is the value between the four pixels around (x + 0.5, y + 0.5): the half
+/// pixel is on top of what is a pixel's index already, so pictures drift by it to the upper left. Places outside count
+/// as 0; each channel is weighted by itself; fractions are dropped.
 void SampleMirrored(const DiscQuarter& quarter, int row, const RowOffsets& offsets, const DibView& from,
                     const DibView& to) noexcept;
 

@@ -3,27 +3,18 @@
 // strongly, then settles back. The letters keep their shape; a plain colour shows nothing of it.
 #include "effects/effect_table.h"
 #include "effects/ripple_fill.h"
-#include "resources/templates.h"
+#include "resources/panel_elastic.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 575,
-                            .shadow = 577,
-                            .background = 579,
-                            .outline = 581,
-                            .fillOpacity = 583,
-                            .shadowOpacity = 585,
-                            .softness = 589,
-                            .shadowOffset = 591,
-                            .shadowDirection = 593,
-                            .shadowEnable = 595,
-                            .outlineEnable = 596};
-constexpr int kFrames = 587, kEnergy = 597;
+constexpr const Panel& kPanel = kElasticPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kEnergy = kPanel.Option("Energy");
 
 PackedDib Render(EffectContext& context) {
   ElasticParams& params = ParametersOf<ElasticParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The rings widen from 4 pixels to 50 as their height grows from 0.7 to 60.
   params.wavelength = 400 + static_cast<int>(4600 * params.phase);
   params.amplitude = 70 + static_cast<int>(5930 * params.phase);
@@ -45,13 +36,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2, total = frames | 1;
     ElasticParams params = ParamsAtRest(dialog);
     params.phase = 0.5;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, 2 * std::int64_t{half} + 2)) return false;
+    if (!BeginRun(context, &params, Render, 2 * std::int64_t{half} + 2)) return false;
 
     const auto append = [&](double phase, int step) {
       params.phase = phase;
@@ -72,7 +61,8 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kElastic = {"Elastic", &kElasticPanel, Test, Build, TransparentColour<kRoles.background>,
-                                   &kRoles};
+const EffectDescriptor kElastic =
+    EffectOf<kElasticPanel>("The material ripples as if it had been plucked.", Test, Build, 0,
+                            {"", "--fill texture:Marble --set Style012Energy=60"});
 
 }  // namespace glyphmotion

@@ -9,29 +9,20 @@
 #include "effects/column_profile.h"
 #include "effects/column_warp.h"
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_event_horizon.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 749,
-                            .shadow = 751,
-                            .background = 753,
-                            .outline = 755,
-                            .fillOpacity = 757,
-                            .shadowOpacity = 759,
-                            .softness = 763,
-                            .shadowOffset = 765,
-                            .shadowDirection = 767,
-                            .shadowEnable = 769,
-                            .outlineEnable = 770};
-constexpr int kFrames = 761, kAlternate = 771, kRadius = 772;
+constexpr const Panel& kPanel = kEventHorizonPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kAlternate = kPanel.Option("Alternate"),
+              kRadius = kPanel.Option("Radius");
 
 // The outline mask is four pixels wider than the frame; the columns there are blank.
 constexpr std::size_t kSpareColumns = 4 * kWarpScale;
 
 struct HorizonParams {
-  ScrollOffset scroll;                // always 0
   std::vector<double> curve;          // a squeeze factor for each column of the frame, enlarged; then the spare ones
   std::size_t curveCount = 0;         // without the spare ones
   std::vector<PackedDib> keptFrames;  // duplicates of the rising half's frames
@@ -75,7 +66,7 @@ ColumnSpan FindPercents(HorizonParams& params) {
 
 PackedDib Render(EffectContext& context) {
   HorizonParams& params = ParametersOf<HorizonParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   ColumnSpan filled;
   composer.onSize = [&](int width, int) {
     if (params.curve.empty()) MakeCurve(context, params, width);
@@ -121,12 +112,10 @@ bool Rise(EffectContext& context, HorizonParams& params, int quarter, int delay,
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), quarter = frames / 4;
     HorizonParams params;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, 4 * std::int64_t{quarter} + 1)) return false;
+    if (!BeginRun(context, &params, Render, 4 * std::int64_t{quarter} + 1)) return false;
     params.keptFrames.reserve(static_cast<std::size_t>(frames));
     if (!Rise(context, params, quarter, delay, frames / 2)) return false;
 
@@ -142,7 +131,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kEventHorizon = {
-    "Event Horizon", &kEventHorizonPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kEventHorizon = EffectOf<kEventHorizonPanel>("The text rises out of a flat line and falls back.",
+                                                                    Test, Build, 0, {"Event horizon"});
 
 }  // namespace glyphmotion

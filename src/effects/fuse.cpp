@@ -4,23 +4,15 @@
 #include <utility>
 
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_fuse.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 459,
-                            .shadow = 461,
-                            .background = 463,
-                            .outline = 465,
-                            .fillOpacity = 467,
-                            .shadowOpacity = 469,
-                            .softness = 473,
-                            .shadowOffset = 475,
-                            .shadowDirection = 479,
-                            .shadowEnable = 481,
-                            .outlineEnable = 482};
-constexpr int kFrames = 471, kScroll = 477, kLeafSize = 483, kBackFill = 485;
+constexpr const Panel& kPanel = kFusePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll"), kLeafSize = kPanel.Option("Size"),
+              kBackFill = kRoles.material2;
 constexpr int kUpAndDown = 1;  // of the scroll picker: leaves are columns
 
 constexpr double kHalfWay = 0.5;
@@ -76,13 +68,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     const double step = 1.0 / half;
     Leaves leaves;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &leaves, Render, &width, &height) || !RunFits(context, width, height, 2 * half))
-      return false;
+    if (!BeginRun(context, &leaves, Render, 2 * half)) return false;
     const auto append = [&](int hold, int index) {
       return AppendWithProgress(context, Render(context), delay + hold, index, frames);
     };
@@ -104,6 +94,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kFuse = {"Fuse", &kFusePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kFuse = EffectOf<kFusePanel>("Two materials slide through each other in leaves.", Test, Build, 0,
+                                                    {"", "--set Style009Size=4"});
 
 }  // namespace glyphmotion

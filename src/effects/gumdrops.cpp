@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
@@ -14,25 +15,16 @@
 #include "image/surface.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
-#include "resources/templates.h"
+#include "resources/panel_gumdrops.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 405,
-                            .shadow = 381,
-                            .background = 383,
-                            .outline = 385,
-                            .fillOpacity = 387,
-                            .shadowOpacity = 389,
-                            .softness = 393,
-                            .shadowOffset = 395,
-                            .shadowDirection = 397,
-                            .shadowEnable = 399,
-                            .outlineEnable = 400};
-
-constexpr int kFrames = 391, kSeed = 401, kDensity = 403, kBevel = 407, kSize = 408, kDrift = 410;
-constexpr OptionalColourControls kColours{367, {{{369, 371}, {372, 374}, {375, 377}, {378, 380}}}};
+constexpr const Panel& kPanel = kGumdropsPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDensity = kPanel.Option("Density"),
+              kBevel = kPanel.Option("BevelEnable"), kSize = kPanel.Option("Size"), kDrift = kPanel.Option("Drift");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "FillColor", "FillEnable");
 
 struct GumdropRecord {
   int x, y;  // home, in percent of the bitmap's sides
@@ -62,23 +54,18 @@ class DropImages {
 };
 
 struct GumdropParams {
-  ScrollOffset offset;  // always 0
-  double step = 0.0;    // 100 / frames
+  double step = 0.0;  // 100 / frames
   std::vector<GumdropRecord> drops;
   bool ready = false;
   DropImages images;
 };
 
-// Drawing one drop
-// -----------------------------------------------------------------------------------------------------
-
 constexpr int kOversize = 4, kReduction = 25;  // drawn so many times too large, then reduced to that percentage
-constexpr double kPi = 3.141592653589793;
 
 // The grey of ring i of `rings`, counted from the rim: brighter than the strength between rim and centre, which makes
 // the dome.
 std::uint8_t RingLevel(int i, int rings, int strength) {
-  const double c = std::cos(static_cast<double>(i) / rings * 90 * kPi / 180);
+  const double c = std::cos(Radians(static_cast<double>(i) / rings * 90));
   const double k = c * (static_cast<double>(i + 1) / rings) * 0.9;
   return static_cast<std::uint8_t>(std::clamp(static_cast<int>(k * strength) + strength, 0, 255));
 }
@@ -152,9 +139,6 @@ const DropImage* DropImages::Get(int diameter, int strength, bool bevel) {
   return &(images_[key] = std::move(image));
 }
 
-// The run
-// ---------------------------------------------------------------------------------------------------------------
-
 void MakeDrops(GumdropParams& params, const Dialog& dialog) {
   if (params.ready) return;
   SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
@@ -206,7 +190,7 @@ bool PaintDrop(const GumdropRecord& drop, int size, int drift, DropImages& image
   int x = static_cast<int>(drop.x / 100.0 * picture.Width()), y = static_cast<int>(drop.y / 100.0 * picture.Height());
   if (drift > 0) {
     const int degrees = static_cast<int>(drop.turn * 360 / 100);
-    const double angle = degrees * 0.017453292519943295;
+    const double angle = RadiansByDegree(degrees);
     const int radius = shorter * drift / 100;
     x += static_cast<int>(-radius * std::cos(angle));
     y += static_cast<int>(-radius * std::sin(angle));
@@ -230,7 +214,7 @@ bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const P
 PackedDib Render(EffectContext& context) {
   GumdropParams& params = ParametersOf<GumdropParams>(context);
   MakeDrops(params, *context.dialog);
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   PackedDib fill;  // made before the background
   composer.onSize = [&](int width, int height) {
     fill = composer.RenderMaterial(kRoles.fill, width, height);
@@ -247,21 +231,16 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay), frames = ReadNumber(*context.dialog, kFrames);
+    const int frames = ReadNumber(*context.dialog, kFrames);
     GumdropParams params;
-    int width = 0, height = 0;
     // The first render is thrown away, but it moves the drops like every other.
-    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (int i = 0; i < frames; ++i) {
-      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &params, Render, frames) && AppendEvenRun(context, Render, frames, [](int) {});
   });
 }
 
 }  // namespace
 
-const EffectDescriptor kGumdrops = {"Gumdrops", &kGumdropsPanel, Test, Build, TransparentColour<kRoles.background>,
-                                    &kRoles,    kLoops};
+const EffectDescriptor kGumdrops =
+    EffectOf<kGumdropsPanel>("Round sweets swell and shrink inside the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

@@ -2,37 +2,27 @@
 // Hyperspace: the text stands still, and stars rush sideways through the inside of its letters.
 #include "effects/effect_table.h"
 #include "effects/starfield.h"
-#include "resources/templates.h"
+#include "resources/panel_hyperspace.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 327,
-                            .shadow = 329,
-                            .background = 331,
-                            .outline = 333,
-                            .fillOpacity = 335,
-                            .shadowOpacity = 337,
-                            .softness = 341,
-                            .shadowOffset = 343,
-                            .shadowDirection = 347,
-                            .shadowEnable = 349,
-                            .outlineEnable = 350};
-
-constexpr StarfieldControls kStars{.frames = 339, .seed = 351, .density = 353, .scroll = 345, .colour = 355};
+constexpr const Panel& kPanel = kHyperspacePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr StarfieldControls kStars = StarsOf(kPanel);
 
 PackedDib Render(EffectContext& context) {
-  StarfieldRun& run = ParametersOf<StarfieldRun>(context);
+  StarfieldState& field = ParametersOf<StarfieldState>(context);
   const Dialog& dialog = *context.dialog;
-  FrameComposer composer = MakeComposer(context, kRoles, run.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
-    CreateStars(run.field, dialog, kStars, width, height);
+    CreateStars(field, dialog, kStars, width, height);
     return true;
   };
   composer.onFillBitmap = [&](PackedDib fill) {
     const DibView picture(fill);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(run.field, picture, ReadColour(dialog, kStars.colour));
+    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
     return fill;
   };
   return composer.Compose();
@@ -43,7 +33,7 @@ int Build(EffectContext& context) noexcept { return BuildStarfield(context, kSta
 
 }  // namespace
 
-const EffectDescriptor kHyperspace = {
-    "Hyperspace", &kHyperspacePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
+const EffectDescriptor kHyperspace =
+    EffectOf<kHyperspacePanel>("Stars streak through the inside of the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

@@ -3,31 +3,18 @@
 // diamonds, circles, blinds or chevrons.
 #include "effects/effect_table.h"
 #include "effects/iris_cycle.h"
-#include "resources/templates.h"
+#include "resources/panel_iris.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 158,
-                            .shadow = 171,
-                            .background = 173,
-                            .outline = 175,
-                            .fillOpacity = 177,
-                            .shadowOpacity = 179,
-                            .softness = 183,
-                            .shadowOffset = 185,
-                            .shadowDirection = 187,
-                            .shadowEnable = 189,
-                            .outlineEnable = 190};
-constexpr IrisControls kControls{.materials = {158, 160, 162, 165, 168},
-                                 .enables = {164, 167, 170},
-                                 .styles = {191, 195, 199, 203, 207},
-                                 .sizes = {193, 197, 201, 205, 209},
-                                 .frames = 181};
+constexpr const Panel& kPanel = kIrisPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr IrisControls kControls = IrisControlsOf(kPanel, kRoles.fill, "FillEnable");
 
 PackedDib Render(EffectContext& context) {
   const IrisParams& params = ParametersOf<IrisParams>(context);
-  FrameComposer composer = MakeComposer(context, kRoles, params.scroll);
+  FrameComposer composer = MakeComposer(context, kRoles);
   // The fills are rendered before the background is, which matters to materials that draw random numbers.
   PackedDib mixed;
   composer.onSize = [&](int width, int height) {
@@ -43,6 +30,6 @@ int Build(EffectContext& context) noexcept { return BuildIris(context, kControls
 
 }  // namespace
 
-const EffectDescriptor kIris = {"Iris", &kIrisPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kIris = EffectOf<kIrisPanel>("Fills open into one another inside the letters.", Test, Build);
 
 }  // namespace glyphmotion

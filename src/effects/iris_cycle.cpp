@@ -55,17 +55,14 @@ int TestIris(EffectContext& context, const IrisControls& controls, Renderer rend
 int BuildIris(EffectContext& context, const IrisControls& controls, Renderer render) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int total = ReadNumber(dialog, controls.frames);
     std::vector<IrisParams> transitions = Transitions(dialog, controls);
     const int frames = total / static_cast<int>(transitions.size());
 
     IrisParams proof = Transition(dialog, controls, 0, 1, 0);
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &proof, render, &width, &height)) return false;
-    if (!RunFits(context, width, height, std::int64_t{frames} * static_cast<std::int64_t>(transitions.size()))) {
-      return false;
-    }
+    const std::int64_t kept = std::int64_t{frames} * static_cast<std::int64_t>(transitions.size());
+    if (!BeginRun(context, &proof, render, kept)) return false;
     int made = 0;
     for (IrisParams& params : transitions) {
       context.parameters = &params;

@@ -16,10 +16,24 @@ struct IrisControls {
   int frames;
 };
 
+/// `enable` is the name of the numbered option that turns on the third to fifth material.
+constexpr IrisControls IrisControlsOf(const Panel& panel, int firstMaterial, std::string_view enable) {
+  const PanelRoles& roles = panel.roles;
+  IrisControls controls{{firstMaterial, roles.material2, roles.material3, roles.material4, roles.material5},
+                        {panel.Option(enable, 3), panel.Option(enable, 4), panel.Option(enable, 5)},
+                        {},
+                        {},
+                        panel.Option("Frames")};
+  for (std::size_t i = 0; i < 5; ++i) {
+    controls.styles[i] = panel.Option("IrisStyle", static_cast<int>(i) + 1);
+    controls.sizes[i] = panel.Option("IrisSize", static_cast<int>(i) + 1);
+  }
+  return controls;
+}
+
 /// The parameter block: one moment of one transition.
 struct IrisParams {
-  ScrollOffset scroll;  ///< always 0
-  int first = 0;        ///< material controls
+  int first = 0;  ///< material controls
   int second = 0;
   double phase = 0;  ///< 0 shows the first, towards 1 the second
   int size = 0;      ///< pixels

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numbers>
 
 #include "image/filters.h"
 #include "image/surface.h"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr int kScale = 4;
 constexpr Colour kWhite = 0xFFFFFF;
-constexpr double kPi = 3.141592653589793;
 
 // The sizes that all styles draw with, in surface pixels.
 struct Grid {
@@ -58,7 +58,7 @@ void DrawDiamonds(const Grid& grid) {
 }
 
 void DrawCircles(const Grid& grid) {
-  const double half = std::cos(grid.phase * 90.0 * kPi / 180.0) * grid.cell * 0.5;
+  const double half = std::cos(grid.phase * 90.0 * std::numbers::pi / 180.0) * grid.cell * 0.5;
   const int r = static_cast<int>(std::sqrt(2.0 * (half * half)));
   ForEachCentre(grid, [&](int x, int y) { grid.surface.FillEllipse({x - r, y - r, x + r, y + r}, kWhite); });
 }

@@ -7,24 +7,18 @@
 
 #include "effects/effect_table.h"
 #include "image/filters.h"
-#include "resources/templates.h"
+#include "resources/panel_laser.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 282,
-                            .shadow = 284,
-                            .background = 286,
-                            .outline = 288,
-                            .fillOpacity = 290,
-                            .shadowOpacity = 292,
-                            .softness = 296,
-                            .shadowOffset = 298,
-                            .shadowDirection = 302,
-                            .shadowEnable = 304,
-                            .outlineEnable = 305};
-constexpr int kFrames = 294, kScroll = 300, kBeamSize = 306, kBeamColour = 308, kBeamDiffusion = 310;
-constexpr int kBeamOutlineColour = 312, kBeamEnable = 314, kBeamOutlineEnable = 315, kFatten = 316;
+constexpr const Panel& kPanel = kLaserPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll"),
+              kBeamSize = kPanel.Option("BeamSize"), kBeamColour = kPanel.Option("BeamColor"),
+              kBeamDiffusion = kPanel.Option("BeamSoft");
+constexpr int kBeamOutlineColour = kPanel.Option("BeamOutColor"), kBeamEnable = kPanel.Option("FillEnable"),
+              kBeamOutlineEnable = kPanel.Option("OutEnable"), kFatten = kPanel.Option("Fatten");
 
 constexpr int kLeastStrip = 60;  // columns, so that a blurred beam has room to spread
 constexpr double kTestPhase = 0.585;
@@ -134,12 +128,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames);
     const bool rightwards = ReadDirection(dialog, kScroll) == kRightwards;
     Sweep sweep;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &sweep, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &sweep, Render, frames)) return false;
     for (int i = 0; i < frames; ++i) {
       // Leftwards the sweep runs one step further out than its mirror image, to a place left of the frame.
       sweep.phase = rightwards ? static_cast<double>(i) / frames : 1.0 - static_cast<double>(i + 2) / frames;
@@ -152,6 +145,6 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kLaser = {"Laser", &kLaserPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kLaser = EffectOf<kLaserPanel>("A beam lights the letters as it sweeps across.", Test, Build);
 
 }  // namespace glyphmotion

@@ -4,27 +4,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <utility>
 
 #include "effects/effect_table.h"
 #include "effects/scatter.h"
-#include "resources/templates.h"
+#include "resources/panel_nebula.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 244,
-                            .shadow = 246,
-                            .background = 248,
-                            .outline = 250,
-                            .fillOpacity = 252,
-                            .shadowOpacity = 254,
-                            .softness = 258,
-                            .shadowOffset = 260,
-                            .shadowDirection = 262,
-                            .shadowEnable = 264,
-                            .outlineEnable = 265};
-constexpr int kFrames = 256, kSeed = 266, kSize = 268, kFade = 270, kScatterShadow = 271;
+constexpr const Panel& kPanel = kNebulaPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kSize = kPanel.Option("Size"),
+              kFade = kPanel.Option("Fadetext"), kScatterShadow = kPanel.Option("Scrambleshadow");
 
 struct Parameters {
   std::uint32_t seed = 0;
@@ -34,7 +27,7 @@ struct Parameters {
 
 // The cloud's radius in pixels.
 int RadiusOf(double scatter, int size) {
-  return static_cast<int>(std::sin(scatter / 100 * (3.141592653589793 / 2)) * size);
+  return static_cast<int>(std::sin(scatter / 100 * (std::numbers::pi / 2)) * size);
 }
 
 PackedDib Render(EffectContext& context) {
@@ -71,14 +64,14 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int odd = ReadNumber(dialog, kFrames) | 1;
     Parameters parameters;
     parameters.seed = ReadSeed(dialog);
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    const int frames = std::min(odd, 2 * height);
-    if (!RunFits(context, width, height, std::int64_t{frames} + 1)) return false;
+    const std::optional<FrameSize> size = PrimeRun(context, &parameters, Render);
+    if (!size) return false;
+    const int frames = std::min(odd, 2 * size->height);
+    if (!RunFits(context, *size, std::int64_t{frames} + 1)) return false;
     double step = -(100.0 / (frames * 0.5));
     parameters.scatter = 100.0;
     bool turned = false;
@@ -101,6 +94,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kNebula = {"Nebula", &kNebulaPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kNebula = EffectOf<kNebulaPanel>("The text condenses out of a cloud and dissolves again.", Test,
+                                                        Build, 0, {"", "--fill #5a3fa0"});
 
 }  // namespace glyphmotion

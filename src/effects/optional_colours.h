@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "controls/read_controls.h"
+#include "resources/panel.h"
 
 namespace glyphmotion {
 
@@ -17,6 +18,16 @@ struct OptionalColourControls {
   int first;
   std::array<Optional, 4> others;
 };
+
+/// Of a panel whose keys are numbered from 1: "BeamColor" 1 to 5 and "BeamEnable" 2 to 5.
+constexpr OptionalColourControls OptionalColoursOf(const Panel& panel, std::string_view colour,
+                                                   std::string_view enable) {
+  OptionalColourControls controls{panel.Option(colour, 1), {}};
+  for (int i = 0; i < 4; ++i) {
+    controls.others[static_cast<std::size_t>(i)] = {panel.Option(colour, 2 + i), panel.Option(enable, 2 + i)};
+  }
+  return controls;
+}
 
 /// The colours in force, in the order of the controls: 1 to 5 of them.
 struct OptionalColours {

@@ -67,8 +67,7 @@ int TestBump(EffectContext& context, Renderer render) noexcept {
 }
 
 bool BuildBump(EffectContext& context, Renderer render, int total, int steps, int rest) {
-  const Dialog& dialog = *context.dialog;
-  const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+  const auto [delay, pause] = ReadPace(*context.dialog);
   PassingBump bump;
   bump.total = total;
   context.flags |= kBuildCall;
@@ -78,7 +77,7 @@ bool BuildBump(EffectContext& context, Renderer render, int total, int steps, in
     PackedDib frame = render(context);
     if (k == 0) {
       const DibView view(frame);
-      if (!view || !RunFits(context, view.Width(), view.Height(), std::int64_t{steps} + 1)) return false;
+      if (!view || !RunFits(context, {view.Width(), view.Height()}, std::int64_t{steps} + 1)) return false;
     }
     const bool done = k < steps ? AppendWithProgress(context, std::move(frame), delay, k, steps)
                                 : AppendQuietly(context, std::move(frame), delay + pause);

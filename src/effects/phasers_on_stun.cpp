@@ -8,25 +8,16 @@
 #include "effects/ray_painter.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
-#include "resources/templates.h"
+#include "resources/panel_phasers_on_stun.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 818,
-                            .shadow = 834,
-                            .background = 836,
-                            .outline = 838,
-                            .fillOpacity = 840,
-                            .shadowOpacity = 842,
-                            .softness = 846,
-                            .shadowOffset = 848,
-                            .shadowDirection = 850,
-                            .shadowEnable = 852,
-                            .outlineEnable = 853};
-
-constexpr int kFrames = 844, kSeed = 854, kDensity = 856, kPower = 858;
-constexpr OptionalColourControls kColours{820, {{{822, 824}, {825, 827}, {828, 830}, {831, 833}}}};
+constexpr const Panel& kPanel = kPhasersOnStunPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDensity = kPanel.Option("Density"),
+              kPower = kPanel.Option("Beamsize");
+constexpr OptionalColourControls kColours = OptionalColoursOf(kPanel, "BeamColor", "BeamEnable");
 
 struct PhaserBeam {
   Point from, to;  // frame pixels; on two sides of the frame that face each other
@@ -37,7 +28,6 @@ struct PhaserBeam {
 };
 
 struct PhaserParams {
-  ScrollOffset offset;  // always 0
   int frame = 0;
   std::vector<PhaserBeam> beams;
   bool ready = false;
@@ -102,7 +92,7 @@ bool PaintBeams(PhaserParams& params, const DibView& picture) {
 PackedDib Render(EffectContext& context) {
   PhaserParams& params = ParametersOf<PhaserParams>(context);
   if (context.flags & kTestCall) params.frame = ReadNumber(*context.dialog, kFrames) / 2;
-  FrameComposer composer = MakeComposer(context, kRoles, params.offset);
+  FrameComposer composer = MakeComposer(context, kRoles);
   composer.onSize = [&](int width, int height) {
     MakeBeams(params, *context.dialog, width, height);
     return true;
@@ -122,20 +112,16 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay), frames = ReadNumber(*context.dialog, kFrames);
+    const int frames = ReadNumber(*context.dialog, kFrames);
     PhaserParams params;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &params, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (params.frame = 0; params.frame < frames; ++params.frame) {
-      if (!AppendWithProgress(context, Render(context), delay, params.frame, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &params, Render, frames) &&
+           AppendEvenRun(context, Render, frames, [&](int i) { params.frame = i; });
   });
 }
 
 }  // namespace
 
-const EffectDescriptor kPhasersOnStun = {
-    "Phasers on Stun", &kPhasersOnStunPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
+const EffectDescriptor kPhasersOnStun =
+    EffectOf<kPhasersOnStunPanel>("Coloured rays flash across the letters.", Test, Build, kLoops, {"Stun"});
 
 }  // namespace glyphmotion

@@ -3,13 +3,15 @@
 // of the frame.
 #include "effects/effect_table.h"
 #include "effects/passing_bump.h"
-#include "resources/templates.h"
+#include "resources/panel_pinch.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 221, .background = 223, .outline = 225, .outlineEnable = 229};
-constexpr int kFrames = 227, kPinchWidth = 230, kPinchDepth = 232;
+constexpr const Panel& kPanel = kPinchPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kPinchWidth = kPanel.Option("Wavesize"),
+              kPinchDepth = kPanel.Option("Waveheight");
 
 // The percent of a column's height that stay.
 int ShareOf(float height, int depth) {
@@ -34,6 +36,6 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kPinch = {"Pinch", &kPinchPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kPinch = EffectOf<kPinchPanel>("A pinch passes along the text.", Test, Build);
 
 }  // namespace glyphmotion

@@ -22,25 +22,33 @@ int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept 
   return 1;
 }
 
-bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width, int* height) {
+std::optional<FrameSize> PrimeRun(EffectContext& context, void* parameters, Renderer render) {
   context.flags |= kBuildCall;
   context.parameters = parameters;
   const PackedDib frame = render(context);
-  if (EndRequested()) return false;
+  if (EndRequested()) return std::nullopt;
   const DibView view(frame);
-  if (!view) return false;
-  if (width) *width = view.Width();
-  if (height) *height = view.Height();
-  return true;
+  if (!view) return std::nullopt;
+  return FrameSize{view.Width(), view.Height()};
 }
 
-bool RunFits(EffectContext& context, int width, int height, std::int64_t frames) {
+bool RunFits(EffectContext& context, FrameSize size, std::int64_t frames) {
   const int bits = ReadCheck(*context.dialog, ControlId::AlphaTransparency) ? 32 : 24;
-  const auto bytes = static_cast<std::int64_t>(DibSize(width, height, bits));
+  const auto bytes = static_cast<std::int64_t>(DibSize(size.width, size.height, bits));
   if (bytes > 0 && frames <= kMaxRunBytes / bytes) return true;
-  context.failure = "An animation of " + std::to_string(frames) + " frames of " + std::to_string(width) + " x " +
-                    std::to_string(height) + " pixels does not fit into memory. Choose fewer frames or a smaller size.";
+  context.failure = "An animation of " + std::to_string(frames) + " frames of " + std::to_string(size.width) + " x " +
+                    std::to_string(size.height) +
+                    " pixels does not fit into memory. Choose fewer frames or a smaller size.";
   return false;
+}
+
+bool BeginRun(EffectContext& context, void* parameters, Renderer render, std::int64_t frames) {
+  const std::optional<FrameSize> size = PrimeRun(context, parameters, render);
+  return size && RunFits(context, *size, frames);
+}
+
+Pace ReadPace(const Dialog& dialog) {
+  return {ReadNumber(dialog, ControlId::Delay), ReadNumber(dialog, ControlId::Pause)};
 }
 
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -12,6 +13,7 @@
 #include "image/frame_list.h"
 #include "image/packed_dib.h"
 #include "platform/dialog.h"
+#include "resources/panel.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {
@@ -34,7 +36,6 @@ struct EffectContext {
   FrameList* frames = nullptr;               ///< where a build appends; null in other calls
   const HostCallTable* hostCalls = nullptr;  ///< for progress; null but in a build
   BlockHandle result = nullptr;              ///< the frame of a test call; the caller frees it
-  int sampleWidth = 0, sampleHeight = 0;     ///< inner size of the sample window
   std::uint32_t flags = 0;                   ///< EffectFlags
   void* parameters = nullptr;                ///< the effect's block, living in its test or build function
   bool preview = false;                      ///< the sample window: no alpha plane
@@ -42,15 +43,22 @@ struct EffectContext {
   std::string failure;  ///< why a build failed, when it is not for want of memory: one sentence for the user
 };
 
+/// What shows an effect off in a gallery: a text (empty: the effect's name) and options of the program, by blanks.
+struct EffectExample {
+  const char* text = "";
+  const char* options = "";
+};
+
 /// One row of the EffectTable. The functions never throw; zero means failure.
 struct EffectDescriptor {
-  const char* name = "";
-  const DialogTemplate* panel = nullptr;
+  const char* name = "";  ///< the panel's title
+  const Panel* panel = nullptr;
   int (*testFunction)(EffectContext& context) noexcept = nullptr;   ///< renders the still frame into `result`
   int (*buildFunction)(EffectContext& context) noexcept = nullptr;  ///< renders all frames into `frames`
   Colour (*transparentColourFunction)(const Dialog& dialog, int mode) noexcept = nullptr;
-  const PanelRoles* roles = nullptr;  ///< the panel's controls by role
-  std::uint32_t traits = 0;           ///< EffectTraits
+  std::uint32_t traits = 0;  ///< EffectTraits
+  const char* summary = "";  ///< one sentence about it, for people who choose
+  EffectExample example;
 };
 
 /// The renderer of one frame; empty on failure.
@@ -63,16 +71,29 @@ FrameComposer MakeComposer(EffectContext& context, const PanelRoles& roles, Scro
 /// frame.
 int RunTest(EffectContext& context, void* parameters, Renderer render) noexcept;
 
-/// Begins a build: sets the flag and the block, renders once and throws the image away, giving its size. False when it
-/// could not be rendered; the build then returns 0.
-bool PrimeRun(EffectContext& context, void* parameters, Renderer render, int* width = nullptr, int* height = nullptr);
+struct FrameSize {
+  int width = 0, height = 0;  ///< pixels
+};
+
+/// Begins a build whose number of frames depends on their size: sets the flag and the block, renders once and throws
+/// the image away, giving its size. Nothing when it could not be rendered; the build then returns 0.
+std::optional<FrameSize> PrimeRun(EffectContext& context, void* parameters, Renderer render);
 
 /// False, with the sentence set, when a run of that many frames of a size cannot be held in memory (kMaxRunBytes).
 /// Asked before the first frame of a build is kept.
-bool RunFits(EffectContext& context, int width, int height, std::int64_t frames);
+bool RunFits(EffectContext& context, FrameSize size, std::int64_t frames);
 
 /// All frames of a run are held at once until the host has them.
 constexpr std::int64_t kMaxRunBytes = std::int64_t{4} << 30;
+
+/// Begins a build of that many frames: PrimeRun and RunFits.
+bool BeginRun(EffectContext& context, void* parameters, Renderer render, std::int64_t frames);
+
+/// How long the frames of a run are shown, in the host's unit: each, and how much longer the eye rests on some.
+struct Pace {
+  int delay = 0, pause = 0;
+};
+Pace ReadPace(const Dialog& dialog);
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
 /// none or memory is out; the build then returns 0.
@@ -80,12 +101,22 @@ bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int 
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
 
+/// A run of `frames` equal delays, with progress. `set(i)` sets the parameter block for frame i.
+template <typename Set>
+bool AppendEvenRun(EffectContext& context, Renderer render, int frames, Set set) {
+  const int delay = ReadPace(*context.dialog).delay;
+  for (int i = 0; i < frames; ++i) {
+    set(i);
+    if (!AppendWithProgress(context, render(context), delay, i, frames)) return false;
+  }
+  return true;
+}
+
 /// The run of a movement there and back that ends at rest: phases i / (frames - 1) from 0 on, each with Delay and
 /// progress, then a last frame at phase 0 with Delay + Pause. `next(phase)` renders a frame.
 template <typename Next>
 bool AppendRunToRest(EffectContext& context, int frames, Next next) {
-  const int delay = ReadNumber(*context.dialog, ControlId::Delay),
-            pause = ReadNumber(*context.dialog, ControlId::Pause);
+  const auto [delay, pause] = ReadPace(*context.dialog);
   const int moving = frames - 1;
   for (int i = 0; i < moving; ++i) {
     if (!AppendWithProgress(context, next(static_cast<double>(i) / moving), delay, i, moving)) return false;
@@ -113,6 +144,14 @@ Colour SolidBackgroundColour(const Dialog& dialog, int mode, int backgroundContr
 template <int backgroundControl>
 Colour TransparentColour(const Dialog& dialog, int mode) noexcept {
   return SolidBackgroundColour(dialog, mode, backgroundControl);
+}
+
+/// The row of an effect with that panel.
+template <const Panel& panel>
+constexpr EffectDescriptor EffectOf(const char* summary, int (*test)(EffectContext&) noexcept,
+                                    int (*build)(EffectContext&) noexcept, std::uint32_t traits = 0,
+                                    EffectExample example = {}) {
+  return {panel.title, &panel, test, build, TransparentColour<panel.roles.background>, traits, summary, example};
 }
 
 /// The key colour of alpha runs: the AlphaGreyBack setting.

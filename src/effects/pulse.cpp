@@ -7,23 +7,14 @@
 #include "effects/bulge.h"
 #include "effects/effect_table.h"
 #include "effects/repeated_frames.h"
-#include "resources/templates.h"
+#include "resources/panel_pulse.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 784,
-                            .shadow = 786,
-                            .background = 788,
-                            .outline = 790,
-                            .fillOpacity = 792,
-                            .shadowOpacity = 794,
-                            .softness = 798,
-                            .shadowOffset = 800,
-                            .shadowDirection = 804,
-                            .shadowEnable = 806,
-                            .outlineEnable = 807};
-constexpr int kFrames = 796, kIntensity = 802;
+constexpr const Panel& kPanel = kPulsePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kIntensity = kPanel.Option("Intensity");
 
 struct Parameters {
   double phase = 0;  // 0 to minus the intensity as a fraction
@@ -50,13 +41,11 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     const double intensity = ReadNumber(dialog, kIntensity) / 100.0;
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, std::int64_t{2} * half + 1)) return false;
+    if (!BeginRun(context, &parameters, Render, std::int64_t{2} * half + 1)) return false;
     RepeatedFrames repeated(context);
     const auto next = [&](int step) {
       parameters.phase = -((static_cast<double>(step) / half) * intensity);
@@ -75,6 +64,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kPulse = {"Pulse", &kPulsePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kPulse = EffectOf<kPulsePanel>("The text swells like a beating heart.", Test, Build, 0,
+                                                      {"", "--fill #c8203c --outline #50101c"});
 
 }  // namespace glyphmotion

@@ -4,33 +4,26 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 #include <utility>
 
+#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/run_state.h"
-#include "resources/templates.h"
+#include "resources/panel_radar.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 538,
-                            .shadow = 540,
-                            .background = 542,
-                            .outline = 544,
-                            .fillOpacity = 546,
-                            .shadowOpacity = 548,
-                            .softness = 550,
-                            .shadowOffset = 552,
-                            .shadowDirection = 556,
-                            .shadowEnable = 558,
-                            .outlineEnable = 559};
-constexpr int kTraceAngle = 554, kTraceColour = 560, kIncrement = 562, kMaskCentre = 564;
+constexpr const Panel& kPanel = kRadarPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kTraceAngle = kPanel.Option("Angle"), kTraceColour = kPanel.Option("TraceColor"),
+              kIncrement = kPanel.Option("Increment"), kMaskCentre = kPanel.Option("MaskCenter");
 
 constexpr int kScale = 4;  // the sweep is drawn at this many times the size
-constexpr double kDegree = 0.017453292519943295;
 
 struct Turn {
   int angle = 0;      // whole degrees, 0 or negative
@@ -44,7 +37,7 @@ struct Sweep {
 };
 
 Point OnRim(double radius, int degrees, Point centre) {
-  const double angle = degrees * kDegree;  // 0 is straight up, angles grow clockwise
+  const double angle = RadiansByDegree(degrees);  // 0 is straight up, angles grow clockwise
   return {static_cast<int>(radius * std::sin(angle)) + centre.x,
           static_cast<int>(-radius * std::cos(angle)) + centre.y};
 }
@@ -54,7 +47,7 @@ Point OnRim(double radius, int degrees, Point centre) {
 void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
   const double x = centre.x, y = centre.y;
   const int radius = static_cast<int>(std::sqrt(y * y + x * x) + 0.5);  // to the corner
-  const int count = static_cast<int>(2 * radius * 3.141592653589793 * (static_cast<double>(sweep.traceAngle) / 360));
+  const int count = static_cast<int>(2 * radius * std::numbers::pi * (static_cast<double>(sweep.traceAngle) / 360));
   const bool backwards = sweep.increment < 1;
   const int base = backwards ? sweep.angle : sweep.traceAngle - sweep.angle;
   int begin = base;
@@ -118,7 +111,6 @@ int Test(EffectContext& context) noexcept {
 
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay);
     Turn turn;
     turn.increment = ReadIncrement(*context.dialog);
     const int step = std::abs(turn.increment);
@@ -127,19 +119,15 @@ int Build(EffectContext& context) noexcept {
       return false;
     }
     const int frames = 360 / step;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &turn, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
     // The sense of rotation is in the drawing; the angle falls either way.
-    for (int i = 0; i < frames; ++i, turn.angle -= step) {
-      if (!AppendWithProgress(context, Render(context), delay, i, frames)) return false;
-    }
-    return true;
+    return BeginRun(context, &turn, Render, frames) &&
+           AppendEvenRun(context, Render, frames, [&](int i) { turn.angle = -i * step; });
   });
 }
 
 }  // namespace
 
-const EffectDescriptor kRadar = {"Radar", &kRadarPanel, Test, Build, TransparentColour<kRoles.background>,
-                                 &kRoles, kLoops};
+const EffectDescriptor kRadar =
+    EffectOf<kRadarPanel>("A sweep with a fading trail turns inside the letters.", Test, Build, kLoops);
 
 }  // namespace glyphmotion

@@ -3,13 +3,15 @@
 // text lying flat. The frame is higher than the text by the height of the bump.
 #include "effects/effect_table.h"
 #include "effects/passing_bump.h"
-#include "resources/templates.h"
+#include "resources/panel_ripple.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 135, .background = 137, .outline = 139, .outlineEnable = 145};
-constexpr int kFrames = 141, kRange = 143, kRippleSize = 146;
+constexpr const Panel& kPanel = kRipplePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kRange = kPanel.Option("Range"),
+              kRippleSize = kPanel.Option("Wavesize");
 
 // How far down a column comes to stand: a flat one by the whole range, the peak of the bump not at all.
 int DropOf(float height, int range) { return range - static_cast<int>(static_cast<float>(range) * height); }
@@ -29,6 +31,6 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kRipple = {"Ripple", &kRipplePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kRipple = EffectOf<kRipplePanel>("A bump passes along the text.", Test, Build);
 
 }  // namespace glyphmotion

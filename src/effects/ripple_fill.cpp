@@ -5,13 +5,14 @@
 #include <cmath>
 #include <memory>
 #include <new>
+#include <numbers>
 
 #include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr double kTwoPi = 6.283185307179586;
+constexpr double kTwoPi = 2 * std::numbers::pi;
 
 // The rings of a picture of a size.
 struct Rings {
@@ -80,7 +81,6 @@ void BendRow(const DibView& from, const DibView& to, int y, const double* waves)
 }  // namespace
 
 PackedDib RippleFill(const PackedDib& source, const ElasticParams& params) noexcept {
-  if (params.bypass) return DuplicateDib(source);
   const DibView from(source);
   if (!from || from.Bits() < 8) return {};
   const int width = from.Width(), height = from.Height();

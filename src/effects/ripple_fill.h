@@ -2,15 +2,13 @@
 // A picture bent by rings that run outward from its middle.
 #pragma once
 
-#include "text/compositing.h"
+#include "image/packed_dib.h"
 
 namespace glyphmotion {
 
-/// The parameter block of Elastic. Whole numbers are hundredths or percent, as told.
+/// The parameter block of Elastic. Whole numbers are hundredths or percent.
 struct ElasticParams {
-  ScrollOffset scroll;
   double phase = 0;       ///< 0: no ripple; 1: the strongest
-  int level = 255;        ///< not read by the ripple
   int centerX = 100;      ///< percent of the width; 100 is the middle
   int centerY = 100;      ///< percent of the height
   int amplitude = 2500;   ///< hundredths of a pixel
@@ -18,7 +16,6 @@ struct ElasticParams {
   int waveOffset = 180;   ///< hundredths of a radian
   int energy = 20;        ///< percent; counts with `falloff` only
   bool falloff = true;    ///< the ripple dies towards the corners
-  bool bypass = false;    ///< a plain copy
 };
 
 /// A new bitmap of the size, depth (8, 24 or 32 bits) and palette of `source`: each pixel is taken, between pixels,

@@ -30,7 +30,7 @@ void DrawStates(ScatterTables& tables, std::uint32_t seed, std::size_t draws) {
 struct Remainder {
   explicit Remainder(int divisor) : by(static_cast<std::uint32_t>(divisor)), factor((1u << 22) / by + 1) {}
   int Of(std::uint32_t state) const {
-    const std::uint32_t value = (state >> 16) & 0x7FFF;
+    const auto value = static_cast<std::uint32_t>(RandomOf(state));
     const auto quotient = static_cast<std::uint32_t>((static_cast<std::uint64_t>(value) * factor) >> 22);
     return static_cast<int>(value - quotient * by);
   }

@@ -4,23 +4,14 @@
 #include <algorithm>
 
 #include "effects/effect_table.h"
-#include "resources/templates.h"
+#include "resources/panel_simple.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 100,
-                            .shadow = 102,
-                            .background = 104,
-                            .outline = 106,
-                            .fillOpacity = 108,
-                            .shadowOpacity = 110,
-                            .softness = 114,
-                            .shadowOffset = 116,
-                            .shadowDirection = 120,
-                            .shadowEnable = 122,
-                            .outlineEnable = 123};
-constexpr int kFrames = 112, kScroll = 118;
+constexpr const Panel& kPanel = kSimplePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll");
 
 PackedDib Render(EffectContext& context) {
   return MakeComposer(context, kRoles, ParametersOf<ScrollOffset>(context)).Compose();
@@ -40,10 +31,10 @@ struct Run {
   int frames;
 };
 
-Run PlanRun(int direction, int width, int height, int frames) {
+Run PlanRun(int direction, FrameSize size, int frames) {
   const bool vertical = direction == kUp || direction == kDown;
   const bool rising = direction == kRight || direction == kDown;
-  const int side = vertical ? height : width;
+  const int side = vertical ? size.height : size.width;
   // Never less than a pixel a frame.
   const int count = std::min(frames, 2 * side);
   const double step = static_cast<double>(2 * side) / count;
@@ -58,17 +49,17 @@ bool Holds(double previous, double position, double step) {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     ScrollOffset offset;
     if (!ReadCheck(dialog, ControlId::Animated)) {
       context.flags |= kBuildCall;
       context.parameters = &offset;
       return AppendWithProgress(context, Render(context), delay, 0, 1);
     }
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &offset, Render, &width, &height)) return false;
-    Run run = PlanRun(ReadDirection(dialog, kScroll), width, height, ReadNumber(dialog, kFrames));
-    if (!RunFits(context, width, height, run.frames)) return false;
+    const std::optional<FrameSize> size = PrimeRun(context, &offset, Render);
+    if (!size) return false;
+    Run run = PlanRun(ReadDirection(dialog, kScroll), *size, ReadNumber(dialog, kFrames));
+    if (!RunFits(context, *size, run.frames)) return false;
     for (int i = 0; i < run.frames; ++i) {
       const double previous = run.position;
       run.position += run.step;
@@ -82,7 +73,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSimple = {"Simple", &kSimplePanel, Test, Build, TransparentColour<kRoles.background>,
-                                  &kRoles,  kCanStandStill};
+const EffectDescriptor kSimple =
+    EffectOf<kSimplePanel>("The text scrolls through and rests.", Test, Build, kCanStandStill);
 
 }  // namespace glyphmotion

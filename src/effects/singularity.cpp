@@ -7,23 +7,15 @@
 #include "effects/effect_table.h"
 #include "effects/repeated_frames.h"
 #include "effects/twist.h"
-#include "resources/templates.h"
+#include "resources/panel_singularity.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 924,
-                            .shadow = 926,
-                            .background = 928,
-                            .outline = 930,
-                            .fillOpacity = 932,
-                            .shadowOpacity = 934,
-                            .softness = 938,
-                            .shadowOffset = 940,
-                            .shadowDirection = 944,
-                            .shadowEnable = 946,
-                            .outlineEnable = 947};
-constexpr int kFrames = 936, kAngle = 942, kDirection = 948, kSmooth = 950;
+constexpr const Panel& kPanel = kSingularityPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kAngle = kPanel.Option("Angle"), kDirection = kPanel.Option("Scroll"),
+              kSmooth = kPanel.Option("Smooth");
 
 constexpr int kLeastStrip = 4;  // columns; a narrower one is left alone
 
@@ -78,12 +70,10 @@ int Test(EffectContext& context) noexcept {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), pause = ReadNumber(dialog, ControlId::Pause);
+    const auto [delay, pause] = ReadPace(dialog);
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, std::int64_t{2} * half + 1)) return false;
+    if (!BeginRun(context, &parameters, Render, std::int64_t{2} * half + 1)) return false;
     RepeatedFrames repeated(context);
     const auto next = [&](int step) {
       parameters.phase = static_cast<double>(step) / half;
@@ -102,7 +92,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kSingularity = {
-    "Singularity", &kSingularityPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kSingularity =
+    EffectOf<kSingularityPanel>("A whirlpool swallows the text and lets it go.", Test, Build);
 
 }  // namespace glyphmotion

@@ -121,22 +121,15 @@ void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour col
 }
 
 int TestStarfield(EffectContext& context, Renderer render) noexcept {
-  StarfieldRun run;
-  return RunTest(context, &run, render);
+  StarfieldState field;
+  return RunTest(context, &field, render);
 }
 
 int BuildStarfield(EffectContext& context, const StarfieldControls& controls, Renderer render) noexcept {
   return GuardBuild(context, [&] {
-    const int delay = ReadNumber(*context.dialog, ControlId::Delay);
-    StarfieldRun run;
-    const int frames = run.field.frames = ReadNumber(*context.dialog, controls.frames);
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &run, render, &width, &height) || !RunFits(context, width, height, frames)) return false;
-    for (int i = 0; i < frames; ++i) {
-      run.phase = static_cast<double>(i) / frames;
-      if (!AppendWithProgress(context, render(context), delay, i, frames)) return false;
-    }
-    return true;
+    StarfieldState field;
+    const int frames = field.frames = ReadNumber(*context.dialog, controls.frames);
+    return BeginRun(context, &field, render, frames) && AppendEvenRun(context, render, frames, [](int) {});
   });
 }
 

@@ -19,7 +19,7 @@ struct StarRecord {
   bool reverse = false;     ///< to the right
 };
 
-/// Made by the first render of a run, moved by every render.
+/// The parameter block of an effect of stars: made by the first render of a run, moved by every render.
 struct StarfieldState {
   bool ready = false;
   std::vector<StarRecord> stars;
@@ -33,12 +33,10 @@ struct StarfieldControls {
   int frames, seed, density, scroll, colour;
 };
 
-/// An effect of stars: its parameter block.
-struct StarfieldRun {
-  ScrollOffset offset;  ///< always 0: the text stands still
-  double phase = 0.0;   ///< of the run, 0 to 1
-  StarfieldState field;
-};
+constexpr StarfieldControls StarsOf(const Panel& panel) {
+  return {panel.Option("Frames"), panel.Option("Seed"), panel.Option("Density"), panel.Option("Scroll"),
+          panel.Option("SparkColor")};
+}
 
 /// Creates the stars of a canvas, unless they are there. Seeds the random generator and draws four values a star.
 void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldControls& controls, int width, int height);

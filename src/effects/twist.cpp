@@ -6,11 +6,14 @@
 #include <cstring>
 #include <utility>
 
+#include "effects/angles.h"
 #include "image/filters.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
+
+constexpr std::size_t kPiece = 4096;  // places between two looks whether the run shall end
 
 TwistTables::Entry MakeEntry(int width, int height) {
   TwistTables::Entry entry;
@@ -25,16 +28,18 @@ TwistTables::Entry MakeEntry(int width, int height) {
 // The sines and cosines of a picture's places; masks of one size that turn by the same angle share them.
 void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
   if (entry.turned && entry.angle == angleDegrees) return;
-  const double angle = angleDegrees * 3.141592653589793 / 180;
+  const double angle = Radians(angleDegrees);
   const std::size_t places = entry.fall.size();
   entry.turned = false;
   entry.cosine.resize(places);
   entry.sine.resize(places);
-  for (std::size_t i = 0; i < places; ++i) {
-    if (i % 4096 == 0 && EndRequested()) return;
-    const double t = entry.fall[i], theta = t * angle * t;
-    entry.cosine[i] = std::cos(theta);
-    entry.sine[i] = std::sin(theta);
+  for (std::size_t first = 0; first < places; first += kPiece) {
+    if (EndRequested()) return;
+    for (std::size_t i = first; i < std::min(first + kPiece, places); ++i) {
+      const double t = entry.fall[i], theta = t * angle * t;
+      entry.cosine[i] = std::cos(theta);
+      entry.sine[i] = std::sin(theta);
+    }
   }
   entry.turned = true;
   entry.angle = angleDegrees;

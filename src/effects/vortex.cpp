@@ -4,23 +4,15 @@
 #include "effects/effect_table.h"
 #include "effects/repeated_frames.h"
 #include "effects/twist.h"
-#include "resources/templates.h"
+#include "resources/panel_vortex.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 422,
-                            .shadow = 424,
-                            .background = 426,
-                            .outline = 428,
-                            .fillOpacity = 430,
-                            .shadowOpacity = 432,
-                            .softness = 436,
-                            .shadowOffset = 438,
-                            .shadowDirection = 442,
-                            .shadowEnable = 444,
-                            .outlineEnable = 445};
-constexpr int kFrames = 434, kRotation = 440, kSmooth = 446, kDirection = 447;
+constexpr const Panel& kPanel = kVortexPanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kRotation = kPanel.Option("Rotate"), kSmooth = kPanel.Option("Smooth"),
+              kDirection = kPanel.Option("Scroll");
 
 struct Parameters {
   double phase = 0.5;  // 0 to 1; 0.5 is the full twist
@@ -55,9 +47,7 @@ int Build(EffectContext& context) noexcept {
     const Dialog& dialog = *context.dialog;
     const int frames = ReadNumber(dialog, kFrames);
     Parameters parameters;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &parameters, Render, &width, &height)) return false;
-    if (!RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &parameters, Render, frames)) return false;
     RepeatedFrames repeated(context);
     return AppendRunToRest(context, frames, [&](double phase) {
       parameters.phase = phase;
@@ -68,6 +58,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kVortex = {"Vortex", &kVortexPanel, Test, Build, TransparentColour<kRoles.background>, &kRoles};
+const EffectDescriptor kVortex = EffectOf<kVortexPanel>("The text twists like water going down a drain.", Test, Build,
+                                                        0, {"", "--fill gradient:linear,#2a9d8f-#264653"});
 
 }  // namespace glyphmotion

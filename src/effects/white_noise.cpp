@@ -8,26 +8,20 @@
 #include <utility>
 #include <vector>
 
+#include "effects/angles.h"
 #include "effects/effect_table.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
-#include "resources/templates.h"
+#include "resources/panel_white_noise.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr PanelRoles kRoles{.fill = 497,
-                            .shadow = 499,
-                            .background = 501,
-                            .outline = 503,
-                            .fillOpacity = 505,
-                            .shadowOpacity = 507,
-                            .softness = 511,
-                            .shadowOffset = 513,
-                            .shadowDirection = 515,
-                            .shadowEnable = 517,
-                            .outlineEnable = 518};
-constexpr int kFrames = 509, kSeed = 519, kDarkFill = 521, kPixelSize = 523, kInterference = 525, kRandomDelay = 527;
+constexpr const Panel& kPanel = kWhiteNoisePanel;
+constexpr const PanelRoles& kRoles = kPanel.roles;
+constexpr int kFrames = kPanel.Option("Frames"), kSeed = kPanel.Option("Seed"), kDarkFill = kRoles.material2,
+              kPixelSize = kPanel.Option("Size"), kInterference = kPanel.Option("Interference"),
+              kRandomDelay = kPanel.Option("RandomDelay");
 
 constexpr double kTestPhase = 0.25;
 
@@ -93,7 +87,7 @@ std::vector<int> MakeBand(int height, int interference, double phase) {
   int row = static_cast<int>(height * phase);
   for (int i = 0; i < height; ++i, ++row) {
     if (row >= height) row = 0;
-    const double angle = static_cast<double>(i) / height * 180 * 3.141592653589793 / 180;
+    const double angle = Radians(static_cast<double>(i) / height * 180);
     band[static_cast<std::size_t>(row)] = static_cast<int>(std::sin(angle) * interference);
   }
   return band;
@@ -167,13 +161,12 @@ int RandomDelay(int delay) {
 int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
-    const int delay = ReadNumber(dialog, ControlId::Delay), frames = ReadNumber(dialog, kFrames);
+    const int delay = ReadPace(dialog).delay, frames = ReadNumber(dialog, kFrames);
     const bool randomDelay = ReadCheck(dialog, kRandomDelay);
     // Once a run: the frames go on with the sequence, the one that is thrown away included.
     SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
     Picture picture;
-    int width = 0, height = 0;
-    if (!PrimeRun(context, &picture, Render, &width, &height) || !RunFits(context, width, height, frames)) return false;
+    if (!BeginRun(context, &picture, Render, frames)) return false;
     for (int i = 0; i < frames; ++i) {
       picture.phase = static_cast<double>(i) / frames;
       PackedDib frame = Render(context);
@@ -187,7 +180,7 @@ int Build(EffectContext& context) noexcept {
 
 }  // namespace
 
-const EffectDescriptor kWhiteNoise = {
-    "White Noise", &kWhiteNoisePanel, Test, Build, TransparentColour<kRoles.background>, &kRoles, kLoops};
+const EffectDescriptor kWhiteNoise =
+    EffectOf<kWhiteNoisePanel>("Snowy television between two fills.", Test, Build, kLoops, {"No signal"});
 
 }  // namespace glyphmotion

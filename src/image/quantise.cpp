@@ -173,7 +173,7 @@ struct Node {
 constexpr int kNodesInBlock = 1536;
 // A full tree of kMaxDepth levels, so there is never a reason to give up a level for want of room.
 constexpr int kMaxNodes = ((1 << 3 * (kMaxDepth + 1)) - 1) / 7;
-static_assert(kMaxNodes <= 266817);
+static_assert(kMaxNodes == 37449);
 
 /// Nodes come zeroed, in blocks, and go all together.
 struct NodePool {

@@ -15,7 +15,7 @@ namespace glyphmotion {
 /// palette  out: 256 red, green, blue entries; those past `count` are zero.
 ///
 /// Returns  false when memory ran out or an image could not be locked; `palette` is then unspecified.
-/// Cost     one pass over all pixels; at most 266817 nodes.
+/// Cost     a pass that ends with the first colour beyond `count`, then one over all pixels; at most 37449 nodes.
 /// Source   the colour octree of Gervautz and Purgathofer, with pruning by quantisation error.
 bool QuantiseFrames(const FrameList& frames, int& count, Palette& palette) noexcept;
 

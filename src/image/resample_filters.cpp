@@ -2,11 +2,10 @@
 #include "image/resample_filters.h"
 
 #include <cmath>
+#include <numbers>
 
 namespace glyphmotion {
 namespace {
-
-constexpr double kPi = 3.14159265358979323846;
 
 double Box(double x) { return std::abs(x) <= 0.5 ? 1.0 : 0.0; }
 
@@ -20,15 +19,18 @@ double Hermite(double x) {
   return x < 1.0 ? (2.0 * x - 3.0) * x * x + 1.0 : 0.0;
 }
 
-double Hann(double x) { return std::abs(x) < 1.0 ? 0.5 + 0.5 * std::cos(kPi * x) : 0.0; }
+double Hann(double x) { return std::abs(x) < 1.0 ? 0.5 + 0.5 * std::cos(std::numbers::pi * x) : 0.0; }
 
-double Hamming(double x) { return std::abs(x) < 1.0 ? 0.54 + 0.46 * std::cos(kPi * x) : 0.0; }
+double Hamming(double x) { return std::abs(x) < 1.0 ? 0.54 + 0.46 * std::cos(std::numbers::pi * x) : 0.0; }
 
 double Blackman(double x) {
-  return std::abs(x) < 1.0 ? 0.42 + 0.5 * std::cos(kPi * x) + 0.08 * std::cos(2.0 * kPi * x) : 0.0;
+  return std::abs(x) < 1.0 ? 0.42 + 0.5 * std::cos(std::numbers::pi * x) + 0.08 * std::cos(2.0 * std::numbers::pi * x)
+                           : 0.0;
 }
 
-double Gaussian(double x) { return std::abs(x) < 1.25 ? std::exp(-2.0 * x * x) * std::sqrt(2.0 / kPi) : 0.0; }
+double Gaussian(double x) {
+  return std::abs(x) < 1.25 ? std::exp(-2.0 * x * x) * std::sqrt(2.0 / std::numbers::pi) : 0.0;
+}
 
 double QuadraticSpline(double x) {
   x = std::abs(x);
@@ -54,7 +56,7 @@ double Mitchell(double x) { return Cubic(x, 1.0 / 3.0, 1.0 / 3.0); }
 
 double Sinc(double x) {
   if (x == 0.0) return 1.0;
-  x *= kPi;
+  x *= std::numbers::pi;
   return std::sin(x) / x;
 }
 
@@ -62,7 +64,7 @@ double Lanczos3(double x) { return std::abs(x) < 3.0 ? Sinc(x) * Sinc(x / 3.0) :
 
 double BlackmanBessel(double x) {
   x = std::abs(x);
-  const double jinc = x == 0.0 ? kPi / 4.0 : std::cyl_bessel_j(1.0, kPi * x) / (2.0 * x);
+  const double jinc = x == 0.0 ? std::numbers::pi / 4.0 : std::cyl_bessel_j(1.0, std::numbers::pi * x) / (2.0 * x);
   return jinc * Blackman(x / 3.2383);
 }
 

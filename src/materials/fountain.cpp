@@ -220,11 +220,12 @@ bool AddToFountainLibrary(const std::string& from, const std::string& path, cons
                           std::int64_t seconds) noexcept {
   try {
     if (path.empty()) return false;
-    std::string bytes;
-    if (!ReadFileBytes(from, bytes)) {
+    std::optional<std::string> read = ReadWholeFile(from, kMaxLibraryBytes);
+    if (!read) {
       // A library that only cannot be read now must not give way to a new one.
       return !FileExists(from) && WriteFountainLibrary(path, {fountain}, seconds);
     }
+    std::string& bytes = *read;
     LibraryHeader header;
     if (bytes.size() < sizeof(header)) return false;
     std::memcpy(&header, bytes.data(), sizeof(header));

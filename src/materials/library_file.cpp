@@ -50,19 +50,6 @@ bool FileReader::Skip(std::uint64_t count) noexcept {
   }
 }
 
-bool ReadFileBytes(const std::string& path, std::string& bytes, std::size_t limit) noexcept {
-  bytes.clear();
-  FileReader reader(path);
-  if (!reader) return false;
-  try {
-    bytes.resize(static_cast<std::size_t>(std::min<std::uint64_t>(limit, reader.Remaining())));
-    if (reader.Read(bytes.data(), bytes.size())) return true;
-  } catch (...) {
-  }
-  bytes.clear();
-  return false;
-}
-
 bool FileExists(const std::string& path) noexcept {
   try {
     std::error_code error;

@@ -29,9 +29,6 @@ class FileReader {
   bool open_ = false;
 };
 
-/// At most `limit` bytes from the file's start. False, and `bytes` empty, when it cannot be opened or read.
-bool ReadFileBytes(const std::string& path, std::string& bytes, std::size_t limit = kMaxLibraryBytes) noexcept;
-
 /// Whether something has this name; also when that cannot be found out.
 bool FileExists(const std::string& path) noexcept;
 

@@ -2,8 +2,8 @@
 #include "materials/library_stamp.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/folders.h"
 
@@ -14,10 +14,8 @@ LibraryStamp CurrentStamp(const std::string& registrationName) {
   stamp.seconds = CurrentTime();
   stamp.timeText = CurrentTimeText();
   stamp.registered = !registrationName.empty();
-  const std::string organization = RegisteredOrganization(), maker = "tessaloom";
-  const bool own = std::equal(organization.begin(), organization.end(), maker.begin(), maker.end(),
-                              [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; });
-  if (!own) {
+  const std::string organization = RegisteredOrganization();
+  if (!EqualsIgnoringCase(organization, "tessaloom")) {
     stamp.machineName = RegisteredOwner();
     stamp.machineOrganization = organization;
     stamp.registrationName = registrationName;

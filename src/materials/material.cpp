@@ -6,10 +6,10 @@
 
 #include "materials/fountain.h"
 #include "materials/gradient.h"
-#include "materials/library_file.h"
 #include "materials/surface_texture.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
+#include "platform/ascii.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
@@ -77,13 +77,6 @@ void FromDisk(Material& material, const std::uint8_t* disk) {
   SetHead(bytes);
 }
 
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
 }  // namespace
 
 void DefaultMaterial(Material& material, Colour colour) noexcept {
@@ -135,13 +128,10 @@ PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept {
 }
 
 std::string HexEncode(const void* bytes, std::size_t count) {
-  static constexpr char digits[] = "0123456789ABCDEF";
   const auto* from = static_cast<const std::uint8_t*>(bytes);
-  std::string text(2 * count, '0');
-  for (std::size_t i = 0; i < count; ++i) {
-    text[2 * i] = digits[from[i] >> 4];
-    text[2 * i + 1] = digits[from[i] & 15];
-  }
+  std::string text;
+  text.reserve(2 * count);
+  for (std::size_t i = 0; i < count; ++i) AppendHex(text, from[i]);
   return text;
 }
 
@@ -162,12 +152,9 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
 }
 
 bool ReadMaterialFile(const std::string& path, Material& material) noexcept {
-  std::string bytes;
-  if (!ReadFileBytes(path, bytes, kDiskBytes) || bytes.size() != kDiskBytes ||
-      bytes.compare(0, kSignatureBytes, kSignature) != 0) {
-    return false;
-  }
-  FromDisk(material, reinterpret_cast<const std::uint8_t*>(bytes.data()));
+  const std::optional<std::string> bytes = ReadWholeFile(path);
+  if (!bytes || bytes->size() < kDiskBytes || bytes->compare(0, kSignatureBytes, kSignature) != 0) return false;
+  FromDisk(material, reinterpret_cast<const std::uint8_t*>(bytes->data()));
   material.Preview = 0;
   material.Tile.TileBitmap = 0;
   material.ButtonState &= ~kPressedBits;

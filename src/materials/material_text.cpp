@@ -2,7 +2,6 @@
 #include "materials/material_text.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstring>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "materials/shipped.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
+#include "platform/ascii.h"
 #include "platform/run_state.h"
 #include "resources/shipped_fountains.h"
 
@@ -23,13 +23,6 @@ constexpr char kForms[] =
     "write #RRGGBB, gradient:..., fountain:..., texture:..., tile:FILE#N, mtrl:FILE or image:FILE";
 
 ImageLoader& Loader() { return CurrentRun().Member<ImageLoader>(); }
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
 
 std::string Quote(std::string_view text) { return "'" + std::string(text) + "'"; }
 
@@ -42,7 +35,7 @@ bool Fail(std::string& error, std::string sentence) {
 std::string Plain(std::string_view name) {
   std::string plain;
   for (const char c : name) {
-    if (c != ' ' && c != '-' && c != '_') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (c != ' ' && c != '-' && c != '_') plain += ToLower(c);
   }
   return plain;
 }

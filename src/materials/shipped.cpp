@@ -2,9 +2,9 @@
 #include "materials/shipped.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 
+#include "platform/ascii.h"
 #include "platform/folders.h"
 
 namespace glyphmotion {
@@ -64,10 +64,7 @@ std::vector<std::string> LibraryGroups(const std::string& extension) {
   std::error_code error;
   if (folder.empty()) return names;
   for (std::filesystem::directory_iterator it(PathOf(folder), error), end; !error && it != end; it.increment(error)) {
-    std::string ending = TextOf(it->path().extension());
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
-    if (ending == extension) names.push_back(TextOf(it->path().stem()));
+    if (EqualsIgnoringCase(TextOf(it->path().extension()), extension)) names.push_back(TextOf(it->path().stem()));
   }
   std::sort(names.begin(), names.end());
   return names;

@@ -162,7 +162,7 @@ NoiseTables& RunNoise() { return CurrentRun().Member<NoiseTables>(); }
 void BuildNoise(NoiseTables& noise, std::uint32_t seed) {
   SeedRandom(seed);
   for (std::size_t i = 0; i < kLattice; ++i) {
-    const auto a = static_cast<float>(NextRandom() * 6.2831854820251465 / 32767.0);
+    const auto a = static_cast<float>(NextRandom() * double{2 * std::numbers::pi_v<float>} / 32767.0);
     noise.sine[i] = static_cast<float>(std::sin(static_cast<double>(a)));
     noise.cosine[i] = static_cast<float>(std::cos(static_cast<double>(a)));
     noise.permutation[i] = static_cast<int>(i);

@@ -2,7 +2,6 @@
 #include "materials/texture_library.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -12,6 +11,7 @@
 #include "materials/fractal_texture.h"
 #include "materials/library_file.h"
 #include "materials/surface_texture.h"
+#include "platform/ascii.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
 #include "resources/strings.h"
@@ -26,12 +26,6 @@ constexpr char kWarning[] =
     ";implode upon itself and bring about the extinction of reality as we\n"
     ";know it. Think carefully...\n";
 constexpr std::size_t kLongestLine = 8192, kLongestName = 260;
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-  });
-}
 
 bool IsBlank(char c) { return static_cast<unsigned char>(c) <= 0x20; }
 
@@ -84,12 +78,12 @@ std::string TextOfFloat(float number) {
 }
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
-  if (EqualNoCase(key, "TextureName")) {
+  if (EqualsIgnoringCase(key, "TextureName")) {
     texture.name = CutText(value, kLongestName);
     return;
   }
   for (const TextureField& field : TextureFields()) {
-    if (!EqualNoCase(key, field.key)) continue;
+    if (!EqualsIgnoringCase(key, field.key)) continue;
     auto* place = reinterpret_cast<std::uint8_t*>(&texture.parameters) + field.offset;
     if (field.isFloat) {
       const float number = FloatOf(value);
@@ -189,12 +183,6 @@ PackedDib GenerateTexture(const TextureSpec& parameters) noexcept {
   }
 }
 
-const char* TextureTypeName(std::uint32_t type) noexcept {
-  static constexpr const char* names[kTextureTypes] = {"2-color fractal", "3-color fractal", "4-color fractal",
-                                                       "5-color fractal", "Craters",         "Perturbation"};
-  return type < kTextureTypes ? names[type] : "";
-}
-
 const std::vector<TextureField>& TextureFields() {
 #define GLYPHMOTION_NUMBER(name) \
   { #name, offsetof(TextureSpec, name), false }
@@ -264,17 +252,17 @@ bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexce
     bool inItem = false;
     NamedTexture texture;
     while (lines.Next(line)) {
-      if (!inItem && EqualNoCase(line, ":BEGINITEM")) {
+      if (!inItem && EqualsIgnoringCase(line, ":BEGINITEM")) {
         inItem = true;
         texture.name.clear();
         DefaultTextureSpec(texture.parameters);
-      } else if (EqualNoCase(line, ":ENDITEM")) {
+      } else if (EqualsIgnoringCase(line, ":ENDITEM")) {
         if (inItem) library.textures.push_back(texture);
         inItem = false;
       } else if (SplitLine(line, key, value)) {
         if (inItem) {
           SetField(texture, key, value);
-        } else if (EqualNoCase(key, "Writeable")) {
+        } else if (EqualsIgnoringCase(key, "Writeable")) {
           library.writeable = std::atol(value.c_str()) != 0;
         }
       }

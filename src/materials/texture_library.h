@@ -19,9 +19,6 @@ void DefaultTextureSpec(TextureSpec& parameters) noexcept;
 /// failure.
 PackedDib GenerateTexture(const TextureSpec& parameters) noexcept;
 
-/// "2-color fractal", ..., "Perturbation"; empty outside 0 to 5.
-const char* TextureTypeName(std::uint32_t type) noexcept;
-
 struct NamedTexture {
   std::string name;  ///< at most 260 bytes
   TextureSpec parameters;

@@ -78,6 +78,7 @@ enum MessageNumber : std::uint32_t {
                                      ///< pixels; 0: it has the plain face
   kMessageDrawItem = 0x002B,  ///< to the dialog: a is the id of an owner-drawn control or of a list whose item is to be
                               ///< drawn, b a DrawRequest*
+  kMessageHelp = 0x0053,      ///< to the dialog: F1; a is the id of the control with the keyboard, 0 for none
   kMessageKeyDown = 0x0100,   ///< to a drawn control: a is a KeyCode
   kMessageInitialise = 0x0110,  ///< to the dialog, once, before it shows: b is RunModal's parameter
   kMessageCommand = 0x0111,     ///< to the dialog: a is the control's id, b a CommandCode
@@ -97,6 +98,9 @@ enum CommandCode : int {
   kDoubleClicked = 2,     ///< an item of a list
   kItemMenu = 3,          ///< the right button on an item of a list, which is selected by then
   kDeletePressed = 4,     ///< the Delete key in a list
+  kRenamePressed = 5,     ///< F2 in a list
+  kItemMenuByKey = 6,     ///< the menu key or Shift+F10 on the selected item of a list
+  kEditLeft = 0x200,      ///< the keyboard has left an edit
   kEditChanged = 0x300    ///< an edit's text, a trackbar's position
 };
 
@@ -108,7 +112,9 @@ enum KeyCode : int {
   kKeyInsert = 0x2D,
   kKeyDelete = 0x2E,
   kKeySpace = 0x20,
-  kKeyMenu = 0x5D
+  kKeyMenu = 0x5D,  ///< or Shift+F10
+  kKeyF1 = 0x70,
+  kKeyF2 = 0x71
 };
 
 struct Message {
@@ -218,6 +224,8 @@ std::uint64_t ItemData(const Dialog& dialog, int id, int index);
 void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data);
 /// Width (of a grid's columns) and height of the items of a picture list or grid, in pixels.
 void SetItemSize(Dialog& dialog, int id, int width, int height);
+/// Where an item of a list is, in pixels of the list.
+ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index);
 int GetSelection(const Dialog& dialog, int id);
 void SetSelection(Dialog& dialog, int id, int index);
 /// Selects the item of this text, case ignored. Its index, or -1 with the selection as it was.
@@ -251,8 +259,15 @@ TextExtent MeasureText(const Dialog& dialog, const std::string& text, int width)
 /// faces of smooth shapes, which are sharp at any size.
 void PaintInScreenPixels(Dialog& dialog, int id);
 
-/// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar.
+/// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar: 0 to 100 until it is set. An
+/// up-down's text sets it ("minimum,maximum,default"). Into the edit of a range without negative numbers a person types
+/// digits only.
+struct ControlRange {
+  int minimum = 0, maximum = 100;
+};
 void SetRange(Dialog& dialog, int id, int minimum, int maximum);
+/// 0 to 100 for a control that does not exist.
+ControlRange RangeOf(const Dialog& dialog, int id);
 
 /// Marks on a trackbar at the multiples of `every` within its range, which is also its step by page.
 void SetTicks(Dialog& dialog, int id, int every);
@@ -279,6 +294,8 @@ void Invalidate(Dialog& dialog, int id);
 void RepaintNow(Dialog& dialog, int id);
 void CaptureMouse(Dialog& dialog, int id);
 void ReleaseMouse(Dialog& dialog);
+/// Whether the pointer is on the control. (In memory it is wherever it is needed.)
+bool IsPointerOver(const Dialog& dialog, int id);
 bool HasCapture(const Dialog& dialog, int id);
 
 }  // namespace glyphmotion

@@ -51,7 +51,8 @@ bool Type(Dialog& dialog, int id, const std::string& text);  ///< replaces an ed
 bool Choose(Dialog& dialog, int id, int index);              ///< a combo's or list's item
 bool DoubleClick(Dialog& dialog, int id, int index);         ///< a list's item, which is chosen first
 bool RightClick(Dialog& dialog, int id, int index);          ///< likewise
-bool PressKey(Dialog& dialog, int id, KeyCode key);  ///< to a drawn control, an edit (up, down) or a list (delete)
+bool PressKey(Dialog& dialog, int id, KeyCode key);  ///< to a drawn control, an edit (up, down) or a list (delete, F2,
+                                                     ///< menu); F1 asks for help on any
 bool Mouse(Dialog& dialog, int id, MessageNumber what, int x,
            int y);                ///< to a drawn control; captured moves go to the captor
 void StealMouse(Dialog& dialog);  ///< another window takes the mouse from whoever has captured it

@@ -1,9 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/dialog_number.h"
 
+#include <cstdio>
 #include <limits>
 
 namespace glyphmotion {
+
+NumberRange ParseRange(const std::string& caption) noexcept {
+  NumberRange range;
+  int minimum = 0, maximum = 0, initial = 0;
+  if (std::sscanf(caption.c_str(), "%d,%d,%d", &minimum, &maximum, &initial) == 3 && minimum <= maximum) {
+    range = {minimum, maximum, initial};
+  }
+  return range;
+}
 
 std::int64_t NumberOfText(const std::string& text, bool isSigned) noexcept {
   const char* at = text.c_str();

@@ -2,9 +2,11 @@
 // Where files live, and whose machine this is. Paths are UTF-8; an empty path means "there is no such place", which
 // callers treat as the absence of a file. Folders end in a separator. None is created here except by EnsureFolder.
 //
-//   settings   Windows: %APPDATA%\Tessaloom\            elsewhere: $XDG_CONFIG_HOME/glyphmotion/
-//   (~/.config/glyphmotion/) data       Windows: ...\Tessaloom\Glyphmotion 4\    elsewhere: $XDG_DATA_HOME/glyphmotion/
-//   (~/.local/share/glyphmotion/)
+//   settings   Windows     %APPDATA%\Tessaloom
+//              elsewhere   $XDG_CONFIG_HOME/glyphmotion, or ~/.config/glyphmotion
+//   data       Windows     %APPDATA%\Tessaloom\Glyphmotion 4
+//              elsewhere   $XDG_DATA_HOME/glyphmotion, or ~/.local/share/glyphmotion
+//
 // GLYPHMOTION_HOME, when set, is the settings folder, and its subfolder "data" the data folder.
 #pragma once
 

@@ -106,8 +106,8 @@ class RunScope {
   RunState* before_;
 };
 
-/// Gives a new run what the calling thread has set up in its own state: the folders, the allocation that is to fail,
-/// and where dialogs are in memory their driver, observer and responder.
+/// Where dialogs are in memory, gives a new run what the calling thread has set up in its own state: the driver, the
+/// observer, the responder, the folders and the allocation that is to fail. On Windows nothing is set up beforehand.
 void TakeThreadSetup(RunState& run);
 
 }  // namespace glyphmotion

@@ -13,7 +13,8 @@ namespace glyphmotion {
 
 struct Dialog;
 
-enum class MessageButtons { Ok, YesNo };
+/// YesNoKeep: a question whose Yes destroys something, so that Enter alone answers No.
+enum class MessageButtons { Ok, YesNo, YesNoKeep };
 enum class MessageIcon { Information, Question, Warning };
 
 /// A modal message over `owner` (which may be null). True for OK and Yes. Questions are asked with a question mark,
@@ -75,6 +76,9 @@ void SetWaitCursor(bool wait);
 
 bool IsShiftDown();
 
+/// Whether the desktop shows high contrast, in which only its own colours are used.
+bool IsHighContrast();
+
 /// The colours of the desktop that the drawn controls use, by the field's names.
 enum class SystemColour {
   ButtonFace,
@@ -85,7 +89,8 @@ enum class SystemColour {
   Light3D,
   WindowText,
   Window,
-  Selection
+  Selection,
+  SelectionText
 };
 std::uint32_t GetSystemColour(SystemColour colour);
 
@@ -103,7 +108,7 @@ struct UiResponder {
   std::function<std::optional<std::uint32_t>(Dialog*, std::uint32_t)> colour;
   std::function<std::optional<std::string>(Dialog*, const std::string&, const std::string&)> name;
   std::function<int(Dialog*, std::span<const MenuItem>)> menu;
-  bool shiftDown = false;
+  bool shiftDown = false, highContrast = false;
 };
 /// Replaces the current run's responder and gives back the old one.
 UiResponder SetUiResponder(UiResponder responder);

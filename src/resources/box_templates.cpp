@@ -33,7 +33,7 @@ constexpr ControlTemplate kNameControls[] = {
     Control(Kind::Label, -1, "&Name:", 7, 9, 24, 8),
     Control(Kind::Edit, Field, "", 33, 7, 160, 13),
     PushButton(Kind::DefaultButton, Ok, "OK", 77, 27),
-    PushButton(Kind::Button, Cancel, "Cancel", 138, 27),
+    PushButton(Kind::Button, Cancel, "&Cancel", 138, 27),
 };
 
 constexpr ControlTemplate kRegistrationControls[] = {
@@ -44,7 +44,7 @@ constexpr ControlTemplate kRegistrationControls[] = {
     Control(Kind::Label, -1, "C&ode:", 7, 50, 32, 8),
     Control(Kind::Edit, SecondField, "", 41, 48, 172, 13),
     PushButton(Kind::DefaultButton, Ok, "OK", 97, 70),
-    PushButton(Kind::Button, Cancel, "Cancel", 158, 70),
+    PushButton(Kind::Button, Cancel, "&Cancel", 158, 70),
 };
 
 constexpr ControlTemplate kAboutControls[] = {

@@ -19,7 +19,7 @@ constexpr std::array kControls = {
     Control(Kind::Label, -1, "&Fountains:", 7, 7, 60, panel::kLabelHeight),
     Control(Kind::PictureList, 101, "", 7, 18, 179, kHeight - 7 - 18),
     Button(18, 1, "OK", Kind::DefaultButton),
-    Button(18 + kPitch, 2, "Cancel"),
+    Button(18 + kPitch, 2, "&Cancel"),
     Button(18 + 2 * kPitch, 9, "&Help"),
     Button(18 + 4 * kPitch, 102, "&Use"),
     Button(18 + 5 * kPitch, 103, "Move u&p"),

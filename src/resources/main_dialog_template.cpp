@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Dialog 1000. On the left the sample window, the text and its font, the effect and, below it, the effect's panel; on
 // the right what all effects share: spacing, timing, colours and output, and the buttons. The order is the tab order.
+//
+// Letters are few: what is underlined here is underlined in no panel, so the buttons, the first options of each block
+// and the six that nearly all panels have come before single options, which the Tab key reaches from there.
 #include "resources/panel_layout.h"
 #include "resources/templates.h"
 
@@ -24,10 +27,11 @@ constexpr ControlTemplate OutputCheck(int place, int id, const char* caption, co
   return Control(Kind::Check, id, caption, kRight, kChecksTop + place * kCheckPitch, 128, panel::kCheckHeight, key);
 }
 
-// A number of the right half: its label at the left, the field at the dialog's right margin.
+// A number of the right half: its label at the left, the field at the dialog's right margin. A width of whole quarters
+// is as many pixels at any place: the up-down begins where the edit ends.
 constexpr std::array<ControlTemplate, 3> RightNumber(int y, const char* caption, int id, const char* range,
                                                      const char* key) {
-  return {Label(caption, kRight, y, 60), Control(Kind::NumberEdit, id, "", 441, y, 30, panel::kFieldHeight, key),
+  return {Label(caption, kRight, y, 60), Control(Kind::NumberEdit, id, "", 443, y, 28, panel::kFieldHeight, key),
           Control(Kind::UpDown, id + 10000, range, 471, y, 10, panel::kFieldHeight)};
 }
 
@@ -46,9 +50,9 @@ constexpr std::array kTextAndEffect = {
     Label("Si&ze:", 145, kFontTop, 18),
     Control(Kind::NumberEdit, 57, "", 165, kFontTop, 24, 13, "MainFontSize"),
     Control(Kind::UpDown, 10057, "4,144,24", 189, kFontTop, 10, 13),
-    Control(Kind::Check, 54, "&Bold", 207, kFontTop + 2, 34, 10, "MainFontBold"),
-    Control(Kind::Check, 55, "&Italic", 245, kFontTop + 2, 36, 10, "MainFontItalic"),
-    Control(Kind::Check, 51, "A&ntialias", 285, kFontTop + 2, 56, 10, "MainAntialias"),
+    Control(Kind::Check, 54, "Bold", 207, kFontTop + 2, 34, 10, "MainFontBold"),
+    Control(Kind::Check, 55, "Italic", 245, kFontTop + 2, 36, 10, "MainFontItalic"),
+    Control(Kind::Check, 51, "Antialias", 285, kFontTop + 2, 56, 10, "MainAntialias"),
     Label("&Effect:", kLeft, kEffectTop, 24),
     Control(Kind::Combo, 58, "", 33, kEffectTop, 104, 13, "MainEffect"),
 };
@@ -56,34 +60,34 @@ constexpr std::array kTextAndEffect = {
 constexpr std::array kOutput = {
     Label("&Palette:", kRight, 95, 30),
     Control(Kind::Combo, 13, "", 385, 95, 96, 13, "MainPalette"),
-    OutputCheck(0, 14, "&Custom palette", nullptr),
-    OutputCheck(1, 15, "Dithe&r", "MainDither"),
-    OutputCheck(2, 10, "True c&olor", "Truecolour"),
-    OutputCheck(3, 19, "&Supercompress", "MainSupercompress"),
-    OutputCheck(4, 35, "Tr&ansparent", "MainTransparent"),
-    OutputCheck(5, 21, "Mas&k background", "MainMaskBackground"),
-    OutputCheck(6, 62, "Alpha transparenc&y", "MainAlphaTrans"),
-    OutputCheck(7, 63, "Alpha back&ground", "UseAlphaGreyBack"),
-    OutputCheck(8, 20, "Add comment", "AddDescriptiveCommentBlock"),
+    OutputCheck(0, 14, "Custom palette", nullptr),
+    OutputCheck(1, 15, "Dither", "MainDither"),
+    OutputCheck(2, 10, "True color", "Truecolour"),
+    OutputCheck(3, 19, "Supercompress", "MainSupercompress"),
+    OutputCheck(4, 35, "Transparent", "MainTransparent"),
+    OutputCheck(5, 21, "Mask background", "MainMaskBackground"),
+    OutputCheck(6, 62, "Alpha transparency", "MainAlphaTrans"),
+    OutputCheck(7, 63, "Alpha background", "UseAlphaGreyBack"),
+    OutputCheck(8, 20, "A&dd comment", "AddDescriptiveCommentBlock"),
 };
 
 // The place of the last button is the about animation's.
 constexpr std::array kButtons = {
-    Button(0, false, 1, "Build", Kind::DefaultButton),
+    Button(0, false, 1, "&Build", Kind::DefaultButton),
     Button(0, true, 24, "&Test"),
     Button(1, false, 36, "Open/Sa&ve"),
-    Button(1, true, 2, "Cancel"),
-    Button(2, false, 9, "Help"),
-    Button(2, true, 18, "About"),
-    Button(3, false, 16, "Register"),
+    Button(1, true, 2, "&Cancel"),
+    Button(2, false, 9, "&Help"),
+    Button(2, true, 18, "Abo&ut"),
+    Button(3, false, 16, "Re&gister"),
     Button(3, true, 17, "", Kind::OwnerDrawn),
 };
 
 constexpr auto kControls = panel::Join(
-    kTextAndEffect, RightNumber(7, "C&haracter space:", 61, "50,150,100", "MainFontSpace"),
-    RightNumber(24, "Pa&d:", 59, "0,512,0", "MainPadding"), RightNumber(44, "De&lay:", 11, "1,1000,10", "MainDelay"),
-    RightNumber(61, "Pa&use:", 23, "1,10000,10", "MainPause"),
-    std::array{Control(Kind::Check, 22, "Ani&mated", kRight, 78, 128, 10, "MainRolling")}, kOutput, kButtons);
+    kTextAndEffect, RightNumber(7, "Character space:", 61, "50,150,100", "MainFontSpace"),
+    RightNumber(24, "Pad:", 59, "0,512,0", "MainPadding"), RightNumber(44, "De&lay:", 11, "1,1000,10", "MainDelay"),
+    RightNumber(61, "Pause:", 23, "1,10000,10", "MainPause"),
+    std::array{Control(Kind::Check, 22, "Animated", kRight, 78, 128, 10, "MainRolling")}, kOutput, kButtons);
 
 }  // namespace
 

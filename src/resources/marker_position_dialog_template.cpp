@@ -15,7 +15,7 @@ constexpr std::array kControls = {
     Control(Kind::UpDown, 10100, "0,255,128", 105, 7, panel::kUpDownWidth, panel::kFieldHeight),
     Control(Kind::Trackbar, 101, "", 7, 26, 148, 16),
     Control(Kind::DefaultButton, 1, "OK", 51, 49, 50, 14),
-    Control(Kind::Button, 2, "Cancel", 105, 49, 50, 14),
+    Control(Kind::Button, 2, "&Cancel", 105, 49, 50, 14),
 };
 
 }  // namespace

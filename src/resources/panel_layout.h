@@ -8,14 +8,15 @@
 //   kSwatches     a label and a colour or material button     kChecks       check boxes, and the number of frames
 //   kNumbers      a label and a number                        kDirections   a label and, below it, a picker
 //
-// A row's functions give its controls in tab order, each label directly before the control it names.
+// A row's functions give its controls in tab order, each label directly before the control it names. `As` says what a
+// row is for, where all effects have something of the kind.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/dialog.h"
+#include "resources/panel.h"
 
 namespace glyphmotion::panel {
 
@@ -110,6 +111,72 @@ constexpr auto Join(const std::array<ControlTemplate, Sizes>&... rows) {
   };
   (append(rows), ...);
   return all;
+}
+
+namespace Role {
+constexpr int PanelRoles::*Fill = &PanelRoles::fill;
+constexpr int PanelRoles::*Shadow = &PanelRoles::shadow;
+constexpr int PanelRoles::*Background = &PanelRoles::background;
+constexpr int PanelRoles::*Outline = &PanelRoles::outline;
+constexpr int PanelRoles::*FillOpacity = &PanelRoles::fillOpacity;
+constexpr int PanelRoles::*ShadowOpacity = &PanelRoles::shadowOpacity;
+constexpr int PanelRoles::*Softness = &PanelRoles::softness;
+constexpr int PanelRoles::*ShadowOffset = &PanelRoles::shadowOffset;
+constexpr int PanelRoles::*ShadowDirection = &PanelRoles::shadowDirection;
+constexpr int PanelRoles::*ShadowEnable = &PanelRoles::shadowEnable;
+constexpr int PanelRoles::*OutlineEnable = &PanelRoles::outlineEnable;
+constexpr int PanelRoles::*Material2 = &PanelRoles::material2;
+constexpr int PanelRoles::*Material3 = &PanelRoles::material3;
+constexpr int PanelRoles::*Material4 = &PanelRoles::material4;
+constexpr int PanelRoles::*Material5 = &PanelRoles::material5;
+}  // namespace Role
+
+/// The controls of a row, and the role of the one that is not a label or an up-down.
+template <std::size_t Size>
+struct PanelRow {
+  std::array<ControlTemplate, Size> controls;
+  int PanelRoles::*role = nullptr;
+  constexpr int Id() const { return controls[Size > 1 ? 1 : 0].id; }
+};
+
+template <std::size_t Size>
+constexpr PanelRow<Size> As(int PanelRoles::*role, const std::array<ControlTemplate, Size>& row) {
+  return {row, role};
+}
+
+template <std::size_t Size>
+struct PanelRows {
+  std::array<ControlTemplate, Size> controls;
+  PanelRoles roles;
+};
+
+namespace detail {
+template <std::size_t Size>
+constexpr PanelRow<Size> RowOf(const PanelRow<Size>& row) {
+  return row;
+}
+template <std::size_t Size>
+constexpr PanelRow<Size> RowOf(const std::array<ControlTemplate, Size>& row) {
+  return {row};
+}
+}  // namespace detail
+
+/// The rows of a panel, with and without a role.
+template <typename... Rows>
+constexpr auto RowsOf(const Rows&... rows) {
+  PanelRoles roles;
+  const auto take = [&](const auto& row) {
+    if (row.role) roles.*row.role = row.Id();
+  };
+  (take(detail::RowOf(rows)), ...);
+  const auto controls = Join(detail::RowOf(rows).controls...);
+  return PanelRows<controls.size()>{controls, roles};
+}
+
+/// Dialog `id` of an effect; the title is the effect's name. The rows live as long as the panel.
+template <std::size_t Size>
+constexpr Panel MakePanel(int id, const char* title, const PanelRows<Size>& rows) {
+  return {{id, title, 488, 336, rows.controls}, rows.roles};
 }
 
 }  // namespace glyphmotion::panel

@@ -420,21 +420,14 @@ constexpr SettingsRow kRows[] = {
 };
 // clang-format on
 
-constexpr std::size_t kShellKeys = 43, kEffectKeys = 311;
-
-constexpr std::size_t CountEffectKeys() {
-  std::size_t count = 0;
-  for (const SettingsRow& row : kRows) count += std::string_view(row.key).substr(0, 5) == "Style";
-  return count;
-}
-static_assert(std::size(kRows) == kShellKeys + kEffectKeys);
-static_assert(CountEffectKeys() == kEffectKeys);
-
 constexpr bool EffectKeysComeLast() {
-  for (std::size_t i = 0; i < kShellKeys; ++i) {
-    if (std::string_view(kRows[i].key).substr(0, 5) == "Style") return false;
+  bool ofEffects = false;
+  for (const SettingsRow& row : kRows) {
+    const bool ofEffect = std::string_view(row.key).starts_with("Style");
+    if (ofEffects && !ofEffect) return false;
+    ofEffects = ofEffect;
   }
-  return true;
+  return ofEffects;
 }
 static_assert(EffectKeysComeLast());
 

@@ -24,7 +24,7 @@ struct SettingsRow {
   const char* defaultText;      ///< of texts
 };
 
-/// The 354 rows, in the order in which they are saved and searched.
+/// All rows, in the order in which they are saved and searched.
 std::span<const SettingsRow> SettingsTable() noexcept;
 
 }  // namespace glyphmotion

@@ -85,8 +85,8 @@ constexpr std::array kBubbleShape = {
 
 constexpr std::array kButtons = {
     Control(Kind::DefaultButton, Ok, "OK", 223, kButtonsTop, 50, 14),
-    Control(Kind::Button, Cancel, "Cancel", 277, kButtonsTop, 50, 14),
-    Control(Kind::Button, Help, "Help", 331, kButtonsTop, 50, 14),
+    Control(Kind::Button, Cancel, "&Cancel", 277, kButtonsTop, 50, 14),
+    Control(Kind::Button, Help, "&Help", 331, kButtonsTop, 50, 14),
 };
 
 constexpr auto kControls =
@@ -98,8 +98,8 @@ constexpr auto kControls =
                 LayerRow(3, "Color #&3:", "Power #3:", "Density #3:", "Seed #3:"),
                 LayerRow(4, "Color #&4:", "Power #4:", "Density #4:", "Seed #4:"),
                 LayerRow(5, "Color #5:", "Power #5:", "Density #5:", "Seed #5:"),
-                NumberAt(kPowers, RowTop(0), Craters, "&Craters #1:", "0,30000,5000"),
-                NumberAt(kDensities, RowTop(0), CraterDepth, "Dept&h #1:", "0,1000,150"),
+                NumberAt(kPowers, RowTop(0), Craters, "C&raters #1:", "0,30000,5000"),
+                NumberAt(kDensities, RowTop(0), CraterDepth, "&Depth #1:", "0,1000,150"),
                 CurveAt(0, RedCurve, "&Red curve:"), CurveAt(1, GreenCurve, "Gr&een curve:"),
                 CurveAt(2, BlueCurve, "&Blue curve:"), NumberAt(kSeeds, RowTop(1), Bubbles, "Bubb&les:", "0,1024,64"),
                 NumberAt(kSeeds, RowTop(2), BubbleSize, "Bubble s&ize:", "1,512,4"),

@@ -25,8 +25,8 @@ constexpr std::array kControls = {
     Control(Kind::Paragraph, -1, "Hold down the Shift key and click on + or - to add or delete a group.", kRight, 143,
             96, 3 * panel::kLabelHeight),
     Control(Kind::DefaultButton, TileControl::Ok, "OK", 180, kButtonsTop, 50, 14),
-    Control(Kind::Button, TileControl::Cancel, "Cancel", 234, kButtonsTop, 50, 14),
-    Control(Kind::Button, TileControl::Help, "Help", 288, kButtonsTop, 50, 14),
+    Control(Kind::Button, TileControl::Cancel, "&Cancel", 234, kButtonsTop, 50, 14),
+    Control(Kind::Button, TileControl::Help, "&Help", 288, kButtonsTop, 50, 14),
 };
 
 }  // namespace

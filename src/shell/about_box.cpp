@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/about_box.h"
 
+#include "controls/editor_services.h"
 #include "controls/skin.h"
 #include "platform/run_state.h"
 #include "resources/box_templates.h"
@@ -46,6 +47,9 @@ std::int64_t AboutProcedure(Dialog& dialog, const Message& message) {
     case kMessageTimer:
       if (box) ++box->tick;
       RunAboutTimer(dialog, kTimer, Picture);
+      return 1;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, "PREFACE");
       return 1;
     case kMessageCommand:
       if (message.a == Ok || message.a == Cancel) EndDialog(dialog, 1);

@@ -49,7 +49,6 @@ int RunMainDialog(void* ownerWindow, const HostCallTable* table) {
     ShowMessageOver(ownerWindow, LoadText(kTextNeedNewerHost));
     return 0;
   }
-  ResetVariables();
   const TextEngineRun textEngine;
   Variable* openPath = FindVariable("OpenPath");
   if (openPath && openPath->text.empty()) openPath->text = DocumentsFolder();
@@ -80,7 +79,10 @@ int PLUGIN16DoBuild(void* ownerWindow, const HostCallTable* table) {
     glyphmotion::RunState run;
     glyphmotion::TakeThreadSetup(run);
     const glyphmotion::RunScope scope(run);
-    return glyphmotion::RunMainDialog(ownerWindow, table);
+    glyphmotion::RecallUnsavedVariables();
+    const int result = glyphmotion::RunMainDialog(ownerWindow, table);
+    glyphmotion::LeaveUnsavedVariables();
+    return result;
   } catch (...) {  // nothing may cross this boundary; a dialog that cannot even be made has built nothing
     return 1;
   }

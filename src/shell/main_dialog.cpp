@@ -33,6 +33,7 @@
 #include "shell/about_box.h"
 #include "shell/build_driver.h"
 #include "shell/documents.h"
+#include "shell/help_topics.h"
 #include "shell/registration.h"
 #include "shell/sample_window.h"
 #include "shell/settings.h"
@@ -75,16 +76,6 @@ std::uint64_t AddressOf(const void* pointer) { return reinterpret_cast<std::uint
 
 bool HostHas(std::uint32_t flag) { return (State().hostCalls->hostFlags & flag) != 0; }
 
-// 8 steps of red and green, 4 of blue.
-void FillPickerPalette(std::uint8_t (&palette)[768]) {
-  constexpr std::uint8_t kEight[] = {0, 36, 72, 108, 144, 180, 216, 255}, kFour[] = {0, 85, 170, 255};
-  for (std::size_t i = 0; i < 256; ++i) {
-    palette[3 * i] = kEight[i >> 5];
-    palette[3 * i + 1] = kEight[i >> 2 & 7];
-    palette[3 * i + 2] = kFour[i & 3];
-  }
-}
-
 // --- Options ---
 
 void Tell(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
@@ -119,12 +110,12 @@ void EnableBuild(Dialog& dialog) { Enable(dialog, Build, !GetText(dialog, Contro
 void EnablePalette(Dialog& dialog) { Enable(dialog, MainControl::Palette, !ReadCheck(dialog, CustomPalette)); }
 
 void PickColour(Dialog& dialog, int id) {
-  std::uint8_t palette[768];
-  FillPickerPalette(palette);
+  glyphmotion::Palette palette;  // offered to the host's picker: 8 steps of red and green, 4 of blue
+  LoadFixedPalette(&palette, nullptr, kDefaultFixedPalette);
   HostColorPickRecord record{};
   record.size = sizeof record;
   record.version = HostInterfaceVersion;
-  record.palette = palette;
+  record.palette = reinterpret_cast<const std::uint8_t*>(palette.data());
   record.depth = 24;
   record.color = ReadColour(dialog, id);
   record.ownerWindow = WindowOf(dialog);
@@ -149,11 +140,9 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
       return;
     case ControlKind::UpDown:
       InstallFamily(dialog, control.id, *family, nullptr);
-      TakeRange(dialog, control.id);
       return;
     case ControlKind::NumberEdit:
-      InstallFamily(dialog, control.id, *family, variable);
-      if (!variable) SetNumber(dialog, control.id, control.initial);
+      InstallFamily(dialog, control.id, *family, variable ? variable : &UnsavedVariable(control.id, control.initial));
       return;
     default:
       InstallFamily(dialog, control.id, *family, variable);
@@ -240,7 +229,10 @@ void ShowDocumentMenu(Dialog& dialog) {
   const MenuItem items[] = {{Open, LoadText(kTextMenuOpen), false},
                             {Save, LoadText(kTextMenuSave), false},
                             {SaveAs, LoadText(kTextMenuSaveAs), false}};
-  const int chosen = PopupMenu(&dialog, 0, 0, 0, items);
+  // Pressed by key, with the pointer elsewhere, the button has the menu below it.
+  const ControlRectangle place = RectangleOf(dialog, OpenSave);
+  const int below = IsPointerOver(dialog, OpenSave) ? 0 : int{OpenSave};
+  const int chosen = PopupMenu(&dialog, below, 0, place.bottom - place.top, items);
   if (chosen) PostCommand(dialog, chosen);
 }
 
@@ -359,9 +351,7 @@ void LimitToTrueColour(Dialog& dialog) {
 // Palettes, their transparent index and 1/100 s on one side; alpha and milliseconds on the other.
 void LimitToFormat(Dialog& dialog) {
   const bool palette = HostHas(HostFlagPaletteFormat), shift = IsShiftDown();
-  const int delayRange = ControlId::Delay + kUpDownOffset;
-  SetText(dialog, delayRange, palette ? "1,25,4" : "1,250,40");
-  TakeRange(dialog, delayRange);
+  SetText(dialog, ControlId::Delay + kUpDownOffset, palette ? "1,25,4" : "1,250,40");
   if (palette) {
     VariableOf("MainAlphaTrans").number = 0;
     SetCheck(dialog, ControlId::AlphaTransparency, false);
@@ -484,6 +474,7 @@ void OnEffect(Dialog& dialog, int code) {
 // Every other control: its family knows what to do with it.
 void OnOption(Dialog& dialog, int id, int code) {
   if (!IsDialogVisible(dialog) || !HasControl(dialog, id)) return;
+  if (code == kEditLeft) return ShowReadNumber(dialog, id);
   if (KindOf(dialog, id) == ControlKind::ColourButton) return PickColour(dialog, id);
   Store(dialog, id);
   if (id < kFirstOptionOfTheSample) return;
@@ -558,8 +549,8 @@ void OnDestroy(Dialog& dialog) {
   CheckRegistration();
   SaveSettings();
   UseSkin(false);
-  for (const DialogTemplate* panel : PanelTemplates()) {
-    for (const ControlTemplate& control : panel->controls) {
+  for (const EffectDescriptor* effect : Effects()) {
+    for (const ControlTemplate& control : effect->panel->controls) {
       if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
     }
   }
@@ -567,8 +558,6 @@ void OnDestroy(Dialog& dialog) {
 }
 
 }  // namespace
-
-const HostCallTable* CurrentHostCalls() { return State().hostCalls; }
 
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
   if (message.number == kMessageInitialise) UseSkin(PointerOf<const HostCallTable>(message.b)->skinSwitch != 0);
@@ -583,6 +572,9 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
     case kMessageRepaintSample:
       State().repaintPosted = false;
       Invalidate(dialog, Sample);
+      return 1;
+    case kMessageHelp:
+      ShowTopic(dialog, HelpTopicOf(dialog, static_cast<int>(message.a)).c_str());
       return 1;
     case kMessageTimer:
       OnTimer(dialog, static_cast<int>(message.a));

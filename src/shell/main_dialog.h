@@ -32,7 +32,4 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message);
 /// the dialog has ended, 0 for a host that is refused. May throw.
 int RunMainDialog(void* ownerWindow, const HostCallTable* table);
 
-/// The table of the dialog that runs, or null.
-const HostCallTable* CurrentHostCalls();
-
 }  // namespace glyphmotion

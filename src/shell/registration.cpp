@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "controls/editor_services.h"
 #include "controls/skin.h"
 #include "platform/run_state.h"
 #include "resources/box_templates.h"
@@ -54,6 +55,9 @@ std::int64_t RegistrationProcedure(Dialog& dialog, const Message& message) {
       Asked() = PointerOf<Registration>(message.b);
       Initialise(dialog);
       return 0;
+    case kMessageHelp:
+      ShowHelpTopic(dialog, "PREFACE");
+      return 1;
     case kMessageCommand:
       OnCommand(dialog, static_cast<int>(message.a));
       return 1;

@@ -5,14 +5,12 @@
 
 namespace glyphmotion {
 
-PackedDib RenderSample(Dialog& dialog, int sampleWidth, int sampleHeight) noexcept {
+PackedDib RenderSample(Dialog& dialog) noexcept {
   const int selection = GetSelection(dialog, ControlId::Effect);
   if (selection < 0) return {};
   RunCache cache;
   EffectContext context;
   context.dialog = &dialog;
-  context.sampleWidth = sampleWidth;
-  context.sampleHeight = sampleHeight;
   context.preview = true;
   context.cache = &cache;
   EffectRow(selection).testFunction(context);

@@ -7,8 +7,8 @@
 namespace glyphmotion {
 
 /// The still frame of the dialog's current effect: 24 bits, owned by the caller; nothing when there is no selection, no
-/// text, or memory is out. `sampleWidth` and `sampleHeight` are the inner size of the sample window in pixels.
-PackedDib RenderSample(Dialog& dialog, int sampleWidth, int sampleHeight) noexcept;
+/// text, or memory is out.
+PackedDib RenderSample(Dialog& dialog) noexcept;
 
 /// The colour around the frame in the sample window: the uniform background, or kNoColour.
 Colour SampleSurround(const Dialog& dialog) noexcept;

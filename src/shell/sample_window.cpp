@@ -30,7 +30,7 @@ void DrawSampleWindow(Dialog& dialog, const DrawRequest& request) {
   const Rect whole = WholeOf(request), inner = Shrunk(whole, 1);
   const Colour edge = GetSystemColour(SystemColour::ButtonShadow);
   if (inner.Width() < 1 || inner.Height() < 1) return FrameFace(request, whole, edge, edge);
-  const PackedDib sample = RenderSample(dialog, inner.Width(), inner.Height());
+  const PackedDib sample = RenderSample(dialog);
   const DibView frame(sample);
   if (!frame || frame.Bits() != 24) {
     FillFace(request, inner, GetSystemColour(SystemColour::Light3D));

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 
+#include "platform/ascii.h"
 #include "platform/clock.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
@@ -101,7 +102,7 @@ std::string ValueText(const Variable& variable) {
 void ResetForLoading() {
   Variable* openPath = FindVariable("OpenPath");
   const std::string kept = openPath->text;
-  ResetVariables();
+  ResetSavedVariables();
   openPath->text = kept;
 }
 
@@ -120,19 +121,6 @@ std::uint8_t CheckByte(std::string_view text) {
   std::uint32_t check = 0x5A;
   for (char character : text) check = check * 31 + static_cast<unsigned char>(character);
   return static_cast<std::uint8_t>(check ^ check >> 8);
-}
-
-void AppendHex(std::string& text, std::uint8_t byte) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  text += kDigits[byte >> 4];
-  text += kDigits[byte & 15];
-}
-
-int HexDigit(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
 }
 
 /// The byte at pair `i`, -1 when the pair is no number.

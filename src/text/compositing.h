@@ -7,6 +7,7 @@
 
 #include "controls/read_controls.h"
 #include "materials/material_cache.h"
+#include "resources/panel.h"
 #include "text/soft_shadow.h"
 #include "text/text_raster.h"
 
@@ -18,13 +19,6 @@ constexpr int Delay = 11, Animated = 22, Pause = 23;
 constexpr int Antialias = 51, Text = 52, Font = 53, Bold = 54, Italic = 55, Size = 57, Effect = 58, Pad = 59;
 constexpr int CharacterSpace = 61, AlphaTransparency = 62, AlphaBackground = 63;
 }  // namespace ControlId
-
-/// The control ids of an effect's panel by role; 0 where the panel has no such control.
-struct PanelRoles {
-  int fill = 0, shadow = 0, background = 0, outline = 0;
-  int fillOpacity = 0, shadowOpacity = 0, softness = 0, shadowOffset = 0, shadowDirection = 0;
-  int shadowEnable = 0, outlineEnable = 0;
-};
 
 struct ScrollOffset {
   int x = 0, y = 0;  ///< pixels

@@ -42,13 +42,16 @@ TEST(Boxes, EscapeIsNoToAQuestionAndOkToAMessage) {
   EXPECT_EQ(With(Escape, ask(question)), std::optional(false));
   EXPECT_EQ(With(press(Ok), ask(message)), std::optional(true));
   EXPECT_EQ(With(Escape, ask(message)), std::optional(true));
-  With(
-      [](Dialog& dialog) {
-        EXPECT_EQ(FocusOf(dialog), int{Yes});
-        EXPECT_EQ(DialogTitle(dialog), "T");
-        EXPECT_EQ(GetText(dialog, MessageText), "Sure?");
-      },
-      ask(question));
+  for (const auto& [buttons, first] : {std::pair{MessageButtons::YesNo, Yes}, {MessageButtons::YesNoKeep, No}}) {
+    const MessageQuestion asked{"T", "Sure?", buttons, MessageIcon::Question};
+    With(
+        [&](Dialog& dialog) {
+          EXPECT_EQ(FocusOf(dialog), first) << "what Enter presses";
+          EXPECT_EQ(DialogTitle(dialog), "T");
+          EXPECT_EQ(GetText(dialog, MessageText), "Sure?");
+        },
+        ask(asked));
+  }
 }
 
 TEST(Boxes, GrowWithTheirTextAndKeepEverythingInside) {

@@ -28,7 +28,8 @@ class EditorDialog : public testing::Test {
   std::filesystem::path home =
       std::filesystem::temp_directory_path() / ("glyphmotion-editors-" + std::to_string(getpid()));
   std::vector<std::string> messages;
-  bool yes = true;  ///< the answer to every question
+  MessageButtons buttons = MessageButtons::Ok;  ///< of the last message
+  bool yes = true;                              ///< the answer to every question
   std::optional<std::string> newName = "Mine";
   std::optional<std::uint32_t> colour;
   std::vector<std::uint32_t> coloursAsked;
@@ -41,7 +42,8 @@ class EditorDialog : public testing::Test {
   void SetUp() override {
     std::filesystem::create_directories(home / "data");
     SetFolderOverrides({{}, (home / "kept").string(), (home / "data").string()});  // "kept" is made by the first save
-    responder.message = [this](Dialog*, const std::string& text, MessageButtons) {
+    responder.message = [this](Dialog*, const std::string& text, MessageButtons offered) {
+      buttons = offered;
       messages.push_back(text);
       return yes;
     };

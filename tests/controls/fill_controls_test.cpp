@@ -221,6 +221,35 @@ TEST_F(FillControls, MaterialsCanBeTakenOverAndCopied) {
   });
 }
 
+// What a program outside may send them.
+TEST_F(FillControls, NumberedMessagesInitialiseAndCopy) {
+  WithDialog([&](Dialog& dialog) {
+    const auto blocks = LiveBlocks().blocks;
+    EXPECT_NE(SendToControl(dialog, kMaterialId, {0x590, 0, 0x445566}), 0);
+    EXPECT_EQ(+LockMaterial(dialog, kMaterialId)->Colour, 0x445566u);
+    const MovableBlock copy(HandleOf(static_cast<std::uint64_t>(SendToControl(dialog, kMaterialId, {0x591, 0, 0}))));
+    const LockedBlock<Material> record(copy.Handle());
+    ASSERT_TRUE(record);
+    EXPECT_EQ(+record->Colour, 0x445566u);
+    EXPECT_EQ(+record->Preview, 0u);
+    FreeBlock(HandleOf(record->Tile.TileBitmap));
+    FailAllocation(1);
+    EXPECT_EQ(SendToControl(dialog, kMaterialId, {0x591, 0, 0}), 0);
+    FailAllocation(0);
+
+    FountainSpec initial;
+    DefaultFountain(initial, 1);
+    for (const std::uint64_t own : {0, 0x1000}) {
+      SendToControl(dialog, kFountainId, {0x52C, own, PointerArgument(&initial)});
+      EXPECT_EQ(+LockFountain(dialog, kFountainId)->MarkerCount, 1u);
+      EXPECT_EQ(+LockFountain(dialog, kFountainId)->Flags, own ? kFountainKeepsFile : 0u);
+    }
+    SendToControl(dialog, kFountainId, {0x52C, 0, 0});
+    EXPECT_EQ(+LockFountain(dialog, kFountainId)->MarkerCount, 7u) << "the spectrum";
+    EXPECT_EQ(LiveBlocks().blocks, blocks + 1) << "nothing but the copy has come";
+  });
+}
+
 TEST_F(FillControls, FountainMarkersComeAndGo) {
   colour = 0x123456;
   WithDialog([&](Dialog& dialog) {

@@ -8,6 +8,7 @@
 #include "controls/fountain_control.h"
 #include "editor_fixture.h"
 #include "materials/library_file.h"
+#include "platform/files.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
@@ -69,11 +70,7 @@ class FountainLibrary : public EditorDialog {
     for (const FountainSpec& fountain : fountains) order += static_cast<char>('0' + (fountain.StartColour - 0x100));
     return order;
   }
-  static std::string BytesOf(const std::string& file) {
-    std::string bytes;
-    ReadFileBytes(file, bytes);
-    return bytes;
-  }
+  static std::string BytesOf(const std::string& file) { return ReadWholeFile(file).value_or(""); }
 };
 
 TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {
@@ -89,6 +86,7 @@ TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {
     menuChoice = kDelete;
     RightClick(dialog, kList, 1);
     EXPECT_EQ(ItemCount(dialog, kList), 1);
+    SetSelection(dialog, kList, -1);
   };
   Manage([&](Dialog& dialog) {
     change(dialog);
@@ -104,6 +102,7 @@ TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {
   EXPECT_EQ(BytesOf(path + ".bak"), before);
   EXPECT_EQ(changes, 0) << "the control that opened it was none of this";
   Manage([&](Dialog& dialog) {
+    Choose(dialog, kList, 0);
     Click(dialog, kDelete);
     for (const int id : {kUse, kMoveUp, kMoveDown, kDelete}) EXPECT_FALSE(IsEnabled(dialog, id)) << id;
     PressKey(dialog, kList, kKeyDelete);
@@ -115,7 +114,10 @@ TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {
 
 TEST_F(FountainLibrary, FountainsMoveUpAndDown) {
   Manage([&](Dialog& dialog) {
-    EXPECT_EQ(GetSelection(dialog, kList), 0);
+    EXPECT_EQ(GetSelection(dialog, kList), -1) << "the control's fountain is none of these";
+    PressKey(dialog, kList, kKeyMenu);
+    EXPECT_EQ(menus, 1) << "only the bar's";
+    Choose(dialog, kList, 0);
     EXPECT_FALSE(IsEnabled(dialog, kMoveUp));
     Click(dialog, kMoveDown);
     Click(dialog, kMoveDown);
@@ -123,19 +125,25 @@ TEST_F(FountainLibrary, FountainsMoveUpAndDown) {
     Choose(dialog, kList, 3);
     EXPECT_FALSE(IsEnabled(dialog, kMoveDown));
     menuChoice = kMoveUp;
-    RightClick(dialog, kList, 3);
+    PressKey(dialog, kList, kKeyMenu);
     EXPECT_EQ(menuItems, (std::vector<std::string>{"&Use", "Move u&p", "&Delete"})) << "only what can be done";
     Click(dialog, kOk);
   });
   EXPECT_EQ(Order(), "1230");
 }
 
-TEST_F(FountainLibrary, UseLoadsTheFountainIntoTheControl) {
+TEST_F(FountainLibrary, UseAndOkLoadTheSelectedFountainIntoTheControl) {
   const FountainSpec untouched = Manage([](Dialog& dialog) { Click(dialog, kOk); });
   EXPECT_EQ(+untouched.MarkerCount, 7u);
   EXPECT_EQ(changes, 0);
   EXPECT_FALSE(FileExists(path + ".bak")) << "nothing changed, nothing written";
   const auto looped = [](FountainSpec& fountain) { fountain.Flags |= kFountainLooped; };
+  const FountainSpec taken = Manage([](Dialog& dialog) {
+    Choose(dialog, kList, 2);
+    Click(dialog, kOk);
+  });
+  EXPECT_EQ(+taken.StartColour, 0x102u);
+  changes = 0;
   const FountainSpec used = Manage([](Dialog& dialog) { DoubleClick(dialog, kList, 1); }, looped);
   EXPECT_EQ(+used.StartColour, 0x101u);
   EXPECT_EQ(+used.MarkerCount, 1u);
@@ -166,8 +174,11 @@ TEST_F(FountainLibrary, ItemsShowTheFountainAtTheirWidth) {
       EXPECT_EQ(item.At(1, 16), GetSystemColour(SystemColour::Selection));
       EXPECT_EQ(Paint(dialog, kList, width, 32, 2).At(1, 16), GetSystemColour(SystemColour::Window));
     }
-    Click(dialog, kHelp);
-    EXPECT_EQ(topic, "FOUNTAIN");
+    for (const bool byKey : {false, true}) {
+      topic.clear();
+      byKey ? PressKey(dialog, kList, kKeyF1) : Click(dialog, kHelp);
+      EXPECT_EQ(topic, "FOUNTAIN");
+    }
   });
 }
 
@@ -184,6 +195,7 @@ TEST_F(FountainLibrary, WhatCannotBeReadOrWrittenIsToldAndNothingIsLost) {
   messages.clear();
   Manage([&](Dialog& dialog) {
     messages.clear();
+    Choose(dialog, kList, 0);
     Click(dialog, kDelete);
     std::filesystem::remove(path);
     std::filesystem::create_directory(path);  // which no file can replace
@@ -206,6 +218,7 @@ TEST_F(FountainLibrary, TheShippedOneIsReadButNeverWritten) {
   ASSERT_NE(shipped, path);
   Manage([&](Dialog& dialog) {
     EXPECT_GT(ItemCount(dialog, kList), 10);
+    Choose(dialog, kList, 0);
     Click(dialog, kDelete);
     Click(dialog, kOk);
     EXPECT_EQ(messages, std::vector{LoadText(kTextFountainsNotUpdated)});

@@ -139,9 +139,14 @@ TEST_F(GradientDialog, NumbersStayWithinTheirLimitsWhileTyped) {
                 {Midpoint, "0", "1", 1},       {Midpoint, "77", "77", 77},
                 {Midpoint, "", "", 1}};
     for (const auto& row : rows) {
+      SetFocus(dialog, row.control);
       Type(dialog, row.control, row.typed);
       EXPECT_EQ(GetText(dialog, row.control), row.shown) << row.control << " " << row.typed;
       EXPECT_EQ(Field(dialog, row.control), row.kept) << row.control << " " << row.typed;
+      PressKey(dialog, row.control, kKeyF1);
+      EXPECT_EQ(topic, "GRADIENT");
+      SetFocus(dialog, Ok);
+      EXPECT_EQ(GetText(dialog, row.control), std::to_string(row.kept)) << "left, it shows what is used";
     }
     // The up-downs go as far as their captions say, the fields no further than they may.
     Type(dialog, CenterX, "50");
@@ -316,6 +321,17 @@ TEST_F(GradientDialog, FountainGoesByKeys) {
     EXPECT_TRUE(MarkerPosition(marker(2)) > 0x41 && MarkerPosition(marker(2)) < 0x60) << "between the neighbours";
     press({kKeyDelete});
     EXPECT_EQ(marker(1) & 0xFFFFFF, 0x0A0B0Cu) << "the one that was chosen is gone";
+    scripts[kPositionDialog] = [](Dialog& inner) {
+      Type(inner, 100, "");
+      SetFocus(inner, Ok);
+      EXPECT_EQ(GetText(inner, 100), "80") << "an empty field that is left shows the position";
+      Type(inner, 100, "70");
+      PressKey(inner, 100, kKeyF1);
+      Click(inner, Ok);
+    };
+    press({kKeyF2});
+    EXPECT_EQ(marker(1), 0x460A0B0Cu) << "F2 asks for the position";
+    EXPECT_EQ(topic, "FOUNTAIN");
     press({kKeyMenu});
     EXPECT_EQ(menuItems.size(), 3u) << "a marker's menu";
     for (int i = 0; i < 9; ++i) press({kKeyRight});

@@ -200,7 +200,10 @@ TEST_F(TextureWindow, ThePrimaryGroupIsProtected) {
     Click(dialog, Delete);
     EXPECT_EQ(messages, (std::vector<std::string>{refusal, refusal}));
     DoubleClick(dialog, List, 2);
-    EXPECT_EQ(messages.size(), 3u);
+    PressKey(dialog, List, kKeyF2);
+    EXPECT_EQ(messages, std::vector<std::string>(4, refusal)) << "F2 renames as a double click does";
+    PressKey(dialog, List, kKeyMenu);
+    EXPECT_EQ(menuItems, (std::vector<std::string>{"&Rename", "&Delete"}));
     ShiftClick(dialog, Delete);
     EXPECT_EQ(LastMessage(), "The primary texture group cannot be deleted.");
     newName = "TLMplgm4";
@@ -226,7 +229,10 @@ TEST_F(TextureWindow, AGroupOfOnesOwnIsEditedAndWrittenOnOk) {
     StartGroup(*this, dialog);
     EXPECT_EQ(Items(dialog, Group), (std::vector<std::string>{"tlmplgm4", "Mine"}));
     EXPECT_EQ(GetText(dialog, Group), "Mine");
-    Type(dialog, Seed1, "99");
+    SetFocus(dialog, Seed1);
+    Type(dialog, Seed1, "0099x");
+    SetFocus(dialog, List);
+    EXPECT_EQ(GetText(dialog, Seed1), "99") << "a field that is left shows what is used";
     Click(dialog, Add);
     EXPECT_EQ(GetSelection(dialog, List), static_cast<int>(shipped));
     EXPECT_EQ(GetText(dialog, List), "Untitled (double-click to edit)");
@@ -290,6 +296,7 @@ TEST_F(TextureWindow, GroupsAreReplacedAndDeletedOnlyAfterAYes) {
     ShiftClick(dialog, Delete);
     EXPECT_EQ(LastMessage(),
               "Do you want to delete the Mine texture group?\n\nClick on Yes to delete this file, or No to abort.");
+    EXPECT_EQ(buttons, MessageButtons::YesNoKeep) << "Enter alone deletes no group";
     EXPECT_TRUE(std::filesystem::exists(Data("Mine.FFT")));
     yes = true;
     ShiftClick(dialog, Delete);

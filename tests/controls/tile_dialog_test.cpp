@@ -207,7 +207,7 @@ TEST_F(TileWindow, DeletedTilesGoAndTheSelectionStaysInPlace) {
     const std::string next = ItemText(dialog, List, 19);
     Click(dialog, Delete);
     EXPECT_EQ(GetSelection(dialog, List), 18);
-    RightClick(dialog, List, 18);
+    PressKey(dialog, List, kKeyMenu);
     EXPECT_EQ(menuItems, std::vector<std::string>{"&Delete"});
     EXPECT_EQ(ItemCount(dialog, List), 18);
     EXPECT_EQ(GetSelection(dialog, List), 17) << "falls to the last";

@@ -84,6 +84,21 @@ inline Built SampleWith(const std::string& effect, const Settings& settings = {}
   return RunJob(job);
 }
 
+/// What differs from a run of `frames` frames of delay 4, of which those in `resting` pause for 100 more and the first
+/// `steps` report progress (i, total); empty when nothing does.
+inline std::string BadSchedule(const Built& built, std::size_t frames, const std::set<std::size_t>& resting,
+                               std::size_t steps, std::int64_t total) {
+  if (built.frames.size() != frames) return std::to_string(built.frames.size()) + " frames " + built.result.message;
+  for (std::size_t i = 0; i < frames; ++i) {
+    if (built.frames[i].delay != (resting.contains(i) ? 104 : 4)) return "delay of frame " + std::to_string(i);
+  }
+  if (built.progress.size() != steps) return std::to_string(built.progress.size()) + " steps";
+  for (std::size_t i = 0; i < steps; ++i) {
+    if (built.progress[i] != std::pair(static_cast<std::int64_t>(i), total)) return "step " + std::to_string(i);
+  }
+  return "";
+}
+
 /// Lets each allocation of the job fail in turn, every `stride`-th from the first on; returns the first n whose run
 /// left blocks or locks behind or claimed success without all frames, or 0.
 inline std::uint64_t FirstBadFailure(Job job, std::uint64_t stride = 1, std::uint64_t most = 100000) {

@@ -96,10 +96,5 @@ TEST(Cubist, LoopsWithoutARest) {
   EXPECT_EQ(built.frames.at(6), SampleWith("cubist", {{"Style019Frames", "7"}}).frames.at(0));
 }
 
-TEST(Cubist, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("cubist", kCubistPanel, {{"Style019Frames", "3"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("cubist", {{"Style019Frames", "2"}}), 3, 600), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -13,7 +13,7 @@ namespace glyphmotion::test {
 
 /// Black letters on white and nothing else, so that a frame is its text mask, seen as a negative.
 inline Settings OnlyLetters(const std::string& effect, Settings more = {}) {
-  const PanelRoles& roles = *EffectRow(FindEffect(effect)).roles;
+  const PanelRoles& roles = EffectRow(FindEffect(effect)).panel->roles;
   more.emplace_back(std::to_string(roles.fill), "#000000");
   for (int id : {roles.shadowEnable, roles.outlineEnable, roles.softness})
     if (id) more.emplace_back(std::to_string(id), "0");

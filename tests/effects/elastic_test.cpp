@@ -64,8 +64,6 @@ TEST(Elastic, TheFastRippleIsThePlainOne) {
       params.falloff = Roll(dice, 0, 1) == 1;
     }
     ASSERT_EQ(Difference(RippleFill(source, params), PlainRipple(source, params)), "") << round;
-    params.bypass = true;
-    ASSERT_EQ(Difference(RippleFill(source, params), source), "");
   }
 }
 
@@ -97,11 +95,6 @@ TEST(Elastic, RestsUnbentWhateverTheEnergy) {
   EXPECT_EQ(weak.frames[0], strong.frames[0]);
   EXPECT_EQ(sample.frames[0], strong.frames[0]);
   EXPECT_FALSE(weak.frames[1] == strong.frames[1]);
-}
-
-TEST(Elastic, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("elastic", kElasticPanel, {{kFrames, "2"}, {"575", "gradient:#ff0000-#0000ff"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("elastic", {{kFrames, "2"}}), 3, 500), 0u);
 }
 
 }  // namespace

@@ -65,10 +65,5 @@ TEST(EventHorizon, TheSampleAndTheFullText) {
   EXPECT_FALSE(IsBlank(only.frames[0]));
 }
 
-TEST(EventHorizon, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("event-horizon", kEventHorizonPanel, {{kFrames, "8"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("event-horizon", {{kFrames, "4"}}), 3, 600), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -94,18 +94,12 @@ TEST(Fuse, FramesAreThePlainLeavesOfTheirPhases) {
 TEST(Fuse, RestsInTheMiddleAndAtItsEnd) {
   const struct {
     int frames;
-    std::vector<int> delays;
-  } rows[] = {{2, {4, 104}},
-              {3, {4, 104}},
-              {4, {4, 4, 104, 104}},
-              {7, {4, 4, 4, 104, 4, 104}},
-              {8, {4, 4, 4, 4, 104, 4, 4, 104}}};
+    std::size_t kept;
+    std::set<std::size_t> resting;
+  } rows[] = {{2, 2, {1}}, {3, 2, {1}}, {4, 4, {2, 3}}, {7, 6, {3, 5}}, {8, 8, {4, 7}}};
   for (const auto& row : rows) {
     const Built built = BuildWith("fuse", {{kFrames, std::to_string(row.frames)}});
-    EXPECT_EQ(built.Delays(), row.delays) << row.frames;
-    for (std::size_t i = 0; i < built.progress.size(); ++i)
-      EXPECT_EQ(built.progress[i], std::make_pair(static_cast<std::int64_t>(i), std::int64_t{row.frames}));
-    EXPECT_EQ(built.progress.size(), row.delays.size());
+    EXPECT_EQ(BadSchedule(built, row.kept, row.resting, row.kept, row.frames), "") << row.frames;
   }
   EXPECT_EQ(BuildWith("fuse", {{kFrames, "1001"}}).frames.size(), 1000u);
 }
@@ -124,15 +118,6 @@ TEST(Fuse, BothFillsStandAloneAtTheEndsAndTogetherInTheSample) {
   EXPECT_EQ(FirstDifference(built.frames[7], letters, back, kBackground), "");
   ASSERT_EQ(sample.frames.size(), 1u);
   EXPECT_EQ(FirstDifference(sample.frames[0], letters, PlainFill(front, back, 2, false, 0.5), kBackground), "");
-}
-
-TEST(Fuse, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("fuse", kFusePanel, {{kFrames, "3"}}), "");
-  EXPECT_TRUE(BuildWith("fuse", {{"52", ""}}).frames.empty());
-}
-
-TEST(Fuse, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("fuse", {{kFrames, "2"}}), 1, 300), 0u);
 }
 
 }  // namespace

@@ -114,10 +114,5 @@ TEST(Gumdrops, EveryFrameIsThePlainReading) {
 
 TEST(Gumdrops, LoopsWithoutARest) { ExpectLoops("gumdrops", "Style007"); }
 
-TEST(Gumdrops, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("gumdrops", kGumdropsPanel, {{"Style007Frames", "3"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("gumdrops", {{"Style007Frames", "2"}, {"Style007Density", "6"}}), 3, 600), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

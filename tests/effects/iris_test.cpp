@@ -15,17 +15,11 @@ namespace {
 struct Effect {
   const char *name, *stem, *enable;
   std::array<int, 5> materials, irises;
-  const DialogTemplate& panel;
   std::string Key(const std::string& rest) const { return stem + rest; }
 };
 const Effect kIrisEffects[] = {
-    {"iris", "Style002", "FillEnable", {158, 160, 162, 165, 168}, {191, 195, 199, 203, 207}, kIrisPanel},
-    {"background-iris",
-     "Style013",
-     "BackgroundEnable",
-     {609, 611, 613, 616, 619},
-     {642, 646, 650, 654, 658},
-     kBackgroundIrisPanel}};
+    {"iris", "Style002", "FillEnable", {158, 160, 162, 165, 168}, {191, 195, 199, 203, 207}},
+    {"background-iris", "Style013", "BackgroundEnable", {609, 611, 613, 616, 619}, {642, 646, 650, 654, 658}}};
 
 TEST(Iris, TheCycleRunsOverTheEnabledMaterials) {
   for (const Effect& effect : kIrisEffects) {
@@ -196,13 +190,6 @@ TEST(IrisMask, TheMixDividesEachProductByItself) {
     }
   }
   EXPECT_FALSE(MixThroughMask({}, SolidDib(2, 2, 0), BlankMask(2, 2)));
-}
-
-TEST(Iris, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  for (const Effect& effect : kIrisEffects) {
-    EXPECT_EQ(FirstBadEnd(effect.name, effect.panel, {{effect.Key("Frames"), "5"}}), "");
-    EXPECT_EQ(FirstBadFailure(SmallJob(effect.name, {{effect.Key("Frames"), "10"}}), 3, 500), 0u);
-  }
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 #include "controls/read_controls.h"
 #include "effects/build_harness.h"
-#include "resources/templates.h"
+#include "effects/effect_table.h"
 
 namespace glyphmotion::test {
 
@@ -49,14 +49,14 @@ inline Settings OptionEnds(const DialogTemplate& panel) {
 }
 
 /// The first end at which a run of few frames fails, leaves blocks behind or has no frame; empty when none does. The
-/// extremes are tried in palette and alpha runs by turns.
-inline std::string FirstBadEnd(const std::string& effect, const DialogTemplate& panel, const Settings& few) {
+/// ends are tried in palette and alpha runs, alternating.
+inline std::string FirstBadEnd(const EffectDescriptor& effect, const Settings& few) {
   bool alpha = false;
-  for (const Job::Setting& end : OptionEnds(panel)) {
+  for (const Job::Setting& end : OptionEnds(*effect.panel)) {
     Settings settings = few;
     settings.push_back(end);
     if ((alpha = !alpha)) settings.emplace_back("62", "1");
-    const Built built = BuildWith(effect, settings);
+    const Built built = BuildWith(effect.name, settings);
     const bool done = built.result.status == RenderStatus::Done && !built.frames.empty();
     if (!done || built.result.blocks || built.result.locks)
       return end.first + "=" + end.second + ": " + built.result.message;

@@ -11,26 +11,19 @@ struct Bump {
   const char* effect;
   const char *frames, *length, *strength, *outline;
   const char *fill, *background;  // controls
-  const DialogTemplate& panel;
-  bool restCounts;  // Pinch: the resting frame is one more than half the frames
+  bool restCounts;                // Pinch: the resting frame is one more than half the frames
 };
-const Bump kBumps[] = {{"ripple", "Style001Frames", "Style001Wavesize", "Style001Range", "Style001OutlineEnable", "135",
-                        "137", kRipplePanel, false},
-                       {"pinch", "Style003Frames", "Style003Wavesize", "Style003Waveheight", "Style003OutlineEnable",
-                        "221", "223", kPinchPanel, true}};
+const Bump kBumps[] = {
+    {"ripple", "Style001Frames", "Style001Wavesize", "Style001Range", "Style001OutlineEnable", "135", "137", false},
+    {"pinch", "Style003Frames", "Style003Wavesize", "Style003Waveheight", "Style003OutlineEnable", "221", "223", true}};
 
 TEST(PassingBump, HalfTheFramesMoveAndTheLastOneRests) {
   for (const Bump& bump : kBumps) {
     for (int frames : {2, 3, 4, 9, 64}) {
       const Built built = BuildWith(bump.effect, {{bump.frames, std::to_string(frames)}});
-      const int steps = frames / 2 - (bump.restCounts ? 0 : 1);
-      std::vector<int> delays(static_cast<std::size_t>(steps), 4);
-      delays.push_back(104);
-      EXPECT_EQ(built.Delays(), delays) << bump.effect << " " << frames << " " << built.result.message;
-      ASSERT_EQ(built.progress.size(), static_cast<std::size_t>(steps)) << "the resting frame reports nothing";
-      for (int k = 0; k < steps; ++k) {
-        EXPECT_EQ(built.progress[static_cast<std::size_t>(k)], std::make_pair(std::int64_t{k}, std::int64_t{steps}));
-      }
+      const auto steps = static_cast<std::size_t>(frames / 2 - (bump.restCounts ? 0 : 1));
+      EXPECT_EQ(BadSchedule(built, steps + 1, {steps}, steps, static_cast<std::int64_t>(steps)), "")
+          << bump.effect << " " << frames << ": the resting frame reports nothing";
     }
   }
 }
@@ -95,15 +88,6 @@ TEST(PassingBump, PatternsRideTheBumpAndFlatColoursStay) {
   pattern.emplace_back("221", "gradient:#ff0000-#ff0000");
   EXPECT_FALSE(HasDarkRed(BuildWith("pinch", solid)));
   EXPECT_TRUE(HasDarkRed(BuildWith("pinch", pattern))) << "a squeezed pattern has black above and below";
-}
-
-TEST(PassingBump, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  for (const Bump& bump : kBumps) {
-    EXPECT_EQ(FirstBadEnd(bump.effect, bump.panel, {{bump.frames, "6"}, {bump.fill, "gradient:#ff0000-#0000ff"}}), "");
-    EXPECT_EQ(
-        FirstBadFailure(SmallJob(bump.effect, {{bump.frames, "4"}, {bump.fill, "gradient:#ff0000-#0000ff"}}), 3, 500),
-        0u);
-  }
 }
 
 }  // namespace

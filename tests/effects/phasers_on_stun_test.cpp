@@ -152,10 +152,5 @@ TEST(Phasers, LoopsWithoutARestAndTheSampleIsTheMiddle) {
   }
 }
 
-TEST(Phasers, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("phasers-on-stun", kPhasersOnStunPanel, {{"Style018Frames", "3"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("phasers-on-stun", {{"Style018Frames", "2"}}), 3, 600), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -15,15 +15,8 @@ TEST(Pulse, TheRunSwellsSinksAndRestsOnThePlainText) {
   for (const int frames : {2, 3, 24, 25}) {
     const Built built = BuildWith("pulse", {{kFrames, std::to_string(frames)}});
     const auto half = static_cast<std::size_t>(frames / 2);
-    ASSERT_EQ(built.frames.size(), 2 * half + 1) << built.result.message;
-    std::vector<int> delays(built.frames.size(), 4);
-    delays.back() = 104;
-    EXPECT_EQ(built.Delays(), delays);
-    ASSERT_EQ(built.progress.size(), 2 * half);
-    for (std::size_t i = 0; i < 2 * half; ++i) {
-      EXPECT_EQ(built.progress[i], std::make_pair(static_cast<std::int64_t>(i), std::int64_t{frames}));
-      EXPECT_EQ(built.frames[i], built.frames[2 * half - 1 - i]);
-    }
+    ASSERT_EQ(BadSchedule(built, 2 * half + 1, {2 * half}, 2 * half, frames), "");
+    for (std::size_t i = 0; i < 2 * half; ++i) EXPECT_EQ(built.frames[i], built.frames[2 * half - 1 - i]);
     EXPECT_EQ(built.frames[0], plain);
     EXPECT_EQ(built.frames[2 * half], plain) << "the plain text stands for two frames";
     EXPECT_EQ(built.Distinct(), half);
@@ -66,11 +59,6 @@ TEST(Pulse, LettersAndFillsBulgeTogether) {
       }
     }
   }
-}
-
-TEST(Pulse, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("pulse", kPulsePanel, {{kFrames, "4"}}), "");
-  EXPECT_EQ(FirstBadFailure(SmallJob("pulse", {{kFrames, "4"}}), 3, 500), 0u);
 }
 
 }  // namespace

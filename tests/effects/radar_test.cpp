@@ -86,21 +86,10 @@ TEST(Radar, OneLoopWithoutAPause) {
   } rows[] = {{0, 6}, {7, 30}, {16, 360}, {17, 360}, {21, 72}, {33, 6}};
   for (const auto& row : rows) {
     const Built built = BuildWith("radar", {{kIncrement, std::to_string(row.position)}});
-    EXPECT_EQ(built.Delays(), std::vector<int>(row.frames, 4)) << row.position;
-    ASSERT_EQ(built.progress.size(), row.frames);
-    for (std::size_t i = 0; i < row.frames; ++i)
-      EXPECT_EQ(built.progress[i], std::make_pair(static_cast<std::int64_t>(i), static_cast<std::int64_t>(row.frames)));
+    EXPECT_EQ(BadSchedule(built, row.frames, {}, row.frames, static_cast<std::int64_t>(row.frames)), "")
+        << row.position;
   }
   EXPECT_EQ(BuildWith("radar").frames.size(), 72u) << "the default increment is 5";
-}
-
-TEST(Radar, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("radar", kRadarPanel, {{kIncrement, "33"}}), "");
-  EXPECT_TRUE(BuildWith("radar", {{"52", ""}}).frames.empty());
-}
-
-TEST(Radar, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("radar", {{kIncrement, "33"}}), 1, 300), 0u);
 }
 
 }  // namespace

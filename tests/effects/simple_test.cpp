@@ -114,9 +114,5 @@ TEST(Simple, EmptyTextBuildsNothingAndSaysSo) {
   EXPECT_TRUE(built.frames.empty());
 }
 
-TEST(Simple, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("simple", {{kFrames, "2"}, {"MainPadding", "2"}}), 1, 400), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

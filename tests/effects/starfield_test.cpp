@@ -129,10 +129,7 @@ TEST(Starfield, AlphaRunsKeepTheBackgroundThatStarsNeed) {
   EXPECT_GT(count(behind.frames[0], 0), 20) << "the black background";
 }
 
-TEST(Starfield, EndsOfOptionsDoNoHarmAndNothingLeaks) {
-  EXPECT_EQ(FirstBadEnd("hyperspace", kHyperspacePanel, {{"Style006Frames", "2"}}), "");
-  EXPECT_EQ(FirstBadEnd("background-hyperspace", kBackgroundHyperspacePanel, {{"Style015Frames", "2"}}), "");
-  // Narrower than a star is thick.
+TEST(Starfield, FramesMayBeNarrowerThanAStarIsThick) {
   for (const Field& field : kFields) {
     for (const char* pad : {"1", "2"}) {
       Job narrow = BareJob(field.effect, field.stem, {{"MainFontSize", "4"}, {"MainPadding", pad}});
@@ -141,7 +138,6 @@ TEST(Starfield, EndsOfOptionsDoNoHarmAndNothingLeaks) {
       EXPECT_EQ(built.frames.size(), 96u) << built.result.message;
       EXPECT_LE(built.frames.at(0).width, 4);
     }
-    EXPECT_EQ(FirstBadFailure(SmallJob(field.effect, {{std::string(field.stem) + "Frames", "2"}}), 3, 600), 0u);
   }
 }
 

@@ -187,39 +187,5 @@ TEST(Warps, ScatterIsThePlainScatterAndLeavesTheGeneratorWhereItDoes) {
   }
 }
 
-TEST(Warps, SamplesDriftByHalfAPixelAndFadeIntoNothingAtTheBorder) {
-  const PackedDib dib = BlankMask(3, 2);
-  const DibView view(dib);
-  for (int x = 0; x < 3; ++x) {
-    view.SetPixel(x, 0, static_cast<std::uint32_t>(100 + x * 100 / 2));
-    view.SetPixel(x, 1, 200);
-  }
-  const struct {
-    double x, y;
-    std::uint32_t expected;
-  } rows[] = {
-      {0, -0.5, 125},     // between columns 0 and 1, on row 0
-      {-0.5, -0.5, 100},  // on the first pixel
-      {-1, -0.5, 50},     // half out at the left
-      {-1.5, -0.5, 0},    // a whole pixel out still counts, with weight 0
-      {2, -0.5, 100},     // half out at the right: 200 * 0.5
-      {2.5, -0.5, 0},     // beyond the width
-      {0, 1, 100},        // half out at the bottom
-      {-0.5, 0.25, 175},  // three quarters of the way to row 1
-      {-1.6, 0, 0},      {0, 1.5, 0},
-  };
-  for (const auto& row : rows) EXPECT_EQ(SampleBilinear(view, row.x, row.y), row.expected) << row.x << "," << row.y;
-  // Every depth and place agrees with the plain reading.
-  Dice dice(24);
-  for (const int bits : {1, 4, 8, 24, 32}) {
-    const PackedDib picture = RandomImage(dice, 7, 5, bits);
-    const DibView from(picture);
-    for (int i = 0; i < 2000; ++i) {
-      const double x = Roll(dice, -30, 90) / 10.0, y = Roll(dice, -3000, 7000) / 1000.0;
-      ASSERT_EQ(SampleBilinear(from, x, y), PlainSample(from, x, y)) << bits << " " << x << "," << y;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace glyphmotion

@@ -154,14 +154,5 @@ TEST(WhiteNoise, ATextureFillFreezesTheGrain) {
   }
 }
 
-TEST(WhiteNoise, EveryOptionMayStandAtItsEnds) {
-  EXPECT_EQ(FirstBadEnd("white-noise", kWhiteNoisePanel, {{kFrames, "2"}}), "");
-  EXPECT_TRUE(BuildWith("white-noise", {{"52", ""}}).frames.empty());
-}
-
-TEST(WhiteNoise, EveryAllocationMayFailNothingLeaks) {
-  EXPECT_EQ(FirstBadFailure(SmallJob("white-noise", {{kFrames, "2"}}), 1, 300), 0u);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -67,8 +67,8 @@ std::uint64_t HostCall(void*, std::uint32_t operation, std::uint64_t, std::uint6
 
 bool WriteFills() {
   std::size_t next = 0;
-  for (const DialogTemplate* panel : PanelTemplates()) {
-    for (const ControlTemplate& control : panel->controls) {
+  for (const EffectDescriptor* effect : Effects()) {
+    for (const ControlTemplate& control : effect->panel->controls) {
       if (control.kind != ControlKind::MaterialButton) continue;
       const MovableBlock block(LoadMaterial("", 0, false));
       std::string error;

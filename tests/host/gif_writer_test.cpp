@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "host/encoders/dib_reader.h"
+#include "host/encoders/gif_frame.h"
 #include "host/encoders/gif_palette.h"
 #include "host/host_helpers.h"
 
@@ -68,6 +69,7 @@ struct Decoded {
   std::string comment;
   bool loops = false;
   std::size_t coded = 0;  // pixels in all images
+  int withoutIndex = 0;   // images without a transparent index
 };
 
 struct Source {
@@ -119,10 +121,13 @@ Decoded Decode(const Bytes& bytes) {
         screen);
     gif.screens.push_back(screen);
     gif.delays.push_back(control.DelayTime);
+    gif.withoutIndex += control.TransparentColor == NO_TRANSPARENT_COLOR;
     if (control.DisposalMode != DISPOSE_BACKGROUND) continue;
+    // Some decoders paint the box where the frame has no transparent index.
+    const std::uint32_t cleared = control.TransparentColor == NO_TRANSPARENT_COLOR ? 0xFF123456 : 0;
     for (int y = 0; y < image.ImageDesc.Height; ++y)
       for (int x = 0; x < image.ImageDesc.Width; ++x)
-        screen[static_cast<std::size_t>((image.ImageDesc.Top + y) * gif.width + image.ImageDesc.Left + x)] = 0;
+        screen[static_cast<std::size_t>((image.ImageDesc.Top + y) * gif.width + image.ImageDesc.Left + x)] = cleared;
   }
   for (int e = 0; e < file->ExtensionBlockCount; ++e)
     if (file->ExtensionBlocks[e].Function == COMMENT_EXT_FUNC_CODE || file->ExtensionBlocks[e].Function == 0)
@@ -151,16 +156,31 @@ Animation Moving(int width, int height, int frames, unsigned colours, int noise)
   return animation;
 }
 
-void ExpectShown(const Animation& animation, int width, int height, const char* what) {
+// Every picture and its delay must come back. `halves`: of the pictures that may come as two images, because they have
+// 256 new colours and need a transparent index.
+void ExpectShown(const Animation& animation, int width, int height, const char* what, int halves = 0) {
   SCOPED_TRACE(what);
   const Decoded gif = Decode(WriteGif(animation, width, height));
   EXPECT_EQ(gif.width, width);
   EXPECT_EQ(gif.height, height);
   const std::vector<Screen> meant = Meant(animation, width, height);
-  ASSERT_EQ(gif.screens.size(), meant.size());
-  for (std::size_t i = 0; i < meant.size(); ++i) {
-    ASSERT_TRUE(gif.screens[i] == meant[i]) << "frame " << i;
-    EXPECT_EQ(gif.delays[i], animation[i].delay);
+  std::size_t image = 0;
+  for (std::size_t i = 0; i < meant.size(); ++i, ++image) {
+    ASSERT_LT(image, gif.screens.size());
+    int delay = gif.delays[image];
+    if (gif.screens[image] != meant[i] && halves > 0 && image + 1 < gif.screens.size()) {
+      --halves;
+      delay += gif.delays[++image];
+    }
+    ASSERT_TRUE(gif.screens[image] == meant[i]) << "frame " << i;
+    EXPECT_EQ(delay, animation[i].delay);
+  }
+  EXPECT_EQ(image, gif.screens.size());
+  const bool holes = std::any_of(meant.begin(), meant.end(), [](const Screen& screen) {
+    return std::find(screen.begin(), screen.end(), 0u) != screen.end();
+  });
+  if (holes && animation[0].transparentIndex >= 0) {
+    EXPECT_EQ(gif.withoutIndex, 0);
   }
 }
 
@@ -202,6 +222,22 @@ TEST(GifWriter, TransparencyShowsThroughOrStandsAlone) {
   ExpectShown(super, 50, 40, "reserved colour");
 }
 
+// The second picture has to clear the first one's pixels, and all its colours are new, or known.
+TEST(GifWriter, AFrameOf256ColoursMayNeedATransparentIndex) {
+  for (const bool isNew : {true, false})
+    for (const int delay : {1, 30}) {
+      Animation animation = {{32, 16, Bytes(512), RandomPalette(1), delay, -1, true},
+                             {16, 16, Bytes(256), RandomPalette(isNew ? 2 : 1), delay, -1, false},
+                             {32, 16, Bytes(512, 7), RandomPalette(2), delay, 7, true}};
+      for (std::size_t i = 0; i < 512; ++i) animation[0].indices[i] = static_cast<std::uint8_t>(i);
+      for (std::size_t i = 0; i < 256; ++i)
+        animation[1].indices[i] = static_cast<std::uint8_t>(isNew ? i : i / 16 * 32 + i % 16);
+      animation[1].indices[3] = 9;
+      animation[2].indices[3] = 1;
+      ExpectShown(animation, 32, 16, isNew ? "new colours" : "known colours", isNew ? 1 : 0);
+    }
+}
+
 TEST(GifWriter, PalettesMayDifferFromFrameToFrame) {
   Animation animation = Moving(70, 50, 6, 256, 30);
   for (std::size_t i = 0; i < animation.size(); ++i) animation[i].palette = RandomPalette(static_cast<unsigned>(i / 2));
@@ -233,11 +269,10 @@ TEST(GifWriter, HundredsOfPalettesStartTheNumberingAfresh) {
     animation[i].standAlone = true;
     animation[i].transparentIndex = static_cast<int>(i % 256);
   }
-  ExpectShown(animation, 16, 16, "and what was shown vanishes");
+  ExpectShown(animation, 16, 16, "and what was shown vanishes", 1);
 }
 
-// The ways to write a large frame are tried on its middle; what stands in the file is the whole frame nevertheless.
-TEST(GifWriter, LargeFramesMaySuddenlyCostMore) {
+TEST(GifWriter, LargeNoisyFramesAreShownAsMeant) {
   for (const int noise : {100, 30}) {
     Animation animation = Moving(250, 140, 6, 24, noise);
     for (Picture& p : Moving(250, 140, 6, 256, noise)) animation.push_back(std::move(p));
@@ -268,7 +303,7 @@ TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
       p.standAlone = random() % 2;
       animation.push_back(std::move(p));
     }
-    ExpectShown(animation, width, height, "random");
+    ExpectShown(animation, width, height, "random", 1);
   }
 }
 
@@ -320,12 +355,15 @@ TEST(GifWriter, OnlyWhatChangesIsCoded) {
 }
 
 // What the engine makes of an effect.
-Animation Effect(const char* effect, const char* text, const char* size, const char* option = "") {
+Animation Effect(const std::string& effect, const char* text, const char* size, const std::string& option = "",
+                 bool shadow = true) {
   Job job;
   job.text = text;
   job.effect = effect;
   job.defaults = {{"Truecolour", "0"}, {"14", "1"}, {"MainFontSize", size}};
-  if (*option) job.defaults.push_back({option, "1"});
+  if (!option.empty()) job.defaults.push_back({option, "1"});
+  for (const KeyInfo& key : shadow ? std::vector<KeyInfo>{} : Keys())
+    if (key.key.ends_with("ShadowEnable")) job.defaults.push_back({key.key, "0"});
   Animation animation;
   Sink sink;
   sink.image = [&](const Image& image) {
@@ -337,6 +375,16 @@ Animation Effect(const char* effect, const char* text, const char* size, const c
   };
   EXPECT_EQ(Render(job, sink).status, RenderStatus::Done) << effect;
   return animation;
+}
+
+// A thin text without a shadow leaves frames that show nothing, and frames that only clear.
+TEST(GifWriter, EveryEffectIsShownAsMeant) {
+  for (const std::string& effect : EffectNames())
+    for (const std::string option : {"", "MainDither", "MainTransparent", "MainSupercompress"})
+      for (const char* const text : {"\u2014", "Ab"}) {
+        const Animation animation = Effect(effect, text, "16", option, text[0] == 'A');
+        ExpectShown(animation, animation[0].width, animation[0].height, (effect + ' ' + text + ' ' + option).c_str());
+      }
 }
 
 // The same indices through giflib's plain encoder, and that file through gifsicle, which keeps frames that change
@@ -369,7 +417,7 @@ Bytes Gifsicle(const Animation& animation, int width, int height) {
   return testing::ReadBytes(folder / "small.gif");
 }
 
-TEST(GifWriter, IsNeverLargerThanGifsicle) {
+TEST(GifWriter, TheseAreNoLargerThanFromGifsicle) {
   Animation alone = Moving(300, 80, 10, 100, 0);
   for (Picture& p : alone) {
     p.transparentIndex = 0;
@@ -394,7 +442,11 @@ TEST(GifWriter, IsNeverLargerThanGifsicle) {
                {"noise", Effect("white-noise", "Hi", "16")},
                {"colours that only free pixels have", Effect("background-hyperspace", "This space for rent...", "16")},
                {"free pixels beside cleared ones", Effect("white-noise", "Hi", "48", "MainTransparent")},
-               {"tiny frames", Effect("laser", "A", "30")}};
+               {"tiny frames", Effect("laser", "A", "30")},
+               {"much is free and much is new", Effect("nebula", "This space for rent...", "72")},
+               {"the same with holes", Effect("nebula", "This space for rent...", "72", "MainTransparent")},
+               {"frames that change a lot", Effect("background-iris", "This space for rent...", "72")},
+               {"letters that vanish", Effect("background-iris", "This space for rent...", "72", "MainTransparent")}};
   for (const auto& c : cases) {
     const int width = c.animation[0].width, height = c.animation[0].height;
     const std::size_t ours = WriteGif(c.animation, width, height).size();
@@ -404,15 +456,21 @@ TEST(GifWriter, IsNeverLargerThanGifsicle) {
   }
 }
 
-// Frames of which much is free and much is new are tried in every way, whatever suited the last one.
-TEST(GifWriter, LargeFramesAreTriedAgainWhenTheyChange) {
-  for (const char* const option : {"", "MainTransparent"})
-    for (const char* const effect : {"nebula", "background-iris"}) {
-      const Animation animation = Effect(effect, "This space for rent...", "72", option);
-      const int width = animation[0].width, height = animation[0].height;
-      EXPECT_LE(WriteGif(animation, width, height).size(), Gifsicle(animation, width, height).size())
-          << effect << ' ' << option;
-    }
+// Threads rely on it.
+TEST(GifWriter, AFrameIsCompressedTheSameWhateverCameBefore) {
+  GifFrameCompressor used;
+  std::mt19937 random(4);
+  for (int round = 0; round < 12; ++round) {
+    GifPixels pixels;
+    for (const Picture& p : Moving(90, 60 + round * 8, 1, 1u << (round % 8 + 1), round * 3)) pixels.symbols = p.indices;
+    for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
+      pixels.kinds.push_back(static_cast<GifPixel>(i / 50 % 3 == 0 ? 0 : random() % (round < 7 ? 2 : 3)));
+    FindSlots(pixels);
+    GifPixels again = pixels;
+    GifFrameCompressor fresh;
+    const GifStream a = used.Compress(pixels, 8), b = fresh.Compress(again, 8);
+    EXPECT_TRUE(a.bytes == b.bytes && a.wildcard == b.wildcard && a.codeSize == b.codeSize) << round;
+  }
 }
 
 }  // namespace

@@ -65,11 +65,11 @@ TEST(ParseMaterial, Fountains) {
                 {"#f00,#0f0@0,#00f", 0x0000FF, {MakeMarker(1, 0x00FF00)}},
                 {"#f00@9,#0f0@0,#00f@0", 0x00FF00, {MakeMarker(1, 0xFF0000), MakeMarker(9, 0x0000FF)}}};
   for (const auto& row : atZero) {
-    const FountainSpec spec = Parse(std::string("fountain:") + row.stops).material.Fountain;
-    EXPECT_EQ(+spec.StartColour, row.start) << row.stops;
-    EXPECT_EQ(+spec.EndColour, 0xFF0000u) << row.stops;
-    const std::uint32_t* end = spec.Markers + spec.MarkerCount;
-    EXPECT_EQ(std::vector<std::uint32_t>(spec.Markers, end), row.markers) << row.stops;
+    const FountainSpec marked = Parse(std::string("fountain:") + row.stops).material.Fountain;
+    EXPECT_EQ(+marked.StartColour, row.start) << row.stops;
+    EXPECT_EQ(+marked.EndColour, 0xFF0000u) << row.stops;
+    const std::uint32_t* end = marked.Markers + marked.MarkerCount;
+    EXPECT_EQ(std::vector<std::uint32_t>(marked.Markers, end), row.markers) << row.stops;
   }
 }
 
@@ -136,6 +136,7 @@ TEST(ParseMaterial, ShippedNamesAreFoundAndNothingIsWritten) {
   SetFolderOverrides({});
 }
 
+#ifndef _WIN32  // where setenv does not exist
 TEST(ParseMaterial, LibrariesAreLookedForInTheirFoldersAndThoseAreNamed) {
   const std::string folder = TemporaryFile("elsewhere"), before = ShippedLibraryPath(kTileLibraryName);
   ASSERT_FALSE(before.empty());
@@ -149,6 +150,7 @@ TEST(ParseMaterial, LibrariesAreLookedForInTheirFoldersAndThoseAreNamed) {
   for (const std::string& place : ShippedFolders()) EXPECT_NE(sentence.find("'" + place + "'"), std::string::npos);
   unsetenv("GLYPHMOTION_DATA");
 }
+#endif
 
 TEST(ParseMaterial, FilesAndPictures) {
   const std::string path = TemporaryFile("text.mtrl");

@@ -112,18 +112,28 @@ char MnemonicOf(const ControlTemplate& control) {
   return mark ? static_cast<char>(std::tolower(static_cast<unsigned char>(mark[1]))) : '\0';
 }
 
-void ExpectUniqueMnemonics(const DialogTemplate& dialogTemplate) {
+/// Controls that are visible together; every button that says something has a letter, and OK has Enter.
+void ExpectMnemonics(const char* dialog, const Controls& shown) {
   std::map<char, std::string> taken;
-  for (const ControlTemplate& control : dialogTemplate.controls) {
+  for (const ControlTemplate& control : shown) {
     const char letter = MnemonicOf(control);
+    const bool says = std::any_of(control.caption, control.caption + std::strlen(control.caption),
+                                  [](unsigned char c) { return std::isalpha(c); });
+    EXPECT_TRUE(letter || control.kind != Kind::Button || !says) << dialog << ": " << control.caption;
     if (!letter) continue;
     const auto [at, isNew] = taken.emplace(letter, control.caption);
-    EXPECT_TRUE(isNew) << dialogTemplate.title << ": " << at->second << " and " << control.caption;
+    EXPECT_TRUE(isNew) << dialog << ": " << at->second << " and " << control.caption;
   }
 }
 
+std::vector<const DialogTemplate*> Panels() {
+  std::vector<const DialogTemplate*> panels;
+  for (const EffectDescriptor* effect : Effects()) panels.push_back(effect->panel);
+  return panels;
+}
+
 TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     const Controls all = DialogWith(*panel);
     for (std::size_t i = 0; i < all.size(); ++i) {
       const ControlTemplate& control = all[i];
@@ -140,7 +150,7 @@ TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
 
 TEST(Layout, EveryCaptionFitsItsControl) {
   Controls all = ControlsOf(kMainDialogTemplate);
-  for (const DialogTemplate* panel : PanelTemplates()) {
+  for (const DialogTemplate* panel : Panels()) {
     all.insert(all.end(), panel->controls.begin(), panel->controls.end());
   }
   for (const ControlTemplate& control : all) {
@@ -153,7 +163,7 @@ TEST(Layout, EveryCaptionFitsItsControl) {
 
 // A label stands directly before the control it names: that is how a mnemonic and a screen reader find it.
 TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
-  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  std::vector<const DialogTemplate*> all = Panels();
   all.push_back(&kMainDialogTemplate);
   for (const DialogTemplate* dialogTemplate : all) {
     const ControlTemplate* before = nullptr;
@@ -206,6 +216,13 @@ const EditorLayout kEditors[] = {{&kTextureDialogTemplate, 6, ShowsForTexture},
                                  {&kNamePrompt, 1, ShowsAlways},
                                  {&kRegistrationDialog, 1, ShowsAlways}};
 
+Controls ShownBy(const EditorLayout& editor, int kind) {
+  Controls shown;
+  std::copy_if(editor.dialog->controls.begin(), editor.dialog->controls.end(), std::back_inserter(shown),
+               [&](const ControlTemplate& control) { return editor.shows(control, kind); });
+  return shown;
+}
+
 // A label or an explanation before it, or a caption of its own; a number and its trackbar share one.
 bool IsNamed(const Controls& shown, std::size_t i) {
   const Kind kind = shown[i].kind;
@@ -218,9 +235,8 @@ bool IsNamed(const Controls& shown, std::size_t i) {
 TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
   for (const auto& [dialog, kinds, shows] : kEditors) {
     for (int kind = 0; kind < kinds; ++kind) {
-      Controls shown;
-      std::copy_if(dialog->controls.begin(), dialog->controls.end(), std::back_inserter(shown),
-                   [&](const ControlTemplate& control) { return shows(control, kind); });
+      const Controls shown = ShownBy({dialog, kinds, shows}, kind);
+      ExpectMnemonics(dialog->title, shown);
       for (std::size_t i = 0; i < shown.size(); ++i) {
         const ControlTemplate& control = shown[i];
         const std::string name = std::string(dialog->title) + " " + std::to_string(kind) + ": " + NameOf(control);
@@ -239,64 +255,118 @@ TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
         EXPECT_LE(lines * 8, control.height) << name;
       }
     }
-    ExpectUniqueMnemonics(*dialog);
   }
 }
 
-TEST(Layout, MnemonicsAreUniqueInTheDialogAndInEachPanel) {
-  ExpectUniqueMnemonics(kMainDialogTemplate);
-  for (const DialogTemplate* panel : PanelTemplates()) ExpectUniqueMnemonics(*panel);
-}
-
-// There are not enough letters for the dialog and its largest panels; a letter of both goes from one to the other. But
-// it presses a button only when it is that button's alone.
-TEST(Layout, NoPanelHasTheLetterOfAButton) {
-  std::map<char, std::string> buttons;
-  for (const ControlTemplate& control : kMainDialogTemplate.controls) {
-    if (control.kind == Kind::Button && MnemonicOf(control)) buttons.emplace(MnemonicOf(control), control.caption);
-  }
-  EXPECT_FALSE(buttons.empty());
-  for (const DialogTemplate* panel : PanelTemplates()) {
-    for (const ControlTemplate& control : panel->controls) {
-      EXPECT_EQ(buttons.count(MnemonicOf(control)), 0u) << panel->title << ": " << NameOf(control);
+TEST(Layout, EveryButtonHasALetterAndNoneIsSharedWithAnyPanel) {
+  for (const DialogTemplate* panel : Panels()) {
+    const Controls all = DialogWith(*panel);
+    ExpectMnemonics(panel->title, all);
+    for (const char* caption : {"A&dd comment", "&Build"}) {
+      EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const ControlTemplate& control) {
+        return !std::strcmp(control.caption, caption);
+      })) << caption;
     }
   }
 }
 
-struct Role {
-  const char* name;
+// --- Pixels ---
+
+/// A resolution, and the average character of the dialogs' font there: four units across, eight down.
+struct Screen {
+  int dots, width, height;
+};
+constexpr Screen kScreens[] = {{96, 6, 13},  {120, 7, 16}, {120, 8, 16},  {144, 8, 19}, {144, 9, 19},
+                               {144, 9, 20}, {144, 9, 21}, {192, 11, 25}, {192, 12, 26}};
+
+int Pixels(int units, int base, int divisor) { return (2 * units * base + divisor) / (2 * divisor); }
+
+struct PixelPlace {
+  int left, top, right, bottom;
+};
+
+/// The system rounds a place and a size; what is added to a dialog has both its corners rounded. Drawn controls with
+/// cells or a bar of a fixed size take that.
+PixelPlace PixelsOf(const ControlTemplate& control, const Screen& screen, bool isAdded) {
+  const int left = Pixels(control.x, screen.width, 4), top = Pixels(control.y, screen.height, 8);
+  int width = Pixels(control.width, screen.width, 4), height = Pixels(control.height, screen.height, 8);
+  if (isAdded) {
+    width = Pixels(control.x + control.width, screen.width, 4) - left;
+    height = Pixels(control.y + control.height, screen.height, 8) - top;
+  }
+  const auto fix = [&](int across, int down) {
+    width = (across * screen.dots + 48) / 96;
+    height = (down * screen.dots + 48) / 96;
+  };
+  if (control.kind == Kind::ShadowDirection || control.kind == Kind::ScrollFour) fix(75, 75);
+  if (control.kind == Kind::ScrollTwo || control.kind == Kind::ScrollAxis) fix(50, 25);
+  if (control.kind == Kind::FountainButton) fix(197, 50);
+  return {left, top, left + width, top + height};
+}
+
+void ExpectNoSharedPixel(const std::string& name, const Controls& shown, std::size_t firstAdded) {
+  for (const Screen& screen : kScreens) {
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+      if (shown[i].kind == Kind::Group) continue;  // it lies around others
+      const PixelPlace a = PixelsOf(shown[i], screen, i >= firstAdded);
+      for (std::size_t j = i + 1; j < shown.size(); ++j) {
+        const PixelPlace b = PixelsOf(shown[j], screen, j >= firstAdded);
+        const bool overlap = a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+        EXPECT_FALSE(overlap && shown[j].kind != Kind::Group)
+            << name << " at " << screen.dots << " (" << screen.width << " x " << screen.height
+            << "): " << NameOf(shown[i]) << " / " << NameOf(shown[j]);
+      }
+    }
+  }
+}
+
+TEST(Layout, NoPixelBelongsToTwoControlsOnAnyScreen) {
+  for (const DialogTemplate* panel : Panels()) {
+    ExpectNoSharedPixel(panel->title, DialogWith(*panel), kMainDialogTemplate.controls.size());
+  }
+  for (const EditorLayout& editor : kEditors) {
+    for (int kind = 0; kind < editor.kinds; ++kind) {
+      const Controls shown = ShownBy(editor, kind);
+      ExpectNoSharedPixel(editor.dialog->title, shown, shown.size());
+    }
+  }
+  for (const DialogTemplate* box : {&kMessageBox, &kQuestionBox, &kAboutBox}) {
+    ExpectNoSharedPixel(box->title, ControlsOf(*box), box->controls.size());
+  }
+}
+
+struct RoleKind {
   int PanelRoles::*control;
   Kind kind;
 };
-constexpr Role kRoles[] = {{"fill", &PanelRoles::fill, Kind::MaterialButton},
-                           {"shadow", &PanelRoles::shadow, Kind::MaterialButton},
-                           {"background", &PanelRoles::background, Kind::MaterialButton},
-                           {"outline", &PanelRoles::outline, Kind::ColourButton},
-                           {"fill opacity", &PanelRoles::fillOpacity, Kind::NumberEdit},
-                           {"shadow opacity", &PanelRoles::shadowOpacity, Kind::NumberEdit},
-                           {"softness", &PanelRoles::softness, Kind::NumberEdit},
-                           {"shadow offset", &PanelRoles::shadowOffset, Kind::NumberEdit},
-                           {"shadow direction", &PanelRoles::shadowDirection, Kind::ShadowDirection},
-                           {"shadow enable", &PanelRoles::shadowEnable, Kind::Check},
-                           {"outline enable", &PanelRoles::outlineEnable, Kind::Check}};
+constexpr RoleKind kRoles[] = {{&PanelRoles::fill, Kind::MaterialButton},
+                               {&PanelRoles::shadow, Kind::MaterialButton},
+                               {&PanelRoles::background, Kind::MaterialButton},
+                               {&PanelRoles::outline, Kind::ColourButton},
+                               {&PanelRoles::fillOpacity, Kind::NumberEdit},
+                               {&PanelRoles::shadowOpacity, Kind::NumberEdit},
+                               {&PanelRoles::softness, Kind::NumberEdit},
+                               {&PanelRoles::shadowOffset, Kind::NumberEdit},
+                               {&PanelRoles::shadowDirection, Kind::ShadowDirection},
+                               {&PanelRoles::shadowEnable, Kind::Check},
+                               {&PanelRoles::outlineEnable, Kind::Check}};
 
-// An effect's renderer and its panel must mean the same control, and a role has one place in all panels.
-TEST(Panels, RolesAreWhereTheEffectsReadThemAndInOnePlace) {
-  for (const Role& role : kRoles) {
+// A role has one place in all panels and is of one kind; no effect is without a fill, a background and an outline.
+TEST(Panels, RolesAreInOnePlace) {
+  for (const RoleKind& role : kRoles) {
     const ControlTemplate* first = nullptr;
-    for (int i = 0; i < kEffectCount; ++i) {
-      ASSERT_NE(EffectRow(i).roles, nullptr) << EffectRow(i).name;
-      const int id = EffectRow(i).roles->*role.control;
+    for (const EffectDescriptor* effect : Effects()) {
+      const int id = effect->panel->roles.*role.control;
       if (!id) continue;
-      const DialogTemplate* panel = nullptr;
-      const ControlTemplate* control = FindControlOfId(id, &panel);
-      ASSERT_NE(control, nullptr) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(panel, EffectRow(i).panel) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(control->kind, role.kind) << EffectRow(i).name << " " << role.name;
+      const ControlTemplate* control = FindControlOfId(id);
+      EXPECT_EQ(control->kind, role.kind) << effect->name << " " << id;
       if (!first) first = control;
-      EXPECT_EQ(control->x, first->x) << EffectRow(i).name << " " << role.name;
-      EXPECT_EQ(control->y, first->y) << EffectRow(i).name << " " << role.name;
+      EXPECT_TRUE(control->x == first->x && control->y == first->y) << effect->name << " " << id;
     }
+  }
+  for (const EffectDescriptor* effect : Effects()) {
+    const PanelRoles& roles = effect->panel->roles;
+    EXPECT_TRUE(roles.fill && roles.background && roles.outline && roles.outlineEnable) << effect->name;
   }
 }
 
@@ -305,15 +375,11 @@ TEST(Panels, IdsAreUniqueAndInTheRangeThatIsShownAndHidden) {
   for (const ControlTemplate& control : kMainDialogTemplate.controls) {
     EXPECT_TRUE(control.id == -1 || ids.insert(control.id).second) << control.id;
   }
-  ASSERT_EQ(PanelTemplates().size(), static_cast<std::size_t>(kEffectCount));
-  for (int i = 0; i < kEffectCount; ++i) {
-    const DialogTemplate& panel = *PanelTemplates()[static_cast<std::size_t>(i)];
-    EXPECT_EQ(&panel, EffectRow(i).panel);
-    EXPECT_STREQ(panel.title, EffectRow(i).name);
-    for (const ControlTemplate& control : panel.controls) {
-      EXPECT_TRUE(ids.insert(control.id).second) << panel.title << " " << control.id;
+  for (const DialogTemplate* panel : Panels()) {
+    for (const ControlTemplate& control : panel->controls) {
+      EXPECT_TRUE(ids.insert(control.id).second) << panel->title << " " << control.id;
       const int base = control.kind == Kind::UpDown ? control.id - kUpDownOffset : control.id;
-      EXPECT_TRUE(base >= 100 && base <= 1198) << panel.title << " " << control.id;
+      EXPECT_TRUE(base >= 100 && base <= 1198) << panel->title << " " << control.id;
     }
   }
 }
@@ -328,7 +394,7 @@ TEST(Panels, KeysAndControlsAnswerEachOther) {
   std::map<std::string, const SettingsRow*> rows;
   for (const SettingsRow& row : SettingsTable()) rows[row.key] = &row;
   std::set<std::string> bound;
-  std::vector<const DialogTemplate*> all(PanelTemplates().begin(), PanelTemplates().end());
+  std::vector<const DialogTemplate*> all = Panels();
   all.push_back(&kMainDialogTemplate);
   for (const DialogTemplate* dialogTemplate : all) {
     std::string stem;

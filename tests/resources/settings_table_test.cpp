@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <map>
 #include <set>
@@ -20,20 +21,10 @@ TEST(SettingsTable, KeysAreUniqueAndEachHasOneKind) {
     EXPECT_TRUE(!(row.flags & kSettingSwitch) || row.defaultNumber <= 1) << row.key;
     if (row.number) ++numbers[row.number];
   }
-  EXPECT_EQ(keys.size(), 354u);
+  const auto ofEffects =
+      std::count_if(keys.begin(), keys.end(), [](const auto& key) { return key.starts_with("Style"); });
+  EXPECT_EQ(keys.size() - static_cast<std::size_t>(ofEffects), 43u) << "the effects' own stand in their panels";
   EXPECT_EQ(numbers, (std::map<std::uint32_t, int>{{100, 1}, {101, 1}, {102, 1}, {103, 1}}));
-}
-
-TEST(SettingsTable, EveryEffectHasItsKeys) {
-  constexpr int kCounts[] = {12, 5, 23, 5, 14, 18, 15, 24, 13, 12, 13, 13, 11, 23, 13, 15, 12, 11, 22, 24, 13};
-  std::map<std::string, int> counts;
-  for (const SettingsRow& row : SettingsTable()) {
-    const std::string key = row.key;
-    if (key.starts_with("Style")) ++counts[key.substr(5, 3)];
-  }
-  ASSERT_EQ(counts.size(), std::size(kCounts));
-  int stem = 0;
-  for (const auto& [name, count] : counts) EXPECT_EQ(count, kCounts[stem++]) << name;
 }
 
 TEST(SettingsTable, SpecialRowsHaveTheirFlags) {

@@ -73,7 +73,7 @@ class EditorsOfTheMainDialog : public testing::Test {
     table.hostFlags = HostFlagPaletteFormat | HostFlagTrueColorFormat;
     const ModalDriver before = SetModalDriver([&](Dialog& dialog, int id) {
       if (id != kMainDialogTemplate.id) return editor(dialog, id);
-      body(dialog, EffectRow(std::max(GetSelection(dialog, ControlId::Effect), 0)).roles->fill);
+      body(dialog, EffectRow(std::max(GetSelection(dialog, ControlId::Effect), 0)).panel->roles.fill);
     });
     RunModal(kMainDialogTemplate, nullptr, MainDialogProcedure, &table);
     SetModalDriver(before);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The main dialog as a person, a host and a screen meet it.
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <random>
 #include <set>
@@ -8,6 +10,7 @@
 #include "effects/effect_table.h"
 #include "image/packed_dib.h"
 #include "main_dialog_fixture.h"
+#include "materials/library_file.h"
 #include "resources/box_templates.h"
 #include "resources/strings.h"
 #include "shell/documents.h"
@@ -115,8 +118,8 @@ TEST_F(MainDialogTest, OnePanelShowsAndItIsThatOfTheChosenEffect) {
 
 TEST_F(MainDialogTest, EveryControlStartsWithItsSetting) {
   RunDialog(kBothHost, [&](Dialog& dialog) {
-    for (const DialogTemplate* panel : PanelTemplates()) {
-      for (const ControlTemplate& control : panel->controls) {
+    for (const EffectDescriptor* effect : Effects()) {
+      for (const ControlTemplate& control : effect->panel->controls) {
         const Variable* variable = control.key ? FindVariable(control.key) : nullptr;
         const auto number = variable ? static_cast<int>(variable->row->defaultNumber) : 0;
         if (control.kind == ControlKind::NumberEdit && variable) {
@@ -195,8 +198,12 @@ TEST_F(MainDialogTest, ChangesAreStoredAndOnlyThoseThatShowRepaintTheSample) {
     EXPECT_EQ(NumberVariable("MainFontBold"), 0u);
     EXPECT_EQ(repaintsOf([&] { Type(dialog, 114, "7"); }), 1);
     EXPECT_EQ(NumberVariable("Style000Soft"), 7u);
+    SetFocus(dialog, 114);
+    EXPECT_EQ(repaintsOf([&] { Type(dialog, 114, "abc-9999"); }), 1);
     EXPECT_EQ(repaintsOf([&] { Type(dialog, 114, "9999"); }), 1);
     EXPECT_EQ(ReadNumber(dialog, 114), 40);
+    EXPECT_EQ(repaintsOf([&] { SetFocus(dialog, Build); }), 1);
+    EXPECT_EQ(GetText(dialog, 114), "40") << "a field that is left shows what is used";
     EXPECT_EQ(repaintsOf([&] {
                 for (int i = 0; i < 5; ++i) Send(dialog, {kMessageCommand, ControlId::Italic, kClicked});
               }),
@@ -520,9 +527,11 @@ Look LookOf(Dialog& dialog, int id, DrawRequest request = {}, bool* painted = nu
   return pixels;
 }
 
-TEST_F(MainDialogTest, ButtonsAreSkinnedWhenTheHostAsksAndThenShowTheirStates) {
-  for (const bool skinned : {false, true}) {
-    skinned_ = skinned;
+TEST_F(MainDialogTest, ButtonsAreSkinnedWhenTheHostAsksButNotInHighContrastAndThenShowTheirStates) {
+  for (const int round : {0, 1, 2}) {
+    skinned_ = round != 0;
+    responder_.highContrast = round == 1;
+    const bool skinned = round == 2;
     RunDialog(kBothHost, [&](Dialog& dialog) {
       for (const int id : {Build, Cancel, Help, Register, About, MainControl::Test, OpenSave}) {
         bool painted = false;
@@ -585,9 +594,10 @@ TEST_F(MainDialogTest, TheAboutBoxSaysWhatThisIsAndCloses) {
 
 TEST_F(MainDialogTest, HelpIsTheHostsAndItsRefusalIsTold) {
   std::uint64_t shown = 1;
+  std::string topic = "PREFACE";
   host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {
     if (operation != HostOpShowHelp) return 0;
-    EXPECT_STREQ(At<const char>(b), "TLMPLGM4.HTML#PREFACE");
+    EXPECT_EQ(At<const char>(b), "TLMPLGM4.HTML#" + topic);
     return shown;
   };
   RunDialog(kBothHost, [&](Dialog& dialog) {
@@ -597,8 +607,32 @@ TEST_F(MainDialogTest, HelpIsTheHostsAndItsRefusalIsTold) {
     Click(dialog, Help);
     EXPECT_EQ(messages_.size(), 1u);
     EXPECT_FALSE(HasEnded(dialog));
+    // F1: the part with the keyboard. Every topic is in the page.
+    shown = 1;
+    std::string page;
+    ASSERT_TRUE(ReadFileBytes(GLYPHMOTION_SOURCE_DIR "/share/glyphmotion/TLMPLGM4.HTML", page));
+    const auto ask = [&](int control, const std::string& expected) {
+      topic = expected;
+      const int before = host.Count(HostOpShowHelp);
+      PressKey(dialog, control, kKeyF1);
+      EXPECT_EQ(host.Count(HostOpShowHelp), before + 1) << control;
+      EXPECT_NE(page.find(" id=\"" + topic + "\""), std::string::npos) << topic;
+    };
+    const std::pair<int, const char*> parts[] = {
+        {Help, "PREFACE"},   {ControlId::Text, "TEXT"},    {ControlId::Size, "TEXT"},
+        {Build, "OUTPUT"},   {ControlId::Delay, "OUTPUT"}, {MainControl::Palette, "OUTPUT"},
+        {OpenSave, "FILES"}, {100, "MATERIALS"},           {110, "COMMON"},
+        {120, "COMMON"}};
+    Choose(dialog, ControlId::Effect, 17);
+    for (const auto& [control, expected] : parts) ask(control, expected);
+    for (int effect = 0; effect < kEffectCount; ++effect) {
+      Choose(dialog, ControlId::Effect, effect);
+      std::string name = EffectRow(effect).name;
+      std::transform(name.begin(), name.end(), name.begin(),
+                     [](unsigned char c) { return static_cast<char>(c == ' ' ? '-' : std::toupper(c)); });
+      ask(ControlId::Effect, name);
+    }
   });
-  EXPECT_EQ(host.Count(HostOpShowHelp), 2);
 }
 
 TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
@@ -612,8 +646,8 @@ TEST_F(MainDialogTest, AnyAllocationOfTheStartMayFail) {
     FailAllocation(n);
     RunDialog(kBothHost, [&](Dialog& dialog) {
       // A dialog that opens has all its fills and directions: none of them may silently be another.
-      for (const DialogTemplate* panel : PanelTemplates()) {
-        for (const ControlTemplate& control : panel->controls) {
+      for (const EffectDescriptor* effect : Effects()) {
+        for (const ControlTemplate& control : effect->panel->controls) {
           if (control.kind >= ControlKind::ShadowDirection || control.kind == ControlKind::MaterialButton) {
             ASSERT_NE(GetData(dialog, control.id), 0u) << control.id << " of allocation " << n;
           }

@@ -75,7 +75,7 @@ void RandomiseControl(Dialog& dialog, int id, std::mt19937& random) {
     case ControlKind::Check:
       return SetCheck(dialog, id, static_cast<int>(random() % 2));
     case ControlKind::NumberEdit: {
-      const NumberRange range = ParseRange(GetText(dialog, id + kUpDownOffset));
+      const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
       const auto span = static_cast<std::uint32_t>(range.maximum - range.minimum) + 1;
       return SetNumber(dialog, id, range.minimum + static_cast<int>(random() % span));
     }
@@ -133,8 +133,11 @@ TEST(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
     EXPECT_NE(Lines(folder / "fresh.gm4"), written);
     EXPECT_EQ(Lines(folder / "read.gm4"), written) << "seed " << seed;
 
+    RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "next.gm4"); });
+    EXPECT_EQ(Lines(folder / "next.gm4").at("SPNBTN511"), written.at("SPNBTN511")) << "within one process";
     ResetVariables();
     RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "later.gm4"); });
+    EXPECT_EQ(Lines(folder / "later.gm4").at("SPNBTN511"), "20");
     const auto later = Lines(folder / "later.gm4");
     for (const auto& [control, value] : written) {
       // Materials have files of their own, Custom palette lives for one run, a palette format allows no alpha, and the

@@ -32,6 +32,18 @@ TEST(Library, ExportsItsTwoFunctionsAndNothingElse) {
 }
 
 // What a Windows has without anything being installed.
+// Built twice from the same sources it is the same file.
+TEST(Library, HoldsNoTimeOfItsBuilding) {
+  const auto* image = reinterpret_cast<const std::uint8_t*>(Library());
+  const auto* header =
+      reinterpret_cast<const IMAGE_NT_HEADERS*>(image + reinterpret_cast<const IMAGE_DOS_HEADER*>(image)->e_lfanew);
+  const IMAGE_DATA_DIRECTORY* tables = header->OptionalHeader.DataDirectory;
+  const auto* names =
+      reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + tables[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress);
+  EXPECT_EQ(header->FileHeader.TimeDateStamp, 0u);
+  EXPECT_EQ(names->TimeDateStamp, 0u);
+}
+
 TEST(Library, NeedsTheSystemAlone) {
   const std::set<std::string> system = {"advapi32", "comctl32", "comdlg32", "gdi32",   "gdiplus", "imm32",  "kernel32",
                                         "msimg32",  "msvcrt",   "ole32",    "shell32", "user32",  "uxtheme"};

@@ -8,7 +8,9 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <vector>
 
+#include "effects/effect_table.h"
 #include "plugin_host.h"
 #include "plugin_user.h"
 // After windows.h:
@@ -17,7 +19,6 @@
 namespace glyphmotion::test {
 namespace {
 
-constexpr int kEffects = 21;
 constexpr int kUpDownOffset = 10000;
 constexpr const char* kFolder = "C:\\glyphmotion documents";
 
@@ -42,12 +43,12 @@ std::set<int> VisibleOptions(HWND dialog) {
 
 TEST(Effects, EachHasItsOptionsAndBuilds) {
   std::set<std::set<int>> panels;
-  for (int effect = 0; effect < kEffects; ++effect) {
+  for (int effect = 0; effect < kEffectCount; ++effect) {
     host = {};
     std::string name;
     EXPECT_EQ(RunDialog(effect % 2 ? kTrueColour : kBothFormats,
                         [&](HWND dialog) {
-                          EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0), kEffects);
+                          EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCOUNT, 0, 0), kEffectCount);
                           AskForLittle(dialog);
                           Choose(dialog, kEffect, effect);
                           EXPECT_TRUE(panels.insert(VisibleOptions(dialog)).second)
@@ -88,15 +89,44 @@ bool IsCutOff(HWND control) {
   return wanted.right + (isButton ? kCheckBox : 0) > room.right + kWinesFont || wanted.bottom > room.bottom;
 }
 
-TEST(Effects, NoTextIsCutOff) {
+/// A group box lies around others.
+bool IsGroup(HWND control) {
+  char name[16] = "";
+  GetClassNameA(control, name, sizeof name);
+  return !std::strcmp(name, "Button") && (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
+void ExpectNothingOverlaps(HWND dialog, const std::string& where) {
+  std::vector<HWND> shown;
+  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (IsWindowVisible(child) && !IsGroup(child)) shown.push_back(child);
+  }
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    for (std::size_t j = i + 1; j < shown.size(); ++j) {
+      RECT a{}, b{}, shared{};
+      GetWindowRect(shown[i], &a);
+      GetWindowRect(shown[j], &b);
+      EXPECT_FALSE(IntersectRect(&shared, &a, &b))
+          << GetDlgCtrlID(shown[i]) << " and " << GetDlgCtrlID(shown[j]) << ", " << where;
+    }
+  }
+}
+
+TEST(Effects, NoTextIsCutOffAndNothingOverlaps) {
   RunDialog(kBothFormats, [](HWND dialog) {
-    for (int effect = 0; effect < kEffects; ++effect) {
+    for (int effect = 0; effect < kEffectCount; ++effect) {
       Choose(dialog, kEffect, effect);
       for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         char text[256] = "";
         GetWindowTextA(child, text, sizeof text);
         EXPECT_FALSE(IsWindowVisible(child) && IsCutOff(child)) << text << ", effect " << effect;
       }
+      ExpectNothingOverlaps(dialog, "effect " + std::to_string(effect));
+    }
+    for (const int editor : {0, 1, 2}) {
+      const HWND window = OpenEditor(dialog, editor);
+      ExpectNothingOverlaps(window, kEditors[editor]);
+      CloseEditor(window, IDCANCEL);
     }
   });
 }
@@ -140,7 +170,7 @@ TEST(Options, AnyTextIsBuiltWhicheverWayItCame) {
     Type(dialog, kSize, "10");
     for (const std::wstring& text : texts) {
       SendDlgItemMessageW(dialog, kText, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-      for (int effect = 0; effect < kEffects; ++effect) {
+      for (int effect = 0; effect < kEffectCount; ++effect) {
         const HWND combo = GetDlgItem(dialog, kEffect);
         SendMessageA(combo, CB_SETCURSEL, static_cast<WPARAM>(effect), 0);
         PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(kEffect, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
@@ -202,6 +232,19 @@ TEST(Numbers, ArrowsKeepToTheRangeAndWhatIsTypedIsClampedWhenRead) {
     Type(dialog, kPad, "1");
     for (int i = 0; i < 3; ++i) PressKey(dialog, kPad, VK_DOWN);
     EXPECT_EQ(TextOf(dialog, kPad), "0");
+    // Letters and signs go nowhere; what gets in all the same gives way to what is used.
+    SendDlgItemMessageA(dialog, kPad, EM_SETSEL, 0, -1);
+    for (const char c : {'a', '-', '4', '.', '2'})
+      SendDlgItemMessageA(dialog, kPad, WM_CHAR, static_cast<WPARAM>(c), 1);
+    EXPECT_EQ(TextOf(dialog, kPad), "42");
+    for (const auto& [typed, used] : {std::pair{"abc-9999", "0"}, {"9999", "512"}, {"007", "7"}}) {
+      SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, kPad)), TRUE);
+      Type(dialog, kPad, typed);
+      EXPECT_EQ(TextOf(dialog, kPad), typed);
+      SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, kBuild)), TRUE);
+      EXPECT_EQ(TextOf(dialog, kPad), used);
+    }
+    Type(dialog, kPad, "0");
     Type(dialog, kDelay, "9999");
     PressTest(dialog);
     ASSERT_FALSE(host.images.empty());
@@ -278,17 +321,49 @@ TEST_F(Documents, WhatIsNoneOrIsGoneIsTold) {
   });
 }
 
-TEST_F(Documents, TheMenuOffersThem) {
+TEST_F(Documents, TheMenuOffersThemBelowTheButtonWhenThePointerIsElsewhere) {
   RunDialog(kPalette, [](HWND dialog) {
+    SetCursorPos(1, 1);
     PostMessageA(GetDlgItem(dialog, kOpenSave), BM_CLICK, 0, 0);
     HWND menu = nullptr;
     ASSERT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) != nullptr && IsWindowVisible(menu); }));
+    RECT place{}, button{};
+    GetWindowRect(menu, &place);
+    GetWindowRect(GetDlgItem(dialog, kOpenSave), &button);
+    EXPECT_EQ(place.left, button.left);
+    EXPECT_EQ(place.top, button.bottom);
     const auto handle = reinterpret_cast<HMENU>(SendMessageA(menu, MN_GETHMENU, 0, 0));
     EXPECT_EQ(GetMenuItemCount(handle), 3);
     for (const int id : {kOpen, kSave, kSaveAs})
       EXPECT_EQ(GetMenuState(handle, static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED, 0u);
     PostMessageA(dialog, WM_CANCELMODE, 0, 0);
     EXPECT_TRUE(WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); }));
+  });
+}
+
+TEST_F(Documents, AFileDialogOfTheHostsSizeLaysOutItsContents) {
+  constexpr int kWidth = 900, kHeight = 640, kNearby = 140;
+  host.instead = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
+    if (operation != HostOpGetFileDialogSize) return std::nullopt;
+    auto* size = reinterpret_cast<std::int32_t*>(b);
+    size[0] = kWidth;
+    size[1] = kHeight;
+    return 1;
+  };
+  RunDialog(kPalette, [&](HWND dialog) {
+    Command(dialog, kSaveAs);
+    const HWND files = WaitForDialog("Save", IDCANCEL);
+    RECT whole{}, cancel{};
+    WaitUntil([&] { return GetWindowRect(files, &whole) && whole.right - whole.left == kWidth; });
+    EXPECT_EQ(whole.bottom - whole.top, kHeight);
+    WaitUntil([&] {
+      GetWindowRect(GetDlgItem(files, IDCANCEL), &cancel);
+      return whole.bottom - cancel.bottom < kNearby;
+    });
+    EXPECT_LT(whole.right - cancel.right, kNearby) << "Cancel stays in its corner";
+    EXPECT_LT(whole.bottom - cancel.bottom, kNearby);
+    PostMessageA(files, WM_COMMAND, IDCANCEL, 0);
+    EXPECT_TRUE(WaitUntil([&] { return !IsWindow(files); }));
   });
 }
 

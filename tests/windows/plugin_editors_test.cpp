@@ -45,6 +45,35 @@ TEST(Editors, NothingIsLeftOfThem) {
 }
 
 // The host's window is closed, or the dialog itself is told to go, while an editor stands over it.
+// Its text in grey would lie on its text in black.
+TEST(Editors, ALabelThatIsDisabledOrEnabledLeavesNothingOfWhatWasThere) {
+  constexpr int kTwoColour = 118, kMultiColour = 119, kStartLabel = 207;
+  constexpr COLORREF kInk = 0x0000FF;
+  RunDialog(kBothFormats, [&](HWND dialog) {
+    const HWND gradient = OpenEditor(dialog, 0), label = GetDlgItem(gradient, kStartLabel);
+    RECT place{};
+    GetClientRect(label, &place);
+    for (const int choice : {kMultiColour, kTwoColour}) {
+      WaitForPainting(gradient);
+      const HDC context = GetDC(label);
+      const HBRUSH ink = CreateSolidBrush(kInk);
+      FillRect(context, &place, ink);
+      DeleteObject(ink);
+      EXPECT_EQ(GetPixel(context, 1, 1), kInk);
+      Press(gradient, choice);
+      EXPECT_EQ(IsEnabled(gradient, kStartLabel), choice == kTwoColour);
+      WaitForPainting(gradient);
+      int left = 0;
+      for (int y = 0; y < place.bottom; ++y) {
+        for (int x = 0; x < place.right; ++x) left += GetPixel(context, x, y) == kInk;
+      }
+      EXPECT_EQ(left, 0) << choice;
+      ReleaseDC(label, context);
+    }
+    CloseEditor(gradient, IDCANCEL);
+  });
+}
+
 TEST(Editors, GoWithTheWindowsBelow) {
   for (const bool owners : {true, false}) {
     for (int editor = 0; editor < 3; ++editor) {

@@ -11,13 +11,13 @@
 #include <sstream>
 #include <vector>
 
+#include "effects/effect_table.h"
 #include "plugin_host.h"
 #include "plugin_user.h"
 
 namespace glyphmotion::test {
 namespace {
 
-constexpr int kEffects = 21;
 constexpr int kSimple = 17, kFill = 100, kOutline = 106, kShadowDirection = 120;
 
 std::string ClassOf(HWND window) {
@@ -73,7 +73,7 @@ std::vector<HWND> RoundByTab(HWND dialog, HWND first) {
 TEST(Keyboard, TabGoesThroughTheDialogAsItIsReadAndBack) {
   RunDialog(kBothFormats, [](HWND dialog) {
     const HWND first = GetDlgItem(dialog, kText);
-    for (int effect = 0; effect < kEffects; ++effect) {
+    for (int effect = 0; effect < kEffectCount; ++effect) {
       Choose(dialog, kEffect, effect);
       const std::vector<HWND> order = TabOrder(dialog, first);
       EXPECT_EQ(std::set<HWND>(order.begin(), order.end()), TabStops(dialog)) << "effect " << effect;
@@ -130,7 +130,7 @@ void PressLetter(HWND dialog, char letter) {
   Settle(dialog);
 }
 
-// From the control before: a letter that several share leads to the next of them.
+// From the control before.
 void ExpectLettersReach(HWND dialog, std::size_t atLeast) {
   const std::vector<NamedControl> named = NamedControls(dialog);
   EXPECT_GE(named.size(), atLeast);
@@ -138,11 +138,8 @@ void ExpectLettersReach(HWND dialog, std::size_t atLeast) {
     GiveFocus(dialog, GetNextDlgTabItem(dialog, target, TRUE));
     const LRESULT before = SendMessageA(target, BM_GETCHECK, 0, 0);
     PressLetter(dialog, letter);
-    const bool isAlone = std::count_if(named.begin(), named.end(), [letter = letter](const NamedControl& other) {
-                           return other.letter == letter;
-                         }) == 1;
     EXPECT_EQ(FocusOf(dialog), target) << letter << " does not lead to " << GetDlgCtrlID(target);
-    EXPECT_TRUE(!isCheck || !isAlone || SendMessageA(target, BM_GETCHECK, 0, 0) != before)
+    EXPECT_TRUE(!isCheck || SendMessageA(target, BM_GETCHECK, 0, 0) != before)
         << letter << " does not turn " << GetDlgCtrlID(target);
   }
 }
@@ -154,10 +151,90 @@ TEST(Keyboard, LettersLeadToWhatTheyAreUnderlinedIn) {
     GiveFocus(dialog, GetDlgItem(dialog, kText));
     PressLetter(dialog, 't');
     ASSERT_TRUE(WaitUntil([&] { return host.ended == 1; })) << "Test is a button, and Alt+T presses it";
-    ExpectLettersReach(dialog, 30);
+    ExpectLettersReach(dialog, 14);
     const HWND gradient = OpenEditor(dialog, 0);
     ExpectLettersReach(gradient, 7);
     CloseEditor(gradient, IDCANCEL);
+  });
+}
+
+// --- Menus, names and help by key ---
+
+HWND OpenMenu() {
+  HWND menu = nullptr;
+  EXPECT_TRUE(WaitUntil([&] { return (menu = FindWindowA("#32768", nullptr)) && IsWindowVisible(menu); }));
+  return menu;
+}
+
+void CloseMenu(HWND menu, HWND control) {
+  PostMessageA(control, WM_KEYDOWN, VK_ESCAPE, 1);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(menu) || !IsWindowVisible(menu); }));
+}
+
+/// Opens at the control, wherever the pointer is.
+void ExpectMenuAt(HWND control) {
+  SetCursorPos(1, 1);
+  PostMessageA(control, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(control), -1);
+  const HWND menu = OpenMenu();
+  RECT place{}, around{}, shared{};
+  GetWindowRect(menu, &place);
+  GetWindowRect(control, &around);
+  InflateRect(&around, 4, 4);
+  EXPECT_TRUE(IntersectRect(&shared, &place, &around)) << "control " << GetDlgCtrlID(control);
+  CloseMenu(menu, control);
+}
+
+TEST(Keyboard, MenuKeyAndF2ActOnTheSelectedEntry) {
+  constexpr int kList = 102, kMultiColour = 119, kFountain = 120;
+  RunDialog(kBothFormats, [](HWND dialog) {
+    for (const int editor : {0, 1, 2}) {
+      const HWND window = OpenEditor(dialog, editor);
+      if (editor == 0) Press(window, kMultiColour);
+      const HWND control = GetDlgItem(window, editor == 0 ? kFountain : kList);
+      GiveFocus(window, control);
+      SendMessageA(control, LB_SETCURSEL, 0, 0);
+      ExpectMenuAt(control);
+      if (editor == 1) {
+        PostMessageA(control, WM_KEYDOWN, VK_F2, 1);
+        EXPECT_NE(AnswerMessage().find("cannot be edited"), std::string::npos) << "a shipped name stays";
+      }
+      CloseEditor(window, IDCANCEL);
+    }
+  });
+}
+
+void PressF1(HWND control) {
+  HELPINFO asked{};
+  asked.cbSize = sizeof asked;
+  asked.iContextType = HELPINFO_WINDOW;
+  asked.iCtrlId = GetDlgCtrlID(control);
+  asked.hItemHandle = control;
+  SendMessageA(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&asked));
+}
+
+TEST(Keyboard, F1AsksForTheFocusedPart) {
+  std::string topic;
+  host.instead = [&](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
+    if (operation != HostOpShowHelp) return std::nullopt;
+    topic = reinterpret_cast<const char*>(b);
+    return 1;
+  };
+  RunDialog(kBothFormats, [&](HWND dialog) {
+    Choose(dialog, kEffect, kSimple);
+    for (const auto& [id, part] : {std::pair{+kText, "TEXT"},
+                                   {+kEffect, "SIMPLE"},
+                                   {kFill, "MATERIALS"},
+                                   {+kDelay, "OUTPUT"},
+                                   {kShadowDirection, "COMMON"}}) {
+      PressF1(GetDlgItem(dialog, id));
+      EXPECT_EQ(topic, std::string("TLMPLGM4.HTML#") + part);
+    }
+    for (const auto& [editor, part] : {std::pair{0, "GRADIENT"}, {1, "TEXTURE"}, {2, "TILE"}}) {
+      const HWND window = OpenEditor(dialog, editor);
+      PressF1(GetDlgItem(window, IDOK));
+      EXPECT_EQ(topic, std::string("TLMPLGM4.HTML#") + part);
+      CloseEditor(window, IDCANCEL);
+    }
   });
 }
 

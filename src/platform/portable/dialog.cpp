@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The controls of a dialog in memory: what they hold and how that changes.
 #include "platform/dialog.h"
+#include "platform/ascii.h"
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "platform/dialog_number.h"
 #include "platform/portable/dialog_state.h"
@@ -20,16 +22,10 @@ int PixelsOf(int units, int base, int divisor) {
   return (scaled + (scaled < 0 ? -divisor : divisor)) / (divisor * 2);
 }
 
-char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool LessWithoutCase(const std::string& a, const std::string& b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return static_cast<unsigned char>(Folded(x)) < static_cast<unsigned char>(Folded(y));
+    return static_cast<unsigned char>(ToLower(x)) < static_cast<unsigned char>(ToLower(y));
   });
-}
-
-bool EqualWithoutCase(const std::string& a, const std::string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Folded(x) == Folded(y); });
 }
 
 /// Where the item ended up. The item that was selected stays so.
@@ -43,6 +39,13 @@ int InsertItem(Control& control, const std::string& text) {
   control.items.insert(place, ListItem{text, 0});
   if (control.selection >= index) ++control.selection;
   return index;
+}
+
+void ShowText(Control& control, const std::string& text) {
+  control.text = text;
+  if (control.kind != ControlKind::UpDown) return;
+  const NumberRange range = ParseRange(text);
+  control.range = {range.minimum, range.maximum};
 }
 
 /// A combo's and a list's caption is its items, separated by semicolons.
@@ -67,7 +70,7 @@ Control MakeControl(const ControlTemplate& source, bool visible) {
   if (HasItems(source.kind)) {
     FillFromCaption(control, caption);
   } else {
-    control.text = caption;
+    ShowText(control, caption);
   }
   return control;
 }
@@ -152,7 +155,7 @@ std::string GetText(const Dialog& dialog, int id) {
 void SetText(Dialog& dialog, int id, const std::string& text) {
   Control* control = FindControl(dialog, id);
   if (!control || HasItems(control->kind)) return;
-  control->text = text;
+  ShowText(*control, text);
   NotifyObserver(dialog, DialogChange::Text, id);
   if (IsEdit(control->kind)) Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), kEditChanged});
 }
@@ -240,6 +243,14 @@ void SetItemSize(Dialog& dialog, int id, int width, int height) {
   control->itemHeight = height;
 }
 
+ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  if (!FindItem(control, index)) return {};
+  const int height = control->itemHeight > 0 ? control->itemHeight : kBaseHeight;
+  const int width = control->itemWidth > 0 ? control->itemWidth : control->place.right - control->place.left;
+  return {0, index * height, width, (index + 1) * height};
+}
+
 int GetSelection(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   return control ? control->selection : -1;
@@ -256,7 +267,7 @@ int SelectText(Dialog& dialog, int id, const std::string& text) {
   const Control* control = FindControl(dialog, id);
   if (!control) return -1;
   const auto found = std::find_if(control->items.begin(), control->items.end(),
-                                  [&](const ListItem& item) { return EqualWithoutCase(item.text, text); });
+                                  [&](const ListItem& item) { return EqualsIgnoringCase(item.text, text); });
   if (found == control->items.end()) return -1;
   const auto index = static_cast<int>(found - control->items.begin());
   SetSelection(dialog, id, index);
@@ -300,8 +311,10 @@ bool IsDialogVisible(const Dialog& dialog) { return dialog.visible; }
 
 void SetFocus(Dialog& dialog, int id) {
   if (!FindControl(dialog, id)) return;
-  dialog.focus = id;
+  const int before = std::exchange(dialog.focus, id);
   NotifyObserver(dialog, DialogChange::Focus, id);
+  if (before == id || !IsEdit(KindOf(dialog, before))) return;
+  Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(before), kEditLeft});
 }
 
 int FocusOf(const Dialog& dialog) { return dialog.focus; }
@@ -358,8 +371,12 @@ void PaintInScreenPixels(Dialog&, int) {}  // there is no screen
 void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   Control* control = FindControl(dialog, id);
   if (!control) return;
-  control->minimum = std::min(minimum, maximum);
-  control->maximum = std::max(minimum, maximum);
+  control->range = {std::min(minimum, maximum), std::max(minimum, maximum)};
+}
+
+ControlRange RangeOf(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  return control ? control->range : ControlRange{};
 }
 
 // Nothing here is drawn by the machine, and nobody presses Tab.

@@ -194,11 +194,17 @@ bool StepNumber(Dialog& dialog, const Control& edit, int step) {
   for (std::size_t i = 0; i + 1 < dialog.controls.size(); ++i) {
     const Control& partner = dialog.controls[i + 1];
     if (&dialog.controls[i] != &edit || partner.kind != ControlKind::UpDown) continue;
-    const std::int64_t value = GetNumber(dialog, edit.id, partner.minimum < 0) + step;
-    SetNumber(dialog, edit.id, std::clamp<std::int64_t>(value, partner.minimum, partner.maximum));
+    const std::int64_t value = GetNumber(dialog, edit.id, partner.range.minimum < 0) + step;
+    SetNumber(dialog, edit.id, std::clamp<std::int64_t>(value, partner.range.minimum, partner.range.maximum));
     return true;
   }
   return false;
+}
+
+void PressListKey(Dialog& dialog, const Control& list, KeyCode key) {
+  if (key == kKeyDelete) SendCommand(dialog, list.id, kDeletePressed);
+  if (key == kKeyF2) SendCommand(dialog, list.id, kRenamePressed);
+  if (key == kKeyMenu && list.selection >= 0) SendCommand(dialog, list.id, kItemMenuByKey);
 }
 
 /// An item of a list is chosen and then clicked once more, or with the other button.
@@ -299,6 +305,8 @@ void CaptureMouse(Dialog& dialog, int id) {
 
 void ReleaseMouse(Dialog& dialog) { dialog.capture = 0; }
 
+bool IsPointerOver(const Dialog&, int) { return true; }
+
 bool HasCapture(const Dialog& dialog, int id) { return dialog.capture == id && FindControl(dialog, id); }
 
 void Pump(Dialog& dialog) {
@@ -349,7 +357,7 @@ bool Type(Dialog& dialog, int id, const std::string& text) {
   if (!control) return false;
   if (control->kind == ControlKind::Trackbar) {
     const int asked = std::atoi(text.c_str());
-    SetNumber(dialog, id, std::clamp(asked, control->minimum, control->maximum));
+    SetNumber(dialog, id, std::clamp(asked, control->range.minimum, control->range.maximum));
     SendCommand(dialog, id, kEditChanged);
   } else if (IsEdit(control->kind)) {
     SetText(dialog, id, CutToLine(text, control->limit));
@@ -375,8 +383,12 @@ bool RightClick(Dialog& dialog, int id, int index) { return ChooseAndTell(dialog
 bool PressKey(Dialog& dialog, int id, KeyCode key) {
   Control* control = Reachable(dialog, id);
   if (!control) return false;
-  if (control->procedure) SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
-  if (IsList(control->kind) && key == kKeyDelete) SendCommand(dialog, id, kDeletePressed);
+  if (key == kKeyF1) {
+    Send(dialog, {kMessageHelp, static_cast<std::uint64_t>(id), 0});
+  } else if (control->procedure) {
+    SendToControl(dialog, id, {kMessageKeyDown, static_cast<std::uint64_t>(key), 0});
+  }
+  if (IsList(control->kind)) PressListKey(dialog, *control, key);
   if (control->kind == ControlKind::NumberEdit && (key == kKeyUp || key == kKeyDown)) {
     StepNumber(dialog, *control, key == kKeyUp ? 1 : -1);
   }

@@ -27,7 +27,7 @@ struct Control {
   bool check = false;
   int selection = -1;
   int limit = 0;                      ///< characters a person may type; 0: any number
-  int minimum = 0, maximum = 100;     ///< of an up-down or a trackbar
+  ControlRange range;                 ///< of an up-down or a trackbar
   int itemWidth = 0, itemHeight = 0;  ///< of a picture list's items
   ControlRectangle place;
   std::string text;

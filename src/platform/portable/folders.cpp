@@ -6,6 +6,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
@@ -31,10 +32,18 @@ std::string WithSeparator(std::string folder) {
   return folder;
 }
 
+/// A field of the user's entry, read into memory of our own (getpwuid's belongs to the whole process); empty when there
+/// is none.
+std::string UserField(char* passwd::*field) {
+  std::array<char, 4096> memory{};
+  passwd entry{}, *found = nullptr;
+  if (getpwuid_r(getuid(), &entry, memory.data(), memory.size(), &found) != 0 || !found || !(found->*field)) return {};
+  return found->*field;
+}
+
 std::string HomeFolder() {
   if (std::string home = Environment("HOME"); !home.empty()) return WithSeparator(std::move(home));
-  const passwd* entry = getpwuid(getuid());
-  return entry && entry->pw_dir ? WithSeparator(entry->pw_dir) : "";
+  return WithSeparator(UserField(&passwd::pw_dir));
 }
 
 /// A base directory; relative values of the variable are to be ignored.
@@ -113,11 +122,9 @@ std::vector<std::string> ShippedFolders() {
 }
 
 std::string RegisteredOwner() {
-  const passwd* entry = getpwuid(getuid());
-  if (!entry) return {};
-  const std::string details = entry->pw_gecos ? entry->pw_gecos : "";
+  const std::string details = UserField(&passwd::pw_gecos);
   const std::string name = details.substr(0, details.find(','));
-  return !name.empty() ? name : entry->pw_name ? entry->pw_name : "";
+  return !name.empty() ? name : UserField(&passwd::pw_name);
 }
 
 std::string RegisteredOrganization() { return {}; }

@@ -55,6 +55,7 @@ int PopupMenu(Dialog* owner, int, int, int, std::span<const MenuItem> items) {
 void SetWaitCursor(bool) {}
 
 bool IsShiftDown() { return Responder().shiftDown; }
+bool IsHighContrast() { return Responder().highContrast; }
 
 std::uint32_t GetSystemColour(SystemColour colour) {
   switch (colour) {
@@ -68,6 +69,7 @@ std::uint32_t GetSystemColour(SystemColour colour) {
       return 0xE3E3E3;
     case SystemColour::Highlight:
     case SystemColour::Window:
+    case SystemColour::SelectionText:
       return 0xFFFFFF;
     case SystemColour::ButtonText:
     case SystemColour::WindowText:

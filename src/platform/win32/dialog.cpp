@@ -52,6 +52,15 @@ bool HasStyle(const Control* control, LONG_PTR style) {
 int Scaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels * ScaleOf(dialog))); }
 int Unscaled(const Dialog& dialog, int pixels) { return static_cast<int>(std::lround(pixels / ScaleOf(dialog))); }
 
+void ChangeStyle(HWND window, LONG_PTR part, bool on) {
+  const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE), wanted = on ? style | part : style & ~part;
+  if (wanted != style) SetWindowLongPtrW(window, GWL_STYLE, wanted);
+}
+
+void TakeDigitsOnly(HWND edit, bool digits) {
+  if (edit) ChangeStyle(edit, ES_NUMBER, digits);
+}
+
 /// A control that goes out of reach must not keep the keyboard.
 void LeaveFocus(const Dialog& dialog, const Control& control) {
   if (GetFocus() == control.window) SendMessageW(dialog.window, WM_NEXTDLGCTL, 0, FALSE);
@@ -92,6 +101,9 @@ void SetText(Dialog& dialog, int id, const std::string& text) {
     Ask(*control, TBM_SETPOS, TRUE, std::atoi(text.c_str()));
   } else {
     SetWindowTextW(control->window, WideOf(text).c_str());
+    if (control->kind != ControlKind::UpDown) return;
+    const NumberRange range = ParseRange(text);
+    SetRange(dialog, id, range.minimum, range.maximum);
   }
 }
 
@@ -178,6 +190,17 @@ void SetItemSize(Dialog& dialog, int id, int width, int height) {
   if (control->kind == ControlKind::PictureGrid) {
     Ask(*control, LB_SETCOLUMNWIDTH, Index(std::max(Scaled(dialog, width), 1)));
   }
+}
+
+ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index) {
+  const Control* control = FindControl(dialog, id);
+  RECT place{};
+  if (!control || !IsList(control->kind) ||
+      Ask(*control, LB_GETITEMRECT, Index(index), reinterpret_cast<LPARAM>(&place)) == LB_ERR) {
+    return {};
+  }
+  return {Unscaled(dialog, place.left), Unscaled(dialog, place.top), Unscaled(dialog, place.right),
+          Unscaled(dialog, place.bottom)};
 }
 
 int GetSelection(const Dialog& dialog, int id) {
@@ -304,11 +327,25 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum) {
   const Control* control = FindControl(dialog, id);
   if (!control) return;
   if (minimum > maximum) std::swap(minimum, maximum);
-  if (control->kind == ControlKind::UpDown) Ask(*control, UDM_SETRANGE32, Index(minimum), maximum);
+  if (control->kind == ControlKind::UpDown) {
+    Ask(*control, UDM_SETRANGE32, Index(minimum), maximum);
+    TakeDigitsOnly(reinterpret_cast<HWND>(Ask(*control, UDM_GETBUDDY)), minimum >= 0);
+  }
   if (control->kind == ControlKind::Trackbar) {
     Ask(*control, TBM_SETRANGEMIN, FALSE, minimum);
     Ask(*control, TBM_SETRANGEMAX, TRUE, maximum);
   }
+}
+
+ControlRange RangeOf(const Dialog& dialog, int id) {
+  ControlRange range;
+  const Control* control = FindControl(dialog, id);
+  if (control && control->kind == ControlKind::UpDown) {
+    Ask(*control, UDM_GETRANGE32, reinterpret_cast<WPARAM>(&range.minimum), reinterpret_cast<LPARAM>(&range.maximum));
+  } else if (control && control->kind == ControlKind::Trackbar) {
+    range = {static_cast<int>(Ask(*control, TBM_GETRANGEMIN)), static_cast<int>(Ask(*control, TBM_GETRANGEMAX))};
+  }
+  return range;
 }
 
 void SetTicks(Dialog& dialog, int id, int every) {
@@ -322,10 +359,7 @@ void SetTicks(Dialog& dialog, int id, int every) {
 
 void SetTabStop(Dialog& dialog, int id, bool stops) {
   const Control* control = FindControl(dialog, id);
-  if (!control) return;
-  const LONG_PTR style = GetWindowLongPtrW(control->window, GWL_STYLE);
-  const LONG_PTR wanted = stops ? style | WS_TABSTOP : style & ~LONG_PTR{WS_TABSTOP};
-  if (wanted != style) SetWindowLongPtrW(control->window, GWL_STYLE, wanted);
+  if (control) ChangeStyle(control->window, WS_TABSTOP, stops);
 }
 
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family) {
@@ -376,6 +410,13 @@ void ReleaseMouse(Dialog& dialog) {
   dialog.releasing = true;
   ReleaseCapture();
   dialog.releasing = false;
+}
+
+bool IsPointerOver(const Dialog& dialog, int id) {
+  const Control* control = FindControl(dialog, id);
+  RECT place;
+  POINT pointer;
+  return control && GetCursorPos(&pointer) && GetWindowRect(control->window, &place) && PtInRect(&place, pointer);
 }
 
 bool HasCapture(const Dialog& dialog, int id) {

@@ -197,6 +197,18 @@ void EraseBackground(Dialog& dialog, HDC context) {
   RestoreDC(context, saved);
 }
 
+void EraseBehind(const Control& control) {
+  MakeBackground(*control.dialog);
+  RECT place;
+  POINT inDialog{};
+  const HDC context = GetDC(control.window);
+  if (context && GetClientRect(control.window, &place)) {
+    MapWindowPoints(control.window, control.dialog->window, &inDialog, 1);
+    DrawBackground(*control.dialog, context, place, inDialog);
+  }
+  if (context) ReleaseDC(control.window, context);
+}
+
 // Text lies on whatever the dialog's background is; so does what a control leaves of its place. A field keeps its own.
 INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window) {
   const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(),

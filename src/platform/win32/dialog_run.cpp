@@ -7,7 +7,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/folders.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 
@@ -45,8 +44,11 @@ void PaintByProcedure(const Control& control, HDC context, const RECT& place, co
 
 // --- Drawn controls ---
 
+/// The menu key or Shift+F10, not the pointer.
+bool IsMenuByKey(UINT message, LPARAM lParam) { return message == WM_CONTEXTMENU && lParam == -1; }
+
 bool IsKnownKey(WPARAM key) {
-  constexpr int kKeys[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown, kKeyInsert, kKeyDelete, kKeySpace, kKeyMenu};
+  constexpr int kKeys[] = {kKeyLeft, kKeyUp, kKeyRight, kKeyDown, kKeyInsert, kKeyDelete, kKeySpace, kKeyF2};
   return std::find(std::begin(kKeys), std::end(kKeys), static_cast<int>(key)) != std::end(kKeys);
 }
 
@@ -91,6 +93,10 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
     case WM_KEYDOWN:
       if (!IsKnownKey(wParam)) return false;
       hand(kMessageKeyDown, wParam, 0);
+      return true;
+    case WM_CONTEXTMENU:
+      if (!IsMenuByKey(message, lParam)) return false;
+      hand(kMessageKeyDown, kKeyMenu, 0);
       return true;
     case WM_COMMAND:  // such a control has no children: it comes from PostToControl
       hand(kMessageCommand, wParam, lParam);
@@ -150,11 +156,16 @@ bool HandleButton(Control& control, UINT message, WPARAM wParam, LRESULT& result
 
 // --- Lists ---
 
-/// The right button on an item, which it selects first, and the Delete key. True when the list need not see it.
+/// The right button on an item, which it selects first, and the keys that act on one. True when the list need not see
+/// it.
 bool HandleList(const Control& control, UINT message, WPARAM wParam, LPARAM lParam) {
   Dialog& dialog = *control.dialog;
-  if (message == WM_KEYDOWN && wParam == VK_DELETE) {
-    PostCommand(dialog, control.id, kDeletePressed);
+  if (message == WM_KEYDOWN && (wParam == VK_DELETE || wParam == VK_F2)) {
+    PostCommand(dialog, control.id, wParam == VK_F2 ? kRenamePressed : kDeletePressed);
+    return true;
+  }
+  if (IsMenuByKey(message, lParam)) {
+    if (GetSelection(dialog, control.id) >= 0) PostCommand(dialog, control.id, kItemMenuByKey);
     return true;
   }
   if (message != WM_RBUTTONUP) return false;
@@ -183,7 +194,9 @@ bool HandleList(const Control& control, UINT message, WPARAM wParam, LPARAM lPar
 bool IsKnownCode(const Control& control, int code) {
   if (IsCombo(control.kind)) return code == CBN_SELCHANGE;
   if (IsList(control.kind)) return code == LBN_SELCHANGE || code == LBN_DBLCLK;
-  if (control.kind == ControlKind::Edit || control.kind == ControlKind::NumberEdit) return code == EN_CHANGE;
+  if (control.kind == ControlKind::Edit || control.kind == ControlKind::NumberEdit) {
+    return code == EN_CHANGE || code == EN_KILLFOCUS;
+  }
   return code == BN_CLICKED;
 }
 
@@ -195,6 +208,15 @@ void OnCommand(Dialog& dialog, WPARAM wParam, LPARAM lParam) {
   if (control && !HasItems(control->kind) && code == BN_DOUBLECLICKED) code = BN_CLICKED;
   if (lParam && (!control || !IsKnownCode(*control, code))) return;
   Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
+}
+
+/// F1 comes to the control with the keyboard, which hands it up.
+void OnHelp(Dialog& dialog, const HELPINFO& asked) {
+  if (asked.iContextType != HELPINFO_WINDOW) return;
+  const auto window = static_cast<HWND>(asked.hItemHandle);
+  const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(),
+                                  [&](const Control& control) { return control.window == window; });
+  Send(dialog, {kMessageHelp, found == dialog.controls.end() ? 0 : static_cast<std::uint64_t>(found->id), 0});
 }
 
 void OnScroll(Dialog& dialog, LPARAM lParam) {
@@ -264,6 +286,9 @@ INT_PTR HandleDialog(Dialog& dialog, UINT message, WPARAM wParam, LPARAM lParam)
       return !dialog.choseFocus;
     case WM_COMMAND:
       OnCommand(dialog, wParam, lParam);
+      return TRUE;
+    case WM_HELP:
+      OnHelp(dialog, *reinterpret_cast<const HELPINFO*>(lParam));
       return TRUE;
     case WM_TIMER:
       Send(dialog, {kMessageTimer, wParam, 0});
@@ -359,17 +384,16 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
     return 0;
   } else if (control->procedure && IsPushButton(control->kind) && HandleButton(*control, message, wParam, result)) {
     return result;
+  } else if (message == WM_ENABLE && control->kind == ControlKind::Label) {
+    EraseBehind(*control);  // a label is transparent: its new text would lie on the old one
   } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
     return 0;
   }
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }
 
-void TakeThreadSetup(RunState& run) {
-  RunState& thread = ThreadState();
-  run.ShareAllocations(thread);
-  run.Member<FolderOverrides>() = thread.Member<FolderOverrides>();
-}
+// The user is a person, and a library that may be unloaded leaves no state with a host's threads.
+void TakeThreadSetup(RunState&) {}
 
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
   RunState& run = CurrentRun();

@@ -83,6 +83,8 @@ void MakeBackground(Dialog& dialog);
 void ForgetBackground(Dialog& dialog);
 void EraseBackground(Dialog& dialog, HDC context);
 INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window);
+/// Puts the background where the control is.
+void EraseBehind(const Control& control);
 
 /// The library or program that this code is in.
 HINSTANCE ThisModule() noexcept;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/dialog_number.h"
 #include "platform/win32/dialog_state.h"
 #include "platform/win32/wide_text.h"
 
@@ -141,7 +142,8 @@ void Adopt(Dialog& dialog, const ControlTemplate& source, HWND window) {
   if (source.id != -1) dialog.byId.emplace(source.id, &control);
   if (HasItems(source.kind) && source.caption) FillFromCaption(window, source.kind, source.caption);
   if (source.kind == ControlKind::UpDown) {
-    SendMessageW(window, UDM_SETRANGE32, 0, 100);
+    const NumberRange range = ParseRange(source.caption ? source.caption : "");
+    SendMessageW(window, UDM_SETRANGE32, static_cast<WPARAM>(static_cast<INT_PTR>(range.minimum)), range.maximum);
     // Its edit stands straight before it.
     const HWND edit = dialog.controls.size() > 1 ? dialog.controls[dialog.controls.size() - 2].window : nullptr;
     SendMessageW(window, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);

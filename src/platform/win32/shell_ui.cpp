@@ -27,7 +27,10 @@ HWND OwnerWindow(Dialog* owner) {
 
 // --- File dialogs ---
 
-/// The hook's window is a child of the dialog whose size it keeps.
+constexpr UINT kTakeSize = WM_APP + 1;
+
+/// The hook's window is a child of the dialog whose size it keeps. The dialog gets its size once it stands: before, it
+/// does not move its contents.
 UINT_PTR CALLBACK SizeFileDialog(HWND window, UINT message, WPARAM, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
     const auto* dialog = reinterpret_cast<const OPENFILENAMEW*>(lParam);
@@ -38,10 +41,10 @@ UINT_PTR CALLBACK SizeFileDialog(HWND window, UINT message, WPARAM, LPARAM lPara
   const HWND dialog = GetParent(window);
   if (!question || !dialog) return 0;
   if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == CDN_INITDONE) {
-    if (question->width > 0 && question->height > 0) {
-      SetWindowPos(dialog, nullptr, 0, 0, question->width, question->height,
-                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    }
+    PostMessageW(window, kTakeSize, 0, 0);
+  }
+  if (message == kTakeSize && question->width > 0 && question->height > 0) {
+    SetWindowPos(dialog, nullptr, 0, 0, question->width, question->height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   }
   RECT place;
   if (message == WM_DESTROY && GetWindowRect(dialog, &place)) {
@@ -69,10 +72,11 @@ bool Ask(Dialog* owner, void* window, const std::string& text, MessageButtons bu
   if (const auto show = Boxes().message) {
     if (const auto answer = show(owner, window, question)) return *answer;
   }
-  const UINT style =
-      (buttons == MessageButtons::YesNo ? MB_YESNO : MB_OK) | (icon == MessageIcon::Question  ? MB_ICONQUESTION
-                                                               : icon == MessageIcon::Warning ? MB_ICONWARNING
-                                                                                              : MB_ICONINFORMATION);
+  const UINT style = (buttons == MessageButtons::Ok ? MB_OK : MB_YESNO) |
+                     (buttons == MessageButtons::YesNoKeep ? MB_DEFBUTTON2 : 0) |
+                     (icon == MessageIcon::Question  ? MB_ICONQUESTION
+                      : icon == MessageIcon::Warning ? MB_ICONWARNING
+                                                     : MB_ICONINFORMATION);
   const HWND above = owner || !window ? OwnerWindow(owner) : static_cast<HWND>(window);
   const int answer = MessageBoxW(above, WideOf(text).c_str(), WideOf(question.title).c_str(), style);
   return answer == IDOK || answer == IDYES;
@@ -116,7 +120,7 @@ POINT MenuPlace(Dialog* owner, int control, int x, int y) {
 
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons) {
   return Ask(owner, nullptr, text, buttons,
-             buttons == MessageButtons::YesNo ? MessageIcon::Question : MessageIcon::Warning);
+             buttons == MessageButtons::Ok ? MessageIcon::Warning : MessageIcon::Question);
 }
 
 void ShowInformation(Dialog* owner, const std::string& text) {
@@ -213,6 +217,12 @@ void SetWaitCursor(bool wait) {
 
 bool IsShiftDown() { return GetKeyState(VK_SHIFT) < 0; }
 
+bool IsHighContrast() {
+  HIGHCONTRASTW state{};
+  state.cbSize = sizeof state;
+  return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof state, &state, 0) && state.dwFlags & HCF_HIGHCONTRASTON;
+}
+
 std::uint32_t GetSystemColour(SystemColour colour) {
   switch (colour) {
     case SystemColour::ButtonFace:
@@ -233,6 +243,8 @@ std::uint32_t GetSystemColour(SystemColour colour) {
       return GetSysColor(COLOR_WINDOW);
     case SystemColour::Selection:
       return GetSysColor(COLOR_HIGHLIGHT);
+    case SystemColour::SelectionText:
+      return GetSysColor(COLOR_HIGHLIGHTTEXT);
   }
   return 0;
 }
