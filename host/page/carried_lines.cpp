@@ -20,7 +20,7 @@ std::string_view FirstLine(std::string_view text) { return text.substr(0, text.f
 }  // namespace
 
 std::string CarriedLines(const std::string& document, int from, int to, bool whole) {
-  const PanelRoles &old = *EffectRow(from).roles, &now = *EffectRow(to).roles;
+  const PanelRoles &old = EffectRow(from).panel->roles, &now = EffectRow(to).panel->roles;
   std::string text = whole ? std::string(FirstLine(document)) + "\n" : std::string();
   for (const auto role : kCarried) {
     if (!(old.*role) || !(now.*role)) continue;

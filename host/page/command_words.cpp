@@ -189,7 +189,7 @@ std::string CommandFor(const Dialog& dialog, const std::string& blank, const std
     const auto old = before.find(control.id);
     const bool same = value == now.end() || (old != before.end() && old->second == value->second);
     if (same || control.id == ControlId::Text || control.id == ControlId::Effect) return;
-    words += WordsOf(control, *effect.roles, value->second);
+    words += WordsOf(control, effect.panel->roles, value->second);
   };
   for (const ControlTemplate& control : kMainDialogTemplate.controls) add(control);
   for (const ControlTemplate& control : effect.panel->controls) add(control);

@@ -80,7 +80,7 @@ using Sections = std::unordered_map<int, ControlPlace>;
 void AddPanel(Sections& sections, int effect) {
   const EffectDescriptor& row = EffectRow(effect);
   for (const ControlTemplate& control : row.panel->controls) sections[control.id] = {{}, "effect", effect};
-  const PanelRoles& roles = *row.roles;
+  const PanelRoles& roles = row.panel->roles;
   const struct {
     int id;
     const char* section;

@@ -25,7 +25,7 @@ std::string TopicOfEffect(const EffectDescriptor& effect) {
 std::string TopicOfOption(const Dialog& dialog, int id) {
   if (KindOf(dialog, id) == ControlKind::MaterialButton) return "MATERIALS";
   const EffectDescriptor& effect = ChosenEffect(dialog);
-  const PanelRoles& roles = *effect.roles;
+  const PanelRoles& roles = effect.panel->roles;
   for (const int common : {roles.outline, roles.fillOpacity, roles.shadowOpacity, roles.softness, roles.shadowOffset,
                            roles.shadowDirection, roles.shadowEnable, roles.outlineEnable}) {
     if (id == common) return "COMMON";
