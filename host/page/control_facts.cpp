@@ -159,15 +159,18 @@ bool IsPressedShape(const Dialog& dialog, int id) {
   return block && TypeButtonOf(block->gradient) == id;
 }
 
+// The third number of "minimum,maximum,default".
+int DefaultOf(const std::string& caption, int fallback) {
+  const std::size_t comma = caption.rfind(',');
+  return comma == std::string::npos ? fallback : std::atoi(caption.c_str() + comma + 1);
+}
+
 void AddRange(const Dialog& dialog, const ControlView& view, Json& facts) {
-  if (view.kind == ControlKind::Trackbar) {
-    facts["range"] = {view.minimum, view.maximum, view.minimum};
-  } else if (HasControl(dialog, view.id + kUpDownOffset)) {
-    const NumberRange range = ParseRange(GetText(dialog, view.id + kUpDownOffset));
-    facts["range"] = {range.minimum, range.maximum, range.initial};
-  } else {
-    facts["range"] = {0, 100, 50};
-  }
+  const int upDown = view.id + kUpDownOffset;
+  const bool hasUpDown = view.kind == ControlKind::NumberEdit && HasControl(dialog, upDown);
+  const ControlRange range = RangeOf(dialog, hasUpDown ? upDown : view.id);
+  const int initial = hasUpDown ? DefaultOf(GetText(dialog, upDown), range.minimum) : range.minimum;
+  facts["range"] = {range.minimum, range.maximum, initial};
 }
 
 void AddValue(const Dialog& dialog, const ControlView& view, Json& facts) {

@@ -36,7 +36,7 @@ struct ControlView {
   ControlKind kind;
   int id;  ///< -1: none
   bool visible, enabled, check;
-  int selection, limit, minimum, maximum;  ///< a person may type `limit` characters; 0: any number
+  int selection, limit;  ///< a person may type `limit` characters; 0: any number
   ControlRectangle place;
   const std::string& text;
 };

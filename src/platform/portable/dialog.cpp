@@ -134,7 +134,7 @@ int ControlCount(const Dialog& dialog) { return static_cast<int>(dialog.controls
 
 ControlView ControlAt(const Dialog& dialog, int index) {
   const Control& c = dialog.controls[static_cast<std::size_t>(index)];
-  return {c.kind, c.id, c.visible, c.enabled, c.check, c.selection, c.limit, c.minimum, c.maximum, c.place, c.text};
+  return {c.kind, c.id, c.visible, c.enabled, c.check, c.selection, c.limit, c.place, c.text};
 }
 
 bool HasControl(const Dialog& dialog, int id) { return FindControl(dialog, id) != nullptr; }
