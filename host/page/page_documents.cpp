@@ -85,7 +85,7 @@ void PageSession::Settle(Dialog& dialog) {
 }
 
 void PageSession::SendStill(Dialog& dialog) {
-  const PackedDib sample = RenderSample(dialog, 0, 0);
+  const PackedDib sample = RenderSample(dialog);
   const LockedBlock<std::uint8_t> bytes(sample.Handle());
   const DibPixels dib = bytes ? ReadDib({bytes.get(), BlockSize(sample.Handle())}) : DibPixels{};
   PageMessage message{{{"type", "still"}, {"revision", revision_}, {"width", dib.width}, {"height", dib.height}}, {}};
