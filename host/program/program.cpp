@@ -17,6 +17,7 @@
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
+#include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/image_loader.h"
 #include "host/program/interrupts.h"
@@ -133,18 +134,16 @@ std::string MessageOf(const Run& run, const RenderResult& result) {
   return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
-// Gives the pictures their name, where some were asked for. An ExitCode.
-int KeepPictures(Run& run, const RenderResult& result) {
+// Gives the pictures their name, where some were asked for. Empty when all went well, else one sentence.
+std::string KeepPictures(Run& run, const RenderResult& result) {
   const Job::Action action = run.arguments.job.action;
-  if (action == Job::Action::None) return kExitDone;
+  if (action == Job::Action::None) return {};
   if (result.images == 0 && action != Job::Action::Sample)
-    return Fail("the effect built no frame; is there anything to see in the text?");
-  if (!run.output) return kExitDone;
-  if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
+    return "the effect built no frame; is there anything to see in the text?";
+  if (!run.output) return {};
+  if (!run.encoder) return "no picture arrived; is there anything to see in the text?";
   std::string error = run.encoder->finish();
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (error.empty()) error = run.output.Keep();
-  return error.empty() ? kExitDone : Fail(error);
+  return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
 
 int Conclude(Run& run, const RenderResult& result) {
@@ -152,7 +151,9 @@ int Conclude(Run& run, const RenderResult& result) {
   if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
   if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
   const bool hasPictures = run.encoder.has_value();
-  if (const int code = KeepPictures(run, result); code != kExitDone) return code;
+  const std::string trouble = KeepPictures(run, result);
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
+  if (!trouble.empty()) return Fail(trouble);
   PrintNotes(run.arguments, result.notes);
   if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
@@ -168,15 +169,18 @@ int PrintedWell(int code) {
   return Fail(std::string("standard output cannot be written: ") + std::strerror(errno ? errno : EIO));
 }
 
+Job WithLoader(Job job) {
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  return job;
+}
+
 int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  Job job = arguments.job;
-  job.loadImage = [](const std::string& path, std::string& trouble) {
-    return WordOf(LoadPicture(path, trouble).Release());
-  };
-  const RenderResult result = Render(job, SinkOf(run));
+  const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
   run.bar.Clear();
   if (!arguments.quiet)
     for (const std::string& note : result.notes) std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
@@ -189,8 +193,32 @@ int Execute(const Arguments& arguments) {
 
 }  // namespace
 
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  error = parsed.error;
+  if (!parsed.arguments) return std::nullopt;
+  return WithLoader(parsed.arguments->job);
+}
+
+std::string RunWords(const std::vector<std::string>& words) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  if (!parsed.arguments) return parsed.error;
+  Run run(*parsed.arguments);
+  const std::string error = OpenOutputs(run);
+  if (!error.empty()) return error;
+  const RenderResult result = Render(WithLoader(parsed.arguments->job), SinkOf(run));
+  return result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
+}
+
 int RunProgram(const std::vector<std::string>& words) {
   try {
+    if (IsEdit(words)) {
+      bool usage = false;
+      const std::string trouble = Edit(
+          words, [] { return InterruptedCode() != 0; }, usage);
+      if (!trouble.empty()) return Fail(trouble, usage ? kExitUsage : kExitFailed);
+      return InterruptedCode() ? InterruptedCode() : kExitDone;
+    }
     if (IsSwatch(words)) {
       SetImageLoader(LoadPicture);
       bool badUsage = false;

@@ -2,8 +2,11 @@
 // The program: arguments become a job, the job's images become a file.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "glyphmotion/render.h"
 
 namespace glyphmotion {
 
@@ -19,5 +22,12 @@ int RunMain(int argc, char** argv) noexcept;
 
 /// For std::set_terminate: reports a lack of memory and ends with kExitFailed, or aborts for anything else.
 [[noreturn]] void EndWithoutMemory() noexcept;
+
+/// The job that the words of a command line stand for; nothing, with one sentence, when they are wrong.
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error);
+
+/// Runs the words of a command line with an output, without a word on standard error. Empty when done, else one
+/// sentence.
+std::string RunWords(const std::vector<std::string>& words);
 
 }  // namespace glyphmotion

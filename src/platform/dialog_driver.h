@@ -26,6 +26,24 @@ void SetDialogObserver(DialogObserver observer);
 /// nothing is left.
 void Pump(Dialog& dialog);
 
+/// For a view that lives: from now on a pump fires only the timers whose time has come.
+void FireTimersByTheClock();
+/// With that, how long until the next timer of the open dialogs is due, in milliseconds; -1 when none is set.
+int MillisecondsToNextTimer();
+
+/// A control as a view shows it, also one without an id.
+struct ControlView {
+  ControlKind kind;
+  int id;  ///< -1: none
+  bool visible, enabled, check;
+  int selection, limit;  ///< a person may type `limit` characters; 0: any number
+  ControlRectangle place;
+  const std::string& text;
+};
+int ControlCount(const Dialog& dialog);
+/// The child number `index`; valid until the dialog changes.
+ControlView ControlAt(const Dialog& dialog, int index);
+
 // What a person does. Each notifies the dialog as the control would, pumps, and returns false when the control does not
 // exist, is disabled or hidden, or the dialog has ended.
 bool Click(Dialog& dialog, int id);                          ///< buttons, checks (toggles), radios

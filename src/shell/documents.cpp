@@ -52,19 +52,6 @@ std::string ChangedLine(std::string line, int id, const DocumentChanges& changes
   return line;
 }
 
-std::string DocumentText(Dialog& dialog, const DocumentChanges& changes) {
-  const std::string end(LineEnd());
-  std::string text = ";This is a document created by ";
-  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
-  text += ";Start of document" + end;
-  if (!changes.remark.empty()) text.append(changes.remark).append(end);
-  for (int id : Children(dialog)) {
-    const std::string line = id > 0 ? ChangedLine(LineOfControl(dialog, id), id, changes) : std::string();
-    if (!line.empty()) text += line + end;
-  }
-  return text.append(kEndRemark).append(end);
-}
-
 /// Takes the next line off `rest`, cut where a C string of it would end.
 std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
@@ -105,6 +92,27 @@ std::string ValueOfLine(std::string_view line) {
 
 }  // namespace
 
+std::string DocumentText(Dialog& dialog, const DocumentChanges& changes) {
+  const std::string end(LineEnd());
+  std::string text = ";This is a document created by ";
+  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
+  text += ";Start of document" + end;
+  if (!changes.remark.empty()) text.append(changes.remark).append(end);
+  for (int id : Children(dialog)) {
+    const std::string line = id > 0 ? ChangedLine(LineOfControl(dialog, id), id, changes) : std::string();
+    if (!line.empty()) text += line + end;
+  }
+  return text.append(kEndRemark).append(end);
+}
+
+bool TakeDocumentText(Dialog& dialog, std::string_view text) {
+  const auto lines = LinesOf(text);
+  if (!lines) return false;
+  LoadLines(dialog, *lines);
+  Send(dialog, {kMessageRefresh, 0, 0});
+  return true;
+}
+
 int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges& changes) noexcept try {
   if (AtomicWriteFile(path, DocumentText(dialog, changes))) return 1;
   Tell(dialog, kTextDocumentNotCreated);
@@ -116,24 +124,20 @@ int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges&
 
 int LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   const auto bytes = ReadWholeFile(path);
-  const std::string text = TextFromBytes(bytes.value_or(std::string()));
-  const auto lines = LinesOf(text);
-  if (!bytes || !lines) {
-    Tell(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
-    return 0;
-  }
-  LoadLines(dialog, *lines);
-  Send(dialog, {kMessageRefresh, 0, 0});
-  return 1;
+  if (bytes && TakeDocumentText(dialog, TextFromBytes(*bytes))) return 1;
+  Tell(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
+  return 0;
 } catch (const std::exception&) {
   TellMemoryIsOut(dialog);  // the controls that have their lines keep them
   return 0;
 }
 
 DocumentSummary SummariseDocument(const std::string& path) {
+  return SummariseDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
+}
+
+DocumentSummary SummariseDocumentText(std::string_view text) {
   DocumentSummary summary;
-  const auto bytes = ReadWholeFile(path);
-  const std::string text = TextFromBytes(bytes.value_or(std::string()));
   std::string_view rest = LinesOf(text).value_or(std::string_view());
   while (!rest.empty()) {
     const std::string_view line = NextLine(rest);

@@ -27,6 +27,11 @@ int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges&
 /// opened or is not a document changes nothing: 0 after a message.
 int LoadDocument(Dialog& dialog, const std::string& path) noexcept;
 
+/// The document that SaveDocument writes.
+std::string DocumentText(Dialog& dialog, const DocumentChanges& changes = {});
+/// LoadDocument of a text, without a message: false when it is no document.
+bool TakeDocumentText(Dialog& dialog, std::string_view text);
+
 /// What a document says beyond what loading it does.
 struct DocumentSummary {
   std::string font;                ///< the family it was saved with; empty: none. (Loading leaves the font as it is.)
@@ -36,5 +41,6 @@ struct DocumentSummary {
 };
 /// Of a file that is not a document, everything is empty. Throws std::bad_alloc.
 DocumentSummary SummariseDocument(const std::string& path);
+DocumentSummary SummariseDocumentText(std::string_view text);
 
 }  // namespace glyphmotion

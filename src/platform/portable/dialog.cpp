@@ -130,6 +130,13 @@ std::vector<int> Children(const Dialog& dialog) {
   return ids;
 }
 
+int ControlCount(const Dialog& dialog) { return static_cast<int>(dialog.controls.size()); }
+
+ControlView ControlAt(const Dialog& dialog, int index) {
+  const Control& c = dialog.controls[static_cast<std::size_t>(index)];
+  return {c.kind, c.id, c.visible, c.enabled, c.check, c.selection, c.limit, c.place, c.text};
+}
+
 bool HasControl(const Dialog& dialog, int id) { return FindControl(dialog, id) != nullptr; }
 
 ControlKind KindOf(const Dialog& dialog, int id) {

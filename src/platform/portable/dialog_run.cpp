@@ -19,6 +19,8 @@
 namespace glyphmotion {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 struct QueuedMessage {
   Dialog* dialog = nullptr;
   int control = 0;  ///< 0: for the dialog itself
@@ -34,6 +36,7 @@ struct Desktop {
   std::uint64_t sequence = 0;  ///< of the last timer armed
   const Dialog* tickingDialog = nullptr;
   int tickingTimer = 0;  ///< the timer whose message is being handled
+  bool byTheClock = false;
 };
 
 Desktop& CurrentDesktop() { return CurrentRun().Member<Desktop>(); }
@@ -59,9 +62,10 @@ void PumpPosted(Dialog& dialog) {
 /// The armed timer that is due first, with its dialog; null when none is left.
 Timer* NextTimer(const Desktop& desktop, Dialog*& owner) {
   Timer* next = nullptr;
+  const auto now = Clock::now();
   for (Dialog* dialog : desktop.dialogs) {
     for (Timer& timer : dialog->timers) {
-      if (!timer.armed) continue;
+      if (!timer.armed || (desktop.byTheClock && timer.due > now)) continue;
       if (next && (next->milliseconds < timer.milliseconds ||
                    (next->milliseconds == timer.milliseconds && next->armed < timer.armed))) {
         continue;
@@ -87,6 +91,7 @@ void Tick(Dialog& dialog, Timer& timer) {
     }
   } restore{desktop, desktop.tickingDialog, desktop.tickingTimer};
   timer.armed = 0;
+  timer.due = Clock::now() + std::chrono::milliseconds(timer.milliseconds);
   desktop.tickingDialog = &dialog;
   desktop.tickingTimer = timer.id;
   Send(dialog, {kMessageTimer, static_cast<std::uint64_t>(timer.id), 0});
@@ -280,7 +285,8 @@ void SetTimer(Dialog& dialog, int timer, int milliseconds) {
   Desktop& desktop = DesktopOf(dialog);
   const bool ticking = desktop.tickingDialog == &dialog && desktop.tickingTimer == timer;
   KillTimer(dialog, timer);
-  dialog.timers.push_back({timer, milliseconds, ticking ? 0 : ++desktop.sequence});
+  const auto due = Clock::now() + std::chrono::milliseconds(milliseconds);
+  dialog.timers.push_back({timer, milliseconds, ticking ? 0 : ++desktop.sequence, due});
 }
 
 void KillTimer(Dialog& dialog, int timer) {
@@ -316,6 +322,19 @@ void Pump(Dialog& dialog) {
     Tick(*owner, *timer);
     PumpPosted(dialog);
   }
+}
+
+void FireTimersByTheClock() { CurrentDesktop().byTheClock = true; }
+
+int MillisecondsToNextTimer() {
+  std::int64_t next = -1;
+  for (const Dialog* dialog : CurrentDesktop().dialogs) {
+    for (const Timer& timer : dialog->timers) {
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer.due - Clock::now()).count();
+      if (next < 0 || left < next) next = std::max<std::int64_t>(left, 0);
+    }
+  }
+  return static_cast<int>(next);
 }
 
 bool Click(Dialog& dialog, int id) {

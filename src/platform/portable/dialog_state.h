@@ -3,6 +3,7 @@
 // dialog_run.cpp (messages, the modal loop and the person who drives it).
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <string>
 #include <unordered_map>
@@ -40,6 +41,7 @@ struct Timer {
   int id = 0;
   int milliseconds = 0;
   std::uint64_t armed = 0;  ///< order in which it was armed; 0 once it has fired in this pump
+  std::chrono::steady_clock::time_point due{};
 };
 
 struct Dialog {
