@@ -189,7 +189,7 @@ double WorkToEnd(const Job& job, std::chrono::milliseconds after, bool expectEnd
     stop = true;
   });
   const RenderResult result = Render(job, sink);
-  const double worked = WorkOf(runner) - asked;
+  const double ended = WorkOf(runner);
   over = true;
   watch.join();
   if (!expectEnd && result.status == RenderStatus::Done) return 0;
@@ -197,7 +197,7 @@ double WorkToEnd(const Job& job, std::chrono::milliseconds after, bool expectEnd
   EXPECT_TRUE(result.dialogMessages.empty());
   EXPECT_LE(late, 1);
   EXPECT_EQ(result.blocks + result.locks, 0u);
-  return worked;
+  return ended - asked;
 }
 
 TEST(Runs, ARunThatIsAskedToEndDoesSoAtOnceAtAnySize) {
