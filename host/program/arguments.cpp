@@ -323,7 +323,7 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
     if (typed.text->empty() && (job.action == Job::Action::Build || job.action == Job::Action::Sample))
       Refuse("the text is empty; give at least one character");
     if (characters > kMostCharacters)
-      Refuse("the text has " + std::to_string(characters) + " characters; " + std::to_string(kMostCharacters) +
+      Refuse("the text has " + std::to_string(characters) + " characters; at most " + std::to_string(kMostCharacters) +
              " are allowed");
     job.text = typed.text;
   }

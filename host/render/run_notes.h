@@ -16,7 +16,7 @@ namespace glyphmotion {
 /// a file.
 std::vector<std::string> IdleSettings(const Dialog& dialog, const Job& job);
 
-/// The family that takes the place of `asked`, which is empty when nobody named a font.
+/// The family that replaces `asked`, which is empty when no font was named.
 std::vector<std::string> FontNotes(const Dialog& dialog, const std::string& asked);
 
 /// Counts consecutive frames of 10 ms or less.
