@@ -48,14 +48,16 @@ struct NumberOption {
 };
 constexpr NumberOption kNumberOptions[] = {
     {"-s,--size", "MainFontSize", 4, 144, "Height of a line of text in pixels"},
-    {"--pad", "MainPadding", 0, 512, "Empty pixels around the text"},
-    {"--space", "MainFontSpace", 50, 150, "Distance of the characters in percent"},
+    {"--pad", "MainPadding", 0, 512, "Padding around the text in pixels"},
+    {"--space", "MainFontSpace", 50, 150, "Character spacing in percent"},
     {"--delay", "MainDelay", 1, 250,
-     "Time a frame is shown: 1 to 25 in 1/100 s for .gif (normally 4); in ms for the others (normally 40)"},
-    {"--pause", "MainPause", 1, 10000, "Time the animation rests where it does: same unit (normally 100, or 1000)"},
-    {"--frames", "@frames", 2, 32760, "Number of frames, for effects that let one choose"},
-    {"--seed", "@seed", 100, 32760, "Where chance begins, for effects that use it: another seed, another picture"},
-    {"--direction", "@scroll", 0, 3, "Where the effect moves: 0 up, 1 right, 2 left, 3 down; or 0 left, 1 right"},
+     "How long a frame is shown: in 1/100 s for .gif (default 4, at most 25), in ms for other formats (default 40)"},
+    {"--pause", "MainPause", 1, 10000,
+     "How long the animation rests, in effects that rest; same unit (default 100, or 1000)"},
+    {"--frames", "@frames", 2, 32760, "Number of frames, for effects that have this option"},
+    {"--seed", "@seed", 100, 32760,
+     "Seed of the random numbers, for effects that use them; another seed gives another picture"},
+    {"--direction", "@scroll", 0, 3, "Direction of movement: 0 up, 1 right, 2 left, 3 down; or 0 left, 1 right"},
     {"--softness", "@soft", 0, 40, "Blur of the shadow"},
 };
 
@@ -68,23 +70,23 @@ constexpr long kMostHundredths = 25;
 struct SwitchOption {
   const char* name;
   const char* key;
-  const char* value;  // what the flag sets; "01" for a pair of flags, the second of which says no
+  const char* value;  // what the flag sets; "01" for a pair of flags, the second of which switches off
   const char* help;
   const char* group;
 };
 constexpr SwitchOption kSwitchOptions[] = {
-    {"--bold,!--no-bold", "MainFontBold", "01", "Bold letters, or normal ones", "Text"},
-    {"--italic,!--no-italic", "MainFontItalic", "01", "Slanted letters", "Text"},
-    {"--antialias,!--no-antialias", "MainAntialias", "01", "Smooth edges, or hard ones", "Text"},
-    {"--still-text", "MainRolling", "0", "The text stands still", "Animation"},
-    {"--dither", "MainDither", "1", "Mix the palette's colours where one is missing", "Colour"},
-    {"--true-color", "Truecolour", "1", "All colours instead of a palette (.png, .webp)", "Colour"},
+    {"--bold,!--no-bold", "MainFontBold", "01", "Bold letters", "Text"},
+    {"--italic,!--no-italic", "MainFontItalic", "01", "Italic letters", "Text"},
+    {"--antialias,!--no-antialias", "MainAntialias", "01", "Smooth edges", "Text"},
+    {"--still-text", "MainRolling", "0", "Keep the text still", "Animation"},
+    {"--dither", "MainDither", "1", "Dither colours that the palette lacks", "Colour"},
+    {"--true-color", "Truecolour", "1", "True colour instead of a palette (.png, .webp)", "Colour"},
     {"--supercompress", "MainSupercompress", "1", "Paint unchanged pixels with one reserved colour", "Colour"},
     {"--transparent", "MainTransparent", "1", "A transparent background, as one index of the palette", "Colour"},
-    {"--mask-background", "MainMaskBackground", "1", "Keep a colour of the palette for the background alone", "Colour"},
+    {"--mask-background", "MainMaskBackground", "1", "Reserve a palette entry for the background", "Colour"},
     {"--alpha", "MainAlphaTrans", "1", "A transparent background with soft edges (.png, .webp)", "Colour"},
-    {"--alpha-background", "UseAlphaGreyBack", "1", "With --alpha: compose on the neutral grey", "Colour"},
-    {"--add-comment", "AddDescriptiveCommentBlock", "1", "Say in the file what made it", "Output"},
+    {"--alpha-background", "UseAlphaGreyBack", "1", "With --alpha: compose on neutral grey", "Colour"},
+    {"--add-comment", "AddDescriptiveCommentBlock", "1", "Add a comment that names the program", "Output"},
 };
 
 // Everything as the user typed it.
@@ -109,9 +111,9 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("-o,--output", typed.arguments.output, "FILE",
          "The file to write: .gif, .png (animated, or one picture), .webp", "Output");
   option("--frames-as", typed.frames, "png", "Write a folder of numbered pictures, which -o names", "Output");
-  option("--lossy", typed.lossy, "QUALITY", "Lossy .webp of this quality, 0 to 100 (normally lossless)", "Output");
-  option("-e,--effect", typed.effect, "NAME", "What happens to the text: see --list effects", "Animation");
-  option("-f,--font", typed.font, "FAMILY", "The letters: see --list fonts", "Text");
+  option("--lossy", typed.lossy, "QUALITY", "Lossy .webp of this quality, 0 to 100 (default: lossless)", "Output");
+  option("-e,--effect", typed.effect, "NAME", "The effect: see --list effects", "Animation");
+  option("-f,--font", typed.font, "FAMILY", "The font: see --list fonts", "Text");
   option("--font-file", job.fontFile, "FILE[#N]", "Letters from this font file (N: face of a collection)", "Text");
   option("--font-variation", typed.variation, "AXIS=V,...", "Axes of a variable font, as in wght=650,wdth=80", "Text");
   option("--align", typed.align, "WHERE", "Lines of a text: left, center, right or justify", "Text");
@@ -119,10 +121,10 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("--text-direction", typed.direction, "DIR", "auto (of each line's letters), ltr or rtl", "Text");
   option("--emoji", typed.emoji, "KIND", "color, or mono: their shape in the fill", "Text");
   const char* material = "#RRGGBB | gradient:... | fountain:... | texture:NAME | tile:FILE#N | mtrl:FILE | image:FILE";
-  option("--fill", typed.fill, "M", "What the letters are filled with", "Materials")
-      ->description(std::string("What the letters are filled with. M is ") + material);
-  option("--shadow", typed.shadow, "M", "What the shadow is made of", "Materials");
-  option("--background", typed.background, "M", "What is behind the text", "Materials");
+  option("--fill", typed.fill, "M", "Fill of the letters", "Materials")
+      ->description(std::string("Fill of the letters. M is ") + material);
+  option("--shadow", typed.shadow, "M", "Fill of the shadow", "Materials");
+  option("--background", typed.background, "M", "Fill of the background", "Materials");
   option("--outline", typed.outline, "COLOUR", "Colour of the outline, #RRGGBB", "Materials");
   for (std::size_t i = 0; i < std::size(kNumberOptions); ++i) {
     const NumberOption& row = kNumberOptions[i];
@@ -136,20 +138,20 @@ void DefineOptions(CLI::App& app, Typed& typed) {
     app.add_flag(row.name, typed.switches[i], row.help)->group(row.group);
   }
   option("--palette", typed.palette, "NAME",
-         "custom (made for the picture; normal for .gif), or a fixed one: see --list palettes", "Colour");
+         "custom (made for the picture; the default for .gif) or a fixed one: see --list palettes", "Colour");
   option("--set", typed.sets, "KEY=VALUE",
-         "Set any control by key or id: see --list keys and --list controls; wins over all", "Settings")
+         "Set any control by key or id: see --list keys and --list controls; overrides other options", "Settings")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   option("--document", job.documentFile, "FILE", "Load this .GM4 document first", "Settings");
-  option("--save-document", job.saveDocumentFile, "FILE", "Save everything as a .GM4 document", "Settings");
+  option("--save-document", job.saveDocumentFile, "FILE", "Save all options as a .GM4 document", "Settings");
   option("--settings", job.settingsFile, "FILE", "Load and save this settings file instead of the defaults",
          "Settings");
-  app.add_flag("--sample", typed.sample, "Write the one sample picture instead of an animation")->group("Output");
+  app.add_flag("--sample", typed.sample, "Write the still sample picture instead of an animation")->group("Output");
   app.add_flag("--test-run", typed.testRun, "Press Test instead of Build")->group("For hosts and tests");
   option("--record", typed.arguments.recordFolder, "FOLDER", "Write every call to the host into this folder",
          "For hosts and tests");
-  option("--host", typed.host, "KIND", "What the host's format claims to take: palette, truecolor or both",
+  option("--host", typed.host, "KIND", "What the host's format supports: palette, truecolor or both",
          "For hosts and tests");
   option("--refuse", typed.refusals, "WHAT", "The host refuses the task, or image:N (from 1)", "For hosts and tests")
       ->expected(1)
@@ -157,8 +159,8 @@ void DefineOptions(CLI::App& app, Typed& typed) {
   option("--fail-allocation", typed.failAllocation, "N", "The N-th block allocation fails", "For hosts and tests");
   option("--list", typed.list, "WHAT", "Print effects, fonts, palettes, keys, controls, textures, fountains or tiles",
          "Help");
-  app.add_flag("-q,--quiet", typed.arguments.quiet, "Say nothing but errors")->group("Help");
-  app.add_flag("--progress,!--no-progress", typed.arguments.progress, "Show a progress bar, or none")->group("Help");
+  app.add_flag("-q,--quiet", typed.arguments.quiet, "Print errors only")->group("Help");
+  app.add_flag("--progress,!--no-progress", typed.arguments.progress, "Show a progress bar")->group("Help");
   app.add_flag("--version", typed.version, "Print the version")->group("Help");
 }
 
@@ -169,11 +171,11 @@ std::vector<std::string> OptionWords(const CLI::App& app) {
   return words;
 }
 
-std::string OneTextTooMany(const std::string& word) {
-  return "'" + word + "' is one text too many; put the text in quotation marks";
+std::string ExtraArgument(const std::string& word) {
+  return "unexpected argument '" + word + "'; put a text of several words in quotation marks";
 }
 
-// CLI11's error in our one sentence.
+// CLI11's error as one sentence of ours.
 std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const std::vector<std::string>& remaining) {
   if (!remaining.empty()) {
     const std::string& word = remaining.front();
@@ -181,7 +183,7 @@ std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const 
       const std::string near = Suggestion(word.substr(0, word.find('=')), OptionWords(app));
       return "there is no option '" + word + "'" + (near.empty() ? "; see --help" : near);
     }
-    return OneTextTooMany(word);
+    return ExtraArgument(word);
   }
   std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
@@ -190,7 +192,7 @@ std::string SentenceOf(const CLI::ParseError& error, const CLI::App& app, const 
     return text.substr(0, colon) + " needs a value after it; see --help";
   // "--size: At Most 1 required but received 2"
   if (const auto colon = text.find(": At Most 1 required"); text.rfind("--", 0) == 0 && colon != std::string::npos)
-    return text.substr(0, colon) + " is given more than once; give it once";
+    return text.substr(0, colon) + " is given more than once; use it once";
   // "Could not convert: --bold = maybe"; numbers are converted by us, so this is a switch
   if (const std::string start = "Could not convert: "; text.rfind(start, 0) == 0)
     return "'" + text.substr(start.size()) + "' is not allowed: a switch takes no value; see --help";
@@ -214,19 +216,19 @@ long NumberInRange(const std::string& option, const std::string& value, long min
 void ReadFormat(Typed& typed) {
   Arguments& arguments = typed.arguments;
   if (!typed.frames.empty() && typed.frames != "png")
-    Refuse("--frames-as " + typed.frames + " is not known; only png is");
+    Refuse("--frames-as " + typed.frames + " is not supported; the only value is png");
   arguments.framesAsPng = !typed.frames.empty();
-  if (arguments.framesAsPng && arguments.output.empty()) Refuse("--frames-as png needs a folder: add -o FOLDER");
+  if (arguments.framesAsPng && arguments.output.empty()) Refuse("--frames-as png needs a folder; add -o FOLDER");
   if (arguments.framesAsPng) {
     arguments.extension = kFolderExtension;
   } else if (!arguments.output.empty()) {
     arguments.extension = Lowered(std::filesystem::path(arguments.output).extension().string());
     if (!FindFormat(arguments.extension))
-      Refuse("'" + arguments.output + "' has no file type that can be written; use .gif, .png or .webp");
+      Refuse("'" + arguments.output + "' has an unknown file type; use a name that ends in .gif, .png or .webp");
   }
   if (!typed.lossy.empty()) {
     arguments.lossyQuality = static_cast<double>(NumberInRange("--lossy", typed.lossy, 0, 100));
-    if (arguments.extension != ".webp") Refuse("--lossy is for .webp alone; leave it out or write -o NAME.webp");
+    if (arguments.extension != ".webp") Refuse("--lossy is for .webp only; leave it out or write -o NAME.webp");
   }
 }
 
@@ -237,7 +239,7 @@ void ReadHost(Typed& typed) {
   job.trueColourFormat = !job.paletteFormat;
   if (!typed.host.empty()) {
     if (typed.host != "palette" && typed.host != "truecolor" && typed.host != "both")
-      Refuse("--host " + typed.host + " is not known; it takes palette, truecolor or both");
+      Refuse("--host " + typed.host + " is not allowed; use palette, truecolor or both");
     job.paletteFormat = typed.host != "truecolor";
     job.trueColourFormat = typed.host != "palette";
   }
@@ -247,7 +249,7 @@ void ReadHost(Typed& typed) {
     } else if (refusal.rfind("image:", 0) == 0) {
       job.refuseImage = static_cast<int>(NumberInRange("--refuse image:", refusal.substr(6), 1, 1000000));
     } else {
-      Refuse("--refuse " + refusal + " is not known; it takes task or image:N");
+      Refuse("--refuse " + refusal + " is not allowed; use task or image:N");
     }
   }
   if (!typed.failAllocation.empty())
@@ -258,11 +260,11 @@ void ReadHost(Typed& typed) {
 void ReadAction(Typed& typed) {
   Arguments& arguments = typed.arguments;
   Job& job = arguments.job;
-  if (typed.sample && typed.testRun) Refuse("--sample and --test-run exclude each other; leave one out");
+  if (typed.sample && typed.testRun) Refuse("--sample and --test-run cannot be used together; leave one out");
   job.action = typed.sample ? Job::Action::Sample : typed.testRun ? Job::Action::Test : Job::Action::Build;
   const bool wantsPictures = !arguments.output.empty() || !arguments.recordFolder.empty() || typed.testRun;
   if (wantsPictures) return;
-  if (job.saveDocumentFile.empty()) Refuse("no output is named: add -o FILE, for example -o hello.gif");
+  if (job.saveDocumentFile.empty()) Refuse("there is no output file; add -o FILE, for example -o hello.gif");
   job.action = Job::Action::None;
 }
 
@@ -272,7 +274,7 @@ void ReadEffect(Typed& typed, const Catalogue& catalogue) {
   for (const std::string& name : catalogue.effects) names.push_back(OptionForm(name));
   const std::string wanted = OptionForm(*typed.effect);
   if (std::find(names.begin(), names.end(), wanted) == names.end())
-    Refuse("there is no effect '" + *typed.effect + "'" + Suggestion(wanted, names) + " (--list effects names all)");
+    Refuse("there is no effect '" + *typed.effect + "'" + Suggestion(wanted, names) + " (see --list effects)");
   typed.arguments.job.effect = wanted;
 }
 
@@ -319,9 +321,9 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
     const auto characters =
         std::count_if(typed.text->begin(), typed.text->end(), [](char c) { return (c & 0xC0) != 0x80; });
     if (typed.text->empty() && (job.action == Job::Action::Build || job.action == Job::Action::Sample))
-      Refuse("the text '' is empty; give one character at least");
+      Refuse("the text is empty; give at least one character");
     if (characters > kMostCharacters)
-      Refuse("the text has " + std::to_string(characters) + " characters; " + std::to_string(kMostCharacters) +
+      Refuse("the text has " + std::to_string(characters) + " characters; at most " + std::to_string(kMostCharacters) +
              " are allowed");
     job.text = typed.text;
   }
@@ -330,7 +332,7 @@ void ReadText(Typed& typed, const Catalogue& catalogue) {
   if (!typed.font) return;
   if (catalogue.hasFont && !catalogue.hasFont(*typed.font))
     Refuse("there is no font '" + *typed.font + "'" + Suggestion(*typed.font, catalogue.fonts()) +
-           " (--list fonts names all)");
+           " (see --list fonts)");
   job.settings.emplace_back("MainFontName", *typed.font);
 }
 
@@ -347,14 +349,14 @@ void ReadMaterials(Typed& typed) {
     for (const char* prefix : kPrefixes)
       if (value.rfind(prefix, 0) == 0) return;
     Refuse(std::string(option) + " '" + value +
-           "' is no material; use #RRGGBB (hexadecimal digits), gradient:..., fountain:..., texture:NAME, "
+           "' is not a material; use #RRGGBB (hexadecimal digits), gradient:..., fountain:..., texture:NAME, "
            "tile:FILE#N, mtrl:FILE or image:FILE");
   };
   check("--fill", job.fill = typed.fill);
   check("--shadow", job.shadow = typed.shadow);
   check("--background", job.background = typed.background);
   if (!typed.outline.empty() && !IsColour(typed.outline))
-    Refuse("--outline '" + typed.outline + "' is no colour; use #RRGGBB with hexadecimal digits");
+    Refuse("--outline '" + typed.outline + "' is not a colour; write #RRGGBB with hexadecimal digits");
   job.outline = typed.outline;
 }
 
@@ -376,8 +378,8 @@ void ReadPalette(Typed& typed, const Catalogue& catalogue) {
   job.settings.emplace_back("MainPalette", std::to_string(index));
 }
 
-// What the program wants unless the files say otherwise, and the colours that the format takes. A palette asked for in
-// a format with all colours is meant.
+// The program's defaults where the files say nothing, and the colours that the format supports. An explicit palette
+// turns true colour off, even in a format that has it.
 void AddDefaults(Typed& typed) {
   Job& job = typed.arguments.job;
   job.defaults = {{"AddDescriptiveCommentBlock", "0"},
@@ -391,7 +393,7 @@ void AddDefaults(Typed& typed) {
 
 void CheckHonoured(const Job& job, const std::string& key) {
   if (key == "Truecolour" && !job.trueColourFormat)
-    Refuse("--true-color needs a format with all colours; write .png or .webp");
+    Refuse("--true-color needs a true-colour format; write .png or .webp");
   if ((key == "MainTransparent" || key == "MainSupercompress") && !job.paletteFormat)
     Refuse(std::string(key == "MainTransparent" ? "--transparent" : "--supercompress") +
            " needs a palette format; write .gif" + (key == "MainTransparent" ? ", or use --alpha" : ""));
@@ -435,7 +437,7 @@ void RefuseTransparentSample(const Typed& typed) {
   }
 }
 
-// Options that are taken, as the dialog's checks are, but change nothing beside others.
+// Options that are accepted, as the dialog's checks are, but change nothing together with others.
 void NoteIdleOptions(Typed& typed) {
   const auto isOn = [&](std::string_view name) { return IsOn(typed, name); };
   const bool fixedPalette = typed.palette && Lowered(*typed.palette) != "custom";
@@ -450,7 +452,7 @@ void NoteIdleOptions(Typed& typed) {
               {typed.palette && isOn("--alpha"), "--palette", "--alpha"}};
   for (const auto& row : rows) {
     if (row.applies)
-      typed.arguments.notes.push_back(std::string(row.idle) + " changes nothing beside " + row.beside +
+      typed.arguments.notes.push_back(std::string(row.idle) + " changes nothing together with " + row.beside +
                                       "; leave one of them out");
   }
 }
@@ -459,17 +461,17 @@ void ReadSets(Typed& typed, const Catalogue& catalogue) {
   for (const std::string& pair : typed.sets) {
     const auto equals = pair.find('=');
     if (equals == std::string::npos || equals == 0)
-      Refuse("--set '" + pair + "' is no pair; write KEY=VALUE, for example --set MainFontSize=72");
+      Refuse("--set '" + pair + "' is not a pair; write KEY=VALUE, for example --set MainFontSize=72");
     const std::string key = pair.substr(0, equals);
     if (const auto id = WholeNumber(key)) {
       const bool known = std::any_of(catalogue.controls.begin(), catalogue.controls.end(),
                                      [&](const ControlInfo& control) { return control.id == *id; });
-      if (!known) Refuse("there is no control " + key + "; --list controls names all");
+      if (!known) Refuse("there is no control " + key + "; see --list controls");
     } else {
       std::vector<std::string> keys;
       for (const KeyInfo& row : catalogue.keys) keys.push_back(row.key);
       if (std::find(keys.begin(), keys.end(), key) == keys.end())
-        Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (--list keys names all)");
+        Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (see --list keys)");
     }
     typed.arguments.job.settings.emplace_back(key, pair.substr(equals + 1));
   }
@@ -479,7 +481,7 @@ void ReadList(Typed& typed) {
   static const std::vector<std::string> kNames = {"effects",  "fonts",    "palettes",  "keys",
                                                   "controls", "textures", "fountains", "tiles"};
   const auto place = std::find(kNames.begin(), kNames.end(), typed.list);
-  if (place == kNames.end()) Refuse("there is no list '" + typed.list + "'; there are " + Join(kNames));
+  if (place == kNames.end()) Refuse("there is no list '" + typed.list + "'; use one of " + Join(kNames));
   typed.arguments.list = static_cast<ListKind>(place - kNames.begin() + 1);
 }
 
@@ -492,15 +494,17 @@ void ReadFiles(const Typed& typed) {
                                                      : "cannot be found; check its name"));
   const std::filesystem::path settings = typed.arguments.job.settingsFile;
   if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
-    Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");
+    Refuse("the settings file '" + settings.string() +
+           "' cannot be saved: its folder does not exist; create it or name another file");
 }
 
-// A script whose variable is empty should hear of it, not get the defaults.
+// A script whose variable is empty should get an error, not the defaults.
 void RefuseEmptyValues(const CLI::App& app) {
   for (const CLI::Option* option : app.get_options()) {
     if (option->get_lnames().empty()) continue;
     for (const std::string& value : option->results())
-      if (value.empty()) Refuse("--" + option->get_lnames().front() + " '' is empty; give a value or leave it out");
+      if (value.empty())
+        Refuse("--" + option->get_lnames().front() + " has an empty value; give a value or leave the option out");
   }
 }
 
@@ -590,7 +594,7 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
   Typed typed;
   DefineOptions(app, typed);
   app.set_help_flag("-h,--help", "Print this help")->group("Help");
-  // What follows "--" is text, whatever it looks like.
+  // What follows "--" is the text, whatever it looks like.
   const auto dashes = std::find(words.begin(), words.end(), "--");
   std::vector<std::string> texts(dashes == words.end() ? dashes : dashes + 1, words.end());
   words.erase(dashes, words.end());
@@ -602,7 +606,7 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
       typed.text = texts.front();
       texts.erase(texts.begin());
     }
-    if (!texts.empty()) Refuse(OneTextTooMany(texts.front()));
+    if (!texts.empty()) Refuse(ExtraArgument(texts.front()));
     if (!extras.empty()) Refuse(SentenceOf(CLI::ParseError("", 2), app, extras));
     if (typed.version) {
       parsed.text = "glyphmotion " GLYPHMOTION_VERSION "\n";
@@ -612,7 +616,7 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
     parsed.arguments = Resolve(typed, catalogue);
   } catch (const CLI::CallForHelp&) {
     parsed.text = app.help();
-    // CLI11 marks the second of a pair of flags with its value, which helps nobody.
+    // CLI11 marks the second of a pair of flags with its value; that is noise in a help text.
     for (std::size_t at; (at = parsed.text.find("{false}")) != std::string::npos;)
       parsed.text.replace(at, 7, "       ");
   } catch (const CLI::ParseError& error) {

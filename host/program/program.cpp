@@ -39,7 +39,7 @@ int Fail(const std::string& sentence, int code = kExitFailed) {
   return code;
 }
 
-// These two allocate nothing: standard error has no buffer.
+// These two do not allocate: standard error is unbuffered.
 int FailForMemory() noexcept {
   std::fputs("glyphmotion: error: ", stderr);
   std::fputs(kOutOfMemory, stderr);
@@ -47,7 +47,7 @@ int FailForMemory() noexcept {
   return kExitFailed;
 }
 int FailUnexpectedly(const char* what) noexcept {
-  std::fprintf(stderr, "glyphmotion: error: something unexpected happened: %s\n", what);
+  std::fprintf(stderr, "glyphmotion: error: unexpected failure: %s; please report it\n", what);
   return kExitFailed;
 }
 
@@ -59,14 +59,14 @@ void PrintNotes(const Arguments& arguments, const std::vector<std::string>& note
 
 Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
 
-// Everything that takes part in one run.
+// The parts of one run.
 struct Run {
   const Arguments& arguments;
   Output output;
   std::optional<Encoder> encoder;
   std::optional<Recorder> recorder;
   ProgressBar bar;
-  std::string error;  // why an image was refused
+  std::string error;  // why the encoder refused an image
   int width = 0, height = 0;
 
   explicit Run(const Arguments& given)
@@ -83,7 +83,7 @@ bool OpenEncoder(Run& run, int width, int height, int count) {
   return true;
 }
 
-// A palette format takes the sample in a palette of its own.
+// For a palette format the sample is reduced to a palette of its own.
 std::string AddSample(Run& run, Image image) {
   PackedDib reduced;
   if (FindFormat(run.arguments.extension)->paletteFormat) {
@@ -134,14 +134,14 @@ std::string MessageOf(const Run& run, const RenderResult& result) {
   return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
-// Gives the pictures their name, where some were asked for. Empty when all went well, else one sentence.
+// Finishes and keeps the output, if one was requested. Empty when all went well, else one sentence.
 std::string KeepPictures(Run& run, const RenderResult& result) {
   const Job::Action action = run.arguments.job.action;
   if (action == Job::Action::None) return {};
   if (result.images == 0 && action != Job::Action::Sample)
-    return "the effect built no frame; is there anything to see in the text?";
+    return "the effect made no frames; use a text with visible characters";
   if (!run.output) return {};
-  if (!run.encoder) return "no picture arrived; is there anything to see in the text?";
+  if (!run.encoder) return "no picture was made; use a text with visible characters";
   std::string error = run.encoder->finish();
   return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
@@ -161,12 +161,12 @@ int Conclude(Run& run, const RenderResult& result) {
   return kExitDone;
 }
 
-// The exit code of a run that prints. A reader that has seen enough (head) wants no message.
+// The exit code of a run that prints. When the reader closes the pipe (head), there is no message.
 int PrintedWell(int code) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
   if (errno == EPIPE) return kExitFailed;
-  return Fail(std::string("standard output cannot be written: ") + std::strerror(errno ? errno : EIO));
+  return Fail(std::string("cannot write to standard output: ") + std::strerror(errno ? errno : EIO));
 }
 
 Job WithLoader(Job job) {
@@ -229,7 +229,7 @@ int RunProgram(const std::vector<std::string>& words) {
     if (IsGallery(words)) {
       if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
       const std::string trouble = WriteGallery(words[1], RunProgram);
-      if (InterruptedCode()) return InterruptedCode();  // said by the picture that was under way
+      if (InterruptedCode()) return InterruptedCode();  // reported by the run of the current picture
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();
@@ -260,7 +260,7 @@ int RunMain(int argc, char** argv) noexcept try {
 
 void EndWithoutMemory() noexcept {
   const std::type_info* type = abi::__cxa_current_exception_type();
-  // No type: there was no memory even for the exception.
+  // No type: even the exception could not be allocated.
   if (type && *type != typeid(std::bad_alloc)) std::abort();
   FailForMemory();
   std::_Exit(kExitFailed);

@@ -23,7 +23,7 @@ Catalogue SmallCatalogue() {
 
 ParsedArguments Parse(const Words& words) { return ParseArguments(words, SmallCatalogue()); }
 
-// The value that stands at the end, by the order of force.
+// The final value, by precedence.
 std::string Final(const Job& job, const std::string& key) {
   std::string value = "unset";
   for (const auto* list : {&job.defaults, &job.settings})
@@ -130,7 +130,7 @@ TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
   const auto notes = [](Words words) { return Parse(words).arguments->notes; };
   using Notes = std::vector<std::string>;
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--palette", "safe216"}),
-            Notes{"--transparent changes nothing beside a fixed --palette; leave one of them out"});
+            Notes{"--transparent changes nothing together with a fixed --palette; leave one of them out"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--supercompress"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.png", "--dither", "--palette", "bw", "--alpha", "--true-color"}).size(), 4u);
   for (const Words& meant : {Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "custom", "--dither"},
@@ -186,8 +186,8 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "-s", "9", "-s", "8"}, {"--size is given more than once"}},
       {{"Hi", "-o", "a.gif", "--bold=maybe"}, {"--bold", "maybe", "takes no value"}},
       {{"", "-o", "a.png", "--sample"}, {"empty"}},
-      {{"Hi", "-o", "a.gif", "-s", ""}, {"--size ''", "empty"}},
-      {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill ''", "empty"}},
+      {{"Hi", "-o", "a.gif", "-s", ""}, {"--size", "empty value"}},
+      {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill", "empty value"}},
       {{"Hi", "-o", "a.gif", "--frames", "1"}, {"--frames 1", "2 to 32760"}},
       {{"Hi", "-o", "a.gif", "--seed", "99"}, {"--seed 99", "100 to 32760"}},
   };

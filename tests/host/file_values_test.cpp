@@ -138,7 +138,7 @@ TEST(FileValues, ATimeStaysATimeAndDefaultsHoldOnlyWhereNoFileSpeaks) {
   }
 }
 
-TEST(FileValues, ADocumentsOwnPaletteStands) {
+TEST(FileValues, ADocumentsOwnPaletteIsKept) {
   const TemporaryFolder folder;
   const std::string document = folder / "d.gm4";
   const Words small = {"Hi", "-e", "simple", "-s", "16", "--frames", "4", "--palette", "bw"};
@@ -190,7 +190,7 @@ TEST(FileValues, WhatChangesNothingIsNotedOnce) {
   }
 }
 
-TEST(FileValues, EveryEffectKnowsWhetherItRestsAndStandsStill) {
+TEST(FileValues, EveryEffectKnowsWhetherItRestsAndKeepsTextStill) {
   const auto delaysOf = [](const std::string& effect, const char* key, const char* value) {
     std::vector<int> delays;
     Job job;

@@ -4,7 +4,7 @@
 //   GLYPHMOTION_FAIL_AT=N      the N-th allocation fails, from 1; 0 or nothing: none
 //   GLYPHMOTION_FAIL_ONWARD=1  and all that follow
 //   GLYPHMOTION_FAIL_FONTS=1   only what FreeType allocates and the calls of Fontconfig count
-//   GLYPHMOTION_COUNT_FILE=F   at the end of the process F gets the number of allocations asked for
+//   GLYPHMOTION_COUNT_FILE=F   at the end of the process F gets the number of allocations
 //
 // Counted are malloc, calloc, realloc, the aligned kinds and with them operator new, of the program and its libraries.
 // Fontconfig crashes by itself without memory: what it allocates neither counts nor fails, but each call of it that

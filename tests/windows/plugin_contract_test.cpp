@@ -202,7 +202,7 @@ TEST_P(Records, OfABuildAreWhatTheContractSays) {
   EXPECT_GT(different.size(), 3u) << "something moves";
 }
 
-// Told in the order of the work, and no task is opened before all of it is done.
+// In the order of the work, and no task is opened before all of it is done.
 TEST(Contract, StagesAreNamedBeforeATaskIsOpened) {
   RunDialog(kPalette, [&](HWND dialog) {
     Type(dialog, kText, "Hi");
