@@ -142,11 +142,11 @@ void Adopt(Dialog& dialog, const ControlTemplate& source, HWND window) {
   if (source.id != -1) dialog.byId.emplace(source.id, &control);
   if (HasItems(source.kind) && source.caption) FillFromCaption(window, source.kind, source.caption);
   if (source.kind == ControlKind::UpDown) {
-    const NumberRange range = ParseRange(source.caption ? source.caption : "");
-    SendMessageW(window, UDM_SETRANGE32, static_cast<WPARAM>(static_cast<INT_PTR>(range.minimum)), range.maximum);
     // Its edit directly precedes it.
     const HWND edit = dialog.controls.size() > 1 ? dialog.controls[dialog.controls.size() - 2].window : nullptr;
     SendMessageW(window, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);
+    const NumberRange range = ParseRange(source.caption ? source.caption : "");
+    SetRange(dialog, source.id, range.minimum, range.maximum);
   }
   if (!SetPropW(window, kControlProperty, &control)) return;
   control.classProcedure = reinterpret_cast<WNDPROC>(
