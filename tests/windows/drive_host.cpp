@@ -221,7 +221,7 @@ void TryFailures(const Program& program) {
       {"--once --plugin \"" + program.folder + "\\text.dll\"", 1, "is not a 64-bit library"},
       {"--once --plugin C:\\windows\\system32\\version.dll", 1, "PLUGIN16GetPluginParams"},
       {"--once --record \"" + program.folder + "\\text.dll\\calls\"", 1, "cannot be written"},
-      {"--once -o C:\\nothing\\there.gif", 1, "make it"},
+      {"--once -o C:\\nothing\\there.gif", 1, "create it"},
       {"--once -o C:\\windows", 1, "is a folder"},
       {"--host rainbow", 2, "palette, truecolor or both"},
       {"--wrong", 2, "--help"},
