@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A program with its page in a browser, for a test.
+import assert from 'node:assert/strict';
 import {spawn} from 'node:child_process';
 import {mkdtempSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
@@ -55,6 +56,14 @@ export async function built(page) {
 export async function settled(page) {
   await page.waitForFunction(() => !window.glyphmotion.connection.posting && !window.glyphmotion.connection.queue.length);
   await page.evaluate(() => new Promise(resolve => setTimeout(resolve, 150)));
+}
+
+/** What is read turns into what is wanted, however busy the machine is. */
+export async function becomes(read, wanted) {
+  let found = await read();
+  for (const until = Date.now() + 15000; found !== wanted && Date.now() < until; found = await read())
+    await new Promise(resolve => setTimeout(resolve, 50));
+  assert.equal(found, wanted);
 }
 
 export const facts = (page, id) => page.evaluate(i => structuredClone(window.glyphmotion.top.get(i)), id);

@@ -5,7 +5,7 @@ import {execFileSync} from 'node:child_process';
 import {readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
-import {built, closeBrowser, facts, newFolder, openPage, program, settled, startProgram, state} from './fixture.mjs';
+import {becomes, built, closeBrowser, facts, newFolder, openPage, program, settled, startProgram, state} from './fixture.mjs';
 
 let server, page;
 before(async () => {
@@ -43,7 +43,7 @@ test('Typed text is in the document and in the picture, and each effect is chose
   await page.fill('#text', 'Größe');
   await page.getByRole('spinbutton', {name: 'Size'}).fill('24');
   await settled(page);
-  assert.equal((await state(page)).text, 'Größe');
+  await becomes(async () => (await state(page)).text, 'Größe');
   const names = await page.evaluate(() => window.glyphmotion.hello.effects);
   assert.equal(names.length, 21);
   for (const name of names) {
@@ -65,15 +65,15 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   const size = page.getByRole('spinbutton', {name: 'Size'}), slider = page.getByRole('slider', {name: 'Size'});
   await size.fill('40');
   await settled(page);
-  assert.equal((await value(57)).text, '40');
+  await becomes(async () => (await value(57)).text, '40');
   await slider.focus();
   await slider.press('ArrowRight');
   await settled(page);
-  assert.equal((await value(57)).text, '41');
+  await becomes(async () => (await value(57)).text, '41');
   await size.fill('999');
   await size.blur();
   await settled(page);
-  assert.equal((await value(57)).text, '144');
+  await becomes(async () => (await value(57)).text, '144');
   await size.fill('40');
   const bold = page.getByRole('checkbox', {name: 'Bold'});
   const before = await bold.isChecked();
@@ -81,10 +81,10 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   await bold.press('Space');
   await bold.press('Space');
   await settled(page);
-  assert.equal((await value(54)).check, !before);
+  await becomes(async () => (await value(54)).check, !before);
   await page.getByRole('combobox', {name: 'Font'}).selectOption({index: 1});
   await settled(page);
-  assert.equal((await value(53)).selection, 1);
+  await becomes(async () => (await value(53)).selection, 1);
   const right = shadow.getByRole('radio', {name: 'down left'});
   await right.check({force: true});
   await settled(page);
@@ -96,12 +96,12 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   await section('outline').locator('.hex').fill('#12ab9f');
   await settled(page);
   const outline = () => page.evaluate(() => window.glyphmotion.main.order.find(f => f.section === 'outline' && f.kind === 'colour' && f.visible).colour);
-  assert.equal(await outline(), '#12ab9f');
+  await becomes(() => outline(), '#12ab9f');
   await section('outline').locator('input[type=color]').fill('#0000ff');
   await settled(page);
-  assert.equal(await outline(), '#0000ff');
+  await becomes(() => outline(), '#0000ff');
   await shadow.getByRole('checkbox', {name: 'Shadow on'}).uncheck();
-  assert.equal(await shadow.locator('.inner').isHidden(), true);
+  await becomes(() => shadow.locator('.inner').isHidden(), true);
   assert.deepEqual(page.said, []);
 });
 
@@ -111,7 +111,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await setKind(0);
   await fillRow().locator('.hex').fill('#cc3300');
   await settled(page);
-  assert.equal((await facts(page, fill)).material.colour, '#cc3300');
+  await becomes(async () => (await facts(page, fill)).material.colour, '#cc3300');
   await openEditor(1, 9995);
   const before = await face();
   await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
@@ -123,21 +123,21 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   const [first] = (await markersOf())[0];
   await marker.press('ArrowRight');
   await settled(page);
-  assert.equal((await markersOf())[0][0], first + 1);
+  await becomes(async () => (await markersOf())[0][0], first + 1);
   const box = await marker.boundingBox(), strip = await layer(9995).locator('.fountain-strip').boundingBox();
   await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
   await page.mouse.down();
   for (let i = 1; i <= 20; i++) await page.mouse.move(strip.x + strip.width * i / 40, box.y + 8);
   await page.mouse.up();
   await settled(page);
-  assert.ok((await markersOf()).some(([position]) => Math.abs(position - 128) < 4));
+  await becomes(async () => (await markersOf()).some(([position]) => Math.abs(position - 128) < 4), true);
   const count = (await markersOf()).length;
   await layer(9995).locator('.fountain-strip').dblclick({position: {x: strip.width * 0.9, y: 10}});
   await settled(page);
-  assert.equal((await markersOf()).length, count + 1);
+  await becomes(async () => (await markersOf()).length, count + 1);
   await page.keyboard.press('Escape');
   await layer(9995).waitFor({state: 'detached'});
-  assert.equal(await face(), before);
+  await becomes(() => face(), before);
   await openEditor(1, 9995);
   await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
   await layer(9995).getByRole('button', {name: 'Library…'}).click();
@@ -152,7 +152,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await layer(9996).locator('.ok').click();
   await layer(9996).waitFor({state: 'detached'});
   await settled(page);
-  assert.ok((await markersOf()).some(([position]) => position === 9));
+  await becomes(async () => (await markersOf()).some(([position]) => position === 9), true);
   await layer(9995).locator('.ok').click();
   await layer(9995).waitFor({state: 'detached'});
   await settled(page);
@@ -175,7 +175,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await openEditor(3, 9981);
   await layer(9981).locator('.tile-item').nth(5).click();
   await settled(page);
-  assert.equal((await facts(page, 102)).selection, 5);
+  await becomes(async () => (await facts(page, 102)).selection, 5);
   await layer(9981).getByRole('button', {name: 'Cancel'}).click();
   await layer(9981).waitFor({state: 'detached'});
   await page.locator('#files').click();
@@ -238,5 +238,5 @@ test('Undo goes back over 50 random changes, and redo on again', async () => {
     await settled(page);
   }
   for (let i = 0; i < 80 && await page.locator('#redo').isEnabled(); i++) await page.locator('#redo').click().then(() => settled(page));
-  assert.equal(await text(), documents[documents.length - 1]);
+  await becomes(() => text(), documents[documents.length - 1]);
 });
