@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Two runs of 64 frames of 600 x 120 for benchmarks: a noisy gradient that drifts (about 834,000 colours in all), and
-// smooth-edged text over a flat ground (about 5,600).
+// antialiased text over a flat background (about 5,600).
 #pragma once
 
 #include <algorithm>

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kWidth = 1200, kHeight = 240;
 
-// Smooth-edged strokes on an empty ground, as text has them.
+// Antialiased strokes on an empty background, like text.
 PackedDib StrokeMask() {
   PackedDib dib = BlankMask(kWidth, kHeight);
   const DibView view(dib);
@@ -38,7 +38,7 @@ void BM_TwistMask(benchmark::State& state) {
 }
 BENCHMARK(BM_TwistMask)->ArgName("smooth")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
-// With nothing made before: the first twist of a run, or one of a size that never comes back.
+// With cold caches: the first twist of a run, or one of a size that does not recur.
 void BM_TwistAlone(benchmark::State& state) {
   const PackedDib mask = StrokeMask();
   for (auto _ : state) {

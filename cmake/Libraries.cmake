@@ -9,3 +9,9 @@ add_custom_target(libraries
 
 file(COPY share/glyphmotion DESTINATION ${CMAKE_BINARY_DIR}/share)
 install(DIRECTORY share/glyphmotion DESTINATION ${CMAKE_INSTALL_DATADIR} PATTERN "*.bak" EXCLUDE)
+
+# The page lies among the shipped data; a build shows the sources, so that a change needs no build.
+if(NOT WIN32)
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/web ${CMAKE_BINARY_DIR}/share/glyphmotion/web SYMBOLIC)
+  install(DIRECTORY web DESTINATION ${CMAKE_INSTALL_DATADIR}/glyphmotion PATTERN "*.json" EXCLUDE)
+endif()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Palette, exact remap, dither and GIF writing beside libimagequant and giflib, over the two runs of colour_runs.h and
-// in turns, so that a busy machine is busy for all. Every figure is the least processor time of some rounds.
+// alternating, so that load on the machine affects all of them. Every figure is the least processor time of several
+// rounds.
 //   glyphmotion_peers ROUNDS [FOLDER]     with a folder: leaves the frames there as raw pictures for other programs
 #include <gif_lib.h>
 #include <libimagequant.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading the packed DIBs that arrive in Image::dib: what the encoders need and no more.
+// Reads the packed DIBs of Image::dib, as far as the encoders need it.
 #pragma once
 
 #include <array>
@@ -10,9 +10,9 @@
 
 namespace glyphmotion {
 
-/// A packed DIB taken apart. Borrows the bytes it was made from.
+/// The parts of a packed DIB. Borrows the bytes it was made from.
 struct DibPixels {
-  int width = 0, height = 0;  ///< pixels; zero when the bytes are no packed DIB of a stored form
+  int width = 0, height = 0;  ///< pixels; zero when the bytes are not a packed DIB of a stored form
   int bits = 0;               ///< 1, 4, 8, 24 or 32
   std::size_t stride = 0;
   const std::uint8_t* table = nullptr;  ///< 2^bits entries of blue, green, red, 0; below 9 bits
@@ -23,10 +23,10 @@ struct DibPixels {
   const std::uint8_t* Row(int y) const noexcept { return stored + stride * static_cast<std::size_t>(height - 1 - y); }
 };
 
-/// Checks the header against the size of `dib`. Anything unfit gives an empty DibPixels.
+/// Checks the header against the size of `dib`. Returns an empty DibPixels if they do not match.
 DibPixels ReadDib(std::span<const std::uint8_t> dib) noexcept;
 
-/// Palette indices of a 1, 4 or 8 bit image, a byte each, rows top down, into `indices` (width * height).
+/// Palette indices of a 1, 4 or 8 bit image, one byte each, rows top down, into `indices` (width * height).
 void UnpackIndices(const DibPixels& dib, std::vector<std::uint8_t>& indices);
 
 /// The colour table as 256 times red, green, blue; entries past 2^bits are zero.

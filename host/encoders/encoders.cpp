@@ -18,7 +18,7 @@
 namespace glyphmotion {
 namespace {
 
-const char* const kOddImage = "an image arrived that is no packed bitmap; please report this";
+const char* const kBadImage = "received an image that is not a packed bitmap; please report this";
 
 std::string KeepWriting(Output& output, std::span<const std::uint8_t> bytes) {
   return output.Write(bytes) ? "" : output.Refusal();
@@ -36,26 +36,27 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
   Encoder encoder;
   encoder.add = [state, settings](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
-    if (!dib) return kOddImage;
+    if (!dib) return kBadImage;
     if (dib.bits > 8)
-      return "a .gif takes palette images only, and these have all colours; leave --true-color out, or write .png or "
+      return "a .gif takes palette images only, and these are true colour; leave --true-color out, or write .png or "
              ".webp";
-    if (settings.width > 65535 || settings.height > 65535) return "a .gif is at most 65535 pixels wide and high";
+    if (settings.width > 65535 || settings.height > 65535)
+      return "a .gif is at most 65535 pixels wide and high; choose a smaller size";
     UnpackIndices(dib, state->indices);
     const auto palette = UnpackPalette(dib);
     const bool added =
         state->writer.Add({dib.width, dib.height, state->indices, palette, image.delay * settings.delayUnit / 10,
                            image.transparentIndex, image.standAlone});
-    return added ? "" : kOddImage;
+    return added ? "" : kBadImage;
   };
   encoder.comment = [state](const std::string& text) { state->writer.SetComment(text); };
   encoder.finish = [state, &output] { return KeepWriting(output, state->writer.Finish()); };
   return encoder;
 }
 
-// --- The formats with all colours
+// --- True-colour formats
 
-// The place where two screens differ, at least one pixel large.
+// The bounding box of the difference of two screens, at least one pixel in size.
 struct Place {
   int left, top, width, height;
 };
@@ -78,7 +79,7 @@ Place Difference(const Screen& a, const std::vector<std::uint8_t>& b) {
   return {left, top, right - left, bottom - top};
 }
 
-// Cuts a place out of a screen, with or without alpha.
+// Cuts a rectangle out of a screen, with or without alpha.
 void Cut(Screen& screen, const Place& place, bool alpha, std::vector<std::uint8_t>& out) {
   const std::size_t step = alpha ? 4 : 3;
   out.resize(step * static_cast<std::size_t>(place.width) * static_cast<std::size_t>(place.height));
@@ -114,8 +115,8 @@ std::string AddPngFrame(Output& output, PngAnimation& animation, const PngPictur
   return bytes.empty() ? kOutOfMemory : KeepWriting(output, bytes);
 }
 
-// Palette images share one palette in a PNG. Whether they can is known after the last, so they are kept until then;
-// if not, they are written with all colours.
+// Palette images of a PNG share one palette. Whether they can is known after the last image, so they are kept until
+// then; if not, they are written as true colour.
 struct KeptImage {
   std::vector<std::uint8_t> dib;
   int delay, transparentIndex;
@@ -148,7 +149,7 @@ struct PngState {
     return AddPngFrame(output, animation, picture, {place.left, place.top, image.delay * settings.delayUnit});
   }
 
-  // One palette, one transparent index, no image that looks through to the one before.
+  // One palette, one transparent index, and no image that shows the previous one through it.
   bool SharePalette() const {
     const DibPixels one = ReadDib(kept.front().dib);
     for (const KeptImage& image : kept) {
@@ -189,7 +190,7 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
   Encoder encoder;
   encoder.add = [state](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
-    if (!dib) return kOddImage;
+    if (!dib) return kBadImage;
     if (state->settings.imageCount == 1) {
       const auto bytes = PngOfImage(dib, image.transparentIndex);
       return bytes.empty() ? kOutOfMemory : KeepWriting(state->output, bytes);
@@ -238,10 +239,10 @@ struct WebpState {
   WebpState& operator=(const WebpState&) = delete;
   ~WebpState() { WebPAnimEncoderDelete(encoder); }
 
-  // Within the format's size only memory keeps the encoder from being made, or a picture from being taken in.
+  // Within the size limits of the format, creating the encoder and adding a picture fail only when out of memory.
   std::string Failure(WebPEncodingError error = VP8_ENC_ERROR_OUT_OF_MEMORY) const {
     if (settings.width > WEBP_MAX_DIMENSION || settings.height > WEBP_MAX_DIMENSION)
-      return "a .webp is at most 16383 pixels wide and high";
+      return "a .webp is at most 16383 pixels wide and high; choose a smaller size or write .png";
     if (!encoder || error == VP8_ENC_ERROR_OUT_OF_MEMORY || error == VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY)
       return kOutOfMemory;
     return std::string("the .webp could not be made: ") + WebPAnimEncoderGetError(encoder);
@@ -283,7 +284,7 @@ Encoder OpenWebp(Output& output, const EncoderSettings& settings) {
   Encoder encoder;
   encoder.add = [state](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
-    return dib ? state->Add(dib, image) : kOddImage;
+    return dib ? state->Add(dib, image) : kBadImage;
   };
   encoder.finish = [state] { return state->Finish(); };
   return encoder;
@@ -295,7 +296,7 @@ Encoder OpenFolder(Output& output, const EncoderSettings&) {
   Encoder encoder;
   encoder.add = [&output](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
-    if (!dib) return kOddImage;
+    if (!dib) return kBadImage;
     char name[24];
     std::snprintf(name, sizeof name, "%04d.png", image.number);
     const auto bytes = PngOfImage(dib, image.transparentIndex);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// File formats: each is a row of a table, found by the extension of the output's name.
+// File formats: a table with one row per format, looked up by the extension of the output's name.
 #pragma once
 
 #include <functional>
@@ -12,27 +12,27 @@
 
 namespace glyphmotion {
 
-/// Stands for an extension where -o names a folder of pictures.
+/// Used in place of an extension when -o names a folder of pictures.
 constexpr const char* kFolderExtension = "folder";
 
 struct EncoderSettings {
-  int width = 0, height = 0;  ///< pixels; what the task says
-  int imageCount = 1;         ///< how many images will come
+  int width = 0, height = 0;  ///< pixels, from the task
+  int imageCount = 1;         ///< images to expect
   int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
-  double lossyQuality = -1;   ///< 0 to 100 where the format knows loss; below 0: lossless
-  int loops = 0;              ///< how often an animation plays, 0 to 65535; 0: for ever
+  double lossyQuality = -1;   ///< 0 to 100 where the format has lossy coding; below 0: lossless
+  int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
 };
 
-/// One encoding under way. Each function gives an empty text when all went well, otherwise one sentence.
+/// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.
 struct Encoder {
   std::function<std::string(const Image&)> add;
   std::function<void(const std::string&)> comment;  ///< empty where the format has no place for it
-  std::function<std::string()> finish;              ///< completes the bytes; the output is then ready to be kept
+  std::function<std::string()> finish;              ///< completes the bytes; the output can then be kept
 };
 
 struct EncoderFormat {
   const char* extension;  ///< ".gif"
-  bool paletteFormat;     ///< pictures are palette indices, delays 1/100 s
+  bool paletteFormat;     ///< pictures are palette indices, delays are in 1/100 s
   Encoder (*open)(Output& output, const EncoderSettings& settings);
 };
 

@@ -55,7 +55,7 @@ std::vector<std::uint8_t> GifFileOf(int width, int height, const GifPalette& com
   PutWord(file, width);
   PutWord(file, height);
   file.push_back(static_cast<std::uint8_t>(0x80 | 7 << 4 | (common.Bits() - 1)));
-  file.push_back(0);  // background: viewers show nothing there
+  file.push_back(0);  // background index; viewers ignore it
   file.push_back(0);  // square pixels
   PutPalette(file, common);
   // The extension counts the repetitions; without it a file plays once.

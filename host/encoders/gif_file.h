@@ -11,7 +11,7 @@
 
 namespace glyphmotion {
 
-/// In pixels of the screen; right and bottom lie outside.
+/// A rectangle in pixels of the screen, excluding right and bottom.
 struct GifBox {
   int left = 0, top = 0, right = 0, bottom = 0;
   bool Empty() const { return left >= right || top >= bottom; }
@@ -19,7 +19,7 @@ struct GifBox {
   int Height() const { return bottom - top; }
 };
 
-/// What becomes of a frame's box before the next frame.
+/// How a frame's box is treated before the next frame.
 enum class GifDisposal { Keep = 1, ToBackground = 2 };
 
 struct GifFileFrame {
@@ -32,8 +32,8 @@ struct GifFileFrame {
   std::vector<std::uint8_t> bytes;  ///< packed codes
 };
 
-/// A whole file, which plays `loops` times when it has several frames (0: for ever). Width and height are 1 to 65535;
-/// an empty comment is left out.
+/// A whole file, which plays `loops` times if it has several frames (0: for ever). Width and height are 1 to 65535; an
+/// empty comment is omitted.
 std::vector<std::uint8_t> GifFileOf(int width, int height, const GifPalette& common,
                                     const std::vector<GifFileFrame>& frames, const std::string& comment, int loops = 0);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every frame is compressed with each strategy for its free pixels, then with the compressor's other modes for the best
-// of them. That is affordable because attempts are only counted, not packed, and because most of them soon fall behind
-// the best one and are given up.
+// Every frame is compressed with each strategy for its free pixels, and the best strategy then with the compressor's
+// other modes. That is affordable because the bits of an attempt are only counted, not packed, and because most
+// attempts soon fall behind the best one and are abandoned.
 #include "host/encoders/gif_frame.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace glyphmotion {
 namespace {
 
-// The lowest slot in neither, or 256.
+// The lowest slot in neither set, or 256.
 int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
   int slot = 0;
   while (slot < 256 && (a[static_cast<std::size_t>(slot)] || b[static_cast<std::size_t>(slot)])) ++slot;
@@ -19,8 +19,7 @@ int Gap(const std::array<bool, 256>& a, const std::array<bool, 256>& b) {
 
 }  // namespace
 
-// Most of a picture is even: groups that repeat are skipped; and once a picture has
-// shown all slots nothing new can come.
+// Most of a picture is uniform, so repeated groups are skipped; once a picture has used all slots the scan can stop.
 void FindSlots(GifPixels& pixels) {
   constexpr std::size_t kBlock = 4096;
   std::array<std::array<bool, 256>, 3> seen{};  // by kind
@@ -67,8 +66,8 @@ int GifCodeSize(int largest) {
 
 namespace {
 
-constexpr std::size_t kSmall = 4096;           // pixels of a frame of which everything is tried
-constexpr std::size_t kFullDictionary = 3800;  // codes, about what fills it
+constexpr std::size_t kSmall = 4096;           // pixels; a frame up to this size is compressed in every mode
+constexpr std::size_t kFullDictionary = 3800;  // codes, about as many as fill it
 
 int Largest(const std::array<bool, 256>& slots) {
   int largest = 255;
@@ -76,8 +75,8 @@ int Largest(const std::array<bool, 256>& slots) {
   return largest;
 }
 
-// The slot for the wildcard. One that no pixel has, or, where that would make the codes longer, one that only free
-// pixels have. -1: none is left, or none is needed.
+// The slot for the wildcard: one that no pixel has or, if that would make the codes longer, one that only free pixels
+// have. -1: none is left, or none is needed.
 int ChooseWildcard(const GifPixels& pixels) {
   if (!pixels.hasFree && !pixels.hasWildcard) return -1;
   const int unused = Gap(pixels.must, pixels.may), unneeded = Gap(pixels.must, pixels.must);
@@ -116,8 +115,8 @@ GLYPHMOTION_CLONES int CountChanges(const std::uint8_t* symbols, std::size_t cou
   return changes;
 }
 
-// The runs of pixels that may be wildcards and that change colour at least `often` times become wildcards: the edges of
-// letters that stand still, for example. Their colours would cost more. `open`: also where a wildcard must be.
+// Writes the wildcard into runs of free pixels that change colour at least `often` times, where the colours would cost
+// more: along the edges of letters that do not move, for example. `open` also has the pixels that must be wildcards.
 template <int often>
 void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* open, std::size_t count,
                  std::uint8_t wildcard) {
@@ -138,20 +137,21 @@ void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint
 // How free pixels are written.
 enum class GifFrameCompressor::Strategy : std::uint8_t {
   Plain,      // as their colours
-  Choice,     // as either, whichever the dictionary has the longer string for
+  Choice,     // as either, whichever gives the longer match in the dictionary
   Varied,     // as wildcards where a run of them changes colour
   Often,      // as wildcards where a run of them changes colour several times
   Wildcards,  // as wildcards
 };
 
-// What the attempts at a frame have in common.
+// What all attempts at a frame share.
 struct GifFrameCompressor::Task {
-  std::span<const std::uint8_t> symbols;  // colours, and the wildcard where it must be
-  std::span<const std::uint8_t> reached;  // the same, with the wildcard for free colours that the codes don't reach
-  std::span<const std::uint8_t> free;     // 1 for free pixels of the latter; empty when nothing is free
-  std::span<const std::uint8_t> open;     // the same, and where the wildcard must be
+  std::span<const std::uint8_t> symbols;  // colours, and the wildcard where it is required
+  std::span<const std::uint8_t>
+      reached;                         // the same, with the wildcard for free colours that the code size does not cover
+  std::span<const std::uint8_t> free;  // 1 for free pixels of the latter; empty when nothing is free
+  std::span<const std::uint8_t> open;  // the same, and 1 where the wildcard is required
   std::uint8_t wildcard = 0;
-  int plainSize = 2, codeSize = 2;  // without and with the wildcard, if it need not be
+  int plainSize = 2, codeSize = 2;  // without and with the wildcard, where it is optional
   std::size_t growth = 0;           // bytes for a larger palette, when the wildcard makes it grow
 };
 
@@ -161,7 +161,7 @@ struct GifFrameCompressor::Best {
   LzwMode mode;
 };
 
-// Compresses the frame; what is shorter than the best so far takes its place.
+// Compresses the frame and keeps the result if it is shorter than the best so far.
 void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, Best& best) {
   const bool plain = strategy == Strategy::Plain, choice = strategy == Strategy::Choice;
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
@@ -185,7 +185,7 @@ void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, 
   best = {cost, strategy, mode};
 }
 
-// Writes the wildcard into `pixels` where it must be.
+// Writes the wildcard into `pixels` where it is required.
 GifFrameCompressor::Task GifFrameCompressor::TaskOf(GifPixels& pixels, int wildcard, int paletteBits) {
   Task task;
   task.wildcard = static_cast<std::uint8_t>(std::max(wildcard, 0));
@@ -195,14 +195,14 @@ GifFrameCompressor::Task GifFrameCompressor::TaskOf(GifPixels& pixels, int wildc
   const int largest = Largest(pixels.must);
   task.plainSize = GifCodeSize(std::max({largest, Largest(pixels.may), pixels.hasWildcard ? wildcard : 0}));
   task.codeSize = GifCodeSize(std::max(largest, wildcard));
-  // A palette that has to grow for the transparent index is paid back over some frames.
+  // The cost of a larger palette is spread over several frames.
   if (wildcard >= 0 && wildcard >> paletteBits) task.growth = (std::size_t{3} << paletteBits) / 8;
   if (pixels.hasFree && wildcard >= 0) FindFreedom(pixels, task);
   return task;
 }
 
-// No free pixel keeps a colour that would need strings of its own, let alone longer codes, because no other pixel has
-// it. In large frames such strings pay.
+// Colours that only free pixels have would need strings of their own, or even longer codes, so they become the
+// wildcard. In large frames such strings pay off.
 void GifFrameCompressor::FindFreedom(const GifPixels& pixels, Task& task) {
   constexpr std::size_t kLarge = 1u << 15;  // pixels
   const std::size_t count = pixels.symbols.size();
@@ -236,7 +236,7 @@ GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const Task task = TaskOf(pixels, wildcard, paletteBits);
   const bool small = task.symbols.size() <= kSmall;
   Best best;
-  // The quick ones first: then the slow choice is soon given up where it loses.
+  // The fast strategies first, so that the slow one is abandoned early where it loses.
   const auto tryStrategies = [&](LzwMode mode) {
     if (task.free.empty()) return Try(task, Strategy::Plain, mode, best);
     for (const Strategy strategy :

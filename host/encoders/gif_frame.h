@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One frame of a GIF into LZW codes. A pixel that stays as it was may be written as its colour or as the transparent
-// index, the wildcard: some strategies for that freedom are tried, and the shortest stream is kept.
+// Compresses one frame of a GIF into LZW codes. An unchanged pixel may be written as its colour or as the transparent
+// index, the wildcard; several strategies are tried and the shortest stream is kept.
 #pragma once
 
 #include <array>
@@ -12,28 +12,28 @@
 
 namespace glyphmotion {
 
-/// What a pixel may be written as.
+/// How a pixel may be written.
 enum class GifPixel : std::uint8_t {
   Colour,    ///< its colour
   Free,      ///< its colour or the wildcard
-  Wildcard,  ///< the wildcard; its colour means nothing
+  Wildcard,  ///< the wildcard; its colour is undefined
 };
 
-/// A frame's pixels and colours, the latter by palette slot.
+/// A frame's pixels as palette slots.
 struct GifPixels {
   std::vector<std::uint8_t> symbols;          ///< slots
-  std::vector<GifPixel> kinds;                ///< as many
-  std::array<bool, 256> must{}, may{};        ///< slots that pixels have that must be written, and that may be left out
-  bool hasFree = false, hasWildcard = false;  ///< there are pixels of this kind
+  std::vector<GifPixel> kinds;                ///< same length
+  std::array<bool, 256> must{}, may{};        ///< slots of required and of free pixels
+  bool hasFree = false, hasWildcard = false;  ///< whether there are pixels of this kind
 };
 
-/// Fills everything but `symbols` and `kinds` in from these.
+/// Computes the other members from `symbols` and `kinds`.
 void FindSlots(GifPixels& pixels);
 
 /// The lowest slot that no pixel has, or -1.
 int UnusedSlot(const GifPixels& pixels);
 
-/// The bits that codes begin with for slots up to `largest`, 2 to 8.
+/// The initial code size for slots up to `largest`, 2 to 8 bits.
 int GifCodeSize(int largest);
 
 /// A frame's compressed pixels.
@@ -43,11 +43,11 @@ struct GifStream {
   std::vector<std::uint8_t> bytes;  ///< packed codes
 };
 
-/// Compresses frames, each without regard to the others. Holds memory for it and nothing else: one compressor serves
-/// one thread, and any number of them give the same bytes.
+/// Compresses frames independently of one another. Its only state is working memory: use one compressor per thread; the
+/// result does not depend on how many there are.
 class GifFrameCompressor {
  public:
-  /// `pixels` may be changed. `paletteBits`: a wildcard past 2^paletteBits makes the palette grow.
+  /// May change `pixels`. A wildcard of 2^paletteBits or more makes the palette grow.
   GifStream Compress(GifPixels& pixels, int paletteBits);
 
  private:
@@ -61,7 +61,7 @@ class GifFrameCompressor {
 
   LzwCompressor lzw_;
   LzwCodes best_, attempt_;
-  std::vector<std::uint8_t> reached_, free_, open_, written_;  // by pixel
+  std::vector<std::uint8_t> reached_, free_, open_, written_;  // per pixel
 };
 
 }  // namespace glyphmotion

@@ -24,8 +24,8 @@ int GifPalette::Bits() const {
 
 namespace {
 
-// About how many bits the frames' codes take more than they would with the shortest: a code is as long as the slots
-// want it until there are as many strings as slots.
+// An estimate of the bits that the frames' codes take beyond the minimum: the slots determine the code length until
+// there are as many strings as slots.
 std::size_t CostOf(std::span<const GifWants> frames, const GifPalette& palette) {
   constexpr std::size_t kPixelsPerCode = 3;
   std::size_t cost = 0;
@@ -64,7 +64,7 @@ std::vector<std::uint16_t> BySmallestFrame(std::span<const GifWants> frames, con
   return out;
 }
 
-// One frame after the other, always the one that misses the fewest colours.
+// Takes one frame after the other, always the one with the fewest missing colours.
 std::vector<std::uint16_t> ByLeastMissing(std::span<const GifWants> frames, const std::vector<std::uint16_t>& ids) {
   constexpr std::size_t kMostFrames = 2000;
   if (frames.size() > kMostFrames) return ids;
@@ -90,7 +90,7 @@ std::vector<std::uint16_t> ByLeastMissing(std::span<const GifWants> frames, cons
   return out;
 }
 
-// From the last slot to the first, always the colour that the fewest frames miss of those that miss none yet.
+// Fills the slots from the last to the first, each time with the colour that the fewest still complete frames use.
 std::vector<std::uint16_t> ByFewestLost(std::span<const GifWants> frames, const std::vector<std::uint16_t>& ids) {
   std::vector<std::uint32_t> all(65536);
   for (const GifWants& frame : frames)
@@ -117,7 +117,7 @@ std::vector<std::uint16_t> ByFewestLost(std::span<const GifWants> frames, const 
   return out;
 }
 
-// The colours that the most frames must write first.
+// Colours that most frames must write come first.
 std::vector<std::uint16_t> ByFrames(std::span<const GifWants> frames, std::vector<std::uint16_t> ids) {
   std::vector<std::uint32_t> count(65536);
   for (const GifWants& frame : frames)
@@ -138,7 +138,7 @@ void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids
   std::vector<GifPalette> made = {with(ids), with(BySmallestFrame(frames, ids)), with(ByFrames(frames, ids)),
                                   with(ByLeastMissing(frames, ids)), with(ByFewestLost(frames, ids))};
   if (palette.colours.empty() && colours.size() <= 256) {
-    // Slots that are the ids save the frames' translation.
+    // If slots equal ids, the frames need no translation.
     GifPalette same;
     for (std::size_t id = 0; id < colours.size(); ++id) same.Put(id, id, colours[id]);
     if (same.Bits() == made[0].Bits()) made.insert(made.begin(), std::move(same));

@@ -9,28 +9,30 @@
 
 namespace glyphmotion {
 
-/// A palette under construction: colours have numbers throughout the animation, ids, and places in the palette, slots.
+/// A palette under construction. A colour has an id, its number throughout the animation, and a slot, its place in the
+/// palette.
 struct GifPalette {
   std::vector<std::uint32_t> colours;  ///< by slot: red, green << 8, blue << 16
   std::vector<std::int16_t> slotOfId;  ///< -1: none
-  int reserved = 0;                    ///< entries used, a transparent one past the colours included
+  int reserved = 0;                    ///< entries in use, including a transparent one past the colours
 
   int SlotOf(std::size_t id) const { return id < slotOfId.size() ? slotOfId[id] : -1; }
   void Put(std::size_t id, std::size_t slot, std::uint32_t colour);
   void Append(std::size_t id, std::uint32_t colour) { Put(id, colours.size(), colour); }
   void Reserve(int entries) { reserved = reserved > entries ? reserved : entries; }
-  /// The entries in the file are 2 to this power.
+  /// Log2 of the number of entries in the file.
   int Bits() const;
 };
 
-/// What a frame wants of the common palette.
+/// A frame's requirements on the common palette.
 struct GifWants {
-  std::vector<std::uint16_t> must;  ///< ids of colours it must write
-  bool wildcard = false;            ///< it has use for a transparent index
+  std::vector<std::uint16_t> must;  ///< ids of the colours it has to write
+  bool wildcard = false;            ///< whether a transparent index is useful to it
   std::size_t pixels = 0;
 };
 
-/// Adds `ids` to the palette, in the order that gives the frames the shortest codes. `colours`: of all ids.
+/// Adds `ids` to the palette, in the order that gives the frames the shortest codes. `colours` holds the colour of each
+/// id.
 void PutInOrder(std::span<const GifWants> frames, std::vector<std::uint16_t> ids,
                 std::span<const std::uint32_t> colours, GifPalette& palette);
 

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 // How a frame becomes bytes. Every colour of the animation has a number, its id, and the pictures `before` and `shown`
-// hold ids: what a viewer sees before and after the frame in hand. A frame is held back until the next one arrives,
-// because only that one tells whether the screen has to be cleared between the two. Then:
+// hold ids: what a viewer sees before and after the current frame. A frame is held back until the next one arrives,
+// because only that one shows whether the screen has to be cleared between the two. Then:
 //
 //   1. the crop: the box around what the frame changes, and around what has to be cleared after it;
 //   2. in the crop, a pixel that stays as it was is free: it may be written as its colour or as the transparent index;
 //   3. cropped frames are kept until all are known, or until they take much memory: only then can the common palette
 //      be put into an order that gives many frames short codes. A frame whose colours it has no room for gets its own;
 //   4. compression (gif_frame.h).
-//
-// Where the animation shows what is behind it, every frame that can names a transparent index, used or not: decoders
-// clear a frame's box to transparent only if that frame has one.
+// In an animation with transparency, every frame that can declares a transparent index, used or not: decoders clear a
+// frame's box to transparent only if that frame has one.
 #include "host/encoders/gif_writer.h"
 
 #include <algorithm>
@@ -25,7 +24,7 @@ namespace glyphmotion {
 namespace {
 
 using Id = std::uint16_t;
-constexpr Id kClear = 0xFFFF;    // nothing there: what is behind the animation shows
+constexpr Id kClear = 0xFFFF;    // nothing drawn: transparent
 constexpr Id kUnknown = 0xFFFE;  // equals no colour
 constexpr std::size_t kMostIds = kUnknown;
 
@@ -35,7 +34,7 @@ GifBox Union(const GifBox& a, const GifBox& b) {
   return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
 }
 
-// The box around all places where `differs(a, b)`, which is false for equal ids; rows are scanned from both ends.
+// The bounding box of the pixels with `differs(a, b)`, which is false for equal ids; rows are scanned from both ends.
 template <typename Differs>
 GifBox BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int height, Differs differs) {
   GifBox box{width, height, 0, 0};
@@ -53,7 +52,7 @@ GifBox BoxOf(const std::vector<Id>& a, const std::vector<Id>& b, int width, int 
   return box;
 }
 
-// Numbers for colours: palette entries of one colour are one and the same, here and in the file.
+// Numbers the colours: palette entries of equal colour share one number, here and in the file.
 struct ColourIds {
   std::vector<std::uint32_t> colours;
   std::unordered_map<std::uint32_t, Id> ids;
@@ -68,13 +67,13 @@ struct ColourIds {
   }
 };
 
-// A cropped frame that waits until the palette is known.
+// A cropped frame that is kept until the palette is known.
 struct HeldFrame {
   GifBox crop;
   GifDisposal disposal = GifDisposal::Keep;
   int delay = 0;
-  GifPixels pixels;     // symbols are numbers of the frame's own
-  std::vector<Id> ids;  // by such a number; empty: the numbers are ids
+  GifPixels pixels;     // symbols are frame-local numbers
+  std::vector<Id> ids;  // by that number; empty: the numbers are ids
   Id IdOf(std::size_t symbol) const { return ids.empty() ? static_cast<Id>(symbol) : ids[symbol]; }
 };
 
@@ -99,7 +98,7 @@ GLYPHMOTION_CLONES void PutWhere(Id* __restrict out, const std::uint8_t* __restr
 GLYPHMOTION_CLONES void Narrow(std::uint8_t* __restrict out, const Id* __restrict in, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<std::uint8_t>(in[i]);
 }
-// Free where nothing changes; nothing to write where there is no colour.
+// Unchanged pixels are free; pixels without a colour must be wildcards.
 GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict was, const Id* __restrict is,
                                   std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -108,7 +107,7 @@ GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict
   }
 }
 
-// The symbol of the fewest pixels that must be written.
+// The symbol with the fewest required pixels.
 std::uint8_t RarestSymbol(const GifPixels& pixels) {
   std::array<std::size_t, 256> count{};
   for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
@@ -123,7 +122,7 @@ void LeaveToWildcard(GifPixels& pixels, Symbols symbols) {
   FindSlots(pixels);
 }
 
-// A palette of a frame's own: what it must write first.
+// A local palette, required colours first.
 GifPalette OwnPalette(const HeldFrame& frame, std::span<const std::uint32_t> colours) {
   GifPalette palette;
   for (const bool must : {true, false})
@@ -133,7 +132,7 @@ GifPalette OwnPalette(const HeldFrame& frame, std::span<const std::uint32_t> col
   return palette;
 }
 
-// Turns the frame's own symbols into slots of the palette.
+// Maps the frame's symbols to slots of the palette.
 void UseSlots(HeldFrame& frame, const GifPalette& palette) {
   GifPixels& pixels = frame.pixels;
   std::array<std::uint8_t, 256> slotOf{};
@@ -153,7 +152,7 @@ void UseSlots(HeldFrame& frame, const GifPalette& palette) {
 }
 
 // The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
-// ids. `index`: it has to name a transparent index, used or not. `frame` is used up; threads only share what is const.
+// ids. `index`: it has to declare a transparent index, used or not. Consumes `frame`; threads share const data only.
 GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
                          GifFrameCompressor& compressor) {
   GifFileFrame out;
@@ -175,7 +174,7 @@ GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<c
 }  // namespace
 
 struct GifWriter::State {
-  // Cropped frames are kept up to this size together.
+  // Total size up to which cropped frames are kept.
   static constexpr std::size_t kMostHeld = std::size_t{64} << 20;
 
   int width = 0, height = 0;
@@ -183,13 +182,13 @@ struct GifWriter::State {
   bool pending = false;
   int pendingDelay = 0;
   ColourIds ids;
-  std::array<Id, 256> idOfIndex{};  // of the last frame's palette
-  std::vector<std::uint8_t> twins;  // indices that are not their ids
+  std::array<Id, 256> idOfIndex{};  // of the previous frame's palette
+  std::vector<std::uint8_t> twins;  // indices that differ from their ids
   std::array<std::uint8_t, 768> lastPalette{};
   int lastTransparent = -1;
   bool idsStand = false;
   GifPalette common;
-  bool seeThrough = false;  // some pixel shows what is behind the animation
+  bool seeThrough = false;  // some pixel is transparent
   std::string comment;
   int loops = 0;
   std::vector<HeldFrame> held;
@@ -221,7 +220,7 @@ GifWriter::GifWriter(GifWriter&&) noexcept = default;
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 void GifWriter::SetLoops(int loops) { state_->loops = std::clamp(loops, 0, 65535); }
 
-// The table from palette index to id. The first palette's colours have their indices as ids.
+// Builds the table from palette index to id. In the first palette ids equal indices.
 const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
   const bool same = idsStand && frame.transparentIndex == lastTransparent &&
                     std::equal(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
@@ -241,8 +240,7 @@ const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
   return idOfIndex;
 }
 
-// Hundreds of palettes: starts the numbering of colours again. What is on the screen then equals nothing that is to
-// come.
+// After hundreds of palettes: restarts the numbering of colours. The screen then equals no future colour.
 void GifWriter::State::StartAfresh(const GifFrame& next) {
   if (next.standAlone) wanted.assign(Size(), kClear);
   WriteBefore(next);
@@ -255,7 +253,7 @@ void GifWriter::State::StartAfresh(const GifFrame& next) {
   common.slotOfId.clear();
 }
 
-// The screen as it looks with `frame` on it, into `wanted`.
+// Puts the screen with `frame` drawn on it into `wanted`.
 void GifWriter::State::Translate(const GifFrame& frame) {
   if (ids.colours.size() + 256 > kMostIds) StartAfresh(frame);
   const Id* idOf = IdsOf(frame).data();
@@ -268,7 +266,7 @@ void GifWriter::State::Translate(const GifFrame& frame) {
     wanted = shown;
   else
     wanted.resize(Size());
-  // Few indices are not their ids, as a rule: of colours that stand in the palette twice.
+  // Usually few indices differ from their ids: duplicate colours of the palette.
   constexpr std::ptrdiff_t kFewTwins = 4;
   const std::uint8_t largest = LargestOf(frame.indices.data(), frame.indices.size());
   const auto lastTwin = std::upper_bound(twins.begin(), twins.end(), largest);
@@ -308,8 +306,8 @@ bool GifWriter::Add(const GifFrame& frame) {
   return true;
 }
 
-// Writes the pending frame, and clears with it what `next` no longer shows: only clearing the screen can take a colour
-// away, and what has to vanish must lie in the frame that is cleared.
+// Writes the pending frame and clears with it what `next` no longer shows: a colour can only be removed by clearing,
+// and the pixels to remove must lie within the cleared frame.
 void GifWriter::State::WriteBefore(const GifFrame& next) {
   if (!pending) return;
   const auto vanishes = [](Id now, Id then) { return now != kClear && then == kClear; };
@@ -317,7 +315,8 @@ void GifWriter::State::WriteBefore(const GifFrame& next) {
   WritePending(vanishing, vanishing.Empty() ? GifDisposal::Keep : GifDisposal::ToBackground);
 }
 
-// Writes the frame that turns `before` into `shown`, then makes `before` what the next frame is drawn upon.
+// Writes the frame that turns `before` into `shown`, then updates `before` to the screen that the next frame is drawn
+// on.
 void GifWriter::State::WritePending(const GifBox& mustCover, GifDisposal disposal) {
   if (!pending) return;
   pending = false;
@@ -370,8 +369,8 @@ void GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
   FindSlots(pixels);
 }
 
-// With symbols by frequency. Usually all colours of the crop get one; only those that must be written where that would
-// be more than a palette holds: the others are the screen's already.
+// With symbols ordered by frequency. Usually all colours of the crop get one; if a palette cannot hold them, only the
+// required ones do: the others are already on the screen.
 void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   std::vector<std::uint32_t> must(ids.colours.size()), may(must.size());
@@ -401,10 +400,10 @@ void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const 
   FindSlots(pixels);
 }
 
-// Frees an index in the frames that need a transparent one and have 256 colours. A colour that only unchanged pixels
-// have is left to the wildcard. Where all of them are new the frame becomes two, the second of which adds the rarest
-// colour. It follows after 20 ms where there is time, the shortest delay that viewers honour: most of them show a frame
-// without a delay for 100 ms.
+// Frees an index in frames that need a transparent one and have 256 colours. A colour that only unchanged pixels have
+// is replaced by the wildcard. If all colours are new, the frame is split and the second part adds the rarest colour.
+// It follows after 20 ms if there is time, the shortest delay that viewers honour: most show a frame without a delay
+// for 100 ms.
 void GifWriter::State::SpareIndices() {
   constexpr int kShortestDelay = 2;
   for (std::size_t f = 0; f < held.size(); ++f) {
@@ -423,8 +422,8 @@ void GifWriter::State::SpareIndices() {
   }
 }
 
-// Puts the colours of the frames held into the common palette, as far as there is room. Gives the frames that need one
-// of their own.
+// Adds the colours of the kept frames to the common palette, as far as there is room. Returns the frames that need a
+// local palette.
 std::vector<bool> GifWriter::State::ChoosePalettes() {
   std::vector<bool> own;
   std::vector<GifWants> wants;
@@ -452,8 +451,8 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the frames held. Each depends on nothing but its own pixels and the common palette as it is now, so that
-// they may be compressed in any order or at once; the entries for their transparent indices come afterwards.
+// Compresses the kept frames. Each depends only on its own pixels and the current common palette, so they may be
+// compressed in any order or in parallel; entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();

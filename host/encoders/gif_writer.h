@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A writer of animated GIFs: the same bytes on every platform, as small as the format allows without changing a pixel.
-//
-// Each frame is cropped to what it changes; pixels that stay as they were may be written as a transparent index where
-// that compresses better. Colours are renumbered by first use and frequency, so that the palette and the first codes
-// are as short as they can be; a frame whose colours don't fit into the common palette gets one of its own.
+// Each frame is cropped to what it changes; unchanged pixels may be written as a transparent index where that
+// compresses better. Colours are renumbered by first use and frequency, so that the palette and the first codes are as
+// short as they can be; a frame whose colours do not fit into the common palette gets a local one.
 #pragma once
 
 #include <array>
@@ -17,16 +16,16 @@ namespace glyphmotion {
 
 /// One picture of an animation. Everything is borrowed for the call.
 struct GifFrame {
-  int width = 0, height = 0;                   ///< pixels; placed at the screen's top left, cut to the screen
+  int width = 0, height = 0;                   ///< pixels; placed at the top left of the screen, clipped to it
   std::span<const std::uint8_t> indices;       ///< width * height, rows top down
   std::span<const std::uint8_t, 768> palette;  ///< 256 times red, green, blue
-  int delay = 0;                               ///< 1/100 s, 0 to 65535 (limited to that)
+  int delay = 0;                               ///< 1/100 s, clamped to 0 to 65535
   int transparentIndex = -1;                   ///< -1: none
-  bool standAlone = false;  ///< transparent pixels show what is behind the animation, not the frame before
+  bool standAlone = false;  ///< transparent pixels stay transparent instead of showing the previous frame
 };
 
-/// Builds one file. Memory: three pictures of two bytes a pixel, 64 MiB of cropped frames at the most, and the
-/// compressed stream.
+/// Builds one file. Memory: three pictures of two bytes per pixel, at most 64 MiB of cropped frames, and the compressed
+/// stream.
 class GifWriter {
  public:
   /// The screen's size in pixels, 1 to 65535 each.
@@ -34,13 +33,13 @@ class GifWriter {
   ~GifWriter();
   GifWriter(GifWriter&&) noexcept;
 
-  /// Appends a frame. False, with nothing changed, when its size and its indices don't fit together.
+  /// Appends a frame. False, with nothing changed, when its size does not match its number of indices.
   bool Add(const GifFrame& frame);
-  /// A comment for the file; the last one stands.
+  /// Sets the comment of the file; the last call wins.
   void SetComment(const std::string& text);
-  /// How often several frames play: 0 to 65535, where 0, unless said otherwise, is for ever.
+  /// Sets how often several frames play: 0 to 65535; 0, the default, is for ever.
   void SetLoops(int loops);
-  /// Ends the animation and gives the whole file. Empty without a frame. The writer is spent afterwards.
+  /// Ends the animation and returns the whole file; empty without a frame. The writer cannot be used afterwards.
   std::vector<std::uint8_t> Finish();
 
  private:

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The dictionary is a trie of strings: one hash table of 128 KiB, of which a frame touches little where its strings are
-// alike, holds the child of each node by symbol. Codes are collected unpacked, and their length in bits is only
-// counted: of several attempts at a frame all but one are thrown away, and the winner may still change its literals
-// before it is packed.
+// The dictionary is a trie of strings: one hash table of 128 KiB maps a node and a symbol to a child. A frame with
+// similar strings touches little of it. Codes are collected unpacked, with their length in bits only counted: all but
+// one of the attempts at a frame are discarded, and the winner may still change its literals before it is packed.
 #include "host/encoders/lzw.h"
 
 #include <algorithm>
@@ -15,7 +14,7 @@ constexpr unsigned kCodes = 4096;
 constexpr unsigned kNone = 0xFFFF;
 
 // The children of all nodes in one table, by node and symbol; free slots are 0. It is large for its few entries, so
-// that what is looked for mostly stands in the first slot or not at all.
+// that a look-up mostly ends at the first slot.
 class Dictionary {
  public:
   using Slot = std::uint32_t*;
@@ -26,7 +25,7 @@ class Dictionary {
       slots_.fill(0);
     count_ = 0;
   }
-  // The child's code, or kNone, and the slot in which it stands, or would stand.
+  // The child's code, or kNone, and the slot that holds it or would hold it.
   unsigned Child(unsigned node, unsigned symbol, Slot& slot) {
     const std::uint32_t key = node << 8 | symbol;
     for (unsigned i = node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);; i = (i + 1) & kMask) {
@@ -47,17 +46,17 @@ class Dictionary {
 
  private:
   static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
-  static constexpr std::size_t kFew = 2048;  // entries that are better cleared one by one
+  static constexpr std::size_t kFew = 2048;  // up to this many entries are cleared one by one
   std::size_t count_ = kFew;                 // of `used_`
   std::array<std::uint16_t, kFew> used_;
   std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
 };
 
-// Writes to memory that has room for eight bytes more than what is put.
+// Writes to memory with room for eight bytes past the end.
 struct BitWriter {
   std::uint8_t* to;
   std::uint64_t bits = 0;
-  unsigned count = 0;  // of bits that stand there yet, 0 to 7
+  unsigned count = 0;  // pending bits, 0 to 7
 
   // At most 56 bits.
   void Put(std::uint64_t value, unsigned width) {
@@ -70,8 +69,8 @@ struct BitWriter {
   }
 };
 
-// Decides when a full dictionary is no longer worth keeping: looks at the mean length of the strings found, a window of
-// codes at a time, against the best window since the dictionary was full.
+// Decides when a full dictionary is no longer worth keeping: compares the mean length of matched strings, a window of
+// codes at a time, with the best window since the dictionary was full.
 struct ClearPolicy {
   static constexpr unsigned kWindow = 256;  // codes
   static constexpr double kTolerance = 0.95;
@@ -98,16 +97,16 @@ unsigned FirstWidth(unsigned clear) {
   return width;
 }
 
-// Codes of the strings that are nothing but one symbol, by length: along the ground of a picture the matcher needs not
-// follow every pixel.
+// Codes of the strings of one repeated symbol, by length. Across the background of a picture the matcher does not have
+// to follow every pixel.
 struct Runs {
-  const std::uint8_t* pixels = nullptr;  // where they are looked for: symbols, or flags of free pixels
+  const std::uint8_t* pixels = nullptr;  // searched: symbols, or flags of free pixels
   std::size_t size = 0;
   std::uint8_t value = 0;   // of the pixels
   std::uint8_t symbol = 0;  // of the strings
   unsigned longest = 1;
   std::array<std::uint16_t, kCodes> codes;
-  std::size_t end = 0;  // of the run seen last
+  std::size_t end = 0;  // of the last run
 
   void Clear() {
     longest = 1;
@@ -116,7 +115,7 @@ struct Runs {
   void Added(unsigned node, unsigned last, unsigned code) {
     if (last == symbol && node == codes[longest]) codes[++longest] = static_cast<std::uint16_t>(code);
   }
-  // The end of the run in which `i` lies. Places may only go back where they stay in a run.
+  // The end of the run that contains `i`. Positions may go back only within a run.
   std::size_t EndFrom(std::size_t i) {
     if (i < end) return end;
     std::uint64_t all, word;
@@ -130,7 +129,7 @@ struct Runs {
   }
 };
 
-// The symbol that most often stands beside itself, as far as a sample tells.
+// The symbol that most often repeats, estimated from a sample.
 std::uint8_t CommonSymbol(std::span<const std::uint8_t> symbols) {
   std::array<std::uint32_t, 256> count{};
   for (std::size_t i = 1; i < symbols.size(); i += 61)
@@ -138,7 +137,7 @@ std::uint8_t CommonSymbol(std::span<const std::uint8_t> symbols) {
   return static_cast<std::uint8_t>(std::max_element(count.begin(), count.end()) - count.begin());
 }
 
-// Collects codes and keeps the code width in step with what a decoder has.
+// Collects codes and keeps the code width in step with the decoder's.
 class CodeStream {
  public:
   CodeStream(Dictionary& dictionary, Runs& runs, int minCodeSize, bool clearWhenFull, std::size_t symbols,
@@ -152,7 +151,7 @@ class CodeStream {
         limit_(rival.limit),
         clear_(1u << minCodeSize),
         width_(FirstWidth(clear_)) {
-    // A clear stands for at least a thousand symbols, or it is the first or the last code.
+    // A clear comes at most once in a thousand symbols, except as the first or the last code.
     const std::size_t most = symbols + symbols / 1000 + 4;
     if (out.codes.size() < most) out.codes.resize(most);
     to_ = counted_ = out.codes.data();
@@ -168,11 +167,11 @@ class CodeStream {
     next_ = clear_ + 2;
   }
   void Put(unsigned node) { *to_++ = static_cast<std::uint16_t>(node); }
-  // As far as bits are counted: at every change of the width, and now and then while the dictionary is full.
+  // Bits are counted at every change of the width, and periodically while the dictionary is full.
   bool TooLong() const { return bits_ > limit_; }
   bool Full() const { return next_ == kCodes; }
   unsigned Next() const { return next_; }
-  // The string of `node` and one more symbol becomes a string, which has none yet. Not when full.
+  // Adds the string of `node` plus one symbol, which must be new. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
     Dictionary::Slot slot;
     dictionary_->Child(node, symbol, slot);
@@ -183,7 +182,7 @@ class CodeStream {
     runs_->Added(node, symbol, next_);
     Skip(position);
   }
-  // The decoder adds a string that stands already.
+  // The decoder adds a string that exists already.
   void Skip(std::size_t position) {
     if (next_ == 1u << width_) SetWidth(width_ + 1, position);
     if (++next_ == kCodes) policy_.Full(position);
@@ -193,7 +192,7 @@ class CodeStream {
     if (policy_.codes == 0) SetWidth(width_, position);
     return wants;
   }
-  // The decoder adds a string for the last code too, whatever it may be.
+  // The decoder also adds a string for the last code.
   void End() {
     if (next_ < kCodes && next_ == 1u << width_) Count(), ++width_;
     Put(clear_ + 1);
@@ -206,26 +205,26 @@ class CodeStream {
   Dictionary* dictionary_;
   Runs* runs_;
   LzwCodes* out_;
-  std::uint16_t *to_ = nullptr, *counted_ = nullptr;  // codes up to there are counted among the bits
+  std::uint16_t *to_ = nullptr, *counted_ = nullptr;  // codes up to here are included in the bits
   std::size_t bits_ = 0;
   ClearPolicy policy_;
   LzwRival rival_;
   std::size_t symbols_, limit_;
-  std::size_t mark_ = 0;  // of the rival's, the first that may lie behind
+  std::size_t mark_ = 0;  // of the rival, the first that may lie ahead
   unsigned clear_, next_ = 0, width_ = 0;
 
   void Count() {
     bits_ += static_cast<std::size_t>(to_ - counted_) * width_;
     counted_ = to_;
   }
-  // Of the codes that come now; those before it stand for the symbols up to `position`, or one less.
+  // Applies to the codes from here on; those before it cover the symbols up to `position`, or one less.
   void SetWidth(unsigned width, std::size_t position) {
     Count();
     width_ = width;
     out_->marks.push_back({position, bits_});
     if (HasFallenBehind(position)) limit_ = 0;
   }
-  // The more of the symbols are behind, the less the rival may lead.
+  // The closer to the end, the smaller the lead that the rival may have.
   bool HasFallenBehind(std::size_t position) {
     while (mark_ < rival_.marks.size() && rival_.marks[mark_].symbols < position) ++mark_;
     if (mark_ == rival_.marks.size()) return false;
@@ -234,7 +233,7 @@ class CodeStream {
   }
 };
 
-// The pixels: what they may be written as, and how far the same goes on.
+// The pixels: how they may be written, and how far a run of equal ones reaches.
 template <bool kChoice>
 struct Pixels {
   const std::uint8_t* symbols;
@@ -248,7 +247,7 @@ struct Pixels {
   bool Free(std::size_t i) const { return kChoice && free[i]; }
 };
 
-// The longest string at a place: its node, the node one symbol before its end, the place behind it and its first
+// The longest match at a position: its node, the node one symbol before its end, the position after it and its first
 // symbol.
 struct Match {
   unsigned node, parent;
@@ -303,19 +302,19 @@ class Matcher {
   }
 };
 
-// Compresses from `begin` on, with choices or looking ahead. Gives the place where it ends: behind the last symbol, or,
-// looking ahead only while the dictionary is full, where that has been cleared.
+// Compresses from `begin` on, with choices or look-ahead. Returns the end position: after the last symbol or, with
+// look-ahead only while the dictionary is full, where it has been cleared.
 template <bool kChoice>
 std::size_t CompressCarefully(const Pixels<kChoice>& pixels, Matcher<kChoice> matcher, std::size_t begin, LzwMode mode,
                               CodeStream& codes) {
-  // How many symbols more than none a cut must win while the dictionary grows, because it adds no new string.
+  // The least gain in symbols of a cut while the dictionary grows, because a cut adds no new string.
   const std::size_t cutGain = mode.clearWhenFull ? 4 : 1;
   const std::size_t size = pixels.size;
   Match match = matcher.Longest(begin);
   while (match.end < size && !codes.TooLong()) {
     const std::size_t end = match.end;
     Match next = matcher.Longest(end);
-    // The string about to be added lengthens the next one if that one stops right there.
+    // The string about to be added extends the next match if that one ends right there.
     const bool grows =
         !codes.Full() && next.node == match.node && next.end < size && pixels.Takes(next.end, next.first);
     const bool looksAhead =
@@ -344,8 +343,8 @@ std::size_t CompressCarefully(const Pixels<kChoice>& pixels, Matcher<kChoice> ma
   return size;
 }
 
-// Compresses without either: the same codes, but most of a writer's time goes by here. Ends behind the last symbol, or
-// where the dictionary is full and it is time to look ahead.
+// Compresses without either: the same codes by a faster loop, in which the writer spends most of its time. Ends after
+// the last symbol, or where the dictionary is full and look-ahead begins.
 std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary, Runs& runs, std::size_t begin,
                              bool untilFull, CodeStream& stream) {
   const std::uint8_t* const symbols = pixels.symbols;
@@ -433,7 +432,7 @@ void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
   out.resize((codes.bits + 7) / 8 + 8);
   BitWriter writer{out.data()};
   unsigned width = FirstWidth(clear);
-  std::size_t left = 0;  // codes of this width, unless a clear comes before
+  std::size_t left = 0;  // codes of this width, unless a clear comes first
   const std::uint16_t *code = codes.codes.data(), *const end = code + codes.count;
   while (code < end) {
     const unsigned first = *code++;
@@ -444,7 +443,7 @@ void PackLzw(const LzwCodes& codes, std::vector<std::uint8_t>& out) {
       continue;
     }
     if (--left == 0 && width < 12) left = std::size_t{1} << width++;
-    // Four at once.
+    // Four codes at once.
     const std::size_t most = width < 12 ? left - 1 : SIZE_MAX;
     const std::uint16_t* const stop = code + std::min<std::size_t>(most, static_cast<std::size_t>(end - code)) / 4 * 4;
     for (; code < stop && code[0] != clear && code[1] != clear && code[2] != clear && code[3] != clear; code += 4) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// GIF's form of LZW compression: variable code size, deferred clear, and a choice of symbols per pixel.
+// LZW compression as used by GIF: variable code size, deferred clear, and an optional choice between two symbols per
+// pixel.
 #pragma once
 
 #include <array>
@@ -16,47 +17,46 @@ namespace glyphmotion {
 /// a string, unless it is full.
 enum class Lookahead : std::uint8_t { Never, WhenFull, Always };
 
-/// Two decisions that the format leaves to the compressor. None of the ways is always the best.
+/// Two decisions that the format leaves to the compressor. No mode is always the best.
 struct LzwMode {
-  /// A full dictionary is cleared at once (textures that change all the time), instead of when strings get markedly
-  /// shorter (patterns that come again).
+  /// Clears a full dictionary at once (for textures that change all the time) instead of when strings get markedly
+  /// shorter (for patterns that recur).
   bool clearWhenFull = false;
   Lookahead lookahead = Lookahead::Always;
   friend bool operator==(const LzwMode&, const LzwMode&) = default;
 };
 
-/// Codes, not packed yet: literals below 2^minCodeSize, then the clear code, the end code and the strings.
+/// Unpacked codes: literals below 2^minCodeSize, then the clear code, the end code and the strings.
 struct LzwCodes {
   std::vector<std::uint16_t> codes;  ///< the first `count` of them
   std::size_t count = 0;
-  std::size_t bits = 0;  ///< what they take when packed
+  std::size_t bits = 0;  ///< their packed size
   int minCodeSize = 2;
 
-  /// How many bits the codes for the first symbols take.
+  /// The number of bits that the codes of the first symbols take.
   struct Mark {
     std::size_t symbols, bits;
   };
-  std::vector<Mark> marks;  ///< some, in order
+  std::vector<Mark> marks;  ///< a selection, in order
 };
 
-/// What an attempt is given up for.
+/// When to abandon an attempt.
 struct LzwRival {
-  std::size_t limit = SIZE_MAX;           ///< bits that may not be exceeded
-  std::span<const LzwCodes::Mark> marks;  ///< of a better attempt at as many symbols, which may lead by little; or none
+  std::size_t limit = SIZE_MAX;  ///< most bits allowed
+  std::span<const LzwCodes::Mark>
+      marks;  ///< of a better attempt at the same number of symbols, whose lead must stay small; or none
 };
 
-/// Compresses symbols into codes. Holds some memory for it, nothing else from one call to the next.
+/// Compresses symbols into codes. Keeps working memory, but no state, between calls.
 class LzwCompressor {
  public:
   LzwCompressor();
   ~LzwCompressor();
 
-  /// symbols   one a pixel, each below 2^minCodeSize, at least one.
-  /// free      empty, or one flag a pixel: 1, not 0, where `wildcard` says the same as the symbol and may be written
-  ///           instead, whichever the dictionary has the longer string for.
-  /// minCodeSize  2 to 8.
-  /// rival     what the attempt is given up for: `out` then is no whole stream, and says more bits than the limit.
-  /// out       is replaced; its memory is used again.
+  /// symbols one a pixel, each below 2^minCodeSize, at least one. free empty, or one flag a pixel: 1 where `wildcard`
+  /// may be written instead of the symbol, whichever gives the longer match; otherwise 0. minCodeSize 2 to 8. rival
+  /// when to abandon the attempt; `out` is then incomplete, with more bits than the limit. out is overwritten; its
+  /// memory is reused.
   ///
   /// The codes begin with a clear and end with the end code.
   /// Source: Welch, "A technique for high-performance data compression" (1984), in the form of the GIF89a format.

@@ -28,14 +28,14 @@ bool IsNumberedPicture(const fs::directory_entry& entry) {
          std::all_of(stem.begin(), stem.end(), IsDigit);
 }
 
-// Why a folder must not be replaced; empty when it may be.
+// Why a folder must not be replaced; empty when replacing it is safe.
 std::string FolderTrouble(const std::string& target) {
   std::error_code code;
   if (!fs::exists(target, code)) return {};
   if (!fs::is_directory(target, code)) return "it is a file; name a folder";
   for (const fs::directory_entry& entry : fs::directory_iterator(target, code)) {
     if (!IsNumberedPicture(entry))
-      return "the folder holds '" + entry.path().filename().string() + "'; name a new or empty one";
+      return "the folder contains '" + entry.path().filename().string() + "'; name a new or empty one";
   }
   return {};
 }

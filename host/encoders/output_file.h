@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program writes for its user, a file or a folder of pictures, which appears whole or not at all.
+// The program's output, a file or a folder of pictures, which appears whole or not at all.
 #pragma once
 
 #include <cstdint>
@@ -11,24 +11,24 @@
 
 namespace glyphmotion {
 
-/// One file, or one folder of files, under way. Until it is kept, whatever has the name stays as it is.
+/// One file, or one folder of files, being written. Whatever has the name stays untouched until Keep.
 class Output {
  public:
-  /// Begins a file or a folder. `error` gets one sentence when that cannot be done (no such folder, no permission, a
-  /// target that is something else, a folder that holds files other than numbered pictures).
+  /// Begins a file or a folder. On failure `error` gets one sentence (no such folder, no permission, a target of
+  /// another kind, a folder that contains files other than numbered pictures).
   static Output File(const std::string& target, std::string& error);
   static Output Folder(const std::string& target, std::string& error);
-  /// The process's standard output: what has been written is gone, kept or not.
+  /// The process's standard output: bytes that are written cannot be taken back.
   static Output Stream();
 
   explicit operator bool() const noexcept { return file_ || folder_ || stream_; }
-  /// Appends to the file. False when the disk refuses.
+  /// Appends to the file. False on a write error.
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
   bool WriteMember(const std::string& name, std::span<const std::uint8_t> bytes);
   /// The sentence for a Write or WriteMember that failed.
   std::string Refusal() const;
-  /// Gives the result its name. An empty text when done, otherwise one sentence.
+  /// Gives the result its name. Returns an empty text, or one sentence on failure.
   std::string Keep();
 
  private:

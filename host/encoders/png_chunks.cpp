@@ -34,7 +34,7 @@ void PutChunk(Bytes& out, const char* type, const Bytes& head, std::span<const s
   PutU32(out, static_cast<std::uint32_t>(crc32(0, out.data() + start, static_cast<uInt>(out.size() - start))));
 }
 
-// No exception may cross libpng, which would leave its memory behind.
+// Exceptions must not cross libpng, which would leak its memory.
 bool Append(Bytes& out, png_const_bytep bytes, std::size_t count) noexcept try {
   out.insert(out.end(), bytes, bytes + count);
   return true;
@@ -65,7 +65,7 @@ void PutHeader(png_structp png, png_infop info, const PngPicture& picture) {
   png_set_tRNS(png, info, alpha, picture.transparentIndex + 1, nullptr);
 }
 
-// One picture's part of a PNG file, by chunk.
+// The chunks of one picture.
 struct ChunkView {
   const std::uint8_t* type;
   std::span<const std::uint8_t> data, whole;
@@ -87,7 +87,7 @@ std::vector<std::uint8_t> WritePng(const PngPicture& picture) {
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Fail, NoWarning);
   if (!png) return {};
   png_infop info = png_create_info_struct(png);
-  // libpng jumps back here on an error; nothing with a destructor is made beyond this point.
+  // libpng jumps back here on an error; no object with a destructor may be created beyond this point.
   if (!info || setjmp(png_jmpbuf(png))) {
     png_destroy_write_struct(&png, &info);
     return {};
@@ -124,8 +124,8 @@ std::vector<std::uint8_t> PngAnimation::Add(const PngPicture& picture, const Png
     PutU16(head,
            static_cast<std::uint32_t>(fine ? place.delayMilliseconds : std::min(place.delayMilliseconds / 10, 65535)));
     PutU16(head, fine ? 1000 : 100);
-    head.push_back(0);  // stays
-    head.push_back(0);  // replaces
+    head.push_back(0);  // dispose: none
+    head.push_back(0);  // blend: source
     PutChunk(out, "fcTL", head);
   };
   ForEachChunk(file, [&](const ChunkView& chunk) {

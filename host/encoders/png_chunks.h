@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// PNG pictures and animations in memory: libpng compresses, this adds the chunks of an animation (APNG) around it.
+// PNG pictures and animations in memory: libpng compresses, this adds the chunks of an animation (APNG).
 #pragma once
 
 #include <cstdint>
@@ -22,19 +22,19 @@ struct PngPicture {
 /// A whole PNG file; empty when libpng fails.
 std::vector<std::uint8_t> WritePng(const PngPicture& picture);
 
-/// Where and how long a frame of an animation stands.
+/// Position and duration of a frame of an animation.
 struct PngFramePlace {
   int left = 0, top = 0;
   int delayMilliseconds = 0;
 };
 
-/// Builds an animation chunk by chunk. Frames replace the pixels under them and stay.
+/// Builds an animation chunk by chunk. Frames overwrite the pixels under them and are not disposed of.
 class PngAnimation {
  public:
   /// Plays `loops` times; 0: for ever.
   explicit PngAnimation(int frameCount, int loops = 0) : frameCount_(frameCount), loops_(loops) {}
-  /// The bytes that a frame adds to the file; the first must have the size of the whole animation. All frames are of
-  /// the first one's kind, palette and transparent index. Empty when libpng fails.
+  /// The bytes that a frame adds to the file; the first frame must have the size of the whole animation. All frames are
+  /// of the first one's kind, palette and transparent index. Empty when libpng fails.
   std::vector<std::uint8_t> Add(const PngPicture& picture, const PngFramePlace& place);
   /// The last bytes.
   static std::vector<std::uint8_t> End();

@@ -9,12 +9,12 @@
 
 namespace glyphmotion {
 
-/// What a viewer sees: images laid on a screen one after the other. Red, green, blue, alpha, rows top down.
+/// What a viewer sees: images composed on a screen one after the other. Red, green, blue, alpha, rows top down.
 struct Screen {
   int width, height;
   std::vector<std::uint8_t> pixels;
 
-  /// Transparent all over.
+  /// Fully transparent.
   Screen(int w, int h)
       : width(w), height(h), pixels(std::size_t{4} * static_cast<std::size_t>(w) * static_cast<std::size_t>(h)) {}
   std::uint8_t* Row(int y) {
@@ -22,7 +22,7 @@ struct Screen {
   }
 
   void Clear();
-  /// Lays an image at the top left, cut to the screen. `standAlone`: nothing of the images before it stays.
+  /// Composes an image at the top left, clipped to the screen. `standAlone`: clears the screen first.
   void Show(const DibPixels& dib, int transparentIndex, bool standAlone);
 
  private:

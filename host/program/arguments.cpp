@@ -27,7 +27,7 @@ void ReadEffect(Reading& reading) {
   for (const std::string& name : reading.catalogue.effects) names.push_back(OptionForm(name));
   const std::string wanted = OptionForm(typed);
   if (std::find(names.begin(), names.end(), wanted) == names.end())
-    Refuse("there is no effect '" + typed + "'" + Suggestion(wanted, names) + " (--list effects names all)");
+    Refuse("there is no effect '" + typed + "'" + Suggestion(wanted, names) + " (see --list effects)");
   reading.arguments.job.effect = wanted;
 }
 
@@ -60,7 +60,7 @@ void FindText(Reading& reading) {
   };
   if (reading.typed.Has("--text-file")) {
     const std::string& path = reading.typed.Value("--text-file");
-    if (text) Refuse("a text and --text-file exclude each other; leave one out");
+    if (text) Refuse("a text and --text-file cannot be used together; leave one out");
     text = path == "-" ? input(true).value_or("") : TextOfFile(path);
   } else if (text || NeedsNoText(reading)) {
     return;
@@ -68,7 +68,7 @@ void FindText(Reading& reading) {
     text = input(false);
     if (!text || text->empty())
       Refuse(
-          "there is no text: write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, name a "
+          "there is no text; write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, name a "
           "--text-file, or pipe it in");
   }
   // The line's end belongs to the file.
@@ -117,19 +117,19 @@ void ReadText(Reading& reading) {
   if (const auto& text = reading.typed.text) {
     const auto characters = std::count_if(text->begin(), text->end(), [](char c) { return (c & 0xC0) != 0x80; });
     if (text->empty() && (job.action == Job::Action::Build || job.action == Job::Action::Sample))
-      Refuse("the text '' is empty; give one character at least");
+      Refuse("the text is empty; give at least one character");
     if (characters > kMostCharacters)
-      Refuse("the text has " + std::to_string(characters) + " characters; " + std::to_string(kMostCharacters) +
+      Refuse("the text has " + std::to_string(characters) + " characters; at most " + std::to_string(kMostCharacters) +
              " are allowed");
     job.text = text;
   }
   ReadTextSetting(reading);
   if (!reading.typed.Has("--font")) return;
-  if (!job.fontFile.empty()) Refuse("--font and --font-file exclude each other; leave one out");
+  if (!job.fontFile.empty()) Refuse("--font and --font-file cannot be used together; leave one out");
   const std::string& font = reading.typed.Value("--font");
   if (reading.catalogue.hasFont && !reading.catalogue.hasFont(font))
     Refuse("there is no font '" + font + "'" + Suggestion(font, reading.catalogue.fonts()) +
-           " (--list fonts names all)");
+           " (see --list fonts)");
   job.settings.emplace_back("MainFontName", font);
 }
 
@@ -171,12 +171,12 @@ void ReadSets(Reading& reading) {
     } else if (const auto id = WholeNumber(key)) {
       const bool known = std::any_of(reading.catalogue.controls.begin(), reading.catalogue.controls.end(),
                                      [&](const ControlInfo& control) { return control.id == *id; });
-      if (!known) Refuse("there is no control " + key + "; --list controls names all");
+      if (!known) Refuse("there is no control " + key + "; see --list controls");
     } else {
       std::vector<std::string> keys;
       for (const KeyInfo& row : reading.catalogue.keys) keys.push_back(row.key);
       if (std::find(keys.begin(), keys.end(), key) == keys.end())
-        Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (--list keys names all)");
+        Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (see --list keys)");
     }
     reading.arguments.job.settings.emplace_back(key, pair.substr(equals + 1));
   }
@@ -198,7 +198,8 @@ void ReadFiles(Reading& reading) {
                                                      : "cannot be found; check its name"));
   const std::filesystem::path settings = job.settingsFile;
   if (settings.has_parent_path() && !std::filesystem::is_directory(settings.parent_path(), error))
-    Refuse("the settings file '" + settings.string() + "' cannot be saved: there is no such folder");
+    Refuse("the settings file '" + settings.string() +
+           "' cannot be saved: its folder does not exist; create it or name another file");
 }
 
 void CheckValues(const TypedWords& typed) {

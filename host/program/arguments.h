@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command line: what a user may say, and the job that it becomes.
+// The command line: its options, and the job that they describe.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace glyphmotion {
 
-/// What the command line may name; filled from the library by LibraryCatalogue, by hand in tests.
+/// The names that the command line accepts; filled from the library by LibraryCatalogue, by hand in tests.
 struct Catalogue {
   std::vector<std::string> effects;   ///< in the order of the effect list
   std::vector<std::string> palettes;  ///< in the order of their numbers, as the dialog shows them
@@ -36,12 +36,12 @@ struct Arguments {
   std::string recordFolder;  ///< empty: none
   ListKind list = ListKind::None;
   bool quiet = false;
-  std::optional<bool> progress;    ///< nothing: as the terminal is
-  std::vector<std::string> notes;  ///< sentences about options that change nothing beside others
-  std::vector<std::pair<std::string, std::string>> optionOfKey;  ///< the settings that came from options of their own
+  std::optional<bool> progress;    ///< nothing: only when standard error is a terminal
+  std::vector<std::string> notes;  ///< sentences about options that change nothing together with others
+  std::vector<std::pair<std::string, std::string>> optionOfKey;  ///< settings that have a named option
 };
 
-/// What became of the command line: arguments to run with, or a text to print and an exit code.
+/// A parsed command line: arguments to run with, or a text to print and an exit code.
 struct ParsedArguments {
   std::optional<Arguments> arguments;
   std::string text;   ///< for standard output: help, version

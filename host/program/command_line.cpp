@@ -11,13 +11,13 @@
 namespace glyphmotion {
 namespace {
 
-std::string OneTextTooMany(const std::string& word) {
-  return "'" + word + "' is one text too many; put the text in quotation marks";
+std::string ExtraArgument(const std::string& word) {
+  return "unexpected argument '" + word + "'; put a text of several words in quotation marks";
 }
 
 // A word that is no option and no text.
 std::string UnknownWord(const std::string& word) {
-  if (word.size() < 2 || word[0] != '-') return OneTextTooMany(word);
+  if (word.size() < 2 || word[0] != '-') return ExtraArgument(word);
   std::vector<std::string> names;
   for (const OptionRow& row : OptionRows()) {
     names.push_back(LongName(row));
@@ -27,7 +27,7 @@ std::string UnknownWord(const std::string& word) {
   return "there is no option '" + word + "'" + (near.empty() ? "; see --help" : near);
 }
 
-// CLI11's error in our one sentence.
+// CLI11's error as one sentence of ours.
 std::string SentenceOf(const CLI::ParseError& error) {
   std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
@@ -36,7 +36,7 @@ std::string SentenceOf(const CLI::ParseError& error) {
     return text.substr(0, colon) + " needs a value after it; see --help";
   // "--size: At Most 1 required but received 2"
   if (const auto colon = text.find(": At Most 1 required"); text.rfind("--", 0) == 0 && colon != std::string::npos)
-    return text.substr(0, colon) + " is given more than once; give it once";
+    return text.substr(0, colon) + " is given more than once; use it once";
   // "Could not convert: --bold = maybe"; numbers are converted by us, so this is a switch
   if (const std::string start = "Could not convert: "; text.rfind(start, 0) == 0)
     return "'" + text.substr(start.size()) + "' is not allowed: a switch takes no value; see --help";
@@ -97,15 +97,15 @@ TypedWords SortWords(std::vector<std::string> words) {
     typed.text = texts.front();
     texts.erase(texts.begin());
   }
-  if (!texts.empty()) Refuse(OneTextTooMany(texts.front()));
+  if (!texts.empty()) Refuse(ExtraArgument(texts.front()));
   if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front()));
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string name = LongName(rows[i]);
     if (!values[i].empty()) typed.values_[name] = values[i];
     if (flags[i] != 0) typed.values_[name] = {flags[i] > 0 ? "1" : "0"};
-    // A script whose variable is empty should hear of it, not get the defaults.
+    // A script whose variable is empty gets an error, not the defaults.
     if (std::find(values[i].begin(), values[i].end(), "") != values[i].end())
-      Refuse(name + " '' is empty; give a value or leave it out");
+      Refuse(name + " has an empty value; give a value or leave the option out");
   }
   return typed;
 }

@@ -65,7 +65,7 @@ constexpr const char* kHead =
     "<h1>Glyphmotion</h1>\n<p>Every effect that sets a line of text in motion. Each picture is one "
     "command.</p>\n<main>\n";
 
-// The folders of a path that were not there. What stays empty goes again.
+// The folders of a path that did not exist. Those that stay empty are removed again.
 class NewFolders {
  public:
   bool Make(const std::filesystem::path& folder, std::error_code& error) {
@@ -81,7 +81,7 @@ class NewFolders {
   NewFolders& operator=(const NewFolders&) = delete;
   ~NewFolders() {
     std::error_code error;
-    for (const std::filesystem::path& path : made_) std::filesystem::remove(path, error);  // only empty ones go
+    for (const std::filesystem::path& path : made_) std::filesystem::remove(path, error);  // removes empty ones only
   }
 
  private:
@@ -98,7 +98,7 @@ bool IsGallery(const std::vector<std::string>& words) {
 std::string WriteGallery(const std::string& folder, const std::function<int(const std::vector<std::string>&)>& run) {
   NewFolders made;
   std::error_code error;
-  if (!made.Make(folder, error)) return "the folder '" + folder + "' cannot be made: " + error.message();
+  if (!made.Make(folder, error)) return "the folder '" + folder + "' cannot be created: " + error.message();
   std::string page = kHead;
   for (const EffectDescriptor* effect : Effects()) {
     const std::string name = OptionForm(effect->name), picture = name + ".webp";
@@ -107,14 +107,14 @@ std::string WriteGallery(const std::string& folder, const std::function<int(cons
     for (const std::string& word : words) command += ' ' + Quoted(word);
     const std::string text = words.front();
     words.insert(words.end(), {"-q", "-o", (std::filesystem::path(folder) / picture).string()});
-    if (run(words) != 0) return "the picture of " + name + " could not be made; see above";
+    if (run(words) != 0) return "the picture of " + name + " could not be made; see the error above";
     page += "<figure><div><img src=\"" + picture + "\" alt=\"" + Escaped(text) +
             "\" loading=\"lazy\"></div><figcaption><h2>" + effect->name + "</h2><p>" + Escaped(effect->summary) +
             "</p><code>" + Escaped(command + " -o " + picture) + "</code></figcaption></figure>\n";
   }
   page += "</main>\n</html>\n";
   const std::string path = (std::filesystem::path(folder) / "index.html").string();
-  if (!AtomicWriteFile(path, page)) return "'" + path + "' cannot be written; check the folder";
+  if (!AtomicWriteFile(path, page)) return "'" + path + "' cannot be written; check the folder and the free disk space";
   std::printf("%s\n", path.c_str());
   return {};
 }

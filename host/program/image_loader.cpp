@@ -16,7 +16,7 @@ namespace {
 constexpr int kMaxSide = 8192;
 constexpr std::size_t kMaxFileBytes = std::size_t{256} << 20;
 
-// Rows of blue, green, red, alpha from the top, laid on white.
+// Rows of blue, green, red, alpha from the top, composed on white.
 PackedDib FromBgra(const std::uint8_t* pixels, int width, int height) {
   PackedDib dib = BlankDib(width, height, nullptr, 24);
   const DibView view(dib);
@@ -65,8 +65,7 @@ PackedDib LoadPicture(const std::string& path, std::string& error) {
     return {};
   }
   PackedDib dib = bytes->compare(0, 4, "RIFF") == 0 ? DecodeWebp(*bytes) : DecodePng(*bytes);
-  if (!dib)
-    error = "'" + path + "' is no picture that can be read; give a PNG or WebP of at most 8192 pixels on a side";
+  if (!dib) error = "'" + path + "' is not a readable picture; use a PNG or WebP of at most 8192 x 8192 pixels";
   return dib;
 }
 

@@ -16,7 +16,7 @@ volatile std::sig_atomic_t interruptedBy = 0;
 constinit std::atomic<bool> interrupted = false;
 static_assert(std::atomic<bool>::is_always_lock_free);  // set by signal handlers
 
-// Only what a signal handler may call.
+// Async-signal-safe.
 [[noreturn]] void EndAtOnce() {
   constexpr std::string_view kMessage = "glyphmotion: error: interrupted; nothing was written\n";
   (void)!write(STDERR_FILENO, kMessage.data(), kMessage.size());
@@ -32,7 +32,7 @@ void Interrupt(int signal) {
 
 void Handle(int signal, void (*handler)(int)) {
   struct sigaction action {};
-  action.sa_handler = handler;  // without SA_RESTART: a call that waits returns
+  action.sa_handler = handler;  // without SA_RESTART: a blocked call returns
   sigemptyset(&action.sa_mask);
   sigaction(signal, &action, nullptr);
 }
@@ -60,7 +60,7 @@ const std::atomic<bool>& InterruptRequest() noexcept { return interrupted; }
 
 void OpenStandardStreams() noexcept {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-    // open() takes the lowest number that is free.
+    // open() returns the lowest free number.
     if (fcntl(stream, F_GETFD) == -1) (void)!open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY);
   }
 }

@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
-// What the program does before its first line: signals that end it, and standard streams that exist.
+// Start-up of the program: the signals that end it, and standard streams that are always open.
 #pragma once
 
 #include <atomic>
 
 namespace glyphmotion {
 
-/// After this, Ctrl-C, SIGTERM and SIGHUP ask the run to end in order, with the message and the exit code of an
-/// interrupted run. What has not ended a second later, or at a second signal, ends at once, wherever it is. A file that
-/// grows past its limit and a reader that goes away are plain errors.
+/// From here on, Ctrl-C, SIGTERM and SIGHUP ask the run to end cleanly, with the message and the exit code of an
+/// interrupted run. A run that has not ended a second later, or at a second signal, is ended at once. A file that grows
+/// past its limit and a closed pipe are plain errors.
 void CatchInterrupts();
 
-/// 128 and the number of the signal that asked the program to end; 0 while none did.
+/// 128 plus the number of the signal that asked the program to end; 0 when there was none.
 int InterruptedCode() noexcept;
 
-/// True once such a signal has come: what a run's long loops look at.
+/// True once such a signal has arrived; long loops of a run poll it.
 const std::atomic<bool>& InterruptRequest() noexcept;
 
-/// Opens /dev/null for each of the descriptors 0 to 2 that is closed, so that no file of the run gets its number and
-/// what is meant for the terminal.
+/// Opens /dev/null for each closed descriptor from 0 to 2. Otherwise a file of the run could get that number, and with
+/// it text meant for the terminal.
 void OpenStandardStreams() noexcept;
 
 }  // namespace glyphmotion

@@ -24,7 +24,7 @@ void PrintRow(const std::vector<std::string>& cells, const std::vector<int>& wid
 std::string PrintNames(const std::vector<std::string>& names, const char* what) {
   for (const std::string& name : names) PrintRow({name}, {});
   if (!names.empty()) return {};
-  return std::string("no library of ") + what + " is installed; install the program with its share folder";
+  return std::string("no library of ") + what + " is installed; install the program together with its share folder";
 }
 
 void PrintPalettes(const Catalogue& catalogue) {

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Before the first static object that allocates.
+// Runs before the first static object that allocates.
 [[gnu::constructor(101)]] void PrepareForLackOfMemory() { std::set_terminate(glyphmotion::EndWithoutMemory); }
 
 }  // namespace

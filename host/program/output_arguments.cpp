@@ -17,7 +17,7 @@ namespace {
 
 void CheckHonoured(const Job& job, const std::string& key) {
   if (key == "Truecolour" && !job.trueColourFormat)
-    Refuse("--true-color needs a format with all colours; write .png or .webp");
+    Refuse("--true-color needs a true-colour format; write .png or .webp");
   if ((key == "MainTransparent" || key == "MainSupercompress") && !job.paletteFormat)
     Refuse(std::string(key == "MainTransparent" ? "--transparent" : "--supercompress") +
            " needs a palette format; write .gif" + (key == "MainTransparent" ? ", or use --alpha" : ""));
@@ -33,7 +33,7 @@ void RefuseTransparentSample(const Reading& reading) {
   }
 }
 
-// Options that are taken, as the dialog's checks are, but change nothing beside others.
+// Options that are accepted, as the dialog's checks are, but change nothing together with others.
 void NoteIdleOptions(Reading& reading) {
   const TypedWords& typed = reading.typed;
   const auto isOn = [&](const char* name) { return typed.IsOn(name); };
@@ -49,7 +49,7 @@ void NoteIdleOptions(Reading& reading) {
               {palette && isOn("--alpha"), "--palette", "--alpha"}};
   for (const auto& row : rows) {
     if (row.applies)
-      reading.arguments.notes.push_back(std::string(row.idle) + " changes nothing beside " + row.beside +
+      reading.arguments.notes.push_back(std::string(row.idle) + " changes nothing together with " + row.beside +
                                         "; leave one of them out");
   }
 }
@@ -71,7 +71,7 @@ void SetTime(Reading& reading, const char* option, const char* key, long most) {
 // Frames a second as the delay that is nearest.
 void SetFramesPerSecond(Reading& reading) {
   if (!reading.typed.Has("--fps")) return;
-  if (reading.typed.Has("--delay")) Refuse("--fps and --delay exclude each other; leave one out");
+  if (reading.typed.Has("--delay")) Refuse("--fps and --delay cannot be used together; leave one out");
   const bool hundredths = reading.arguments.job.paletteFormat;
   const long units = hundredths ? 100 : 1000, most = hundredths ? kMostHundredths : kMostMilliseconds;
   const long fps = reading.Number("--fps"), delay = (2 * units + fps) / (2 * fps);
@@ -96,25 +96,25 @@ void ReadFormat(Reading& reading) {
   arguments.output = typed.Value("--output");
   arguments.framesAsPng = typed.Has("--frames-as");
   if (typed.Has("--format") && arguments.framesAsPng)
-    Refuse("--format and --frames-as exclude each other; leave one out");
-  if (typed.Has("--format") && arguments.output.empty()) Refuse("--format needs an output: add -o FILE or -o -");
+    Refuse("--format and --frames-as cannot be used together; leave one out");
+  if (typed.Has("--format") && arguments.output.empty()) Refuse("--format needs an output; add -o FILE or -o -");
   if (arguments.framesAsPng && (arguments.output.empty() || arguments.output == "-"))
-    Refuse("--frames-as png needs a folder: add -o FOLDER");
+    Refuse("--frames-as png needs a folder; add -o FOLDER");
   if (arguments.framesAsPng) {
     arguments.extension = kFolderExtension;
   } else if (typed.Has("--format")) {
     arguments.extension = "." + typed.Value("--format");
   } else if (arguments.output == "-") {
-    Refuse("-o - needs a format: add --format gif, png, webp, y4m or rgba");
+    Refuse("-o - needs a format; add --format gif, png, webp, y4m or rgba");
   } else if (!arguments.output.empty()) {
     arguments.extension = Lowered(std::filesystem::path(arguments.output).extension().string());
     if (!FindFormat(arguments.extension))
       Refuse("'" + arguments.output +
-             "' has no file type that can be written; use .gif, .png, .webp, .y4m or --format");
+             "' has an unknown file type; use a name that ends in .gif, .png, .webp, .y4m or --format");
   }
   if (typed.Has("--lossy")) {
     arguments.lossyQuality = static_cast<double>(reading.Number("--lossy"));
-    if (arguments.extension != ".webp") Refuse("--lossy is for .webp alone; leave it out or write -o NAME.webp");
+    if (arguments.extension != ".webp") Refuse("--lossy is for .webp only; leave it out or write -o NAME.webp");
   }
 }
 
@@ -123,7 +123,7 @@ void ReadLoop(Reading& reading) {
   const TypedWords& typed = reading.typed;
   for (const char* option : {"--loop", "--start"}) {
     if (!typed.Has(option)) continue;
-    if (arguments.output.empty()) Refuse(std::string(option) + " needs an output: add -o FILE");
+    if (arguments.output.empty()) Refuse(std::string(option) + " needs an output; add -o FILE");
     if (typed.IsOn("--sample")) Refuse(std::string(option) + " is for animations; leave it or --sample out");
   }
   if (typed.Has("--start")) {
@@ -152,7 +152,7 @@ void ReadHost(Reading& reading) {
     } else if (refusal.rfind("image:", 0) == 0) {
       job.refuseImage = static_cast<int>(NumberInRange("--refuse image:", refusal.substr(6), 1, 1000000));
     } else {
-      Refuse("--refuse " + refusal + " is not known; it takes task or image:N");
+      Refuse("--refuse " + refusal + " is not allowed; it takes task or image:N");
     }
   }
   if (reading.typed.Has("--fail-allocation"))
@@ -164,11 +164,11 @@ void ReadAction(Reading& reading) {
   Job& job = arguments.job;
   const bool sample = reading.typed.IsOn("--sample"), test = reading.typed.IsOn("--test-run");
   arguments.recordFolder = reading.typed.Value("--record");
-  if (sample && test) Refuse("--sample and --test-run exclude each other; leave one out");
+  if (sample && test) Refuse("--sample and --test-run cannot be used together; leave one out");
   job.action = sample ? Job::Action::Sample : test ? Job::Action::Test : Job::Action::Build;
   const bool wantsPictures = !arguments.output.empty() || !arguments.recordFolder.empty() || test;
   if (wantsPictures) return;
-  if (job.saveDocumentFile.empty()) Refuse("no output is named: add -o FILE, for example -o hello.gif");
+  if (job.saveDocumentFile.empty()) Refuse("there is no output file; add -o FILE, for example -o hello.gif");
   job.action = Job::Action::None;
 }
 

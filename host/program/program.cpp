@@ -20,6 +20,7 @@
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
+#include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/help.h"
 #include "host/program/help_topics.h"
@@ -44,7 +45,7 @@ int Fail(const std::string& sentence, int code = kExitFailed) {
   return code;
 }
 
-// These two allocate nothing: standard error has no buffer.
+// These two do not allocate: standard error is unbuffered.
 int FailForMemory() noexcept {
   std::fputs("glyphmotion: error: ", stderr);
   std::fputs(kOutOfMemory, stderr);
@@ -52,7 +53,7 @@ int FailForMemory() noexcept {
   return kExitFailed;
 }
 int FailUnexpectedly(const char* what) noexcept {
-  std::fprintf(stderr, "glyphmotion: error: something unexpected happened: %s\n", what);
+  std::fprintf(stderr, "glyphmotion: error: unexpected failure: %s; please report it\n", what);
   return kExitFailed;
 }
 
@@ -77,7 +78,7 @@ Catalogue LibraryCatalogue() {
   return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, StandardInput};
 }
 
-// Everything that takes part in one run.
+// The parts of one run.
 struct Run {
   const Arguments& arguments;
   Output output;
@@ -85,7 +86,7 @@ struct Run {
   std::optional<FrameOrder> order;
   std::optional<Recorder> recorder;
   ProgressBar bar;
-  std::string error;  // why an image was refused
+  std::string error;  // why the encoder refused an image
   int width = 0, height = 0;
 
   explicit Run(const Arguments& given)
@@ -104,7 +105,7 @@ bool OpenEncoder(Run& run, int width, int height, int count) {
   return true;
 }
 
-// A palette format takes the sample in a palette of its own.
+// For a palette format the sample is reduced to a palette of its own.
 std::string AddSample(Run& run, Image image) {
   PackedDib reduced;
   if (FindFormat(run.arguments.extension)->paletteFormat) {
@@ -160,19 +161,17 @@ std::string MessageOf(const Run& run, const RenderResult& result) {
   return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
 }
 
-// Gives the pictures their name, where some were asked for. An ExitCode.
-int KeepPictures(Run& run, const RenderResult& result) {
+// Finishes and keeps the output, if one was requested. Empty when all went well, else one sentence.
+std::string KeepPictures(Run& run, const RenderResult& result) {
   const Job::Action action = run.arguments.job.action;
-  if (action == Job::Action::None) return kExitDone;
+  if (action == Job::Action::None) return {};
   if (result.images == 0 && action != Job::Action::Sample)
-    return Fail("the effect built no frame; is there anything to see in the text?");
-  if (!run.output) return kExitDone;
-  if (!run.encoder) return Fail("no picture arrived; is there anything to see in the text?");
+    return "the effect made no frames; use a text with visible characters";
+  if (!run.output) return {};
+  if (!run.encoder) return "no picture was made; use a text with visible characters";
   std::string error = run.order ? run.order->Finish() : std::string();
   if (error.empty()) error = run.encoder->finish();
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (error.empty()) error = run.output.Keep();
-  return error.empty() ? kExitDone : Fail(error);
+  return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
 
 int Conclude(Run& run, const RenderResult& result) {
@@ -180,7 +179,9 @@ int Conclude(Run& run, const RenderResult& result) {
   if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
   if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
   const bool hasPictures = run.encoder.has_value();
-  if (const int code = KeepPictures(run, result); code != kExitDone) return code;
+  const std::string trouble = KeepPictures(run, result);
+  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
+  if (!trouble.empty()) return Fail(trouble);
   PrintNotes(run.arguments, result.notes);
   if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
@@ -188,12 +189,19 @@ int Conclude(Run& run, const RenderResult& result) {
   return kExitDone;
 }
 
-// The exit code of a run that prints. A reader that has seen enough (head) wants no message.
+// The exit code of a run that prints. When the reader closes the pipe (head), there is no message.
 int PrintedWell(int code) {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
   if (errno == EPIPE) return kExitFailed;
-  return Fail(std::string("standard output cannot be written: ") + std::strerror(errno ? errno : EIO));
+  return Fail(std::string("cannot write to standard output: ") + std::strerror(errno ? errno : EIO));
+}
+
+Job WithLoader(Job job) {
+  job.loadImage = [](const std::string& path, std::string& trouble) {
+    return WordOf(LoadPicture(path, trouble).Release());
+  };
+  return job;
 }
 
 // help, man and completion with what belongs to them; anything else is a text.
@@ -224,11 +232,7 @@ int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  Job job = arguments.job;
-  job.loadImage = [](const std::string& path, std::string& trouble) {
-    return WordOf(LoadPicture(path, trouble).Release());
-  };
-  const RenderResult result = Render(job, SinkOf(run));
+  const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -239,8 +243,32 @@ int Execute(const Arguments& arguments) {
 
 }  // namespace
 
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  error = parsed.error;
+  if (!parsed.arguments) return std::nullopt;
+  return WithLoader(parsed.arguments->job);
+}
+
+std::string RunWords(const std::vector<std::string>& words) {
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  if (!parsed.arguments) return parsed.error;
+  Run run(*parsed.arguments);
+  const std::string error = OpenOutputs(run);
+  if (!error.empty()) return error;
+  const RenderResult result = Render(WithLoader(parsed.arguments->job), SinkOf(run));
+  return result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
+}
+
 int RunProgram(const std::vector<std::string>& words) {
   try {
+    if (IsEdit(words)) {
+      bool usage = false;
+      const std::string trouble = Edit(
+          words, [] { return InterruptedCode() != 0; }, usage);
+      if (!trouble.empty()) return Fail(trouble, usage ? kExitUsage : kExitFailed);
+      return InterruptedCode() ? InterruptedCode() : kExitDone;
+    }
     if (IsSwatch(words)) {
       SetImageLoader(LoadPicture);
       bool badUsage = false;
@@ -251,7 +279,7 @@ int RunProgram(const std::vector<std::string>& words) {
     if (IsGallery(words)) {
       if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
       const std::string trouble = WriteGallery(words[1], RunProgram);
-      if (InterruptedCode()) return InterruptedCode();  // said by the picture that was under way
+      if (InterruptedCode()) return InterruptedCode();  // reported by the run of the current picture
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();
@@ -283,7 +311,7 @@ int RunMain(int argc, char** argv) noexcept try {
 
 void EndWithoutMemory() noexcept {
   const std::type_info* type = abi::__cxa_current_exception_type();
-  // No type: there was no memory even for the exception.
+  // No type: even the exception could not be allocated.
   if (type && *type != typeid(std::bad_alloc)) std::abort();
   FailForMemory();
   std::_Exit(kExitFailed);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The program: arguments become a job, the job's images become a file.
+// The command-line program: turns arguments into a job, and the job's images into a file.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "glyphmotion/render.h"
 
 namespace glyphmotion {
 
@@ -11,13 +14,20 @@ namespace glyphmotion {
 enum ExitCode { kExitDone = 0, kExitFailed = 1, kExitUsage = 2 };
 
 /// Runs the program with the words after its name. Prints to standard output (lists, help) and standard error. Returns
-/// an ExitCode, or 128 and the number of the signal that interrupted the run.
+/// an ExitCode, or 128 plus the number of the signal that interrupted the run.
 int RunProgram(const std::vector<std::string>& words);
 
-/// The same with the arguments of main(); also reports a lack of memory for its own start.
+/// The same with the arguments of main(); also reports running out of memory during its own start.
 int RunMain(int argc, char** argv) noexcept;
 
-/// For std::set_terminate: reports a lack of memory and ends with kExitFailed, or aborts for anything else.
+/// For std::set_terminate: reports an uncaught std::bad_alloc and exits with kExitFailed; aborts on anything else.
 [[noreturn]] void EndWithoutMemory() noexcept;
+
+/// The job that the words of a command line stand for; nothing, with one sentence, when they are wrong.
+std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error);
+
+/// Runs the words of a command line with an output, without a word on standard error. Empty when done, else one
+/// sentence.
+std::string RunWords(const std::vector<std::string>& words);
 
 }  // namespace glyphmotion

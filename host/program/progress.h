@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A progress bar with the name of the stage, on the terminal's last line.
+// A progress bar with the name of the stage, on the last line of the terminal.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace glyphmotion {
 
-/// True when standard error is a terminal, where a bar makes sense.
+/// True when standard error is a terminal.
 bool ErrorsGoToTerminal();
 
 class ProgressBar {
@@ -17,9 +17,9 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar() { Clear(); }
 
-  /// A stage begins; its name stands before the bar.
+  /// Begins a stage, whose name is shown before the bar.
   void Stage(const std::string& name);
-  /// position of total; 0 of 0 clears the bar.
+  /// Shows the progress; a total of 0 clears the bar.
   void At(std::int64_t position, std::int64_t total);
   void Clear();
 

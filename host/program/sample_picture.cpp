@@ -33,7 +33,7 @@ PackedDib ReduceToPalette(std::span<const std::uint8_t> dib) {
   FrameRecord record;
   record.image = copy.Handle();
   if (!AppendFrame(frame.list, record)) return {};
-  copy.Release();  // the list's from here on
+  copy.Release();  // the list owns it from here on
   Palette palette{};
   int count = 256;
   if (!QuantiseFrames(frame.list, count, palette)) return {};
@@ -42,7 +42,7 @@ PackedDib ReduceToPalette(std::span<const std::uint8_t> dib) {
   const LockedFrame locked(frame.list, 0);
   PackedDib source(locked->image);
   PackedDib reduced = RemapImage(source, matcher);
-  source.Release();  // still the list's
+  source.Release();  // the list still owns it
   return reduced;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The sample arrives with all its colours; a palette format wants it with a palette of its own.
+// The sample picture is true colour; palette formats need it reduced to a palette.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace glyphmotion {
 
-/// The picture of a 24-bit packed DIB's bytes in at most 256 colours made for it: 1 to 8 bits, owned by the caller.
-/// Nothing when memory is out.
+/// Reduces a 24-bit packed DIB to at most 256 colours chosen for it. The result has 1 to 8 bits a pixel and is owned by
+/// the caller; empty when out of memory.
 PackedDib ReduceToPalette(std::span<const std::uint8_t> dib);
 
 }  // namespace glyphmotion

@@ -70,7 +70,8 @@ std::string WriteSwatch(const std::vector<std::string>& words, bool& badUsage) {
   Request request;
   std::string error = Parse(words, request);
   if (!error.empty()) return error;
-  if (!FormatOf(request.output)) return "'" + request.output + "' has no file type for a swatch; use .png or .webp";
+  if (!FormatOf(request.output))
+    return "'" + request.output + "' has an unknown file type for a swatch; use a name that ends in .png or .webp";
   Material material;
   DefaultMaterial(material, 0);
   if (!ParseMaterial(request.material, material, error)) return error;
@@ -78,7 +79,7 @@ std::string WriteSwatch(const std::vector<std::string>& words, bool& badUsage) {
   if (!material.Tile.TileBitmap) LoadTileOf(material.Tile);
   const PackedDib tile(HandleOf(material.Tile.TileBitmap));
   const PackedDib picture = MaterialToBitmap(material, request.width, request.height);
-  // Any other fill of a size that is allowed fails for lack of memory alone.
+  // Any other fill of an allowed size fails only when out of memory.
   if (!picture && (material.Kind != kTexture || material.Texture.TextureType < kTextureTypes)) throw std::bad_alloc();
   if (!picture) return "the material '" + request.material + "' cannot be drawn at this size; try a smaller one";
   return Write(picture, request.output);

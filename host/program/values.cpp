@@ -85,7 +85,7 @@ void CheckValue(const OptionRow& row, const std::string& value) {
   if (isNumber && number && *number >= row.minimum && *number <= row.maximum) return;
   const std::string numbers =
       isNumber ? ", or a number from " + std::to_string(row.minimum) + " to " + std::to_string(row.maximum) : "";
-  Refuse(option + " " + value + " is not known; it takes " + OneOf(words) + numbers);
+  Refuse(option + " " + value + " is not allowed; it takes " + OneOf(words) + numbers);
 }
 
 }  // namespace glyphmotion

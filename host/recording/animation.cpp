@@ -19,18 +19,19 @@ namespace {
 
 constexpr std::uint32_t kLargestSide = 65535;  // of a GIF
 constexpr std::uint64_t kColourValue = 100, kIndexValue = 101;
-constexpr std::size_t kLongestComment = 65536;  // bytes; a plug-in that forgets the terminator is stopped here
+constexpr std::size_t kLongestComment = 65536;  // bytes; the limit for plug-ins that forget the terminator
 constexpr std::uint8_t kHalfOpaque = 128;
 
-// --- Frames with all colours, brought to one palette ---
+// --- Reducing true-colour frames to one palette ---
 
-// A frame in 24 bits and, where anything is transparent, a flag a pixel.
+// A 24-bit frame and, if anything is transparent, one flag per pixel.
 struct ReducedFrame {
   std::vector<std::uint8_t> indices, clear;
   int width = 0, height = 0;
 };
 
-// The colours go to a new 24-bit image, what is transparent to flags (none: empty) and to black.
+// Copies the colours to a new 24-bit image. Transparent pixels set a flag (no flags if there are none) and become
+// black.
 PackedDib SplitFrame(const AnimationFrame& frame, std::vector<std::uint8_t>& rgba, std::vector<std::uint8_t>& clear) {
   const DibPixels dib = ReadDib(frame.dib);
   UnpackRgba(dib, frame.transparentIndex, rgba);
@@ -52,7 +53,7 @@ PackedDib SplitFrame(const AnimationFrame& frame, std::vector<std::uint8_t>& rgb
   return colours;
 }
 
-// One palette for all frames. The last entry stays free for what is transparent, if anything is.
+// One palette for all frames. The last entry is reserved for transparent pixels, if there are any.
 bool Reduce(const Animation& animation, std::vector<ReducedFrame>& reduced, Palette& palette) {
   OwnedFrames colours;
   std::vector<std::uint8_t> rgba;
@@ -71,7 +72,7 @@ bool Reduce(const Animation& animation, std::vector<ReducedFrame>& reduced, Pale
   ColourMatcher matcher(palette, 8, count, {});
   for (std::size_t i = 0; i < reduced.size(); ++i) {
     const LockedFrame frame(colours.list, static_cast<int>(i));
-    // The list owns the image; it is lent for the length of the call.
+    // The list owns the image; it is borrowed for this call.
     PackedDib source(frame->image);
     const PackedDib mapped = RemapImage(source, matcher);
     source.Release();
@@ -130,7 +131,7 @@ bool IsRecord(const Record* record) {
 }  // namespace
 
 std::vector<std::uint8_t> GifOf(const Animation& animation, std::string& error) try {
-  error = "there is no picture to write";
+  error = "the animation has no frames";
   if (animation.frames.empty()) return {};
   error = kOutOfMemory;
   GifWriter writer(animation.width, animation.height);
@@ -169,7 +170,7 @@ bool TaskReceiver::AddImage(const void* task, const HostImageRecord* record, std
   const std::size_t size = DibSize(pixels.width, pixels.height, pixels.bits);
   AnimationFrame frame;
   frame.dib.assign(dib.begin(), dib.begin() + static_cast<std::ptrdiff_t>(size));
-  // A unit of 10 ms with all 32 bits used would not fit; nobody waits for the rest.
+  // 2^32 units of 10 ms would overflow; no delay needs to be that long.
   frame.delay = static_cast<int>(std::min<std::uint64_t>(std::uint64_t{record->delay} * delayUnit_, 655350));
   const bool hasIndex = pixels.bits < 9 && record->transparentIndex >= 0 && record->transparentIndex < 256;
   frame.transparentIndex = hasIndex ? record->transparentIndex : -1;

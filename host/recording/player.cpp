@@ -26,7 +26,7 @@ void Player::ShowNext() {
 
 bool Player::Advance(std::int64_t now) {
   if (paused_ || FrameCount() < 2) return false;
-  // Whoever has not asked for a while (a build ran, the machine slept) goes on from here rather than catch up.
+  // After a long interval (a build ran, the machine slept) playback continues from here instead of catching up.
   constexpr std::int64_t kLongestGap = 2000;
   if (now - since_ > DelayOf(frame_) + kLongestGap) since_ = now - DelayOf(frame_);
   bool changed = false;
@@ -47,7 +47,7 @@ void Player::Step(int direction) {
   const int target = (frame_ + direction + FrameCount()) % FrameCount();
   if (!paused_) since_ = 0;
   paused_ = true;
-  // A frame may stand on all those before it.
+  // A frame may depend on all previous ones.
   if (target <= frame_) frame_ = -1;
   do ShowNext();
   while (frame_ != target);

@@ -9,17 +9,17 @@
 
 namespace glyphmotion {
 
-/// Plays an animation for ever. It has no clock: who owns it says what time it is, in milliseconds from any start, and
-/// never goes back. Delays of 10 ms or less last 100 ms, as they do wherever people will see the file.
+/// Plays an animation in a loop. It has no clock: the owner passes the time, in milliseconds from any origin, never
+/// decreasing. Delays of 10 ms or less last 100 ms, as in browsers and viewers.
 class Player {
  public:
   /// Shows the first frame, running. The animation has at least one frame.
   Player(std::shared_ptr<const Animation> animation, std::int64_t now);
 
-  /// Goes on to the frame that is due. True when the screen has changed.
+  /// Advances to the frame that is due. True when the screen has changed.
   bool Advance(std::int64_t now);
   void Pause(bool pause, std::int64_t now);
-  /// One frame on or back, round the end; the player is paused afterwards.
+  /// Steps one frame forwards or backwards, wrapping around, and pauses.
   void Step(int direction);
 
   bool IsPaused() const { return paused_; }
@@ -35,7 +35,7 @@ class Player {
   std::shared_ptr<const Animation> animation_;
   Screen screen_;
   int frame_ = 0;
-  std::int64_t since_ = 0;  ///< when the frame came up; while paused: how long it has been shown
+  std::int64_t since_ = 0;  ///< when the frame was first shown; while paused: how long it has been shown
   bool paused_ = false;
 };
 

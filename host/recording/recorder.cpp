@@ -13,7 +13,7 @@ namespace glyphmotion {
 namespace fs = std::filesystem;
 namespace {
 
-// Arguments that are pointers or windows say nothing outside the process: they are written as 0.
+// Pointers and windows mean nothing outside the process; they are written as 0.
 bool BIsNumber(std::uint32_t operation) {
   return operation == HostOpEndTask || operation == HostOpIsRegistered || operation == HostOpProgress ||
          operation == HostOpSetBackground || operation == HostOpBeforeWork;
@@ -25,7 +25,7 @@ bool HasRecord(std::uint32_t operation) {
   return operation == HostOpNewTask || operation == HostOpNewTestTask || operation == HostOpAddImage;
 }
 
-// Bytes 8 to 15 of a record are a handle or a window, which differ from run to run.
+// Bytes 8 to 15 of a record hold a handle or a window, which differs from run to run.
 std::string RecordHex(std::span<const std::uint8_t> record) {
   std::string hex;
   hex.reserve(record.size() * 2);
@@ -97,8 +97,9 @@ std::string Recorder::End(const RenderResult& result) {
   Line(line.dump());
   calls_.flush();
   const bool complete = calls_.is_open() && calls_.good() && !failed_;
-  return complete ? ""
-                  : "the recording in '" + name_ + "' is not complete: the disk is full or refuses; free some space";
+  return complete
+             ? ""
+             : "the recording in '" + name_ + "' is incomplete: the disk is full or cannot be written; free some space";
 }
 
 }  // namespace glyphmotion

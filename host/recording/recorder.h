@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// --record: every call of the plug-in as a line of JSON, every image as a file.
+// --record: writes every call of the plug-in as a line of JSON and every image as a file.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class Recorder {
   Recorder& operator=(const Recorder&) = delete;
 
   void Call(const HostCallEvent& event);
-  /// The last line, after everything has been freed. An empty text when all was written, otherwise one sentence.
+  /// Writes the last line; call after everything has been freed. Returns an empty text, or one sentence on failure.
   std::string End(const RenderResult& result);
 
  private:
@@ -32,7 +32,7 @@ class Recorder {
   bool failed_ = false;
 };
 
-/// The line of one call, without its end. `imageFile` names the file of its image; empty: none.
+/// The line of one call, without a line end. `imageFile` names the file of its image; empty: none.
 std::string CallLine(const HostCallEvent& event, const std::string& imageFile);
 
 }  // namespace glyphmotion

@@ -20,13 +20,13 @@ const ControlTemplate* ControlOf(const std::string& keyOrId) {
   return error == std::errc() && stop == end ? FindControlOfId(id) : FindControlOfKey(keyOrId.c_str());
 }
 
-/// Its value is one number, in its variable and in its line of a document. (Custom palette has no key: it lives for one
-/// run, and a document keeps what the run used.)
+/// Whether the control's value is one number, in its variable and in its line of a document. (Custom palette has no
+/// key: it lasts for one run, and a document stores what the run used.)
 bool IsKept(const ControlTemplate& control) {
   return control.key && (control.kind == ControlKind::Check || control.kind == ControlKind::NumberEdit);
 }
 
-/// "SPNBTN11", as a document's line begins.
+/// The start of the control's line in a document: "SPNBTN11".
 std::string LineStart(int control) {
   const ControlTemplate* found = FindControlOfId(control);
   const ControlFamily* family = found ? FamilyOfKind(found->kind) : nullptr;
@@ -75,7 +75,7 @@ std::vector<Job::Setting> FileValues::RunValues(const Dialog& dialog, std::vecto
     if (used != time.number) values.emplace_back(time.key, std::to_string(used));
     if (used == wanted) continue;
     notes.push_back((time.control == ControlId::Delay ? "the file's delay of " : "the file's pause of ") +
-                    std::to_string(wanted) + unit + " is not possible here; " + std::to_string(used) + unit +
+                    std::to_string(wanted) + unit + " is out of range here; " + std::to_string(used) + unit +
                     " is used");
   }
   for (const Job::Setting& setting : job_.defaults) {

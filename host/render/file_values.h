@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Delay, Pause and the program's defaults between a job's files and its run. A time stays a time: files count
-// hundredths of a second unless they say milliseconds, a run counts in its output's unit. What nobody asked for acts on
-// the run alone; the files get back what they had.
+// Converts Delay, Pause and the program's defaults between a job's files and its run. Files count hundredths of a
+// second unless they say milliseconds; a run counts in the unit of its output; conversions keep the duration. Values
+// that neither a file nor an option set affect the run only: the files keep what they had.
 #pragma once
 
 #include <glyphmotion/render.h>
@@ -20,21 +20,21 @@ class FileValues {
  public:
   FileValues(const Job& job, SettingsSummary settings) : job_(job), settings_(std::move(settings)) {}
 
-  /// Once the dialog stands, with the values of the settings file in its variables.
+  /// Call once the dialog is open, with the values of the settings file in its variables.
   void TakeSettings();
-  /// Once the document's values are in the controls.
+  /// Call once the document's values are in the controls.
   void TakeDocument(DocumentSummary document);
 
-  /// What the run uses in place of what the controls show: the files' times in the output's unit, within the ranges of
-  /// the controls, and the job's defaults where no file says anything. `notes` gets a sentence for each time that had
-  /// to be limited.
+  /// Values that replace what the controls show: the files' times in the output's unit, limited to the ranges of the
+  /// controls, and the job's defaults where no file sets a value. Adds a sentence to `notes` for each time that was
+  /// limited.
   std::vector<Job::Setting> RunValues(const Dialog& dialog, std::vector<std::string>& notes);
-  /// The job sets this key or id: from here on the file gets what the control holds.
+  /// The job sets this key or id: the files get the control's value from here on.
   void TakeOption(const std::string& key);
 
-  /// What the document gets.
+  /// The changes to write into the document.
   DocumentChanges ForDocument() const;
-  /// What the settings file gets: gives the variables their values. Returns the remark to write, or empty.
+  /// Gives the variables the values that the settings file gets. Returns the remark to write, or empty.
   std::string_view ForSettings() const;
 
  private:
@@ -42,7 +42,7 @@ class FileValues {
     const char* key;
     int control;
     bool isTime = true;
-    bool said = false;  // by a file
+    bool said = false;  // set by a file
     bool milliseconds = false;
     bool byOption = false;
     std::uint32_t number = 0;

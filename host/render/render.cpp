@@ -50,7 +50,7 @@ class Session {
       if (exception) return 0;
       Report(task, operation, a, b);
       return Dispatch(operation, a, b);
-    } catch (...) {  // the sink's own; it goes on where the plug-in has ended
+    } catch (...) {  // thrown by the sink; rethrown once the plug-in has ended
       exception = std::current_exception();
       Stop();
       return 0;
@@ -72,7 +72,7 @@ class Session {
   bool finished = false, cancelled = false, refused = false;
 
  private:
-  // An image's bytes for the length of a call.
+  // An image's bytes, valid during one call.
   struct LockedImage {
     explicit LockedImage(BlockHandle handle) : view(handle), block(handle), size(BlockSize(handle)) {}
     explicit operator bool() const { return static_cast<bool>(view); }
@@ -89,7 +89,7 @@ class Session {
     std::size_t size;
   };
 
-  // The plug-in reads no answer to its progress calls, so the run itself is asked.
+  // The plug-in ignores the result of its progress calls, so ending goes through the run.
   static void Stop() { CurrentRun().RequestEnd(); }
 
   bool Give(const Image& image) {
@@ -170,7 +170,7 @@ class Session {
       case HostOpBeforeWork:
         return 1;
       default:
-        return 0;  // no user to choose a file, a colour or a page
+        return 0;  // there is no user to choose a file, a colour or a page
     }
   }
 
@@ -217,7 +217,7 @@ std::uint64_t HostCall(void* task, std::uint32_t operation, std::uint64_t a, std
   return session ? session->Answer(task, operation, a, b) : 0;
 }
 
-// A new run begins where the caller stands: with its folders, but for what the job says.
+// A new run starts with the caller's folders, except where the job says otherwise.
 void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders) {
   FolderOverrides own = folders;
   own.settingsFile = job.settingsFile;
@@ -251,7 +251,7 @@ std::string PrepareText(const Job& job) {
 
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
-  // A dialog that cannot even be made says nothing, and a panel fails for nothing else.
+  // A dialog that cannot be created has no message; a panel fails only when out of memory.
   if (messages.empty()) return kOutOfMemory;
   const std::string& last = messages.back();
   if (last == LoadText(kTextPanelFailed)) return kOutOfMemory;
@@ -262,7 +262,7 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
          "frames";
 }
 
-// As PLUGIN16DoBuild would: what the dialog throws has been told, or is a lack of memory.
+// As in PLUGIN16DoBuild: whatever the dialog throws has been reported already, or is std::bad_alloc.
 void Perform(const HostCallTable& table) noexcept {
   try {
     RunMainDialog(nullptr, &table);
@@ -270,7 +270,7 @@ void Perform(const HostCallTable& table) noexcept {
   }
 }
 
-// The settings file is written at the end of every run: what is somebody else's must not be lost that way.
+// Every run ends by writing the settings file, so a file of another kind must not be accepted as one.
 std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settings) {
   std::error_code code;
   if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
@@ -284,12 +284,12 @@ std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settin
   return {};
 }
 
-// An empty text, or one sentence. A dialog that never stood leaves the file as it is.
+// Returns an empty text, or one sentence. When the dialog never opened, the file stays as it is.
 std::string WriteSettings(const Job& job, const ScriptedUser& user) {
   if (job.settingsFile.empty() || !user.Values()) return {};
   const std::string_view remark = user.Values()->ForSettings();
   if (AtomicWriteFile(job.settingsFile, SettingsText(remark))) return {};
-  return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the space on its disk";
+  return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the free disk space";
 }
 
 }  // namespace
@@ -323,7 +323,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
     if (templateId != kMainDialogTemplate.id) return;
     try {
       user.Play(dialog, [&](const PackedDib& sample) { session.TakeSample(sample); });
-    } catch (...) {  // the sink's own, or memory: it goes on where the plug-in has ended
+    } catch (...) {  // thrown by the sink, or std::bad_alloc; rethrown once the plug-in has ended
       session.exception = std::current_exception();
     }
   });
@@ -345,7 +345,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   if (const std::string note = MissingNote(); !note.empty()) result.notes.push_back(note);
   if (session.exception) std::rethrow_exception(session.exception);
 
-  // What is asked of a run that has handed everything over comes too late.
+  // A request that arrives after everything has been delivered is too late.
   const bool cancelled = session.cancelled || (run.EndRequested() && !session.finished);
   const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
   if (cancelled) {
@@ -368,7 +368,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   RenderResult result;
   try {
     result.message = kOutOfMemory;
-  } catch (const std::bad_alloc&) {  // an empty message of a failed run says the same
+  } catch (const std::bad_alloc&) {  // a failed run with an empty message means the same
   }
   return result;
 }

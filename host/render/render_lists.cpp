@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lists that --list shows.
+// The lists behind --list.
 #include <glyphmotion/render.h>
 
 #include "controls/variables.h"

@@ -153,7 +153,7 @@ void ScriptedUser::Play(Dialog& dialog, const std::function<void(const PackedDib
   played_ = Finish(dialog, sample);
 }
 
-// Every file names a font. The built-in default there is nobody's wish.
+// Every file names a font; the built-in default there was not chosen by anyone.
 void ScriptedUser::TakeFontOfFile(const std::string& family) {
   fontAsked_ = family == FindVariable("MainFontName")->row->defaultText ? std::string() : family;
 }
@@ -179,13 +179,13 @@ void ScriptedUser::TakeNotes(const Dialog& dialog) {
 
 bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   if (job_.documentFile.empty()) return true;
-  const std::size_t told = messages_.size();
+  const std::size_t before = messages_.size();
   LoadDocument(dialog, job_.documentFile);
-  if (messages_.size() > told && messages_.back() == LoadText(kTextMemoryError)) return FailRun(kOutOfMemory);
-  if (messages_.size() > told)
+  if (messages_.size() > before && messages_.back() == LoadText(kTextMemoryError)) return FailRun(kOutOfMemory);
+  if (messages_.size() > before)
     return Fail("the document " + Quote(job_.documentFile) + " cannot be loaded: " + messages_.back());
   Pump(dialog);
-  // A document may check what this kind of output does not have; a person could not.
+  // A document may switch on options that this kind of output lacks; a person could not.
   for (const int id :
        {MainControl::TrueColour, ControlId::AlphaTransparency, MainControl::Transparent, MainControl::Supercompress}) {
     if (!IsEnabled(dialog, id) && !SetByLine(dialog, id, "0")) return false;
@@ -193,8 +193,8 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
   DocumentSummary document = SummariseDocument(job_.documentFile);
   if (!document.complete)
     notes_.push_back("the document " + Quote(job_.documentFile) +
-                     " is incomplete: it has no closing line; what it holds is used");
-  // The dialog's own rule leaves the font as it is; a script has no other way to say it.
+                     " has no closing line and may be incomplete; its contents are used");
+  // The dialog leaves the font as it is; a script has no other means of setting it.
   if (!document.font.empty() && HasFontFamily(document.font)) SetFont(dialog, document.font);
   if (!document.font.empty()) TakeFontOfFile(document.font);
   values_.TakeDocument(std::move(document));
@@ -277,7 +277,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   }
   const std::optional<std::int64_t> number = ParseInteger(setting.second);
   if (!number || *number < 0 || *number > UINT32_MAX)
-    return Fail(key + " takes a whole number from 0 up, not " + Quote(setting.second));
+    return Fail(key + " takes a whole number, 0 or more, not " + Quote(setting.second));
   variable->number = static_cast<std::uint32_t>(*number);
   return true;
 }
@@ -286,7 +286,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
   const std::string& value = setting.second;
   const std::string key = setting.first.starts_with('@') ? Quote(setting.first) : setting.first;
   const int id = control.id;
-  // The controls of hidden panels take their value as from a document.
+  // Controls of hidden panels take their value as they do from a document.
   const bool reachable = IsVisible(dialog, id);
   const auto refused = [&] {
     return Fail(key + " cannot be set here: the control is disabled for this kind of output");
@@ -312,7 +312,7 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
     }
     case ControlKind::Edit: {
-      if (value.find('\0') != std::string::npos) return Fail("the text has a NUL byte; leave it out");
+      if (value.find('\0') != std::string::npos) return Fail("the text has a NUL byte; remove it");
       const std::string text = WithInnerBreaks(value);
       if (CountCharacters(text) > kMaxLongText) {
         return Fail("the text is too long: at most " + std::to_string(kMaxLongText) + " characters are allowed");
@@ -364,7 +364,7 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  // A one-off tile belongs to no library and came with the text; any other is named by path and index.
+  // A one-off tile comes with the text and has no library; any other is named by path and index.
   if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
   if (SetMaterial(dialog, id, material)) return true;
   FreeBlock(HandleOf(material.Tile.TileBitmap));
@@ -393,10 +393,10 @@ bool ScriptedUser::SetFont(Dialog& dialog, const std::string& family) {
 
 bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
   const auto* family = static_cast<const ControlFamily*>(FamilyOf(dialog, id));
-  if (!family) return Fail("control " + std::to_string(id) + " holds no value");
+  if (!family) return Fail("control " + std::to_string(id) + " has no value; see --list controls");
   const std::string line = family->stem + std::to_string(id) + "=" + value;
   if (!SendToControl(dialog, id, {kMessageLoadControl, 0, PointerArgument(&line)})) {
-    return Fail("control " + std::to_string(id) + " does not take the value " + Quote(value.substr(0, 40)));
+    return Fail("control " + std::to_string(id) + " does not accept the value " + Quote(value.substr(0, 40)));
   }
   Pump(dialog);
   return true;
@@ -408,7 +408,7 @@ bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedD
     const bool memory = !messages_.empty() && messages_.back() == LoadText(kTextMemoryError);
     return FailRun(memory ? kOutOfMemory
                           : "the document " + Quote(document) +
-                                " cannot be written; check its folder and the space on its disk");
+                                " cannot be written; check its folder and the free disk space");
   }
   switch (job_.action) {
     case Job::Action::None:
@@ -417,7 +417,7 @@ bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedD
       const PackedDib frame = RenderSample(dialog);
       if (!frame)
         return FailRun(
-            "out of memory, or the effect makes no picture of this text: try another text or a smaller size");
+            "out of memory, or the effect makes no picture of this text; try another text or a smaller size");
       sample(frame);
       return true;
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The user of a rendering job: does to the main dialog what a person with that wish would do.
+// The scripted user of a rendering job: operates the main dialog as a person would to get the job done.
 #pragma once
 
 #include <glyphmotion/render.h>
@@ -21,26 +21,26 @@ struct RoleControls {
 
 class ScriptedUser {
  public:
-  /// `messages` grows with what the dialog's message boxes say; `settings` is what the job's settings file says.
+  /// `messages` collects the texts of the dialog's message boxes; `settings` summarises the job's settings file.
   ScriptedUser(const Job& job, const std::vector<std::string>& messages, SettingsSummary settings)
       : job_(job),
         messages_(messages),
         fontOfSettings_(settings.keys.contains("MainFontName")),
         values_(job, std::move(settings)) {}
 
-  /// Sets the controls in the order of force and presses the button of the job's action; a sample goes to `sample`. On
-  /// a value that is wrong nothing is pressed and Error() says why.
+  /// Sets the controls in ascending order of precedence and presses the button of the job's action; a sample goes to
+  /// `sample`. If a value is wrong, no button is pressed and Error() says why.
   void Play(Dialog& dialog, const std::function<void(const PackedDib&)>& sample);
 
   /// One sentence, or empty.
   const std::string& Error() const { return error_; }
-  /// The error is not in a value of the job: a file could not be written, no picture came.
+  /// The job is fine but the run failed: a file could not be written, or there was no picture.
   bool RunFailed() const { return runFailed_; }
-  /// The script came to its end and, for a sample or a saved document, did what was asked.
+  /// The script ran to its end and, for a sample or a saved document, succeeded.
   bool Played() const { return played_; }
-  /// Null until the dialog has stood: its values are then not those of the settings file.
+  /// Null until the dialog has opened; before that its values are not those of the settings file.
   const FileValues* Values() const { return started_ ? &values_ : nullptr; }
-  /// What the run does other than it was asked, one sentence each.
+  /// Where the run differs from what was requested, one sentence each.
   const std::vector<std::string>& Notes() const { return notes_; }
 
  private:
@@ -70,7 +70,7 @@ class ScriptedUser {
   bool fontOfSettings_;
   FileValues values_;
   std::vector<std::string> notes_;
-  std::string fontAsked_;  // by an option, the document or the settings file; empty: by nobody
+  std::string fontAsked_;  // from an option, the document or the settings file; empty: none
   std::string error_;
   bool started_ = false;
   bool runFailed_ = false;

@@ -17,7 +17,7 @@
 namespace glyphmotion {
 namespace {
 
-// Keys without a control that a run reads.
+// Keys that have no control but that a run reads.
 constexpr std::string_view kReadByRuns[] = {"AccentCompensation", "AlphaGreyBack", "DitherBrightness",
                                             "DitherContrast",     "FastRemap",     "RegistrationCode",
                                             "RegistrationName"};
@@ -42,7 +42,7 @@ bool HasControl(const DialogTemplate& panel, int id) {
                      [&](const ControlTemplate& control) { return control.id == id; });
 }
 
-/// Why the setting is idle; nothing when it is not.
+/// Where the setting has no effect; nothing when it has one.
 std::optional<std::string> WhyIdle(const EffectDescriptor& effect, const Job& job, const std::string& key) {
   const Target target = TargetOf(key);
   const std::string here = std::string("the effect ") + effect.name;

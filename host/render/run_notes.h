@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a run does other than it was asked, in one sentence each: options that change nothing, a font that is not there,
-// frames too short to be shown.
+// Notes on where a run differs from what was requested, one sentence each: options that change nothing, missing fonts,
+// frames that are too short.
 #pragma once
 
 #include <glyphmotion/render.h>
@@ -12,19 +12,19 @@
 
 namespace glyphmotion {
 
-/// Settings of the job that change nothing in a run of the effect that the dialog shows. Nothing for a job that saves
-/// them in a file.
+/// Settings of the job that change nothing in a run of the dialog's current effect. Empty for a job that saves them to
+/// a file.
 std::vector<std::string> IdleSettings(const Dialog& dialog, const Job& job);
 
-/// The family that takes the place of `asked`, which is empty when nobody named a font.
+/// The family that replaces `asked`, which is empty when no font was named.
 std::vector<std::string> FontNotes(const Dialog& dialog, const std::string& asked);
 
-/// Counts the frames that follow one another in 10 ms or less.
+/// Counts consecutive frames of 10 ms or less.
 class ShortFrames {
  public:
   explicit ShortFrames(const Job& job) : limit_(job.paletteFormat ? 1 : 10) {}
   void Add(int delay);
-  /// A sentence when at least two such frames follow one another, otherwise empty.
+  /// A sentence when there are at least two such frames in a row, otherwise empty.
   std::string Note() const;
 
  private:

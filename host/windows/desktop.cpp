@@ -37,7 +37,7 @@ std::optional<std::string> AskFileName(HWND owner, bool save, const wchar_t* tit
   return NarrowOf(path);
 }
 
-/// The program that shows pages: a page opened as a file would lose its topic on the way.
+/// The browser's executable: a page opened as a file would lose its topic.
 std::wstring Browser() {
   wchar_t program[kLongestPath] = L"";
   DWORD length = kLongestPath;
@@ -48,7 +48,7 @@ std::wstring Browser() {
 bool Open(HWND owner, const std::wstring& file, const std::wstring& parameters) {
   const HINSTANCE result = ShellExecuteW(owner, nullptr, file.c_str(),
                                          parameters.empty() ? nullptr : parameters.c_str(), nullptr, SW_SHOWNORMAL);
-  return reinterpret_cast<INT_PTR>(result) > 32;  // the values up to there are errors
+  return reinterpret_cast<INT_PTR>(result) > 32;  // up to 32: an error
 }
 
 HANDLE ConsoleHandle(bool failure) {
@@ -62,7 +62,7 @@ HANDLE ConsoleHandle(bool failure) {
 
 }  // namespace
 
-void Tell(HWND owner, const std::string& text, bool failure) {
+void ShowBox(HWND owner, const std::string& text, bool failure) {
   std::wstring wide = WideOf(text);
   if (!wide.empty() && failure) wide[0] = static_cast<wchar_t>(towupper(wide[0]));
   MessageBoxW(owner, wide.c_str(), kTitle, MB_OK | (failure ? MB_ICONWARNING : MB_ICONINFORMATION));
@@ -97,10 +97,10 @@ std::optional<Colour> AskColour(HWND owner, Colour start, std::span<const Rgb> p
   static COLORREF own[kFreeColours];
   static bool filled = false;
   for (std::size_t i = 0; i < kFreeColours && !filled; ++i) {
-    // The last place gets the last entry.
+    // The last slot gets the last entry.
     own[i] = palette.empty() ? RGB(255, 255, 255) : ColourOf(palette[i * (palette.size() - 1) / (kFreeColours - 1)]);
   }
-  filled = true;  // from now on they are what the user puts there
+  filled = true;  // from now on they are the user's
   CHOOSECOLORW dialog{};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = owner;

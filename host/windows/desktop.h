@@ -11,7 +11,7 @@
 
 namespace glyphmotion {
 
-void Tell(HWND owner, const std::string& text, bool failure);
+void ShowBox(HWND owner, const std::string& text, bool failure);
 enum class Answer { Yes, No, Cancel };
 Answer AskYesNoCancel(HWND owner, const std::string& text);
 
@@ -19,17 +19,17 @@ std::optional<std::string> AskPicture(HWND owner);
 std::optional<std::string> AskPlugin(HWND owner);
 std::optional<std::string> AskGifName(HWND owner, const std::string& start);
 
-/// The chooser's free places begin with an even choice of the palette that is offered, if any.
+/// The chooser's custom colours start with an even selection of the palette, if any.
 std::optional<Colour> AskColour(HWND owner, Colour start, std::span<const Rgb> palette);
 
-/// Opens a page that lies in `folder`, at a topic if the reference ("page#topic") names one. False when there is no
-/// such page, or nothing that shows it.
+/// Opens a page in `folder`, at a topic if the reference ("page#topic") names one. False when there is no such page, or
+/// no program to show it.
 bool OpenHelp(HWND owner, const std::string& folder, const std::string& reference);
 
-/// Pixels on this screen for a length that was designed at 96 dots an inch.
+/// Converts a length at 96 dpi to pixels of this screen.
 int Scaled(int length);
 
-/// Writes to the console that the program was started from, if there is one. False when there is none.
+/// Writes to the console that the program was started from. False when there is none.
 bool WriteToConsole(const std::string& text, bool failure);
 
 }  // namespace glyphmotion

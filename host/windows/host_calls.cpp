@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The host's side of the contract. What comes may be anybody's: every size is checked before a byte is read, and what
-// is wrong is refused rather than believed. Memory that is no memory at all is the one thing that cannot be caught.
+// The host's side of the contract. The plug-in may be anyone's: every size is checked before a byte is read, and
+// malformed input is refused. Only invalid pointers cannot be caught.
 #include "host/windows/host_calls.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kPathBuffer = 261, kLongestText = 4096;
-constexpr int kFileDialogWidth = 720, kFileDialogHeight = 500;  // at 96 dots an inch
+constexpr int kFileDialogWidth = 720, kFileDialogHeight = 500;  // at 96 dpi
 
 template <typename T>
 T* PointerIn(std::uint64_t value) {
@@ -37,10 +37,10 @@ std::span<const std::uint8_t> BytesOf(const Record* record) {
   return {reinterpret_cast<const std::uint8_t*>(record), sizeof(Record)};
 }
 
-/// The owner that the plug-in names, or the window in front where that is none.
+/// The owner that the plug-in names, or the foreground window if that is invalid.
 HWND WindowOr(HWND named) { return IsWindow(named) ? named : GetActiveWindow(); }
 
-/// A plug-in's block, locked for the length of a call. Only as many bytes as the picture has.
+/// A plug-in's block, locked during a call. Exposes only as many bytes as the picture has.
 class LockedPicture {
  public:
   explicit LockedPicture(HGLOBAL block) : block_(block) {
@@ -80,11 +80,11 @@ class Session {
     if (operation == HostOpAddImage) return AddImage(task, b);
     Record(operation, a, b, {});
     return Dispatch(task, operation, a, b);
-  } catch (const std::exception&) {  // memory is out: a refusal
+  } catch (const std::exception&) {  // out of memory: refused
     return 0;
   }
 
-  /// What is still alive of the blocks that went over the boundary.
+  /// Counts the blocks passed over the boundary that are still alive.
   void CountBlocks(RenderResult& left) const {
     for (const HGLOBAL block : blocks_) {
       const UINT flags = GlobalFlags(block);
@@ -193,7 +193,7 @@ class Session {
       blocks_.insert(block);
     } else {
       watcher_.failed(GetActiveWindow(),
-                      "'" + path + "' is no picture that can be read; choose one of at most 8192 pixels on a side");
+                      "'" + path + "' is not a readable picture; choose one of at most 8192 x 8192 pixels");
     }
     return reinterpret_cast<std::uint64_t>(block);
   }

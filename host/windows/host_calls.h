@@ -12,14 +12,15 @@
 
 namespace glyphmotion {
 
-/// What a window does with a run. All are called within the plug-in's calls: they draw at once, and pump no messages.
+/// A window's reactions to a run. All are called within the plug-in's calls: they must draw at once and must not pump
+/// messages.
 struct RunWatcher {
-  std::function<void(const std::string&)> stage;                            ///< the name of what begins
+  std::function<void(const std::string&)> stage;                            ///< the name of the stage that begins
   std::function<void(std::int64_t position, std::int64_t total)> progress;  ///< 0, 0 clears
-  std::function<void()> beforeWork;                                         ///< Build or Test was pressed
-  /// What the user has to know while the dialog is open; `owner` is the window in front.
+  std::function<void()> beforeWork;                                         ///< the user pressed Build or Test
+  /// Reports an error while the dialog is open; `owner` is the foreground window.
   std::function<void(HWND owner, const std::string& sentence)> failed;
-  /// A task came to its good end; `dialog` is the plug-in's window.
+  /// A task finished successfully; `dialog` is the plug-in's window.
   std::function<void(Animation animation, HWND dialog)> finished;
 };
 
@@ -31,11 +32,11 @@ struct RunSettings {
 };
 
 struct RunOutcome {
-  bool ran = false;   ///< the plug-in answered 1
-  RenderResult left;  ///< blocks and locks that the plug-in left behind of those that went over the boundary
+  bool ran = false;   ///< the plug-in returned 1
+  RenderResult left;  ///< blocks and locks passed over the boundary that the plug-in leaked
 };
 
-/// Runs the plug-in's dialog and answers its calls until it ends. One run at a time.
+/// Runs the plug-in's dialog and handles its calls until it ends. One run at a time.
 RunOutcome RunPlugin(const PluginLibrary& plugin, const RunSettings& settings, const RunWatcher& watcher);
 
 }  // namespace glyphmotion

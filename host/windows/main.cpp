@@ -28,7 +28,7 @@ int Run() {
   const ParsedOptions parsed = ParseHostOptions(CommandLineWords());
   if (parsed.options) return RunHost(*parsed.options);
   const std::string line = parsed.wrong ? "glyphmotion-host: error: " + parsed.text + "\n" : parsed.text;
-  if (!WriteToConsole(line, parsed.wrong)) Tell(nullptr, parsed.text, parsed.wrong);
+  if (!WriteToConsole(line, parsed.wrong)) ShowBox(nullptr, parsed.text, parsed.wrong);
   return parsed.wrong ? 2 : 0;
 }
 
@@ -42,7 +42,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   try {
     code = glyphmotion::Run();
   } catch (const std::exception&) {
-    glyphmotion::Tell(nullptr, glyphmotion::kOutOfMemory, true);
+    glyphmotion::ShowBox(nullptr, glyphmotion::kOutOfMemory, true);
   }
   CoUninitialize();
   return code;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr wchar_t kClass[] = L"GlyphmotionHost";
 constexpr int kViewerId = 10, kStatusId = 11;
-constexpr UINT kBegin = WM_APP;  // posted to itself: the dialog opens once the window stands
+constexpr UINT kBegin = WM_APP;  // posted to itself: opens the dialog once the window is shown
 constexpr const char* kDefaultPlugin = "tlmplgm4.dll";
 constexpr const char* kHelpPage = "TLMPLGM4.HTML";
 constexpr int kLeastWidth = 480, kLeastHeight = 320;
@@ -38,13 +38,13 @@ struct Host {
 
 Host* StateOf(HWND window) { return reinterpret_cast<Host*>(GetWindowLongPtrW(window, GWLP_USERDATA)); }
 
-// On the console with `once`, if there is one, otherwise in a box.
-void TellFailure(const HostOptions& options, void* owner, const std::string& sentence) {
+// With `once`, on the console if there is one; otherwise in a box.
+void ReportFailure(const HostOptions& options, void* owner, const std::string& sentence) {
   if (options.once && WriteToConsole("glyphmotion-host: error: " + sentence + "\n", true)) return;
-  Tell(static_cast<HWND>(owner), sentence, true);
+  ShowBox(static_cast<HWND>(owner), sentence, true);
 }
 
-void Fail(const Host& host, const std::string& sentence) { TellFailure(host.options, host.window, sentence); }
+void Fail(const Host& host, const std::string& sentence) { ReportFailure(host.options, host.window, sentence); }
 
 std::string FileNameOf(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 
@@ -55,7 +55,7 @@ std::string ProgramFolder() {
   return whole.substr(0, whole.find_last_of('\\') + 1);
 }
 
-// --- What the window says ---
+// --- Title and status ---
 
 void ShowTitle(const Host& host) {
   std::string title = "Glyphmotion";
@@ -89,7 +89,7 @@ bool SaveTo(Host& host, const std::string& path) {
   return true;
 }
 
-// Found out before the user has built anything.
+// Checked before the user has built anything.
 std::string OutputTrouble(const std::string& path) {
   if (path.empty()) return {};
   const DWORD attributes = GetFileAttributesW(WideOf(path).c_str());
@@ -100,7 +100,7 @@ std::string OutputTrouble(const std::string& path) {
   const std::string folder = path.substr(0, slash + 1);
   const DWORD found = GetFileAttributesW(WideOf(folder).c_str());
   if (found != INVALID_FILE_ATTRIBUTES && found & FILE_ATTRIBUTE_DIRECTORY) return {};
-  return "the folder '" + folder + "' is not there; make it, or name another one for the GIF";
+  return "the folder '" + folder + "' does not exist; create it, or name another one for the GIF";
 }
 
 bool SaveAs(Host& host) {
@@ -109,7 +109,7 @@ bool SaveAs(Host& host) {
   return path && SaveTo(host, *path);
 }
 
-// False when the user would rather keep what is not saved.
+// False when the user cancels in order to keep an unsaved animation.
 bool MayBeLost(Host& host) {
   if (host.saved || host.options.once) return true;
   switch (AskYesNoCancel(host.window, "The animation has not been saved. Save it now?")) {
@@ -138,7 +138,7 @@ void Play(Host& host, std::shared_ptr<const Animation> animation) {
   UpdateWindow(host.viewer);
 }
 
-// Encodes what was built and shows it. False when that could not be done.
+// Encodes the animation and shows it. False on failure.
 bool Keep(Host& host, std::shared_ptr<const Animation> animation) {
   std::string error;
   ShowStage(host.status, "Writing the GIF");
@@ -147,7 +147,7 @@ bool Keep(Host& host, std::shared_ptr<const Animation> animation) {
   SetCursor(before);
   ShowStage(host.status, "");
   if (gif.empty()) {
-    Fail(host, "the animation cannot become a GIF: " + error);
+    Fail(host, "the animation cannot be saved as a GIF: " + error);
     return false;
   }
   host.gif = std::move(gif);
@@ -163,7 +163,7 @@ RunWatcher WatcherOf(Host& host, std::shared_ptr<const Animation>& built) {
   watcher.stage = [&host](const std::string& text) { ShowStage(host.status, text); };
   watcher.progress = [&host](std::int64_t position, std::int64_t total) { ShowProgress(host.status, position, total); };
   watcher.beforeWork = [&host] { ShowStage(host.status, "Working"); };
-  watcher.failed = [&host](HWND owner, const std::string& sentence) { TellFailure(host.options, owner, sentence); };
+  watcher.failed = [&host](HWND owner, const std::string& sentence) { ReportFailure(host.options, owner, sentence); };
   watcher.finished = [&host, &built](Animation animation, HWND dialog) {
     ShowProgress(host.status, 0, 0);
     const auto shared = std::make_shared<const Animation>(std::move(animation));
@@ -189,7 +189,7 @@ struct RunningMark {
   ~RunningMark() { host.running = false; }
 };
 
-// Opens the plug-in's dialog, and keeps and saves what it builds. True when a file was written.
+// Opens the plug-in's dialog, then keeps and saves the animation that it builds. True when a file was written.
 bool NewAnimation(Host& host) {
   if (host.running || !NeedPlugin(host) || !MayBeLost(host)) return false;
   std::optional<Recorder> recorder;
@@ -208,7 +208,7 @@ bool NewAnimation(Host& host) {
   ShowProgress(host.status, 0, 0);
   ShowStage(host.status, "");
   const bool recorded = !recorder || EndRecording(host, *recorder, outcome);
-  if (!outcome.ran) Fail(host, "the plug-in '" + host.plugin.name + "' did not run; it may be made for another host");
+  if (!outcome.ran) Fail(host, "the plug-in '" + host.plugin.name + "' did not run; it may need another host");
   if (!built) {
     if (host.built) Play(host, host.built);  // instead of a test
     return false;
@@ -235,7 +235,7 @@ void AboutPlugin(Host& host) {
   std::string text = host.plugin.name + "\n";
   if (!host.plugin.attribution.empty()) text += host.plugin.attribution + "\n";
   if (!host.plugin.version.empty()) text += "Version " + host.plugin.version + "\n";
-  Tell(host.window, text + "\n" + host.plugin.path, false);
+  ShowBox(host.window, text + "\n" + host.plugin.path, false);
 }
 
 void ShowHelp(Host& host) {
@@ -258,7 +258,7 @@ void PrepareMenu(Host& host, HMENU menu) {
 }
 
 void Command(Host& host, int command) {
-  if (host.running) return;  // a plug-in that leaves its owner enabled
+  if (host.running) return;  // some plug-ins leave their owner enabled
   switch (command) {
     case COMMAND_NEW:
       NewAnimation(host);
@@ -287,10 +287,10 @@ void Command(Host& host, int command) {
     case COMMAND_HELP:
       return ShowHelp(host);
     case COMMAND_ABOUT:
-      return Tell(host.window,
-                  "Glyphmotion " GLYPHMOTION_VERSION
-                  "\nAnimated text: runs the plug-in, plays and saves what it builds.",
-                  false);
+      return ShowBox(host.window,
+                     "Glyphmotion " GLYPHMOTION_VERSION
+                     "\nAnimated text: runs the plug-in, plays and saves what it builds.",
+                     false);
   }
 }
 
@@ -401,13 +401,13 @@ int RunHost(const HostOptions& options) {
   Host host;
   host.options = options;
   if (!OpenWindow(host)) {
-    TellFailure(options, nullptr, "the window cannot be opened; close some other programs");
+    ReportFailure(options, nullptr, "the window cannot be opened; close some other programs");
     return 1;
   }
   if (const std::string trouble = OutputTrouble(options.output); !trouble.empty()) {
-    TellFailure(options, host.window, trouble);
+    ReportFailure(options, host.window, trouble);
     if (options.once) return 1;
-    host.options.output.clear();  // the name is asked for after all
+    host.options.output.clear();  // so the user is asked for the name
   }
   if (options.once) {
     const bool wrote = NewAnimation(host);

@@ -23,10 +23,9 @@ ParsedOptions ParseHostOptions(std::vector<std::string> words) {
       ->type_name("FILE.gif");
   app.add_option("--record", options.recordFolder, "Write every call of the plug-in and every image into this folder")
       ->type_name("FOLDER");
-  app.add_option("--host", kind, "What the plug-in is told about the file format: palette, truecolor or both")
-      ->type_name("KIND");
+  app.add_option("--host", kind, "What the file format supports: palette, truecolor or both")->type_name("KIND");
   app.add_flag("--skin", options.skin, "Ask the plug-in for its skinned buttons");
-  app.add_flag("--once", options.once, "Run the dialog once and end: 0 when a GIF was written, 1 when not");
+  app.add_flag("--once", options.once, "Run the dialog once and exit: 0 when a GIF was written, 1 when not");
   app.add_flag("--no-dialog", options.noDialog, "Open the window only; Ctrl+N opens the dialog");
   app.set_version_flag("--version", "glyphmotion-host " GLYPHMOTION_VERSION);
   ParsedOptions parsed;
@@ -35,9 +34,9 @@ ParsedOptions ParseHostOptions(std::vector<std::string> words) {
     app.parse(words);
     const auto found = kKinds.find(kind);
     if (found == kKinds.end())
-      throw CLI::ValidationError("--host", "'" + kind + "' is unknown; say palette, truecolor or both");
+      throw CLI::ValidationError("--host", "'" + kind + "' is not allowed; use palette, truecolor or both");
     if (options.once && options.noDialog)
-      throw CLI::ValidationError("--once", "with --no-dialog there is nothing to do; leave one of them out");
+      throw CLI::ValidationError("--once", "it has nothing to run with --no-dialog; leave one of them out");
     options.hostFlags = found->second;
     parsed.options = options;
   } catch (const CLI::CallForHelp&) {

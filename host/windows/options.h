@@ -10,24 +10,24 @@
 
 namespace glyphmotion {
 
-/// What the command line asks for. Names of files are UTF-8; empty: not given.
+/// The command line's options. File names are UTF-8; empty: not given.
 struct HostOptions {
   std::string plugin;        ///< the library; by default the one beside the program
   std::string output;        ///< each finished animation is written here
   std::string recordFolder;  ///< each run is recorded here
   std::uint32_t hostFlags = HostFlagPaletteFormat;
   bool skin = false;
-  bool once = false;      ///< one run of the dialog, then the end
-  bool noDialog = false;  ///< only the window at first
+  bool once = false;      ///< run the dialog once, then exit
+  bool noDialog = false;  ///< open only the window
 };
 
 struct ParsedOptions {
   std::optional<HostOptions> options;
-  std::string text;  ///< without options: the help, the version, or one sentence about what is wrong
+  std::string text;  ///< without options: the help, the version, or one sentence about an error
   bool wrong = false;
 };
 
-/// `words` without the program's name.
+/// `words` excludes the program's name.
 ParsedOptions ParseHostOptions(std::vector<std::string> words);
 
 }  // namespace glyphmotion

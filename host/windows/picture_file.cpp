@@ -13,7 +13,7 @@ namespace {
 
 constexpr UINT kMaxSide = 8192;
 
-/// One counted interface, released when it goes.
+/// Owns one COM interface.
 template <typename Interface>
 struct Counted {
   Interface* pointer = nullptr;

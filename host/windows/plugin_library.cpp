@@ -11,7 +11,7 @@
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kInfoBytes = 1024;  // more than the record, for plug-ins that know a longer one
+constexpr std::size_t kInfoBytes = 1024;  // larger than the record, for plug-ins with a longer one
 
 std::wstring WholePath(const std::string& path) {
   const std::wstring wide = WideOf(path);
@@ -24,13 +24,13 @@ std::string WhyNotLoaded(const std::string& path, DWORD error) {
   const std::string file = "'" + path + "' ";
   switch (error) {
     case ERROR_MOD_NOT_FOUND:
-      return file + "needs another library that is not there; install the plug-in again";
+      return file + "needs another library that is missing; install the plug-in again";
     case ERROR_BAD_EXE_FORMAT:
-      return file + "is no library for 64-bit programs; choose another file";
+      return file + "is not a 64-bit library; choose another file";
     case ERROR_DLL_INIT_FAILED:
       return file + "refuses to be loaded by this program; choose another file";
     case ERROR_ACCESS_DENIED:
-      return file + "may not be read; check its permissions";
+      return file + "cannot be read; check its permissions";
     default:
       return file + "cannot be loaded (error " + std::to_string(error) + "); choose another file";
   }
@@ -66,7 +66,7 @@ void AskParams(PluginLibrary& plugin) {
   plugin.getParams(record);
   plugin.name = FieldText(record->name);
   plugin.attribution = FieldText(record->attribution);
-  if (plugin.name.empty()) plugin.name = "A plug-in without a name";
+  if (plugin.name.empty()) plugin.name = "Unnamed plug-in";
 }
 
 }  // namespace
@@ -94,10 +94,10 @@ PluginLibrary LoadPlugin(const std::string& path, std::string& error) {
   plugin.path = NarrowOf(whole);
   const DWORD attributes = GetFileAttributesW(whole.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES || attributes & FILE_ATTRIBUTE_DIRECTORY) {
-    error = "the plug-in '" + plugin.path + "' is not there; choose its file, or put it beside this program";
+    error = "the plug-in '" + plugin.path + "' does not exist; choose its file, or put it beside this program";
     return {};
   }
-  // What the library needs lies beside it, not beside this program.
+  // The library's dependencies are beside it, not beside this program.
   plugin.module = LoadLibraryExW(whole.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
   if (!plugin.module) {
     error = WhyNotLoaded(plugin.path, GetLastError());
@@ -106,7 +106,7 @@ PluginLibrary LoadPlugin(const std::string& path, std::string& error) {
   Find(plugin.module, "PLUGIN16GetPluginParams", plugin.getParams);
   Find(plugin.module, "PLUGIN16DoBuild", plugin.doBuild);
   if (!plugin.getParams || !plugin.doBuild) {
-    error = "'" + plugin.path + "' is no plug-in for this program: it does not offer " +
+    error = "'" + plugin.path + "' is not a plug-in for this program: it does not export " +
             (plugin.getParams ? "PLUGIN16DoBuild" : "PLUGIN16GetPluginParams") + "; choose another file";
     return {};
   }

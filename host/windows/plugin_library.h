@@ -8,12 +8,12 @@
 
 namespace glyphmotion {
 
-/// A plug-in that has been loaded, ours or a stranger's. Let go when it dies.
+/// A loaded plug-in, ours or another maker's. Unloaded by the destructor.
 struct PluginLibrary {
-  std::string path;  ///< whole, UTF-8
-  std::string name;  ///< as the plug-in calls itself
+  std::string path;  ///< absolute, UTF-8
+  std::string name;  ///< from the plug-in's info record
   std::string attribution;
-  std::string version;  ///< of the file; empty when it says none
+  std::string version;  ///< of the file; empty when it has none
   HMODULE module = nullptr;
   int (*getParams)(PluginInfoRecord*) = nullptr;
   int (*doBuild)(void*, const HostCallTable*) = nullptr;
@@ -26,8 +26,8 @@ struct PluginLibrary {
   std::string Folder() const;  ///< with its backslash
 };
 
-/// Loads a library and asks it what it is. Empty, with one sentence in `error`, when it cannot be loaded or lacks one
-/// of the two exports.
+/// Loads a library and reads its info record. Empty, with one sentence in `error`, when it cannot be loaded or lacks
+/// one of the two exports.
 PluginLibrary LoadPlugin(const std::string& path, std::string& error);
 
 }  // namespace glyphmotion

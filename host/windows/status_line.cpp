@@ -62,7 +62,7 @@ void ShowProgress(StatusLine& line, std::int64_t position, std::int64_t total) {
   if (shows != static_cast<bool>(IsWindowVisible(line.bar))) ShowWindow(line.bar, shows ? SW_SHOWNA : SW_HIDE);
   const double share = shows ? std::clamp(static_cast<double>(position) / static_cast<double>(total), 0.0, 1.0) : 0;
   const int step = static_cast<int>(share * kSteps);
-  // The bar glides to where it is told, but not back: a step beyond and back puts it there at once.
+  // The bar animates forward moves but not backward ones: stepping beyond and back sets the position at once.
   if (step < kSteps) SendMessageW(line.bar, PBM_SETPOS, static_cast<WPARAM>(step + 1), 0);
   SendMessageW(line.bar, PBM_SETPOS, static_cast<WPARAM>(step), 0);
   UpdateWindow(line.bar);

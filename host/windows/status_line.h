@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The line at the foot of the window: what is going on, how far it is, what is shown. Changes are drawn at once, for
-// they come while the plug-in works and no messages are handled.
+// The window's status line: the current stage, its progress and what is shown. Changes are drawn at once, because they
+// occur while the plug-in works and no messages are handled.
 #pragma once
 
 #include <cstddef>
@@ -17,11 +17,11 @@ struct StatusLine {
 };
 
 StatusLine CreateStatusLine(HWND parent, int id);
-/// Follows the parent's size. Gives the line's height.
+/// Follows the parent's size. Returns the line's height.
 int PlaceStatusLine(StatusLine& line);
 /// Empty: "Ready".
 void ShowStage(StatusLine& line, const std::string& text);
-/// 0, 0 takes the bar away.
+/// 0, 0 hides the bar.
 void ShowProgress(StatusLine& line, std::int64_t position, std::int64_t total);
 void ShowFrames(StatusLine& line, const std::string& frames, const std::string& bytes);
 

@@ -25,7 +25,7 @@ struct Viewer {
   HWND dialog = nullptr;
   RECT lastArea{};  ///< where the picture was centred
   Field field = Field::Checkered;
-  std::vector<std::uint32_t> shown;  ///< the picture on its field, 0x00RRGGBB, top down
+  std::vector<std::uint32_t> shown;  ///< the composed picture, 0x00RRGGBB, top down
   HFONT headline = nullptr, text = nullptr;
 };
 
@@ -41,7 +41,7 @@ HFONT MakeFont(int height, int weight) {
                      VARIABLE_PITCH | FF_SWISS, L"Segoe UI");
 }
 
-// --- The picture on its field ---
+// --- Composing the picture ---
 
 Rgb FieldAt(const Viewer& viewer, int x, int y) {
   switch (viewer.field) {
@@ -76,9 +76,9 @@ void LayOnField(Viewer& viewer) {
   }
 }
 
-// --- Where the picture goes ---
+// --- Placing the picture ---
 
-// How much larger or smaller a picture is shown: as it is, in whole multiples on dense screens, or so that it fits.
+// The scale of a picture: its own size, a whole multiple on high-density screens, or reduced to fit.
 double ZoomIn(const RECT& area, int width, int height) {
   const double roomX = std::max(area.right - area.left - 2 * Scaled(kMargin), 1L),
                roomY = std::max(area.bottom - area.top - 2 * Scaled(kMargin), 1L);
@@ -94,7 +94,7 @@ RECT PlaceIn(const RECT& area, int width, int height) {
   return {left, top, left + w, top + h};
 }
 
-// The part of the window that shows the picture largest of those that the dialog leaves free.
+// Of the areas that the dialog leaves free, the one that shows the picture largest.
 RECT FreeArea(HWND window, const Viewer& viewer) {
   RECT whole, covered;
   GetClientRect(window, &whole);
@@ -110,7 +110,7 @@ RECT FreeArea(HWND window, const Viewer& viewer) {
   const auto zoom = [&](const RECT& strip) { return ZoomIn(strip, picture.width, picture.height); };
   const RECT best =
       *std::max_element(std::begin(strips), std::end(strips), [&](auto& a, auto& b) { return zoom(a) < zoom(b); });
-  // A sliver shows less than what peeps out from behind the dialog.
+  // A narrow strip shows less than the part of the picture that the dialog leaves visible.
   const int least = Scaled(64);
   return best.right - best.left < least || best.bottom - best.top < least ? whole : best;
 }
@@ -211,7 +211,7 @@ LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
       delete viewer;
       return 0;
     case WM_ERASEBKGND:
-      return 1;  // all of it is painted at once
+      return 1;  // WM_PAINT covers everything
     case WM_PAINT:
       Paint(window, *viewer);
       return 0;
@@ -235,7 +235,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
       return Handle(window, message, wParam, lParam);
   } catch (const std::bad_alloc&) {
     if (message == WM_CREATE) return -1;
-    return 0;  // a frame that found no memory is not shown
+    return 0;  // a frame is skipped when out of memory
   }
   return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window that plays an animation, in the middle of its field or, while a dialog covers that, beside the dialog.
+// The window that plays an animation, in its middle or, while a dialog covers that, beside the dialog.
 #pragma once
 
 #include <memory>
@@ -10,19 +10,19 @@
 
 namespace glyphmotion {
 
-/// What shows where the animation is transparent.
+/// What is shown where the animation is transparent.
 enum class Field { Checkered, White, Black, Background };
 
-/// Sent to the parent as WM_COMMAND with the viewer's id and this code when another frame shows, or a pause begins or
+/// Sent to the parent as WM_COMMAND with the viewer's id and this code when the frame changes, or a pause begins or
 /// ends.
 constexpr int kViewerChanged = 1;
 /// Likewise, when the hint was clicked.
 constexpr int kViewerBegin = 2;
 
 HWND CreateViewer(HWND parent, int id);
-/// Plays from the first frame; null shows the hint for beginners instead.
+/// Plays from the first frame; null shows a hint for beginners instead.
 void ShowInViewer(HWND viewer, std::shared_ptr<const Animation> animation);
-/// The dialog that lies over the viewer; null when none does any more.
+/// Sets the dialog that covers the viewer; null when there is none.
 void SetCoveringDialog(HWND viewer, HWND dialog);
 void SetField(HWND viewer, Field field);
 Field FieldOf(HWND viewer);

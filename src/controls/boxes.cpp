@@ -29,7 +29,7 @@ struct NameQuestion {
   std::string name;
 };
 
-/// One message and one prompt at a time has the keyboard, but its timers and repaints may open another.
+/// One message and one prompt at a time has the focus, but its timers and repaints may open another.
 struct OpenBoxes {
   const MessageQuestion* shown = nullptr;
   NameQuestion* asked = nullptr;
@@ -41,7 +41,7 @@ void Shift(Dialog& dialog, int id, int across, int down) {
   MoveControl(dialog, id, place.left + across, place.top + down);
 }
 
-/// Makes room for the text: the box and its buttons go with it. A text of one line stands level with the picture.
+/// Resizes the box for the text and moves the buttons. A text of one line is centred on the picture.
 void FitText(Dialog& dialog, const std::string& text) {
   const ControlRectangle place = RectangleOf(dialog, MessageText);
   TextExtent extent = MeasureText(dialog, text, kReadableWidth);
@@ -54,7 +54,7 @@ void FitText(Dialog& dialog, const std::string& text) {
   GrowDialog(dialog, across, down);
 }
 
-/// What Enter presses.
+/// The default button.
 int FirstButton(MessageButtons buttons) {
   return buttons == MessageButtons::Ok ? Ok : buttons == MessageButtons::YesNo ? Yes : No;
 }
@@ -109,7 +109,7 @@ std::int64_t NameProcedure(Dialog& dialog, const Message& message) {
   return 1;
 }
 
-// --- The picture, on a square of one by one ---
+// --- The picture, in a unit square ---
 
 struct Sketch {
   const DrawRequest& request;
@@ -169,7 +169,7 @@ std::optional<bool> RunMessageBox(Dialog* owner, void* window, const MessageQues
   std::int64_t answer = -1;
   try {
     answer = RunBox(box, owner, window, MessageProcedure, const_cast<MessageQuestion*>(&question));
-  } catch (...) {  // no memory for it
+  } catch (...) {  // out of memory
   }
   Boxes().shown = outer;
   return answer < 0 ? std::nullopt : std::optional(answer == 1);

@@ -12,10 +12,10 @@ namespace {
 
 constexpr int kEdge = 2, kMargin = 7;  // the edge, and with it the room for half a point
 constexpr int kPointHalf = 3;
-constexpr double kLineHalf = 0.9;  // of the line's thickness
+constexpr double kLineHalf = 0.9;  // half the line's thickness
 
 int ColumnOf(const Rect& plot, int point) { return plot.left + (plot.Width() - 1) * point / (kCurvePoints - 1); }
-// What is not a number counts as 0.
+// NaN counts as 0.
 double RowOf(const Rect& plot, double value) {
   return plot.top + (plot.Height() - 1) * (1.0 - (value > 0.0 ? std::min(value, 1.0) : 0.0));
 }
@@ -25,7 +25,7 @@ void BlendOver(const DrawRequest& request, int x, int y, Colour colour, double p
   BlendColour(FacePixel(request, x, y), colour, static_cast<int>(std::min(part, 1.0) * 255.0));
 }
 
-// Column by column; the steeper the line, the more of a column it takes. Pixels are mixed by what the line covers.
+// Draws column by column; the steeper the line, the more of a column it covers. Pixels are blended by coverage.
 void PaintLine(const DrawRequest& request, const Rect& plot, const float (&values)[kCurvePoints], Colour colour) {
   const double step = 1.0 / std::max(plot.Width() - 1, 1), thickness = kLineHalf * request.scale;
   const auto row = [&](double t) { return RowOf(plot, TextureCurve(values, t)) + 0.5; };

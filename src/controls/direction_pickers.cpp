@@ -12,13 +12,13 @@
 namespace glyphmotion {
 namespace {
 
-/// The block in a picker's word.
+/// The block in a picker's user data.
 struct PickerBlock {
   std::int32_t index;
   Variable* variable;
 };
 
-// Arrows to the right, to the lower right, and both ways. The others are these, turned.
+// Arrows to the right, to the lower right, and in both directions. The others are rotations of these.
 constexpr std::string_view kStraightArrow[] = {
     "......#......",  //
     "......##.....",  //
@@ -94,14 +94,14 @@ std::span<const Cell> CellsOf(ControlKind kind) {
   }
 }
 
-/// The pressed cell. A block may hold any number; what has no cell counts as 0.
+/// The pressed cell. A block may contain any number; invalid ones count as 0.
 int PressedCell(const Dialog& dialog, int id) {
   const int index = ReadDirection(dialog, id);
   return index >= 0 && index < static_cast<int>(CellsOf(KindOf(dialog, id)).size()) ? index : 0;
 }
 
-/// The cell an arrow key leads to: of those further on in its direction the one least aside, then the nearest. At an
-/// edge, the cell itself.
+/// The cell that an arrow key moves to: among those in its direction the one with the least sideways offset, then the
+/// nearest. At an edge, the same cell.
 int CellTowards(std::span<const Cell> cells, int from, int columns, int rows) {
   const Cell& start = cells[static_cast<std::size_t>(from)];
   int best = from, bestDistance = 0;
@@ -118,7 +118,7 @@ int CellTowards(std::span<const Cell> cells, int from, int columns, int rows) {
   return best;
 }
 
-/// A person's choice: the dialog hears of it as of a button.
+/// A user's choice, which notifies the dialog like a button.
 void Choose(Dialog& dialog, int id, int index) {
   if (index == PressedCell(dialog, id)) return;
   SetDirection(dialog, id, index);
@@ -152,7 +152,7 @@ std::int64_t InputPicker(Dialog& dialog, int id, const Message& message) {
 void PaintCell(const DrawRequest& request, const Cell& cell, bool pressed, bool enabled, bool focused) {
   const Rect rect{cell.column * kPickerCell, cell.row * kPickerCell, (cell.column + 1) * kPickerCell,
                   (cell.row + 1) * kPickerCell};
-  // The choice is marked as a chosen item is: an edge alone is hard to find among eight buttons.
+  // The choice is highlighted like a selected item: a pressed edge alone is hard to see among eight buttons.
   const auto colour = GetSystemColour;
   const auto chosen = colour(enabled ? SystemColour::Selection : SystemColour::ButtonShadow);
   PaintButtonFace(request, rect, pressed, pressed ? chosen : colour(SystemColour::ButtonFace));
@@ -218,7 +218,7 @@ void AttachPicker(Dialog& dialog, int id, Variable* variable) {
   auto* handle = HandleOf(GetData(dialog, id));
   if (!handle) SetData(dialog, id, reinterpret_cast<std::uintptr_t>(handle = AllocateBlock(sizeof(PickerBlock))));
   if (const LockedBlock<PickerBlock> block(handle); block) block->variable = variable;
-  // The cells have their own size, whatever the dialog's font makes of the template's.
+  // The cells have a fixed size, independent of the dialog's font.
   int columns = 0, rows = 0;
   for (const Cell& cell : CellsOf(KindOf(dialog, id))) {
     columns = std::max(columns, cell.column + 1);

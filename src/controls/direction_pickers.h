@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The four direction pickers: cells of 25 pixels with an arrow each, of which one is pressed. A picker's word is a
-// movable block that begins with the 32-bit index of that cell.
+// The four direction pickers: cells of 25 pixels with an arrow each, of which one is pressed. A picker's user data is a
+// movable block that starts with the 32-bit index of that cell.
 #pragma once
 
 #include "controls/families.h"
@@ -20,17 +20,17 @@ constexpr int kPickerCell = 25;  ///< pixels
 
 bool IsPicker(ControlKind kind) noexcept;
 
-/// The cell at a place in pixels of the control, -1 where there is none.
+/// The cell at a position in pixels of the control, -1 if there is none.
 int PickerCellAt(ControlKind kind, int x, int y) noexcept;
 
-/// Gives a picker its block (which its family frees on kMessageDestroy) and ties it to a variable, which may be null.
-/// Without memory the picker reads as 0 and keeps nothing.
+/// Gives a picker its block (which its family frees on kMessageDestroy) and binds it to a variable, which may be null.
+/// When out of memory the picker reads as 0 and stores nothing.
 void AttachPicker(Dialog& dialog, int id, Variable* variable);
 
-/// The variable a picker is tied to, or null.
+/// The variable a picker is bound to, or null.
 Variable* VariableOfPicker(const Dialog& dialog, int id) noexcept;
 
-/// Presses a cell; an index without a cell presses 0. Notifies nobody.
+/// Presses a cell; an invalid index presses 0. Sends no notification.
 void SetDirection(Dialog& dialog, int id, int index);
 
 }  // namespace glyphmotion

@@ -24,8 +24,8 @@ void BlendPixel(const DrawRequest& request, const Rect& clip, int x, int y, Colo
   BlendColour(FacePixel(request, x, y), colour, alpha);
 }
 
-/// Calls `put` for each character with its left edge. A character's box holds margins of em/6 on both sides; a blank
-/// is em/3 wide. Gives back where the line ends.
+/// Calls `put` for each character with its left edge. A character's box has margins of em/6 on both sides; a space is
+/// em/3 wide. Returns the end of the line.
 template <typename Put>
 double WalkLine(std::string_view text, Put put) {
   GlyphBox blank, box;
@@ -47,7 +47,7 @@ int TextWidth(std::string_view text) {
   return static_cast<int>(WalkLine(text, [](char32_t, int) {}) + 0.5);
 }
 
-/// Rows of glyphs from a left edge, in the middle of the rectangle's height.
+/// Rows of glyphs from a left edge, vertically centred in the rectangle.
 void PaintLine(const DrawRequest& request, Rect rect, std::string_view text, int left, Colour colour) {
   const int top = rect.top + (rect.Height() - MeasureFont(DialogFont()).height) / 2;
   WalkLine(text, [&](char32_t code, int x) {

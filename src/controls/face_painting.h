@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Painting the faces of drawn controls: fills, edges and one-colour masks in the desktop's colours. Everything is
-// clipped to the request.
+// Paints the faces of drawn controls: fills, edges and one-colour masks in the desktop's colours. Everything is clipped
+// to the request.
 #pragma once
 
 #include <span>
@@ -23,24 +23,24 @@ void FrameFace(const DrawRequest& request, Rect rect, Colour topLeft, Colour bot
 /// A button's face in a colour with its two-pixel edge, raised or pressed.
 void PaintButtonFace(const DrawRequest& request, Rect rect, bool pressed, Colour face) noexcept;
 
-/// A frame of light and dark pixels by turns, which shows on any colour: where the keyboard is.
+/// The focus frame: alternating light and dark pixels, visible on any colour.
 void DottedFrame(const DrawRequest& request, Rect rect) noexcept;
 
-/// A bitmap's pixels at their own size from the rectangle's top left corner, cut to the rectangle. Nothing for an empty
+/// Draws a bitmap unscaled at the rectangle's top left corner, clipped to the rectangle. Does nothing for an empty
 /// view.
 void PaintBitmap(const DrawRequest& request, Rect rect, const DibView& bitmap) noexcept;
 
 enum class TextPlace { Left, Centre };
 
-/// One line of UTF-8 in the dialogs' font, transparent, in the middle of the rectangle's height, cut to the rectangle.
-/// Nothing when the machine has no font. Where the machine draws the text of faces itself, it does so when the face is
-/// finished.
+/// One line of UTF-8 in the dialogs' font, with a transparent background, vertically centred in and clipped to the
+/// rectangle. Draws nothing when no font is installed. If the system draws the text of faces, it does so when the face
+/// is finished.
 void PaintText(const DrawRequest& request, Rect rect, std::string_view text, Colour colour,
                TextPlace place = TextPlace::Left);
-/// A button's caption, centred; the character after an & is underlined, unless the request hides that.
+/// A button's caption, centred; the character after an & is underlined, unless the request hides mnemonics.
 void PaintCaption(const DrawRequest& request, Rect rect, std::string_view caption, Colour colour);
 
-/// How a mask is turned before it is painted; the steps apply in this order.
+/// The transformation of a mask before it is painted; the steps apply in this order.
 struct MaskTurn {
   bool transpose = false, mirror = false, flip = false;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pixels of a face, for all that paints one: see DrawRequest for their form. Alphas are 0 to 255.
+// Access to the pixels of a face; see DrawRequest for their format. Alphas are 0 to 255.
 #pragma once
 
 #include "image/colour.h"
@@ -14,7 +14,7 @@ constexpr bool IsOnFace(const DrawRequest& request, int x, int y) {
   return x >= 0 && y >= 0 && x < request.width && y < request.height;
 }
 
-/// The place must be on the face.
+/// The position must be on the face.
 constexpr std::uint8_t* FacePixel(const DrawRequest& request, int x, int y) {
   return request.pixels + request.stride * y + std::ptrdiff_t{3} * x;
 }

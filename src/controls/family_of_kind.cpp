@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Apart from the families, so that a program that needs some of them does not link them all.
+// Separate from the families, so that a program that needs some of them does not link them all.
 #include "controls/direction_pickers.h"
 #include "controls/families.h"
 #include "controls/fountain_control.h"

@@ -22,7 +22,7 @@ namespace {
 
 constexpr int kWidth = 197, kHeight = 50;
 constexpr int kHandleHalf = 5, kHandleTop = 4, kHandleBottom = 11;
-constexpr int kPullOff = 24;  // pixels above or below the control at which a dragged marker comes off
+constexpr int kPullOff = 24;  // pixels above or below the control at which a dragged marker is removed
 
 enum MenuId { kDeleteMarker = 100, kChangeColour, kAdjustPosition, kAddToLibrary, kManageLibrary };
 
@@ -30,8 +30,8 @@ FountainWindows& Windows() { return CurrentRun().Member<FountainWindows>(); }
 
 // There is one mouse and one keyboard.
 struct FountainInput {
-  int draggedMarker = -1;           // the one under the captured mouse
-  int chosenHandle = kStartHandle;  // the one that keys go to
+  int draggedMarker = -1;           // the marker being dragged
+  int chosenHandle = kStartHandle;  // the handle that keys act on
 };
 FountainInput& Input() { return CurrentRun().Member<FountainInput>(); }
 
@@ -71,7 +71,7 @@ void SaveLine(Dialog& dialog, int id, std::string& line) {
   const auto held = LockFountain(dialog, id);
   if (!held) return;
   FountainSpec fountain = *held;
-  fountain.Preview = 0;  // a handle means nothing in a stored form
+  fountain.Preview = 0;  // a handle is meaningless in a stored form
   line += HexEncode(&fountain, sizeof fountain);
 }
 
@@ -88,15 +88,15 @@ void LoadLine(Dialog& dialog, int id, const std::string& value) {
 }
 
 // The control's private messages ------------------------------------------------------------------------------------
-// While a question or a message is open, the windows below may go, and the record with them: nothing stays locked, and
-// the record is looked up anew for every change.
+// While a question or a message is open, the windows below may be destroyed, and the record with them: nothing stays
+// locked, and the record is looked up again for every change.
 
 std::optional<FountainSpec> CopyOf(const Dialog& dialog, int id) {
   const auto fountain = LockFountain(dialog, id);
   return fountain ? std::optional(*fountain) : std::nullopt;
 }
 
-// Nothing where there is no such handle.
+// Nothing if there is no such handle.
 std::optional<std::uint32_t> EntryOf(const FountainSpec& fountain, int index) {
   if (index == kStartHandle) return fountain.StartColour;
   if (index == kEndHandle) return fountain.EndColour;
@@ -192,7 +192,7 @@ void AdjustMarkerPosition(Dialog& dialog, int id, int index) {
   if (position) place(position);
 }
 
-// Where a menu opens: at a place of the control, or at the pointer.
+// The position of a menu: in the control, or at the pointer.
 struct MenuPlace {
   bool atPointer = true;
   int x = 0, y = 0;
@@ -248,8 +248,7 @@ FountainHit HitAt(const Dialog& dialog, int id, const FountainSpec& fountain, co
   return HitFountain(fountain, extent.width, extent.height, static_cast<int>(message.a), static_cast<int>(message.b));
 }
 
-// Moves a marker to a free position, any but 0, which would send it to the end of the table. `index` goes along with
-// it.
+// Moves a marker to a free position other than 0, which would sort it to the end of the table, and updates `index`.
 bool MoveMarker(Dialog& dialog, int id, FountainSpec& fountain, int& index, int wanted) {
   if (index < 0 || index >= MarkerCountOf(fountain)) return false;
   const int position = std::clamp(wanted, 1, 255);
@@ -280,7 +279,7 @@ void LeftUp(Dialog& dialog, int id, const Message& message) {
   ReleaseMouse(dialog);
   const int marker = Input().draggedMarker, y = static_cast<int>(message.b);
   Input().draggedMarker = -1;
-  // Where it was dragged has been told at each step.
+  // The dialog has been notified at each step of the drag.
   if (marker >= 0 && (y < -kPullOff || y >= ExtentOf(dialog, id).height + kPullOff)) DeleteMarker(dialog, id, marker);
 }
 
@@ -297,12 +296,12 @@ int PositionOfHandle(const FountainSpec& fountain, int handle) {
   return handle == kStartHandle ? 0 : handle == kEndHandle ? 255 : MarkerPosition(fountain.Markers[handle]);
 }
 
-// The markers may have become fewer since.
+// Markers may have been deleted since.
 int ChosenHandle(const FountainSpec& fountain) {
   return Input().chosenHandle < MarkerCountOf(fountain) ? Input().chosenHandle : kEndHandle;
 }
 
-// Past other markers to the next free position.
+// Skips other markers to the next free position.
 void StepMarker(Dialog& dialog, int id, int step) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return;
@@ -312,7 +311,7 @@ void StepMarker(Dialog& dialog, int id, int step) {
   }
 }
 
-// In the middle between the chosen handle and its neighbour.
+// Halfway between the chosen handle and its neighbour.
 void AddBeside(Dialog& dialog, int id, const FountainSpec& fountain) {
   const int place = std::min(PlaceOfHandle(fountain, Input().chosenHandle), MarkerCountOf(fountain));
   const int from = PositionOfHandle(fountain, HandleAtPlace(fountain, place));
@@ -366,7 +365,7 @@ std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
   if (!fountain) return false;
   const FountainHit hit = HitAt(dialog, id, *fountain, message);
   const auto argument = static_cast<int>(static_cast<std::int64_t>(message.a));
-  // In the middle of a drag a key or the right button could take the marker from under the pointer.
+  // During a drag a key or the right button could delete the dragged marker.
   const bool dragging = HasCapture(dialog, id);
   if (dragging && (message.number == kMessageKeyDown || message.number == kMessageRightUp)) return true;
   switch (message.number) {
@@ -382,7 +381,7 @@ std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
       return LeftUp(dialog, id, message), true;
     case kMessageKeyDown:
       return PressFountainKey(dialog, id, *fountain, argument);
-    case kMessageCaptureLost:  // what was dragged, and told at each step, stays where it is
+    case kMessageCaptureLost:  // the marker stays where it was dragged; the dialog has been notified at each step
       Input().draggedMarker = -1;
       return true;
     case kMessageDoubleClick:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Each item of the list holds a block with its fountain, whose Preview is the picture that shows.
+// Each item of the list has a block with its fountain, whose Preview is the displayed picture.
 #include "controls/fountain_library_dialog.h"
 
 #include <algorithm>
@@ -22,10 +22,10 @@ namespace {
 enum LibraryControl { kOk = 1, kCancel = 2, kHelp = 9, kList = 101, kUse, kMoveUp, kMoveDown, kDelete };
 
 constexpr int kPreviewHeight = 26, kItemMargin = 3;
-constexpr int kListEdge = 2;  // the sunken edge of a list, which its items lie within
+constexpr int kListEdge = 2;  // the sunken edge around a list's items
 
 struct LibrarySession {
-  FountainSpec& fountain;  // the control's, and then the one taken
+  FountainSpec& fountain;  // in: the control's; out: the one chosen
   bool changed = false;
 };
 
@@ -86,7 +86,7 @@ bool WriteLibrary(const Dialog& dialog) {
   return WriteFountainLibrary(FountainLibraryPathToWrite(), fountains, CurrentTime());
 }
 
-// Without memory for another one the old preview stays.
+// When out of memory the old preview stays.
 void FitPreview(FountainSpec& fountain, int width) {
   if (DibView(HandleOf(fountain.Preview)).Width() == width) return;
   PackedDib preview = FountainToBitmap(fountain, width, kPreviewHeight);
@@ -101,13 +101,13 @@ void PaintItem(const Dialog& dialog, const DrawRequest& request) {
   if (request.focused) DottedFrame(request, whole);
   const auto fountain = LockItem(dialog, request.item);
   if (!fountain) return;
-  // As wide as the item, which gets narrower with a scroll bar beside it.
+  // As wide as the item, which a scroll bar makes narrower.
   const Rect picture = Shrunk(whole, kItemMargin);
   FitPreview(*fountain, picture.Width());
   PaintBitmap(request, picture, DibView(HandleOf(fountain->Preview)));
 }
 
-// --- What a person does ---
+// --- User actions ---
 
 void EnableButtons(Dialog& dialog) {
   const int selected = GetSelection(dialog, kList), count = ItemCount(dialog, kList);
@@ -142,7 +142,7 @@ void MoveSelected(Dialog& dialog, int step) {
   Invalidate(dialog, kList);
 }
 
-// A library that could not be written keeps the dialog open, so that nothing arranged is lost.
+// If the library cannot be written, the dialog stays open, so that no changes are lost.
 void Accept(Dialog& dialog, int result) {
   if (!SessionOf(dialog).changed || WriteLibrary(dialog)) return EndDialog(dialog, result);
   ShowMessage(&dialog, LoadText(kTextFountainsNotUpdated));
@@ -211,7 +211,7 @@ void Initialise(Dialog& dialog, LibrarySession& session) {
   const int width = place.right - place.left - 2 * kListEdge;
   SetItemSize(dialog, kList, width, kPreviewHeight + 2 * kItemMargin);
   if (!ReadLibrary(dialog, width - 2 * kItemMargin)) ShowMessage(&dialog, LoadText(kTextFountainsNotLoaded));
-  // None of them, if the control's is not in the library: OK takes what is selected.
+  // None if the control's is not in the library, because OK takes the selected item.
   int selected = -1;
   for (int i = 0; i < ItemCount(dialog, kList); ++i) {
     const auto fountain = LockItem(dialog, i);

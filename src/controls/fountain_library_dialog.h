@@ -7,11 +7,11 @@
 
 namespace glyphmotion {
 
-/// Shows the library's fountains, modal over `owner`, and lets the user delete and arrange them; OK writes the library,
-/// Cancel leaves it as it was. An entry that equals `fountain` is selected at first.
+/// Shows the library's fountains, modal over `owner`, and lets the user delete and reorder them; OK writes the library,
+/// Cancel leaves it unchanged. An entry that equals `fountain` is selected initially.
 ///
-/// Returns  true when the user took an entry for use, which also writes the library: its colours and markers are in
-///          `fountain` then. Otherwise `fountain` stays as it was.
+/// Returns true when the user chose an entry, which also writes the library; `fountain` then has its colours and
+/// markers. Otherwise `fountain` is unchanged.
 bool ManageFountainLibrary(Dialog& owner, FountainSpec& fountain);
 
 }  // namespace glyphmotion

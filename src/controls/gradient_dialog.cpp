@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The copy under edit is a block in the preview's window word. Every number has one road to its field: its edit's text;
-// the trackbar and the preview set edits.
+// The copy being edited is a block in the preview's user data. Every number reaches its field only through its edit's
+// text; the trackbar and the preview set edits.
 #include "controls/gradient_dialog.h"
 
 #include <algorithm>
@@ -34,7 +34,7 @@ LockedBlock<GradientBlock> LockGradient(const Dialog& dialog) {
   return LockedBlock<GradientBlock>(HandleOf(GetData(dialog, Preview)));
 }
 
-// --- What shows a change ---
+// --- Showing changes ---
 
 void EnableField(Dialog& dialog, int id, bool enabled) {
   Enable(dialog, id, enabled);
@@ -64,7 +64,7 @@ void ShowColour(Dialog& dialog, int id, Colour colour) {
 
 // --- Numbers ---
 
-// A person may be about to type digits: an empty field stays empty, a lone minus a minus.
+// The user may be about to type digits: an empty field or a lone minus is kept.
 bool IsBeginning(const std::string& text) { return text.empty() || text == "-"; }
 
 void OnEdit(Dialog& dialog, int id) {
@@ -72,7 +72,7 @@ void OnEdit(Dialog& dialog, int id) {
   const auto number = LimitGradientNumber(id, GetNumber(dialog, id, true));
   if (!block || !number) return;
   const std::string text = GetText(dialog, id);
-  if (!IsBeginning(text) && text != std::to_string(*number)) return SetNumber(dialog, id, *number);  // and back here
+  if (!IsBeginning(text) && text != std::to_string(*number)) return SetNumber(dialog, id, *number);  // recurses once
   if (number == GradientNumber(block->gradient, id)) return;
   if (id == Midpoint) return Post(dialog, {kMessageSetMidpoint, 0, *number});
   SetGradientNumber(block->gradient, id, *number);
@@ -83,7 +83,7 @@ void SetEdit(Dialog& dialog, int id, std::optional<std::int32_t> number) {
   if (number && GetText(dialog, id) != std::to_string(*number)) SetNumber(dialog, id, *number);
 }
 
-/// Left with no more than a beginning, a field shows what is used.
+/// A field that loses the focus while incomplete shows the value in use.
 void OnEditLeft(Dialog& dialog, int id) {
   if (const auto block = LockGradient(dialog)) SetEdit(dialog, id, GradientNumber(block->gradient, id));
 }
@@ -128,7 +128,7 @@ void OnFountain(Dialog& dialog) {
   const auto fountain = LockFountain(dialog, Fountain);
   if (!block || !fountain) return;
   block->fountain = *fountain;
-  block->fountain.Preview = 0;  // the control's own
+  block->fountain.Preview = 0;  // belongs to the control
   ShowChange(dialog, block->gradient);
 }
 
@@ -154,7 +154,7 @@ void PaintTypeButton(Dialog& dialog, int id, const DrawRequest& request) {
   PaintText(request, text, GetText(dialog, id), GetSystemColour(SystemColour::ButtonText));
 }
 
-// Arrows go through the two rows, and what they reach is chosen.
+// Arrow keys move through the two rows and select the button they reach.
 void OnTypeKey(Dialog& dialog, int id, int key) {
   const auto at = static_cast<int>(std::find(std::begin(kTypeButtons), std::end(kTypeButtons), id) - kTypeButtons);
   const int step = key == kKeyLeft    ? -1
@@ -205,7 +205,7 @@ void PaintPreview(Dialog& dialog, const DrawRequest& request) {
   if (!block) return;
   const int width = inner.Width(), height = inner.Height();
   PaintBitmap(request, inner, DibView(RenderGradient(width, height, block->gradient, block->fountain)));
-  // The handle shows on any colour and stays within reach.
+  // The handle is visible on any colour and stays inside the picture.
   const PicturePlace place = HandleOfGradient(block->gradient, width, height);
   const int x = inner.left + std::clamp(place.x, kHandleHalf, std::max(width - 1 - kHandleHalf, kHandleHalf));
   const int y = inner.top + std::clamp(place.y, kHandleHalf, std::max(height - 1 - kHandleHalf, kHandleHalf));
@@ -215,7 +215,7 @@ void PaintPreview(Dialog& dialog, const DrawRequest& request) {
   FrameFace(request, Shrunk(handle, 2), 0, 0);
 }
 
-// The centre, or the start of a linear gradient, goes where the pointer is.
+// The centre, or the start of a linear gradient, follows the pointer.
 void DragTo(Dialog& dialog, const Message& message) {
   const auto block = LockGradient(dialog);
   if (!block) return;
@@ -230,7 +230,7 @@ void DragTo(Dialog& dialog, const Message& message) {
   set(CenterY);
 }
 
-// The handle moves in the direction of the arrow, a linear gradient turns with or against the clock.
+// The handle moves in the direction of the arrow; a linear gradient rotates clockwise or counterclockwise.
 void OnPreviewKey(Dialog& dialog, int key) {
   const auto block = LockGradient(dialog);
   if (!block) return;

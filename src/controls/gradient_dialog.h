@@ -11,11 +11,11 @@
 namespace glyphmotion {
 
 /// Edits a gradient and its fountain on a copy, modal over `owner`. True on OK, with the copy written back; on Cancel
-/// both stay as they were.
+/// both are unchanged.
 bool EditGradient(Dialog& owner, GradientSpec& gradient, FountainSpec& fountain);
 
-/// Asks for a marker's position, 0 to 255, starting from `position`. Nothing when cancelled. `show`, if there is one,
-/// is called with every position on the way.
+/// Prompts for a marker's position, 0 to 255, starting from `position`. Nothing when cancelled. `show`, if set, is
+/// called with every position while the user chooses.
 std::optional<int> AskMarkerPosition(Dialog& owner, int position, const std::function<void(int)>& show);
 
 }  // namespace glyphmotion

@@ -30,8 +30,9 @@ const NumberField* FieldOf(int control) {
 
 bool IsLinear(const GradientSpec& gradient) { return gradient.GradientType == 0 || gradient.GradientType > 3; }
 
-// Of the picture, for each percent of the centre, to the right and downwards. The rings shrink from a box that is the
-// square root of two larger than the picture; only the conical shape's centre goes up as its number grows.
+// The fraction of the picture for each percent of the centre, to the right and downwards. The rings shrink from a box
+// that is larger than the picture by the square root of two; only the conical shape's centre moves up as its number
+// grows.
 struct CentreStep {
   double x, y;
 };
@@ -101,7 +102,7 @@ bool IsGradientControlUsed(const GradientSpec& gradient, int control) noexcept {
       return gradient.TwoColor != 0;
     case GradientControl::StartColour:
     case GradientControl::EndColour:
-      // The flat ends of a fountain take the two colours.
+      // The flat ends of a fountain use the two colours.
       return gradient.TwoColor != 0 || gradient.EdgePad > 0;
     case GradientControl::Fountain:
       return gradient.TwoColor == 0;
@@ -119,7 +120,7 @@ int TypeButtonOf(const GradientSpec& gradient) noexcept {
 PicturePlace HandleOfGradient(const GradientSpec& gradient, int width, int height) noexcept {
   double x = 0, y = 0;
   if (IsLinear(gradient)) {
-    // At 0 degrees the start lies at the upper edge; it turns as a clock's hand does.
+    // At 0 degrees the start is at the upper edge; it rotates clockwise.
     const double angle = gradient.Rotation / kDegrees, reach = std::min(width, height) * 0.375;
     x = std::sin(angle) * reach;
     y = -std::cos(angle) * reach;

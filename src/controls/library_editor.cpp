@@ -24,7 +24,7 @@ constexpr std::size_t kLongestName = 260;  // bytes
 
 LibraryStamp Stamp() { return CurrentStamp(TextVariable("RegistrationName")); }
 
-// The name of a group is that of its file in the data folder: what would lead elsewhere is left out.
+// A group is named after its file in the data folder; characters that would lead elsewhere are removed.
 std::string FileNameOf(const std::string& name, const char* extension) {
   std::string plain;
   for (const char c : name) {
@@ -33,8 +33,8 @@ std::string FileNameOf(const std::string& name, const char* extension) {
   return plain + "." + extension;
 }
 
-// The file of a group that may stand: one that came from elsewhere can have its extension in small letters, which on
-// some disks makes another name.
+// The file of a group, which may exist already: one from elsewhere can have a lower-case extension, a different name on
+// some file systems.
 std::string FileOfGroup(const std::string& name, const char* extension) {
   const std::string made = FileNameOf(name, extension);
   std::string small = made;
@@ -45,7 +45,7 @@ std::string FileOfGroup(const std::string& name, const char* extension) {
   return !FileExists(JoinPath(folder, made)) && FileExists(JoinPath(folder, small)) ? small : made;
 }
 
-// Where letters' cases are one, a new group of the primary's name would be the primary itself.
+// On a case-insensitive file system, a new group with the primary's name would be the primary itself.
 bool IsNameOf(const std::string& fileName, const char* primary) { return EqualsIgnoringCase(fileName, primary); }
 
 std::string GroupOf(const std::string& fileName) { return fileName.substr(0, fileName.rfind('.')); }
@@ -58,13 +58,13 @@ std::vector<std::string> GroupsWithPrimaryFirst(const char* extension, const cha
   return names;
 }
 
-// Groups that are current for as long as the run lives.
+// The current groups, for the duration of the run.
 struct CurrentGroups {
   std::string textures = kTextureLibraryName, tiles = kTileLibraryName;
 };
 CurrentGroups& Current() { return CurrentRun().Member<CurrentGroups>(); }
 
-// The one that was current last, if its file is still there.
+// The last current group, if its file still exists.
 std::string GroupToOpen(const std::string& current, const char* primary) {
   return FileExists(JoinPath(DataFolder(), current)) ? GroupOf(current) : GroupOf(primary);
 }
@@ -82,7 +82,7 @@ bool Refuse(Dialog* owner, int message) {
   return false;
 }
 
-// What is particular to one of the two kinds of groups, for what they do alike.
+// The differences between the two kinds of groups, for their common code.
 struct GroupKind {
   const char* extension;
   const char* primary;
@@ -97,7 +97,7 @@ constexpr GroupKind kTextures = {"FFT",
 constexpr GroupKind kTiles = {
     "MTX", kTileLibraryName, kTextNewTileGroup, kTextTilesProtected, kTextPrimaryTilesKept, kTextAskDeleteTiles};
 
-// The file of a new group, after its name has been asked.
+// Prompts for a name and returns the file of a new group.
 std::optional<std::string> AskNewGroup(Dialog* owner, const GroupKind& kind) {
   const auto name = AskName(owner, LoadText(kind.newGroup), LoadText(kTextNewGroup));
   if (!name) return std::nullopt;
@@ -128,7 +128,7 @@ bool WriteGroup(const std::string& fileName, TileLibrary& group) {
   return WriteTileLibrary(JoinPath(DataFolder(), fileName), group, Stamp());
 }
 
-// Makes the current entries a group of their own. False after the message, with the editor as it was.
+// Makes a new group of the current entries. False after a message, with the editor unchanged.
 template <typename Editor>
 bool StartGroup(Dialog* owner, Editor& editor, const GroupKind& kind) {
   const auto fileName = AskNewGroup(owner, kind);
@@ -144,7 +144,7 @@ bool StartGroup(Dialog* owner, Editor& editor, const GroupKind& kind) {
   return true;
 }
 
-// Takes the place of the current group, which waits for OK if it was changed.
+// Replaces the current group, which is set aside until OK if it was changed.
 template <typename Editor, typename Library>
 void TakeGroup(Editor& editor, const std::string& fileName, Library group, bool changed) {
   if (editor.changed) editor.setAside[editor.fileName] = std::move(editor.group);
@@ -153,7 +153,7 @@ void TakeGroup(Editor& editor, const std::string& fileName, Library group, bool 
   editor.changed = changed;
 }
 
-// True when the group was current already or set aside, and so is not to be read again.
+// True when the group was already current or set aside, so it must not be read again.
 template <typename Editor>
 bool IsInHand(Editor& editor, const std::string& fileName) {
   if (editor.changed && fileName == editor.fileName) return true;
@@ -184,7 +184,7 @@ std::string TextureGroup(const TextureEditor& editor) { return GroupOf(editor.fi
 bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& parameters) {
   editor.parameters = parameters;
   const std::string name = GroupToOpen(Current().textures, kTextureLibraryName);
-  // Also of a group that cannot be read: shown as current, it gives way to whichever is chosen next.
+  // Also set for a group that cannot be read: it is shown as current until another one is chosen.
   editor.fileName = FileToChoose(name, "FFT", kTextureLibraryName);
   return ChooseTextureGroup(owner, editor, name);
 }
@@ -194,7 +194,7 @@ bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string&
   if (!IsInHand(editor, fileName)) {
     TextureLibrary group;
     if (!ReadTextureLibrary(LibraryPath(fileName), group)) return Refuse(owner, kTextTexturesNotLoaded);
-    // A primary group is known by its silence; whatever a copy says, the shipped name stays protected.
+    // A primary group has no marker in its file; the shipped name is protected even if a copy has one.
     if (fileName == kTextureLibraryName) group.writeable = false;
     TakeGroup(editor, fileName, std::move(group), false);
   }
@@ -332,8 +332,8 @@ std::int64_t HundredthsOf(float value) {
   return std::isfinite(shown) ? static_cast<std::int64_t>(std::clamp(shown, -2147483648.0, 2147483647.0)) : 0;
 }
 
-// Some hundredths have no float that is not a little nearer to 0; two millionths more are lost neither on the way to a
-// file nor in the truncation.
+// Some hundredths are slightly too small as floats and would be truncated to the one below. Adding two millionths
+// prevents that and survives the six decimals of a file.
 float FloatOfHundredths(std::int64_t value) {
   const float nearest = static_cast<float>(value) / 100.0f;
   return HundredthsOf(nearest) == value ? nearest : nearest + std::copysign(2.0e-6f, nearest);
@@ -410,7 +410,7 @@ bool ChooseTileGroup(Dialog* owner, TileEditor& editor, const std::string& name)
   Current().tiles = FileToChoose(name, "MTX", kTileLibraryName);
   editor.selected = -1;
   if (IsInHand(editor, Current().tiles)) return true;
-  TileLibrary group;  // a file that cannot be read says nothing of whether it may be changed
+  TileLibrary group;  // an unreadable file does not say whether it may be changed
   const bool read = ReadTileLibrary(LibraryPath(Current().tiles), group);
   TakeGroup(editor, Current().tiles, std::move(group), false);
   return read || Refuse(owner, kTextTilesNotLoaded);
@@ -468,7 +468,7 @@ bool AddTile(Dialog* owner, TileEditor& editor, bool shift, const TileChooser& c
 bool DeleteTile(Dialog* owner, TileEditor& editor, bool shift) {
   if (shift) {
     if (!DeleteGroup(owner, kTiles, editor.group.writeable, editor.fileName)) return false;
-    // The list keeps its entries until a group is chosen, but they are no longer anybody's to change.
+    // The list keeps its entries until a group is chosen, but they can no longer be changed.
     editor.fileName = Current().tiles = kTileLibraryName;
     editor.group.writeable = false;
     editor.changed = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values in a document's lines.
+// Parsing the values in a document's lines.
 #pragma once
 
 #include <algorithm>
@@ -9,11 +9,10 @@
 
 namespace glyphmotion {
 
-/// Length of a family's stem, with which each line begins.
+/// Length of a family's stem, the start of each line.
 constexpr std::size_t kStemLength = 6;
 
-/// The number a text begins with, after blanks and a sign; 0 when there is none, the nearest 32-bit number when it is
-/// too large.
+/// The number at the start of a text, after blanks and a sign; 0 when there is none, saturated to 32 bits.
 inline std::int32_t LeadingNumber(std::string_view text) noexcept {
   std::size_t i = 0;
   while (i < text.size() && (text[i] == ' ' || (text[i] >= '\t' && text[i] <= '\r'))) ++i;

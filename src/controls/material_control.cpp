@@ -25,7 +25,7 @@ MaterialWindows& Windows() { return CurrentRun().Member<MaterialWindows>(); }
 
 BlockHandle BlockOf(const Dialog& dialog, int id) { return HandleOf(GetData(dialog, id)); }
 
-// Replaces the preview by one of the present settings. False, with the old one kept, when it cannot be rendered.
+// Renders a new preview of the current settings. False, with the old one kept, when it cannot be rendered.
 bool RenderPreview(Dialog& dialog, int id, Material& material) {
   const ControlRectangle place = RectangleOf(dialog, id);
   PackedDib preview = MaterialToBitmap(material, place.right - place.left - kArrowWidth - 2 * kInset,
@@ -47,14 +47,13 @@ bool RenderPreviewAndAverage(Dialog& dialog, int id, Material& material) {
 void SaveLine(Dialog& dialog, int id, std::string& line) {
   const auto held = LockMaterial(dialog, id);
   if (!held) return;
-  // Handles mean nothing in a stored form; as zeros they let the same dialog give the same document.
+  // Handles are meaningless in a stored form; zeros make documents reproducible.
   Material material = *held;
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   line += HexEncode(&material, sizeof material);
 }
 
-// The old block goes without a look at its handles only as far as the new one is concerned: nothing stored in a line is
-// ever followed. What the old block itself owns is freed with it.
+// Handles stored in a line are never followed. The old block is freed together with everything it owns.
 void LoadLine(Dialog& dialog, int id, const std::string& value) {
   MovableBlock block = HexDecode(value, sizeof(Material));
   if (!block) return;
@@ -75,7 +74,7 @@ void PostChange(Dialog& dialog, int id, const Material& material) {
   Post(dialog, {kMessageFillChanged, material.Kind, id});
 }
 
-// The mean colour stays that of the last edit, and the caption's colour with it.
+// The mean colour, and so the caption's colour, stays that of the last edit.
 void SetKind(Dialog& dialog, int id, std::uint32_t kind) {
   const auto material = LockMaterial(dialog, id);
   if (!material) return;
@@ -131,8 +130,8 @@ bool EditKind(Dialog& dialog, Material& material) {
   }
 }
 
-// While an editor is open the windows below may go, and the record with them: a copy is edited, and what was chosen
-// goes into the record as it is then. Accepted or not, the dialog hears of it.
+// While an editor is open the windows below may be destroyed, and the record with them. So a copy is edited, and the
+// result is stored in the record as it is by then. The dialog is notified whether or not the edit was accepted.
 void EditMaterial(Dialog& dialog, int id) {
   Material edited;
   if (const auto before = LockMaterial(dialog, id); before) {
@@ -156,7 +155,7 @@ void EditMaterial(Dialog& dialog, int id) {
   PostChange(dialog, id, *material);
 }
 
-// A press is not cancelled by sliding off, and the arrow goes before the face.
+// Moving the pointer away does not cancel a press, and the arrow takes precedence over the face.
 void Release(Dialog& dialog, int id, Material& material) {
   if (!HasCapture(dialog, id)) return;
   ReleaseMouse(dialog);
@@ -170,7 +169,7 @@ void Release(Dialog& dialog, int id, Material& material) {
   }
 }
 
-// The mouse has gone elsewhere: nothing was chosen.
+// Another window took the mouse capture: nothing was chosen.
 void LetGo(Dialog& dialog, int id, Material& material) {
   material.ButtonState &= ~kPressedBits;
   Invalidate(dialog, id);
@@ -238,7 +237,7 @@ void PaintTriangle(const DrawRequest& request, Rect arrow, int p, bool enabled) 
   const Colour fill = GetSystemColour(enabled ? SystemColour::DarkShadow : SystemColour::Highlight);
   const Colour edge = GetSystemColour(SystemColour::ButtonShadow);
   const int centre = middle + p;
-  // Where a row crosses the two slanted sides, rounded up as polygons are.
+  // The intersections of a row with the two slanted sides, rounded up as for polygons.
   const auto crossing = [&](int from, int y, int to) {
     return left + ((tip - left) * (y - from) + (to - from) - 1) / (to - from);
   };
@@ -313,7 +312,7 @@ MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept {
   copy->Preview = 0;
   const BlockHandle tile = HandleOf(copy->Tile.TileBitmap);
   copy->Tile.TileBitmap = WordOf(DuplicateBlock(tile));
-  if (tile && !HandleOf(copy->Tile.TileBitmap)) return {};  // another tile would stand for it
+  if (tile && !HandleOf(copy->Tile.TileBitmap)) return {};  // the library's tile would replace it
   return block;
 }
 
@@ -331,7 +330,7 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {
   SetData(dialog, id, WordOf(block.Release()));
   const auto material = LockMaterial(dialog, id);
   if (!material) return;
-  // The default library is taken whatever the file said.
+  // Always the default library, whatever path the file contains.
   FreeBlock(HandleOf(material->Tile.TileBitmap));
   SetTilePath(material->Tile, LibraryReference(kTileLibraryName));
   LoadTileOf(material->Tile);

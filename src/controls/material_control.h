@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The material held by a material button: its window word.
+// The material of a material button: its user data.
 #pragma once
 
 #include "controls/families.h"
@@ -21,16 +21,16 @@ void InitialiseMaterial(Dialog& dialog, int id, Colour colour);
 /// Saves the control's .mtrl file and frees the material.
 void DestroyMaterial(Dialog& dialog, int id);
 
-/// Puts a material into the control, which takes over its tile; the record's own preview is passed over. The preview
-/// follows. False, with the control as it was and the tile still the caller's, when memory is out.
+/// Stores a material in the control, which takes over its tile, and renders the preview anew; the record's own preview
+/// is ignored. False when out of memory, with the control unchanged and the tile still owned by the caller.
 bool SetMaterial(Dialog& dialog, int id, const Material& material);
 
 /// A copy of the control's record with its own duplicate of the tile and no preview, owned by the caller
 /// (FreeMaterial); nothing on failure.
 MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept;
 
-/// Private messages of the control. Posted to the control by itself: open the kind menu; kMessageCommand with 99 edits
-/// the current kind, with 100 to 103 sets it.
+/// Private messages of the control. The control also posts messages to itself: to open the kind menu, and
+/// kMessageCommand, which with 99 edits the current kind and with 100 to 103 sets it.
 constexpr std::uint32_t kMessageKindMenu = 0x52D;
 /// b: the initial colour. InitialiseMaterial.
 constexpr std::uint32_t kMessageInitialiseMaterial = 0x590;
@@ -38,17 +38,17 @@ constexpr std::uint32_t kMessageInitialiseMaterial = 0x590;
 constexpr std::uint32_t kMessageDuplicateMaterial = 0x591;
 constexpr int kCommandEditMaterial = 99, kCommandFirstKind = 100;
 
-/// The windows behind the button for the kinds that are more than a colour. Each edits a copy and answers whether it
-/// was accepted; one that is missing counts as cancelled.
+/// The editor windows of the kinds other than a colour. Each edits a copy and returns whether it was accepted; an empty
+/// one counts as cancelled.
 struct MaterialWindows {
   bool (*editGradient)(Dialog& dialog, GradientSpec& gradient, FountainSpec& fountain) = nullptr;
   bool (*editTexture)(Dialog& dialog, TextureSpec& texture) = nullptr;
-  /// Works on a bitmap of its own: accepted, `tile` holds a new one, and the caller frees the one it held before.
+  /// Works on its own bitmap: if accepted, `tile` has a new one, and the caller frees the old one.
   bool (*editTile)(Dialog& dialog, TileSpec& tile) = nullptr;
 };
 void SetMaterialWindows(const MaterialWindows& windows);
 
-/// White or black, whichever reads better on a face of this mean colour.
+/// White or black, whichever is more readable on a face of this mean colour.
 Colour CaptionColour(Colour average) noexcept;
 
 /// The control's .mtrl file: Material%05.5d.mtrl in the folder of per-control files; empty when there is none.

@@ -39,7 +39,7 @@ void PaintButton(Dialog& dialog, int id, const DrawRequest& request) {
   const double s = request.scale;
   const ButtonLook look = LookOf(request, enabled);
   const SoftRect whole{0, 0, static_cast<double>(request.width), static_cast<double>(request.height)};
-  // A light line below makes the face stand in the background; then the face, its gleam and its edge.
+  // A light line below makes the face look embossed; then the face, its highlight and its edge.
   FillRounded(request, whole, kRadius * s, Plain(GetSystemColour(SystemColour::Highlight), 0.55));
   const SoftRect face{0, 0, whole.right, whole.bottom - s};
   FillRounded(request, face, kRadius * s, look.face);

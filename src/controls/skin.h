@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The skinned look: buttons with softly shaded round faces on a background that runs from light to a breath of the
-// accent. All colours come from the desktop's, so that a dark desktop keeps its own; one of high contrast has no skin.
+// The skinned look: buttons with softly shaded rounded faces on a background that fades from light to a hint of the
+// accent colour. Colours derive from the desktop's, so a dark desktop stays dark; high contrast mode has no skin.
 #pragma once
 
 #include "image/colour.h"
@@ -8,14 +8,14 @@
 
 namespace glyphmotion {
 
-/// The one colour of the program's own.
+/// The program's only own colour.
 constexpr Colour kAccent = MakeColour(0x40, 0x7E, 0xBD);
 
-/// Whether the dialogs of the current run look so: what the host wishes, for as long as its dialog runs.
+/// Whether the dialogs of the current run are skinned: the host's choice, valid while its dialog runs.
 void UseSkin(bool use);
 
-/// The first thing in a dialog's procedure. When the skin is in use, the dialog's push buttons look skinned from its
-/// start on, going on to behave as buttons, and its background is painted here. True when the message needs no more.
+/// Call first in a dialog's procedure. If the skin is on, this skins the dialog's push buttons, which still behave as
+/// buttons, and paints its background. True when the message needs no further handling.
 bool HandleSkin(Dialog& dialog, const Message& message);
 
 }  // namespace glyphmotion

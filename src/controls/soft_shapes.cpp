@@ -10,7 +10,7 @@
 namespace glyphmotion {
 namespace {
 
-/// Blends every pixel of the bounds by its coverage, half of it when the edge runs through its middle.
+/// Blends every pixel of the bounds by its coverage, which is half if the edge passes through its centre.
 template <typename Distance>
 void Paint(const DrawRequest& request, const SoftRect& bounds, const Shade& shade, Distance distance) {
   const int top = std::max(static_cast<int>(std::floor(bounds.top)), 0);
@@ -64,10 +64,10 @@ void FillStroke(const DrawRequest& request, double x1, double y1, double x2, dou
 }
 
 void FillTriangle(const DrawRequest& request, SoftRect rect, double radius, const Shade& shade) {
-  // The triangle of the corners' centres, then `radius` around it. Its sides lean by `slope` columns a row.
+  // The triangle of the corners' centres, expanded by `radius`. Its sides move by `slope` columns per row.
   const double x0 = (rect.left + rect.right) / 2, bottom = rect.bottom - radius;
   const double slope = (rect.right - rect.left) / 2 / std::max(rect.bottom - rect.top, 1.0);
-  const double reach = radius * std::hypot(1, slope) / slope;  // from the tip down to its corner's centre
+  const double reach = radius * std::hypot(1, slope) / slope;  // from the tip to its corner's centre
   const double tip = rect.top + std::min(reach, (bottom - rect.top) / 2);
   Paint(request, rect, shade, [&](double x, double y) {
     const double across = std::abs(x - x0), down = y - tip, height = bottom - tip;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Smooth shapes on faces: each pixel is covered by how far its middle lies inside the shape's edge, so that edges are
-// soft at any size. Places are in the request's pixels and may lie between them.
+// Antialiased shapes on faces: a pixel's coverage is the distance of its centre inside the shape's edge, so edges are
+// smooth at any size. Coordinates are in the request's pixels and may be fractional.
 #pragma once
 
 #include "image/colour.h"
@@ -15,24 +15,24 @@ constexpr SoftRect Shrunk(SoftRect rect, double by) {
   return {rect.left + by, rect.top + by, rect.right - by, rect.bottom - by};
 }
 
-/// A colour that may change from the top of a shape to its bottom. `alpha` 0 to 1.
+/// A colour or vertical gradient. `alpha` is 0 to 1.
 struct Shade {
   Colour top = 0, bottom = 0;
   double alpha = 1;
 };
 constexpr Shade Plain(Colour colour, double alpha = 1) { return {colour, colour, alpha}; }
 
-/// A rectangle with round corners; with a radius of half its side, a circle.
+/// A rectangle with rounded corners; with a radius of half its side, a circle.
 void FillRounded(const DrawRequest& request, SoftRect rect, double radius, const Shade& shade);
 
 /// Its outline, `width` wide, just inside it.
 void StrokeRounded(const DrawRequest& request, SoftRect rect, double radius, double width, const Shade& shade);
 
-/// A stroke with round ends; with both ends in one place, a dot.
+/// A stroke with round caps; with equal end points, a dot.
 void FillStroke(const DrawRequest& request, double x1, double y1, double x2, double y2, double width,
                 const Shade& shade);
 
-/// An upright triangle on its base, with round corners.
+/// A triangle pointing up, with rounded corners.
 void FillTriangle(const DrawRequest& request, SoftRect rect, double radius, const Shade& shade);
 
 }  // namespace glyphmotion

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The window over the texture editor. Every change goes into the editor's copy at once; the picture follows when the
-// person pauses, after as long as the last one took to make, so that typing and dragging stay smooth.
-//
-// A change also goes into the selected entry of a group that may be changed. In a protected group the texture parts
-// from its entry instead: the selection goes, and choosing the entry again brings it back.
+// The window of the texture editor. Every change goes into the editor's copy at once. The picture is redrawn when the
+// user pauses for as long as the last redraw took, so that typing and dragging stay smooth. A change also goes into the
+// selected entry, unless the group is protected. In a protected group a changed texture deselects its entry; selecting
+// the entry again restores it.
 #include "controls/texture_dialog.h"
 
 #include <algorithm>
@@ -29,7 +28,7 @@ namespace {
 using namespace TextureControl;
 
 constexpr int kPreviewTimer = 1, kShortestPause = 10, kLongestPause = 400;  // milliseconds
-constexpr int kNumberLimit = 11;                                            // characters: what 32 bits take
+constexpr int kNumberLimit = 11;                                            // characters, for 32-bit numbers
 constexpr int kEdge = 2;
 constexpr int kMenuRename = 100;
 constexpr const char* kHelpTopic = "TEXTURE";
@@ -39,11 +38,11 @@ struct TextureDialog {
   TextureEditor editor;
   PackedDib picture;
   int pause = kShortestPause;
-  bool filling = false;             // what the controls say is not a person's doing
+  bool filling = false;             // the program, not the user, is changing the controls
   int currentPoint[3] = {1, 1, 1};  // of the curves
 };
 
-/// The dialog's own state is the word of its picture; null before the dialog has been told.
+/// The dialog's state, stored as the user data of its picture; null before the dialog is initialised.
 TextureDialog* StateOf(const Dialog& dialog) {
   return PointerOf<TextureDialog>(static_cast<std::int64_t>(GetData(dialog, Preview)));
 }
@@ -170,7 +169,7 @@ void MovePoint(Dialog& dialog, TextureDialog& state, int id, int point, float va
 }
 
 void OnCurveKey(Dialog& dialog, TextureDialog& state, int id, int key) {
-  if (HasCapture(dialog, id)) return;  // the point is the pointer's
+  if (HasCapture(dialog, id)) return;  // the pointer is dragging the point
   int& point = state.currentPoint[id - RedCurve];
   const float value = TextureCurveValues(state.editor.parameters, id)[static_cast<std::size_t>(point)];
   const float step = IsShiftDown() ? kCoarseStep : kFineStep;
@@ -186,7 +185,7 @@ void OnCurveKey(Dialog& dialog, TextureDialog& state, int id, int key) {
   }
 }
 
-// A press takes the nearest point to the pointer's height; a second one straight after puts it on the plain line.
+// A press moves the nearest point to the pointer's height; a double click resets it to the straight line.
 void OnCurveMouse(Dialog& dialog, TextureDialog& state, int id, const Message& message) {
   const ControlRectangle place = RectangleOf(dialog, id);
   int& point = state.currentPoint[id - RedCurve];

@@ -33,7 +33,7 @@ Extent InnerExtent(const Dialog& dialog, int id) {
   return {place.right - place.left - 2 * kEdge, place.bottom - place.top - 2 * kEdge};
 }
 
-// A character's box has margins of a sixth of the em on both sides; a blank's is nothing else.
+// A character's box has margins of a sixth of the em on both sides; a space's box is just the margins.
 double LineWidth(const FontRequest& font, const std::u32string& line, double margins) {
   GlyphBox box;
   double width = 0;
@@ -53,7 +53,7 @@ void FillGlyph(const DibView& picture, const DibView& fill, const GlyphBitmap& g
   }
 }
 
-// The sample text in the middle of an empty field, as large as fits.
+// The sample text, centred in an empty field, as large as fits.
 PackedDib TextOf(const PackedDib& fill) {
   const DibView from(fill);
   if (!from) return {};

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window over the tile editor. Thumbnails are made when they are first drawn, so that a group of any size opens at
-// once.
+// The window of the tile editor. Thumbnails are rendered when first drawn, so that a group of any size opens at once.
 #include "controls/tile_dialog.h"
 
 #include <algorithm>
@@ -21,26 +20,26 @@ namespace {
 
 using namespace TileControl;
 
-/// Private message of the dialog, posted by itself. a is 0: the list takes its height; 1: the menu of an item, b
-/// whether a key asked for it.
+/// Private message that the dialog posts to itself. a = 0: adjusts the list's height; a = 1: opens the menu of an item,
+/// b says whether by key.
 constexpr std::uint32_t kMessageList = 0x4C8;
 constexpr const char* kHelpTopic = "TILE";
 constexpr int kItemInset = 4, kChosenInset = 2, kPreviewInset = 2;
-constexpr Colour kChosenColour = 0x000000, kItemColour = 0xFFFFFF;  // whatever the desktop's colours are
+constexpr Colour kChosenColour = 0x000000, kItemColour = 0xFFFFFF;  // independent of the desktop's colours
 
 struct TileDialog {
   TileEditor editor;
-  std::vector<PackedDib> thumbnails;  ///< of the group's tiles, as far as they have been drawn
+  std::vector<PackedDib> thumbnails;  ///< of the group's tiles drawn so far
 };
 
-/// The dialog's own state is the word of its preview; null before the dialog has been told.
+/// The dialog's state, stored as the user data of its preview; null before the dialog is initialised.
 TileDialog* StateOf(const Dialog& dialog) {
   return PointerOf<TileDialog>(static_cast<std::int64_t>(GetData(dialog, Preview)));
 }
 
-// --- What is drawn ---
+// --- Drawing ---
 
-// As large as fits the box, by a whole percentage for both sides.
+// Scaled to fit the box, by a whole percentage for both sides.
 PackedDib Thumbnail(const PackedDib& tile, int width, int height) {
   const DibView view(tile);
   if (!view || width < 1 || height < 1) return {};
@@ -54,7 +53,7 @@ PackedDib Thumbnail(const PackedDib& tile, int width, int height) {
 void PaintItem(TileDialog& state, const DrawRequest& request) {
   const Rect cell = WholeOf(request);
   PaintButtonFace(request, cell, request.selected, kItemColour);
-  // In the white beside the thumbnail: which is chosen, and whether the keys move it.
+  // Marks in the white beside the thumbnail: the selection and the focus.
   if (request.selected) FrameFace(request, Shrunk(cell, kChosenInset), kChosenColour, kChosenColour);
   if (request.focused) DottedFrame(request, Shrunk(cell, kChosenInset));
   const auto item = static_cast<std::size_t>(std::max(request.item, 0));
@@ -104,9 +103,9 @@ void ShowGroups(Dialog& dialog, const TileDialog& state) {
   SelectText(dialog, Group, TileGroup(state.editor));
 }
 
-// --- What a person does ---
+// --- User actions ---
 
-// A tile that could not be copied leaves the one before.
+// If a tile cannot be copied, the previous one stays.
 void Select(Dialog& dialog, TileDialog& state, int index) {
   SelectTile(&dialog, state.editor, index);
   SetSelection(dialog, List, state.editor.selected);
@@ -196,7 +195,7 @@ void Initialise(Dialog& dialog, TileDialog& state) {
   Post(dialog, {kMessageList, 0, 0});
 }
 
-// Whole rows, whatever the dialog units are.
+// A whole number of rows, whatever the dialog units are.
 void SetListHeight(Dialog& dialog) {
   const ControlRectangle place = RectangleOf(dialog, List);
   const int height = Rows * Cell + 2 * GetSystemSize(dialog, SystemSize::DialogFrame) +
@@ -228,7 +227,7 @@ std::int64_t TileProcedure(Dialog& dialog, const Message& message) {
   }
 }
 
-// A copy that is left over when the dialog goes, by whatever way, is freed.
+// Frees a remaining copy when the dialog is destroyed, for whatever reason.
 struct OwnedTile {
   TileSpec& tile;
   ~OwnedTile() { FreeBlock(HandleOf(tile.TileBitmap)); }

@@ -8,8 +8,8 @@
 namespace glyphmotion {
 
 /// Chooses a tile on a copy with a bitmap of its own, modal over `owner`. True on OK: `tile` is then the copy, and the
-/// bitmap it held before is the caller's to free. On Cancel the copy's bitmap is freed and `tile` stays as it was. A
-/// tile that cannot be copied is told and counts as cancelled.
+/// bitmap it held before is the caller's to free. On Cancel the copy's bitmap is freed and `tile` stays as it was. If a
+/// tile cannot be copied, that is reported and counts as cancelled.
 bool RunTileDialog(Dialog& owner, TileSpec& tile);
 
 }  // namespace glyphmotion

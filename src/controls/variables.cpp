@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The variables stand in an array in table order. A key is found by binary search in a list of row numbers that is
-// sorted by key once.
+// The variables are in an array in table order. A key is found by binary search in a list of row numbers sorted by key.
 #include "controls/variables.h"
 
 #include <algorithm>
@@ -20,7 +19,7 @@ void GiveDefault(Variable& variable) {
 }
 
 struct Store {
-  std::vector<Variable> variables;   // never resized after construction, so pointers into it stay valid
+  std::vector<Variable> variables;   // never resized after construction, so pointers stay valid
   std::vector<std::uint16_t> byKey;  // row numbers, sorted by key
   std::map<int, Variable> unsaved;   // by control
   Store() : variables(SettingsTable().size()), byKey(SettingsTable().size()) {
@@ -36,7 +35,7 @@ struct Store {
 
 Store& TheStore() { return CurrentRun().Member<Store>(); }
 
-// What one dialog of the process leaves to the next: the numbers without a key, by control.
+// Passed from one dialog of the process to the next: the numbers without a key, by control.
 struct Legacy {
   std::mutex mutex;
   std::map<int, std::uint32_t> numbers;

@@ -19,25 +19,25 @@ struct Variable {
   std::string text;
 };
 
-/// The variable of a key (case counts), or null. The pointer stays valid for the life of the run.
+/// The variable of a key (case counts), or null. The pointer is valid for the duration of the run.
 Variable* FindVariable(std::string_view key) noexcept;
 
 /// The variable of row i of the SettingsTable, 0 <= i < its size.
 Variable& VariableAt(std::size_t i) noexcept;
 
-/// The run's variable of a number that no key keeps, at first with this value.
+/// The run's variable of a number without a key, initially with this value.
 Variable& UnsavedVariable(int control, std::uint32_t initial);
-/// The plug-in's dialogs hand these numbers on within a process: the run takes those that the last one left, and leaves
-/// its own. Any thread.
+/// The plug-in's dialogs pass these numbers on within a process: a run takes those of the last one, and leaves its own.
+/// Any thread.
 void RecallUnsavedVariables();
 void LeaveUnsavedVariables();
 
 /// Gives every variable of the run its default and forgets those without a key. Not while a dialog is open.
 void ResetVariables();
-/// Those of the SettingsTable only.
+/// The variables of the SettingsTable only.
 void ResetSavedVariables();
 
-/// Short forms for code that needs a value by key; 0 and empty for keys that do not exist.
+/// Shortcuts for reading a value by key; 0 and empty for unknown keys.
 std::uint32_t NumberVariable(std::string_view key) noexcept;
 const std::string& TextVariable(std::string_view key) noexcept;
 

@@ -35,7 +35,7 @@ class WarpedLayer {
   /// Writes columns `left` and on of the enlarged picture, warped, into `to`.
   using Columns = std::function<void(const DibView& from, const DibView& to, int left)>;
 
-  /// `source`, warped, of the same size, depth and palette; nothing when memory is out. `moving` holds the enlarged
+  /// `source`, warped, of the same size, depth and palette; Empty when out of memory. `moving` holds the enlarged
   /// columns that the warp of this frame changes: those outside it come out alike in all frames of a run.
   PackedDib Warp(PackedDib source, ColumnSpan moving, const Columns& warp);
 

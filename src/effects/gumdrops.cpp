@@ -44,7 +44,7 @@ struct DropImage {
 // The drops of a run come in few sizes and strengths, each of them many times.
 class DropImages {
  public:
-  // Null when memory is out. Stands until the next call.
+  // Null when out of memory. Stands until the next call.
   const DropImage* Get(int diameter, int strength, bool bevel);
 
  private:

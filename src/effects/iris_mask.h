@@ -20,7 +20,7 @@ enum IrisStyle : int {
 };
 
 /// A mask of width x height, white at phase 0; towards phase 1 its white shapes, which stand on a grid of `size` pixels
-/// from the top left, shrink to nothing. Drawn at four times the size and reduced. Nothing when memory is out.
+/// from the top left, shrink to nothing. Drawn at four times the size and reduced. Empty when out of memory.
 PackedDib IrisMask(int width, int height, int style, int size, double phase) noexcept;
 
 /// `first` where the mask is 255, `second` where it is 0; each product is divided by 255 by itself. All three of one

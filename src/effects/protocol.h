@@ -96,7 +96,7 @@ struct Pace {
 Pace ReadPace(const Dialog& dialog);
 
 /// Appends the frame with its delay and reports progress `step` of `total`. False (and the frame freed) when there is
-/// none or memory is out; the build then returns 0.
+/// none or no memory is left; the build then returns 0.
 bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int step, int total);
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);

@@ -19,7 +19,7 @@ struct ElasticParams {
 };
 
 /// A new bitmap of the size, depth (8, 24 or 32 bits) and palette of `source`: each pixel is taken, between pixels,
-/// from a place shifted by the ring's wave, alike on both axes. Nothing when memory is out.
+/// from a place shifted by the ring's wave, alike on both axes. Empty when out of memory.
 PackedDib RippleFill(const PackedDib& source, const ElasticParams& params) noexcept;
 
 }  // namespace glyphmotion

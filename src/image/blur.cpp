@@ -4,9 +4,9 @@
 //
 // Both passes are vectors of weighted sums (tap_sums.h). Along a row, a vector is a run of neighbouring samples, and
 // the next tap lies one pixel further; down the columns, a vector is a run of columns, and the next tap lies one row
-// below. Lines are framed with 20 zeros on both sides, so that a border needs no sum of its own: the zeros add nothing,
-// and the result is divided by the sum of the weights that meet the line. Where all samples that a kernel meets are
-// zero the result is zero, and is left alone: most of a text mask is empty.
+// below. Lines are padded with 20 zeros on both sides, so that borders need no special case: the zeros add nothing, and
+// the result is divided by the sum of the weights inside the line. Where all samples under the kernel are zero the
+// result stays zero and is skipped: most of a text mask is empty.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -29,8 +29,8 @@ struct Kernel {
   Taps taps;
 };
 
-// Drops the light ends of the kernel for the fast sums: together they must not move a result by more than rounding
-// does.
+// Drops the small weights at both ends of the kernel for the fast sums; together they must not change a result by more
+// than rounding does.
 void MakeFastTaps(Kernel& kernel) {
   constexpr double kNegligible = 0x1p-26;
   int drop = 0;
@@ -59,7 +59,7 @@ void MakeKernel(int softness, Kernel& kernel) {
   MakeFastTaps(kernel);
 }
 
-// The sum of the weights that meet a line of n samples when the kernel stands on sample i; 1 where all of them do.
+// The sum of the weights inside a line of n samples when the kernel is centred on sample i; 1 where all of them are.
 double DivisorAt(const Kernel& kernel, int i, int n) {
   if (i >= kReach && i < n - kReach) return 1.0;
   const int first = std::max(kReach - i, 0), end = std::min(kTaps, kReach - i + n);
@@ -72,7 +72,7 @@ double DivisorAt(const Kernel& kernel, int i, int n) {
 struct Plane {
   std::uint8_t* top;
   std::ptrdiff_t pitch;
-  int width, height, channels;  // pixels, rows, bytes a pixel
+  int width, height, channels;  // pixels, rows, bytes per pixel
   std::uint8_t* Row(int y) const { return top + y * pitch; }
   int Samples() const { return width * channels; }
 };
@@ -85,7 +85,7 @@ Plane PlaneOf(const DibView& view) {
 bool BlurRows(const Plane& plane, const Kernel& kernel) {
   if (plane.width < kTaps) return true;
   const int samples = plane.Samples(), margin = kReach * plane.channels;
-  // Vectors may run over the right end, and padded taps over the frame.
+  // Vectors may read past the right end, and padded taps past the padding.
   const auto length = static_cast<std::size_t>(samples + 2 * margin + kLanes + kTapGroup * plane.channels);
   const auto line = ScratchArray<float>(length);
   const auto divisors = ScratchArray<double>(length);
@@ -154,7 +154,7 @@ bool BlurPlane(const DibView& view, const Kernel& kernel) {
   return BlurRows(plane, kernel) && BlurColumns(plane, kernel);
 }
 
-// Copies the values of the palette forms, or the three colour bytes; alpha stays as it is.
+// Copies the values of the palette forms, or the three colour bytes; alpha is unchanged.
 void CopyChannels(const DibView& to, const DibView& from) {
   if (from.Bits() < 9) {
     CopyRegion(to, 0, 0, from, 0, 0, from.Width(), from.Height());
@@ -175,7 +175,7 @@ PackedDib Blur(const PackedDib& source, int softness) noexcept {
   {
     const DibView view(result);
     if (!view) return {};
-    // A Gaussian of no width leaves every pixel what it is.
+    // A Gaussian of zero width changes nothing.
     if (softness == 0) return result;
     Kernel kernel;
     MakeKernel(softness, kernel);

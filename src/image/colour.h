@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Colour values, palettes and the one blend of the whole system.
+// Colour values, palettes and the blend function that everything uses.
 #pragma once
 
 #include <array>
@@ -7,10 +7,10 @@
 
 namespace glyphmotion {
 
-/// 0x00BBGGRR: red in the low byte. In 32-bit pixels alpha stands in the high byte.
+/// 0x00BBGGRR: red in the low byte. In 32-bit pixels alpha is in the high byte.
 using Colour = std::uint32_t;
 
-/// "No colour": what a transparent-colour function answers when there is no uniform background.
+/// "No colour": the result of a transparent-colour function when there is no uniform background.
 constexpr Colour kNoColour = 0xFFFFFFFF;
 
 constexpr int RedOf(Colour colour) { return static_cast<int>(colour & 0xFF); }
@@ -39,7 +39,7 @@ constexpr Rgb RgbOf(Colour colour) {
 /// v / 255 truncated, exact for 0 <= v <= 65535 - 255.
 constexpr int Div255(int v) { return (v + 1 + (v >> 8)) >> 8; }
 
-/// One channel of a blend: `over` with weight a (0 to 255) onto `under`; each product is divided by itself.
+/// One channel of a blend: `over` with weight a (0 to 255) onto `under`; each product is divided separately.
 constexpr std::uint8_t BlendChannel(int under, int over, int a) {
   return static_cast<std::uint8_t>(Div255(under * (255 - a)) + Div255(over * a));
 }

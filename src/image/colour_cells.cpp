@@ -20,15 +20,15 @@ struct Candidates {
   int count = 0;
 };
 
-// The greatest excess, over an interval of values, of the squared distance to `a` over that to `b`. Being linear in
-// the value it stands at an end.
+// The greatest excess, over an interval of values, of the squared distance to `a` over that to `b`. It is linear in the
+// value, so it lies at an end of the interval.
 constexpr int WorstExcess(int a, int b, int low) {
   const int value = a > b ? low : low + 7;
   return (a - b) * (a + b - 2 * value);
 }
 
-// An entry is left out when another, the one nearest to the cube's middle, is at least as near to every colour of the
-// cube (and, where they may be equally near, comes first).
+// An entry is skipped when the entry nearest to the cube's centre is at least as near to every colour of the cube (and
+// comes first where they may be equally near).
 GLYPHMOTION_CLONES Candidates CandidatesOf(const ColourMatcher::State& state, Cube cube) {
   std::array<std::int32_t, 256> worst;
   const int n = state.count;
@@ -53,8 +53,8 @@ GLYPHMOTION_CLONES Candidates CandidatesOf(const ColourMatcher::State& state, Cu
   return found;
 }
 
-// Distance and index in one number, so that the least number is the nearest entry with the lowest index: distances
-// stay below 2^20.
+// Distance and index packed in one number, so that the minimum is the nearest entry with the lowest index; distances
+// are below 2^20.
 constexpr int Key(int weight, int entry, int value) { return weight * (entry - value) * (entry - value) * 256; }
 
 GLYPHMOTION_CLONES void FillNearest(const ColourMatcher::State& state, Cube cube, std::uint8_t* indices) {
@@ -83,7 +83,7 @@ GLYPHMOTION_CLONES void FillNearest(const ColourMatcher::State& state, Cube cube
   for (std::size_t i = 0; i < kCubeColours; ++i) indices[i] = static_cast<std::uint8_t>(least[i]);
 }
 
-// The match of the cube's lowest corner stands for all but the palette's own colours.
+// All colours of the cube use the match of its lowest corner, except the palette's own colours.
 void FillFast(const ColourMatcher::State& state, Cube cube, std::uint8_t* indices) {
   const int corner = NearestColour(cube.red, cube.green, cube.blue, state.palette, state.count);
   std::memset(indices, corner, kCubeColours);

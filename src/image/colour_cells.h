@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What a colour matcher remembers: the index of every 24-bit colour, worked out in cubes of 8 x 8 x 8 colours when the
-// first colour of a cube is asked for.
-//
-// A table of 2^24 bytes holds cube after cube, so that neighbouring colours share cache lines and untouched cubes cost
-// no memory (the block comes zeroed from the system, page by page). A look-up is then one load; a cube is filled with
-// the few palette entries that can be nearest to some colour in it. The cubes are those of the 15-bit colours of the
-// fast remap, which therefore only fills them differently.
+// The cache of a colour matcher: the index of every 24-bit colour, computed for a cube of 8 x 8 x 8 colours when the
+// first colour of the cube is looked up. A table of 2^24 bytes stores cube after cube, so that neighbouring colours
+// share cache lines and untouched cubes cost no memory (the system supplies zeroed pages on demand). A look-up is one
+// load; a cube is filled from the few palette entries that can be nearest to some colour in it. The cubes match the
+// 15-bit colours of the fast remap, which only fills them differently.
 #pragma once
 
 #include <array>
@@ -29,11 +27,11 @@ struct ColourMatcher::State {
   std::uint8_t* table = nullptr;         ///< kCubeCount x kCubeColours indices, or null before PrepareMatching
   std::array<bool, kCubeCount> known{};  ///< cubes that have been filled
 
-  /// The entries' channels, apart, for the vector loops; entries past `count` are not read.
+  /// The entries' channels in separate arrays, for the vector loops; entries past `count` are not read.
   std::array<std::int32_t, 256> red{}, green{}, blue{};
 };
 
-/// Where a channel's value goes in the number of a colour: five bits to the cube, three to the place in it.
+/// A channel's bits in the number of a colour: five select the cube, three the position in it.
 constexpr auto kPlaces = [] {
   std::array<std::array<std::uint32_t, 256>, 3> places{};
   for (std::uint32_t v = 0; v < 256; ++v) {
@@ -44,13 +42,13 @@ constexpr auto kPlaces = [] {
   return places;
 }();
 
-/// Makes the table ready; false when memory is out. Call before the first Match.
+/// Allocates the table; false when out of memory. Call before the first Match.
 bool PrepareMatching(ColourMatcher::State& state) noexcept;
 
 /// Fills one cube.
 void FillCube(ColourMatcher::State& state, std::uint32_t cube) noexcept;
 
-/// The index for a pixel, by the nearest colour or the fast remap as the options say. Channels are 0 to 255.
+/// The index for a pixel, by the nearest colour or the fast remap, depending on the options. Channels are 0 to 255.
 inline std::uint8_t Match(ColourMatcher::State& state, std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
   const std::uint32_t place = kPlaces[0][red] | kPlaces[1][green] | kPlaces[2][blue];
   const std::uint32_t cube = place / kCubeColours;
@@ -59,7 +57,8 @@ inline std::uint8_t Match(ColourMatcher::State& state, std::uint32_t red, std::u
   return state.table[place];
 }
 
-/// Writes `width` indices in the form of a row of `bits` (1, 4 or 8): the lowest bits of each, the first pixel highest.
+/// Packs `width` indices into a row of `bits` (1, 4 or 8) per pixel: the lowest bits of each, the first pixel in the
+/// highest bits.
 void PackIndices(std::uint8_t* row, const std::uint8_t* indices, int width, int bits) noexcept;
 
 }  // namespace glyphmotion

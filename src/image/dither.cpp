@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Error diffusion after Floyd and Steinberg, always from left to right, in storage order.
-//
-// A pixel needs the errors of its left neighbour and of three pixels of the row before, so one row alone is one long
-// chain of dependent look-ups. Four rows are therefore diffused together, each two pixels behind the row before it:
-// their chains are independent, and the values are those of one row after the other.
+// Floyd-Steinberg error diffusion, always from left to right, in storage order. A pixel needs the errors of its left
+// neighbour and of three pixels of the previous row, so a single row is one long chain of dependent look-ups. Four rows
+// are therefore diffused together, each two pixels behind the previous one: their chains are independent, and the
+// values are the same as row by row.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -20,10 +19,10 @@ namespace {
 constexpr int kRowsTogether = 4;
 constexpr int kLag = 2;
 
-// The three channels are worked on together, each in a lane of 13 bits of one number: red lowest, then green, blue. An
-// error, -255 to 255, is held plus 256; its products with 7, 3, 5 and 1, divided by 16 and rounded downward, are then
-// held plus 112, 48, 80 and 16, and a pixel with all that it has received plus 256 again. Lanes never are negative, and
-// never reach into the next.
+// The three channels are processed together, each in a lane of 13 bits of one number: red lowest, then green, blue. An
+// error, -255 to 255, is stored with a bias of 256; its products with 7, 3, 5 and 1, divided by 16 and rounded down,
+// then have biases of 112, 48, 80 and 16, and a pixel plus all received errors has 256 again. Lanes are never negative
+// and never overflow into the next.
 using Lanes = std::uint64_t;
 
 constexpr Lanes Spread(Lanes value) { return value | value << 13 | value << 26; }
@@ -36,7 +35,7 @@ constexpr Lanes Share(Lanes error) {
 constexpr Lanes kNoError = Spread(256);
 constexpr Lanes kNothingAbove = Share<3>(kNoError) + Share<5>(kNoError) + Share<1>(kNoError);
 
-// For a channel's lane: the value within 0 to 255 in its lane, and the channel's part of the colour's place in the
+// For a channel's lane: the value within 0 to 255 in its lane, and the channel's part of the colour's index into the
 // matcher's table from bit 40 on.
 constexpr auto kLimited = [] {
   std::array<std::array<Lanes, 1024>, 3> limited{};
@@ -49,26 +48,27 @@ constexpr auto kLimited = [] {
   return limited;
 }();
 
-/// What the rows under way share.
+/// What the current rows share.
 struct Job {
   ColourMatcher::State* state;
-  const Lanes* entries;  ///< the palette, less 256 in each lane
-  const bool* known;     ///< of the state, as is the table
+  const Lanes* entries;  ///< the palette, minus 256 in each lane
+  const bool* known;     ///< belongs to the state, like the table
   const std::uint8_t* table;
 };
 
-/// One row under way.
+/// One of the current rows.
 struct Line {
   const std::uint8_t* pixels = nullptr;  ///< blue, green, red
   std::uint8_t* indices = nullptr;
-  const Lanes* above = nullptr;          ///< what the row before has left for this one
-  Lanes* below = nullptr;                ///< what this row leaves
+  const Lanes* above = nullptr;          ///< errors from the previous row
+  Lanes* below = nullptr;                ///< errors for the next row
   Lanes carried = Share<7>(kNoError);    ///< 7/16 of the last pixel's error
   Lanes sixteenth = Share<1>(kNoError);  ///< 1/16 of it
-  Lanes pending = 0;                     ///< what the place below the last pixel has got so far
+  Lanes pending = 0;                     ///< errors so far for the position below the last pixel
 };
 
-// Pixel x of a line. The place below its left neighbour is then complete; the first column gets nothing from the right.
+// Processes pixel x of a line, which completes the position below its left neighbour; the first column gets nothing
+// from the right.
 template <bool kInside>
 inline void Step(Line& line, int x, const Job& job) {
   const std::uint8_t* pixel = line.pixels + 3 * x;
@@ -90,7 +90,7 @@ template <int kRows>
 void DiffuseRows(const Line* rows, int width, const Job job) {
   Line lines[kRows];
   for (int i = 0; i < kRows; ++i) lines[i] = rows[i];
-  // Steps in which some line is at its first or last pixels, or outside.
+  // Steps in which some line is at its first or last pixels, or outside the picture.
   const auto edge = [&](int from, int to) {
     for (int t = from; t < to; ++t) {
       for (int i = 0; i < kRows; ++i) {
@@ -111,7 +111,7 @@ void DiffuseRows(const Line* rows, int width, const Job job) {
   edge(t, width + kLag * (kRows - 1));
 }
 
-// Blue, green, red of an indexed row, as a 24-bit row holds them.
+// Expands an indexed row to blue, green, red, as in a 24-bit row.
 void ExpandRow(const DibView& source, int r, std::uint8_t* to) {
   for (int x = 0; x < source.Width(); ++x, to += 3) {
     const Rgb c = source.TableEntry(static_cast<int>(source.GetPixel(x, source.Height() - 1 - r)));
@@ -121,7 +121,7 @@ void ExpandRow(const DibView& source, int r, std::uint8_t* to) {
   }
 }
 
-/// The lines' memory, in one block: errors for each row under way and the row after, indices, expanded pixels.
+/// The lines' memory, in one block: errors for each current row and the next one, indices, expanded pixels.
 struct LineMemory {
   MovableBlock block;
   LockedBlock<std::uint8_t> lock;
@@ -219,8 +219,8 @@ PackedDib DitherGrey(const DibView& source, ColourMatcher::State& state) {
   const int width = source.Width(), height = source.Height();
   PackedDib dithered = BlankDib(width, height, &state.palette, 1);
   const DibView target(dithered);
-  // A pad ahead of the first row, since the first column also writes to the byte before a row: the last byte of the row
-  // under work, which is a pixel of it when the width is a multiple of four.
+  // Padding before the first row, since the first column also writes to the byte before a row: the last byte of the
+  // current row, which is a pixel of it when the width is a multiple of four.
   constexpr std::size_t kPad = 4;
   const std::size_t stride = DibStride(width, 8);
   const MovableBlock block(AllocateBlock(kPad + stride * static_cast<std::size_t>(height)));

@@ -24,14 +24,14 @@ struct FrameList {
   std::int32_t count = 0;
 };
 
-/// Appends a copy of `record`; its handles belong to the list afterwards. False when memory is out: the caller still
+/// Appends a copy of `record`; its handles belong to the list afterwards. False when out of memory: the caller still
 /// owns them.
 bool AppendFrame(FrameList& list, const FrameRecord& record) noexcept;
 
-/// Frees all frames and the list, which is empty afterwards. Twice does no harm.
+/// Frees all frames and the list, which is empty afterwards. Calling it twice is harmless.
 void FreeFrames(FrameList& list) noexcept;
 
-/// A list whose frames are freed at the end of its life.
+/// A list that frees its frames when destroyed.
 struct OwnedFrames {
   FrameList list;
   OwnedFrames() = default;

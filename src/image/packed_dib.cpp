@@ -259,7 +259,7 @@ PackedDib TrimColumns(const PackedDib& mask, int sides) noexcept {
 bool CopyRegion(const DibView& dest, int destX, int destY, const DibView& source, int sourceX, int sourceY, int width,
                 int height) noexcept {
   if (!dest || !source) return true;
-  // The part of the rectangle that lies inside both bitmaps, in 64 bits so that far places cannot wrap.
+  // The part of the rectangle that lies inside both bitmaps, in 64 bits so that extreme coordinates cannot overflow.
   const auto clip = [](std::int64_t to, std::int64_t from, std::int64_t count, int toSide, int fromSide) {
     const std::int64_t first = std::max({std::int64_t{0}, -to, -from});
     const std::int64_t last = std::min({count, toSide - to, fromSide - from});

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Packed device-independent bitmaps: the one form of every picture, from a text mask to a finished frame.
+// Packed device-independent bitmaps: the format of every picture, from a text mask to a finished frame.
 //
 // A packed DIB is a movable block: a 40-byte header, a colour table of 2^bits entries (blue, green, red, 0) below 9
-// bits, then the rows, the picture's bottom row first, each padded to 4 bytes. Depths are 1, 4, 8, 24 and 32 bits.
-// Pixel values are palette indices below 9 bits, otherwise Colour (with alpha in bits 24 to 31 at 32 bits). In 8-bit
-// masks and planes the palette is a grey ramp, so that an index is its value.
+// bits, then the rows, bottom row first, each padded to 4 bytes. Depths are 1, 4, 8, 24 and 32 bits. Pixel values are
+// palette indices below 9 bits, otherwise Colour (with alpha in bits 24 to 31 at 32 bits). In 8-bit masks and planes
+// the palette is a grey ramp, so that an index is its value.
 #pragma once
 
 #include <cstddef>
@@ -30,14 +30,14 @@ struct DibHeader {
 #pragma pack(pop)
 static_assert(sizeof(DibHeader) == 40);
 
-/// Rectangle of pixels, right and bottom outside.
+/// Rectangle of pixels, excluding right and bottom.
 struct Rect {
   int left = 0, top = 0, right = 0, bottom = 0;
   constexpr int Width() const { return right - left; }
   constexpr int Height() const { return bottom - top; }
 };
 
-/// No bitmap is larger than this, header and all: 512 MiB.
+/// The largest bitmap, including its header: 512 MiB.
 constexpr std::size_t kMaxDibBytes = std::size_t{512} << 20;
 
 /// Bytes of one row: ((width * bits + 31) >> 5) << 2.
@@ -49,7 +49,7 @@ constexpr std::size_t DibStride(int width, int bits) {
 constexpr std::size_t DibTableBytes(int bits) { return bits < 9 ? std::size_t{4} << bits : 0; }
 
 /// Bytes of a whole packed DIB; 0 when a side is below 1, the depth is not a stored one, or the result exceeds
-/// kMaxDibBytes. The only place that computes a size.
+/// kMaxDibBytes. The only function that computes a size.
 std::size_t DibSize(int width, int height, int bits) noexcept;
 
 /// Owns one packed DIB; empty means "nothing".
@@ -67,11 +67,9 @@ class PackedDib {
   MovableBlock block_;
 };
 
-/// A packed DIB held locked. Empty when the block is nothing, too small for what its header says, or of a foreign form
-/// (another header size, planes, depth, compression or a negative height). Coordinates have their origin at the top
-/// left.
-///
-/// Get and set pixel ignore places outside: they are for edges and odd places; inner loops walk Row(y).
+/// A locked packed DIB. Empty when the block is null, too small for its header's values, or of another form (header
+/// size, planes, depth, compression, or a negative height). The origin of coordinates is the top left. Getting and
+/// setting pixels is bounds-checked, for borders and single pixels; inner loops use Row(y).
 class DibView {
  public:
   explicit DibView(BlockHandle handle) noexcept;
@@ -116,7 +114,7 @@ class DibView {
 /// zero colour table.
 PackedDib BlankDib(int width, int height, const Palette* palette, int depth) noexcept;
 
-/// A zero-filled 8-bit bitmap with a grey ramp: a text mask, an alpha plane.
+/// A zero-filled 8-bit bitmap with a grey ramp, as for text masks and alpha planes.
 PackedDib BlankMask(int width, int height) noexcept;
 
 /// A 24-bit bitmap of one colour. With the colour of the AlphaGreyBack setting it is the solid key of alpha runs.
@@ -125,23 +123,22 @@ PackedDib SolidDib(int width, int height, Colour colour) noexcept;
 /// Entry i is (i, i, i).
 const Palette& GreyRamp() noexcept;
 
-/// A byte-for-byte copy, or nothing.
+/// A byte-for-byte copy, or nothing on failure.
 PackedDib DuplicateDib(const PackedDib& dib) noexcept;
 
 /// A blank bitmap of another size with the depth and palette of `dib`.
 PackedDib BlankLike(const DibView& dib, int width, int height) noexcept;
 
-/// A new 32-bit bitmap from a 24-bit picture and an 8-bit plane of the same size. The arguments stay the caller's.
+/// A new 32-bit bitmap from a 24-bit picture and an 8-bit plane of the same size. The caller keeps the arguments.
 PackedDib MergeColourAndAlpha(const PackedDib& colour, const PackedDib& alpha) noexcept;
 
-/// The rectangle's pixels as a new bitmap of the same depth and palette; places beyond the source, negative ones too,
-/// are zero.
+/// The rectangle's pixels as a new bitmap of the same depth and palette; pixels outside the source are zero.
 PackedDib CropDib(const PackedDib& source, Rect rect) noexcept;
 
 enum TrimSides { kTrimRight = 1, kTrimLeft = 2 };  // bits 0 and 1
 
-/// A crop of the whole height to the columns that hold a non-zero pixel, plus one column where only one such column
-/// stands. Column 0 is never taken for the right edge. A blank mask keeps two columns from width - 1 on.
+/// Crops to the columns from the first to the last that has a non-zero pixel, at full height, plus one column if there
+/// is only one. Column 0 is never taken as the right edge. A blank mask keeps two columns from width - 1 on.
 PackedDib TrimColumns(const PackedDib& mask, int sides) noexcept;
 
 /// Copies width x height pixels from (sourceX, sourceY) to (destX, destY), dropping those outside either bitmap. Depths

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The octree divides the colour cube by the bits of red, green and blue, highest first. Every node on the path of a
-// pixel gathers the squared distance of the pixel from the middle of the node's cell; the pixel itself belongs to the
-// deepest node. Then the nodes with the least error are merged into their parents, least error first, until few enough
-// nodes own pixels.
-//
-// All of these sums are sums of quarters far below 2^53, so they do not depend on the order of the pixels. The pixels
-// are therefore summed in the 32768 cells of the deepest possible level first: number, channels, squares. From these
-// follow the sums of every cell above, and with |p - c|^2 = p^2 - 2 c p + c^2 their errors, in whole numbers of
-// quarters.
-//
-// Merging is told as passes over the whole tree, each with a threshold: the least error that the pass before has met.
-// Here the nodes are sorted by error once, and a pass touches only what it merges. Two things of a pass must be kept.
-// It visits children before their parent, so it counts as colours, and takes for the next threshold, also nodes that
-// it then merges together with an ancestor.
+// pixel accumulates the squared distance of the pixel from the centre of the node's cell; the pixel itself belongs to
+// the deepest node. Then the nodes with the least error are merged into their parents, least error first, until few
+// enough nodes own pixels. All of these sums are sums of quarters far below 2^53, so they do not depend on the order of
+// the pixels. The pixels are therefore first summed in the 32768 cells of the deepest level: number, channels, squares.
+// These give the sums of every cell above and, with |p - c|^2 = p^2 - 2 c p + c^2, their errors in whole quarters.
+// Merging is defined as passes over the whole tree, each with a threshold: the least error that the previous pass has
+// found. Here the nodes are sorted by error once, and a pass touches only the nodes that it merges. One property of a
+// pass has to be kept: it visits children before their parent, so nodes that it later merges together with an ancestor
+// also count as colours and for the next threshold.
 #include "image/quantise.h"
 
 #include <algorithm>
@@ -28,7 +24,7 @@ namespace {
 
 constexpr int kMaxColours = 256;
 constexpr int kMinDepth = 2;
-constexpr int kMaxDepth = 5;  // what 256 colours give
+constexpr int kMaxDepth = 5;  // for 256 colours
 
 int DepthFor(int colours) {
   int depth = 0;
@@ -37,7 +33,7 @@ int DepthFor(int colours) {
 }
 static_assert(kMaxColours >> 2 * kMaxDepth == 0 && kMaxColours >> 2 * (kMaxDepth - 1) != 0);
 
-// Bytes from p on that repeat themselves three bytes later, at most `bytes`.
+// The number of bytes from p on that equal the byte three positions later, at most `bytes`.
 std::size_t RepeatedBytes(const std::uint8_t* p, std::size_t bytes) {
   std::size_t i = 0;
   for (std::uint64_t a, b; i + 8 <= bytes; i += 8) {
@@ -93,7 +89,7 @@ void ListColours(const DibView& image, int wanted, ExactList& list) {
       if (list.seen > wanted) return;
       const Rgb c = RgbAt(row + 3 * x);
       list.Add(ColourOf(c));
-      // A full list counts every pixel, so the run must not be passed over.
+      // A full list counts every pixel, so the run must not be skipped.
       x += list.listed < kMaxColours ? RunLength(row + 3 * x, width - x) : 1;
     }
   }
@@ -101,7 +97,7 @@ void ListColours(const DibView& image, int wanted, ExactList& list) {
 
 // ---- The sums of the cells ----
 
-/// What a cell or a node knows of its pixels. In a cell the channels are those of the lowest three bits alone.
+/// The sums over the pixels of a cell or a node. In a cell the channels are the lowest three bits only.
 struct Sums {
   std::int64_t pixels = 0, red = 0, green = 0, blue = 0, squares = 0;
 };
@@ -125,7 +121,7 @@ constexpr auto kPackedUnits = [] {
 struct CellTable {
   std::array<PackedSums, kCubeCount> packed;
   std::array<Sums, kCubeCount> sums;
-  std::size_t room;  ///< pixels that the packed sums can take yet
+  std::size_t room;  ///< pixels that the packed sums still have room for
 };
 
 void Unpack(CellTable& cells) {
@@ -166,16 +162,16 @@ struct Node {
   std::int64_t error;  ///< in quarters
   Node* parent;        ///< the root's is null
   Node* child[8];
-  std::uint32_t mergedIn;  ///< number of the pass, 0 while the node stands
+  std::uint32_t mergedIn;  ///< number of the pass, 0 while the node is in the tree
   bool ownsPixels;
 };
 
 constexpr int kNodesInBlock = 1536;
-// A full tree of kMaxDepth levels, so there is never a reason to give up a level for want of room.
+// Room for a full tree of kMaxDepth levels, so no level ever has to be dropped.
 constexpr int kMaxNodes = ((1 << 3 * (kMaxDepth + 1)) - 1) / 7;
 static_assert(kMaxNodes == 37449);
 
-/// Nodes come zeroed, in blocks, and go all together.
+/// Nodes are allocated zeroed, in blocks, and freed all together.
 struct NodePool {
   std::array<MovableBlock, (kMaxNodes + kNodesInBlock - 1) / kNodesInBlock> blocks;
   std::array<Node*, std::tuple_size_v<decltype(blocks)>> first{};
@@ -215,7 +211,7 @@ Sums Whole(const Sums& s, CellPlace at) {
           s.squares + square(at.red, s.red) + square(at.green, s.green) + square(at.blue, s.blue)};
 }
 
-// Adds a cell to every node on its path, making those that are missing.
+// Adds a cell to every node on its path, creating missing nodes.
 bool AddCell(NodePool& pool, int depth, const Sums& sums, CellPlace at) {
   Node* node = pool.At(0);
   for (int level = 1; level <= depth; ++level) {
@@ -243,8 +239,8 @@ bool BuildTree(NodePool& pool, int depth, const CellTable& cells) {
   return true;
 }
 
-// Errors of a node's children and of all below. `red`, `green` and `blue` are twice the middle of the node's cell,
-// `reach` twice the distance from it to the middles of the children.
+// Errors of a node's children and of all below. `red`, `green` and `blue` are twice the centre of the node's cell,
+// `reach` twice the distance from it to the centres of the children.
 void SetErrors(Node& node, std::int64_t red, std::int64_t green, std::int64_t blue, std::int64_t reach) {
   for (int id = 0; id < 8; ++id) {
     Node* child = node.child[id];
@@ -265,8 +261,8 @@ struct ByError {
 };
 
 struct Merger {
-  int owners = 0;          ///< standing nodes that own pixels
-  std::uint32_t pass = 0;  ///< number of the pass under way
+  int owners = 0;          ///< nodes in the tree that own pixels
+  std::uint32_t pass = 0;  ///< number of the current pass
   int doomed = 0;          ///< owners that the pass counted before it merged them with an ancestor
 
   void GivePixels(Node& node) {
@@ -274,7 +270,7 @@ struct Merger {
     node.ownsPixels = true;
   }
 
-  // Merges all that stands of a subtree. Nodes above the threshold had been visited, and counted, before.
+  // Merges the rest of a subtree. Nodes above the threshold have been visited, and counted, before.
   void Merge(Node& node, std::int64_t threshold) {
     node.mergedIn = pass;
     if (node.ownsPixels) {
@@ -304,7 +300,7 @@ bool Reduce(const NodePool& pool, int wanted) {
 
   std::size_t next = 0;
   for (int colours = merger.owners; colours > wanted && !EndRequested(); colours = merger.owners + merger.doomed) {
-    // The threshold is the least error that the pass before met, be the node merged by then or not.
+    // The threshold is the least error that the previous pass found, even if that node has been merged since.
     while (order[next].node->mergedIn && order[next].node->mergedIn != merger.pass) ++next;
     const std::int64_t threshold = order[next].error;
     ++merger.pass;
@@ -337,7 +333,7 @@ void WriteColours(const Node& node, Palette& palette, int& written) {
 
 // ---- All frames ----
 
-/// Calls `work` with each frame's image, until it answers false; false when an image has no right form.
+/// Calls `work` with each frame's image until it returns false; false when an image is malformed.
 template <typename Work>
 bool ForEachImage(const FrameList& frames, Work work) {
   for (int i = 0; i < frames.count; ++i) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One palette for a whole animation: the exact colours when there are few enough, else a colour octree, pruned by
+// One palette for a whole animation: the exact colours if there are few enough, otherwise a colour octree pruned by
 // error.
 #pragma once
 

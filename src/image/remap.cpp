@@ -16,7 +16,7 @@ using IndexTable = std::array<std::uint8_t, 256>;
 
 std::uint8_t IsLight(Rgb c) { return Brightness(c) >= kLightBrightness; }
 
-// Index of the new image for each index of the source.
+// The new image's index for each index of the source.
 IndexTable TranslationOf(const DibView& source, ColourMatcher::State& state, int targetBits) {
   IndexTable table{};
   const int entries = 1 << source.Bits();
@@ -29,7 +29,7 @@ IndexTable TranslationOf(const DibView& source, ColourMatcher::State& state, int
     } else if (targetBits == 1) {
       to = IsLight(c);
     } else {
-      // Over all entries that the depth has room for, beyond those that the matcher offers.
+      // Searches all entries that the depth has room for, beyond the matcher's own.
       to = static_cast<std::uint8_t>(NearestColour(c.red, c.green, c.blue, state.palette, 1 << state.depth));
     }
   }
@@ -61,7 +61,7 @@ int NearestColour(int red, int green, int blue, const Palette& palette, int coun
   for (int i = 0; i < count; ++i) {
     const Rgb c = palette[static_cast<std::size_t>(i)];
     const int dr = c.red - red, dg = c.green - green, db = c.blue - blue;
-    const int distance = 3 * dr * dr + 4 * dg * dg + 2 * db * db;  // 0 for an exact match alone, which is thus found
+    const int distance = 3 * dr * dr + 4 * dg * dg + 2 * db * db;  // 0 only for an exact match, so this finds it
     if (distance < least) {
       least = distance;
       best = i;
@@ -71,7 +71,7 @@ int NearestColour(int red, int green, int blue, const Palette& palette, int coun
 }
 
 void SortPaletteByBrightness(Palette& palette, int count) noexcept {
-  // An insertion sort: stable, and without the memory that std::stable_sort asks for.
+  // An insertion sort: stable, and without the buffer that std::stable_sort allocates.
   const auto n = static_cast<std::size_t>(std::clamp(count, 0, static_cast<int>(palette.size())));
   for (std::size_t i = 1; i < n; ++i) {
     const Rgb entry = palette[i];

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// From an image to an image of palette indices: the colour matcher, the plain remap, the dithered remap and the mask
-// replace that marks background pixels.
+// Converts images to palette indices: the colour matcher, the plain remap, the dithered remap, and the mask replacement
+// that marks background pixels.
 #pragma once
 
 #include "image/packed_dib.h"
 
 namespace glyphmotion {
 
-/// What the persistent settings say about remapping.
+/// The persistent settings of remapping.
 struct RemapOptions {
   bool fastRemap = false;     ///< exact match, else a table of 15-bit colours, instead of the nearest colour
   int ditherBrightness = 20;  ///< one-bit dither only
@@ -24,8 +24,8 @@ constexpr int Brightness(Rgb c) { return (77 * c.red / 255 + 150 * c.green / 255
 /// Stable ascending order by brightness of the first `count` entries.
 void SortPaletteByBrightness(Palette& palette, int count) noexcept;
 
-/// Remembers, for one palette and one run, the matches already found, so that a run pays for each colour once. Give the
-/// same matcher to all frames of a run. Results never depend on what has been remembered.
+/// Caches the matches for one palette and one run, so that a run searches each colour once. Use one matcher for all
+/// frames of a run. Results never depend on the contents of the cache.
 class ColourMatcher {
  public:
   ColourMatcher(const Palette& palette, int depth, int count, const RemapOptions& options);

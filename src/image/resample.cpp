@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The two-pass resampler: each axis in a pass of its own, through an intermediate bitmap of the source's depth.
-//
-// A pass first works out, for each output position, which source positions contribute and with what weights; the list
-// is then used for every line. Both passes run on strips of parallel lines that stand side by side in memory as floats
-// (tap_sums.h): a down-going pass takes some byte columns as they are, an across-going one takes the channels of some
-// rows and turns them, tile by tile. Where a window meets nothing but zeros the result is zero already.
+// The two-pass resampler: each axis in a pass of its own, through an intermediate bitmap of the source's depth. A pass
+// first computes, for each output position, which source positions contribute and with what weights; the list is then
+// used for every line. Both passes run on strips of parallel lines, interleaved in memory as floats (tap_sums.h): a
+// vertical pass takes byte columns as they are, a horizontal one transposes the channels of some rows, tile by tile.
+// Where a window covers only zeros the result is zero already.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -69,12 +68,12 @@ bool FindContributions(int source, int target, const ResampleFilter& filter, Con
 
 namespace {
 
-// `pitch` lines side by side, a multiple of kLanes: source position j of line l is samples[j * pitch + l].
+// `pitch` interleaved lines, a multiple of kLanes: source position j of line l is samples[j * pitch + l].
 struct Strip {
   std::ptrdiff_t pitch = 0;
-  std::ptrdiff_t lines = 0;  // those in use
+  std::ptrdiff_t lines = 0;  // lines in use
   Scratch<float> samples;
-  Scratch<int> filledBefore;  // positions below j that hold anything but zeros
+  Scratch<int> filledBefore;  // the number of positions below j that are not all zero
 };
 
 bool MakeStrip(int length, int pitch, Strip& strip) {
@@ -102,10 +101,10 @@ std::ptrdiff_t BytesAcross(const DibView& view) {
   return static_cast<std::ptrdiff_t>(view.Width()) * (view.Bits() / 8);
 }
 
-// Columns taken at a time: short pieces of many rows are what memory is slowest at.
+// Columns per strip: reading short pieces of many rows is the slowest access pattern.
 constexpr int kColumns = 4 * kLanes;
 
-// Columns of `from` to columns of `to`, which has the same width and is blank.
+// Resamples columns of `from` into columns of `to`, which has the same width and is blank.
 bool PassDown(const DibView& from, const DibView& to, const ResampleFilter& filter) {
   Contributions list;
   Strip strip;
@@ -132,9 +131,9 @@ bool PassDown(const DibView& from, const DibView& to, const ResampleFilter& filt
   return true;
 }
 
-constexpr int kTile = 32;  // positions turned at a time, so that a tile stays in the nearest cache
+constexpr int kTile = 32;  // positions transposed at a time, so that a tile fits the L1 cache
 
-// Turns rows top to top + rows - 1 of `from` into a strip.
+// Transposes rows top to top + rows - 1 of `from` into a strip.
 template <int channels>
 void TurnRowsIn(const DibView& from, int top, int rows, const Strip& strip) {
   for (int x0 = 0; x0 < from.Width(); x0 += kTile) {
@@ -155,7 +154,7 @@ void TurnRowsIn(const DibView& from, int top, int rows, const Strip& strip) {
   }
 }
 
-// Sums one tile of positions from c0 on and turns it back into rows.
+// Sums one tile of positions from c0 on and transposes it back into rows.
 template <int channels>
 void TurnTileOut(const Strip& strip, const Contributions& list, int c0, const DibView& to, int top, int rows) {
   const int count = std::min(kTile, to.Width() - c0);
@@ -175,7 +174,7 @@ void TurnTileOut(const Strip& strip, const Contributions& list, int c0, const Di
   }
 }
 
-// Rows of `from` to rows of `to`, which has the same height and is blank.
+// Resamples rows of `from` into rows of `to`, which has the same height and is blank.
 template <int channels>
 bool PassAcross(const DibView& from, const DibView& to, const ResampleFilter& filter) {
   Contributions list;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The kernels that a resampling can use. Two of them are in use; the numbers of the rows are fixed.
+// The kernels for resampling. Two of them are in use; the row numbers are fixed.
 #pragma once
 
 namespace glyphmotion {

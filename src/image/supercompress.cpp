@@ -9,7 +9,7 @@
 namespace glyphmotion {
 namespace {
 
-// Any depths and sizes: places beyond the frame read as no pixel at all.
+// For any depths and sizes: positions outside the frame read as an impossible pixel.
 void CompareRow(const DibView& shown, const DibView& image, const DibView& mask, int y) {
   for (int x = 0; x < shown.Width(); ++x) {
     const std::uint32_t before = shown.GetPixel(x, y), now = image.GetPixel(x, y);
@@ -38,7 +38,7 @@ void Compare24(std::uint8_t* shown, const std::uint8_t* image, std::uint8_t* mas
   std::memcpy(shown, image, static_cast<std::size_t>(width) * 3);
 }
 
-// The mask of one frame, or nothing; `previous` takes over what changed.
+// The mask of one frame, or nothing on failure; `previous` is updated with the changed pixels.
 PackedDib MaskUnchanged(const PackedDib& previous, BlockHandle frame) {
   static const Palette kMaskColours = [] {
     Palette palette{};

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The drawing surface: every shape becomes spans of a row, clipped and filled in FillSpan.
-//
-// Coordinates may lie anywhere in the range of int, so differences take 33 bits and products of two of them up to 64:
-// slopes are kept as a whole part and a remainder (Slope), which nothing can overflow, and which is exact.
+// The drawing surface: every shape becomes spans of a row, clipped and filled in FillSpan. Coordinates may have any
+// value of int, so differences take 33 bits and their products up to 64. Slopes are kept as a whole part and a
+// remainder (Slope), which is exact and cannot overflow.
 #include "image/surface.h"
 
 #include <algorithm>
@@ -27,7 +26,7 @@ struct WideRect {
   Wide Height() const { return bottom - top; }
 };
 
-// Where and with what to paint: a bitmap and 16 pixels of the colour.
+// The target of a fill: a bitmap and 16 pixels of the colour.
 class Canvas {
  public:
   Canvas(const DibView& view, Colour colour) : view_(view), width_(view.Width()), height_(view.Height()) {
@@ -58,11 +57,11 @@ class Canvas {
     for (Wide y = std::max<Wide>(rect.top, 0); y < end; ++y) FillSpan(y, rect.left, rect.right);
   }
 
-  // A place inside the bitmap.
+  // A pixel inside the bitmap.
   void Put(Wide x, Wide y) const { std::memcpy(view_.Row(static_cast<int>(y)) + x * 3, pattern_, 3); }
 
  private:
-  // Up to 15 pixels, as two pieces of a fixed size that may overlap: most spans of thin shapes are this short.
+  // Fills up to 15 pixels as two pieces of a fixed size that may overlap: most spans of thin shapes are this short.
   void FillShort(std::uint8_t* to, std::size_t bytes) const {
     if (bytes >= 24) {
       std::memcpy(to, pattern_, 24);
@@ -106,7 +105,7 @@ struct Slope {
     }
   }
   Wide Ceiling() const { return floor + (remainder > 0); }
-  // ceil(value - 1/2): the nearest whole number, halves going down.
+  // ceil(value - 1/2): the nearest whole number, halves rounded down.
   Wide Nearest() const { return floor + (2 * remainder > run); }
 };
 
@@ -122,7 +121,7 @@ struct Crossing {
   int x, direction;
 };
 
-// A side of the polygon that crosses at least one row of the surface, from its first such row on.
+// An edge of the polygon that crosses at least one row of the surface, from the first such row on.
 bool MakeEdge(Point from, Point to, int height, Edge* edge) {
   const int direction = from.y < to.y ? 1 : -1;
   if (direction < 0) std::swap(from, to);
@@ -147,8 +146,8 @@ void FillBetween(const Canvas& canvas, int y, const Crossing* crossings, int cou
   }
 }
 
-// Edges and crossings of one polygon: on the stack for the usual small one. Edge has no default constructor, so that
-// the stack is not cleared for nothing: raw bytes, and edges are never destroyed (they hold numbers only).
+// Edges and crossings of one polygon, on the stack for the usual small one. The storage is raw bytes because default
+// constructors would clear it needlessly; edges are trivially destructible.
 class EdgeTable {
  public:
   explicit EdgeTable(std::size_t capacity) {
@@ -157,7 +156,7 @@ class EdgeTable {
     edges = reinterpret_cast<Edge*>(base);
     if (base) crossings = reinterpret_cast<Crossing*>(base + capacity * sizeof(Edge));
   }
-  Edge* edges = nullptr;  // null when memory is out
+  Edge* edges = nullptr;  // null when out of memory
   Crossing* crossings = nullptr;
 
  private:
@@ -178,8 +177,8 @@ void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule
   }
   std::sort(edges, edges + count, [](const Edge& a, const Edge& b) { return a.firstRow < b.firstRow; });
 
-  // Edges [0, active) cross row y; they stay in the order of their crossings, which seldom changes. Those from `next`
-  // on have still to come; what lies between has ended.
+  // Edges [0, active) cross row y and are kept sorted by their crossings, an order that seldom changes. Edges from
+  // `next` on begin later; those in between have ended.
   int active = 0, next = 0;
   for (int y = count ? edges[0].firstRow : 0; y < canvas.Height() && (active || next < count); ++y) {
     if (EndRequested()) return;
@@ -205,7 +204,7 @@ void FillPolygonOn(const Canvas& canvas, std::span<const Point> points, FillRule
   }
 }
 
-// Takes a shape's spans down instead of painting them.
+// Records a shape's spans instead of painting them.
 class SpanNotes {
  public:
   SpanNotes(int width, std::span<RowSpan> rows) : rows_(rows), width_(width), height_(static_cast<int>(rows.size())) {}
@@ -226,7 +225,7 @@ class SpanNotes {
   int width_, height_;
 };
 
-// Hands a shape's spans on, clipped.
+// Passes on a shape's spans, clipped.
 class SpanTaker {
  public:
   SpanTaker(LinePart part, int width, int height, const TakeSpan& take)
@@ -252,10 +251,10 @@ class SpanTaker {
 
 // Ellipses ------------------------------------------------------------------------------------------------------------
 
-// Boxes with longer sides would overflow the midpoint walk; nobody can see its single pixels in them.
+// Boxes with longer sides would overflow the midpoint walk; at that size single pixels do not matter.
 constexpr Wide kLongestWalk = Wide{1} << 19;
 
-// The rows of a huge ellipse that meet the surface, by its equation.
+// The rows of a huge ellipse that meet the surface, from its equation.
 template <typename Canvas>
 void FillHugeEllipse(const Canvas& canvas, const WideRect& box) {
   const double a = static_cast<double>(box.Width()) / 2.0, b = static_cast<double>(box.Height()) / 2.0;
@@ -270,7 +269,7 @@ void FillHugeEllipse(const Canvas& canvas, const WideRect& box) {
 }
 
 // The integer midpoint walk of Zingl, "A Rasterizing Algorithm for Drawing Curves", from the middle row outwards. Rows
-// of a narrow tip that the walk does not reach, or reaches with nothing between the sides, get the middle columns.
+// of a narrow tip that the walk does not reach, or reaches with an empty span, get the middle columns.
 template <typename Canvas>
 void FillEllipseOn(const Canvas& canvas, const WideRect& box) {
   const Wide width = box.Width(), height = box.Height();
@@ -333,7 +332,7 @@ int Saturate(Wide v) {
   return static_cast<int>(std::clamp<Wide>(v, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-// The four-sided body of a wide line that is neither level nor upright.
+// The quadrilateral body of a wide line that is neither horizontal nor vertical.
 template <typename Canvas>
 void SlantedBody(const Canvas& canvas, Point from, Point to, int width) {
   struct Offset {
@@ -379,14 +378,14 @@ void RoundCap(const Canvas& canvas, Point at, int width) {
   width == 2 ? canvas.FillRect(box) : FillEllipseOn(canvas, box);
 }
 
-// Boxes given with their corners the other way round are the same boxes.
+// Boxes with swapped corners are the same boxes.
 WideRect Ordered(const Rect& box) {
   const auto [left, right] = std::minmax(box.left, box.right);
   const auto [top, bottom] = std::minmax(box.top, box.bottom);
   return {left, top, right, bottom};
 }
 
-// The rows of a box that lie on the surface, emptied.
+// Empties the rows of a box that lie on the surface.
 RowRange ClearRows(const WideRect& box, std::span<RowSpan> rows) {
   const auto height = static_cast<Wide>(rows.size());
   const Wide first = std::clamp<Wide>(box.top, 0, height), end = std::clamp<Wide>(box.bottom, first, height);

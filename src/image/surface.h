@@ -7,10 +7,10 @@
 //               ceil(xR).
 //   Rectangle   [left, right - 1) x [top, bottom - 1).
 //   Ellipse     the full box, by a midpoint walk; sides of 2 or less follow the Rectangle rule.
-//   Thin line   one pixel a step of the major axis, the last point left out, minor coordinate ceil(v - 1/2).
+// Thin line one pixel a step of the major axis, the last point left out, minor coordinate ceil(v - 1/2).
 //   Wide line   the union of round caps at every vertex (for a pen of 2 the whole square) and of bodies.
-// Shapes are clipped to the surface; coordinates may lie anywhere. Effects draw at three or four times the size and
-// reduce.
+// Shapes are clipped to the surface; coordinates may have any value. Effects draw at three or four times the size and
+// downsample.
 #pragma once
 
 #include <functional>
@@ -35,27 +35,26 @@ struct RowRange {
 };
 
 /// What FillEllipse and FillRectangle would paint on a surface of `width` columns and as many rows as `rows` holds, for
-/// who lays shapes over one another and wants to write each pixel once. Fills those rows' spans, clipped, and leaves
-/// the others as they are.
+/// callers that overlay shapes and write each pixel once. Sets the spans of those rows, clipped; the others are
+/// unchanged.
 RowRange EllipseRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
 RowRange RectangleRows(Rect box, int width, std::span<RowSpan> rows) noexcept;
 
 /// The three shapes that make a wide line: a round cap at each end and the body between them.
 enum LinePart { kStartCap, kEndCap, kBody, kLineParts };
-/// Takes the columns that a part covers in one row.
+/// Receives the columns that a part covers in one row.
 using TakeSpan = std::function<void(LinePart part, int y, RowSpan span)>;
 
 /// What Polyline would paint for a line with a pen wider than 1 on a surface of width x height, as clipped spans. The
-/// parts are convex, so that a row and a column meet each of them in one piece; they overlap one another.
+/// parts are convex, so a row or column meets each of them in one span; they overlap.
 void WideLineSpans(Point from, Point to, int penWidth, int width, int height, const TakeSpan& take);
 
 enum class FillRule { Alternate, Winding };
 
-/// Draws on a 24-bit bitmap that it owns until End. Colours are 0x00BBGGRR. Filled shapes have no outline (the null
-/// pen).
+/// Draws on a 24-bit bitmap that it owns until End. Colours are 0x00BBGGRR. Filled shapes have no outline (null pen).
 class DrawingSurface {
  public:
-  /// A black surface; empty when it could not be made (see BlankDib).
+  /// A black surface; empty when it could not be created (see BlankDib).
   DrawingSurface(int width, int height) noexcept;
 
   explicit operator bool() const noexcept { return static_cast<bool>(view_); }
@@ -71,8 +70,8 @@ class DrawingSurface {
 
   /// The drawing; the surface is empty afterwards.
   PackedDib End() noexcept;
-  /// The same as a mask of its blue channel, for drawings in grey: filters treat each channel by itself, so that one of
-  /// three is enough.
+  /// The same as a mask of its blue channel, for grey drawings: filters treat channels separately, so one of the three
+  /// is enough.
   PackedDib EndAsMask() noexcept;
 
  private:

@@ -19,9 +19,9 @@ struct Ones {
 };
 constexpr Ones kOnes;
 
-// The float results of all lanes; says in `doubtful` which ones stand too near to a whole number from 1 to 255, and how
-// many. (Beyond those the byte is 0 or 255 on either side.) Loops of one type each, so that compilers make vectors of
-// them all.
+// The float results of all lanes. Flags in `doubtful` those that are too close to a whole number from 1 to 255, and
+// counts them. (Beyond these the byte is 0 or 255 on either side.) Each loop uses one type, so that compilers vectorise
+// all of them.
 GLYPHMOTION_CLONES
 int FastSums(const float* in, std::ptrdiff_t pitch, const float* weights, int count, const float* reciprocal,
              float tolerance, std::uint8_t* out, std::int32_t* doubtful) {
@@ -60,7 +60,7 @@ std::uint8_t PlainSum(const float* in, std::ptrdiff_t pitch, const Taps& taps, d
   return RoundSum(sum, divisor);
 }
 
-// The plain sums of all lanes, for pictures (checkerboards, mostly) in which doubt is the rule.
+// The exact sums of all lanes, for pictures (mostly checkerboards) in which most results are doubtful.
 GLYPHMOTION_CLONES
 void PlainSums(const float* in, std::ptrdiff_t pitch, const Taps& taps, const double* divisors, std::uint8_t* out) {
   double sum[kLanes] = {};
@@ -72,16 +72,16 @@ void PlainSums(const float* in, std::ptrdiff_t pitch, const Taps& taps, const do
   for (int l = 0; l < kLanes; ++l) out[l] = RoundSum(sum[l], divisors[l]);
 }
 
-constexpr int kFewDoubts = 6;  // from here on a whole vector of plain sums costs less than single ones
+constexpr int kFewDoubts = 6;  // from here on a whole vector of exact sums costs less than single ones
 
 }  // namespace
 
 const Divisors kNoDivision = {kOnes.exact, kOnes.reciprocal};
 
 // With u = 2^-24 and n fast taps: each product and each of n additions rounds once, so the float sum is off by at most
-// (n + 1) u times the sum of |weight * sample|, beside what the float weights (zero for taps left out) differ from the
-// double ones. Adding 0.5 rounds once more. A reciprocal, which is 1 or more, multiplies all that, and itself brings
-// two roundings of a result below 257. The errors of the double sums are below 1e-10 and covered, as are second-order
+// (n + 1) u times the sum of |weight * sample|, plus the difference of the float weights (zero for omitted taps) from
+// the double ones. Adding 0.5 rounds once more. A reciprocal, which is at least 1, multiplies all that and adds two
+// roundings of a result below 257. The errors of the double sums are below 1e-10 and covered, as are second-order
 // terms, by the last factor.
 float Tolerance(const Taps& taps) noexcept {
   constexpr double u = 0x1p-24;

@@ -130,8 +130,8 @@ bool RemoveMarker(FountainSpec& fountain, int index) noexcept {
   if (index < 0 || index >= MarkerCountOf(fountain)) return false;
   fountain.MarkerCount = static_cast<std::uint32_t>(MarkerCountOf(fountain));
   fountain.Markers[index] = 0;
-  // The last of the entries that rank highest is dropped: with a true marker at 0 behind it, the zeroed entry must not
-  // stand first, so the two change places before the sort, which keeps the order of equals.
+  // The last of the entries that sort highest is dropped. The sort is stable, so if a real marker at 0 follows the
+  // zeroed entry, the two are swapped first.
   for (std::uint32_t i = static_cast<std::uint32_t>(index) + 1; i < fountain.MarkerCount; ++i) {
     const std::uint32_t marker = fountain.Markers[i];
     fountain.Markers[i] = fountain.Markers[i - 1];
@@ -152,7 +152,7 @@ int FreePosition(const FountainSpec& fountain, int position) noexcept {
   };
   int p = std::clamp(position, 0, 255), step = -1;
   bool upper = false, lower = false;
-  // Position, step and the two flags make fewer states than this: whoever is still here has come round in a circle.
+  // Position, step and the two flags have fewer states than this: what is left is a cycle.
   for (int round = 0; round < 256 * 8; ++round) {
     if (upper && lower) return -1;
     if (!taken(p)) return p;
@@ -222,7 +222,7 @@ bool AddToFountainLibrary(const std::string& from, const std::string& path, cons
     if (path.empty()) return false;
     std::optional<std::string> read = ReadWholeFile(from, kMaxLibraryBytes);
     if (!read) {
-      // A library that only cannot be read now must not give way to a new one.
+      // A library that is only temporarily unreadable must not be overwritten by a new one.
       return !FileExists(from) && WriteFountainLibrary(path, {fountain}, seconds);
     }
     std::string& bytes = *read;

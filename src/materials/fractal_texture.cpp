@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kRandomMax = 32767.0;
 
-// Real and imaginary parts in planes of their own, so that the transform's loops run along rows of either.
+// Real and imaginary parts in separate planes, so that the transform's loops run along rows of each.
 struct Spectrum {
   int side;
   std::vector<float> re, im;
@@ -29,7 +29,7 @@ struct Spectrum {
   }
 };
 
-// The matrix's side: 1 stays, all else is raised to 2, 4, 8, ...
+// The matrix's side: 1 is kept, all else is rounded up to 2, 4, 8, ...
 int SideOf(int n) {
   if (n == 1) return 1;
   int power = 2;
@@ -39,7 +39,7 @@ int SideOf(int n) {
 
 double RandomPhase() { return NextRandom() / kRandomMax * 2.0 * std::numbers::pi; }
 
-// Near to a normal distribution: the sum of four draws, scaled to unit variance.
+// Approximately normal: the sum of four draws, scaled to unit variance.
 double RandomGauss() {
   static const double b = std::sqrt(12.0), c = 2.0 * b / (kRandomMax * 4.0);
   int sum = 0;
@@ -47,7 +47,7 @@ double RandomGauss() {
   return c * sum - b;
 }
 
-// Coefficients whose size falls with the frequency, two by two conjugate, so that the transform is real.
+// Coefficients whose magnitude falls with the frequency, in conjugate pairs, so that the transform is real.
 void FillSpectrum(Spectrum& spectrum, double exponent) {
   const int n = spectrum.side, half = n / 2;
   const auto coefficient = [&](int i, int j, float& re, float& im) {
@@ -62,7 +62,7 @@ void FillSpectrum(Spectrum& spectrum, double exponent) {
     for (int j = 0; j <= half; ++j) {
       coefficient(i, j, re, im);
       const int mirrorI = i ? n - i : 0, mirrorJ = j ? n - j : 0;
-      // In a matrix of one element half is 0, and every element is its own mirror.
+      // In a matrix of one element half is 0, and the element is its own mirror.
       spectrum.Set(i, j, re, im);
       spectrum.Set(mirrorI, mirrorJ, re, -im);
     }
@@ -80,8 +80,8 @@ void FillSpectrum(Spectrum& spectrum, double exponent) {
   }
 }
 
-// One butterfly of whole rows: a + w b over a, a - w b over b. Products in double, rounded to float before they meet
-// the data.
+// One butterfly of whole rows: a + w b replaces a, a - w b replaces b. Products in double, rounded to float before they
+// are added.
 GLYPHMOTION_CLONES void Butterfly(float* __restrict aRe, float* __restrict aIm, float* __restrict bRe,
                                   float* __restrict bIm, int count, double wr, double wi) {
   for (int j = 0; j < count; ++j) {
@@ -151,7 +151,7 @@ void Transform(Spectrum& spectrum) {
   TransformColumns(spectrum);
 }
 
-// Real parts stretched to -1 to 1, the positive ones raised to a power before.
+// Raises positive real parts to a power, then scales all to -1 to 1.
 void Normalise(std::vector<float>& values, float power) {
   if (power != 1.0f) {
     for (float& v : values) {
@@ -165,8 +165,8 @@ void Normalise(std::vector<float>& values, float power) {
   for (float& v : values) v = static_cast<float>((static_cast<double>(v) - middle) / half);
 }
 
-// The corner of the values that a layer shows, as bytes. Matrices below 32 are read in sequence, row after row of 32,
-// and what lies beyond their end counts as zero.
+// The corner of the values that a layer shows, as bytes. Matrices below 32 are read sequentially as rows of 32, with
+// zeros past their end.
 std::vector<std::uint8_t> ByteImage(const Spectrum& spectrum, int m) {
   const int n = spectrum.side;
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(m) * static_cast<std::size_t>(m));
@@ -175,7 +175,7 @@ std::vector<std::uint8_t> ByteImage(const Spectrum& spectrum, int m) {
       const std::size_t at = static_cast<std::size_t>(y) * static_cast<std::size_t>(n) + static_cast<std::size_t>(x);
       const double v = at < spectrum.re.size() ? static_cast<double>(spectrum.re[at]) : 0.0;
       const double level = (v + 1.0) * 255.0 * 0.5;
-      // A flat spectrum has no range to stretch, and not a number may be left of it.
+      // A flat spectrum has no range, so the scaling may give NaN.
       bytes[static_cast<std::size_t>(y) * static_cast<std::size_t>(m) + static_cast<std::size_t>(x)] =
           level >= 0.0 && level < 256.0 ? static_cast<std::uint8_t>(level) : std::uint8_t{0};
     }
@@ -183,7 +183,7 @@ std::vector<std::uint8_t> ByteImage(const Spectrum& spectrum, int m) {
   return bytes;
 }
 
-// Where a column or row of the picture lies between two of the byte image.
+// The position of a column or row of the picture between two of the byte image.
 struct Between {
   int first, second;
   double weight;  // of the second
@@ -194,7 +194,7 @@ Between PlaceOf(int at, int span, int m) {
   return {first, std::min(first + 1, m - 1), u - first};
 }
 
-// The opacities of one row of the picture, from the two rows of the byte image already mixed into one.
+// The opacities of one row of the picture, from the blend of two rows of the byte image.
 GLYPHMOTION_CLONES void OpacitiesOf(const double* left, const double* right, int count, int* alpha) {
   for (int x = 0; x < count; ++x) {
     const double level = (left[x] + right[x] - 127.0) * 0.0078125 * 255.0;
@@ -214,7 +214,7 @@ void BlendRow(std::uint8_t* to, const int* alpha, int width, Colour colour) {
   }
 }
 
-// The layer, stretched over the picture: only what lies above its middle shows.
+// Blends the layer, scaled to the picture's size: only values above its middle are visible.
 void CompositeLayer(const DibView& view, const Spectrum& spectrum, Colour colour) {
   const int m = std::clamp(spectrum.side, 32, 1024);
   const std::vector<std::uint8_t> bytes = ByteImage(spectrum, m);

@@ -15,7 +15,7 @@ namespace {
 
 using Table = std::vector<Colour>;
 
-// Truncation of any number, also of those that records from foreign hands lead to.
+// Truncates any number, including those that malformed records lead to.
 int Truncate(double value) {
   if (!(value > -1e9)) return value < 0 ? -1000000000 : 0;
   return value < 1e9 ? static_cast<int>(value) : 1000000000;
@@ -35,7 +35,7 @@ Colour EntryOf(const Table& table, int i) {
 
 // Tables ------------------------------------------------------------------------------------------------------------
 
-// A fountain's pixels as `count` entries from `first` on.
+// Renders a fountain into `count` entries from `first` on.
 bool FillFromFountain(Table& table, const FountainSpec& fountain, int first, int count) {
   const PackedDib strip = FountainToBitmap(fountain, count, 1);
   const DibView view(strip);
@@ -44,8 +44,8 @@ bool FillFromFountain(Table& table, const FountainSpec& fountain, int first, int
   return true;
 }
 
-// Two colours that meet elsewhere than in the middle are a fountain of three stops. The middle stop's position leaves
-// the pad out of account; with a large pad it lies before the first stop, and the fountain then passes the first over.
+// Two colours with a midpoint off centre are a fountain of three stops. The middle stop's position ignores the pad;
+// with a large pad it comes before the first stop, which the fountain then skips.
 FountainSpec MidpointFountain(const GradientSpec& gradient) {
   FountainSpec fountain;
   DefaultFountain(fountain, 0);
@@ -67,7 +67,7 @@ std::optional<std::vector<Colour>> GradientTable(const GradientSpec& gradient, c
   Table table(static_cast<std::size_t>(n));
   if (n == 0) return table;
   const Colour start = gradient.StartColour & 0xFFFFFF, end = gradient.EndColour & 0xFFFFFF;
-  // Only foreign records hold a pad of 50 or more, which leaves nothing between the ends.
+  // Only malformed records have a pad of 50 or more, which leaves nothing between the ends.
   const int pad = gradient.EdgePad > 0 ? std::min(Truncate(gradient.EdgePad / 100.0 * n), n) : 0;
   const int inner = std::max(n - 2 * pad, 0);
   std::fill_n(table.begin(), pad, start);
@@ -93,7 +93,7 @@ namespace {
 
 // The linear shape ----------------------------------------------------------------------------------------------------
 
-// Points turned about a middle, in single precision.
+// Rotates points about a centre, in single precision.
 struct Turn {
   float c, s;
   int cx, cy;
@@ -105,8 +105,8 @@ struct Turn {
   Point operator()(float x, float y) const { return {Truncate(x * c - y * s) + cx, Truncate(x * s + y * c) + cy}; }
 };
 
-// Bands from the turned box's upper edge on; `colourOf` gives the colour of band i, which begins at t of the whole.
-// The table has one entry a band; overlapping edges leave no gap.
+// Draws bands from the upper edge of the rotated box on; `colourOf` returns the colour of band i, which starts at
+// fraction t. The table has one entry per band; edges overlap so that there are no gaps.
 template <typename ColourOfBand>
 PackedDib RenderBands(int width, int height, int rotation, ColourOfBand colourOf) {
   DrawingSurface surface(width, height);
@@ -145,7 +145,7 @@ struct Cone {
 };
 
 // The step, 0 to 256, of the sweep at dy rows below and d columns to the right of the centre. The sweep is mirrored: it
-// runs out and back around the centre.
+// runs forth and back around the centre.
 int ConeStep(const Cone& cone, int dy, int d) {
   float a;
   if (d == 0) {
@@ -162,7 +162,7 @@ int ConeStep(const Cone& cone, int dy, int d) {
   return std::clamp(static_cast<int>(a / 180.0 * 256.0), 0, 256);
 }
 
-// An estimate of ConeStep before its truncation, in steps, off by less than kStepDoubt. The polynomial is that of
+// An estimate of ConeStep before truncation, in steps, with an error below kStepDoubt. The polynomial is that of
 // Hastings, "Approximations for Digital Computers": within 1e-5 radians.
 constexpr float kStepDoubt = 2e-3f;
 
@@ -198,7 +198,7 @@ PackedDib RenderConical(int width, int height, const GradientSpec& gradient, con
   for (int k = 0; k <= 256; ++k) {
     colours[static_cast<std::size_t>(k)] = EntryOf(*table, static_cast<int>(k * 0.00390625f * 359.0));
   }
-  // Turns beyond a whole one come from foreign hands only.
+  // Only malformed records exceed a full turn.
   const bool isWithin = gradient.Rotation >= -360 && gradient.Rotation <= 360;
   const int rotation = isWithin ? gradient.Rotation : gradient.Rotation % 360;
   const Cone cone = {Truncate((0.5 - gradient.CenterY / 100.0) * height),
@@ -225,8 +225,8 @@ PackedDib RenderConical(int width, int height, const GradientSpec& gradient, con
 
 // The ring shapes -----------------------------------------------------------------------------------------------------
 
-// The boxes of all rings, the outermost, which surrounds the bitmap, first. They shrink towards a point that drifts
-// from the middle.
+// The boxes of all rings, starting with the outermost, which encloses the bitmap. They shrink towards a point that
+// moves away from the centre.
 std::vector<Rect> RingBoxes(int width, int height, int n, const GradientSpec& gradient) {
   std::vector<Rect> boxes(static_cast<std::size_t>(n));
   const auto count = static_cast<float>(n);
@@ -248,7 +248,7 @@ std::vector<Rect> RingBoxes(int width, int height, int n, const GradientSpec& gr
   return boxes;
 }
 
-// One row of the bitmap while rings are laid from the innermost outwards: the columns that are already covered.
+// One row of the bitmap while rings are drawn from the innermost outwards: the columns already covered.
 struct Covered {
   int left = 0, right = 0;
   bool Empty() const { return left >= right; }
@@ -262,9 +262,9 @@ void PaintSpan(std::uint8_t* row, int left, int right, const std::uint8_t (&pixe
   }
 }
 
-// Lays rings from the last, which lies on top, to the first, so that each pixel is written once. False when a ring
-// leaves a row's covered columns in two pieces, as only centres beyond the range do.
-bool PaintRingsInwardsOut(const DibView& view, const std::vector<Rect>& boxes, bool round, Colour ground,
+// Draws rings from the last, which is on top, to the first, so that each pixel is written once. False when a row's
+// covered columns are not contiguous, which only out-of-range centres cause.
+bool PaintRingsInwardsOut(const DibView& view, const std::vector<Rect>& boxes, bool round, Colour background,
                           const std::function<Colour(int)>& colourOf) {
   std::vector<Covered> covered(static_cast<std::size_t>(view.Height()));
   std::vector<RowSpan> rows(covered.size());
@@ -285,7 +285,7 @@ bool PaintRingsInwardsOut(const DibView& view, const std::vector<Rect>& boxes, b
     return true;
   };
   for (int i = static_cast<int>(boxes.size()) - 1; i >= 0; --i) {
-    if (EndRequested()) return true;  // an unfinished picture, which nobody will see
+    if (EndRequested()) return true;  // the unfinished picture is discarded
     const Rect& box = boxes[static_cast<std::size_t>(i)];
     const auto [first, end] = round ? EllipseRows(box, view.Width(), rows) : RectangleRows(box, view.Width(), rows);
     for (int y = first; y < end; ++y) {
@@ -293,7 +293,7 @@ bool PaintRingsInwardsOut(const DibView& view, const std::vector<Rect>& boxes, b
     }
   }
   for (int y = 0; y < view.Height(); ++y) {
-    if (!lay(y, {0, view.Width()}, ground)) return false;
+    if (!lay(y, {0, view.Width()}, background)) return false;
   }
   return true;
 }
@@ -329,7 +329,7 @@ PackedDib RenderLinearBlend(Colour first, Colour last, int width, int height, in
 }
 
 PackedDib RenderGradient(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) noexcept {
-  // Tables grow with the sides, so that sides that no bitmap can have are refused first.
+  // Tables grow with the sides, so impossible sides are refused first.
   if (!DibSize(width, height, 24)) return {};
   try {
     switch (gradient.GradientType) {

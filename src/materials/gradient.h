@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Gradients in four shapes. Each shape asks for a table of colours, in which midpoint, edge pad and the choice between
-// two colours and a fountain are resolved, and lays the table out. The fountain, in turn, is drawn with the linear
-// shape without a table.
-//
-// Single-precision numbers stand where the pixels depend on them: the edges of bands fall on the same pixels only with
-// the same widths.
+// Gradients in four shapes. Each shape lays out a table of colours, in which midpoint, edge pad and the choice between
+// two colours and a fountain are already resolved. A fountain itself is drawn with the linear shape without a table.
+// Single precision is used where the pixels depend on it: only then do the edges of bands fall on the same pixels.
 #pragma once
 
 #include <optional>
@@ -14,8 +11,8 @@
 
 namespace glyphmotion {
 
-/// n colours of a gradient, 0x00BBGGRR; nothing when n is negative or anything could not be made. EdgePad percent at
-/// each end are flat; they take StartColour and EndColour even where the fountain, not these two, fills the rest.
+/// n colours of a gradient, 0x00BBGGRR; empty when n is negative or on failure. EdgePad percent at each end are flat,
+/// in StartColour and EndColour even if a fountain fills the rest.
 std::optional<std::vector<Colour>> GradientTable(const GradientSpec& gradient, const FountainSpec& fountain, int n);
 
 /// A new 24-bit bitmap; nothing on failure. Types above 3 are linear.

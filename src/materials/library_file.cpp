@@ -18,7 +18,7 @@ std::filesystem::path PathOf(const std::string& path) {
 FileReader::FileReader(const std::string& path) noexcept {
   try {
     const std::filesystem::path file = PathOf(path);
-    // Folders, pipes and devices are no libraries, and some of them never end.
+    // Only regular files: reading a pipe or a device might never end.
     if (!std::filesystem::is_regular_file(file)) return;
     remaining_ = std::min<std::uint64_t>(std::filesystem::file_size(file), kMaxLibraryBytes);
     in_.open(file, std::ios::binary);
@@ -75,7 +75,7 @@ void BackUpFile(const std::string& path) noexcept {
     if (!std::filesystem::exists(file, error)) return;
     std::filesystem::remove(copy, error);
     std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing, error);
-    // The copy of a file that may not be written would stand in the way of the next one.
+    // The copy of a read-only file is read-only too and would block the next copy.
     std::filesystem::permissions(copy, std::filesystem::perms::owner_write, std::filesystem::perm_options::add, error);
   } catch (...) {
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a library file says about who wrote it and when.
+// The author and time stamp of a library file.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ struct LibraryStamp {
   bool registered = false;
 };
 
-/// Now and this machine. The three names are empty on machines whose organization is the maker's own.
+/// The current time and this machine. The three names are empty on the maker's own machines.
 LibraryStamp CurrentStamp(const std::string& registrationName);
 
 }  // namespace glyphmotion

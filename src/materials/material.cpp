@@ -19,14 +19,14 @@ constexpr std::size_t kDiskBytes = 1270;
 constexpr char kSignature[] = "TESSCMAT";
 constexpr std::size_t kSignatureBytes = 8;
 
-// By which a control knows a record, in memory and on disk alike, as its own.
+// Identifies a control's own record, in memory and on disk.
 void SetHead(std::uint8_t* record) {
   const std::uint32_t size = sizeof(Material);
   std::memcpy(record, kSignature, kSignatureBytes);
   std::memcpy(record + offsetof(Material, Size), &size, sizeof(size));
 }
 
-// Textures are made square, of the greater side, and give their middle.
+// Textures are rendered as a square of the greater side and cropped to its centre.
 PackedDib RenderTexture(TextureSpec& texture, int width, int height) {
   if (!DibSize(width, height, 24)) return {};
   const int side = std::max(width, height);
@@ -36,14 +36,14 @@ PackedDib RenderTexture(TextureSpec& texture, int width, int height) {
   const int left = std::max((side - width) / 2, 0), top = std::max((side - height) / 2, 0);
   PackedDib middle = CropDib(square, {left, top, left + width, top + height});
   if (middle) return middle;
-  // Where memory runs out in this one place, the square's own corner serves.
+  // When out of memory here, the corner of the square is used instead.
   PackedDib corner = BlankDib(width, height, nullptr, 24);
   CopyRegion(DibView(corner), 0, 0, DibView(square), 0, 0, width, height);
   return corner;
 }
 
-// Where the disk form differs from memory: three handles of 8 bytes are 4 on disk, so each stretch of bytes between
-// them lies a little lower. The fountain holds the first of them.
+// Where the disk form differs from memory: three handles of 8 bytes are 4 on disk, so the bytes after each have a lower
+// offset. The first handle is in the fountain.
 constexpr std::size_t kFountainAt = offsetof(Material, Fountain);
 constexpr std::size_t kTextureAt = offsetof(Material, Texture);
 constexpr std::size_t kTileBitmapAt = offsetof(Material, Tile) + offsetof(TileSpec, TileBitmap);
@@ -57,11 +57,11 @@ void ToDisk(std::uint8_t* disk, const Material& material) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(&material);
   std::memset(disk, 0, kDiskBytes);
   std::memcpy(disk, bytes, kFountainAt);
-  // A document may have brought a record with another head; the control is to find its own file again.
+  // A document may contain a record with another header; writing the standard one lets the control load its file again.
   SetHead(disk);
   FountainToDisk(disk + kFountainAt, material.Fountain);
   std::memcpy(disk + kTextureAt - 4, bytes + kTextureAt, kTileBitmapAt - kTextureAt);
-  // Reserved bytes are written as zeros, whatever the record holds.
+  // Reserved bytes are always written as zeros.
   std::memcpy(disk + kTileBoundsAt - 8, bytes + kTileBoundsAt, offsetof(TileSpec, Reserved) - offsetof(TileSpec, Left));
   std::memcpy(disk + kAverageAt - 12, bytes + kAverageAt, sizeof(material.AverageColour));
 }
@@ -141,7 +141,7 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
   if (!bytes) return {};
   bool valid = true;
   for (std::size_t i = 0; i < count && valid; ++i) {
-    // The text ends at its first NUL, in either place of a pair.
+    // The text ends at its first NUL, in either half of a pair.
     if (2 * i + 1 >= text.size() || !text[2 * i] || !text[2 * i + 1]) break;
     const int high = HexDigit(text[2 * i]), low = HexDigit(text[2 * i + 1]);
     valid = high >= 0 && low >= 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A material is what fills something: text, shadow, background. It is one of four kinds, and all four are held side by
-// side in one fixed record, so that switching the kind loses no setting. The record's bytes are a file format
-// (documents hold them in hexadecimal), hence the checks of the offsets below. Colours are 0x00BBGGRR.
+// A material is what fills something: text, shadow, background. It has one of four kinds; one fixed record stores the
+// settings of all four, so that switching the kind loses nothing. The record's bytes are a file format (documents
+// contain them in hexadecimal), hence the offset checks below. Colours are 0x00BBGGRR.
 #pragma once
 
 #include <cstddef>
@@ -112,14 +112,14 @@ static_assert(offsetof(TextureSpec, MatrixSize) == 72 && offsetof(TextureSpec, B
               offsetof(TextureSpec, CreaterCount) == 160 && offsetof(TextureSpec, BubbleCount) == 216 &&
               offsetof(TextureSpec, BubbleShape) == 232);
 
-/// What of `ButtonState` says that a part is pressed; the other bits are kept.
+/// The bits of `ButtonState` for pressed parts; the other bits are preserved.
 constexpr std::uint32_t kPressedBits = 3;
 
 /// The spectrum fountain, the texture defaults and so on, with `colour` as the solid colour.
 void DefaultMaterial(Material& material, Colour colour) noexcept;
 
-/// A new 24-bit bitmap of the size, filled by the material, owned by the caller; nothing on failure. Writes the size
-/// asked into the record, which therefore stays locked for the call. An odd kind gives black.
+/// A new 24-bit bitmap of the size, filled by the material, owned by the caller; nothing on failure. Writes the
+/// requested size into the record, which therefore stays locked during the call. An unknown kind gives black.
 PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept;
 
 /// The mean of each channel over all pixels, in integers.
@@ -136,7 +136,7 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept;
 bool ReadMaterialFile(const std::string& path, Material& material) noexcept;
 
 /// A new material from a .mtrl file (1270 bytes), or the defaults with `colour` when the file is missing, short or
-/// foreign, or `readFile` is false. Nothing only when memory is out. The tile of a stored path is loaded.
+/// foreign, or `readFile` is false. Nothing only when out of memory. Loads the tile of a stored path.
 MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile) noexcept;
 /// Writes the 1270 bytes; a short write leaves no file. False when it could not be written.
 bool SaveMaterial(BlockHandle material, const std::string& path) noexcept;

@@ -11,7 +11,7 @@
 namespace glyphmotion {
 namespace {
 
-// Every byte of the record that a gradient's or a texture's pixels depend on, and the size.
+// The bytes of the record that a gradient's or a texture's pixels depend on, and the size.
 std::string KeyOf(const Material& material, int width, int height) {
   std::string key;
   const auto add = [&](const void* data, std::size_t count) { key.append(static_cast<const char*>(data), count); };
@@ -32,7 +32,7 @@ std::string KeyOf(const Material& material, int width, int height) {
   return key;
 }
 
-// Fractals and craters seed the generator; perturbation does for its bubbles only.
+// Fractals and craters always seed the generator, perturbation only if it has bubbles.
 bool SeedsRandom(const Material& material) {
   return material.Kind == kTexture &&
          (material.Texture.TextureType != 5 || static_cast<std::int32_t>(material.Texture.BubbleCount) > 0);
@@ -41,7 +41,7 @@ bool SeedsRandom(const Material& material) {
 }  // namespace
 
 PackedDib MaterialCache::Render(Material& material, int width, int height) noexcept {
-  // Solid colours and tiles are made as fast as they could be copied.
+  // Solid colours and tiles render as fast as a copy.
   if (material.Kind != kGradient && material.Kind != kTexture) return MaterialToBitmap(material, width, height);
   try {
     std::string key = KeyOf(material, width, height);
@@ -57,7 +57,7 @@ PackedDib MaterialCache::Render(Material& material, int width, int height) noexc
     const bool noiseStood = NoiseTablesBuilt();
     PackedDib picture = MaterialToBitmap(material, width, height);
     const std::size_t size = BlockSize(picture.Handle());
-    // The first perturbation texture of the run also draws the noise tables, which no later one does.
+    // The first perturbation texture of the run also draws the noise tables.
     if (!picture || size > kMaxBytes || noiseStood != NoiseTablesBuilt()) return picture;
     Entry entry{std::move(key), DuplicateDib(picture), SeedsRandom(material), RandomState()};
     if (!entry.bitmap) return picture;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fills that do not change between the frames of a run are made once a run.
+// Caches fills that do not change between the frames of a run.
 #pragma once
 
 #include <cstddef>
@@ -11,19 +11,18 @@
 
 namespace glyphmotion {
 
-/// MaterialToBitmap with a memory: the same pixels, the same bytes written into the record, and the random generator
-/// left in the same state as rendering anew would leave it. Holds at most kMaxBytes of bitmaps, the least recently used
-/// going first.
+/// MaterialToBitmap with a cache: the same pixels, the same bytes written into the record, and the same state of the
+/// random generator as rendering anew. Keeps at most kMaxBytes of bitmaps and evicts the least recently used.
 class MaterialCache {
  public:
   static constexpr std::size_t kMaxBytes = std::size_t{64} << 20;
 
-  /// A bitmap that the caller owns, or nothing.
+  /// A bitmap that the caller owns, or nothing on failure.
   PackedDib Render(Material& material, int width, int height) noexcept;
 
  private:
   struct Entry {
-    std::string key;  ///< every byte of the record that the pixels depend on, and the size
+    std::string key;  ///< the bytes of the record that the pixels depend on, and the size
     PackedDib bitmap;
     bool setsRandom = false;
     std::uint32_t randomState = 0;

@@ -33,7 +33,7 @@ bool Fail(std::string& error, std::string sentence) {
   return false;
 }
 
-// Names are told apart by letters and digits alone, in any case.
+// A name reduced for comparison: lower case, without blanks, dashes and underscores.
 std::string Plain(std::string_view name) {
   std::string plain;
   for (const char c : name) {
@@ -42,7 +42,7 @@ std::string Plain(std::string_view name) {
   return plain;
 }
 
-// The text between separators; blanks at the ends of each part do not count.
+// The text between separators, with blanks trimmed from each part.
 std::vector<std::string> Split(std::string_view text, std::string_view separators) {
   std::vector<std::string> parts;
   for (std::size_t at = 0; at <= text.size();) {
@@ -65,7 +65,7 @@ std::optional<double> NumberOf(std::string_view text) {
   return value;
 }
 
-// A number within a range; whole numbers where `whole`.
+// Reads a number within a range; a whole number if `whole`.
 bool NumberWithin(const std::string& key, const std::string& text, double least, double most, bool whole, double& value,
                   std::string& error) {
   const auto number = NumberOf(text);
@@ -80,15 +80,15 @@ bool NumberWithin(const std::string& key, const std::string& text, double least,
     if (digits.back() == '.') digits.pop_back();
     return digits;
   };
-  return Fail(error, Quote(text) + " is no value for " + key + ": " + (whole ? "a whole number" : "a number") +
-                         " from " + shown(least) + " to " + shown(most) + " is wanted");
+  return Fail(error, Quote(text) + " is not a value for " + key + "; write " + (whole ? "a whole number" : "a number") +
+                         " from " + shown(least) + " to " + shown(most));
 }
 
 bool ColourPart(const std::string& text, Colour& colour, std::string& error) {
   int alpha = 0;
   if (!ParseColourAndAlpha(text, colour, alpha))
-    return Fail(error, Quote(text) + " is not a colour: write #RRGGBB or a name such as red");
-  return alpha == 255 || Fail(error, Quote(text) + " has an alpha, which this colour cannot have: write #RRGGBB");
+    return Fail(error, Quote(text) + " is not a colour; write #RRGGBB or a name such as red");
+  return alpha == 255 || Fail(error, Quote(text) + " has an alpha, which this colour cannot have; write #RRGGBB");
 }
 
 // A part that must be a colour, if it is anything: #..., a name, either with a position.
@@ -131,13 +131,13 @@ bool TakeOption(const std::string& part, GradientSpec& gradient, std::string& er
   }
   return Fail(error,
               Quote(part) +
-                  " is no part of a gradient: write a shape (linear, conical, elliptical, rectangular), colours, "
+                  " is not part of a gradient; write a shape (linear, conical, elliptical, rectangular), colours, "
                   "rotation=, pad=, mid=, cx= or cy=");
 }
 
 struct Stop {
   Colour colour;
-  int position;  // -1: none given
+  int position;  // -1: not given
 };
 
 bool ParseStop(const std::string& part, Stop& stop, std::string& error) {
@@ -151,11 +151,11 @@ bool ParseStop(const std::string& part, Stop& stop, std::string& error) {
   return ColourPart(part.substr(0, at), stop.colour, error);
 }
 
-// The first and the last colour are the ends; with a position they also stand there. No marker stands at 0, where it
-// would sort last and paint over the others: the first stop at 0 is the start, any other moves to 1.
+// The first and the last colour are the ends; one with a position also gets a marker there. Markers at 0 would sort
+// last and paint over the others, so the first stop at 0 becomes the start and any other moves to 1.
 bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& error) {
   if (stops.size() < 2)
-    return Fail(error, "a fountain needs two colours or more: write #first,#colour@position,...,#last");
+    return Fail(error, "a fountain needs at least two colours; write #first,#colour@position,...,#last");
   const std::uint32_t flags = fountain.Flags;
   DefaultFountain(fountain, 0);
   fountain.Flags = flags;
@@ -228,7 +228,7 @@ bool TakeNamedFountain(const std::string& name, FountainSpec& fountain, std::str
   }
   std::string names;
   for (const std::string& known : FountainNames()) names += (names.empty() ? "" : ", ") + known;
-  return Fail(error, "there is no fountain " + Quote(name) + ": write colours, or one of " + names);
+  return Fail(error, "there is no fountain " + Quote(name) + "; write colours, or one of " + names);
 }
 
 bool ParseFountain(const std::string& text, Material& material, std::string& error) {
@@ -257,7 +257,7 @@ bool ParseFountain(const std::string& text, Material& material, std::string& err
       return false;
     }
   }
-  if (named && !stops.empty()) return Fail(error, "a fountain is given by its name or by its colours, not by both");
+  if (named && !stops.empty()) return Fail(error, "a fountain has either a name or colours; leave one of them out");
   if (!named && !TakeStops(std::move(stops), fountain, error)) return false;
   gradient.TwoColor = 0;
   material.Gradient = gradient;
@@ -268,7 +268,8 @@ bool ParseFountain(const std::string& text, Material& material, std::string& err
 
 // Textures ------------------------------------------------------------------------------------------------------------
 
-// A texture's fields as people name them; `count` of them may be meant at once, or one by its number from 1.
+// A texture's fields by their public names. A name without a number sets all `count` fields, with a number from 1 a
+// single one.
 struct FieldName {
   const char* name;
   std::size_t offset;
@@ -313,7 +314,8 @@ bool TakeValue(const FieldName& field, int first, int end, const std::string& ke
     case FieldName::Curve: {
       const auto parts = Split(text, "/");
       if (parts.size() != 4)
-        return Fail(error, Quote(text) + " is no value for " + key + ": write four numbers, 0/0.3/0.7/1");
+        return Fail(error,
+                    Quote(text) + " is not a value for " + key + "; write four numbers, for example 0/0.3/0.7/1");
       for (int i = 0; i < 4; ++i) {
         if (!NumberWithin(key, parts[static_cast<std::size_t>(i)], field.least, field.most, false, value, error))
           return false;
@@ -325,7 +327,7 @@ bool TakeValue(const FieldName& field, int first, int end, const std::string& ke
       static constexpr const char* shapes[] = {"ellipse", "fuzzy", "luminous", "sphere"};
       const auto found = std::find(std::begin(shapes), std::end(shapes), Plain(text));
       if (found == std::end(shapes))
-        return Fail(error, Quote(text) + " is no shape: write ellipse, fuzzy, luminous or sphere");
+        return Fail(error, Quote(text) + " is not a shape; write ellipse, fuzzy, luminous or sphere");
       Put(parameters, field.offset, 0, static_cast<std::uint32_t>(found - shapes));
       return true;
     }
@@ -355,10 +357,11 @@ bool TakeField(const std::string& part, TextureSpec& parameters, std::string& er
   }
   std::string names;
   for (const FieldName& field : kFields) names += std::string(names.empty() ? "" : ", ") + field.name;
-  return Fail(error, Quote(part) + " is no field of a texture: write one of " + names + ", with = and its value");
+  return Fail(error, Quote(part) + " is not a field of a texture; write NAME=VALUE, where NAME is one of " + names);
 }
 
-// Where a name is looked up: what ships means the same for everybody, and the user's own library adds to it.
+// Where a name is looked up: first the shipped library, so that its names mean the same everywhere, then the user's
+// own.
 std::vector<std::string> PathsOf(const char* library) {
   std::vector<std::string> paths = {ShippedLibraryPath(library), OwnLibraryPath(library)};
   std::erase(paths, "");
@@ -386,7 +389,7 @@ bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& 
     return Fail(error, NoShippedLibrary(kTextureLibraryName) + ", or write texture:fractal2,...");
   }
   return Fail(error, "there is no texture " + Quote(name) +
-                         ": see --list textures, or write fractal2 to fractal5, craters or perturbation");
+                         "; see --list textures, or write fractal2 to fractal5, craters or perturbation");
 }
 
 bool ParseTexture(const std::string& text, Material& material, std::string& error) {
@@ -432,10 +435,10 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
   } else {
     if (shipped) path = kTileLibraryName;
     return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
-                           ": name an .mtx library that holds that many tiles, or a tile of --list tiles");
+                           "; name an .mtx library with at least that many tiles, or a tile of --list tiles");
   }
   if (path.size() >= sizeof(material.Tile.TilePath))
-    return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes");
+    return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes; use a shorter one");
   SetTilePath(material.Tile, path);
   material.Tile.TileIndex = index;
   material.Tile.TileBitmap = 0;
@@ -450,14 +453,14 @@ bool ParseMaterialFile(const std::string& path, Material& material, std::string&
 
 bool ParseImage(const std::string& path, Material& material, std::string& error) {
   if (!Loader())
-    return Fail(error, "pictures cannot be read here: write tile:FILE#N instead of " + Quote("image:" + path));
+    return Fail(error, "pictures cannot be read here; write tile:FILE#N instead of " + Quote("image:" + path));
   PackedDib picture = Loader()(path, error);
   if (!picture) {
     if (error.empty()) error = "cannot read the picture " + Quote(path);
     return false;
   }
   PackedDib tile = TileTo24Bit(picture);
-  if (!tile) return Fail(error, "the picture " + Quote(path) + " is too large for a tile");
+  if (!tile) return Fail(error, "the picture " + Quote(path) + " is too large for a tile; use a smaller one");
   material.Tile.TileBitmap = WordOf(tile.Release());
   SetTilePath(material.Tile, "");
   material.Tile.TileIndex = 0;
@@ -484,7 +487,7 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
   for (const auto& form : forms) {
     if (text.starts_with(form.prefix)) return form.parse(text.substr(form.prefix.size()), material, error);
   }
-  return Fail(error, Quote(text) + " is no fill: " + kForms);
+  return Fail(error, Quote(text) + " is not a fill; " + kForms);
 }
 
 void SetImageLoader(ImageLoader loader) { Loader() = std::move(loader); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Materials as people write them on a command line.
+// The textual form of materials, as used on the command line.
 //
 //   #RRGGBB, #RGB, the name of a colour in CSS (red, steelblue); wherever a # stands below, a name may stand
 //   gradient:[linear|conical|elliptical|rectangular,]#first-...-#last[,rotation=-360..360][,pad=0..45][,mid=1..99]
@@ -32,20 +32,19 @@
 
 namespace glyphmotion {
 
-/// Reads a text of one of the forms above into `material`, which holds a valid record (defaults); what the text does
-/// not say stays as it is. False, with one sentence in `error` that names the value and what is allowed, when the text
-/// is none of these or a file cannot be read.
-///
-/// Only image:... leaves a bitmap in the record (Tile.TileBitmap), which the caller then owns; a tile of a library is
-/// named by path and index, and is loaded by who takes the record over.
+/// Reads a text of one of the forms above into `material`, which holds a valid record (defaults); values that the text
+/// does not mention are unchanged. False, with one sentence in `error` that names the value and what is allowed, when
+/// the text is malformed or a file cannot be read. Only image:... leaves a bitmap in the record (Tile.TileBitmap),
+/// which the caller then owns; a tile of a library is identified by path and index, and the receiver of the record
+/// loads it.
 bool ParseMaterial(const std::string& text, Material& material, std::string& error);
 
-/// Reads a picture file for image:..., or gives nothing and a sentence. Who links a decoder sets it for the
-/// current run; until then image:... is refused.
+/// Reads a picture file for image:..., or returns nothing and an error sentence. Applications that link a decoder set
+/// it for the current run; without it image:... is refused.
 using ImageLoader = std::function<PackedDib(const std::string& path, std::string& error)>;
 void SetImageLoader(ImageLoader loader);
 
-/// What the names in texture:NAME, fountain:NAME and tile:#N can be. A tile's line is its number, size and, if it has one, name.
+/// The valid names in texture:NAME, fountain:NAME and tile:#N. A tile's line has its number, size and, if any, name.
 std::vector<std::string> TextureNames();
 std::vector<std::string> FountainNames();
 std::vector<std::string> TileNames();

@@ -55,7 +55,7 @@ std::string NoShippedLibrary(const std::string& name) {
   std::string places;
   for (const std::string& folder : ShippedFolders()) places += (places.empty() ? "'" : ", '") + folder + "'";
   return "the library " + name + " is not installed: looked in " + places +
-         "; set GLYPHMOTION_DATA to the folder that holds it";
+         "; set GLYPHMOTION_DATA to the folder that contains it";
 }
 
 std::vector<std::string> LibraryGroups(const std::string& extension) {

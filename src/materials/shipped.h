@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The libraries that ship with the program, and the user's own. Shipped ones are read where they are installed. The
-// user's own copy, in the data folder, comes into being with the first edit; from then on the editors read that one.
+// first edit creates the user's own copy in the data folder; from then on the editors read that one.
 #pragma once
 
 #include <string>
@@ -14,16 +14,17 @@ constexpr char kFountainLibraryName[] = "FountainLibrary.fll";
 
 /// The shipped library of this name; empty where none is installed.
 std::string ShippedLibraryPath(const std::string& name);
-/// The user's own place for it, whether or not there is such a file; empty without a data folder.
+/// The path of the user's own copy, whether or not it exists; empty without a data folder.
 std::string OwnLibraryPath(const std::string& name);
-/// The one that editors show: the user's own, or else the shipped one. Where neither exists, the user's own place.
+/// The library that editors show: the user's own copy, or else the shipped one; if neither exists, the path of the
+/// user's own.
 std::string LibraryPath(const std::string& name);
-/// The path by which a material refers to a library: the user's own place, or without a data folder the shipped file. A
-/// tile that is not found there comes from the shipped library of the same name.
+/// The path by which a material refers to a library: that of the user's own copy, or without a data folder the shipped
+/// file. A tile that is not found there is loaded from the shipped library of the same name.
 std::string LibraryReference(const std::string& name);
-/// Where an edited library is written: the user's own place, whose folder is made. Empty when that cannot be.
+/// The path to which an edited library is written, in the data folder, which is created. Empty on failure.
 std::string LibraryPathToWrite(const std::string& name);
-/// The sentence for a shipped library that is not installed, with the folders in which it was looked for.
+/// The message for a shipped library that is not installed, with the folders that were searched.
 std::string NoShippedLibrary(const std::string& name);
 
 /// Names of the groups in the data folder with this extension (".fft"), without it, sorted.

@@ -20,7 +20,7 @@ constexpr float kSmallest = 1.1920929e-7f;
 
 double RandomUnit() { return NextRandom() / kRandomMax; }
 
-// Truncation to a 32-bit number, and its low bits where it does not fit.
+// Truncates to a 32-bit number; keeps the low bits if it does not fit.
 std::int32_t Truncate(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
 }
@@ -35,7 +35,7 @@ bool SizeOf(const TextureSpec& parameters, int& width, int& height) {
 
 // Craters -------------------------------------------------------------------------------------------------------------
 
-// More impacts than this change no picture that anyone can tell apart, and a foreign record may ask for milliards.
+// More impacts than this make no visible difference, and a malformed record may request billions.
 constexpr std::uint32_t kMostCraters = 1000000;
 
 class HeightField {
@@ -48,7 +48,7 @@ class HeightField {
   int Height() const { return height_; }
   std::uint16_t* Row(int y) { return heights_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); }
 
-  // The mean of the square of 2 * reach + 1 about a place, as far as it lies in the field.
+  // The mean of the square of side 2 * reach + 1 around a position, clipped to the field.
   int Mean(int x, int y, int reach) {
     const int left = std::max(x - reach, 0), right = std::min(x + reach, width_ - 1);
     const int top = std::max(y - reach, 0), bottom = std::min(y + reach, height_ - 1);
@@ -65,8 +65,8 @@ class HeightField {
   std::vector<std::uint16_t> heights_;
 };
 
-// The profile of large craters of one radius: at each place of the stamp, the height over the level of the impact and
-// how much of the old ground stays. Both depend on the distance from the middle only.
+// The profile of large craters of one radius: at each position of the stamp, the height above the level of the impact
+// and the weight of the old surface. Both depend only on the distance from the centre.
 struct CraterStamp {
   std::vector<double> profile, keep;
 };
@@ -100,8 +100,8 @@ void StampLargeCrater(HeightField& field, int x, int y, int radius, double level
     for (int xx = left; xx <= right; ++xx) {
       const std::size_t at = start + static_cast<std::size_t>(xx - x + radius);
       const double p = stamp.profile[at], w = stamp.keep[at];
-      const auto ground = static_cast<std::uint16_t>(Truncate((level + p) * (1.0 - w) + (row[xx] + p) * w));
-      row[xx] = std::clamp<std::uint16_t>(ground, 1000, 64000);
+      const auto height = static_cast<std::uint16_t>(Truncate((level + p) * (1.0 - w) + (row[xx] + p) * w));
+      row[xx] = std::clamp<std::uint16_t>(height, 1000, 64000);
     }
   }
 }
@@ -150,8 +150,8 @@ void PutColour(std::uint8_t* to, Colour colour) {
 
 constexpr int kLattice = 16, kOctaves = 8;
 
-// Gradients of the lattice and a table that is deliberately no true permutation, each repeated past its end. Made once
-// in the life of a run, from the first texture's seed: later textures keep this noise.
+// Gradients of the lattice and a table that is deliberately not a true permutation, each repeated past its end. Built
+// once per run, from the first texture's seed: later textures use the same noise.
 struct NoiseTables {
   bool built = false;
   std::array<float, kLattice + 18> sine{}, cosine{};
@@ -168,7 +168,7 @@ void BuildNoise(NoiseTables& noise, std::uint32_t seed) {
     noise.permutation[i] = static_cast<int>(i);
   }
   noise.permutation[kLattice] = 0;
-  // The first swap brings the 0 past the end into the table; what it takes out is lost.
+  // The first swap moves the 0 past the end into the table; the value that it replaces is lost.
   for (std::size_t i = kLattice; i > 0; i -= 2) {
     std::swap(noise.permutation[i], noise.permutation[static_cast<std::size_t>(NextRandom() & 15)]);
   }
@@ -180,7 +180,7 @@ void BuildNoise(NoiseTables& noise, std::uint32_t seed) {
   noise.built = true;
 }
 
-// Where a coordinate lies in the lattice: its two neighbours, the distances from them and the blend between them.
+// A coordinate's position in the lattice: its two neighbours, the distances from them and the blend weight.
 struct LatticePlace {
   int b0, b1;
   float r0, r1, s;
@@ -192,7 +192,7 @@ LatticePlace PlaceOf(float v) {
   return {b0, (b0 + 1) & 15, r0, r0 - 1.0f, (3.0f - 2.0f * r0) * r0 * r0};
 }
 
-// The right-hand corners take the cosine for both components, which makes the grain of the texture.
+// The right-hand corners use the cosine for both components, which gives the texture its grain.
 float Noise(const NoiseTables& noise, const LatticePlace& x, const LatticePlace& y) {
   const auto at = [](int i) { return static_cast<std::size_t>(i); };
   const auto& p = noise.permutation;
@@ -208,7 +208,7 @@ float Noise(const NoiseTables& noise, const LatticePlace& x, const LatticePlace&
   return ((b - a) * y.s + a) * 1.5f;
 }
 
-// Which octaves are summed: whole ones, then a part of one more.
+// The octaves to sum: whole ones, then a fraction of one more.
 struct Octaves {
   int count = 0;
   std::array<float, kOctaves> part{}, weight{};
@@ -229,15 +229,15 @@ Octaves OctavesOf(std::uint32_t matrix) {
   return octaves;
 }
 
-// The four values limited, and one more at each end for the curve to come from and go to.
+// The four values, clamped, with one more control point at each end.
 std::array<float, 6> CurvePoints(const float (&given)[4]) {
   float c[4];
-  // Written so that what is not a number becomes 0.
+  // Written so that NaN becomes 0.
   for (int i = 0; i < 4; ++i) c[i] = given[i] > 0.0f ? std::min(given[i], 1.0f) : 0.0f;
   return {2.0f * c[0] - c[1], c[0], c[1], c[2], c[3], 2.0f * c[3] - c[2]};
 }
 
-// One channel's curve through four values, as Catmull and Rom's splines go.
+// One channel's Catmull-Rom spline through four values.
 double CurveAt(const std::array<float, 6>& points, double t) {
   t = std::clamp(t, 0.0, 1.0) * 3.0;
   const auto k = static_cast<std::size_t>(std::min(static_cast<int>(t), 2));
@@ -274,7 +274,7 @@ ColourTable MakeColourTable(const TextureSpec& parameters) {
   return table;
 }
 
-// What each place under a bubble becomes, by shape.
+// The value of each position under a bubble, by shape.
 float Swell(std::uint32_t shape, float old, float d2, float r2) {
   switch (shape) {
     case 0:
@@ -310,7 +310,7 @@ std::vector<float> BubbleMap(const TextureSpec& parameters, int width, int heigh
   return map;
 }
 
-// One row's noise, octave by octave. A place's sum gets its terms in the order of the octaves.
+// One row's noise, octave by octave, so that each sum adds its terms in the order of the octaves.
 void NoiseRow(const NoiseTables& noise, const Octaves& octaves, float fy, const std::vector<LatticePlace>& columns,
               std::vector<float>& sums) {
   const std::size_t width = sums.size();

@@ -15,11 +15,11 @@ PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept;
 /// run. A new 24-bit bitmap of the bounds' size, or nothing.
 PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept;
 
-/// Whether some perturbation texture has built the noise tables, which then stand for the life of the run.
+/// Whether a perturbation texture has built the noise tables, which last for the rest of the run.
 bool NoiseTablesBuilt();
 
-/// What a colour curve through four values, each limited to 0 to 1, gives at t from 0 to 1. Between the values it may
-/// pass those limits.
+/// The value at t, 0 to 1, of a colour curve through four values, each clamped to 0 to 1. Between the values it may
+/// overshoot.
 double TextureCurve(const float (&values)[4], double t) noexcept;
 
 /// The bounds of a square of `side` pixels.

@@ -34,7 +34,7 @@ std::string_view StripEnd(std::string_view text) {
   return text;
 }
 
-// The lines of a file, each without its end and the blanks before it; lines over the limit come in pieces.
+// The lines of a file, without line ends and leading blanks; lines over the limit are split.
 class Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
@@ -51,7 +51,7 @@ class Lines {
   std::string_view rest_;
 };
 
-// "key = value", both freed of the blanks about them; false without an "=".
+// Splits "key = value" and trims both; false without an "=".
 bool SplitLine(std::string_view line, std::string_view& key, std::string& value) {
   const std::size_t equals = line.find('=');
   if (line.empty() || line[0] == ';' || equals == std::string_view::npos) return false;
@@ -62,8 +62,8 @@ bool SplitLine(std::string_view line, std::string_view& key, std::string& value)
   return true;
 }
 
-// Numbers have a point in files, whatever the locale of the process says. What follows a number is passed over; without
-// one, or with one beyond all range, the value is 0.
+// Numbers in files use a decimal point, whatever the process's locale. Text after a number is ignored; without a
+// number, or out of range, the value is 0.
 float FloatOf(std::string_view text) {
   if (text.starts_with('+')) text.remove_prefix(1);
   double value = 0.0;
@@ -96,7 +96,7 @@ void SetField(NamedTexture& texture, std::string_view key, const std::string& va
   }
 }
 
-// The lines with the ends that text files have on this platform.
+// Converts to the line endings of this platform.
 std::string WithLineEnds(std::string text) {
   const std::string_view end = LineEnd();
   if (end == "\n") return text;
@@ -125,7 +125,7 @@ void AppendItem(std::string& text, const NamedTexture& texture) {
   text += ":ENDITEM\n";
 }
 
-// Bytes that are no UTF-8 would have the whole file read as Windows-1252.
+// Bytes that are not UTF-8 would make the whole file be read as Windows-1252.
 std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& stamp, bool primary) {
   std::string text = std::string(kSignature) + "\n" + kWarning +
                      "Version=16.0a\nItemcount=" + std::to_string(library.textures.size()) + "\n";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Named textures and the text files that hold them, one group a file.
+// Named textures and their text files, one group per file.
 #pragma once
 
 #include <string>
@@ -15,8 +15,7 @@ constexpr int kTextureTypes = 6;
 /// The defaults of every field, bounds and reserved bytes zero.
 void DefaultTextureSpec(TextureSpec& parameters) noexcept;
 
-/// The picture of a texture, a new 24-bit bitmap of the size of its bounds; nothing for a type outside 0 to 5 and on
-/// failure.
+/// Renders a texture to a new 24-bit bitmap of the size of its bounds; nothing for a type outside 0 to 5 or on failure.
 PackedDib GenerateTexture(const TextureSpec& parameters) noexcept;
 
 struct NamedTexture {
@@ -24,23 +23,23 @@ struct NamedTexture {
   TextureSpec parameters;
 };
 
-/// One group in memory. A file says nothing of it when it may not be changed: reading sets `writeable` only where the
-/// file does, and never clears it.
+/// One group in memory. Read-only groups have no marker in the file: reading sets `writeable` if the file has one, and
+/// never clears it.
 struct TextureLibrary {
   bool writeable = false;
   std::vector<NamedTexture> textures;
 };
 
 /// False, with `library` as it was, when the file cannot be read or does not begin with the signature. Unknown keys are
-/// passed over, missing ones keep their defaults.
+/// skipped, missing ones keep their defaults.
 bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexcept;
 
-/// Writes the group, after a copy of the old file as path + ".bak". The file says that it may be changed unless
-/// `primary`. An empty group gives an empty file.
+/// Writes the group, after a copy of the old file as path + ".bak". The file is marked writeable unless `primary`. An
+/// empty group gives an empty file.
 bool WriteTextureLibrary(const std::string& path, const TextureLibrary& library, const LibraryStamp& stamp,
                          bool primary = false) noexcept;
 
-/// One parameter of a texture: its key in files and its place in the record, a float or a 32-bit number.
+/// One parameter of a texture: its key in files and its offset in the record, a float or a 32-bit number.
 struct TextureField {
   const char* key;
   std::size_t offset;

@@ -42,7 +42,7 @@ bool ReadHeader(FileReader& file, FileHeader& header) {
          std::memcmp(header.signature, kFileSignature, sizeof(header.signature)) == 0;
 }
 
-// The tile whose header has just been read. A size is believed only as far as the file goes.
+// Reads the tile after its header. The size is checked against the rest of the file.
 PackedDib ReadTile(FileReader& file, std::uint32_t size) {
   if (size > file.Remaining() || size > kMaxDibBytes) return {};
   PackedDib tile(AllocateBlock(size));
@@ -112,7 +112,7 @@ PackedDib RenderTile(const TileSpec& parameters) noexcept {
   const DibView to(picture);
   if (!to) return {};
   const DibView tile(HandleOf(parameters.TileBitmap));
-  // One band of tiles, each row doubled along until it is full; the rows below repeat it.
+  // One band of tiles, filling each row by doubling; the rows below repeat it.
   const int across = std::min(tile ? tile.Width() : kBuiltinTileSide, to.Width());
   const int band = std::min(tile ? tile.Height() : kBuiltinTileSide, to.Height());
   const auto rowBytes = static_cast<std::size_t>(to.Width()) * 3;

@@ -10,20 +10,20 @@
 
 namespace glyphmotion {
 
-/// A path from a record's field of 261 bytes, which may lack its NUL.
+/// The path in a record's field of 261 bytes, which may lack its NUL.
 std::string PathOfTile(const TileSpec& tile);
-/// Puts a path into the field, cut to 260 bytes.
+/// Stores a path in the field, truncated to 260 bytes.
 void SetTilePath(TileSpec& tile, const std::string& path) noexcept;
 
 /// A new block with tile number `index` (from 0) of a library, byte for byte as it is stored; nothing when the file is
-/// missing, foreign or short, or has no such tile. Items of another signature are counted and passed over.
+/// missing, foreign or short, or has no such tile. Items of another signature are counted but skipped.
 PackedDib LoadMatrixTile(const std::string& path, std::uint32_t index) noexcept;
 
-/// Loads TileBitmap from TilePath at TileIndex, if there is a path; the field is overwritten, not freed. What the
-/// library of a shipped one's name does not give, also because it is not there, comes from the shipped library.
+/// Loads TileBitmap from TilePath at TileIndex, if there is a path; the old handle is overwritten, not freed. If a
+/// library with the name of a shipped one is missing or lacks the tile, the shipped library supplies it.
 void LoadTileOf(TileSpec& tile) noexcept;
 
-/// A new 24-bit bitmap of the size of the record's bounds, the tile repeated from the top left corner without
+/// A new 24-bit bitmap of the size of the record's bounds, with the tile repeated from the top left corner without
 /// mirroring; without a tile, the built-in one. Nothing on failure.
 PackedDib RenderTile(const TileSpec& tile) noexcept;
 
@@ -37,8 +37,8 @@ struct TileLibrary {
   std::vector<PackedDib> tiles;
 };
 
-/// False when the file is missing or foreign: `library` is then as it was. A short file gives the tiles before the
-/// break and false as well.
+/// False when the file is missing or foreign; `library` is then unchanged. A truncated file gives the complete tiles,
+/// and false.
 bool ReadTileLibrary(const std::string& path, TileLibrary& library) noexcept;
 
 /// Writes the library with Writeable as given in it, after a copy of the old file as path + ".bak".

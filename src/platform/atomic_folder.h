@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A folder of files that appears whole or not at all. Not on Windows, where nothing writes folders.
+// A folder of files that appears whole or not at all. Not on Windows, where the product writes no folders.
 #pragma once
 
 #include <memory>
@@ -8,9 +8,9 @@
 
 namespace glyphmotion {
 
-/// Files are gathered in a hidden folder beside the target, which takes the target's name at the end and replaces the
-/// whole folder that had it. Without Keep the hidden folder goes; the one of a killed process goes with the next write
-/// to the same place. `why` is that of platform/files.h.
+/// Files are collected in a hidden folder beside the target, which is finally renamed to the target and replaces the
+/// old folder as a whole. Without Keep the hidden folder is removed; that of a killed process is removed by the next
+/// write to the same place. For `why` see platform/files.h.
 class AtomicFolder {
  public:
   AtomicFolder() noexcept;
@@ -22,7 +22,7 @@ class AtomicFolder {
   explicit operator bool() const noexcept { return state_ != nullptr; }
   /// Writes a whole file of this name into the folder. After a failure Keep fails too.
   bool WriteMember(const std::string& name, std::string_view bytes) noexcept;
-  /// Why a write failed, as `why`; empty while none did.
+  /// Why a write failed, as in `why`; empty if none failed.
   std::string Trouble() const;
   bool Keep(std::string& why) noexcept;
 

@@ -8,7 +8,7 @@
 #include <ctime>
 #include <optional>
 
-#include "platform/broken_time.h"
+#include "platform/broken_down_time.h"
 
 namespace glyphmotion {
 namespace {
@@ -34,7 +34,7 @@ std::string CurrentTimeText() {
   const auto source = SourceDate();
   const auto seconds = static_cast<std::time_t>(source ? *source : CurrentTime());
   std::tm parts{};
-  if (!BreakTime(seconds, source.has_value(), parts)) return {};
+  if (!BrokenDownTime(seconds, source.has_value(), parts)) return {};
   char text[64] = "";  // the C locale's names, whatever locale the host has set
   static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
   static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",

@@ -10,7 +10,7 @@ namespace glyphmotion {
 std::int64_t CurrentTime() noexcept;
 
 /// CurrentTime as the 24 characters of the C library's ctime, without the line end: "Sat Nov 21 08:07:48 2026". Local
-/// time, or UTC when SOURCE_DATE_EPOCH rules.
+/// time, or UTC when SOURCE_DATE_EPOCH is in effect.
 std::string CurrentTimeText();
 
 }  // namespace glyphmotion

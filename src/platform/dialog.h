@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Dialogs and their controls, reached by id: real windows on Windows, elsewhere the dialog in memory, which is a real
+// Dialogs and their controls, addressed by id: real windows on Windows, elsewhere the in-memory dialog, a complete
 // dialog without a screen (the same templates, the same procedure, the same control procedures, a queue of posted
-// messages, timers).
-//
-// The model of the program is its dialog: options live in the controls and nowhere else. Everything here runs on one
-// thread. Functions on an id that does not exist in the dialog do nothing and answer empty, 0 or false.
-//
-// A pixel is one of a screen with 96 to the inch. On a finer screen faces are painted in such pixels and then
-// stretched, places and the mouse's are told in them, and the text of a face is drawn by the machine in its own pixels.
+// messages, timers). The dialog is the program's model: options are stored in the controls and nowhere else. All
+// functions of a dialog are called on one thread. Given an id that does not exist in the dialog they do nothing and
+// return empty, 0 or false. Pixels are logical pixels of a 96 dpi screen. On a screen of higher density faces are
+// painted in logical pixels and then scaled, positions (also of the mouse) are reported in them, and the system draws
+// the text of a face in device pixels.
 #pragma once
 
 #include <cstddef>
@@ -36,8 +34,8 @@ enum class ControlKind : std::uint8_t {
   Combo,
   SortedCombo,
   List,
-  PictureList,  ///< one column of items that the dialog draws
-  PictureGrid,  ///< columns of them, filled from top to bottom
+  PictureList,  ///< one column of owner-drawn items
+  PictureGrid,  ///< several columns of them, filled from top to bottom
   Trackbar,
   OwnerDrawn,
   ColourButton,
@@ -47,14 +45,14 @@ enum class ControlKind : std::uint8_t {
   ScrollFour,
   ScrollTwo,
   ScrollAxis,
-  Drawn  ///< looks and behaves as the procedure it is given
+  Drawn  ///< appearance and behaviour are its procedure's
 };
 
-/// One control of a template. Places and sizes are dialog units (a quarter of the font's average width, an eighth of
-/// its height).
+/// One control of a template. Positions and sizes are in dialog units (a quarter of the font's average width, an eighth
+/// of its height).
 struct ControlTemplate {
   ControlKind kind = ControlKind::Label;
-  int id = 0;  ///< -1 for labels and groups that nothing refers to
+  int id = 0;  ///< -1 for labels and groups that are never addressed
   const char* caption =
       "";  ///< window text; for an up-down "minimum,maximum,default"; for a combo its items by semicolons
   std::int16_t x = 0, y = 0, width = 0, height = 0;
@@ -69,8 +67,7 @@ struct DialogTemplate {
   std::span<const ControlTemplate> controls;
 };
 
-/// Numbers of the messages a dialog procedure or a control procedure may get; private ones are listed where they are
-/// used.
+/// Message numbers of dialog and control procedures; private ones are declared where they are used.
 enum MessageNumber : std::uint32_t {
   kMessageDestroy = 0x0002,
   kMessagePaint = 0x000F,            ///< to a drawn control: b is a DrawRequest*
@@ -132,12 +129,12 @@ T* PointerOf(std::int64_t argument) {
   return reinterpret_cast<T*>(static_cast<std::intptr_t>(argument));
 }
 
-/// Place in the dialog, in pixels.
+/// A position in the dialog, in pixels.
 struct ControlRectangle {
   int left = 0, top = 0, right = 0, bottom = 0;
 };
 
-/// A line of UTF-8 on a face, in the dialogs' font, in the middle of the place's height.
+/// A line of UTF-8 on a face, in the dialogs' font, vertically centred in its rectangle.
 struct FaceText {
   ControlRectangle place;
   std::string text;
@@ -146,43 +143,43 @@ struct FaceText {
   bool mnemonic = false;  ///< an & underlines the character after it
 };
 
-/// Pixels to paint on: 24-bit rows, top down, blue green red. Owned by the platform. They begin as what lies behind the
-/// control.
+/// Pixels to paint on: 24-bit rows, top down, blue green red. Owned by the platform. Initially they show what is behind
+/// the control.
 struct DrawRequest {
   std::uint8_t* pixels = nullptr;
   int width = 0, height = 0;
   std::ptrdiff_t stride = 0;                             ///< bytes from a row to the one below
-  int item = -1;                                         ///< of a list: the item whose place this is
+  int item = -1;                                         ///< of a list: the item to draw
   bool selected = false, focused = false;                ///< that item; `focused` also of a button
   bool pressed = false, hot = false, isDefault = false;  ///< of a button: held, under the pointer, what Enter presses
-  bool hidesMnemonics = false;                           ///< until a person uses the keyboard
-  double scale = 1;                                      ///< of these pixels to one; 1 unless PaintInScreenPixels
-  std::vector<FaceText>* texts = nullptr;  ///< lines that the machine is to draw over the face; null: the face does
+  bool hidesMnemonics = false;                           ///< until the user presses a key
+  double scale = 1;                                      ///< pixels per logical pixel; 1 unless PaintInScreenPixels
+  std::vector<FaceText>* texts = nullptr;  ///< lines for the system to draw over the face; null: the face draws its own
 };
 
 /// Nonzero: the message was handled.
 using DialogProcedure = std::int64_t (*)(Dialog& dialog, const Message& message);
-/// The result is the message's own; 0 for messages it does not know.
+/// The result depends on the message; 0 for unknown messages.
 using ControlProcedure = std::int64_t (*)(Dialog& dialog, int id, const Message& message);
 
-/// Runs a dialog until EndDialog. `owner` is the host's window or null (then the dialog that runs, if one does).
-/// Returns EndDialog's result, or -1 when it could not be made. In memory: the procedure gets kMessageInitialise with
-/// `parameter`, the queue is pumped, then the driver runs; when the driver returns and nothing has ended the dialog, it
-/// ends with 0. kMessageDestroy comes last: to the dialog's procedure, while its controls still stand, then to the
+/// Runs a dialog until EndDialog. `owner` is the host's window or null (then the running dialog, if any). Returns
+/// EndDialog's result, or -1 when the dialog could not be created. In memory: the procedure gets kMessageInitialise
+/// with `parameter`, the queue is pumped, then the driver runs; if the dialog has not ended when the driver returns, it
+/// ends with 0. kMessageDestroy is sent last: to the dialog's procedure, while its controls still exist, then to the
 /// procedure of every control that has one, in the order of the children; there a control frees what its word holds. It
-/// comes whatever was thrown, which then goes on.
+/// is sent even after an exception, which is then rethrown.
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter);
 void EndDialog(Dialog& dialog, std::int64_t result);
 bool HasEnded(const Dialog& dialog);
 
 /// Copies a template's controls into a running dialog, hidden, after those it has; combos and lists keep their drop
-/// height. The Tab key comes to them after the control `tabAfter`. (In memory nobody presses Tab.) False, and none
-/// copied, when memory is out.
+/// height. In the tab order they follow the control `tabAfter`. (The in-memory dialog has no tab order.) False, and
+/// none copied, when out of memory.
 bool AddControls(Dialog& dialog, const DialogTemplate& panel, int tabAfter);
 
 std::string DialogTitle(const Dialog& dialog);
 void SetDialogTitle(Dialog& dialog, const std::string& title);
-/// What a host may be given as the dialog's window: an HWND on Windows, elsewhere the dialog itself.
+/// The dialog's window for the host: an HWND on Windows, elsewhere the dialog itself.
 std::uint64_t WindowOf(Dialog& dialog);
 
 /// RunModal over another dialog.
@@ -191,30 +188,29 @@ inline std::int64_t RunModal(const DialogTemplate& dialogTemplate, Dialog& owner
   return RunModal(dialogTemplate, PointerOf<void>(static_cast<std::int64_t>(WindowOf(owner))), procedure, parameter);
 }
 
-/// Ids of all children in their order, -1 for those without one.
+/// Ids of all children in order, -1 for those without one.
 std::vector<int> Children(const Dialog& dialog);
 bool HasControl(const Dialog& dialog, int id);
 ControlKind KindOf(const Dialog& dialog, int id);
 
 /// The text of a combo or a list is that of its selected item. A trackbar's text is its position.
 std::string GetText(const Dialog& dialog, int id);
-/// Like a person's typing: an edit notifies the dialog with kEditChanged. Combos and lists ignore it (SelectText).
+/// Like typing: an edit notifies the dialog with kEditChanged. Combos and lists ignore it (see SelectText).
 void SetText(Dialog& dialog, int id, const std::string& text);
-/// The control's text as a decimal number, as a machine's own dialogs read it: leading blanks skipped, 0 when there is
-/// none or it does not fit; a minus counts only when `isSigned`.
+/// The control's text as a decimal number, as native dialogs parse it: leading blanks skipped, 0 when there is none or
+/// it does not fit; a minus counts only when `isSigned`.
 std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned);
 void SetNumber(Dialog& dialog, int id, std::int64_t value);
-/// An edit takes no more than this many characters from a person; SetText is not cut.
+/// Limits the characters that a user can type into an edit; SetText is not limited.
 void LimitText(Dialog& dialog, int id, int characters);
 
-/// Of a check or a radio. Setting notifies nobody.
+/// Of a check or a radio. Setting sends no notification.
 bool GetCheck(const Dialog& dialog, int id);
 void SetCheck(Dialog& dialog, int id, bool checked);
 
-/// Items of a combo or a list. Selection is -1 when none. Setting notifies nobody; an index that does not exist selects
-/// none.
+/// Items of a combo or a list. Selection is -1 when none. Setting sends no notification; an invalid index selects none.
 int AddItem(Dialog& dialog, int id, const std::string& text);
-/// All of these in their order: for hundreds of items much quicker than one by one.
+/// Adds all of these in order; much faster than one by one for hundreds of items.
 void AddItems(Dialog& dialog, int id, std::span<const std::string> texts);
 void ClearItems(Dialog& dialog, int id);
 int ItemCount(const Dialog& dialog, int id);
@@ -224,14 +220,14 @@ std::uint64_t ItemData(const Dialog& dialog, int id, int index);
 void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data);
 /// Width (of a grid's columns) and height of the items of a picture list or grid, in pixels.
 void SetItemSize(Dialog& dialog, int id, int width, int height);
-/// Where an item of a list is, in pixels of the list.
+/// The rectangle of a list's item, in pixels of the list.
 ControlRectangle RectangleOfItem(const Dialog& dialog, int id, int index);
 int GetSelection(const Dialog& dialog, int id);
 void SetSelection(Dialog& dialog, int id, int index);
-/// Selects the item of this text, case ignored. Its index, or -1 with the selection as it was.
+/// Selects the item of this text, case ignored. Its index, or -1 with the selection unchanged.
 int SelectText(Dialog& dialog, int id, const std::string& text);
 
-/// The control's own word: a pointer to its persistent variable, or a block handle.
+/// The control's user data: a pointer to its persistent variable, or a block handle.
 std::uint64_t GetData(const Dialog& dialog, int id);
 void SetData(Dialog& dialog, int id, std::uint64_t data);
 
@@ -246,22 +242,22 @@ int FocusOf(const Dialog& dialog);
 ControlRectangle RectangleOf(const Dialog& dialog, int id);
 void ResizeControl(Dialog& dialog, int id, int width, int height);
 void MoveControl(Dialog& dialog, int id, int left, int top);
-/// Makes the dialog larger, or smaller, and keeps it in the middle of what it stands over.
+/// Resizes the dialog and keeps it centred over its owner.
 void GrowDialog(Dialog& dialog, int across, int down);
 
-/// How large a text of several lines is in the dialog's font, wrapped at blanks to at most `width` pixels.
+/// The size of a text in the dialog's font, wrapped at spaces to at most `width` pixels.
 struct TextExtent {
   int width = 0, height = 0;
 };
 TextExtent MeasureText(const Dialog& dialog, const std::string& text, int width);
 
-/// The control's face is painted in the screen's own pixels, of which request.scale are one of 96 to the inch: for
-/// faces of smooth shapes, which are sharp at any size.
+/// Paints the control's face in device pixels, request.scale of which are one logical pixel: for faces of smooth
+/// shapes, which are sharp at any size.
 void PaintInScreenPixels(Dialog& dialog, int id);
 
 /// The range of an up-down, which its edit's arrow keys keep to, or of a trackbar: 0 to 100 until it is set. An
-/// up-down's text sets it ("minimum,maximum,default"). Into the edit of a range without negative numbers a person types
-/// digits only.
+/// up-down's text sets it ("minimum,maximum,default"). Without negative numbers in the range, the edit accepts digits
+/// only.
 struct ControlRange {
   int minimum = 0, maximum = 100;
 };
@@ -269,16 +265,16 @@ void SetRange(Dialog& dialog, int id, int minimum, int maximum);
 /// 0 to 100 for a control that does not exist.
 ControlRange RangeOf(const Dialog& dialog, int id);
 
-/// Marks on a trackbar at the multiples of `every` within its range, which is also its step by page.
+/// Sets tick marks on a trackbar at the multiples of `every` within its range; `every` is also its page step.
 void SetTicks(Dialog& dialog, int id, int every);
-/// Whether the Tab key stops at a control. (In memory nobody presses Tab.)
+/// Whether the Tab key stops at a control. (Ignored in memory.)
 void SetTabStop(Dialog& dialog, int id, bool stops);
 
-/// Gives a control its behaviour; `family` is kept with it for the procedure's own use. A push button then looks as the
-/// procedure paints it, and goes on behaving as a button.
+/// Gives a control its behaviour; `family` is stored with it for the procedure's own use. A push button is then painted
+/// by the procedure but still behaves as a button.
 void SetControlProcedure(Dialog& dialog, int id, ControlProcedure procedure, const void* family);
 const void* FamilyOf(const Dialog& dialog, int id);
-/// The procedure's answer; 0 when the control has none.
+/// The procedure's result; 0 when the control has none.
 std::int64_t SendToControl(Dialog& dialog, int id, const Message& message);
 
 std::int64_t Send(Dialog& dialog, const Message& message);
@@ -287,14 +283,14 @@ void PostCommand(Dialog& dialog, int id, int code = kClicked);
 void PostToControl(Dialog& dialog, int id, const Message& message);
 void SetTimer(Dialog& dialog, int timer, int milliseconds);
 void KillTimer(Dialog& dialog, int timer);
-/// Asks for a repaint of a control, or of the whole dialog with id 0.
+/// Requests a repaint of a control, or of the whole dialog with id 0.
 void Invalidate(Dialog& dialog, int id);
-/// Paints at once what waits to be painted of a control, or of the dialog's own window with id 0: before work that lets
-/// no message through. (In memory nothing waits.)
+/// Performs pending painting of a control, or of the dialog's own window with id 0, before work that handles no
+/// messages. (In memory nothing is ever pending.)
 void RepaintNow(Dialog& dialog, int id);
 void CaptureMouse(Dialog& dialog, int id);
 void ReleaseMouse(Dialog& dialog);
-/// Whether the pointer is on the control. (In memory it is wherever it is needed.)
+/// Whether the pointer is over the control. (Always true in memory.)
 bool IsPointerOver(const Dialog& dialog, int id);
 bool HasCapture(const Dialog& dialog, int id);
 

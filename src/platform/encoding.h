@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text is UTF-8 inside the program. Files of older makes hold Windows-1252.
+// Text is UTF-8 inside the program. Older files are Windows-1252.
 #pragma once
 
 #include <cstddef>
@@ -12,20 +12,20 @@ namespace glyphmotion {
 bool IsUtf8(std::string_view bytes) noexcept;
 
 /// The bytes of a text file as UTF-8: as they are (without a byte order mark) when they are UTF-8, otherwise each byte
-/// is a Windows-1252 character. The five bytes that Windows-1252 leaves open stand for the control characters of the
+/// is a Windows-1252 character. The five bytes that Windows-1252 leaves undefined become the control characters of the
 /// same number.
 std::string TextFromBytes(std::string_view bytes);
 
-/// UTF-8 to code points; bytes that are no UTF-8 are read as Windows-1252.
+/// Converts UTF-8 to code points; bytes that are not UTF-8 are read as Windows-1252.
 std::u32string DecodeText(std::string_view text);
 
-/// The longest beginning of at most `limit` bytes that does not end inside a character.
+/// The longest prefix of at most `limit` bytes that does not end inside a character.
 std::string_view CutText(std::string_view text, std::size_t limit) noexcept;
 
-/// Characters are code points; in a text that is not UTF-8 each byte is one.
+/// The number of characters, that is code points; in a text that is not UTF-8 each byte is one.
 std::size_t CountCharacters(std::string_view text) noexcept;
 
-/// The longest beginning of at most `limit` characters.
+/// The longest prefix of at most `limit` characters.
 std::string_view CutCharacters(std::string_view text, std::size_t limit) noexcept;
 
 }  // namespace glyphmotion

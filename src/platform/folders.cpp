@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every machine's folders have in common: the overrides of a scripted run, and joining.
+// The platform-independent part of folders: the overrides of a scripted run, and joining paths.
 #include "platform/folders.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Where files live, and whose machine this is. Paths are UTF-8; an empty path means "there is no such place", which
-// callers treat as the absence of a file. Folders end in a separator. None is created here except by EnsureFolder.
+// The locations of files, and the owner of the machine. Paths are UTF-8; an empty path means "no such location", which
+// callers treat as a missing file. Folders end in a separator. Only EnsureFolder creates any.
 //
 //   settings   Windows     %APPDATA%\Tessaloom
 //              elsewhere   $XDG_CONFIG_HOME/glyphmotion, or ~/.config/glyphmotion
@@ -21,10 +21,10 @@ std::string DataFolder();
 std::string DocumentsFolder();
 /// The folder of the running library or program.
 std::string OwnFolder();
-/// Where the shipped libraries (.fft, .mtx, .fll) may lie, in the order in which to look: the folder in the environment
-/// variable GLYPHMOTION_DATA; that of the program or library itself, and the share/glyphmotion of its prefix, wherever
-/// that has been moved; and off Windows, for applications elsewhere that link the library, the share/glyphmotion of the
-/// installed CMake package, and the one for which the library was configured.
+/// The search path of the shipped libraries (.fft, .mtx, .fll), in order: the folder in the environment variable
+/// GLYPHMOTION_DATA; the folder of the program or library, and share/glyphmotion in its prefix, which may have been
+/// moved; and off Windows, for applications that link the library, share/glyphmotion of the installed CMake package and
+/// of the configured install prefix.
 std::vector<std::string> ShippedFolders();
 
 std::string RegisteredOwner();
@@ -32,16 +32,16 @@ std::string RegisteredOrganization();
 
 /// `folder` + `name`, with one separator between; empty when `folder` is.
 std::string JoinPath(const std::string& folder, const std::string& name);
-/// Makes the folder and its parents. False when it cannot be made.
+/// Creates the folder and its parents. False on failure.
 bool EnsureFolder(const std::string& folder) noexcept;
 
-/// What a scripted run changes, for itself. An empty string means "no such place": nothing is read from there and
-/// nothing written.
+/// Folders that a scripted run overrides for itself. An empty string means "no such location": nothing is read there or
+/// written there.
 struct FolderOverrides {
-  std::optional<std::string> settingsFile;      ///< the whole path of the settings file
+  std::optional<std::string> settingsFile;      ///< full path of the settings file
   std::optional<std::string> perControlFolder;  ///< where controls keep their .mtrl files between sessions
   std::optional<std::string> dataFolder;
-  bool hostWritesSettings = false;  ///< the dialog reads the settings file and leaves the writing to its host
+  bool hostWritesSettings = false;  ///< the dialog reads the settings file; the host writes it
 };
 void SetFolderOverrides(FolderOverrides overrides);
 const FolderOverrides& CurrentFolderOverrides();

@@ -26,9 +26,9 @@ struct FontFaceInfo {
 /// of its named instances.
 std::vector<FontFaceInfo> FontFaces();
 
-/// Reads `spec`, a path or PATH#N for the N-th face (from 0) of a collection. False with one sentence in `error` when
+/// Reads `name`, a path or PATH#N for the N-th face (from 0) of a collection. False with one sentence in `error` when
 /// there is no such face that can be drawn.
-bool OpenFontFile(const std::string& spec, FontFile& file, std::string& error);
+bool OpenFontFile(const std::string& name, FontFile& file, std::string& error);
 
 /// Why the run's axes cannot be had of this font; empty when they can.
 std::string AxesTrouble(const FontRequest& font);

@@ -11,7 +11,7 @@ namespace glyphmotion {
 
 void KeepFreedMemory() noexcept {
 #ifdef __GLIBC__
-  mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the most that is taken
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the largest accepted value
   mallopt(M_TRIM_THRESHOLD, 256 << 20);
   mallopt(M_TOP_PAD, 1 << 20);
 #endif

@@ -4,9 +4,8 @@
 
 namespace glyphmotion {
 
-/// For a program that makes many large blocks and soon ends: freed memory is kept for the next block instead of going
-/// back to the system, which would have to clear it page by page when it is asked for again. Changes the whole process:
-/// not for a library to call.
+/// For a short-lived program with many large blocks: keeps freed memory for the next block instead of returning it to
+/// the system, which would have to clear every page again. Affects the whole process, so a library must not call it.
 void KeepFreedMemory() noexcept;
 
 }  // namespace glyphmotion

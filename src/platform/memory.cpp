@@ -10,7 +10,7 @@
 namespace glyphmotion {
 namespace {
 
-/// In pieces, between which the run may be asked to end; false then.
+/// Works in pieces, between which it checks whether the run is to end; returns false then.
 bool CopyUnlessEnding(void* target, const void* source, std::size_t size) {
   constexpr std::size_t kPiece = std::size_t{1} << 20;
   for (std::size_t done = 0; done < size; done += kPiece) {

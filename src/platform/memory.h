@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Movable memory blocks: the form in which every image and most records live and cross the host boundary.
+// Movable memory blocks, which hold every image and most records and cross the host boundary.
 //
 // A handle survives the block's growth; its bytes may be touched only while it is locked. Locks nest. Blocks are
 // zero-filled when made and where they grow. The null handle is "nothing": locking it gives null, freeing it does
-// nothing. Handles that are no live block (a host may hand us anything) behave like null; the system may give a freed
-// block's handle to a new block, though. Any thread may use any block, and several may lock one at once; growing and
-// freeing a block is for one that is sure to be its only user.
+// nothing. Handles that are not live blocks (a host may pass anything) behave like null, though the system may reuse
+// the handle of a freed block. Any thread may use any block, and several may lock one at once; only a thread that is
+// its sole user may resize or free a block.
 #pragma once
 
 #include <cstddef>
@@ -27,11 +27,11 @@ inline std::uint64_t WordOf(BlockHandle block) noexcept {
   return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(block));
 }
 
-/// A new zeroed block of `bytes` bytes (0 is a valid block), owned by the caller; null when memory is out.
+/// A new zeroed block of `bytes` bytes (0 is a valid block), owned by the caller; null when out of memory.
 BlockHandle AllocateBlock(std::size_t bytes) noexcept;
 
-/// Grows or shrinks an unlocked block in place of its handle; new bytes are zero. False, and the block unchanged, when
-/// memory is out.
+/// Grows or shrinks an unlocked block, keeping its handle; new bytes are zero. False, and the block unchanged, when out
+/// of memory.
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept;
 
 /// The block's bytes, or null. Valid until the matching UnlockBlock.
@@ -44,27 +44,28 @@ std::size_t BlockSize(BlockHandle block) noexcept;
 /// Frees the block, and any locks still on it.
 void FreeBlock(BlockHandle block) noexcept;
 
-/// A new block with the same bytes, or null when `block` is nothing, empty, or memory is out.
+/// A new block with the same bytes, or null when `block` is null or empty, or when out of memory.
 BlockHandle DuplicateBlock(BlockHandle block) noexcept;
 
-/// What is alive now: blocks not freed, locks not undone.
+/// Counts of live blocks and locks.
 struct BlockCounters {
   std::uint64_t blocks = 0;
   std::uint64_t locks = 0;
 };
-/// In the whole process. Counts them, so it is not for hot places.
+/// Of the whole process. Linear in the number of blocks, so not for hot code.
 BlockCounters LiveBlocks() noexcept;
-/// Those that one run has made.
+/// Of the blocks that one run has allocated.
 BlockCounters LiveBlocksOf(const RunState& run) noexcept;
 
-/// Makes the current run's n-th allocation (or growth) from now on fail, once; n from 1, 0 switches it off. For tests
-/// and --fail-allocation.
+/// Makes the current run's n-th allocation (or growth) from now on fail, once; n counts from 1, 0 disables it. For
+/// tests and --fail-allocation.
 void FailAllocation(std::uint64_t n) noexcept;
 
-/// Allocations and growths that the current run asked for since the last FailAllocation: the range a test has to try.
+/// The number of allocations and growths of the current run since the last FailAllocation: the range that a test has to
+/// try.
 std::uint64_t AllocationsAsked() noexcept;
 
-/// Counts one allocation of the current run; false when it is the one that is to fail. For what implements this header.
+/// Counts one allocation of the current run; false when it has to fail. For implementations of this header.
 bool MayAllocate() noexcept;
 
 /// Owns one block.
@@ -88,7 +89,7 @@ class MovableBlock {
   BlockHandle handle_ = nullptr;
 };
 
-/// Holds a block locked as a T; empty when the block is nothing or smaller than T.
+/// Locks a block as a T; empty when the block is null or smaller than T.
 template <typename T>
 class LockedBlock {
  public:

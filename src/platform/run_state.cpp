@@ -28,7 +28,7 @@ RunState::~RunState() {
 std::size_t RunState::NewSlot() noexcept {
   static constinit std::atomic<std::size_t> count{0};
   const std::size_t slot = count++;
-  if (slot >= kMostMembers) std::terminate();  // more kinds of members than a state has room for
+  if (slot >= kMostMembers) std::terminate();  // raise kMostMembers
   return slot;
 }
 

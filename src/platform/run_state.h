@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-// One run, one state. Whatever changes while a dialog or a job runs (the variables, the random generator, the desktop
-// in memory, the windows that an editor opens, caches) is a member of that run's RunState, made on first use. So runs
-// go on side by side in any number of threads, and a run within a run has a state of its own.
-//
-// A folder declares a plain struct for its own part and reaches it with CurrentRun().Member<Part>(); nothing here knows
-// the parts. A thread works for one run at a time: the doors (PLUGIN16DoBuild, Render) enter their run with a RunScope,
-// and a thread that helps a run enters it likewise. A thread that entered none works in a state of its own.
+// One run, one state. Everything that changes while a dialog or a job runs (the variables, the random generator, the
+// in-memory desktop, the windows that an editor opens, caches) is a member of that run's RunState, created on first
+// use. So runs are independent in any number of threads, and a nested run has a state of its own. A folder declares a
+// plain struct for its own part and accesses it with CurrentRun().Member<Part>(); this file knows none of the parts. A
+// thread works for one run at a time: the entry points (PLUGIN16DoBuild, Render) enter their run with a RunScope, and
+// so do the worker threads of a run. A thread that has not entered a run works in a state of its own.
 #pragma once
 
 #include <array>
@@ -15,7 +14,7 @@
 
 namespace glyphmotion {
 
-/// The n-th allocation that fails, for tests and --fail-allocation; and how many were asked for.
+/// The n-th allocation that fails, for tests and --fail-allocation, and the number of allocations so far.
 struct AllocationCountdown {
   std::atomic<std::uint64_t> failAt{0}, asked{0};
 };
@@ -25,12 +24,12 @@ class RunState {
   RunState() noexcept;
   RunState(const RunState&) = delete;
   RunState& operator=(const RunState&) = delete;
-  /// Destroys the members, the last made first. No thread may be working for the run any more.
+  /// Destroys the members in reverse order. No thread may be working for the run any more.
   ~RunState();
 
-  /// The run's T, made (with its default values) on first use. Any thread of the run may ask; the T itself belongs to
-  /// the run's own thread, the one that came through the door, unless it says otherwise. Throws what T's constructor
-  /// throws.
+  /// The run's T, created with default values on first use. Any thread of the run may call this; the T itself belongs
+  /// to the run's main thread, the one that called the entry point, unless documented otherwise. Throws what T's
+  /// constructor throws.
   template <typename T>
   T& Member() {
     static const std::size_t slot = NewSlot();
@@ -39,25 +38,25 @@ class RunState {
     return *static_cast<T*>(Keep(slot, node, &node->value, [](Node* old) { delete static_cast<NodeOf<T>*>(old); }));
   }
 
-  /// A number that no other run of the process has.
+  /// Unique within the process.
   std::uint64_t Number() const noexcept { return number_; }
 
-  /// Asks the run to end as soon as possible. Any thread may ask, and a request is never taken back.
+  /// Asks the run to end as soon as possible. May be called on any thread; cannot be withdrawn.
   void RequestEnd() noexcept { endRequested_.store(true, std::memory_order_relaxed); }
-  /// Whether it was asked to. Long loops look between frames and rows, and give up with an empty result.
+  /// Whether RequestEnd was called. Long loops check between frames and rows, and return an empty result.
   bool EndRequested() const noexcept {
     return endRequested_.load(std::memory_order_relaxed) ||
            (outerRequest_ && outerRequest_->load(std::memory_order_relaxed));
   }
-  /// A flag of somebody else (a signal handler's, another thread's) that counts as a request while it is true; it
-  /// outlives the run. Null for none.
+  /// An external flag (set by a signal handler or another thread) that counts as a request while it is true; it must
+  /// outlive the run. Null for none.
   void WatchRequest(const std::atomic<bool>* request) noexcept { outerRequest_ = request; }
 
   /// The random generator's state, see random.h.
   std::uint32_t random = 1;
 
   AllocationCountdown& Allocations() noexcept { return *allocations_; }
-  /// Counts this run's allocations with another's, which outlives it.
+  /// Counts this run's allocations together with another's, which must outlive it.
   void ShareAllocations(RunState& other) noexcept { allocations_ = &other.Allocations(); }
 
  private:
@@ -72,7 +71,7 @@ class RunState {
   };
 
   static std::size_t NewSlot() noexcept;
-  /// Makes the node the slot's member, unless another thread was faster; the member.
+  /// Installs the node as the slot's member unless another thread was first; returns the member.
   void* Keep(std::size_t slot, Node* node, void* value, void (*destroy)(Node*)) noexcept;
 
   std::atomic<bool> endRequested_{false};
@@ -84,17 +83,17 @@ class RunState {
   std::atomic<Node*> last_{nullptr};
 };
 
-/// The calling thread's own state, in which it works outside of all runs. What is set there beforehand (folders, and
-/// for dialogs in memory the driver, the observer and the responder) is where PLUGIN16DoBuild starts from.
+/// The calling thread's own state, used outside of all runs. PLUGIN16DoBuild starts from the settings there (folders,
+/// and for in-memory dialogs the driver, the observer and the responder).
 RunState& ThreadState() noexcept;
 
 /// The run that the calling thread works for.
 RunState& CurrentRun() noexcept;
 
-/// Whether the run that the calling thread works for was asked to end.
+/// Whether the calling thread's run was asked to end.
 inline bool EndRequested() noexcept { return CurrentRun().EndRequested(); }
 
-/// Lets the calling thread work for a run, and after that for the one before.
+/// Makes a run the calling thread's current one; the destructor restores the previous run.
 class RunScope {
  public:
   explicit RunScope(RunState& run) noexcept;
@@ -106,8 +105,8 @@ class RunScope {
   RunState* before_;
 };
 
-/// Where dialogs are in memory, gives a new run what the calling thread has set up in its own state: the driver, the
-/// observer, the responder, the folders and the allocation that is to fail. On Windows nothing is set up beforehand.
+/// For in-memory dialogs: copies to a new run what the calling thread has set in its own state: the driver, the
+/// observer, the responder, the folders and the allocation that is to fail. Does nothing on Windows.
 void TakeThreadSetup(RunState& run);
 
 }  // namespace glyphmotion

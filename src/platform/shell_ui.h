@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a machine's desktop does for a dialog: message boxes, file and colour choosers, a name prompt, popup menus,
-// help, the cursor. Off Windows there is no desktop: the answers come from a responder that the dialog's driver sets.
+// Desktop services for dialogs: message boxes, file and colour choosers, a name prompt, popup menus, help, the cursor.
+// Off Windows there is no desktop: a responder, set by the dialog's driver, answers instead.
 #pragma once
 
 #include <cstdint>
@@ -13,16 +13,16 @@ namespace glyphmotion {
 
 struct Dialog;
 
-/// YesNoKeep: a question whose Yes destroys something, so that Enter alone answers No.
+/// YesNoKeep: a question whose Yes destroys something, so the default button is No.
 enum class MessageButtons { Ok, YesNo, YesNoKeep };
 enum class MessageIcon { Information, Question, Warning };
 
-/// A modal message over `owner` (which may be null). True for OK and Yes. Questions are asked with a question mark,
-/// everything else warns.
+/// A modal message over `owner` (which may be null). True for OK and Yes. Questions have a question mark icon, all
+/// others a warning.
 bool ShowMessage(Dialog* owner, const std::string& text, MessageButtons buttons = MessageButtons::Ok);
-/// A message that nothing went wrong for.
+/// An informational message.
 void ShowInformation(Dialog* owner, const std::string& text);
-/// Over a window of the host's (null: over none), before there is a dialog. The window is repainted afterwards.
+/// Over a window of the host (null: none), before there is a dialog. The window is repainted afterwards.
 void ShowMessageOver(void* window, const std::string& text);
 
 struct MessageQuestion {
@@ -31,27 +31,27 @@ struct MessageQuestion {
   MessageIcon icon = MessageIcon::Warning;
 };
 
-/// Who shows messages and asks for names where there is a screen. A message that cannot be shown (nothing) goes to the
-/// machine's own box, as all do when there is nobody. Off Windows the responder answers and these are not asked.
+/// Shows messages and name prompts where there is a screen. If a message cannot be shown (nothing is returned), or if
+/// this is not set, the system's own box is used. Not called off Windows, where the responder answers.
 struct DesktopBoxes {
   std::optional<bool> (*message)(Dialog* owner, void* window, const MessageQuestion& question) = nullptr;
   std::optional<std::string> (*name)(Dialog* owner, const std::string& title, const std::string& start) = nullptr;
 };
-/// Those of the current run.
+/// Sets those of the current run.
 void SetDesktopBoxes(const DesktopBoxes& boxes);
 
 /// The desktop's sound for a message.
 void Beep(MessageIcon icon);
 
-/// In the name of `owner`'s window. While another program has the clipboard open it is waited for, half a second at
-/// most; after that nothing is copied.
+/// Copies on behalf of `owner`'s window. Retries for up to half a second while another program has the clipboard open;
+/// after that nothing is copied.
 void CopyToClipboard(Dialog& owner, const std::string& text);
 
 struct FileQuestion {
   bool save = false;
   std::string filterName;        ///< "GM4 files"
   std::string extension;         ///< "GM4", also the default
-  std::string folder, fileName;  ///< where to begin
+  std::string folder, fileName;  ///< where the dialog starts
   int width = 0, height = 0;     ///< in: the size wanted, 0 for the system's. out: the size on close
 };
 /// The path chosen, or nothing.
@@ -60,7 +60,7 @@ std::optional<std::string> AskFile(Dialog* owner, FileQuestion& question);
 /// The colour chosen (0x00BBGGRR), or nothing. `start` is where the chooser opens.
 std::optional<std::uint32_t> AskColour(Dialog* owner, std::uint32_t start);
 
-/// A name, starting from `start`; nothing when cancelled.
+/// Prompts for a name, with `start` as the initial text; nothing when cancelled.
 std::optional<std::string> AskName(Dialog* owner, const std::string& title, const std::string& start);
 
 struct MenuItem {
@@ -68,18 +68,19 @@ struct MenuItem {
   std::string text;
   bool checked = false;
 };
-/// A popup menu at a place of the control (or at the pointer when `control` is 0). The id chosen, or 0.
+/// Shows a popup menu at a position in the control (or at the pointer when `control` is 0). Returns the id chosen, or
+/// 0.
 int PopupMenu(Dialog* owner, int control, int x, int y, std::span<const MenuItem> items);
 
-/// Shows or ends the wait cursor; nested.
+/// Shows or hides the wait cursor; calls nest.
 void SetWaitCursor(bool wait);
 
 bool IsShiftDown();
 
-/// Whether the desktop shows high contrast, in which only its own colours are used.
+/// Whether the desktop is in high contrast mode, in which only its own colours may be used.
 bool IsHighContrast();
 
-/// The colours of the desktop that the drawn controls use, by the field's names.
+/// The colours of the desktop that the drawn controls use.
 enum class SystemColour {
   ButtonFace,
   ButtonShadow,
@@ -94,14 +95,14 @@ enum class SystemColour {
 };
 std::uint32_t GetSystemColour(SystemColour colour);
 
-/// Thicknesses of the desktop's parts where a dialog shows, in pixels.
+/// System metrics for dialogs, in pixels.
 enum class SystemSize { DialogFrame, HorizontalScrollBar };
 int GetSystemSize(const Dialog& dialog, SystemSize size);
 
 /// Width and height of the screen in pixels.
 void ScreenSize(int& width, int& height);
 
-/// Off Windows: who answers. Members left empty answer "cancelled" (messages: OK).
+/// The responder off Windows. Empty members answer "cancelled" (messages: OK).
 struct UiResponder {
   std::function<bool(Dialog*, const std::string&, MessageButtons)> message;
   std::function<std::optional<std::string>(Dialog*, FileQuestion&)> file;
@@ -110,7 +111,7 @@ struct UiResponder {
   std::function<int(Dialog*, std::span<const MenuItem>)> menu;
   bool shiftDown = false, highContrast = false;
 };
-/// Replaces the current run's responder and gives back the old one.
+/// Replaces the current run's responder and returns the old one.
 UiResponder SetUiResponder(UiResponder responder);
 
 }  // namespace glyphmotion

@@ -7,8 +7,8 @@
 namespace glyphmotion {
 namespace {
 
-/// The part of each source pixel that lies under one destination pixel, in units of which the destination pixel has
-/// `source`: all sums are whole numbers.
+/// The part of each source pixel under one destination pixel, in units of 1/`source` of the destination pixel, so that
+/// all sums are integers.
 struct Share {
   int index;
   std::int64_t weight;

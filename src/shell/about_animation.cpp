@@ -20,7 +20,7 @@ void MakeLetters(AboutLetters& letters, int cellHeight) {
   letters = {};
   letters.cellHeight = cellHeight;
   const FontRequest font{"Arial", cellHeight, true, false};
-  const double margins = cellHeight / 3.0;  // what two neighbours' boxes have between them
+  const double margins = cellHeight / 3.0;  // of two adjacent boxes together
   for (const char c : kName) {
     GlyphBitmap glyph;
     GlyphBox box;
@@ -36,7 +36,7 @@ void MakeLetters(AboutLetters& letters, int cellHeight) {
 }
 
 void PaintSky(const DrawRequest& request, double phase) {
-  // A glow below the horizon goes from side to side.
+  // A glow below the horizon moves from side to side.
   const double middle = request.width * (0.5 + 0.38 * std::sin(kTurn * phase)), reach = request.width * 0.35;
   std::vector<int> glow(static_cast<std::size_t>(request.width));
   for (int x = 0; x < request.width; ++x) {
@@ -53,7 +53,7 @@ void PaintSky(const DrawRequest& request, double phase) {
   }
 }
 
-/// At any height: the rows above and below share the coverage.
+/// At a fractional height: the rows above and below share the coverage.
 void PaintLetter(const DrawRequest& request, const GlyphBitmap& glyph, int left, double top, Colour colour) {
   const int row = static_cast<int>(std::floor(top));
   const int below = static_cast<int>(255 * (top - row));
@@ -76,7 +76,7 @@ void PaintLetter(const DrawRequest& request, const GlyphBitmap& glyph, int left,
 void PaintAboutPicture(const DrawRequest& request, AboutLetters& letters, unsigned tick) {
   const double phase = static_cast<double>(tick % kAboutPeriod) / kAboutPeriod;
   PaintSky(request, phase);
-  // As high as the picture allows, as wide as it has room for.
+  // As high as the picture, limited by its width.
   const int cell = std::max(std::min(request.height * 7 / 10, request.width / 6), 6);
   if (letters.cellHeight != cell) MakeLetters(letters, cell);
   const double swing = request.height * 0.09, left = (request.width - letters.width) / 2;

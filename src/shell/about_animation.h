@@ -10,10 +10,10 @@
 
 namespace glyphmotion {
 
-constexpr int kAboutPeriod = 64;        ///< ticks from a picture to the same one again
-constexpr int kAboutMilliseconds = 60;  ///< a tick
+constexpr int kAboutPeriod = 64;        ///< ticks until the animation repeats
+constexpr int kAboutMilliseconds = 60;  ///< the length of a tick
 
-/// The letters, rendered once for a size of the picture.
+/// The letters, rendered once per picture size.
 struct AboutLetters {
   int cellHeight = 0;
   std::vector<GlyphBitmap> glyphs;
@@ -21,11 +21,11 @@ struct AboutLetters {
   double width = 0;
 };
 
-/// One picture as large as the request, `tick` ticks on. `letters` belongs to the caller and is made anew when the size
-/// is another. Without a font there is only the sky. Cost: a few operations a pixel.
+/// Paints the picture at `tick`, at the size of the request. `letters` is the caller's cache, rendered again when the
+/// size changes. Without a font there is only the sky. Cost: a few operations per pixel.
 void PaintAboutPicture(const DrawRequest& request, AboutLetters& letters, unsigned tick);
 
-/// A tick of the timer that moves a control's picture: repaints it, or ends the timer when the control is hidden.
+/// Handles a tick of a control's animation timer: repaints it, or stops the timer when the control is hidden.
 void RunAboutTimer(Dialog& dialog, int timer, int control);
 
 }  // namespace glyphmotion

@@ -20,7 +20,7 @@ struct AboutBox {
   unsigned tick = 0;
 };
 
-// The one that is open.
+// The open box.
 struct OpenAboutBox {
   AboutBox* box = nullptr;
 };

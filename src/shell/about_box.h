@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program is: its name in motion, its version, its licence.
+// The about box: the animated name, the version, the licence.
 #pragma once
 
 #include "platform/dialog.h"

@@ -28,7 +28,7 @@ constexpr const char* kComment =
 
 enum BackgroundKind : std::uint64_t { kBackgroundColour = 100, kBackgroundIndex = 101 };
 
-// What the dialog asks of this run, with what cannot go together already settled.
+// The dialog's options for this run, with conflicts already resolved.
 struct RunOptions {
   int effectIndex = 0;
   bool alpha = false, trueColour = false, customPalette = false, dither = false;
@@ -65,7 +65,7 @@ int DepthOfCount(int count) {
   return 24;
 }
 
-// What every way out of a run undoes, in the order of the destructors: the check of Alpha transparency, the running
+// Cleans up on every exit from a run, in the order of the destructors: the check of Alpha transparency, the running
 // picture, the frames, the cursor.
 struct WaitCursor {
   WaitCursor() { SetWaitCursor(true); }
@@ -108,7 +108,7 @@ class Run {
     Call(nullptr, HostOpProgress, static_cast<std::uint64_t>(position), static_cast<std::uint64_t>(total));
   }
   void Stage(int text) { Call(nullptr, HostOpStatusText, 0, Address(LoadText(text).c_str())); }
-  // A run that was asked to end has nothing to report.
+  // A run that was asked to end reports nothing.
   bool Fail(const std::string& text) {
     if (!EndRequested()) ShowMessage(&dialog_, text);
     RepaintNow(dialog_, 0);
@@ -204,9 +204,9 @@ class Run {
     return true;
   }
 
-  // The frame's 24-bit image gives way to one of palette indices.
+  // Replaces the frame's 24-bit image by one of palette indices.
   bool RemapFrame(FrameRecord& record, int number, ColourMatcher& matcher) {
-    // Borrowed: the record keeps its image until the new one stands.
+    // Borrowed: the record keeps its image until the new one exists.
     struct Borrowed {
       PackedDib dib;
       explicit Borrowed(BlockHandle handle) : dib(handle) {}
@@ -267,8 +267,8 @@ class Run {
     return true;
   }
 
-  // A host takes no other task while one is open, so this one is ended on every way out, also when memory runs out over
-  // a message. The host abandons a file only after everything here has been freed.
+  // A host accepts no other task while one is open, so this one is ended on every exit, even when memory runs out while
+  // a message is shown. The host abandons a file only after everything here has been freed.
   struct OpenTask {
     Run& run;
     HostTaskRecord& task;
@@ -278,7 +278,7 @@ class Run {
       run.resources_.reset();
       try {
         run.Call(&task, HostOpEndTask, 0, 0);
-      } catch (...) {  // a host that throws, on a way out that may be an exception's own
+      } catch (...) {  // the host threw, perhaps during stack unwinding
       }
     }
   };

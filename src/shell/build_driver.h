@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one function behind the Build and Test buttons.
+// The function behind the Build and Test buttons.
 #pragma once
 
 #include "glyphmotion/host_contract.h"
@@ -8,9 +8,9 @@
 namespace glyphmotion {
 
 /// Reads the output options, runs the chosen effect, reduces the colours, hands the frames to the host and frees
-/// everything. Every failure is told in a message box; the dialog then stays open. `test` unchecks Alpha transparency
-/// for the run and opens a test task. Returns true when the host got the finished task; the caller ends the dialog
-/// after a Build in any case it wants to.
+/// everything. Every failure is reported in a message box; the dialog then stays open. `test` unchecks Alpha
+/// transparency for the run and opens a test task. Returns true when the host got the finished task; ending the dialog
+/// after a Build is up to the caller.
 bool BuildDriver(Dialog& dialog, const HostCallTable& hostCalls, bool test);
 
 }  // namespace glyphmotion

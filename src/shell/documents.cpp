@@ -21,18 +21,20 @@ namespace {
 
 constexpr std::string_view kPluginName = "Glyphmotion 4 Plugin", kMakerName = "Tessaloom";
 constexpr std::string_view kEndRemark = ";End of document";
-constexpr std::size_t kLongestFirstLine = 8192;  // characters that are searched for the two names
+constexpr std::size_t kLongestFirstLine = 8192;  // bytes that are searched for the two names
 
-void Tell(Dialog& dialog, int text) {
+void Report(Dialog& dialog, int text) {
   ShowMessage(&dialog, LoadText(text));
   RepaintNow(dialog, 0);
 }
 
-void TellMemoryIsOut(Dialog& dialog) noexcept try { Tell(dialog, kTextMemoryError); } catch (const std::exception&) {
-  // There is no memory left even for the message.
+void ReportOutOfMemory(Dialog& dialog) noexcept try {
+  Report(dialog, kTextMemoryError);
+} catch (const std::exception&) {
+  // Not enough memory even for the message.
 }
 
-/// A control's line, or nothing when it keeps none. Whatever the control's text holds, it stays one line of UTF-8.
+/// A control's line, or nothing if it has none. Always a single line of UTF-8, whatever the control's text contains.
 std::string LineOfControl(Dialog& dialog, int id) {
   std::string line;
   SendToControl(dialog, id, {kMessageSaveControl, 0, PointerArgument(&line)});
@@ -52,20 +54,7 @@ std::string ChangedLine(std::string line, int id, const DocumentChanges& changes
   return line;
 }
 
-std::string DocumentText(Dialog& dialog, const DocumentChanges& changes) {
-  const std::string end(LineEnd());
-  std::string text = ";This is a document created by ";
-  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
-  text += ";Start of document" + end;
-  if (!changes.remark.empty()) text.append(changes.remark).append(end);
-  for (int id : Children(dialog)) {
-    const std::string line = id > 0 ? ChangedLine(LineOfControl(dialog, id), id, changes) : std::string();
-    if (!line.empty()) text += line + end;
-  }
-  return text.append(kEndRemark).append(end);
-}
-
-/// Takes the next line off `rest`, cut where a C string of it would end.
+/// Removes the next line from `rest`, truncated at a NUL.
 std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
   std::string_view line = rest.substr(0, end);
@@ -78,8 +67,7 @@ int IdOfLine(std::string_view line) {
   return line.starts_with(';') || line.size() <= kStemLength ? 0 : LeadingNumber(line.substr(kStemLength));
 }
 
-/// The lines after the first; nothing when the first line is not that of a document. A file without a first line is a
-/// document without lines.
+/// The lines after the first; nothing if the first line is not a document's. An empty file is a document without lines.
 std::optional<std::string_view> LinesOf(std::string_view text) {
   if (text.empty()) return text;
   const std::string_view first = NextLine(text).substr(0, kLongestFirstLine);
@@ -97,7 +85,7 @@ void LoadLines(Dialog& dialog, std::string_view rest) {
   }
 }
 
-/// What stands after the first "=" and any "=" and blanks that follow it.
+/// The text after the first "=" and any further "=" and blanks.
 std::string ValueOfLine(std::string_view line) {
   const std::size_t value = line.find_first_not_of("= ", std::min(line.find('='), line.size()));
   return value == std::string_view::npos ? std::string() : std::string(line.substr(value));
@@ -105,35 +93,52 @@ std::string ValueOfLine(std::string_view line) {
 
 }  // namespace
 
+std::string DocumentText(Dialog& dialog, const DocumentChanges& changes) {
+  const std::string end(LineEnd());
+  std::string text = ";This is a document created by ";
+  text.append(kPluginName).append(" by ").append(kMakerName).append(" - do not edit.").append(end);
+  text += ";Start of document" + end;
+  if (!changes.remark.empty()) text.append(changes.remark).append(end);
+  for (int id : Children(dialog)) {
+    const std::string line = id > 0 ? ChangedLine(LineOfControl(dialog, id), id, changes) : std::string();
+    if (!line.empty()) text += line + end;
+  }
+  return text.append(kEndRemark).append(end);
+}
+
+bool TakeDocumentText(Dialog& dialog, std::string_view text) {
+  const auto lines = LinesOf(text);
+  if (!lines) return false;
+  LoadLines(dialog, *lines);
+  Send(dialog, {kMessageRefresh, 0, 0});
+  return true;
+}
+
 int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges& changes) noexcept try {
   if (AtomicWriteFile(path, DocumentText(dialog, changes))) return 1;
-  Tell(dialog, kTextDocumentNotCreated);
+  Report(dialog, kTextDocumentNotCreated);
   return 0;
 } catch (const std::exception&) {
-  TellMemoryIsOut(dialog);
+  ReportOutOfMemory(dialog);
   return 0;
 }
 
 int LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
   const auto bytes = ReadWholeFile(path);
-  const std::string text = TextFromBytes(bytes.value_or(std::string()));
-  const auto lines = LinesOf(text);
-  if (!bytes || !lines) {
-    Tell(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
-    return 0;
-  }
-  LoadLines(dialog, *lines);
-  Send(dialog, {kMessageRefresh, 0, 0});
-  return 1;
+  if (bytes && TakeDocumentText(dialog, TextFromBytes(*bytes))) return 1;
+  Report(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
+  return 0;
 } catch (const std::exception&) {
-  TellMemoryIsOut(dialog);  // the controls that have their lines keep them
+  ReportOutOfMemory(dialog);  // controls already loaded keep their values
   return 0;
 }
 
 DocumentSummary SummariseDocument(const std::string& path) {
+  return SummariseDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
+}
+
+DocumentSummary SummariseDocumentText(std::string_view text) {
   DocumentSummary summary;
-  const auto bytes = ReadWholeFile(path);
-  const std::string text = TextFromBytes(bytes.value_or(std::string()));
   std::string_view rest = LinesOf(text).value_or(std::string_view());
   while (!rest.empty()) {
     const std::string_view line = NextLine(rest);

@@ -27,7 +27,7 @@ static_assert(offsetof(HostTaskRecord, palette) == 32 && offsetof(HostTaskRecord
 static_assert(offsetof(HostImageRecord, delay) == 32 && offsetof(HostImageRecord, transparentIndex) == 40);
 static_assert(offsetof(HostCallTable, HostCall) == 16 && offsetof(HostCallTable, hostFlags) == 32);
 
-// The text engine runs for as long as a dialog does.
+// The text engine runs while a dialog does.
 struct TextEngineRun {
   TextEngineRun() {
     DrawOpRecord request;
@@ -83,7 +83,7 @@ int PLUGIN16DoBuild(void* ownerWindow, const HostCallTable* table) {
     const int result = glyphmotion::RunMainDialog(ownerWindow, table);
     glyphmotion::LeaveUnsavedVariables();
     return result;
-  } catch (...) {  // nothing may cross this boundary; a dialog that cannot even be made has built nothing
+  } catch (...) {  // exceptions must not cross this boundary; a dialog that cannot be created has built nothing
     return 1;
   }
 }

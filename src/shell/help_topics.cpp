@@ -14,14 +14,14 @@ const EffectDescriptor& ChosenEffect(const Dialog& dialog) {
   return EffectRow(std::clamp(GetSelection(dialog, ControlId::Effect), 0, kEffectCount - 1));
 }
 
-/// "Event Horizon" is at EVENT-HORIZON.
+/// Converts "Event Horizon" to EVENT-HORIZON.
 std::string TopicOfEffect(const EffectDescriptor& effect) {
   std::string topic = effect.name;
   for (char& c : topic) c = c == ' ' ? '-' : c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   return topic;
 }
 
-/// Of an option in a panel: those that most panels have are explained together.
+/// The topic of an option in a panel; options that most panels have share one section.
 std::string TopicOfOption(const Dialog& dialog, int id) {
   if (KindOf(dialog, id) == ControlKind::MaterialButton) return "MATERIALS";
   const EffectDescriptor& effect = ChosenEffect(dialog);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which part of the help page explains a control of the main dialog.
+// Maps controls of the main dialog to sections of the help page.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace glyphmotion {
 
-/// The anchor of the control's part in the help page; that of its beginning for 0.
+/// The anchor of the control's section in the help page; for 0, that of its start.
 std::string HelpTopicOf(const Dialog& dialog, int id);
 
 }  // namespace glyphmotion

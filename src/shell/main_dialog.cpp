@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The dialog's state is its controls; what stands here beside them is the host's table, the place of the panels and the
-// size of the file dialogs. From top to bottom: the host, options and their constraints, panels, documents,
-// registration, the start, the commands.
+// The dialog's state is in its controls; kept here are only the host's table, the position of the panels and the size
+// of the file dialogs. From top to bottom: the host, options and their constraints, panels, documents, registration,
+// the start, the commands.
 #include "shell/main_dialog.h"
 
 #include <algorithm>
@@ -47,15 +47,15 @@ using namespace MainControl;
 constexpr int kSampleTimer = 15, kAboutTimer = 16;
 constexpr int kTextLimit = 260, kTitleLimit = 260;
 constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
-constexpr int kFirstOptionOfTheSample = 50;  // options below do not show in the sample
+constexpr int kFirstOptionOfTheSample = 50;  // options with lower ids do not affect the sample
 constexpr const char* kUntitled = "untitled.gm4";
 constexpr const char* kHelpPage = "TLMPLGM4.HTML";
 constexpr const char* kHelpTopic = "PREFACE";
-constexpr std::size_t kPathBuffer = 261;  // what a host writes a path into
+constexpr std::size_t kPathBuffer = 261;  // size of the buffer for a host's path
 
 struct MainDialogState {
   const HostCallTable* hostCalls = nullptr;
-  int effect = -1;  // whose panel shows
+  int effect = -1;  // the effect of the visible panel
   bool repaintPosted = false;
   bool running = false;  // a Build or a Test
   int fileDialogWidth = 0, fileDialogHeight = 0;
@@ -63,7 +63,7 @@ struct MainDialogState {
   unsigned aboutTick = 0;
 };
 
-// Of a run, which has one main dialog.
+// Belongs to a run, which has one main dialog.
 MainDialogState& State() { return CurrentRun().Member<MainDialogState>(); }
 
 // --- The host ---
@@ -78,7 +78,7 @@ bool HostHas(std::uint32_t flag) { return (State().hostCalls->hostFlags & flag) 
 
 // --- Options ---
 
-void Tell(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
+void Report(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
 
 Variable& VariableOf(const char* key) { return *FindVariable(key); }
 
@@ -87,7 +87,7 @@ void RepaintSample(Dialog& dialog) {
   Post(dialog, {kMessageRepaintSample, 0, 0});
 }
 
-// While a person types, the sample waits for a pause.
+// While the user types, the sample waits for a pause.
 void RepaintSampleLater(Dialog& dialog) {
   SetTimer(dialog, kSampleTimer, static_cast<int>(std::min(NumberVariable("UpdateDelay"), 60000u)));
 }
@@ -134,7 +134,7 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
   Variable* variable = control.key ? FindVariable(control.key) : nullptr;
   switch (control.kind) {
     case ControlKind::MaterialButton:
-      // Its window word is its material, which has a file of its own; a key only says the first colour.
+      // Its user data is its material, which has a file of its own; a key only sets the initial colour.
       InstallFamily(dialog, control.id, *family, nullptr);
       InitialiseMaterial(dialog, control.id, variable ? variable->number : control.initial);
       return;
@@ -149,7 +149,7 @@ void InstallControl(Dialog& dialog, const ControlTemplate& control) {
   }
 }
 
-// A fill or a direction without its block would read as another one, so a panel stands whole or not at all.
+// A fill or a direction without its block would read as another value, so a panel is created whole or not at all.
 bool InstallPanel(Dialog& dialog, const DialogTemplate& panel) {
   if (!AddControls(dialog, panel, ControlId::Effect)) return false;
   for (const ControlTemplate& control : panel.controls) {
@@ -201,7 +201,7 @@ std::optional<std::string> AskDocument(Dialog& dialog, bool save) {
   return path;
 }
 
-// Only what was loaded or saved becomes current: Save writes over the current document without asking.
+// Only a document that was loaded or saved becomes current: Save overwrites the current document without asking.
 void RememberDocument(const std::string& path) {
   VariableOf("CurrentFileName").text = path;
   VariableOf("OpenPath").text = path.substr(0, FilePartOf(path));
@@ -229,7 +229,7 @@ void ShowDocumentMenu(Dialog& dialog) {
   const MenuItem items[] = {{Open, LoadText(kTextMenuOpen), false},
                             {Save, LoadText(kTextMenuSave), false},
                             {SaveAs, LoadText(kTextMenuSaveAs), false}};
-  // Pressed by key, with the pointer elsewhere, the button has the menu below it.
+  // If the button is pressed by key, with the pointer elsewhere, the menu opens below it.
   const ControlRectangle place = RectangleOf(dialog, OpenSave);
   const int below = IsPointerOver(dialog, OpenSave) ? 0 : int{OpenSave};
   const int chosen = PopupMenu(&dialog, below, 0, place.bottom - place.top, items);
@@ -238,7 +238,7 @@ void ShowDocumentMenu(Dialog& dialog) {
 
 // --- Registration, help and the check of the program ---
 
-// Any name with any code is a registration; half of one is none.
+// Any name with any code is a registration; one without the other is not.
 void CheckRegistration() {
   std::string& name = VariableOf("RegistrationName").text;
   std::string& code = VariableOf("RegistrationCode").text;
@@ -268,14 +268,14 @@ void RegisterCopy(Dialog& dialog) {
 // A damaged program says so and ends its dialog; the host lives on.
 bool CheckIntegrity(Dialog& dialog) {
   if (AreTextsIntact()) return true;
-  Tell(dialog, kTextDamagedProgram);
+  Report(dialog, kTextDamagedProgram);
   EndDialog(dialog, 0);
   return false;
 }
 
 void ShowTopic(Dialog& dialog, const char* topic) {
   const std::string reference = std::string(kHelpPage) + "#" + topic;
-  if (!CallHost(HostOpShowHelp, 0, AddressOf(reference.c_str()))) Tell(dialog, kTextHelpNotShown);
+  if (!CallHost(HostOpShowHelp, 0, AddressOf(reference.c_str()))) Report(dialog, kTextHelpNotShown);
 }
 
 void ShowHelp(Dialog& dialog) {
@@ -283,7 +283,7 @@ void ShowHelp(Dialog& dialog) {
   CheckIntegrity(dialog);
 }
 
-// A host that lets messages through while a run is on brings the next click within it; that one is passed over.
+// A host that pumps messages during a run may deliver another click, which is ignored.
 struct RunningMark {
   RunningMark() { State().running = true; }
   RunningMark(const RunningMark&) = delete;
@@ -299,11 +299,11 @@ void Run(Dialog& dialog, bool test) {
   RepaintNow(dialog, test ? Test : Build);
   const bool done = BuildDriver(dialog, host, test);
   if (test) return RepaintNow(dialog, 0);
-  // After a failure, which has been told, the dialog stays open for another try.
+  // After a failure, which has been reported, the dialog stays open for another try.
   if (done) EndDialog(dialog, 1);
 }
 
-// --- What the editors' windows ask of the host ---
+// --- The host's services for the editors' windows ---
 
 PackedDib ChoosePictureOfHost(Dialog& dialog) {
   char path[kPathBuffer] = {};
@@ -320,7 +320,7 @@ void ResetPathsOnShift() {
   VariableOf("OpenPath").text = DocumentsFolder();
 }
 
-// The font by name, also one that is not listed but that the machine has a stand-in for.
+// Selects the font by name, including one that is not listed but has a substitute.
 bool SelectFont(Dialog& dialog, const std::string& family) {
   if (SelectText(dialog, ControlId::Font, family) >= 0) return true;
   if (family.empty() || !HasFontFamily(family)) return false;
@@ -340,7 +340,7 @@ void FillPalettes(Dialog& dialog) {
   SetSelection(dialog, MainControl::Palette, static_cast<int>(NumberVariable("MainPalette")));
 }
 
-// True colour only where the host's format takes it.
+// True colour only if the host's format supports it.
 void LimitToTrueColour(Dialog& dialog) {
   if (HostHas(HostFlagTrueColorFormat)) return;
   VariableOf("Truecolour").number = 0;
@@ -348,7 +348,7 @@ void LimitToTrueColour(Dialog& dialog) {
   Enable(dialog, TrueColour, false);
 }
 
-// Palettes, their transparent index and 1/100 s on one side; alpha and milliseconds on the other.
+// A palette format has palettes, a transparent index and 1/100 s; the others have alpha and milliseconds.
 void LimitToFormat(Dialog& dialog) {
   const bool palette = HostHas(HostFlagPaletteFormat), shift = IsShiftDown();
   SetText(dialog, ControlId::Delay + kUpDownOffset, palette ? "1,25,4" : "1,250,40");
@@ -371,11 +371,11 @@ void InstallPanels(Dialog& dialog) {
   for (int i = 0; i < kEffectCount; ++i) {
     AddItem(dialog, ControlId::Effect, EffectRow(i).name);
     if (InstallPanel(dialog, *EffectRow(i).panel)) continue;
-    Tell(dialog, kTextPanelFailed);
+    Report(dialog, kTextPanelFailed);
     PostCommand(dialog, Cancel);
     return;
   }
-  // A file of another version may hold a number that no row has.
+  // A file of another version may contain an index that is out of range.
   const int effect = static_cast<int>(NumberVariable("MainEffect"));
   SetSelection(dialog, ControlId::Effect, std::clamp(effect, 0, kEffectCount - 1));
 }
@@ -398,7 +398,7 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   LoadSettings();
   CheckRegistration();
   if (!hostCalls->HostCall) {
-    Tell(dialog, kTextInternalError);
+    Report(dialog, kTextInternalError);
     PostCommand(dialog, Cancel);
   }
   ResetPathsOnShift();
@@ -471,7 +471,7 @@ void OnEffect(Dialog& dialog, int code) {
   RepaintSample(dialog);
 }
 
-// Every other control: its family knows what to do with it.
+// Every other control is handled by its family.
 void OnOption(Dialog& dialog, int id, int code) {
   if (!IsDialogVisible(dialog) || !HasControl(dialog, id)) return;
   if (code == kEditLeft) return ShowReadNumber(dialog, id);
@@ -565,7 +565,7 @@ std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message) {
   switch (message.number) {
     case kMessageInitialise:
       Initialise(dialog, PointerOf<const HostCallTable>(message.b));
-      return 0;  // the focus has its place already
+      return 0;  // the focus is already set
     case kMessageRefresh:
       Refresh(dialog);
       return 1;

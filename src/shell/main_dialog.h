@@ -15,7 +15,7 @@ enum MainDialogMessage : std::uint32_t {
   kMessageRepaintSample = 1327  ///< repaints the sample window
 };
 
-/// Ids of the main dialog's controls beside those that renderers read (text/compositing.h).
+/// Ids of the main dialog's controls, except those that renderers read (text/compositing.h).
 namespace MainControl {
 constexpr int Build = 1, Cancel = 2, Help = 9, TrueColour = 10, SizeText = 12, Palette = 13, CustomPalette = 14,
               Dither = 15;
@@ -28,8 +28,8 @@ constexpr int Sample = 25, Transparent = 35, OpenSave = 36, Open = 37, Save = 38
 /// The dialog's procedure; the parameter of its kMessageInitialise is the const HostCallTable*.
 std::int64_t MainDialogProcedure(Dialog& dialog, const Message& message);
 
-/// What PLUGIN16DoBuild does, as a part of the current run, which must be new: Render() prepares its run first. 1 once
-/// the dialog has ended, 0 for a host that is refused. May throw.
+/// Implements PLUGIN16DoBuild within the current run, which must be new; Render() prepares its run first. Returns 1
+/// once the dialog has ended, 0 if the host is refused. May throw.
 int RunMainDialog(void* ownerWindow, const HostCallTable* table);
 
 }  // namespace glyphmotion

@@ -15,13 +15,13 @@ using namespace BoxControl;
 
 constexpr int kLongest = 260;
 
-// The one that is open.
+// The open dialog.
 struct OpenRegistration {
   Registration* asked = nullptr;
 };
 Registration*& Asked() { return CurrentRun().Member<OpenRegistration>().asked; }
 
-/// What is typed, without the blanks that copying a code leaves around it.
+/// The typed text, trimmed, since a pasted code may have blanks around it.
 std::string Typed(const Dialog& dialog, int field) {
   const std::string text = GetText(dialog, field);
   const std::size_t first = text.find_first_not_of(" \t"), last = text.find_last_not_of(" \t");

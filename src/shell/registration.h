@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Who this copy belongs to: a name and a code. Any name with any code is a registration; half of one is none.
+// The registration of this copy: a name and a code. Any name with any code is a registration; one without the other is
+// not.
 #pragma once
 
 #include <string>
@@ -12,7 +13,7 @@ struct Registration {
   std::string name, code;
 };
 
-/// Asks for both, starting from those given; OK is there once both have something. False, with nothing changed, when
+/// Prompts for both, starting from those given; OK is enabled once neither is empty. False, with nothing changed, when
 /// cancelled.
 bool AskRegistration(Dialog& owner, Registration& registration);
 

@@ -43,7 +43,7 @@ void DrawSampleWindow(Dialog& dialog, const DrawRequest& request) {
     PaintBitmap(request, place, frame);
     if (NumberVariable("SampleWindowKeyLine")) FrameFace(request, Shrunk(place, -1), kLightGrey, kLightGrey);
   }
-  // Last, over the edges of a picture that is larger.
+  // Drawn last, over the edges of a larger picture.
   FrameFace(request, whole, edge, edge);
 }
 

@@ -6,8 +6,8 @@
 
 namespace glyphmotion {
 
-/// The sample window: the current effect's still frame, centred on its background colour, in a frame of one pixel. With
-/// no frame the field is empty. Sets the size text.
+/// The sample window: the current effect's still frame, centred on its background colour, in a frame of one pixel.
+/// Without a frame the field is empty. Sets the size text.
 void DrawSampleWindow(Dialog& dialog, const DrawRequest& request);
 
 /// The size text under the sample window, one line.

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kLongestText = 260;  // characters
 
-/// Digits after blanks and a sign, modulo 2^32, so that what was saved as unsigned comes back.
+/// Parses digits after blanks and a sign, modulo 2^32, so that unsigned numbers survive.
 std::uint32_t WrappedNumber(std::string_view text) noexcept {
   std::size_t i = text.find_first_not_of(' ');
   if (i == std::string_view::npos) return 0;
@@ -37,7 +37,7 @@ std::string_view SkipAll(std::string_view text, char character) noexcept {
 
 bool IsControl(char character) noexcept { return static_cast<unsigned char>(character) < ' '; }
 
-/// The first row that the key is a beginning of. Old files rely on that; a short key means the first such row.
+/// The first row whose key starts with `key`: old files rely on abbreviated keys.
 Variable* FirstMatch(std::string_view key, bool registrationOnly) {
   for (std::size_t i = 0; i < SettingsTable().size(); ++i) {
     const SettingsRow& row = SettingsTable()[i];
@@ -47,7 +47,7 @@ Variable* FirstMatch(std::string_view key, bool registrationOnly) {
   return nullptr;
 }
 
-/// A line without what a control character cuts off.
+/// A line, truncated at its first control character.
 std::string_view Readable(std::string_view line) {
   return line.substr(0, static_cast<std::size_t>(std::find_if(line.begin(), line.end(), IsControl) - line.begin()));
 }
@@ -76,7 +76,7 @@ void ForEachLine(std::string_view bytes, Take take) {
   }
 }
 
-/// One line's worth of a text. Bytes that are no UTF-8 would have the whole file read as Windows-1252.
+/// A text reduced to one line. Bytes that are not UTF-8 would make the whole file be read as Windows-1252.
 std::string OneLine(const std::string& text) {
   std::string line = IsUtf8(text) ? text : TextFromBytes(text);
   line = CutCharacters(line, kLongestText);
@@ -86,7 +86,8 @@ std::string OneLine(const std::string& text) {
   return line;
 }
 
-/// A shortened path names another file, which the next save would overwrite. A path that does not fit is not kept.
+/// A truncated path would name another file, which the next save would overwrite, so a path that does not fit is
+/// dropped.
 bool IsPathTooLong(const Variable& variable, std::string_view value) {
   const std::string_view key = variable.row->key;
   return (key == "CurrentFileName" || key == "OpenPath") && CountCharacters(value) > kLongestText;
@@ -106,8 +107,8 @@ void ResetForLoading() {
   openPath->text = kept;
 }
 
-// The registration's code: each byte is combined with one of a sequence that its check byte starts, so that equal texts
-// give equal forms and a changed digit is noticed.
+// The stored form of the registration: each byte is combined with a sequence seeded by the check byte, so that equal
+// texts have equal forms and a changed digit is detected.
 struct Sequence {
   std::uint32_t state;
   explicit Sequence(std::uint8_t check) : state(0x47344D00u + check) {}
@@ -123,7 +124,7 @@ std::uint8_t CheckByte(std::string_view text) {
   return static_cast<std::uint8_t>(check ^ check >> 8);
 }
 
-/// The byte at pair `i`, -1 when the pair is no number.
+/// The byte at pair `i`, -1 if the pair is not hexadecimal.
 int HexByte(std::string_view stored, std::size_t i) {
   const int high = HexDigit(stored[2 * i]), low = HexDigit(stored[2 * i + 1]);
   return high < 0 || low < 0 ? -1 : high * 16 + low;
@@ -205,7 +206,7 @@ void LoadSettings() noexcept try {
   ResetForLoading();
   if (const auto bytes = ReadWholeFile(SettingsFilePath())) ApplySettings(*bytes, shift);
 } catch (const std::exception&) {
-  // Out of memory: what has been taken stands, the rest are defaults.
+  // Out of memory: values read so far are kept, the rest are defaults.
 }
 
 void SaveSettings() noexcept try {
@@ -214,7 +215,7 @@ void SaveSettings() noexcept try {
   if (!CurrentFolderOverrides().settingsFile) EnsureFolder(SettingsFolder());
   AtomicWriteFile(path, SettingsText());
 } catch (const std::exception&) {
-  // Out of memory: the file stays as it was.
+  // Out of memory: the file is unchanged.
 }
 
 }  // namespace glyphmotion

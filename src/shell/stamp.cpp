@@ -6,7 +6,7 @@
 namespace glyphmotion {
 namespace {
 
-// One text row a pixel row, six columns a letter.
+// One string per pixel row, six columns per letter.
 constexpr int kRows = 7, kColumns = 71;
 constexpr const char* kStamp[kRows] = {"#   # #   # ####  #####  ###  ###  #### ##### ##### ####  ##### ####  ",
                                        "#   # ##  # #   # #     #   #  #  #       #   #     #   # #     #   # ",

@@ -81,7 +81,7 @@ class GlyphCache {
 TextMeasure MeasureText(const TextLine& line, bool accentCompensation, GlyphCache& cache);
 
 /// A new mask of width x height with the first character's box at (x, y); glyphs merge by maximum; `level` (0 to 255)
-/// scales the coverage. Nothing when a character could not be drawn or memory is out.
+/// scales the coverage. Empty when a character could not be drawn or out of memory.
 PackedDib RasteriseText(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height,
                         int level, GlyphCache& cache);
 

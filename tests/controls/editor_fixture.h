@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A scratch home, a dialog that owns the controls with fills or an editor, and a person before the dialogs behind them.
+// A scratch home, a dialog that owns the controls with fills or an editor, and a scripted user for the dialogs behind
+// them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -36,7 +37,7 @@ class EditorDialog : public testing::Test {
   int menuChoice = 0, menus = 0;
   std::vector<std::string> menuItems;  ///< of the last menu
   std::map<int, Script> scripts;       ///< what the person does, by template
-  static inline std::string topic;     ///< the last that help was asked for
+  static inline std::string topic;     ///< the last requested help topic
   UiResponder responder;
 
   void SetUp() override {

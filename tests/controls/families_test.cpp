@@ -42,7 +42,7 @@ const std::map<int, const ControlFamily*> kFamilies = {
     {110, &kScrollFourFamily}, {111, &kScrollTwoFamily}, {112, &kScrollAxisFamily},
 };
 
-/// Commands that the dialog got, and whether it stores what it hears of, as the main dialog does.
+/// Commands that the dialog got, and whether it stores changes, as the main dialog does.
 std::vector<int> commands;
 bool storing = false;
 
@@ -235,16 +235,16 @@ TEST(DirectionPickers, EachCellIsHitInsideItsSquareOnly) {
   }
 }
 
-TEST(DirectionPickers, PressesAndArrowKeysChooseAndTell) {
+TEST(DirectionPickers, PressesAndArrowKeysChooseAndNotify) {
   WithFamilies([](Dialog& dialog, std::map<int, Variable>& variables) {
     storing = true;
     Mouse(dialog, 109, kMessageLeftDown, 74, 74);
     EXPECT_EQ(ReadDirection(dialog, 109), 7);
     EXPECT_EQ(variables[109].number, 7u);
     Mouse(dialog, 109, kMessageLeftDown, 30, 30);
-    EXPECT_EQ(ReadDirection(dialog, 109), 7) << "the centre is no cell";
+    EXPECT_EQ(ReadDirection(dialog, 109), 7) << "the centre is not a cell";
     Mouse(dialog, 109, kMessageLeftDown, 74, 74);
-    EXPECT_EQ(commands, std::vector<int>{109}) << "only a change is told";
+    EXPECT_EQ(commands, std::vector<int>{109}) << "only changes notify";
     const struct {
       int id, from;
       KeyCode key;

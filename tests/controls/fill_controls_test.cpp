@@ -179,7 +179,7 @@ TEST_F(FillControls, AMaterialShowsItsCaptionAndItsFocus) {
   });
 }
 
-TEST_F(FillControls, FaceEditsAndTellsEvenWhenCancelled) {
+TEST_F(FillControls, FaceEditsAndNotifiesEvenWhenCancelled) {
   WithDialog([&](Dialog& dialog) {
     Mouse(dialog, kMaterialId, kMessageLeftDown, 5, 5);
     Mouse(dialog, kMaterialId, kMessageLeftUp, 500, 500);

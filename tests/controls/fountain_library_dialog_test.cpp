@@ -73,7 +73,7 @@ class FountainLibrary : public EditorDialog {
   static std::string BytesOf(const std::string& file) { return ReadWholeFile(file).value_or(""); }
 };
 
-TEST_F(FountainLibrary, EveryWayOfDeletingDeletesAndOnlyOkWrites) {
+TEST_F(FountainLibrary, EveryDeleteCommandDeletesAndOnlyOkWrites) {
   const std::string before = BytesOf(path);
   const auto change = [&](Dialog& dialog) {
     EXPECT_EQ(ItemCount(dialog, kList), 4);
@@ -182,7 +182,7 @@ TEST_F(FountainLibrary, ItemsShowTheFountainAtTheirWidth) {
   });
 }
 
-TEST_F(FountainLibrary, WhatCannotBeReadOrWrittenIsToldAndNothingIsLost) {
+TEST_F(FountainLibrary, ReadAndWriteErrorsAreReportedAndNothingIsLost) {
   std::string bytes = BytesOf(path);
   bytes[80 + 2 * 340] = 'X';  // the third item's signature
   std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -191,7 +191,7 @@ TEST_F(FountainLibrary, WhatCannotBeReadOrWrittenIsToldAndNothingIsLost) {
     EXPECT_EQ(ItemCount(dialog, kList), 2) << "what came before the damage";
     Click(dialog, kOk);
   });
-  EXPECT_EQ(BytesOf(path), bytes) << "nobody changed anything";
+  EXPECT_EQ(BytesOf(path), bytes) << "nothing was changed";
   messages.clear();
   Manage([&](Dialog& dialog) {
     messages.clear();
@@ -210,7 +210,7 @@ TEST_F(FountainLibrary, WhatCannotBeReadOrWrittenIsToldAndNothingIsLost) {
   EXPECT_EQ(Order(), "1");
 }
 
-// The data folder takes no library: what shows is the shipped one, which belongs to everybody on the machine.
+// The data folder is not writable: the shipped library is shown, which all users of the machine share.
 TEST_F(FountainLibrary, TheShippedOneIsReadButNeverWritten) {
   std::filesystem::remove(path);
   std::filesystem::create_directory(path);

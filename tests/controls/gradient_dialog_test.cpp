@@ -158,7 +158,7 @@ TEST_F(GradientDialog, NumbersStayWithinTheirLimitsWhileTyped) {
   });
 }
 
-TEST_F(GradientDialog, MidpointGoesByItsMessageAndKeepsBothControlsInStep) {
+TEST_F(GradientDialog, MidpointUsesItsMessageAndKeepsBothControlsInSync) {
   Edit([&](Dialog& dialog) {
     SetText(dialog, Midpoint, "20");
     EXPECT_EQ(Field(dialog, Midpoint), 50) << "the edit does not set the field itself";
@@ -178,7 +178,7 @@ TEST_F(GradientDialog, MidpointGoesByItsMessageAndKeepsBothControlsInStep) {
   });
 }
 
-TEST_F(GradientDialog, ControlsThatMeanNothingNowAreDisabled) {
+TEST_F(GradientDialog, ControlsThatDoNotApplyAreDisabled) {
   const struct {
     int type, colours;
     const char* edgePad;
@@ -300,7 +300,7 @@ TEST_F(GradientDialog, FountainShowsAtOnceAlsoWhileItIsDragged) {
   });
 }
 
-TEST_F(GradientDialog, FountainGoesByKeys) {
+TEST_F(GradientDialog, FountainIsEditedByKeys) {
   colour = 0x0A0B0C;
   Edit([&](Dialog& dialog) {
     Click(dialog, MultiColor);
@@ -343,7 +343,7 @@ TEST_F(GradientDialog, FountainGoesByKeys) {
   });
 }
 
-TEST_F(GradientDialog, MarkerPositionShowsOnTheWayAndCancelBringsItBack) {
+TEST_F(GradientDialog, MarkerPositionIsPreviewedAndCancelRestoresIt) {
   const auto marker = [](Dialog& dialog, int index) { return +Copy(dialog).fountain.Markers[index]; };
   const Message adjust{kMessageFountainPosition, 3, 0};
   Dialog* gradient = nullptr;

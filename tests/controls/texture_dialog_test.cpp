@@ -222,7 +222,7 @@ TEST_F(TextureWindow, ThePrimaryGroupIsProtected) {
   EXPECT_FALSE(std::filesystem::exists(Data("tlmplgm4.fft"))) << "the primary group is never written";
 }
 
-TEST_F(TextureWindow, AGroupOfOnesOwnIsEditedAndWrittenOnOk) {
+TEST_F(TextureWindow, AGroupOfTheUsersIsEditedAndWrittenOnOk) {
   std::size_t shipped = 0;
   Use([&](Dialog& dialog) {
     shipped = static_cast<std::size_t>(ItemCount(dialog, List));
@@ -317,7 +317,7 @@ TEST_F(TextureWindow, GroupsAreReplacedAndDeletedOnlyAfterAYes) {
   EXPECT_FALSE(std::filesystem::exists(Data(".FFT")));
 }
 
-TEST_F(TextureWindow, DamagedGroupsAreToldAndTheOneBeforeStays) {
+TEST_F(TextureWindow, DamagedGroupsAreReportedAndThePreviousOneStays) {
   const std::string damaged = "There has been an error importing the selected texture file. The file may be damaged.";
   std::filesystem::copy_file(OwnCopy("tlmplgm4.fft"), Data("Another.FFT"));
   std::filesystem::resize_file(Data("tlmplgm4.fft"), 5);
@@ -334,7 +334,7 @@ TEST_F(TextureWindow, DamagedGroupsAreToldAndTheOneBeforeStays) {
   });
 }
 
-TEST_F(TextureWindow, AnEmptiedGroupIsToldNextTimeAndGivesWayToAnother) {
+TEST_F(TextureWindow, AnEmptiedGroupIsReportedNextTimeAndCanBeReplaced) {
   Use([&](Dialog& dialog) {
     StartGroup(*this, dialog);
     while (ItemCount(dialog, List)) {
@@ -348,7 +348,7 @@ TEST_F(TextureWindow, AnEmptiedGroupIsToldNextTimeAndGivesWayToAnother) {
   Use([&](Dialog& dialog) {
     EXPECT_EQ(LastMessage(), "There has been an error importing the selected texture file. The file may be damaged.");
     EXPECT_EQ(ItemCount(dialog, List), 0);
-    // A list hears of a choice only when it is another one than that which it shows.
+    // A list notifies only when the selection changes.
     ASSERT_EQ(GetText(dialog, Group), "Mine");
     Choose(dialog, Group, 0);
     EXPECT_EQ(GetText(dialog, Group), "tlmplgm4");
@@ -357,7 +357,7 @@ TEST_F(TextureWindow, AnEmptiedGroupIsToldNextTimeAndGivesWayToAnother) {
   EXPECT_EQ(messages.size(), 1u);
 }
 
-TEST_F(TextureWindow, AWriteThatFailsIsToldAndTheTextureIsTaken) {
+TEST_F(TextureWindow, AWriteThatFailsIsReportedAndTheTextureIsTaken) {
   Use([&](Dialog& dialog) {
     StartGroup(*this, dialog);
     Type(dialog, Seed1, "321");

@@ -251,7 +251,7 @@ TEST_F(TileWindow, GroupsAreChosenAndDeleted) {
   EXPECT_FALSE(std::filesystem::exists(Data("Mine.MTX")));
 }
 
-TEST_F(TileWindow, DamagedGroupsAreToldAndGiveWhatTheyHave) {
+TEST_F(TileWindow, DamagedGroupsAreReportedAndShowWhatIsReadable) {
   const std::string damaged = "There has been an error loading the matrix element file.";
   std::filesystem::copy_file(OwnCopy("tlmplgm4.mtx"), Data("Short.mtx"));
   std::filesystem::resize_file(Data("Short.mtx"), 100000);
@@ -310,7 +310,7 @@ TEST_F(TileWindow, EveryAllocationMayFail) {
   }
 }
 
-TEST_F(TileWindow, ATileThatCannotBeCopiedIsToldAndNothingOpens) {
+TEST_F(TileWindow, ATileThatCannotBeCopiedIsReportedAndNothingOpens) {
   bool opened = false;
   FailAllocation(1);
   Use([&](Dialog&) { opened = true; });

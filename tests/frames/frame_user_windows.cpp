@@ -11,12 +11,12 @@
 namespace {
 
 constexpr int kCancel = 2, kTest = 24, kEffect = 58;
-constexpr int kPatience = 60000, kLookAgain = 5;  // milliseconds
+constexpr int kTimeout = 60000, kLookAgain = 5;  // milliseconds
 
 template <typename Holds>
 void WaitFor(const char* what, Holds holds) {
   for (int waited = 0; !holds(); waited += kLookAgain, Sleep(kLookAgain)) {
-    if (waited < kPatience) continue;
+    if (waited < kTimeout) continue;
     std::printf("Waited in vain for %s.\n", what);
     std::exit(2);
   }

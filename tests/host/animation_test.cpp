@@ -153,7 +153,7 @@ TEST(Player, PausesAndSteps) {
   player.Step(-1);
   EXPECT_EQ(Columns(player), "#..");
   player.Step(-1);
-  EXPECT_EQ(Columns(player), "###") << "round the end, with all that the last frame stands on";
+  EXPECT_EQ(Columns(player), "###") << "wraps around, with everything that the last frame depends on";
   EXPECT_FALSE(player.Advance(9000));
   player.Step(1);
   EXPECT_EQ(player.Frame(), 0);

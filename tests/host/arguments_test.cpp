@@ -30,7 +30,7 @@ ParsedArguments Parse(const Words& words, std::optional<std::string> piped = {})
   return ParseArguments(words, catalogue);
 }
 
-// The value that stands at the end, by the order of force.
+// The final value, by precedence.
 std::string Final(const Job& job, const std::string& key) {
   std::string value = "unset";
   for (const auto* list : {&job.defaults, &job.settings})
@@ -157,7 +157,7 @@ TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
   const auto notes = [](Words words) { return Parse(words).arguments->notes; };
   using Notes = std::vector<std::string>;
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--palette", "safe216"}),
-            Notes{"--transparent changes nothing beside a fixed --palette; leave one of them out"});
+            Notes{"--transparent changes nothing together with a fixed --palette; leave one of them out"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--supercompress"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--fps", "30"}), Notes{"--fps 30 becomes 33.3: a frame takes 3/100 s"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--delay", "85ms"}).size(), 1u);
@@ -181,7 +181,7 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--align", "middle"}, {"--align middle", "left, center, right or justify"}},
       {{"Hi", "-o", "a.gif", "--font-variation", "wght"}, {"'wght'", "AXIS=V"}},
       {{"Hi", "-o", "a.gif", "--line-space", "5"}, {"--line-space 5", "10 to 500"}},
-      {{"Hi", "-o", "a.gif", "-f", "Arial", "--font-file", "x.ttf"}, {"exclude each other"}},
+      {{"Hi", "-o", "a.gif", "-f", "Arial", "--font-file", "x.ttf"}, {"cannot be used together"}},
       {{"Hi", "-o", "a.gif", "-e", "vortx"}, {"vortx", "'vortex'", "--list effects"}},
       {{"Hi", "-o", "a.gif", "-f", "Liberation Sanz"}, {"Liberation Sanz", "'Liberation Sans'", "--list fonts"}},
       {{"Hi", "-o", "a.gif", "--palette", "9"}, {"9", "custom", "gray256"}},
@@ -242,8 +242,8 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "-s", "9", "-s", "8"}, {"--size is given more than once"}},
       {{"Hi", "-o", "a.gif", "--bold=maybe"}, {"--bold", "maybe", "takes no value"}},
       {{"", "-o", "a.png", "--sample"}, {"empty"}},
-      {{"Hi", "-o", "a.gif", "-s", ""}, {"--size ''", "empty"}},
-      {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill ''", "empty"}},
+      {{"Hi", "-o", "a.gif", "-s", ""}, {"--size", "empty value"}},
+      {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill", "empty value"}},
       {{"Hi", "-o", "a.gif", "--frames", "1"}, {"--frames 1", "2 to 32760"}},
       {{"Hi", "-o", "a.gif", "--seed", "99"}, {"--seed 99", "100 to 32760"}},
   };

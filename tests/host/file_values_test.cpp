@@ -138,7 +138,7 @@ TEST(FileValues, ATimeStaysATimeAndDefaultsHoldOnlyWhereNoFileSpeaks) {
   }
 }
 
-TEST(FileValues, ADocumentsOwnPaletteStands) {
+TEST(FileValues, ADocumentsOwnPaletteIsKept) {
   const TemporaryFolder folder;
   const std::string document = folder / "d.gm4";
   const Words small = {"Hi", "-e", "simple", "-s", "16", "--frames", "4", "--palette", "bw"};
@@ -190,7 +190,7 @@ TEST(FileValues, WhatChangesNothingIsNotedOnce) {
   }
 }
 
-TEST(FileValues, EveryEffectKnowsWhetherItRestsAndStandsStill) {
+TEST(FileValues, EveryEffectKnowsWhetherItRestsAndKeepsTextStill) {
   const auto delaysOf = [](const std::string& effect, const char* key, const char* value) {
     std::vector<int> delays;
     Job job;
@@ -218,15 +218,36 @@ TEST(FileValues, EveryEffectKnowsWhetherItRestsAndStandsStill) {
   EXPECT_EQ(moving, 20);
 }
 
-TEST(FileValues, OnlyAcceptedImagesCountAndANulIsRefused) {
+TEST(FileValues, OnlyAcceptedImagesCount) {
   const Ran refused = RunWords({"Hi", "-e", "simple", "-s", "16", "--test-run"}, true);
   EXPECT_EQ(refused.result.status, RenderStatus::Failed);
   EXPECT_EQ(refused.result.images, 2);
-  Job job;
-  job.text = std::string("a\0b", 3);
-  const RenderResult result = Render(job, {});
-  EXPECT_EQ(result.status, RenderStatus::BadJob);
-  EXPECT_EQ(result.message.rfind("the text has a ", 0), 0u) << result.message;
+}
+
+TEST(FileValues, EachLineBreakBeginsALineAndANulIsRefused) {
+  const auto heightOf = [](const std::string& text, int lineSpace = 100) {
+    Job job;
+    job.text = text;
+    job.lineSpace = lineSpace;
+    job.action = Job::Action::Sample;
+    int height = 0;
+    Sink sink;
+    sink.image = [&](const Image& image) { return (height = image.height) > 0; };
+    const RenderResult result = Render(job, sink);
+    EXPECT_EQ(result.status == RenderStatus::Done, height > 0) << result.message;
+    return height ? std::to_string(height) : result.message;
+  };
+  const int one = std::stoi(heightOf("a")), two = std::stoi(heightOf("a\nb")), cell = two - one;
+  EXPECT_GT(cell, 20);
+  for (const char* text : {"a\r\nb", "a\rb", "a\n",
+                           "a\xE2\x80\xA8"
+                           "b"})
+    EXPECT_EQ(heightOf(text), std::to_string(two));
+  EXPECT_EQ(heightOf("a\n\nb\n"), std::to_string(one + 3 * cell));
+  EXPECT_EQ(heightOf("a\nb", 150), std::to_string(one + cell * 3 / 2));
+  EXPECT_EQ(heightOf(std::string("a\0b", 3)).rfind("the text has a NUL", 0), 0u);
+  EXPECT_NE(heightOf(std::string(4097, 'x')).find("at most 4096"), std::string::npos);
+  EXPECT_NE(heightOf("a", 5).find("it takes 10 to 500"), std::string::npos);
 }
 
 }  // namespace

@@ -201,7 +201,7 @@ TEST(GifWriter, EveryFrameIsShownAsMeant) {
   ExpectShown(wide, 40, 30, "delays at both ends");
 }
 
-TEST(GifWriter, TransparencyShowsThroughOrStandsAlone) {
+TEST(GifWriter, TransparencyShowsThePreviousFrameOrTheBackground) {
   for (const bool standAlone : {false, true}) {
     Animation animation = Moving(80, 50, 8, 60, 2);
     for (Picture& p : animation) {
@@ -435,7 +435,7 @@ TEST(GifWriter, TheseAreNoLargerThanFromGifsicle) {
                {"stand-alone", alone},
                {"few colours after many", Effect("fuse", "This space for rent...", "48")},
                {"the number of colours goes up and down", Effect("iris", "This space for rent...", "48")},
-               {"close races", Effect("background-iris", "This space for rent...", "48")},
+               {"close results", Effect("background-iris", "This space for rent...", "48")},
                {"frames that change nothing", Effect("elastic", "Hi", "16")},
                {"hardly any bytes", Effect("laser", "a", "16")},
                {"free pixels here and there", Effect("ripple", "Aq", "12")},

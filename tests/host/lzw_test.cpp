@@ -12,7 +12,7 @@ namespace {
 
 using Symbols = std::vector<std::uint8_t>;
 
-// Calls `see` with every code and the width it has, which goes by the count of codes since the last clear.
+// Calls `see` with every code and its width, which depends on the number of codes since the last clear.
 template <typename See>
 void ForEachCode(const LzwCodes& codes, See see) {
   const unsigned clear = 1u << codes.minCodeSize;
@@ -123,7 +123,7 @@ TEST(Lzw, SymbolsComeBackFromRunsAndChangesOfTexture) {
   }
 }
 
-TEST(Lzw, CodesArePackedWhereverClearsStand) {
+TEST(Lzw, CodesArePackedWhereverClearsOccur) {
   std::mt19937 random(9);
   for (int round = 0; round < 300; ++round) {
     LzwCodes codes;
@@ -142,7 +142,7 @@ TEST(Lzw, CodesArePackedWhereverClearsStand) {
   }
 }
 
-TEST(Lzw, AnAttemptThatIsTooLongIsGivenUp) {
+TEST(Lzw, AnAttemptThatIsTooLongIsAbandoned) {
   std::mt19937 random(1);
   Symbols noise(50000);
   for (std::uint8_t& symbol : noise) symbol = static_cast<std::uint8_t>(random());
@@ -155,7 +155,7 @@ TEST(Lzw, AnAttemptThatIsTooLongIsGivenUp) {
   }
 }
 
-TEST(Lzw, AnAttemptThatFallsBehindItsRivalIsGivenUp) {
+TEST(Lzw, AnAttemptThatFallsBehindItsRivalIsAbandoned) {
   std::mt19937 random(1);
   Symbols noise(50000), other(noise.size());
   for (std::uint8_t& symbol : noise) symbol = static_cast<std::uint8_t>(random());

@@ -213,7 +213,7 @@ TEST(Program, APipeThatClosesLeavesTheWholeFileAndNothingElse) {
   EXPECT_EQ(Start("--list keys 2>&1 >/dev/full").code, 1);
 }
 
-TEST(Program, ASettingsFileThatIsSomethingElseStands) {
+TEST(Program, ASettingsFileOfAnotherKindIsKept) {
   const TemporaryFolder folder;
   testing::WriteBytes(folder / "letter.txt", {'D', 'e', 'a', 'r'});
   for (const std::string& name : {folder / "letter.txt", folder.path.string()}) {
@@ -241,7 +241,7 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
       {"swatch '#fff' -o " + folder / "no/a.png", 1, "no/a.png' cannot be written"},
-      {"swatch '#fff' -o " + folder / "a.gif", 2, "no file type for a swatch"},
+      {"swatch '#fff' -o " + folder / "a.gif", 2, "unknown file type for a swatch"},
       {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
       {"gallery", 2, "gallery needs a folder; write gallery FOLDER"},
       {std::string(240, 'W') + " -s 144 --still-text -e simple -o " + folder / "a.webp", 1, "at most 16383 pixels"},

@@ -146,7 +146,7 @@ TEST(Dither, OneBitIsDiffusedAsInThePlainLoop) {
   }
 }
 
-TEST(Dither, WhatHasNoFormGivesNothing) {
+TEST(Dither, MalformedPicturesGiveNothing) {
   Dice dice(3);
   ColourMatcher good(GreyRamp(), 8, 256, {}), one(GreyRamp(), 1, 256, {}), deep(GreyRamp(), 24, 256, {}),
       flat(GreyRamp(), 0, 256, {});

@@ -182,7 +182,7 @@ TEST(Quantise, ManyColoursAreMergedPassByPass) {
 }
 
 // Pixels beside the middle of a large cell have less error there than in the cells below it, so the large cell is
-// merged while those below still stand and are still counted.
+// merged while those below are still in the tree and still counted.
 TEST(Quantise, ANodeWithLessErrorThanItsChildrenTakesThemAlong) {
   Dice dice(3);
   for (int round = 0; round < 200; ++round) {
@@ -243,7 +243,7 @@ TEST(Quantise, LargeFlatFramesAreSummedExactly) {
   for (int wanted : {1, 2, 3}) ExpectPlainResult(frames.list, wanted);
 }
 
-TEST(Quantise, WhatIsNoPictureFails) {
+TEST(Quantise, MalformedPicturesFail) {
   Palette palette;
   int count = 256;
   TestFrames none, deep, lost;

@@ -111,7 +111,7 @@ TEST(Remap, TiesAndDuplicatesGoToTheLowestIndex) {
   palette[5] = {102, 100, 100};
   EXPECT_EQ(NearestColour(100, 100, 100, palette, 256), 3);
   EXPECT_EQ(NearestColour(101, 100, 100, palette, 256), 3) << "equally near to 5 and 7";
-  EXPECT_EQ(NearestColour(0, 0, 0, palette, 256), 0) << "entries that nobody filled are offered too";
+  EXPECT_EQ(NearestColour(0, 0, 0, palette, 256), 0) << "unset entries match too";
   EXPECT_EQ(NearestColour(102, 100, 100, palette, 5), 3);
   EXPECT_EQ(NearestColour(102, 100, 100, palette, 0), 0);
   EXPECT_EQ(NearestColour(102, 100, 100, palette, -1), 0);
@@ -136,7 +136,7 @@ TEST(Remap, SortIsAStableBubbleSort) {
   }
 }
 
-TEST(Remap, WhatHasNoFormGivesNothing) {
+TEST(Remap, MalformedPicturesGiveNothing) {
   Dice dice(4);
   const PackedDib alpha = RandomImage(dice, 5, 5, 32), picture = RandomImage(dice, 5, 5, 24);
   ColourMatcher good(GreyRamp(), 8, 256, {}), deep(GreyRamp(), 24, 256, {}), flat(GreyRamp(), 0, 256, {});

@@ -167,7 +167,7 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   }
 }
 
-// With pad 45 the middle stop stands at 2, before the first stop at 114: the blend to the end begins at 2.
+// With pad 45 the middle stop is at 2, before the first stop at 114: the blend to the end begins at 2.
 TEST(GradientTable, LateMidpointMovesThePenBack) {
   GradientSpec gradient = TwoColours(0, 0x0000FF, 0xFF0000);
   gradient.EdgePad = 45;
@@ -213,7 +213,7 @@ TEST(Fountain, MarkersAreDrawnInTheirOrder) {
   EXPECT_GT((first(126) >> 8) & 0xFF, 0xF0u);
   fountain.Flags = kFountainLooped;
   EXPECT_GT(first(254) & 0xFF, 0xF0u) << "looped: back to the start colour";
-  // A marker at 0 that stands last moves the pen back to the left edge.
+  // A marker at 0 in last position moves the pen back to the left edge.
   fountain.Flags = 0;
   fountain.MarkerCount = 2;
   fountain.Markers[1] = MakeMarker(0, 0xFFFFFF);

@@ -14,7 +14,7 @@
 namespace glyphmotion {
 namespace {
 
-TEST(Material, DefaultsStandAtTheOffsetsOfTheFormat) {
+TEST(Material, DefaultsAreAtTheOffsetsOfTheFormat) {
   Material material;
   DefaultMaterial(material, 0x123456);
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(&material);
@@ -37,7 +37,7 @@ TEST(Material, DefaultsStandAtTheOffsetsOfTheFormat) {
   for (const auto& row : rows) EXPECT_EQ(word(row.at), row.value) << row.at;
 }
 
-TEST(Material, OddKindsAreBlackAndAnOddTextureIsNothing) {
+TEST(Material, UnknownKindsAreBlackAndAnUnknownTextureFails) {
   Material material;
   DefaultMaterial(material, 0xFFFFFF);
   material.Kind = 7;

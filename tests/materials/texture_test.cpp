@@ -117,7 +117,7 @@ TEST(FractalTexture, SizesOfTheMatrix) {
   EXPECT_TRUE(pixels(0xFFFFFFFF).empty());
 }
 
-TEST(CraterTexture, FlatGroundIsTheMiddleBlendAndTheLastColumnStays) {
+TEST(CraterTexture, FlatSurfaceIsTheMiddleBlendAndTheLastColumnStays) {
   TextureSpec parameters = TextureOf(4, 9);
   parameters.CreaterCount = 0;
   const PackedDib picture = GenerateCraterTexture(parameters);
@@ -136,7 +136,7 @@ TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
   EXPECT_NEAR(RedOf(view.GetPixel(0, 0)), 127, 2);
 }
 
-TEST(PerturbationTexture, NoiseStandsAndBubblesFollowTheSeed) {
+TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {
   const auto pixels = [](std::uint32_t seed, std::uint32_t bubbles, std::uint32_t shape) {
     TextureSpec parameters = TextureOf(5, 60);
     parameters.MatrixSize = 300;
@@ -209,7 +209,7 @@ TEST(MaterialCache, HitsAreWhatRenderingAnewWouldBe) {
   }
 }
 
-TEST(TextureLibrary, WritesWhatItReadsAndKeepsTheOddKeys) {
+TEST(TextureLibrary, WritesWhatItReadsAndKeepsItsSpellings) {
   const std::string path = TemporaryFile("a.fft");
   TextureLibrary library;
   library.textures.push_back({"First", TextureOf(4, 0)});
@@ -239,7 +239,7 @@ TEST(TextureLibrary, WritesWhatItReadsAndKeepsTheOddKeys) {
   EXPECT_FALSE(ReadTextureLibrary(path, back));
 }
 
-TEST(TextureLibrary, ReadsOddlyWrittenFiles) {
+TEST(TextureLibrary, ReadsUnusuallyFormattedFiles) {
   const std::string path = TemporaryFile("b.fft");
   WriteBytes(path,
              "TESSALOOM E-DRAPE TEXTURE FILE  \r\n;x\r\nItemcount=99\r\nTextureType=3\r\n:beginitem\r\ntexturename = = "
@@ -269,7 +269,7 @@ TEST(TextureLibrary, NamesAreUtf8WhateverWroteThem) {
   library.textures = {{"Caf\xC3\xA9", TextureOf(0, 0)}, {"Th\xE9", TextureOf(0, 0)}};
   ASSERT_TRUE(WriteTextureLibrary(path, library, {0, "", "Ren\xE9", "\xC4", "\xD6", true}));
   ASSERT_TRUE(ReadTextureLibrary(path, library));
-  EXPECT_EQ(library.textures.at(0).name, "Caf\xC3\xA9") << "whoever the machine belongs to";
+  EXPECT_EQ(library.textures.at(0).name, "Caf\xC3\xA9") << "whatever the machine's owner is called";
   EXPECT_EQ(library.textures.at(1).name, "Th\xC3\xA9");
 }
 

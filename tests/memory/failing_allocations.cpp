@@ -4,11 +4,12 @@
 //   GLYPHMOTION_FAIL_AT=N      the N-th allocation fails, from 1; 0 or nothing: none
 //   GLYPHMOTION_FAIL_ONWARD=1  and all that follow
 //   GLYPHMOTION_FAIL_FONTS=1   only what FreeType allocates and the calls of Fontconfig count
-//   GLYPHMOTION_COUNT_FILE=F   at the end of the process F gets the number of allocations asked for
+//   GLYPHMOTION_COUNT_FILE=F   at the end of the process F gets the number of allocations
 //
-// Counted are malloc, calloc, realloc, the aligned kinds and with them operator new, of the program and its libraries.
-// Fontconfig crashes by itself without memory: what it allocates neither counts nor fails, but each call of it that
-// reports a failure to its caller counts as one allocation.
+// Counted are, from the beginning of the program proper (libraries that are loaded may end the process for want of
+// memory, and nobody can keep them from it), malloc, calloc, realloc, the aligned kinds and with them operator new, of
+// the program and its libraries. Fontconfig crashes by itself without memory: what it allocates neither counts nor
+// fails, but each call of it that reports a failure to its caller counts as one allocation.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fontconfig/fontconfig.h>
@@ -17,7 +18,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include FT_FREETYPE_H
@@ -36,7 +36,7 @@ namespace {
 
 std::atomic<long> asked;
 std::atomic<long> failAt{-1};  // -1: not yet read
-bool onward, fontsOnly;
+bool onward, fontsOnly, started;
 [[gnu::tls_model("initial-exec")]] thread_local int excluded, inFonts;
 
 struct Excluded {
@@ -50,7 +50,7 @@ struct InFonts {
 };
 
 bool Fails() {
-  if (excluded || !environ) return false;
+  if (excluded || !environ || !started) return false;
   if (failAt < 0) {
     const char* number = std::getenv("GLYPHMOTION_FAIL_AT");
     fontsOnly = std::getenv("GLYPHMOTION_FAIL_FONTS") != nullptr;
@@ -110,6 +110,13 @@ int posix_memalign(void** place, std::size_t alignment, std::size_t bytes) {
   return block ? 0 : ENOMEM;
 }
 
+int __libc_start_main(int (*program)(int, char**, char**), int count, char** words, void (*begin)(), void (*end)(),
+                      void (*unload)(), void* stack) {
+  static const auto real = Next(&__libc_start_main, "__libc_start_main");
+  started = true;
+  return real(program, count, words, begin, end, unload, stack);
+}
+
 FONTCONFIG_CALL(FcBool, FcInit, (), ())
 FONTCONFIG_CALL(FcPattern*, FcPatternCreate, (), ())
 FONTCONFIG_CALL(FcBool, FcPatternAddString, (FcPattern * p, const char* o, const FcChar8* s), (p, o, s))
@@ -123,22 +130,14 @@ FONTCONFIG_CALL(FcPattern*, FcFontMatch, (FcConfig * c, FcPattern* p, FcResult* 
 FONTCONFIG_CALL(FcFontSet*, FcFontSort, (FcConfig * c, FcPattern* p, FcBool t, FcCharSet** s, FcResult* r),
                 (c, p, t, s, r))
 FONTCONFIG_CALL(FcFontSet*, FcFontList, (FcConfig * c, FcPattern* p, FcObjectSet* o), (c, p, o))
+FONTCONFIG_CALL(FcObjectSet*, FcObjectSetCreate, (), ())
+FONTCONFIG_CALL(FcBool, FcObjectSetAdd, (FcObjectSet * s, const char* o), (s, o))
 FONTCONFIG_CALL(FcChar8*, FcStrDowncase, (const FcChar8* s), (s))
 
 void FcDefaultSubstitute(FcPattern* pattern) {
   static const auto real = Next(&FcDefaultSubstitute, "FcDefaultSubstitute");
   const Excluded inside;
   real(pattern);
-}
-FcObjectSet* FcObjectSetBuild(const char* first, ...) {
-  const InFonts counted;
-  if (Fails()) return nullptr;
-  const Excluded inside;
-  va_list rest;
-  va_start(rest, first);
-  FcObjectSet* set = FcObjectSetVaBuild(first, rest);
-  va_end(rest);
-  return set;
 }
 
 FREETYPE_CALL(FT_Init_FreeType, (FT_Library * l), (l))

@@ -250,7 +250,7 @@ TEST(Dialog, InnerDialogRunsInsideAMessageAndTheOuterWaits) {
   EXPECT_EQ(messages, (std::vector<std::string>{"273 108", "272 0", "2001 0", "2 0", "back", "2 0"}));
 }
 
-TEST(Dialog, ThrowingProceduresAndDriversLeaveNothingStanding) {
+TEST(Dialog, ThrowingProceduresAndDriversLeaveNothingOpen) {
   const auto install = [](Dialog& dialog) {
     SetControlProcedure(
         dialog, 110, [](Dialog&, int, const Message&) -> std::int64_t { throw std::runtime_error("control"); },
@@ -263,7 +263,7 @@ TEST(Dialog, ThrowingProceduresAndDriversLeaveNothingStanding) {
   EXPECT_EQ(std::count(messages.begin(), messages.end(), "2 0"), 1);
   EXPECT_EQ(messages.back(), "112:2 0,0");
   RunTestDialog([](Dialog& dialog) {
-    EXPECT_TRUE(Click(dialog, 108)) << "no earlier dialog stands in the way";
+    EXPECT_TRUE(Click(dialog, 108)) << "no earlier dialog blocks it";
     EXPECT_EQ(std::count(messages.begin(), messages.end(), "2001 0"), 0) << "nor its messages";
   });
 }
@@ -292,7 +292,7 @@ TEST(Dialog, MouseGoesToItsCaptorAndDrawnControlsPaint) {
       });
 }
 
-TEST(Dialog, PanelsAreCopiedHiddenAndEveryChangeIsTold) {
+TEST(Dialog, PanelsAreCopiedHiddenAndEveryChangeIsObserved) {
   constexpr ControlTemplate controls[] = {{Kind::Check, 301, "Panel", 0, 0, 10, 10},
                                           {Kind::Check, 105, "Twin", 0, 0, 1, 1}};
   const DialogTemplate panel{8, "", 10, 10, controls};

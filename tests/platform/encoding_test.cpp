@@ -29,8 +29,8 @@ TEST(Encoding, LegacyBytesBecomeTheirCharacters) {
 TEST(Encoding, DecodesUtf8AndReadsOtherBytesAsWindows1252) {
   EXPECT_EQ(DecodeText("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), std::u32string(U"A\u00E9\u20AC\U0001F600"));
   EXPECT_EQ(DecodeText("A\xC3\xA9\x80"), std::u32string(U"A\u00C3\u00A9\u20AC"));
-  EXPECT_EQ(DecodeText("\xED\xA0\x80"), std::u32string(U"\u00ED\u00A0\u20AC")) << "a surrogate is no UTF-8";
-  EXPECT_EQ(DecodeText("\xC0\xAF"), std::u32string(U"\u00C0\u00AF")) << "an overlong form is no UTF-8";
+  EXPECT_EQ(DecodeText("\xED\xA0\x80"), std::u32string(U"\u00ED\u00A0\u20AC")) << "a surrogate is not UTF-8";
+  EXPECT_EQ(DecodeText("\xC0\xAF"), std::u32string(U"\u00C0\u00AF")) << "an overlong form is not UTF-8";
   EXPECT_EQ(DecodeText(""), U"");
 }
 
@@ -45,7 +45,7 @@ TEST(Encoding, CutsFallBetweenCharacters) {
     EXPECT_EQ(CutCharacters(text, limit).size(), characters[limit]) << limit;
   }
   const std::string bytes = "\x80\x80\x80\x80\x80\x80";
-  EXPECT_EQ(CutText(bytes, 4).size(), 4u) << "what is not UTF-8 is cut where it stands";
+  EXPECT_EQ(CutText(bytes, 4).size(), 4u) << "text that is not UTF-8 is cut at any byte";
   EXPECT_EQ(CutCharacters(bytes, 4).size(), 4u) << "its bytes are its characters";
 }
 

@@ -170,7 +170,7 @@ TEST(Files, AWriteClearsWhatDeadProcessesLeft) {
   EXPECT_EQ(folder.Count(), 4);
 }
 
-// Whenever the program is killed while it saves, one whole version of the file stands.
+// Whenever the program is killed while saving, one complete version of the file exists.
 TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
   const Folder folder;
   const std::string path = folder / "kept", versions[] = {std::string(300000, 'a'), std::string(200000, 'b')};
@@ -186,7 +186,7 @@ TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
     waitpid(child, nullptr, 0);
     const auto content = ReadWholeFile(path);
     ASSERT_TRUE(content == versions[0] || content == versions[1]) << "round " << round;
-    ASSERT_LE(folder.Count(), 2) << "the one file that was under way";
+    ASSERT_LE(folder.Count(), 2) << "one unfinished file at most";
   }
   ASSERT_TRUE(AtomicWriteFile(path, versions[0]));
   EXPECT_EQ(folder.Count(), 1);

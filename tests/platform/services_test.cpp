@@ -86,7 +86,7 @@ TEST_F(Services, OwnFolderHoldsTheRunningProgram) {
   EXPECT_TRUE(std::filesystem::exists(OwnFolder() + "test_platform")) << OwnFolder();
 }
 
-TEST_F(Services, SourceDateRulesTheClock) {
+TEST_F(Services, SourceDateOverridesTheClock) {
   Set("TZ", "America/New_York");
   Set("SOURCE_DATE_EPOCH", "1795248468");
   EXPECT_EQ(CurrentTime(), 1795248468);

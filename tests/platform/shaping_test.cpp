@@ -243,13 +243,13 @@ TEST_F(Shaping, NamesStylesAndFilesOfFonts) {
   ASSERT_TRUE(OpenFontFile(squares + "#0", file, error)) << error;
   EXPECT_EQ(file.family, "Two Squares");
   const struct {
-    std::string spec;
+    std::string name;
     const char* says;
   } wrong[] = {{squares + "#1", "one face"},
                {"/no/such.ttf", "no font file"},
                {GLYPHMOTION_SOURCE_DIR "/CMakeLists.txt", "not a font"}};
   for (const auto& row : wrong) {
-    EXPECT_FALSE(OpenFontFile(row.spec, file, error));
+    EXPECT_FALSE(OpenFontFile(row.name, file, error));
     EXPECT_NE(error.find(row.says), std::string::npos) << error;
   }
 }

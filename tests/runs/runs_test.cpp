@@ -86,7 +86,7 @@ TEST(Runs, EightThreadsGetTheBytesOfOne) {
 struct Visit {
   std::string text, shown;
   int images = 0;
-  std::function<void()> meanwhile;  ///< while the dialog stands, with the text set
+  std::function<void()> meanwhile;  ///< called while the dialog is open, with the text set
 };
 thread_local Visit* visit = nullptr;
 
@@ -133,7 +133,7 @@ TEST(Runs, ARunAndADialogWithinARunWorkOnTheirOwn) {
   EXPECT_GT(dialog.images, 1);
 }
 
-TEST(Runs, DialogsThatStandInSeveralThreadsAtOnceDoNotSeeOneAnother) {
+TEST(Runs, DialogsInSeveralThreadsAtOnceAreIndependent) {
   constexpr std::size_t kThreads = 4;
   std::barrier<> together(kThreads);
   std::vector<Visit> visits(kThreads);
@@ -189,7 +189,7 @@ double WorkToEnd(const Job& job, std::chrono::milliseconds after, bool expectEnd
     stop = true;
   });
   const RenderResult result = Render(job, sink);
-  const double worked = WorkOf(runner) - asked;
+  const double ended = WorkOf(runner);
   over = true;
   watch.join();
   if (!expectEnd && result.status == RenderStatus::Done) return 0;
@@ -197,7 +197,7 @@ double WorkToEnd(const Job& job, std::chrono::milliseconds after, bool expectEnd
   EXPECT_TRUE(result.dialogMessages.empty());
   EXPECT_LE(late, 1);
   EXPECT_EQ(result.blocks + result.locks, 0u);
-  return worked;
+  return ended - asked;
 }
 
 TEST(Runs, ARunThatIsAskedToEndDoesSoAtOnceAtAnySize) {

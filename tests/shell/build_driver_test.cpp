@@ -262,7 +262,7 @@ TEST(BuildDriver, EveryChoiceOfOptionsGivesThePlainRun) {
   const auto bit = [](int number, int i) { return (number >> i & 1) != 0; };
   for (const auto& [material, colour] : backgrounds) {
     for (int i = 0; i < 64; ++i) {
-      // Dither and true colour, which stands above most others, come now and then.
+      // Dither and true colour, which overrides most other options, are chosen now and then.
       const Choice choice = {i % 7 == 6, bit(i, 0), i % 3 == 0, bit(i, 1), bit(i, 2), bit(i, 3), colour};
       Job job = PaletteJob({{"22", bit(i, 4) ? "1" : "0"}, {"MainAntialias", bit(i, 5) ? "1" : "0"}});
       job.background = material;

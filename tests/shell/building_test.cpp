@@ -41,8 +41,8 @@ TEST_F(BuildingTest, ATestKeepsTheDialogABuildEndsItAndARefusalLeavesItOpen) {
   EXPECT_EQ(host.Count(HostOpNewTask), 2);
 }
 
-// The check is off for a Test and on again after it, also after a refusal, by the time that the host hears of the end.
-// And the host hears of it even when memory runs out over the message.
+// The check is off for a Test and on again after it, also after a refusal, by the time the host is notified of the end.
+// The host is notified even when memory runs out while a message is shown.
 TEST_F(BuildingTest, ARefusedImageEndsItsTaskAndRestoresAlpha) {
   AtomicWriteFile(Path("settings.ini"),
                   "MainText = I\nMainFontSize = 12\nMainRolling = 0\nTruecolour = 1\nMainAlphaTrans = 1\n");

@@ -146,7 +146,7 @@ TEST(Documents, LinesGoToTheirControlsAndToNoOthers) {
   });
 }
 
-TEST(Documents, OnlyTheFirstLineTellsADocument) {
+TEST(Documents, OnlyTheFirstLineIdentifiesADocument) {
   const std::string line = "\nTXTFLD52=new\n", names = "Tessaloom's Glyphmotion 4 Plugin";
   const struct {
     std::string bytes;
@@ -176,7 +176,7 @@ TEST(Documents, OnlyTheFirstLineTellsADocument) {
   });
 }
 
-TEST(Documents, WhatCannotBeOpenedOrCreatedIsTold) {
+TEST(Documents, FilesThatCannotBeOpenedOrCreatedAreReported) {
   WithDialog([](Dialog& dialog, const fs::path& folder) {
     for (const std::string& path : {std::string(), folder.string(), (folder / "no" / "file.gm4").string()}) {
       seen = {};
@@ -236,10 +236,10 @@ TEST(Documents, DamagedFilesDoNoHarm) {
         }
       }
       if (round % 4 == 1) bytes.resize(random() % (bytes.size() + 1));
-      const Texts told = LoadBytes(dialog, folder, bytes);
-      ASSERT_TRUE(told.empty() || told == Texts{kDamaged});
-      ASSERT_EQ(seen.refreshes, told.empty());
-      damaged += !told.empty();
+      const Texts shown = LoadBytes(dialog, folder, bytes);
+      ASSERT_TRUE(shown.empty() || shown == Texts{kDamaged});
+      ASSERT_EQ(seen.refreshes, shown.empty());
+      damaged += !shown.empty();
       for (const std::string& line : seen.lines) ASSERT_TRUE(IsUtf8(line));
     }
     EXPECT_GT(damaged, 20);

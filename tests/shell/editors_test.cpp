@@ -27,7 +27,7 @@ std::uint64_t HostCall(void*, std::uint32_t operation, std::uint64_t a, std::uin
   const auto text = [](std::uint64_t address) { return reinterpret_cast<char*>(static_cast<std::uintptr_t>(address)); };
   switch (operation) {
     case HostOpChooseImageFile:
-      EXPECT_NE(a, 0u) << "the chooser stands over a window";
+      EXPECT_NE(a, 0u) << "the chooser has an owner window";
       std::strcpy(text(b), "picture.png");
       return 1;
     case HostOpLoadImage:

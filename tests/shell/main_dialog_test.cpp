@@ -75,7 +75,7 @@ TEST_F(MainDialogTest, ShiftAtTheStartResetsPathsAndDelays) {
   });
 }
 
-TEST_F(MainDialogTest, AHostWithoutItsFunctionIsToldAndLetGo) {
+TEST_F(MainDialogTest, AHostWithoutItsFunctionGetsAMessageAndIsRefused) {
   withoutHostCall_ = true;
   bool driven = false;
   EXPECT_EQ(RunDialog(kBothHost, [&](Dialog&) { driven = true; }), 0);
@@ -275,7 +275,7 @@ TEST_F(MainDialogTest, WithoutAFrameTheSampleIsAnEmptyField) {
   });
 }
 
-TEST_F(MainDialogTest, TheSampleStandsInTheMiddleOfItsColour) {
+TEST_F(MainDialogTest, TheSampleIsCentredOnItsColour) {
   AtomicWriteFile(Path("settings.ini"),
                   "MainText = I\nMainFontSize = 20\nSampleWindowKeyLine = 1\nStyle000ShadowEnable = 0\n");
   RunDialog(kBothHost, [&](Dialog& dialog) {
@@ -437,7 +437,7 @@ TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
     for (int id : Children(dialog)) {
       std::string line;
       if (id > 0) SendToControl(dialog, id, {1334, 0, PointerArgument(&line)});
-      // Handles are no part of what a material stores.
+      // Handles are not part of a stored material.
       const std::size_t value = line.find('=') + 1;
       if (line.starts_with("MATLBT")) line.replace(value + 2 * 1242, 16, "").replace(value + 2 * 1186, 16, "");
       result.push_back(line);
@@ -490,7 +490,7 @@ TEST_F(MainDialogTest, RegistrationNeedsARegisteredHostAndBothHalves) {
     EXPECT_FALSE(Click(dialog, BoxControl::Ok)) << "nothing is typed yet";
     Type(dialog, BoxControl::Field, " Ann ");
     Type(dialog, BoxControl::SecondField, "  ");
-    EXPECT_FALSE(IsEnabled(dialog, BoxControl::Ok)) << "blanks are no code";
+    EXPECT_FALSE(IsEnabled(dialog, BoxControl::Ok)) << "blanks are not a code";
     Type(dialog, BoxControl::SecondField, "x2");
     Click(dialog, asked == 1 ? BoxControl::Cancel : BoxControl::Ok);
   };
@@ -592,7 +592,7 @@ TEST_F(MainDialogTest, TheAboutBoxSaysWhatThisIsAndCloses) {
   });
 }
 
-TEST_F(MainDialogTest, HelpIsTheHostsAndItsRefusalIsTold) {
+TEST_F(MainDialogTest, HelpIsTheHostsAndItsFailureIsReported) {
   std::uint64_t shown = 1;
   std::string topic = "PREFACE";
   host.answer = [&](std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::uint64_t {

@@ -142,7 +142,7 @@ TEST(Settings, LinesAreReadByTheirRules) {
       {"MainFont = 0", "MainFontBold", "0"},
       {"MainFontS = 5", "MainFontSize", "5"},
       {"Style0 = 1", "Style000FillOpacity", "1"},
-      {"MainText = = x =y", "MainText", "= x =y"},  // only one run of "=" is passed over
+      {"MainText = = x =y", "MainText", "= x =y"},  // only one run of "=" is skipped
       {"MainText =   a  b ", "MainText", "a  b "},
       {"MainText = a\tb", "MainText", "a"},
       {"MainText =", "MainText", ""},
@@ -281,7 +281,7 @@ TEST(Settings, AFailedSaveLeavesTheOldFile) {
   EXPECT_EQ(NumberVariable("MainDelay"), 99u);
 }
 
-/// Damages a text: cuts, repeats, swaps pieces and puts in odd bytes.
+/// Damages a text: truncates, repeats, swaps pieces and inserts random bytes.
 std::string Damage(std::string text, std::mt19937& random) {
   for (int change = 1 + static_cast<int>(random() % 30); change > 0 && !text.empty(); --change) {
     const std::size_t at = random() % text.size();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Drives glyphmotion-host.exe from outside, as its user and as whoever starts it from a script. Ends with 0 when all of
-// it was right.
+// Drives glyphmotion-host.exe from outside, as its user and as a script that starts it. Exits with 0 when every check
+// passed.
 //
 //   drive_host HOST FOLDER     the program, with its plug-in beside it; a folder for what is written
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kBuild = 1, kCancel = 2, kTrueColour = 10, kTest = 24, kText = 52, kEffect = 58, kVortex = 19,
               kFill = 422, kOutline = 428;  // of Vortex
-constexpr DWORD kPatience = 60000;          // milliseconds
+constexpr DWORD kTimeout = 60000;           // milliseconds
 
 int failures = 0;
 void Check(bool right, const std::string& what) {
@@ -53,7 +53,7 @@ BOOL CALLBACK LookAt(HWND window, LPARAM parameter) {
 
 // A window of the program, or null when the program has ended or none came.
 HWND WaitForWindow(const PROCESS_INFORMATION& process, const char* title, int control) {
-  for (DWORD waited = 0; waited < kPatience; waited += 50) {
+  for (DWORD waited = 0; waited < kTimeout; waited += 50) {
     Search search{process.dwProcessId, title, nullptr};
     EnumWindows(LookAt, reinterpret_cast<LPARAM>(&search));
     if (search.found && (!control || GetDlgItem(search.found, control))) return search.found;
@@ -64,7 +64,7 @@ HWND WaitForWindow(const PROCESS_INFORMATION& process, const char* title, int co
 
 struct Outcome {
   DWORD code;
-  std::string told;  // what came on the standard error
+  std::string errors;  // its standard error
 };
 
 struct Program {
@@ -73,7 +73,7 @@ struct Program {
   Outcome Run(const std::string& arguments, const std::function<void(HWND dialog)>& user = {}) const {
     // One a run: helpers of the system may hold on to what a run was given.
     static int runs = 0;
-    const std::string log = folder + "\\told" + std::to_string(runs++) + ".txt";
+    const std::string log = folder + "\\errors" + std::to_string(runs++) + ".txt";
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     const HANDLE file = CreateFileA(log.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
     STARTUPINFOA start{};
@@ -92,15 +92,15 @@ struct Program {
       if (dialog) user(dialog);
     }
     Outcome outcome{~0u, ""};
-    if (WaitForSingleObject(process.hProcess, kPatience) != WAIT_OBJECT_0) {
+    if (WaitForSingleObject(process.hProcess, kTimeout) != WAIT_OBJECT_0) {
       Check(false, "the program ends: " + arguments);
       TerminateProcess(process.hProcess, 99);
-      WaitForSingleObject(process.hProcess, kPatience);
+      WaitForSingleObject(process.hProcess, kTimeout);
     }
     GetExitCodeProcess(process.hProcess, &outcome.code);
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
-    outcome.told = ReadAll(log);
+    outcome.errors = ReadAll(log);
     return outcome;
   }
 };
@@ -136,7 +136,7 @@ void TryBuild(const Program& program) {
     Check(IsWindow(dialog), "Test leaves the dialog open");
     Press(dialog, kBuild);
   });
-  Check(outcome.code == 0 && outcome.told.empty(), "a build ends well: " + outcome.told);
+  Check(outcome.code == 0 && outcome.errors.empty(), "a build ends well: " + outcome.errors);
   Check(IsGif(ReadAll(gif)), "a build is written as a GIF");
   const std::string calls = ReadAll(record + "\\calls.jsonl");
   const std::size_t images = Count(calls, "\"HostOpAddImage\"");
@@ -157,7 +157,7 @@ void TryTrueColour(const Program& program) {
       SendDlgItemMessageA(dialog, kTrueColour, BM_CLICK, 0, 0);
     Press(dialog, kBuild);
   });
-  Check(outcome.code == 0 && IsGif(ReadAll(gif)), "true colour becomes a GIF: " + outcome.told);
+  Check(outcome.code == 0 && IsGif(ReadAll(gif)), "true colour becomes a GIF: " + outcome.errors);
 }
 
 struct Chooser {
@@ -176,7 +176,7 @@ bool ClickAndAnswer(HWND dialog, int control, int answer) {
   PostMessageA(target, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(6, 6));
   PostMessageA(target, WM_LBUTTONUP, 0, MAKELPARAM(6, 6));
   Chooser chooser{dialog, nullptr};
-  for (DWORD waited = 0; waited < kPatience / 6 && !chooser.found; waited += 50, Sleep(50))
+  for (DWORD waited = 0; waited < kTimeout / 6 && !chooser.found; waited += 50, Sleep(50))
     EnumWindows(LookOver, reinterpret_cast<LPARAM>(&chooser));
   if (!chooser.found) return false;
   while (IsWindow(chooser.found)) {  // one that is not ready yet does not listen
@@ -217,11 +217,11 @@ void TryFailures(const Program& program) {
     DWORD code;
     const char* word;
   } tries[] = {
-      {"--once --plugin C:\\nothing\\there.dll", 1, "is not there"},
-      {"--once --plugin \"" + program.folder + "\\text.dll\"", 1, "is no library"},
+      {"--once --plugin C:\\nothing\\there.dll", 1, "does not exist"},
+      {"--once --plugin \"" + program.folder + "\\text.dll\"", 1, "is not a 64-bit library"},
       {"--once --plugin C:\\windows\\system32\\version.dll", 1, "PLUGIN16GetPluginParams"},
       {"--once --record \"" + program.folder + "\\text.dll\\calls\"", 1, "cannot be written"},
-      {"--once -o C:\\nothing\\there.gif", 1, "make it"},
+      {"--once -o C:\\nothing\\there.gif", 1, "create it"},
       {"--once -o C:\\windows", 1, "is a folder"},
       {"--host rainbow", 2, "palette, truecolor or both"},
       {"--wrong", 2, "--help"},
@@ -230,9 +230,9 @@ void TryFailures(const Program& program) {
   };
   for (const auto& attempt : tries) {
     const Outcome outcome = program.Run(attempt.arguments);
-    Check(outcome.code == attempt.code && outcome.told.find(attempt.word) != std::string::npos,
-          attempt.arguments + " gives " + std::to_string(outcome.code) + ": " + outcome.told);
-    Check(attempt.code == 0 || Count(outcome.told, "\n") == 1, "a failure is told in one line: " + outcome.told);
+    Check(outcome.code == attempt.code && outcome.errors.find(attempt.word) != std::string::npos,
+          attempt.arguments + " gives " + std::to_string(outcome.code) + ": " + outcome.errors);
+    Check(attempt.code == 0 || Count(outcome.errors, "\n") == 1, "a failure is one line: " + outcome.errors);
   }
   const std::string locked = program.folder + "\\locked.gif";
   std::ofstream(locked) << "older";
@@ -241,18 +241,20 @@ void TryFailures(const Program& program) {
     Prepare(dialog, kVortex);
     Press(dialog, kBuild);
   });
-  Check(outcome.code == 1 && outcome.told.find("cannot be written") != std::string::npos && ReadAll(locked) == "older",
-        "a file that may not be written stays, and that is told: " + outcome.told);
+  Check(
+      outcome.code == 1 && outcome.errors.find("cannot be written") != std::string::npos && ReadAll(locked) == "older",
+      "a file that cannot be written stays, with an error: " + outcome.errors);
 }
 
-// The plug-in of tests/windows/rude_plugin.cpp counts what the host should not have taken and ends the process with it.
+// The plug-in of tests/windows/rude_plugin.cpp counts calls that the host wrongly accepted and exits with their number.
 void TryRudePlugin(const Program& program) {
   const std::string plugin = program.path.substr(0, program.path.find_last_of('\\') + 1) + "rude_plugin.dll";
   const std::string gif = program.folder + "\\rude.gif";
   const Outcome outcome = program.Run("--once --plugin \"" + plugin + "\" -o \"" + gif + "\"");
-  const std::string got = std::to_string(outcome.code) + " " + outcome.told;
+  const std::string got = std::to_string(outcome.code) + " " + outcome.errors;
   Check(outcome.code == 1 && ReadAll(gif).empty(), "a rude plug-in is refused, and the host stands: " + got);
-  Check(outcome.told.find("win.ini' is no picture") != std::string::npos, "the rude plug-in has run: " + got);
+  Check(outcome.errors.find("win.ini' is not a readable picture") != std::string::npos,
+        "the rude plug-in has run: " + got);
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ TEST(Library, ExportsItsTwoFunctionsAndNothingElse) {
   EXPECT_EQ(table->NumberOfFunctions, 2u) << "a function without a name";
 }
 
-// What a Windows has without anything being installed.
 // Built twice from the same sources it is the same file.
 TEST(Library, HoldsNoTimeOfItsBuilding) {
   const auto* image = reinterpret_cast<const std::uint8_t*>(Library());
@@ -44,9 +43,10 @@ TEST(Library, HoldsNoTimeOfItsBuilding) {
   EXPECT_EQ(names->TimeDateStamp, 0u);
 }
 
+// What a Windows has without anything being installed.
 TEST(Library, NeedsTheSystemAlone) {
-  const std::set<std::string> system = {"advapi32", "comctl32", "comdlg32", "gdi32",   "gdiplus", "imm32",  "kernel32",
-                                        "msimg32",  "msvcrt",   "ole32",    "shell32", "user32",  "uxtheme"};
+  const std::set<std::string> system = {"advapi32", "comctl32", "comdlg32", "gdi32",   "gdiplus", "imm32", "kernel32",
+                                        "msimg32",  "msvcrt",   "ole32",    "shell32", "user32",  "usp10", "uxtheme"};
   const auto* import = DirectoryOf<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
   for (; import->Name; ++import) {
     std::string name(reinterpret_cast<const char*>(ImageBase() + import->Name));
@@ -202,7 +202,7 @@ TEST_P(Records, OfABuildAreWhatTheContractSays) {
   EXPECT_GT(different.size(), 3u) << "something moves";
 }
 
-// Told in the order of the work, and no task is opened before all of it is done.
+// In the order of the work, and no task is opened before all of it is done.
 TEST(Contract, StagesAreNamedBeforeATaskIsOpened) {
   RunDialog(kPalette, [&](HWND dialog) {
     Type(dialog, kText, "Hi");

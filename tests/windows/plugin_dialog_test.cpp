@@ -163,7 +163,7 @@ TEST(Options, WithoutTextNothingCanBeBuilt) {
 
 // Letters of more than one unit, of every direction, and half of one; and a person who steps through the effects
 // without waiting for the sample.
-TEST(Options, AnyTextIsBuiltWhicheverWayItCame) {
+TEST(Options, AnyTextIsBuiltHoweverItIsEntered) {
   const std::wstring texts[] = {L"\xD83D\xDE00\xD83D\xDC68\x200D\xD83D\xDC69", L"\x05E9\x05DC \x0645\x0631 ab",
                                 L"\xD83D", L"  "};
   RunDialog(kBothFormats, [&](HWND dialog) {
@@ -304,7 +304,7 @@ TEST_F(Documents, WhatWasSavedIsThereAgainWhenOpened) {
   EXPECT_TRUE(SettingsHold("CurrentFileName = " + path));
 }
 
-TEST_F(Documents, WhatIsNoneOrIsGoneIsTold) {
+TEST_F(Documents, MissingAndForeignDocumentsAreReported) {
   const std::string path = std::string(kFolder) + "\\foreign.GM4";
   std::ofstream(path) << "Something else\nTXTFLD52=Not this\n";
   RunDialog(kPalette, [&](HWND dialog) {

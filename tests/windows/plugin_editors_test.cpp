@@ -44,8 +44,8 @@ TEST(Editors, NothingIsLeftOfThem) {
   ExpectNothingLeft(before, after);
 }
 
-// The host's window is closed, or the dialog itself is told to go, while an editor stands over it.
-// Its text in grey would lie on its text in black.
+// The host's window is closed, or the dialog itself is destroyed, while an editor is open over it. Its text in grey
+// would lie on its text in black.
 TEST(Editors, ALabelThatIsDisabledOrEnabledLeavesNothingOfWhatWasThere) {
   constexpr int kTwoColour = 118, kMultiColour = 119, kStartLabel = 207;
   constexpr COLORREF kInk = 0x0000FF;
@@ -142,7 +142,7 @@ TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
   const struct {
     const char* what;
     HGLOBAL picture;
-    const char* size;  ///< as the dialog tells it; null: refused
+    const char* size;  ///< as the dialog shows it; null: refused
   } answers[] = {
       {"nothing", nullptr, nullptr},
       {"a number", reinterpret_cast<HGLOBAL>(std::uintptr_t{0xDEADBEEF}), nullptr},
@@ -165,7 +165,7 @@ TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
       {"a large one", Picture(600, 600, 24, 1800 * 600), nullptr},
   };
   HGLOBAL answer = nullptr;
-  std::atomic<bool> answered = false;  // with nothing, of which nobody is told
+  std::atomic<bool> answered = false;  // with nothing, without a message
   host.instead = [&](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
     if (operation == HostOpChooseImageFile) {
       std::strcpy(reinterpret_cast<char*>(b), "picture.png");
@@ -244,7 +244,7 @@ TEST(Editors, DamagedFilesDoNoHarm) {
   answers.join();
 }
 
-// A file stands where the folder was.
+// A file has replaced the folder.
 TEST(Editors, ASettingsFolderThatGoesIsNotNeeded) {
   const auto folder = std::filesystem::path(SettingsPath()).parent_path();
   EXPECT_EQ(RunDialog(kBothFormats,

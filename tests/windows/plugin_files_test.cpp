@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Files that are damaged, are something else, cannot be read or cannot be written, by the way that a person takes to
-// them: one message at most, the dialog goes on, and what lies on the disk stays.
+// Files that are damaged, of another kind, unreadable or read-only, opened as a user does: at most one message, the
+// dialog continues, and the files on disk are unchanged.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -74,7 +74,7 @@ struct ReadOnly {
   ~ReadOnly() { SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL); }
 };
 
-/// Another program has the file open and shares it with nobody, or as `share` says.
+/// Another program has the file open, exclusively or as `share` says.
 struct InUse {
   HANDLE file;
   explicit InUse(const std::string& path, DWORD share = 0)
@@ -124,7 +124,7 @@ void OpenAnd(HWND dialog, const std::string& path, const char* message) {
   EXPECT_EQ(FindMessage(), nullptr) << path;
 }
 
-TEST_F(Files, WhatIsNoDocumentIsToldAndStaysAsItIs) {
+TEST_F(Files, ForeignFilesAreReportedAndUnchanged) {
   const std::string folder = kFolder;
   RunDialog(kBothFormats, [&](HWND dialog) {
     Type(dialog, kText, "Of the document");
@@ -218,7 +218,7 @@ int EntriesOf(HWND editor, const GroupEditor& kind) {
   return static_cast<int>(SendDlgItemMessageA(editor, kind.list, LB_GETCOUNT, 0, 0));
 }
 
-/// Chooses a group without waiting: a message may stand before the choice is done.
+/// Chooses a group without waiting, since a message may be open before the choice is done.
 void ChooseGroup(HWND editor, const GroupEditor& kind, const std::string& name) {
   const HWND combo = GetDlgItem(editor, kind.group);
   const LRESULT index =
@@ -243,7 +243,7 @@ void OfferPicture() {
   };
 }
 
-TEST_F(Files, GroupsThatCannotBeReadAreTold) {
+TEST_F(Files, GroupsThatCannotBeReadAreReported) {
   for (const GroupEditor& kind : kGroupEditors) {
     ForgetSettings();
     RunDialog(kBothFormats, [&](HWND dialog) {
@@ -336,7 +336,7 @@ void ChooseOfBar(HWND gradient, int item) {
   ChooseFromMenu(fountain, item);
 }
 
-TEST_F(Files, AFountainLibraryThatIsNoneIsToldAndKept) {
+TEST_F(Files, AForeignFountainLibraryIsReportedAndKept) {
   constexpr int kMultiColour = 119, kList = 101, kDelete = 105;
   constexpr const char* kNotLoaded = "There has been an error loading the fountain library.";
   constexpr const char* kNotAdded = "There has been an error adding this library entry.";
@@ -398,7 +398,7 @@ TEST_F(Files, AFountainLibraryThatIsNoneIsToldAndKept) {
 
 // --- What each fill remembers ---
 
-TEST_F(Files, AFillWhoseFileIsNoneBeginsAnew) {
+TEST_F(Files, AFillWithAForeignFileStartsWithItsDefaults) {
   constexpr int kSimple = 17;
   const std::string name = "Material00100.mtrl", document = std::string(kFolder) + "fill.GM4";
   // The line of the fill in a document of a dialog that has just begun.

@@ -89,7 +89,7 @@ TEST(Refused, AHostWithoutATableOrTooOld) {
     EXPECT_EQ(
         text.find("You need a newer version of Framewright Professional or Framewright Motion to support this plugin."),
         0u);
-    EXPECT_TRUE(owned) << "the message stands over the host's window";
+    EXPECT_TRUE(owned) << "the message is owned by the host's window";
     EXPECT_TRUE(IsWindowEnabled(owner.window));
   }
   EXPECT_TRUE(host.operations.empty());
@@ -101,7 +101,7 @@ TEST(Refused, ANewerHostIsNot) {
   EXPECT_EQ(RunDialog(table, [](HWND dialog) { Press(dialog, kCancel); }), 1);
 }
 
-TEST(Refused, ATableWithoutItsFunctionIsToldAndTheDialogCloses) {
+TEST(Refused, ATableWithoutItsFunctionIsReportedAndTheDialogCloses) {
   HostCallTable table = TableOf(kBothFormats);
   table.HostCall = nullptr;
   std::string text;
@@ -113,7 +113,7 @@ TEST(Refused, ATableWithoutItsFunctionIsToldAndTheDialogCloses) {
 
 // --- During a run ---
 
-TEST(Refused, TasksAndImagesAreToldAndTheDialogStays) {
+TEST(Refused, RefusedTasksAndImagesAreReportedAndTheDialogStays) {
   EXPECT_EQ(RunDialog(kPalette,
                       [](HWND dialog) {
                         AskForQuickEffect(dialog);
@@ -281,7 +281,7 @@ TEST(Hostile, AHostThatFreesLocksOrShrinksOurImages) {
   ExpectWorkingDialog();
 }
 
-TEST(Hostile, OddAnswersAreTakenForWhatTheyAre) {
+TEST(Hostile, InvalidAnswersAreTreatedAsSuch) {
   host.instead = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
     if (operation == HostOpGetFileDialogSize) {
       reinterpret_cast<std::int32_t*>(b)[0] = -2000000000;

@@ -102,7 +102,7 @@ struct NamedControl {
   bool isCheck;
 };
 
-/// What a letter with Alt leads to: a check or a radio, or what stands behind a label. Buttons that act are left out.
+/// The target of Alt and a letter: a check or a radio, or the control after a label. Buttons that act are excluded.
 std::vector<NamedControl> NamedControls(HWND dialog) {
   std::vector<NamedControl> named;
   for (const HWND child : VisibleChildren(dialog)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What this process holds of the system's.
+// The system resources that this process holds.
 #pragma once
 
 #include <windows.h>
@@ -11,10 +11,10 @@ struct Resources {
   SIZE_T drawing = 0, windows = 0, menus = 0, handles = 0;
   SIZE_T blocks = 0;         ///< of all heaps, but for those as large as what a Static of Wine's loses
   SIZE_T staticsBlocks = 0;  ///< of that size
-  SIZE_T staticsMade = 0;    ///< while a StaticsCount stood
+  SIZE_T staticsMade = 0;    ///< during the lifetime of a StaticsCount
 };
 
-/// While it stands, the Statics that this thread makes are counted.
+/// Counts the Statics that this thread creates during its lifetime.
 class StaticsCount {
  public:
   StaticsCount();

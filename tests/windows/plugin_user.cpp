@@ -13,7 +13,7 @@ namespace glyphmotion::test {
 namespace {
 
 constexpr int kMessageText = 0xFFFF;  // the text of a message box
-constexpr DWORD kPatience = 60000;    // milliseconds
+constexpr DWORD kTimeout = 60000;     // milliseconds
 constexpr DWORD kLookAgain = 10;
 
 struct Search {
@@ -46,7 +46,7 @@ HWND FindDialog(const char* title, int control) {
 // Whatever the user left, a message box or the dialog, is closed until the dialog is gone.
 void Leave(HWND dialog) {
   for (DWORD waited = 0; IsWindow(dialog); waited += kLookAgain) {
-    if (waited > kPatience) {
+    if (waited > kTimeout) {
       std::printf("The dialog does not close.\n");
       std::exit(2);
     }
@@ -72,7 +72,7 @@ void SetKeys(const KeyHeldFor& held, BYTE state) {
 bool WaitUntil(const std::function<bool()>& holds) {
   const ULONGLONG start = GetTickCount64();
   for (DWORD pause = 1; !holds(); pause = std::min(pause + 1, kLookAgain)) {
-    if (GetTickCount64() - start > kPatience) return false;
+    if (GetTickCount64() - start > kTimeout) return false;
     Sleep(pause);
   }
   return true;

@@ -54,7 +54,7 @@ HWND WaitForMainDialog();
 int RunDialog(const HostCallTable& table, const std::function<void(HWND dialog)>& user, HWND owner = nullptr);
 int RunDialog(std::uint32_t flags, const std::function<void(HWND dialog)>& user);
 
-/// A message box that stands open now, or null.
+/// The open message box, or null.
 HWND FindMessage();
 /// Waits for the next message box, presses its button, waits until it is gone, and gives its text.
 std::string AnswerMessage(int button = IDOK);

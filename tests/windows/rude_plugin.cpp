@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A plug-in that keeps no rule of the contract. The host has to refuse each of these calls and live on; what it took
-// instead is the exit code of the process, above 100.
+// A plug-in that breaks every rule of the contract. The host has to refuse each of these calls and survive; the exit
+// code of the process, above 100, identifies a call that it accepted.
 #include <windows.h>
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Opens one of the editors for a person, over a small window of its own, and tells what came of it.
+// Opens one of the editors interactively, over a small window of its own, and prints the result.
 //
 //   show_editor gradient    the gradient editor, with its fountain and the windows behind that
 //   show_editor library     the fountain library

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the host reads pictures for a plug-in. Ends with 0 when all of it was right.
+// Tests how the host reads pictures for a plug-in. Exits with 0 when every check passed.
 //
 //   try_pictures FOLDER     to write in
 #include <cstdint>
@@ -66,10 +66,10 @@ int main(int count, char** arguments) {
   TryPicture(Write(folder + "whole.png", sizeof kPng));
   TryPicture(Write(folder + "no_extension", sizeof kPng));
   for (const std::size_t size : {std::size_t{0}, std::size_t{8}, std::size_t{33}})
-    Check(!glyphmotion::LoadPictureFile(Write(folder + "cut.png", size)), "a file that is cut short is no picture");
+    Check(!glyphmotion::LoadPictureFile(Write(folder + "cut.png", size)), "a truncated file is refused");
   Check(!glyphmotion::LoadPictureFile(folder + "nothing.png") && !glyphmotion::LoadPictureFile(folder) &&
             !glyphmotion::LoadPictureFile(""),
-        "what is no file is no picture");
+        "a missing file is refused");
   CoUninitialize();
   std::printf("%s\n", failures ? "FAILED" : "all right");
   return failures ? 1 : 0;

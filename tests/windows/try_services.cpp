@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Tries the system's services of this folder's platform from inside: blocks that a host made, files, folders, fonts and
-// what a dialog of real windows promises. Ends with 0 when all of it was right.
+// what a dialog of real windows promises. Exits with 0 when every check passed.
 #include <windows.h>
 
 #include <algorithm>
@@ -41,7 +41,7 @@ void TryBlocks() {
         reinterpret_cast<std::uintptr_t>(&local[0]), reinterpret_cast<std::uintptr_t>(&local[1]),
         reinterpret_cast<std::uintptr_t>(hosts)}) {
     const auto handle = reinterpret_cast<BlockHandle>(garbage);
-    Check(!LockBlock(handle) && !BlockSize(handle) && !ResizeBlock(handle, 8), "garbage is no block");
+    Check(!LockBlock(handle) && !BlockSize(handle) && !ResizeBlock(handle, 8), "garbage is not a block");
     UnlockBlock(handle);
     FreeBlock(handle);
   }
@@ -78,9 +78,9 @@ void TryOwner() {
     RegSetKeyValueW(root, (L"SOFTWARE\\Microsoft\\" + key).c_str(), name, REG_SZ, value.c_str(),
                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
   };
-  Check(RegisteredOwner().empty() && RegisteredOrganization().empty(), "a machine may be nobody's");
+  Check(RegisteredOwner().empty() && RegisteredOrganization().empty(), "a machine may have no registered owner");
   put(L"Windows NT\\CurrentVersion\\Winlogon", L"DefaultUserName", L"logon");
-  Check(RegisteredOwner() == "logon", "who logs on owns the machine when nobody else does");
+  Check(RegisteredOwner() == "logon", "without a registered owner it is the logged-on user");
   put(L"Windows NT\\CurrentVersion", L"RegisteredOwner", L"Zürich");
   put(L"Windows NT\\CurrentVersion", L"RegisteredOrganization", L"later");
   put(L"Windows\\CurrentVersion", L"RegisteredOwner", L"");
@@ -139,7 +139,7 @@ void TryFonts() {
   Check(ink(smooth) > 400 && ink(oneBit) > 0.9 * ink(smooth) && ink(oneBit) < 1.1 * ink(smooth) &&
             ink(filled) > 0.85 * ink(smooth) && ink(filled) < 1.15 * ink(smooth) && ink(outline) > 100 &&
             ink(outline) < ink(filled),
-        "the four ways of drawing agree on how much there is to see");
+        "the four drawing modes cover the same area");
   GlyphBox pair;
   Check(MeasureGlyph(font, U'\U0001F600', pair) && pair.width > 0, "characters beyond 16 bits can be measured");
   TryShapes(font);
@@ -166,7 +166,7 @@ std::int64_t ControlProcedureOfTry(Dialog&, int id, const Message& message) {
 }
 
 void LookAround(Dialog& dialog) {
-  Check(Children(dialog) == std::vector<int>{100, 101, 10101, 102, 103, 104, 105, -1}, "children stand in their order");
+  Check(Children(dialog) == std::vector<int>{100, 101, 10101, 102, 103, 104, 105, -1}, "children keep their order");
   Check(GetText(dialog, 100) == "Zürich" && GetText(dialog, 10101) == "-7,9,1", "captions are texts");
   SetRange(dialog, 10101, -7, 9);
   SetNumber(dialog, 101, -3);
@@ -214,7 +214,7 @@ std::int64_t Procedure(Dialog& dialog, const Message& message) {
       return 1;
     case kMessageDestroy:
       order += " destroy";
-      Check(HasControl(dialog, 100) && GetText(dialog, 100) == "typed", "controls stand when the dialog goes");
+      Check(HasControl(dialog, 100) && GetText(dialog, 100) == "typed", "controls exist while the dialog is destroyed");
       return 0;
     default:
       return 0;

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Files that get their name when they are whole.
-//
-// A file opened with O_TMPFILE has no name: a process that ends in any manner leaves nothing of it. linkat() names it
-// at the end, but only with a name that is free. So a file that replaces another goes through a temporary name, from
-// which rename() takes it a system call later.
+// Files that get their name when they are complete. A file opened with O_TMPFILE has no name and vanishes with its
+// process. linkat() names it at the end, but only with an unused name. So a file that replaces another gets a temporary
+// name first, and rename() follows immediately.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,7 +29,7 @@ Descriptor OpenUnnamed([[maybe_unused]] const std::string& folder) {
   return Descriptor();
 }
 
-/// Names that exist are skipped.
+/// Skips names that exist.
 Descriptor OpenNamed(const std::string& folder, std::string& name) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     name = TemporaryName(folder);
@@ -43,15 +41,15 @@ Descriptor OpenNamed(const std::string& folder, std::string& name) {
   return Descriptor();
 }
 
-/// The owner stays as far as this user may give files away; rights that go with an owner do not pass to another.
+/// Keeps the owner if this user may change it; set-user-id and similar bits are not passed to another owner.
 bool TakeRights(int descriptor, const struct stat& old) {
   const bool same = fchown(descriptor, old.st_uid, old.st_gid) == 0;
   if (!same) (void)!fchown(descriptor, static_cast<uid_t>(-1), old.st_gid);
   return fchmod(descriptor, old.st_mode & (same ? 07777 : 0777)) == 0;
 }
 
-/// Whether `target` can be replaced or made; `exists` says which. A file without any right to write is read-only for
-/// the superuser too, who could write it all the same.
+/// Whether `target` can be replaced or created; `exists` says which. A file without any write permission counts as
+/// read-only for the superuser too.
 bool MayWrite(const std::string& target, struct stat& status, bool& exists, std::string& why) {
   exists = stat(target.c_str(), &status) == 0;
   if (!exists) {
@@ -73,7 +71,7 @@ bool MayWrite(const std::string& target, struct stat& status, bool& exists, std:
 
 struct AtomicFile::State {
   std::string target, folder;
-  std::string name;  ///< the temporary one; empty while there is none
+  std::string name;  ///< the temporary name; empty if there is none
   Descriptor file;
   std::string buffer;
   int error = 0;
@@ -151,7 +149,7 @@ bool AtomicFile::Write(std::string_view bytes) noexcept {
   if (!state_ || state_->error) return false;
   if (bytes.size() > kBuffer - state_->buffer.size() && !state_->Flush()) return false;
   if (bytes.size() < kBuffer) {
-    state_->buffer.append(bytes);  // which has the room
+    state_->buffer.append(bytes);  // which has enough capacity
   } else if (!WriteAll(*state_->file, bytes)) {
     state_->error = errno;
   }
@@ -169,7 +167,7 @@ bool AtomicFile::Keep(std::string& why) noexcept try {
     why = ReasonOf(error);
     return false;
   }
-  // The name itself is on the disk once its folder is. Some file systems cannot flush a folder; the file stands then.
+  // Flushing the folder makes the name durable. Some file systems cannot do that; the file is kept all the same.
   if (const Descriptor folder = OpenFile(state->folder, O_RDONLY | O_DIRECTORY)) (void)fsync(*folder);
   return true;
 } catch (const std::exception&) {

@@ -15,8 +15,8 @@
 namespace glyphmotion {
 namespace {
 
-/// Puts `name` in the place of the folder `target`, which gets the name `name` where it exists. Two renames, where the
-/// system cannot exchange names, leave a moment without a target.
+/// Replaces the folder `target` by `name`; an existing target gets the name `name`. Where the system cannot exchange
+/// names, two renames leave a moment without a target.
 bool Exchange(const std::string& name, const std::string& target) {
 #ifdef RENAME_EXCHANGE
   if (renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) return true;
@@ -92,7 +92,7 @@ bool AtomicFolder::Keep(std::string& why) noexcept try {
   if (kept) {
     state->name.clear();
   } else if (!state->error) {
-    // A folder with files in it is the only thing that rename() does not replace; its files go with `state`.
+    // rename() replaces anything but a folder with files in it; those are deleted together with `state`.
     kept = (errno == ENOTEMPTY || errno == EEXIST) && Exchange(state->name, state->target);
   }
   if (!kept) why = ReasonOf(state->error ? state->error : errno);

@@ -58,11 +58,12 @@ double LeftIn(const Cluster& cluster, const ClusterGlyph& glyph) { return cluste
 Area InkOf(const Cluster& cluster) {
   Area ink;
   for (const ClusterGlyph& glyph : cluster.glyphs) {
-    const GlyphSpec spec = SpecOf(glyph);
-    hb_font_t* font = spec.face ? ShaperOf(*spec.face) : nullptr;
+    const GlyphSpec glyphSource = SpecOf(glyph);
+    hb_font_t* font = glyphSource.face ? ShaperOf(*glyphSource.face) : nullptr;
     hb_glyph_extents_t extents;
     if (!font || !hb_font_get_glyph_extents(font, glyph.code, &extents) || !extents.width || !extents.height) continue;
-    const double scale = glyph.em / spec.face->unitsPerEm, x = LeftIn(cluster, glyph) + extents.x_bearing * scale;
+    const double scale = glyph.em / glyphSource.face->unitsPerEm,
+                 x = LeftIn(cluster, glyph) + extents.x_bearing * scale;
     const double top = glyph.y - extents.y_bearing * scale;
     const double more = (glyph.embolden ? glyph.em * kBoldStrength : 0) + (glyph.slant ? glyph.em * kSlant : 0);
     ink.Add(x, top, x + extents.width * scale + more, top - extents.height * scale);
@@ -107,8 +108,8 @@ class JoinedOutline {
 
 void AddOutlines(const Cluster& of, const Cluster& box, JoinedOutline& all) {
   for (const ClusterGlyph& glyph : of.glyphs) {
-    const GlyphSpec spec = SpecOf(glyph);
-    FT_Outline* outline = spec.face && !spec.face->picturesOnly ? LoadOutline(spec) : nullptr;
+    const GlyphSpec glyphSource = SpecOf(glyph);
+    FT_Outline* outline = glyphSource.face && !glyphSource.face->picturesOnly ? LoadOutline(glyphSource) : nullptr;
     RequireMemory();
     if (!outline || outline->n_points == 0) continue;
     FT_Outline_Translate(outline, To26Dot6(LeftIn(box, glyph)), To26Dot6(-glyph.y));
@@ -188,9 +189,9 @@ bool RenderPictures(const FontRequest&, char32_t code, std::vector<GlyphPicture>
   const auto cluster = FindCluster(code);
   if (!cluster || !OpenEngine()) return false;
   for (const ClusterGlyph& glyph : cluster->glyphs) {
-    const GlyphSpec spec = SpecOf(glyph);
+    const GlyphSpec glyphSource = SpecOf(glyph);
     GlyphPicture picture;
-    if (!spec.face || !LoadPicture(spec, picture)) continue;
+    if (!glyphSource.face || !LoadPicture(glyphSource, picture)) continue;
     RequireMemory();
     const double most = std::min(8.0 * cluster->cellHeight + 64, kMaxSide);
     if (picture.shownWidth > most || picture.shownHeight > most) continue;

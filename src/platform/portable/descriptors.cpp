@@ -23,8 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kNameStart = ".glyphmotion-", kNameEnd = ".tmp";
 
-/// Keeps SIGXFSZ from ending the process, which may be anybody's: it is blocked for this thread, and one that a write
-/// has raised is taken away again.
+/// Keeps SIGXFSZ from ending the host process: blocks it for this thread and consumes one that a write has raised.
 class FileSizeSignalBlocked {
  public:
   FileSizeSignalBlocked() noexcept {
@@ -50,7 +49,7 @@ class FileSizeSignalBlocked {
   bool before_;
 };
 
-/// The process in ".glyphmotion-PID-N.tmp"; 0 for other names.
+/// The process id in ".glyphmotion-PID-N.tmp"; 0 for other names.
 pid_t ProcessOf(std::string_view name) noexcept {
   if (!name.starts_with(kNameStart) || !name.ends_with(kNameEnd)) return 0;
   name.remove_prefix(kNameStart.size());
@@ -59,8 +58,8 @@ pid_t ProcessOf(std::string_view name) noexcept {
   return number.ec == std::errc{} && *number.ptr == '-' && process > 0 ? process : 0;
 }
 
-/// A live process holds a lock on what it writes. Its number alone does not say: that may be another's by now, and
-/// processes of another container are not seen from this one.
+/// A live process holds a lock on the file that it writes. Its id is not enough: it may have been reused, and processes
+/// of other containers are invisible.
 void RemoveUnlessHeld(int folder, const std::string& path, const char* name) {
   const Descriptor file(openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat status;
@@ -155,7 +154,7 @@ void ClearStaleTemporaries(const std::string& folder) noexcept try {
     if (!process || (process != getpid() && (kill(process, 0) == 0 || errno != ESRCH))) continue;
     RemoveUnlessHeld(dirfd(open.get()), folder, entry->d_name);
   }
-} catch (const std::exception&) {  // they wait for the next write
+} catch (const std::exception&) {  // left for the next write
 }
 
 }  // namespace glyphmotion

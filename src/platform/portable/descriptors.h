@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What reading and writing files share: owned descriptors, reasons of failures, and names of files under way.
+// Shared by reading and writing files: owned descriptors, reasons for failures, and temporary names.
 #pragma once
 
 #include <sys/types.h>
@@ -10,7 +10,7 @@
 
 namespace glyphmotion {
 
-/// An open file, closed when it goes.
+/// Owns an open file descriptor.
 class Descriptor {
  public:
   explicit Descriptor(int opened = -1) noexcept : number_(opened) {}
@@ -27,25 +27,25 @@ class Descriptor {
   int number_;
 };
 
-/// open() that goes on after a signal. Descriptors are closed in child processes.
+/// open() that restarts after a signal. Descriptors are close-on-exec.
 Descriptor OpenFile(const std::string& path, int flags, mode_t mode = 0) noexcept;
 
-/// Writes all. A file that grows past the process's limit is a plain error, EFBIG: the signal that comes with it is
-/// swallowed. On failure errno says why.
+/// Writes all bytes. A file that grows past the process's limit is a plain error, EFBIG: the accompanying signal is
+/// suppressed. On failure errno has the reason.
 bool WriteAll(int descriptor, std::string_view bytes) noexcept;
 
-/// The reason behind an errno as the second half of a sentence.
+/// The reason for an errno as the second half of a sentence.
 std::string ReasonOf(int error);
 
 /// The folder of a path with its separator; "./" for a bare name.
 std::string FolderOf(const std::string& path);
 
-/// Follows links, also to a file that does not exist yet. Empty when they lead in a circle.
+/// Resolves symbolic links, even to a file that does not exist yet. Empty when they form a cycle.
 std::string TargetOfLinks(const std::string& path);
 
-/// A short hidden name in `folder` that says whose it is; another one each time.
+/// A short hidden name in `folder` that contains the process id; a new one each time.
 std::string TemporaryName(const std::string& folder);
-/// Marks an open file or folder of such a name as one of a process that lives.
+/// Marks an open file or folder of such a name as belonging to a live process.
 void HoldTemporary(int descriptor) noexcept;
 /// Removes files and folders with such names whose process is dead.
 void ClearStaleTemporaries(const std::string& folder) noexcept;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The controls of a dialog in memory: what they hold and how that changes.
+// The controls of an in-memory dialog: their contents and how they change.
 #include "platform/dialog.h"
 #include "platform/ascii.h"
 
@@ -16,7 +16,7 @@ namespace {
 // The average character of the dialogs' 8-point font, in pixels: four dialog units across, eight down.
 constexpr int kBaseWidth = 6, kBaseHeight = 13;
 
-/// Dialog units to pixels, to the nearest as a machine's own dialog manager does.
+/// Converts dialog units to pixels, rounding to the nearest as the native dialog manager does.
 int PixelsOf(int units, int base, int divisor) {
   const int scaled = units * base * 2;
   return (scaled + (scaled < 0 ? -divisor : divisor)) / (divisor * 2);
@@ -28,7 +28,7 @@ bool LessWithoutCase(const std::string& a, const std::string& b) {
   });
 }
 
-/// Where the item ended up. The item that was selected stays so.
+/// Returns the item's index. The selected item stays selected.
 int InsertItem(Control& control, const std::string& text) {
   auto place = control.items.end();
   if (control.kind == ControlKind::SortedCombo) {
@@ -128,6 +128,13 @@ std::vector<int> Children(const Dialog& dialog) {
   ids.reserve(dialog.controls.size());
   for (const Control& control : dialog.controls) ids.push_back(control.id);
   return ids;
+}
+
+int ControlCount(const Dialog& dialog) { return static_cast<int>(dialog.controls.size()); }
+
+ControlView ControlAt(const Dialog& dialog, int index) {
+  const Control& c = dialog.controls[static_cast<std::size_t>(index)];
+  return {c.kind, c.id, c.visible, c.enabled, c.check, c.selection, c.limit, c.place, c.text};
 }
 
 bool HasControl(const Dialog& dialog, int id) { return FindControl(dialog, id) != nullptr; }
@@ -350,7 +357,7 @@ TextExtent MeasureText(const Dialog&, const std::string& text, int width) {
     const auto word = static_cast<int>(end - at);
     if (column && column + word > limit) {
       ++lines;
-      column = -1;  // the blank before the word
+      column = -1;  // the space before the word
     }
     column += word;
     longest = std::max(longest, column);
@@ -372,7 +379,7 @@ ControlRange RangeOf(const Dialog& dialog, int id) {
   return control ? control->range : ControlRange{};
 }
 
-// Nothing here is drawn by the machine, and nobody presses Tab.
+// In memory the system draws nothing and there is no Tab key.
 void SetTicks(Dialog&, int, int) {}
 void SetTabStop(Dialog&, int, bool) {}
 

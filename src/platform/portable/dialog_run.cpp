@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Messages, timers and the modal loop of dialogs in memory, and the person who drives them.
-//
-// Posted messages stand in one queue for all dialogs of a run, as they do on a desktop: while an inner dialog runs,
-// what was posted to the outer one arrives in its turn, and its timers tick. What is still queued for a dialog when it
-// goes is dropped. A run within a run has a queue of its own; the outer one's waits. Whoever sends a message to a
-// dialog, the dialog's own run handles it.
+// Messages, timers and the modal loop of in-memory dialogs, and the simulated user who drives them. All dialogs of a
+// run share one queue of posted messages, as on a desktop: while an inner dialog runs, the outer one still gets its
+// messages and timers. Messages queued for a destroyed dialog are dropped. A nested run has its own queue; the outer
+// one waits. A message is always handled by the run of the dialog it is sent to.
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
@@ -19,21 +17,24 @@
 namespace glyphmotion {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 struct QueuedMessage {
   Dialog* dialog = nullptr;
   int control = 0;  ///< 0: for the dialog itself
   Message message;
 };
 
-/// A run's.
+/// Belongs to a run.
 struct Desktop {
   std::deque<QueuedMessage> queue;
-  std::vector<Dialog*> dialogs;  ///< outermost first; only the last can be reached by a person
+  std::vector<Dialog*> dialogs;  ///< outermost first; only the last accepts user input
   ModalDriver driver;
   DialogObserver observer;
   std::uint64_t sequence = 0;  ///< of the last timer armed
   const Dialog* tickingDialog = nullptr;
   int tickingTimer = 0;  ///< the timer whose message is being handled
+  bool byTheClock = false;
 };
 
 Desktop& CurrentDesktop() { return CurrentRun().Member<Desktop>(); }
@@ -56,12 +57,13 @@ void PumpPosted(Dialog& dialog) {
   }
 }
 
-/// The armed timer that is due first, with its dialog; null when none is left.
+/// The first timer due, with its dialog; null when none is left.
 Timer* NextTimer(const Desktop& desktop, Dialog*& owner) {
   Timer* next = nullptr;
+  const auto now = Clock::now();
   for (Dialog* dialog : desktop.dialogs) {
     for (Timer& timer : dialog->timers) {
-      if (!timer.armed) continue;
+      if (!timer.armed || (desktop.byTheClock && timer.due > now)) continue;
       if (next && (next->milliseconds < timer.milliseconds ||
                    (next->milliseconds == timer.milliseconds && next->armed < timer.armed))) {
         continue;
@@ -73,8 +75,8 @@ Timer* NextTimer(const Desktop& desktop, Dialog*& owner) {
   return next;
 }
 
-/// Sends the timer's message. A timer fires once a pump, however often it repeats; set again by its own message it
-/// waits for the next pump, set again by another it is due anew.
+/// Sends the timer's message. A timer fires at most once per pump. If its own message sets it again, it waits for the
+/// next pump; if another message does, it is due again.
 void Tick(Dialog& dialog, Timer& timer) {
   Desktop& desktop = DesktopOf(dialog);
   struct Restore {
@@ -87,6 +89,7 @@ void Tick(Dialog& dialog, Timer& timer) {
     }
   } restore{desktop, desktop.tickingDialog, desktop.tickingTimer};
   timer.armed = 0;
+  timer.due = Clock::now() + std::chrono::milliseconds(timer.milliseconds);
   desktop.tickingDialog = &dialog;
   desktop.tickingTimer = timer.id;
   Send(dialog, {kMessageTimer, static_cast<std::uint64_t>(timer.id), 0});
@@ -108,8 +111,8 @@ void RunDialog(Dialog& dialog, void* parameter) {
   if (!dialog.ended) EndDialog(dialog, 0);
 }
 
-/// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
-/// one of them gets its message, whatever another throws; `error` keeps the first.
+/// Sends kMessageDestroy: to the dialog's procedure first, while its controls exist, then to the controls in order. All
+/// of them get it, even if one throws; `error` keeps the first exception.
 void DestroyDialog(Dialog& dialog, std::exception_ptr& error) {
   dialog.ended = true;
   dialog.visible = false;
@@ -145,7 +148,7 @@ std::unique_ptr<Dialog> MakeDialog(const DialogTemplate& dialogTemplate, DialogP
   }
 }
 
-/// The control, if a person can reach it now.
+/// The control, if it accepts user input now.
 Control* Reachable(Dialog& dialog, int id) {
   const auto& dialogs = DesktopOf(dialog).dialogs;
   Control* control = FindControl(dialog, id);
@@ -157,7 +160,7 @@ void SendCommand(Dialog& dialog, int id, int code) {
   Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
 }
 
-/// A radio's group is the unbroken run of radios around it.
+/// A radio's group is the contiguous run of radios around it.
 void CheckRadio(Dialog& dialog, const Control& chosen) {
   auto at = std::find_if(dialog.controls.begin(), dialog.controls.end(),
                          [&](const Control& control) { return &control == &chosen; });
@@ -168,7 +171,7 @@ void CheckRadio(Dialog& dialog, const Control& chosen) {
   }
 }
 
-/// Drawn controls that follow the pointer themselves; a click on them is a press and a release in their middle.
+/// Drawn controls that handle the pointer themselves; a click on them is a press and a release at their centre.
 bool TakesMouse(ControlKind kind) {
   return kind == ControlKind::MaterialButton || kind == ControlKind::FountainButton ||
          kind >= ControlKind::ShadowDirection;
@@ -184,7 +187,7 @@ std::string CutToLine(const std::string& text, int limit) {
   return text.substr(0, end);
 }
 
-/// Up and down in a number edit: its up-down stands straight after it.
+/// Up and down in a number edit, whose up-down directly follows it.
 bool StepNumber(Dialog& dialog, const Control& edit, int step) {
   for (std::size_t i = 0; i + 1 < dialog.controls.size(); ++i) {
     const Control& partner = dialog.controls[i + 1];
@@ -202,7 +205,7 @@ void PressListKey(Dialog& dialog, const Control& list, KeyCode key) {
   if (key == kKeyMenu && list.selection >= 0) SendCommand(dialog, list.id, kItemMenuByKey);
 }
 
-/// An item of a list is chosen and then clicked once more, or with the other button.
+/// Selects an item of a list and then clicks it again, or with the other button.
 bool ChooseAndTell(Dialog& dialog, int id, int index, CommandCode code) {
   if (!IsList(KindOf(dialog, id)) || !Choose(dialog, id, index) || dialog.ended) return false;
   SendCommand(dialog, id, code);
@@ -280,7 +283,8 @@ void SetTimer(Dialog& dialog, int timer, int milliseconds) {
   Desktop& desktop = DesktopOf(dialog);
   const bool ticking = desktop.tickingDialog == &dialog && desktop.tickingTimer == timer;
   KillTimer(dialog, timer);
-  dialog.timers.push_back({timer, milliseconds, ticking ? 0 : ++desktop.sequence});
+  const auto due = Clock::now() + std::chrono::milliseconds(milliseconds);
+  dialog.timers.push_back({timer, milliseconds, ticking ? 0 : ++desktop.sequence, due});
 }
 
 void KillTimer(Dialog& dialog, int timer) {
@@ -316,6 +320,19 @@ void Pump(Dialog& dialog) {
     Tick(*owner, *timer);
     PumpPosted(dialog);
   }
+}
+
+void FireTimersByTheClock() { CurrentDesktop().byTheClock = true; }
+
+int MillisecondsToNextTimer() {
+  std::int64_t next = -1;
+  for (const Dialog* dialog : CurrentDesktop().dialogs) {
+    for (const Timer& timer : dialog->timers) {
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer.due - Clock::now()).count();
+      if (next < 0 || left < next) next = std::max<std::int64_t>(left, 0);
+    }
+  }
+  return static_cast<int>(next);
 }
 
 bool Click(Dialog& dialog, int id) {

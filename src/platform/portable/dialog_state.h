@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What a dialog in memory is made of, shared by the two files that implement it: dialog.cpp (controls) and
-// dialog_run.cpp (messages, the modal loop and the person who drives it).
+// The data of an in-memory dialog, shared by the two files that implement it: dialog.cpp (controls) and dialog_run.cpp
+// (messages, the modal loop and the simulated user).
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <string>
 #include <unordered_map>
@@ -25,7 +26,7 @@ struct Control {
   bool visible = true, enabled = true;
   bool check = false;
   int selection = -1;
-  int limit = 0;                      ///< characters a person may type; 0: any number
+  int limit = 0;                      ///< characters that can be typed; 0: any number
   ControlRange range;                 ///< of an up-down or a trackbar
   int itemWidth = 0, itemHeight = 0;  ///< of a picture list's items
   ControlRectangle place;
@@ -40,14 +41,15 @@ struct Timer {
   int id = 0;
   int milliseconds = 0;
   std::uint64_t armed = 0;  ///< order in which it was armed; 0 once it has fired in this pump
+  std::chrono::steady_clock::time_point due{};
 };
 
 struct Dialog {
-  RunState* run = nullptr;  ///< the one that made it, which every message to it works for
+  RunState* run = nullptr;  ///< the run that created it and handles its messages
   int templateId = 0;
   std::string title;
   DialogProcedure procedure = nullptr;
-  std::deque<Control> controls;            ///< children in order; a deque, so that adding moves none
+  std::deque<Control> controls;            ///< children in order; a deque keeps pointers valid
   std::unordered_map<int, Control*> byId;  ///< the first child of each id; none for -1
   std::vector<Timer> timers;
   std::int64_t result = 0;
@@ -74,10 +76,10 @@ inline bool HasItems(ControlKind kind) {
   return kind == ControlKind::Combo || kind == ControlKind::SortedCombo || IsList(kind);
 }
 
-/// Makes the controls of a template at the end of the dialog; on std::bad_alloc none of them stays.
+/// Appends the controls of a template to the dialog; on std::bad_alloc none of them.
 void AppendControls(Dialog& dialog, const DialogTemplate& dialogTemplate, bool visible);
 
-/// Tells the observer, if there is one.
+/// Notifies the observer, if there is one.
 void NotifyObserver(Dialog& dialog, DialogChange::What what, int id);
 
 }  // namespace glyphmotion

@@ -19,7 +19,7 @@ void Say(std::string* why, const std::string& reason) {
   if (why) *why = reason;
 }
 
-/// Opens what is a regular file. A pipe without a writer does not keep us waiting.
+/// Opens a regular file. Never blocks on a pipe without a writer.
 Descriptor OpenRegular(const std::string& path, struct stat& status, std::string* why) {
   if (!IsPath(path)) {
     Say(why, "it is not a file name");
@@ -58,7 +58,7 @@ std::optional<std::string> ReadAll(int descriptor, std::size_t size, std::size_t
   }
 }
 
-/// A pipe that nobody reads is refused; one whose reader pauses is waited for.
+/// A pipe without a reader is refused; a slow reader blocks the write.
 bool WriteInPlace(const std::string& path, std::string_view bytes, std::string* why) {
   const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
   const bool written =
@@ -74,7 +74,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   const Descriptor file = OpenRegular(path, status, why);
   return file ? ReadAll(*file, static_cast<std::size_t>(status.st_size), limit, why) : std::nullopt;
 } catch (const std::exception&) {
-  if (why) why->assign("out of memory");  // fits into any string without an allocation
+  if (why) why->assign("out of memory");  // fits into any string's local buffer
   return std::nullopt;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Folders by the XDG base directories.
+// Folders according to the XDG base directories.
 #include "platform/folders.h"
 
 #include <dlfcn.h>
@@ -32,7 +32,7 @@ std::string WithSeparator(std::string folder) {
   return folder;
 }
 
-/// A field of the user's entry, read into memory of our own (getpwuid's belongs to the whole process); empty when there
+/// A field of the user's passwd entry, read into a local buffer (getpwuid's is shared by the process); empty when there
 /// is none.
 std::string UserField(char* passwd::*field) {
   std::array<char, 4096> memory{};
@@ -46,7 +46,7 @@ std::string HomeFolder() {
   return WithSeparator(UserField(&passwd::pw_dir));
 }
 
-/// A base directory; relative values of the variable are to be ignored.
+/// A base directory; relative values of the variable are ignored.
 std::string BaseFolder(const char* variable, const char* underHome) {
   const std::string folder = Environment(variable);
   if (!folder.empty() && folder.front() == '/') return JoinPath(folder, "glyphmotion/");
@@ -97,7 +97,7 @@ std::string DocumentsFolder() {
 }
 
 std::string OwnFolder() {
-  // The loader names a shared library by its path, but the program by however it was called.
+  // The loader names a shared library by its path, but the program by its argv[0].
   Dl_info module{};
   std::error_code error;
   fs::path path;
@@ -132,7 +132,7 @@ std::string RegisteredOrganization() { return {}; }
 bool EnsureFolder(const std::string& folder) noexcept try {
   if (folder.empty()) return false;
   std::error_code error;
-  const fs::path path = fs::path(folder) / "";  // with and without a last separator alike
+  const fs::path path = fs::path(folder) / "";  // with or without a trailing separator
   fs::create_directories(path.parent_path(), error);
   return fs::is_directory(path, error);
 } catch (...) {

@@ -29,16 +29,16 @@ std::vector<FontAxis> AxesOf(FT_Face face) {
 }
 
 /// Splits "fonts.ttc#2"; a file of that whole name wins.
-void SplitSpec(const std::string& spec, FontFile& file) {
-  file.path = spec;
+void SplitSpec(const std::string& name, FontFile& file) {
+  file.path = name;
   file.index = 0;
   std::error_code ignored;
-  const std::size_t hash = spec.rfind('#');
-  const bool numbered = hash != spec.npos && hash + 1 < spec.size() && spec.size() - hash < 6 &&
-                        spec.find_first_not_of("0123456789", hash + 1) == spec.npos;
-  if (!numbered || std::filesystem::exists(spec, ignored)) return;
-  file.path = spec.substr(0, hash);
-  file.index = std::stoi(spec.substr(hash + 1));
+  const std::size_t hash = name.rfind('#');
+  const bool numbered = hash != name.npos && hash + 1 < name.size() && name.size() - hash < 6 &&
+                        name.find_first_not_of("0123456789", hash + 1) == name.npos;
+  if (!numbered || std::filesystem::exists(name, ignored)) return;
+  file.path = name.substr(0, hash);
+  file.index = std::stoi(name.substr(hash + 1));
 }
 
 std::string ShortNumber(double value) {
@@ -117,8 +117,8 @@ std::vector<FontFaceInfo> FontFaces() {
   return faces;
 }
 
-bool OpenFontFile(const std::string& spec, FontFile& file, std::string& error) {
-  SplitSpec(spec, file);
+bool OpenFontFile(const std::string& name, FontFile& file, std::string& error) {
+  SplitSpec(name, file);
   std::error_code code;
   if (!std::filesystem::is_regular_file(file.path, code)) {
     error = "there is no font file '" + file.path + "'";

@@ -15,7 +15,7 @@ using glyphmotion::Dialog;
 glyphmotion::BlockHandle HandleOf(std::uint64_t value) { return reinterpret_cast<glyphmotion::BlockHandle>(value); }
 Dialog& DialogOf(GlyphmotionDialog* dialog) { return *reinterpret_cast<Dialog*>(dialog); }
 
-/// What a person does, for a caller in C: nothing may be thrown at it, so what throws has not been done.
+/// A user action for a C caller: exceptions are caught and count as failure.
 template <typename Action>
 int Done(GlyphmotionDialog* dialog, Action action) noexcept {
   if (!dialog) return 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Movable blocks on the heap, behind a table of slots. A handle is a slot number and the slot's generation, so that a
-// handle of a freed block, or one that never was ours, is recognised. The table only grows, in chunks that never move:
-// a handle is looked up without a lock, and only making and freeing take one.
+// Movable blocks on the heap, behind a table of slots. A handle is a slot number and the slot's generation, so that
+// handles of freed blocks and foreign handles are recognised. The table only grows, in chunks that never move: handles
+// are looked up without a lock, and only allocating and freeing take one.
 #include "platform/memory.h"
 
 #include <array>
@@ -32,17 +32,16 @@ constexpr unsigned kFirstChunkBits = 8, kChunks = 32 - kFirstChunkBits;
 constexpr std::uint32_t kFirstNumber = 1u << kFirstChunkBits;
 
 struct BlockTable {
-  std::mutex mutex;  ///< of making and freeing
+  std::mutex mutex;  ///< guards allocating and freeing
   std::array<std::atomic<Slot*>, kChunks> chunks{};
   std::uint32_t count = 0;  ///< slots made
   std::uint32_t firstFree = 0;
 };
 
-// Needs no destruction: a static object of a program that uses the library may free its blocks after everything else is
-// gone.
+// Never destroyed: a static object of the application may free its blocks after all other static objects are destroyed.
 constinit BlockTable table;
 
-/// The slot of a number from 1, which must have been made (its chunk, at least).
+/// The slot of a number from 1, whose chunk must exist.
 Slot* SlotAt(std::uint32_t number) {
   const std::uint32_t place = number - 1 + kFirstNumber;
   const auto chunk = static_cast<unsigned>(std::bit_width(place)) - 1 - kFirstChunkBits;
@@ -50,7 +49,7 @@ Slot* SlotAt(std::uint32_t number) {
   return slots ? slots + (place - (kFirstNumber << chunk)) : nullptr;
 }
 
-/// A free slot's number; 0 when there is no memory for one. With the table locked.
+/// A free slot's number; 0 when out of memory. Requires the lock.
 std::uint32_t TakeFreeSlot() {
   if (const std::uint32_t number = table.firstFree) {
     table.firstFree = SlotAt(number)->nextFree;

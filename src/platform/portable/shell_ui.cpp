@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The desktop where there is none: the responder of the dialog's driver answers, and the colours are constants, so that
-// faces painted into bitmaps look the same everywhere.
+// The desktop services without a desktop: the driver's responder answers, and the colours are constants, so that faces
+// painted into bitmaps look the same everywhere.
 #include "platform/shell_ui.h"
 
 #include <utility>
@@ -12,7 +12,7 @@ namespace {
 
 UiResponder& Responder() { return CurrentRun().Member<UiResponder>(); }
 
-/// A copy, since an answer may replace the responder it came from.
+/// A copy, since a call may replace the responder.
 template <typename Member>
 auto Answerer(Member member) {
   return Responder().*member;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Controls as windows: each function here is a message or a call on the window of an id.
+// Controls as windows: each function sends a message to the window of an id, or calls the system on it.
 #include "platform/dialog.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace glyphmotion {
 namespace {
 
-/// The same questions to a combo and to a list.
+/// The corresponding messages of a combo and a list.
 struct ItemMessages {
   UINT add, clear, count, text, textLength, remove, data, setData, selection, select, find;
 };
@@ -61,7 +61,7 @@ void TakeDigitsOnly(HWND edit, bool digits) {
   if (edit) ChangeStyle(edit, ES_NUMBER, digits);
 }
 
-/// A control that goes out of reach must not keep the keyboard.
+/// A control that is hidden or disabled must not keep the focus.
 void LeaveFocus(const Dialog& dialog, const Control& control) {
   if (GetFocus() == control.window) SendMessageW(dialog.window, WM_NEXTDLGCTL, 0, FALSE);
 }
@@ -134,11 +134,11 @@ int AddItem(Dialog& dialog, int id, const std::string& text) {
   return index < 0 ? -1 : static_cast<int>(index);
 }
 
-// A control that draws itself after every item takes seconds for some hundreds.
+// Redrawing after every item would take seconds for some hundreds.
 void AddItems(Dialog& dialog, int id, std::span<const std::string> texts) {
   const Control* control = FindControl(dialog, id);
   if (!ItemsOf(control)) return;
-  const bool visible = HasStyle(control, WS_VISIBLE);  // the message shows what is hidden
+  const bool visible = HasStyle(control, WS_VISIBLE);  // the message shows hidden windows
   if (visible) Ask(*control, WM_SETREDRAW, FALSE);
   for (const std::string& text : texts) AddItem(dialog, id, text);
   if (visible) Ask(*control, WM_SETREDRAW, TRUE);
@@ -186,7 +186,7 @@ void SetItemData(Dialog& dialog, int id, int index, std::uint64_t data) {
 void SetItemSize(Dialog& dialog, int id, int width, int height) {
   const Control* control = FindControl(dialog, id);
   if (!control || !IsPictureList(control->kind)) return;
-  Ask(*control, LB_SETITEMHEIGHT, 0, std::clamp(Scaled(dialog, height), 1, 255));  // what a list box takes
+  Ask(*control, LB_SETITEMHEIGHT, 0, std::clamp(Scaled(dialog, height), 1, 255));  // the range of a list box
   if (control->kind == ControlKind::PictureGrid) {
     Ask(*control, LB_SETCOLUMNWIDTH, Index(std::max(Scaled(dialog, width), 1)));
   }
@@ -279,7 +279,7 @@ ControlRectangle RectangleOf(const Dialog& dialog, int id) {
   RECT place{};
   if (!control || !GetWindowRect(control->window, &place)) return {};
   MapWindowPoints(nullptr, dialog.window, reinterpret_cast<POINT*>(&place), 2);
-  // The size as the faces have it, which rounding both edges might not give.
+  // The size is rounded by itself, as for faces; rounding both edges might differ.
   const int left = Unscaled(dialog, place.left), top = Unscaled(dialog, place.top);
   return {left, top, left + Unscaled(dialog, place.right - place.left),
           top + Unscaled(dialog, place.bottom - place.top)};

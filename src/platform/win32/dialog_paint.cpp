@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What is painted by the program: faces on a bitmap that then goes to the window, and the dialog's background, which
-// everything that does not fill its place stands on.
+// The program's own painting: faces, on a bitmap that is then copied to the window, and the dialog's background, which
+// shows through every control that does not fill its rectangle.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::ptrdiff_t StrideOf(int width) { return (std::ptrdiff_t{3} * width + 3) / 4 * 4; }
 
-/// A bitmap to paint on, selected into a context of its own.
+/// A bitmap to paint on, selected into its own device context.
 struct Canvas {
   HDC context = nullptr;
   HBITMAP bitmap = nullptr;
@@ -47,7 +47,7 @@ struct Canvas {
   explicit operator bool() const { return bitmap != nullptr; }
 };
 
-/// A brush begins at a place of the device, wherever the context's own origin has been moved to. Where it began before.
+/// Sets the brush origin, which is in device coordinates whatever the origin of the context. Returns the previous one.
 POINT StartBrushAt(HDC context, POINT place) {
   POINT before{};
   LPtoDP(context, &place, 1);
@@ -65,7 +65,7 @@ void DrawBackground(const Dialog& dialog, HDC context, const RECT& place, POINT 
   SetBrushOrgEx(context, before.x, before.y, nullptr);
 }
 
-/// Every pixel of the logical face takes the one that stands at its place.
+/// Samples the background at each pixel of the logical face.
 void TakeBackground(const DrawRequest& from, const DrawRequest& to) {
   for (int y = 0; y < to.height; ++y) {
     const std::uint8_t* row = from.pixels + from.stride * (y * from.height / to.height);
@@ -93,7 +93,7 @@ void DrawTexts(const Dialog& dialog, const Canvas& canvas, const std::vector<Fac
   if (before) SelectObject(canvas.context, before);
 }
 
-/// Children that leave some of their place to what is behind them.
+/// Children that do not fill their rectangle.
 bool ShowsBackground(ControlKind kind) {
   return kind == ControlKind::Label || kind == ControlKind::Paragraph || kind == ControlKind::Group;
 }
@@ -176,8 +176,7 @@ void ForgetBackground(Dialog& dialog) {
   dialog.hasBackground = false;
 }
 
-// Only the dialog's own window has children to leave out: a child whose look is see-through asks for what is behind it
-// with a context of its own.
+// Only the dialog's own window has children to clip: a transparent child requests its background with its own context.
 void EraseBackground(Dialog& dialog, HDC context) {
   MakeBackground(dialog);
   RECT inside{};
@@ -209,7 +208,7 @@ void EraseBehind(const Control& control) {
   if (context) ReleaseDC(control.window, context);
 }
 
-// Text lies on whatever the dialog's background is; so does what a control leaves of its place. A field keeps its own.
+// Labels, and controls that do not fill their rectangle, show the dialog's background. Fields keep their own.
 INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window) {
   const auto found = std::find_if(dialog.controls.begin(), dialog.controls.end(),
                                   [&](const Control& control) { return control.window == window; });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Window messages to dialog messages, and the modal loop. Nothing is decided here: each window message that the program
-// knows is handed on in the program's own terms, everything else goes where it would have gone.
+// Translates window messages into dialog messages, and runs the modal loop. There is no policy here: window messages
+// that the program knows are translated, all others get their default handling.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -13,12 +13,12 @@
 namespace glyphmotion {
 namespace {
 
-/// The dialog of a run that was opened last.
+/// The most recently opened dialog of a run.
 struct Innermost {
   Dialog* dialog = nullptr;
 };
 
-/// No exception may pass a window procedure: the dialog ends with the first, and RunModal throws it on.
+/// Exceptions must not cross a window procedure: the first one ends the dialog, and RunModal rethrows it.
 template <typename Call>
 void Guarded(Dialog& dialog, Call call) {
   try {
@@ -44,7 +44,7 @@ void PaintByProcedure(const Control& control, HDC context, const RECT& place, co
 
 // --- Drawn controls ---
 
-/// The menu key or Shift+F10, not the pointer.
+/// True for the menu key or Shift+F10, as opposed to the pointer.
 bool IsMenuByKey(UINT message, LPARAM lParam) { return message == WM_CONTEXTMENU && lParam == -1; }
 
 bool IsKnownKey(WPARAM key) {
@@ -52,7 +52,7 @@ bool IsKnownKey(WPARAM key) {
   return std::find(std::begin(kKeys), std::end(kKeys), static_cast<int>(key)) != std::end(kKeys);
 }
 
-// Families show in their faces where the keyboard is.
+// Faces show the focus.
 void PaintDrawn(Control& control) {
   PAINTSTRUCT paint;
   const HDC context = BeginPaint(control.window, &paint);
@@ -69,7 +69,7 @@ void PaintDrawn(Control& control) {
   EndPaint(control.window, &paint);
 }
 
-/// True when the message was for the control's procedure, or settles how such a control stands among the others.
+/// True when the message was for the control's procedure, or concerns its focus and tab behaviour.
 bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   const auto hand = [&](std::uint32_t number, std::uint64_t a, std::int64_t b) {
     Guarded(*control.dialog, [&] { control.procedure(*control.dialog, control.id, {number, a, b}); });
@@ -98,7 +98,7 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
       if (!IsMenuByKey(message, lParam)) return false;
       hand(kMessageKeyDown, kKeyMenu, 0);
       return true;
-    case WM_COMMAND:  // such a control has no children: it comes from PostToControl
+    case WM_COMMAND:  // such a control has no children, so this comes from PostToControl
       hand(kMessageCommand, wParam, lParam);
       return true;
     case WM_LBUTTONDOWN:
@@ -123,8 +123,7 @@ bool HandleDrawn(Control& control, UINT message, WPARAM wParam, LPARAM lParam, L
 
 // --- Buttons that a procedure paints ---
 
-/// The button's class takes such a button for one that is never the default, so that is kept here; and it knows nothing
-/// of the pointer above it.
+/// The system's class never makes an owner-drawn button the default and does not track hovering, so both are done here.
 bool HandleButton(Control& control, UINT message, WPARAM wParam, LRESULT& result) {
   const auto show = [&](bool& state, bool value) {
     if (std::exchange(state, value) != value) InvalidateRect(control.window, nullptr, FALSE);
@@ -156,8 +155,8 @@ bool HandleButton(Control& control, UINT message, WPARAM wParam, LRESULT& result
 
 // --- Lists ---
 
-/// The right button on an item, which it selects first, and the keys that act on one. True when the list need not see
-/// it.
+/// Handles a right click on an item, which it selects first, and the keys that act on an item. True when the list does
+/// not have to see the message.
 bool HandleList(const Control& control, UINT message, WPARAM wParam, LPARAM lParam) {
   Dialog& dialog = *control.dialog;
   if (message == WM_KEYDOWN && (wParam == VK_DELETE || wParam == VK_F2)) {
@@ -190,7 +189,7 @@ bool HandleList(const Control& control, UINT message, WPARAM wParam, LPARAM lPar
 
 // --- Dialogs ---
 
-/// The codes that the program knows; the others are the system's own affair.
+/// The notification codes that the program uses; the others are ignored.
 bool IsKnownCode(const Control& control, int code) {
   if (IsCombo(control.kind)) return code == CBN_SELCHANGE;
   if (IsList(control.kind)) return code == LBN_SELCHANGE || code == LBN_DBLCLK;
@@ -204,13 +203,13 @@ void OnCommand(Dialog& dialog, WPARAM wParam, LPARAM lParam) {
   const int id = LOWORD(wParam);
   int code = HIWORD(wParam);
   const Control* control = lParam ? FindControl(dialog, id) : nullptr;
-  // The second click of a fast pair on a button that draws itself is a click like the first.
+  // On a drawn button a double click counts as two clicks.
   if (control && !HasItems(control->kind) && code == BN_DOUBLECLICKED) code = BN_CLICKED;
   if (lParam && (!control || !IsKnownCode(*control, code))) return;
   Send(dialog, {kMessageCommand, static_cast<std::uint64_t>(id), code});
 }
 
-/// F1 comes to the control with the keyboard, which hands it up.
+/// F1 goes to the focused control, which passes it to its parent.
 void OnHelp(Dialog& dialog, const HELPINFO& asked) {
   if (asked.iContextType != HELPINFO_WINDOW) return;
   const auto window = static_cast<HWND>(asked.hItemHandle);
@@ -253,20 +252,20 @@ void OnDrawItem(Dialog& dialog, const DRAWITEMSTRUCT& item) {
   });
 }
 
-/// A drag or a press ends when another window comes to the front: the button may go up over there.
+/// A drag or a press ends when another window is activated: the button may be released there.
 void OnDeactivate(Dialog& dialog) {
   const HWND captor = GetCapture();
   for (const Control& control : dialog.controls) {
     if (control.window != captor || !IsDrawn(control.kind)) continue;
-    ReleaseCapture();  // which tells the control
+    ReleaseCapture();  // which notifies the control
     return;
   }
 }
 
-/// The last messages: the dialog's procedure first, while its controls stand, then the controls in their order. Every
-/// one of them gets its message, whatever another throws.
+/// Sends kMessageDestroy: to the dialog's procedure first, while its controls exist, then to the controls in order. All
+/// of them get it, even if one throws.
 void OnDestroy(Dialog& dialog) {
-  // When the window goes with its owner, the modal loop finds that out with its next message only.
+  // If the window is destroyed with its owner, the modal loop notices only at its next message.
   if (!dialog.ended) PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
   dialog.ended = true;
   Guarded(dialog, [&] { Send(dialog, {kMessageDestroy, 0, 0}); });
@@ -337,8 +336,8 @@ INT_PTR CALLBACK DialogWindowProcedure(HWND window, UINT message, WPARAM wParam,
   return handled;
 }
 
-/// While it stands, windows get the looks that this module's manifest asks for, whatever the host's own look. Without
-/// a manifest nothing changes.
+/// While it exists, new windows use the visual style of this module's manifest, whatever the host's style. Without a
+/// manifest nothing changes.
 struct OwnLooks {
   HANDLE context = INVALID_HANDLE_VALUE;
   ULONG_PTR cookie = 0;
@@ -385,14 +384,14 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
   } else if (control->procedure && IsPushButton(control->kind) && HandleButton(*control, message, wParam, result)) {
     return result;
   } else if (message == WM_ENABLE && control->kind == ControlKind::Label) {
-    EraseBehind(*control);  // a label is transparent: its new text would lie on the old one
+    EraseBehind(*control);  // a label is transparent: the new text would be drawn over the old
   } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
     return 0;
   }
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }
 
-// The user is a person, and a library that may be unloaded leaves no state with a host's threads.
+// The user is a person, and a library that may be unloaded must not leave state in the host's threads.
 void TakeThreadSetup(RunState&) {}
 
 std::int64_t RunModal(const DialogTemplate& dialogTemplate, void* owner, DialogProcedure procedure, void* parameter) {
@@ -450,7 +449,7 @@ void Post(Dialog& dialog, const Message& message) {
   }
 }
 
-// Without a control's window, as a menu's command, so that any id and code passes.
+// Without a window handle, like a menu command, so that any id and code is accepted.
 void PostCommand(Dialog& dialog, int id, int code) {
   PostMessageW(dialog.window, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(id), static_cast<WORD>(code)), 0);
 }

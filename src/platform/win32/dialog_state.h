@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a dialog of real windows keeps beside them, shared by dialog.cpp (controls), dialog_template.cpp (from templates
-// to windows) and dialog_run.cpp (messages).
+// The data that a dialog of real windows keeps beside them, shared by dialog.cpp (controls), dialog_template.cpp (from
+// templates to windows) and dialog_run.cpp (messages).
 #pragma once
 
 #include <deque>
@@ -20,27 +20,27 @@ struct Control {
   ControlKind kind = ControlKind::Label;
   int id = -1;
   HWND window = nullptr;
-  WNDPROC classProcedure = nullptr;  ///< the window's own, before it was subclassed
+  WNDPROC classProcedure = nullptr;  ///< the original procedure, before subclassing
   ControlProcedure procedure = nullptr;
   const void* family = nullptr;
   Dialog* dialog = nullptr;
-  bool inScreenPixels = false;          ///< its face is
+  bool inScreenPixels = false;          ///< the face is in device pixels
   bool isDefault = false, hot = false;  ///< of a button that a procedure paints
 };
 
 struct Dialog {
-  RunState* run = nullptr;  ///< the one that made it, which every message to it works for
+  RunState* run = nullptr;  ///< the run that created it and handles its messages
   const DialogTemplate* source = nullptr;
   DialogProcedure procedure = nullptr;
   void* parameter = nullptr;
   HWND window = nullptr;
-  std::deque<Control> controls;            ///< children in order; a deque, so that adding moves none
+  std::deque<Control> controls;            ///< children in order; a deque keeps pointers valid
   std::unordered_map<int, Control*> byId;  ///< the first child of each id; none for -1
   bool ended = false;
-  bool releasing = false;       ///< the mouse, by itself
+  bool releasing = false;       ///< it is releasing the mouse capture itself
   bool choseFocus = false;      ///< the focus was set before the dialog showed
-  std::exception_ptr error;     ///< the first that a procedure threw; RunModal throws it on
-  bool hasBackground = false;   ///< the procedure has been asked for it
+  std::exception_ptr error;     ///< the first exception of a procedure; RunModal rethrows it
+  bool hasBackground = false;   ///< the procedure has been asked for a background
   HBRUSH background = nullptr;  ///< a brush of the whole inside; null: the plain face
   SIZE backgroundSize{};
 };
@@ -60,46 +60,44 @@ inline bool IsPictureList(ControlKind kind) {
 }
 inline bool IsList(ControlKind kind) { return kind == ControlKind::List || IsPictureList(kind); }
 inline bool HasItems(ControlKind kind) { return IsCombo(kind) || IsList(kind); }
-/// Kinds with a window class of this program, whose whole look and behaviour is their procedure's.
+/// Kinds with a window class of this program, drawn and handled entirely by their procedure.
 inline bool IsDrawn(ControlKind kind) { return kind >= ControlKind::MaterialButton; }
 
 inline bool IsPushButton(ControlKind kind) { return kind == ControlKind::Button || kind == ControlKind::DefaultButton; }
 
-/// Messages that dialogs and controls send one another beside the system's.
+/// Private messages between dialogs and controls.
 constexpr UINT kFirstPrivateMessage = 1224, kLastPrivateMessage = 0x0FFF;
 inline bool IsPrivate(UINT message) { return message >= kFirstPrivateMessage && message <= kLastPrivateMessage; }
 
-/// The screen's pixels to one of 96 to the inch.
+/// Device pixels per logical pixel of 96 dpi.
 double ScaleOf(const Dialog& dialog);
 
-/// Lets `paint` paint the control's face, which then goes to the place of the control's context. `state` tells what the
-/// face shows.
+/// Lets `paint` paint the control's face and copies it to the control's context. `state` is the state to show.
 void PaintFace(const Control& control, HDC context, const RECT& place, const DrawRequest& state,
                const std::function<void(const DrawRequest&)>& paint);
 
-/// The dialog's background: made by its procedure once for each size, put behind its children, a brush for those that
-/// ask.
+/// The dialog's background: painted by its procedure once per size, drawn behind its children and supplied as a brush.
 void MakeBackground(Dialog& dialog);
 void ForgetBackground(Dialog& dialog);
 void EraseBackground(Dialog& dialog, HDC context);
 INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window);
-/// Puts the background where the control is.
+/// Paints the background over the control's rectangle.
 void EraseBehind(const Control& control);
 
-/// The library or program that this code is in.
+/// The module that contains this code.
 HINSTANCE ThisModule() noexcept;
 
-/// The class of drawn controls lives as long as a dialog runs, in whatever thread: a library that goes must leave no
-/// class behind. Each call that returned true wants one of the other.
+/// Registers and unregisters the class of drawn controls, which exists while any dialog runs in any thread: an unloaded
+/// library must not leave a class behind. Each call that returned true needs one call of the other.
 bool RegisterDrawnClass() noexcept;
 void UnregisterDrawnClass() noexcept;
 
 /// The system's form of a dialog template with all its controls.
 std::vector<std::uint16_t> TemplateInMemory(const DialogTemplate& source);
-/// Takes over the windows that the system made from the dialog's template, in the template's order.
+/// Registers the windows that the system created from the dialog's template, in the template's order.
 void AdoptControls(Dialog& dialog);
 
-/// The subclass procedure of every control; a window's Control hangs on it as a property.
+/// The subclass procedure of every control; a window property points to its Control.
 LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 extern const wchar_t* const kControlProperty;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// From the templates' rows to windows: a whole dialog as the system's template in memory, a panel's controls as windows
-// added to a dialog that stands.
+// From template rows to windows: a whole dialog as an in-memory system template, a panel's controls as windows added to
+// an open dialog.
 #include <cstring>
 #include <string_view>
 
@@ -12,7 +12,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr const wchar_t* kDrawnClass = L"GlyphmotionDrawn";
-constexpr int kDropHeight = 200;  // dialog units; what a combo is higher than its field, for its list
+constexpr int kDropHeight = 200;  // dialog units; height of a combo's list, added to its field
 
 struct WindowKind {
   const wchar_t* className;
@@ -68,7 +68,7 @@ WindowKind WindowKindOf(ControlKind kind) {
   }
 }
 
-/// Every control begins a group of its own, but for a run of radios, which is one.
+/// Every control starts a group of its own, except for a run of radios, which form one.
 DWORD GroupStyle(std::span<const ControlTemplate> controls, std::size_t index) {
   const auto isRadio = [&](std::size_t i) { return controls[i].kind == ControlKind::Radio; };
   return isRadio(index) && index && isRadio(index - 1) ? 0 : WS_GROUP;
@@ -78,7 +78,7 @@ std::wstring CaptionOf(const ControlTemplate& source) {
   return source.caption && !HasItems(source.kind) ? WideOf(source.caption) : std::wstring();
 }
 
-/// A label that is given room for two lines wraps; any other is one line, cut off rather than a word short.
+/// A label with room for two lines wraps; any other is one line and is clipped rather than wrapped.
 DWORD StyleOf(const ControlTemplate& source, const WindowKind& kind) {
   constexpr int kTwoLines = 16;  // dialog units
   return source.kind == ControlKind::Label && source.height >= kTwoLines ? SS_LEFT : kind.style;
@@ -86,7 +86,7 @@ DWORD StyleOf(const ControlTemplate& source, const WindowKind& kind) {
 
 int HeightOf(const ControlTemplate& source) { return source.height + (IsCombo(source.kind) ? kDropHeight : 0); }
 
-/// Writes the system's records: 16-bit units, strings with their terminators.
+/// Writes the system's records: 16-bit units, terminated strings.
 struct TemplateWriter {
   std::vector<std::uint16_t> units;
   void Word(int value) { units.push_back(static_cast<std::uint16_t>(value)); }
@@ -120,7 +120,7 @@ void WriteControl(TemplateWriter& writer, std::span<const ControlTemplate> contr
   writer.Word(0);  // bytes of creation data
 }
 
-/// Gives a combo or a list the items of its caption, separated by semicolons.
+/// Fills a combo or a list with the items of its caption, which are separated by semicolons.
 void FillFromCaption(HWND window, ControlKind kind, std::string_view caption) {
   const UINT add = IsList(kind) ? LB_ADDSTRING : CB_ADDSTRING;
   for (std::size_t start = 0; start < caption.size();) {
@@ -132,7 +132,7 @@ void FillFromCaption(HWND window, ControlKind kind, std::string_view caption) {
   }
 }
 
-/// Lists the window as the dialog's next control and puts our procedure before its own.
+/// Registers the window as the dialog's next control and subclasses it.
 void Adopt(Dialog& dialog, const ControlTemplate& source, HWND window) {
   Control& control = dialog.controls.emplace_back();
   control.kind = source.kind;
@@ -142,18 +142,18 @@ void Adopt(Dialog& dialog, const ControlTemplate& source, HWND window) {
   if (source.id != -1) dialog.byId.emplace(source.id, &control);
   if (HasItems(source.kind) && source.caption) FillFromCaption(window, source.kind, source.caption);
   if (source.kind == ControlKind::UpDown) {
-    const NumberRange range = ParseRange(source.caption ? source.caption : "");
-    SendMessageW(window, UDM_SETRANGE32, static_cast<WPARAM>(static_cast<INT_PTR>(range.minimum)), range.maximum);
-    // Its edit stands straight before it.
+    // Its edit directly precedes it.
     const HWND edit = dialog.controls.size() > 1 ? dialog.controls[dialog.controls.size() - 2].window : nullptr;
     SendMessageW(window, UDM_SETBUDDY, reinterpret_cast<WPARAM>(edit), 0);
+    const NumberRange range = ParseRange(source.caption ? source.caption : "");
+    SetRange(dialog, source.id, range.minimum, range.maximum);
   }
   if (!SetPropW(window, kControlProperty, &control)) return;
   control.classProcedure = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ControlWindowProcedure)));
 }
 
-/// A hidden child of the dialog at the template's place, in the dialog's font.
+/// A hidden child of the dialog at the template's position, in the dialog's font.
 HWND MakeTwin(const Dialog& dialog, const DialogTemplate& panel, std::size_t index) {
   const ControlTemplate& source = panel.controls[index];
   const WindowKind kind = WindowKindOf(source.kind);
@@ -180,10 +180,10 @@ void RemoveControlsFrom(Dialog& dialog, std::size_t count) {
   }
 }
 
-// The one thing of the process's own: classes belong to a module, not to a thread.
+// The only process-wide object: window classes belong to a module, not to a thread.
 struct DrawnClass {
   SRWLOCK lock = SRWLOCK_INIT;
-  int users = 0;  ///< dialogs that run
+  int users = 0;  ///< number of running dialogs
 };
 constinit DrawnClass drawnClass;
 
@@ -214,9 +214,9 @@ bool RegisterDrawnClass() noexcept {
   windowClass.hInstance = ThisModule();
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.lpszClassName = kDrawnClass;
-  const bool stands = RegisterClassExW(&windowClass) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-  if (stands) ++drawnClass.users;
-  return stands;
+  const bool registered = RegisterClassExW(&windowClass) || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+  if (registered) ++drawnClass.users;
+  return registered;
 }
 
 void UnregisterDrawnClass() noexcept {
@@ -230,7 +230,7 @@ std::vector<std::uint16_t> TemplateInMemory(const DialogTemplate& source) {
   writer.Word(0xFFFF);
   writer.Double(0);  // help id
   writer.Double(0);  // extended style
-  // Visible before the messages that its start posts arrive.
+  // Visible before the messages posted at its start arrive.
   writer.Double(WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE | DS_MODALFRAME | DS_SHELLFONT | DS_CENTER);
   writer.Word(static_cast<int>(source.controls.size()));
   writer.Word(0);
@@ -266,7 +266,7 @@ bool AddControls(Dialog& dialog, const DialogTemplate& panel, int tabAfter) {
       const HWND window = MakeTwin(dialog, panel, i);
       if (!window) throw std::bad_alloc();
       Adopt(dialog, panel.controls[i], window);
-      // The Tab key goes by the windows' order, from the top down.
+      // The tab order is the z-order, from the top down.
       SetWindowPos(window, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
       if (above) previous = window;
     }

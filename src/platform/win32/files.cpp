@@ -7,14 +7,14 @@
 #include <exception>
 #include <utility>
 
-#include "platform/win32/patience.h"
+#include "platform/win32/retry.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 
 namespace glyphmotion {
 namespace {
 
-/// An open file, closed when it goes.
+/// Owns an open file handle.
 struct OpenFile {
   HANDLE handle;
   explicit OpenFile(HANDLE opened) : handle(opened) {}
@@ -50,7 +50,7 @@ std::wstring FolderOf(const std::wstring& path) {
 
 constexpr std::wstring_view kNameStart = L".glyphmotion-", kNameEnd = L".tmp";
 
-/// The process in ".glyphmotion-PID-N.tmp"; 0 for other names.
+/// The process id in ".glyphmotion-PID-N.tmp"; 0 for other names.
 DWORD ProcessOf(const std::wstring& name) {
   if (!name.starts_with(kNameStart) || !name.ends_with(kNameEnd)) return 0;
   return static_cast<DWORD>(wcstoul(name.c_str() + kNameStart.size(), nullptr, 10));
@@ -64,7 +64,7 @@ bool IsAlive(DWORD process) {
   return alive;
 }
 
-/// Removes what dead processes left unfinished in the folder. A file that is open cannot be removed.
+/// Removes unfinished files of dead processes from the folder. A file that is open cannot be removed.
 void ClearStaleTemporaries(const std::wstring& folder) {
   WIN32_FIND_DATAW found;
   const HANDLE search =
@@ -77,7 +77,7 @@ void ClearStaleTemporaries(const std::wstring& folder) {
   FindClose(search);
 }
 
-/// A new, empty file in `folder`; its name goes to `name`. Names that exist are skipped.
+/// Creates an empty file in `folder` and stores its name in `name`. Skips names that exist.
 HANDLE CreateIn(const std::wstring& folder, std::wstring& name) {
   static std::atomic<unsigned> count{0};
   for (int attempt = 0; attempt < 100; ++attempt) {
@@ -92,7 +92,7 @@ HANDLE CreateIn(const std::wstring& folder, std::wstring& name) {
   return INVALID_HANDLE_VALUE;
 }
 
-/// The reason behind an error as the second half of a sentence.
+/// The reason for an error as the second half of a sentence.
 std::string ReasonOf(DWORD error) {
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
@@ -104,9 +104,9 @@ std::string ReasonOf(DWORD error) {
     case ERROR_HANDLE_DISK_FULL:
       return "the disk is full; free some space";
     case ERROR_SHARING_VIOLATION:
-      return "another program holds it";
+      return "another program is using it";
     default:
-      return "error " + std::to_string(error) + " of the system";
+      return "system error " + std::to_string(error);
   }
 }
 
@@ -114,7 +114,7 @@ void Say(std::string* why, const std::string& reason) {
   if (why) *why = reason;
 }
 
-/// ReplaceFile keeps the old file's permissions and attributes, but not every file system knows it.
+/// ReplaceFile keeps the old file's permissions and attributes, but not every file system supports it.
 bool PutInPlace(const std::wstring& name, const std::wstring& path, bool exists) {
   if (exists && ReplaceFileW(path.c_str(), name.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) {
     return true;
@@ -127,7 +127,7 @@ bool WriteInPlace(const std::wstring& path, std::string_view bytes) {
   return file && WriteAll(file.handle, bytes) && file.Close();
 }
 
-/// The file that a link leads to; the path itself when it is none.
+/// The target of a link; the path itself if it is not a link.
 std::wstring TargetOf(const std::wstring& path) {
   const OpenFile file(CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return path;
@@ -232,7 +232,7 @@ bool AtomicFile::Keep(std::string& why) noexcept try {
   if (!state) return false;
   const bool whole = !state->error && FlushFileBuffers(state->file.handle);
   const bool closed = state->file.Close();
-  if (whole && closed && InTime([&] { return PutInPlace(state->name, state->target, state->exists); })) {
+  if (whole && closed && RetryBriefly([&] { return PutInPlace(state->name, state->target, state->exists); })) {
     state->name.clear();
     return true;
   }
@@ -243,7 +243,7 @@ bool AtomicFile::Keep(std::string& why) noexcept try {
   return false;
 }
 
-// Another of this program's dialogs, say, that replaces the file meanwhile is not kept from it.
+// Others, such as another dialog of this program, may replace the file meanwhile.
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit, std::string* why) noexcept try {
   if (!IsPath(path)) {
     Say(why, "it is not a file name");

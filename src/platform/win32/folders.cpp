@@ -11,7 +11,7 @@
 namespace glyphmotion {
 namespace {
 
-// Where systems of different age say whose they are, the first that does counts.
+// Where different Windows versions store the registered owner; the first value found counts.
 constexpr const wchar_t* kVersions[] = {L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion",
                                         L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion"};
 constexpr const wchar_t* kLogon = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
@@ -47,7 +47,7 @@ bool IsFolder(const std::wstring& path) {
 std::string RegistryText(const wchar_t* folder, const wchar_t* name) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, folder, 0, KEY_READ | KEY_WOW64_64KEY, &key) != ERROR_SUCCESS) return {};
-  wchar_t value[256] = L"";  // the last character stays a terminator, whatever the value lacks
+  wchar_t value[256] = L"";  // the last character is always a terminator
   DWORD type = 0, bytes = sizeof value - sizeof *value;
   const LSTATUS status = RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(value), &bytes);
   RegCloseKey(key);

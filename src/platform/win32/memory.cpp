@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Movable blocks of the system's heap, whose handles a host can lock. A table knows the blocks that are ours, with the
-// size that was asked for (the system may round up) and their locks; so a handle of a freed block is recognised. Other
-// handles may be blocks that a host made for us: they are let through when the system knows them as movable.
+// Movable blocks of the system's heap, whose handles a host can lock. A table lists our own blocks, with their
+// requested size (the system may round up) and their locks, so handles of freed blocks are recognised. Other handles
+// may be blocks that a host allocated for us: they are accepted if the system reports them as movable.
 #include "platform/memory.h"
 
 #include <cstring>
@@ -17,8 +17,8 @@ namespace {
 struct Entry {
   std::size_t size = 0;
   std::uint32_t locks = 0;
-  bool ours = false;      ///< made here; otherwise a host's block, listed while we hold it locked
-  std::uint64_t run = 0;  ///< number of the run that made the block, or locked the host's
+  bool ours = false;      ///< allocated here; otherwise a host's block, listed while we hold a lock
+  std::uint64_t run = 0;  ///< number of the run that allocated the block, or locked the host's
 };
 
 struct BlockTable {
@@ -26,8 +26,8 @@ struct BlockTable {
   std::unordered_map<BlockHandle, Entry> entries;
 };
 
-// Never destroyed: a static object of a program that uses the library may free its blocks after everything else is
-// gone. It is only emptied when nothing lives, so that a library that is unloaded leaves no memory behind.
+// Never destroyed: a static object of the application may free its blocks after all other static objects are destroyed.
+// It is released whenever no block is alive, so that an unloaded library leaks no memory.
 BlockTable& Table() {
   struct Tidy {
     BlockTable* table;
@@ -40,7 +40,7 @@ BlockTable& Table() {
   return *tidy.table;
 }
 
-/// Every function below works with the table locked.
+/// All functions below require the lock.
 class TableLock {
  public:
   TableLock() { AcquireSRWLockExclusive(&Table().lock); }
@@ -55,8 +55,8 @@ Entry* EntryOf(BlockHandle block) {
   return found == entries.end() ? nullptr : &found->second;
 }
 
-// A handle is the address of an entry of the heap's handle table, off by one pointer from its alignment; an address of
-// fixed memory, or garbage, hardly ever is. Asking for the flags checks the rest without touching the block.
+// A handle is the address of an entry of the heap's handle table, one pointer off its alignment; addresses of fixed
+// memory and garbage hardly ever are. GlobalFlags checks the rest without touching the block.
 bool IsHostsBlock(BlockHandle block) {
   const auto value = reinterpret_cast<std::uintptr_t>(block);
   if (value % (2 * sizeof(void*)) != sizeof(void*)) return false;
@@ -84,7 +84,7 @@ BlockCounters Count(Counts counts) noexcept {
 
 BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   if (!MayAllocate()) return nullptr;
-  // Of no bytes at all the system would make a discarded block, which cannot be locked.
+  // For zero bytes the system would create a discarded block, which cannot be locked.
   const BlockHandle block = GlobalAlloc(GHND, bytes ? bytes : 1);
   if (!block) return nullptr;
   try {
@@ -105,7 +105,7 @@ bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
   const std::size_t before = entry->size;
   entry->size = bytes;
   if (bytes <= before) return true;
-  // The system clears what lies past its own, rounded size only.
+  // The system clears only bytes past its own, rounded size.
   if (void* memory = GlobalLock(block)) {
     std::memset(static_cast<char*>(memory) + before, 0, bytes - before);
     GlobalUnlock(block);

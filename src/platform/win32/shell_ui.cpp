@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The desktop's own boxes, over the window of the dialog that asks.
+// The system's boxes, over the window of the calling dialog.
 #include "platform/shell_ui.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 #include "platform/dialog.h"
 #include "platform/run_state.h"
 #include "platform/win32/dialog_state.h"
-#include "platform/win32/patience.h"
+#include "platform/win32/retry.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
 // After windows.h:
@@ -29,8 +29,8 @@ HWND OwnerWindow(Dialog* owner) {
 
 constexpr UINT kTakeSize = WM_APP + 1;
 
-/// The hook's window is a child of the dialog whose size it keeps. The dialog gets its size once it stands: before, it
-/// does not move its contents.
+/// The hook's window is a child of the dialog whose size it remembers. The dialog is resized only once it is shown:
+/// before that, it does not lay out its contents.
 UINT_PTR CALLBACK SizeFileDialog(HWND window, UINT message, WPARAM, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
     const auto* dialog = reinterpret_cast<const OPENFILENAMEW*>(lParam);
@@ -54,7 +54,7 @@ UINT_PTR CALLBACK SizeFileDialog(HWND window, UINT message, WPARAM, LPARAM lPara
   return 0;
 }
 
-/// "GM4 files", "*.GM4", each with its terminator, and one more.
+/// "GM4 files", "*.GM4", each terminated, and one more terminator.
 std::wstring FilterOf(const FileQuestion& question) {
   std::wstring filter = WideOf(question.filterName);
   filter += L'\0';
@@ -82,7 +82,7 @@ bool Ask(Dialog* owner, void* window, const std::string& text, MessageButtons bu
   return answer == IDOK || answer == IDYES;
 }
 
-/// The colours that a person has made in the colour chooser.
+/// The custom colours of the colour chooser.
 struct CustomColours {
   COLORREF colours[16];
   CustomColours() { std::fill(std::begin(colours), std::end(colours), 0xFFFFFF); }
@@ -103,7 +103,7 @@ struct OwnedMenu {
   ~OwnedMenu() { DestroyMenu(handle); }
 };
 
-/// On the screen: a place of the control, or where the pointer is.
+/// Screen coordinates of a position in the control, or of the pointer.
 POINT MenuPlace(Dialog* owner, int control, int x, int y) {
   POINT place{};
   if (!owner || !control) {
@@ -143,9 +143,9 @@ void Beep(MessageIcon icon) {
 void CopyToClipboard(Dialog& owner, const std::string& text) {
   const std::wstring wide = WideOf(text);
   const std::size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
-  // Opened without a window it could be taken over by whoever opens it so too, before anything is set.
+  // Without an owner window, another program that opens it likewise could take it over before the data is set.
   const HWND window = OwnerWindow(&owner);
-  if (!InTime([window] { return OpenClipboard(window) != FALSE; })) return;
+  if (!RetryBriefly([window] { return OpenClipboard(window) != FALSE; })) return;
   EmptyClipboard();
   const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
   void* place = block ? GlobalLock(block) : nullptr;
@@ -153,7 +153,7 @@ void CopyToClipboard(Dialog& owner, const std::string& text) {
     std::memcpy(place, wide.c_str(), bytes);
     GlobalUnlock(block);
   }
-  if (block && (!place || !SetClipboardData(CF_UNICODETEXT, block))) GlobalFree(block);  // else it is the system's
+  if (block && (!place || !SetClipboardData(CF_UNICODETEXT, block))) GlobalFree(block);  // otherwise the system owns it
   CloseClipboard();
 }
 

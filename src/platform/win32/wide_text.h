@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text is UTF-8 inside the program and UTF-16 at the system's door.
+// Text is UTF-8 inside the program and UTF-16 in system calls.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace glyphmotion {
 
-/// Ill-formed text gets the replacement character where it is so; nothing fails but for memory.
+/// Ill-formed parts become the replacement character. Fails only when out of memory.
 std::wstring WideOf(std::string_view text);
 std::string NarrowOf(std::wstring_view text);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The system's headers, the same way for every file of this folder: without the macros that would rename functions of
+// The system's headers, included alike by every file of this folder: without the macros that would rename functions of
 // this program.
 #pragma once
 

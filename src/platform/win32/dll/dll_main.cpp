@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The library's entry. It refuses to load into one program only: the maker's host of a major version below 16, which
-// does not know this interface. What the program is, its own version resource says.
+// The library's entry point. It refuses to load into one program only: the maker's host of a major version below 16,
+// which lacks this interface. The program is identified by its version resource.
 #include <cstddef>
 #include <cstring>
 #include <cwchar>
@@ -13,8 +13,8 @@ namespace {
 constexpr unsigned kMinimumMajorVersion = 16;
 constexpr std::wstring_view kMakersHost = L"Framewright";
 
-// The bytes of the program's version resource. They lie in its image, so nothing has to be loaded or freed, which this
-// is not the time for.
+// The bytes of the program's version resource. They are part of its image, so nothing has to be loaded or freed, which
+// would not be safe here.
 std::string_view VersionResource() {
   const HMODULE program = GetModuleHandleW(nullptr);
   const HRSRC place = FindResourceW(program, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
@@ -32,7 +32,7 @@ unsigned MajorVersion(std::string_view resource) {
   return HIWORD(fixed.dwProductVersionMS);
 }
 
-// A string of the resource begins behind its name's terminator, at the next multiple of four bytes.
+// A string of the resource follows its name's terminator, at the next multiple of four bytes.
 bool NamesMakersHost(std::string_view resource) {
   const std::wstring_view text(reinterpret_cast<const wchar_t*>(resource.data()), resource.size() / sizeof(wchar_t));
   constexpr std::wstring_view kName(L"ProductName\0", 12);

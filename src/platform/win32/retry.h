@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// What another program holds for a moment: scanners and indexers a file that was just written, histories the clipboard.
+// For resources that other programs hold for a moment: scanners and indexers open a new file, clipboard histories the
+// clipboard.
 #pragma once
 
 #include "platform/win32/windows_headers.h"
 
 namespace glyphmotion {
 
-/// Tries until `attempt` gives true, for half a second at most. False when it never did.
+/// Calls `attempt` until it returns true, for at most half a second. False when it never did.
 template <typename Attempt>
-bool InTime(const Attempt& attempt) {
+bool RetryBriefly(const Attempt& attempt) {
   constexpr int kTries = 50;
   constexpr DWORD kPause = 10;  // milliseconds
   for (int i = 0; i < kTries; ++i, Sleep(kPause)) {

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// Documents that the program keeps for people: the last ones opened or saved, and those that were not saved when the
+// program died. One file each, so that several programs may share the folder.
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "host/page/page_message.h"
+
+namespace glyphmotion {
+
+struct KeptDocument {
+  std::string name;      ///< "opening.gm4"
+  std::string path;      ///< where it was opened from; empty: only its contents are known
+  std::string document;  ///< its text
+  std::string text, effect;
+};
+
+/// Any thread may call it. A folder that cannot be written keeps nothing, and nobody is bothered.
+class DocumentStore {
+ public:
+  explicit DocumentStore(std::string folder);
+  DocumentStore(const DocumentStore&) = delete;
+  DocumentStore& operator=(const DocumentStore&) = delete;
+  ~DocumentStore();
+
+  /// Arrays of {key, name, text, effect}, the last one first.
+  Json Recent() const;
+  Json Rescued() const;
+  std::optional<KeptDocument> Find(const std::string& key) const;
+
+  void Remember(const KeptDocument& document);
+  /// Keeps a session's unsaved document until it is dropped; `session` is a word of letters and digits.
+  void KeepUnsaved(const std::string& session, const KeptDocument& document);
+  void DropUnsaved(const std::string& session);
+  /// A session begins: what an earlier one of its name left unsaved. While it goes on, that is not offered to others.
+  std::optional<KeptDocument> TakeUp(const std::string& session);
+  void Release(const std::string& session);
+  void Forget(const std::string& key);
+
+ private:
+  std::string UnsavedPath(const std::string& session) const;
+  Json List(const std::string& sub, std::size_t most) const;
+  bool IsOfTheDead(const std::string& fileName) const;
+
+  const std::string folder_;
+  std::string own_;  ///< begins the names of this process's unsaved documents
+  int lock_ = -1;    ///< held for as long as the process lives
+  std::set<std::string> active_;
+  mutable std::mutex mutex_;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+// Documents of a session: each state is one, and what a document becomes is the command line's affair.
+#include <filesystem>
+
+#include "effects/effect_table.h"
+#include "host/encoders/dib_reader.h"
+#include "host/page/command_words.h"
+#include "host/page/event_fields.h"
+#include "host/page/page_session.h"
+#include "host/render/render_user.h"
+#include "platform/encoding.h"
+#include "platform/files.h"
+#include "platform/text_engine.h"
+#include "shell/documents.h"
+#include "shell/main_dialog.h"
+#include "shell/sample.h"
+#include "text/compositing.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr const char* kUntitled = "untitled.gm4";
+
+std::string FileName(const std::string& path) { return std::filesystem::path(path).filename().string(); }
+
+}  // namespace
+
+void PageSession::BeginDocument(Dialog& dialog) {
+  Pump(dialog);
+  Apply(dialog, {}, true);
+  blank_ = DocumentText(dialog);
+  name_ = kUntitled;
+  std::optional<std::string> bytes;
+  if (!start_.path.empty()) {
+    bytes = ReadWholeFile(start_.path);
+    if (!bytes) Notice("'" + start_.path + "' cannot be opened; check its name");
+  }
+  document_ = blank_;
+  savedDocument_ = blank_;
+  const auto kept = store_.TakeUp(start_.key);
+  if (kept && OpenText(dialog, kept->name, kept->path, kept->document, false)) {
+  } else if (!bytes || !OpenText(dialog, FileName(start_.path), start_.path, *bytes)) {
+    NewDocument(dialog);
+  }
+  Snapshot();
+}
+
+void PageSession::Snapshot() {
+  Json effects = Json::array();
+  for (int i = 0; i < kEffectCount; ++i) effects.push_back(EffectRow(i).name);
+  Send({{"type", "hello"},
+        {"version", GLYPHMOTION_VERSION},
+        {"session", start_.key},
+        {"effects", std::move(effects)},
+        {"looks", start_.looks},
+        {"formats", ExportFormats()},
+        {"fountains", ShippedFountainFacts()},
+        {"recent", store_.Recent()},
+        {"rescued", store_.Rescued()}});
+  mirror_.Snapshot();
+  if (Dialog* top = mirror_.Level() == 1 ? mirror_.Top() : nullptr) {
+    SendStill(*top);
+    SendDocument(*top);
+  }
+  if (isSeen_) {
+    for (Json& notice : unseen_) Send(std::move(notice));
+    unseen_.clear();
+  }
+  build_->Request(revision_, document_, !text_.empty());
+}
+
+// A new state has come about: undo knows it, the page sees it, the animation follows.
+void PageSession::Settle(Dialog& dialog) {
+  if (!std::exchange(touched_, false)) return;
+  std::string now = DocumentText(dialog);
+  if (now == document_) return;
+  document_ = std::move(now);
+  if (tag_ != "history") history_.Record(document_, tag_);
+  ++revision_;
+  mirror_.Flush();
+  SendStill(dialog);
+  SendDocument(dialog);
+  build_->Request(revision_, document_, !text_.empty());
+  KeepUnsaved();
+}
+
+void PageSession::SendStill(Dialog& dialog) {
+  const PackedDib sample = RenderSample(dialog);
+  const LockedBlock<std::uint8_t> bytes(sample.Handle());
+  const DibPixels dib = bytes ? ReadDib({bytes.get(), BlockSize(sample.Handle())}) : DibPixels{};
+  PageMessage message{{{"type", "still"}, {"revision", revision_}, {"width", dib.width}, {"height", dib.height}}, {}};
+  if (dib) UnpackRgba(dib, -1, message.payload);
+  send_(std::move(message));
+}
+
+void PageSession::SendDocument(Dialog& dialog) {
+  text_ = GetText(dialog, ControlId::Text);
+  effect_ = GetText(dialog, ControlId::Effect);
+  transparent_ = GetCheck(dialog, MainControl::Transparent);
+  const bool saved = document_ == savedDocument_;
+  Send({{"type", "document"},
+        {"name", name_},
+        {"path", path_},
+        {"saved", saved},
+        {"undo", history_.CanUndo()},
+        {"redo", history_.CanRedo()},
+        {"revision", revision_},
+        {"text", text_},
+        {"effect", effect_},
+        {"command", CommandFor(dialog, blank_, document_, name_)}});
+}
+
+// The document's lines with its font, which the dialog itself leaves as it is.
+void PageSession::TakeLines(Dialog& dialog, const std::string& lines) {
+  TakeDocumentText(dialog, lines);
+  const std::string font = SummariseDocumentText(lines).font;
+  if (!font.empty() && HasFontFamily(font)) {
+    int index = SelectText(dialog, ControlId::Font, font);
+    if (index < 0) index = AddItem(dialog, ControlId::Font, font);
+    Choose(dialog, ControlId::Font, index);
+  }
+  Pump(dialog);
+}
+
+// Options of the command line as the scripted user of a render sets them. As defaults: what the program's own formats
+// begin with.
+bool PageSession::Apply(Dialog& dialog, const std::vector<std::string>& words, bool asDefaults) {
+  std::vector<std::string> all = words;
+  all.insert(all.end(), {"-o", scratch_.Path() + "/applied.gif"});
+  std::string error;
+  std::optional<Job> job = services_.job(all, error);
+  if (!job) return Notice(error), false;
+  job->action = Job::Action::None;
+  if (!asDefaults) job->defaults.clear();
+  std::vector<std::string> heard;
+  ScriptedUser user(*job, heard, SettingsSummary());
+  heard_ = &heard;
+  user.Play(dialog, nullptr);
+  heard_ = nullptr;
+  if (!user.Error().empty()) Notice(user.Error());
+  return user.Error().empty();
+}
+
+void PageSession::NewDocument(Dialog& dialog) {
+  TakeLines(dialog, LinesThatDiffer(document_, blank_));
+  Apply(dialog, start_.words, false);
+  name_ = kUntitled;
+  path_.clear();
+  document_ = DocumentText(dialog);
+  savedDocument_ = document_;
+  history_.Begin(document_);
+  store_.DropUnsaved(start_.key);
+  ++revision_;
+  SendStill(dialog);
+  SendDocument(dialog);
+  build_->Request(revision_, document_, !text_.empty());
+}
+
+bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::string& path,
+                           const std::string& document, bool saved) {
+  const std::string file = scratch_.Path() + "/opened.gm4";
+  if (!WriteScratchFile(file, document)) return Notice("there is no room for the document; is the disk full?"), false;
+  TakeLines(dialog, LinesThatDiffer(document_, blank_));
+  const bool opened = Apply(dialog, {"--document", file}, true);
+  if (!opened) {
+    TakeLines(dialog, LinesThatDiffer(DocumentText(dialog), document_));
+    return false;
+  }
+  name_ = name.empty() ? kUntitled : name;
+  path_ = path;
+  document_ = DocumentText(dialog);
+  savedDocument_ = saved ? document_ : std::string();
+  history_.Begin(document_);
+  ++revision_;
+  SendStill(dialog);
+  SendDocument(dialog);
+  KeepUnsaved();
+  if (saved) store_.Remember(Kept());
+  Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}});
+  build_->Request(revision_, document_, !text_.empty());
+  return true;
+}
+
+void PageSession::OpenKept(Dialog& dialog, const std::string& key) {
+  const auto kept = store_.Find(key);
+  if (!kept) return Notice("this document is no longer kept");
+  OpenText(dialog, kept->name, kept->path, kept->document, !key.starts_with("unsaved/"));
+}
+
+KeptDocument PageSession::Kept() const { return {name_, path_, document_, text_, effect_}; }
+
+void PageSession::KeepUnsaved() {
+  if (document_ == savedDocument_) return store_.DropUnsaved(start_.key);
+  store_.KeepUnsaved(start_.key, Kept());
+}
+
+void PageSession::Save(Dialog& dialog, const Json& event) {
+  if (path_.empty() || FlagIn(event, "copy")) {
+    PageMessage message{
+        {{"type", "file"}, {"name", name_}, {"mime", "application/octet-stream"}, {"for", TextIn(event, "tag")}},
+        {document_.begin(), document_.end()}};
+    send_(std::move(message));
+  } else if (!AtomicWriteFile(path_, document_)) {
+    return Notice("'" + path_ + "' cannot be written; check its folder");
+  } else {
+    Notice("Saved " + path_, "info");
+  }
+  savedDocument_ = document_;
+  store_.DropUnsaved(start_.key);
+  store_.Remember(Kept());
+  SendDocument(dialog);
+  Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}});
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// One dialog in memory as messages for a page (docs/page-protocol.md), without a transport. The dialog runs on the
+// session's own thread, in the modal driver, which waits for events and for timers.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/page/dialog_mirror.h"
+#include "host/page/document_history.h"
+#include "host/page/document_store.h"
+#include "host/page/effect_pictures.h"
+#include "host/page/live_build.h"
+#include "host/page/page_services.h"
+#include "host/page/scratch.h"
+#include "platform/shell_ui.h"
+
+namespace glyphmotion {
+
+class PageSession {
+ public:
+  struct Start {
+    std::string key;                 ///< names the session: letters and digits
+    std::string path;                ///< a document to open first; empty: none
+    std::vector<std::string> words;  ///< options of the command line that a new document begins with
+    Json looks = Json::array();      ///< what the page offers as looks: {name}
+  };
+
+  PageSession(const PageServices& services, DocumentStore& store, Start start, SendMessage send);
+  ~PageSession();
+  PageSession(const PageSession&) = delete;
+  PageSession& operator=(const PageSession&) = delete;
+
+  /// Runs the dialog on the calling thread, until End or until the dialog ends itself.
+  void Run();
+  /// From any thread; both return at once.
+  void Post(Json event);
+  void End();
+  /// Keeps the bytes of a picture that the page was given, for the answer to a question; its name.
+  std::string Upload(std::string bytes);
+
+ private:
+  // --- page_session.cpp: the dialogs, questions, the host's side
+  void Drive(Dialog& dialog, int templateId);
+  void Observe(Dialog& dialog, const DialogChange& change);
+  std::optional<Json> Next(int milliseconds);
+  Json Ask(const char* kind, Json question);
+  UiResponder Responder();
+  std::optional<std::uint32_t> AskForColour(std::uint32_t start);
+  std::uint64_t HostCall(std::uint32_t operation, std::uint64_t a, std::uint64_t b);
+  static std::uint64_t HostEntry(void* task, std::uint32_t operation, std::uint64_t a, std::uint64_t b);
+  void Send(Json message) { send_({std::move(message), {}}); }
+  void Notice(const std::string& text, const char* kind = "error");
+
+  // --- page_events.cpp: what a person does
+  void Handle(Dialog& dialog, const Json& event);
+  bool HandleControl(Dialog& dialog, const std::string& op, const Json& event);
+  bool HandleDocument(Dialog& dialog, const std::string& op, const Json& event);
+  void SetColour(Dialog& dialog, const Json& event);
+  void SetMarker(Dialog& dialog, const Json& event);
+  void SetDirection(Dialog& dialog, const Json& event);
+  void ChooseEffect(Dialog& dialog, const Json& event);
+  bool IsLook(const std::string& name) const;
+  void WishPictures(const Json& event);
+  void SubscribeFace(Dialog& dialog, const Json& event);
+
+  // --- page_documents.cpp: documents, their history, files
+  void BeginDocument(Dialog& dialog);
+  void Settle(Dialog& dialog);
+  void SendStill(Dialog& dialog);
+  void SendDocument(Dialog& dialog);
+  void Snapshot();
+  bool Apply(Dialog& dialog, const std::vector<std::string>& words, bool asDefaults);
+  void TakeLines(Dialog& dialog, const std::string& lines);
+  void NewDocument(Dialog& dialog);
+  bool OpenText(Dialog& dialog, const std::string& name, const std::string& path, const std::string& document,
+                bool saved = true);
+  void OpenKept(Dialog& dialog, const std::string& key);
+  void Save(Dialog& dialog, const Json& event);
+  void Export(const Json& event);
+  static Json ExportFormats();
+  void KeepUnsaved();
+  KeptDocument Kept() const;
+
+  const PageServices& services_;
+  DocumentStore& store_;
+  const Start start_;
+  const SendMessage send_;
+  ScratchFolder scratch_;
+  DialogMirror mirror_;
+  std::optional<LiveBuild> build_;
+  std::optional<EffectPictures> pictures_;
+
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  std::deque<Json> events_;
+  std::atomic<bool> ending_{false};
+  std::map<std::string, std::string> uploads_;  ///< name to path; under the mutex, with their number
+  int uploaded_ = 0;
+
+  // The dialog's thread alone.
+  int asked_ = 0;
+  std::optional<std::uint32_t> colour_;        ///< answers the next question for a colour
+  std::optional<int> position_;                ///< answers the next marker dialog
+  std::vector<std::string>* heard_ = nullptr;  ///< while a script plays: what message boxes said
+  DocumentHistory history_;
+  std::string blank_;                     ///< the document of a dialog as it opens
+  std::string document_, savedDocument_;  ///< current, and as it was saved or opened
+  std::string name_, path_, text_, effect_;
+  int revision_ = 0;
+  bool touched_ = false, transparent_ = false;
+  bool isSeen_ = false;       ///< a page has asked for a snapshot
+  std::vector<Json> unseen_;  ///< notices from before
+  int exported_ = 0;
+  std::vector<std::thread> exports_;
+  std::string tag_;
+};
+
+}  // namespace glyphmotion

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+// The page in a real browser: what a person does with it, and what comes of it.
+import assert from 'node:assert/strict';
+import {execFileSync} from 'node:child_process';
+import {readFileSync, writeFileSync} from 'node:fs';
+import {join} from 'node:path';
+import {after, before, test} from 'node:test';
+import {becomes, built, closeBrowser, facts, newFolder, openPage, program, settled, startProgram, state} from './fixture.mjs';
+
+let server, page;
+before(async () => {
+  server = await startProgram();
+  page = await openPage(server.address);
+});
+after(async () => {
+  await closeBrowser();
+  await server.stop();
+});
+
+const fillOf = () => page.evaluate(() => window.glyphmotion.main.order.find(f => f.section === 'fill' && f.kind === 'material' && f.visible).id);
+const section = name => page.locator(`.section.${name}`);
+const layer = template => page.locator(`dialog.t${template}`);
+const fillRow = () => section('fill').locator('.material').first();
+
+async function setKind(kind) {
+  await fillRow().locator('.kinds').selectOption({index: kind});
+  await settled(page);
+}
+
+async function openEditor(kind, template) {
+  await setKind(kind);
+  await fillRow().locator('.swatch').click();
+  await layer(template).waitFor();
+}
+
+async function download(click) {
+  const waiting = page.waitForEvent('download');
+  await click();
+  return readFileSync(await (await waiting).path());
+}
+
+test('Typed text is in the document and in the picture, and each effect is chosen and built', async () => {
+  await page.fill('#text', 'Größe');
+  await page.getByRole('spinbutton', {name: 'Size'}).fill('24');
+  await settled(page);
+  await becomes(async () => (await state(page)).text, 'Größe');
+  const names = await page.evaluate(() => window.glyphmotion.hello.effects);
+  assert.equal(names.length, 21);
+  for (const name of names) {
+    await page.locator('#effects .tile', {has: page.getByText(name, {exact: true})}).click();
+    await page.waitForFunction(wanted => window.glyphmotion.document.effect === wanted, name);
+    await built(page);
+    assert.equal(await page.locator('.section.effect h2, .section.fill h2').first().isVisible(), true, name);
+  }
+  await page.locator('#effects .tile[aria-checked=true]').press('ArrowLeft');
+  await page.waitForFunction(() => window.glyphmotion.document.effect === 'Vortex');
+  assert.deepEqual(page.said, []);
+});
+
+test('Each kind of control is used by mouse and by keyboard', async () => {
+  const shadow = section('shadow');
+  const value = id => facts(page, id);
+  await page.getByRole('radio', {name: 'Simple'}).click();
+  await settled(page);
+  const size = page.getByRole('spinbutton', {name: 'Size'}), slider = page.getByRole('slider', {name: 'Size'});
+  await size.fill('40');
+  await settled(page);
+  await becomes(async () => (await value(57)).text, '40');
+  await slider.focus();
+  await slider.press('ArrowRight');
+  await settled(page);
+  await becomes(async () => (await value(57)).text, '41');
+  await size.fill('999');
+  await size.blur();
+  await settled(page);
+  await becomes(async () => (await value(57)).text, '144');
+  await size.fill('40');
+  const bold = page.getByRole('checkbox', {name: 'Bold'});
+  const before = await bold.isChecked();
+  await bold.click();
+  await bold.press('Space');
+  await bold.press('Space');
+  await settled(page);
+  await becomes(async () => (await value(54)).check, !before);
+  await page.getByRole('combobox', {name: 'Font'}).selectOption({index: 1});
+  await settled(page);
+  await becomes(async () => (await value(53)).selection, 1);
+  const right = shadow.getByRole('radio', {name: 'down left'});
+  await right.check({force: true});
+  await settled(page);
+  await right.press('ArrowDown');
+  await settled(page);
+  const direction = await page.evaluate(() => window.glyphmotion.main.order.find(f => f.kind === 'shadow-direction' && f.visible).index);
+  assert.equal(direction, 6);
+  await section('outline').getByRole('checkbox', {name: 'Outline on'}).check();
+  await section('outline').locator('.hex').fill('#12ab9f');
+  await settled(page);
+  const outline = () => page.evaluate(() => window.glyphmotion.main.order.find(f => f.section === 'outline' && f.kind === 'colour' && f.visible).colour);
+  await becomes(() => outline(), '#12ab9f');
+  await section('outline').locator('input[type=color]').fill('#0000ff');
+  await settled(page);
+  await becomes(() => outline(), '#0000ff');
+  await shadow.getByRole('checkbox', {name: 'Shadow on'}).uncheck();
+  await becomes(() => shadow.locator('.inner').isHidden(), true);
+  assert.deepEqual(page.said, []);
+});
+
+test('Every editor opens, changes, is cancelled and confirmed', async () => {
+  const fill = await fillOf();
+  const face = () => page.evaluate(() => document.querySelector('.section.fill .swatch-face')?.toDataURL());
+  await setKind(0);
+  await fillRow().locator('.hex').fill('#cc3300');
+  await settled(page);
+  await becomes(async () => (await facts(page, fill)).material.colour, '#cc3300');
+  await openEditor(1, 9995);
+  const before = await face();
+  await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
+  await layer(9995).getByRole('radio', {name: 'Conical'}).check();
+  await layer(9995).getByRole('spinbutton', {name: 'Rotation'}).fill('77');
+  const marker = layer(9995).getByRole('slider', {name: 'Color 2', exact: true});
+  const markersOf = () => facts(page, 120).then(f => f.fountain.markers);
+  await marker.focus();
+  const [first] = (await markersOf())[0];
+  await marker.press('ArrowRight');
+  await settled(page);
+  await becomes(async () => (await markersOf())[0][0], first + 1);
+  const box = await marker.boundingBox(), strip = await layer(9995).locator('.fountain-strip').boundingBox();
+  await page.mouse.move(box.x + box.width / 2, box.y + box.height / 2);
+  await page.mouse.down();
+  for (let i = 1; i <= 20; i++) await page.mouse.move(strip.x + strip.width * i / 40, box.y + 8);
+  await page.mouse.up();
+  await settled(page);
+  await becomes(async () => (await markersOf()).some(([position]) => Math.abs(position - 128) < 4), true);
+  const count = (await markersOf()).length;
+  await layer(9995).locator('.fountain-strip').dblclick({position: {x: strip.width * 0.9, y: 10}});
+  await settled(page);
+  await becomes(async () => (await markersOf()).length, count + 1);
+  await page.keyboard.press('Escape');
+  await layer(9995).waitFor({state: 'detached'});
+  await becomes(() => face(), before);
+  await openEditor(1, 9995);
+  await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
+  await layer(9995).getByRole('button', {name: 'Library…'}).click();
+  await page.getByRole('menuitem').nth(1).click();
+  await layer(9997).waitFor();
+  await layer(9997).getByRole('option').nth(3).click();
+  await layer(9997).getByRole('button', {name: 'Use'}).click();
+  await layer(9997).waitFor({state: 'detached'});
+  await layer(9995).locator('.marker').nth(1).click({button: 'right', force: true});
+  await page.getByRole('menuitem').nth(2).click();
+  await layer(9996).getByRole('spinbutton').fill('9');
+  await layer(9996).locator('.ok').click();
+  await layer(9996).waitFor({state: 'detached'});
+  await settled(page);
+  await becomes(async () => (await markersOf()).some(([position]) => position === 9), true);
+  await layer(9995).locator('.ok').click();
+  await layer(9995).waitFor({state: 'detached'});
+  await settled(page);
+  assert.notEqual(await face(), before);
+  await openEditor(2, 9998);
+  await layer(9998).getByRole('listbox', {name: 'Textures'}).selectOption({index: 4});
+  await layer(9998).getByRole('combobox', {name: 'Type'}).selectOption('Perturbation').catch(() => layer(9998).getByRole('combobox', {name: 'Type'}).selectOption({index: 5}));
+  await layer(9998).getByRole('application', {name: /^Red curve/}).press('ArrowUp');
+  await layer(9998).getByRole('button', {name: 'See it in use'}).click();
+  await layer(9994).locator('.ok').click();
+  await layer(9994).waitFor({state: 'detached'});
+  await layer(9998).getByRole('button', {name: 'Add this'}).click();
+  await page.locator('dialog.ask .main').click();  // the shipped group is protected
+  await layer(9998).getByRole('button', {name: 'New group'}).click();
+  await page.locator('dialog.ask input').fill('Mine');
+  await page.locator('dialog.ask .main').click();
+  await settled(page);
+  await layer(9998).locator('.ok').click();
+  await layer(9998).waitFor({state: 'detached'});
+  await openEditor(3, 9981);
+  await layer(9981).locator('.tile-item').nth(5).click();
+  await settled(page);
+  await becomes(async () => (await facts(page, 102)).selection, 5);
+  await layer(9981).getByRole('button', {name: 'Cancel'}).click();
+  await layer(9981).waitFor({state: 'detached'});
+  await page.locator('#files').click();
+  await page.getByRole('menuitem', {name: /About/}).click();
+  await layer(9005).locator('.ok').click();
+  await layer(9005).waitFor({state: 'detached'});
+  assert.deepEqual(page.said, []);
+});
+
+test('What is downloaded is what the program makes of the saved document, and the command line says the same', async () => {
+  await setKind(1);
+  await built(page);
+  const gif = await download(() => page.click('#download'));
+  await page.locator('#files').click();
+  const document = await download(() => page.getByRole('menuitem', {name: 'Save a copy'}).click());
+  const folder = newFolder(), file = join(folder, 'a.gm4'), out = join(folder, 'a.gif');
+  writeFileSync(file, document);
+  execFileSync(program, ['--document', file, '-o', out, '-q'], {env: {...process.env, GLYPHMOTION_HOME: server.home}});
+  assert.ok(gif.equals(readFileSync(out)), 'the document gives another picture');
+  const {command} = await state(page);
+  execFileSync('sh', ['-c', command.replace(/^glyphmotion/, program)], {cwd: folder, env: {...process.env, GLYPHMOTION_HOME: server.home}});
+  assert.ok(gif.equals(readFileSync(join(folder, 'untitled.gif'))), command);
+  for (const [name, start] of [['Animated WebP', 'RIFF'], ['Animated PNG', '\x89PNG'], ['Frames', 'PK']]) {
+    await page.locator('#formats').click();
+    const bytes = await download(() => page.getByRole('menuitem', {name}).click());
+    assert.equal(bytes.subarray(0, start.length).toString('latin1'), start);
+  }
+});
+
+test('Undo goes back over 50 random changes, and redo on again', async () => {
+  let seed = 12345;
+  const random = n => (seed = (seed * 1103515245 + 12345) & 0x7fffffff) % n;
+  const documents = [];
+  // A fill's mean colour (bytes 1250 to 1253) is computed anew when its line is loaded, but not when its kind is changed.
+  const text = async () => (await page.evaluate(async () =>
+    new TextDecoder().decode((await window.glyphmotion.request({op: 'save', copy: true})).payload)))
+    .replace(/^(MATLBT\d+=.{2500}).{8}/gm, (_, head) => head + '00000000');
+  documents.push(await text());
+  for (let i = 0; i < 50; i++) {
+    await page.evaluate(([pick, value]) => {
+      const {main} = window.glyphmotion;
+      const controls = main.order.filter(f => f.visible && f.enabled && ['number', 'check', 'colour', 'material'].includes(f.kind));
+      const f = controls[pick % controls.length];
+      const colour = `#${(value % 0xffffff).toString(16).padStart(6, '0')}`;
+      window.glyphmotion.post(f.kind === 'number' ? {op: 'type', id: f.id, text: String(f.range[0] + value % (Math.min(f.range[1], f.range[0] + 30) - f.range[0] + 1))}
+        : f.kind === 'check' ? {op: 'click', id: f.id} : f.kind === 'colour' ? {op: 'colour', id: f.id, value: colour}
+          : {op: 'kind', id: f.id, kind: value % 4}, main);
+      window.glyphmotion.post({op: 'rename', name: 'untitled.gm4'}, main);  // nothing that is one step with the next
+    }, [random(1000), random(1 << 24)]);
+    const now = await text();
+    if (now !== documents[documents.length - 1]) documents.push(now);
+  }
+  assert.ok(documents.length > 25);
+  let now = documents[documents.length - 1], steps = 0;
+  for (; now !== documents[0]; now = await text()) {
+    const lines = new Set((documents[documents.length - 2 - steps] ?? documents[0]).split('\n'));
+    if (!documents.includes(now)) assert.fail(`a state that never was: ${now.split('\n').filter(line => !lines.has(line))}`);
+    assert.ok(steps++ <= documents.length, 'undo comes to the start');
+    await page.keyboard.press('Control+z');
+    await settled(page);
+  }
+  for (let i = 0; i < 80 && await page.locator('#redo').isEnabled(); i++) await page.locator('#redo').click().then(() => settled(page));
+  await becomes(() => text(), documents[documents.length - 1]);
+});

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// What stays when something goes: tabs, the line to the program, the program itself.
+import assert from 'node:assert/strict';
+import {existsSync, writeFileSync} from 'node:fs';
+import {join} from 'node:path';
+import {after, test} from 'node:test';
+import {closeBrowser, newFolder, openPage, settled, startProgram, state} from './fixture.mjs';
+
+after(closeBrowser);
+
+test('A killed program offers the unsaved document at its next start', async () => {
+  const home = newFolder();
+  const first = await startProgram({home});
+  const page = await openPage(first.address);
+  await page.fill('#text', 'Not saved');
+  await settled(page);
+  first.child.kill('SIGKILL');
+  await first.ended;
+  await page.locator('#banner').waitFor();
+  await page.context().close();
+  const second = await startProgram({home});
+  const again = await openPage(second.address);
+  await again.getByRole('button', {name: 'Open it'}).click();
+  await again.waitForFunction(() => window.glyphmotion.document.text === 'Not saved');
+  assert.equal((await state(again)).saved, false);
+  await again.context().close();
+  await second.stop();
+});
+
+test('Tabs have dialogs of their own, a reload keeps its own, and the last one ends the program', async () => {
+  const server = await startProgram();
+  const one = await openPage(server.address), two = await openPage(server.address);
+  await one.fill('#text', 'One');
+  await two.fill('#text', 'Two');
+  await settled(one);
+  await settled(two);
+  await one.reload();
+  await one.waitForSelector('body.ready');
+  assert.equal((await state(one)).text, 'One');
+  assert.equal((await state(two)).text, 'Two');
+  await one.context().close();
+  await two.fill('#text', 'Still here');
+  await settled(two);
+  await two.context().close();
+  const code = await Promise.race([server.ended, new Promise(resolve => setTimeout(() => resolve('it lives'), 25000))]);
+  assert.equal(code, 0);
+});
+
+test('A document given at the start is opened and saved where it is', async () => {
+  const folder = newFolder(), file = join(folder, 'mine.gm4');
+  const maker = await startProgram();
+  const page = await openPage(maker.address);
+  await page.fill('#text', 'From a file');
+  await settled(page);
+  const text = await page.evaluate(async () => new TextDecoder().decode((await window.glyphmotion.request({op: 'save', copy: true})).payload));
+  writeFileSync(file, text);
+  await page.context().close();
+  await maker.stop();
+  const server = await startProgram({words: [file]});
+  const again = await openPage(server.address);
+  assert.equal((await state(again)).text, 'From a file');
+  await again.fill('#text', 'And changed');
+  await settled(again);
+  await again.keyboard.press('Control+s');
+  await again.waitForFunction(() => window.glyphmotion.document.saved);
+  assert.ok(existsSync(file));
+  const drop = await again.evaluateHandle(document => {
+    const data = new DataTransfer();
+    data.items.add(new File([document], 'dropped.gm4'));
+    return data;
+  }, text);
+  await again.dispatchEvent('body', 'drop', {dataTransfer: drop});
+  await again.waitForFunction(() => window.glyphmotion.document.text === 'From a file');
+  assert.equal((await state(again)).name, 'dropped.gm4');
+  assert.deepEqual(again.said, []);
+  await again.context().close();
+  await server.stop();
+});

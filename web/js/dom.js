@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// Small helpers to make elements.
+
+/**
+ * @param {string} tag  "button.icon" makes a button of that class
+ * @param {{[name: string]: any}} [attributes]  on... are listeners, the rest attributes; null leaves one out
+ * @param {...(Node|string|null|undefined)} children
+ * @returns {any}
+ */
+export function make(tag, attributes = {}, ...children) {
+  const [name, ...classes] = tag.split('.');
+  const element = document.createElement(name);
+  if (classes.length) element.className = classes.join(' ');
+  for (const [key, value] of Object.entries(attributes)) {
+    if (value === null || value === undefined || value === false) continue;
+    if (key.startsWith('on')) element.addEventListener(key.slice(2), value);
+    else element.setAttribute(key, value === true ? '' : String(value));
+  }
+  element.append(...children.filter(child => child !== null && child !== undefined).map(child => /** @type {Node|string} */ (child)));
+  return element;
+}
+
+/** @type {{[name: string]: string}} */
+const kPaths = {
+  play: 'M7 5v14l12-7z',
+  pause: 'M7 5h4v14H7zM14 5h4v14h-4z',
+  back: 'M17 5 8 12l9 7zM5 5h2.4v14H5z',
+  forward: 'M7 5l9 7-9 7zM16.6 5H19v14h-2.4z',
+  undo: 'M9 4 3.5 9.5 9 15v-4h5a4 4 0 0 1 0 8h-4v2h4a6 6 0 0 0 0-12H9z',
+  redo: 'M15 4l5.5 5.5L15 15v-4h-5a4 4 0 0 0 0 8h4v2h-4a6 6 0 0 1 0-12h5z',
+  down: 'M6 9l6 6 6-6z',
+  plus: 'M11 5h2v6h6v2h-6v6h-2v-6H5v-2h6z',
+  minus: 'M5 11h14v2H5z',
+  dice: 'M5 3h14a2 2 0 0 1 2 2v14a2 2 0 0 1-2 2H5a2 2 0 0 1-2-2V5a2 2 0 0 1 2-2zm2.8 3.2a1.6 1.6 0 1 0 0 3.2 1.6 1.6 0 0 0 0-3.2zm8.4 0a1.6 1.6 0 1 0 0 3.2 1.6 1.6 0 0 0 0-3.2zM12 10.4a1.6 1.6 0 1 0 0 3.2 1.6 1.6 0 0 0 0-3.2zm-4.2 4.2a1.6 1.6 0 1 0 0 3.2 1.6 1.6 0 0 0 0-3.2zm8.4 0a1.6 1.6 0 1 0 0 3.2 1.6 1.6 0 0 0 0-3.2z',
+  close: 'M6.4 5 12 10.6 17.6 5 19 6.4 13.4 12l5.6 5.6-1.4 1.4-5.6-5.6L6.4 19 5 17.6 10.6 12 5 6.4z',
+  check: 'M9.5 17.5 4 12l1.6-1.6 3.9 3.9 8.9-8.9L20 7z',
+  copy: 'M8 3h10a2 2 0 0 1 2 2v11h-2V5H8zM4 8a2 2 0 0 1 2-2h8a2 2 0 0 1 2 2v11a2 2 0 0 1-2 2H6a2 2 0 0 1-2-2z',
+  arrow: 'M12 4l7 7-1.5 1.5L13 8v12h-2V8l-4.5 4.5L5 11z',
+};
+
+/** @param {string} name @param {number} [turn] degrees */
+export function icon(name, turn = 0) {
+  const svg = document.createElementNS('http://www.w3.org/2000/svg', 'svg');
+  svg.setAttribute('viewBox', '0 0 24 24');
+  svg.setAttribute('aria-hidden', 'true');
+  svg.classList.add('glyph');
+  const path = document.createElementNS('http://www.w3.org/2000/svg', 'path');
+  path.setAttribute('d', kPaths[name]);
+  if (turn) path.setAttribute('transform', `rotate(${turn} 12 12)`);
+  svg.append(path);
+  return svg;
+}
+
+/** @param {string} id @returns {any} */
+export const byId = id => document.getElementById(id);
+
+/** @param {number} value @param {number} low @param {number} high */
+export const clamp = (value, low, high) => Math.min(Math.max(value, low), high);
+
+/** @param {number} bytes */
+export function sizeText(bytes) {
+  if (bytes < 1000) return `${bytes} bytes`;
+  return bytes < 999500 ? `${Math.round(bytes / 1000)} KB` : `${(bytes / 1e6).toFixed(2)} MB`;
+}
+
+let made = 0;
+/** An id that nothing else on the page has. */
+export const freshId = () => `x${++made}`;

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// What is dropped on the page: a document, a picture for a tile, or text.
+import {byId} from './dom.js';
+import {toast} from './toast.js';
+
+const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
+
+export class Drops {
+  /** @param {import('./model.js').Model} model @param {import('./asks.js').Asks} asks */
+  constructor(model, asks) {
+    this.model = model;
+    this.asks = asks;
+    let depth = 0;
+    addEventListener('dragenter', event => {
+      event.preventDefault();
+      depth++;
+      byId('drop').hidden = false;
+    });
+    addEventListener('dragleave', () => { if (--depth <= 0) byId('drop').hidden = true; });
+    addEventListener('dragover', event => event.preventDefault());
+    addEventListener('drop', event => {
+      event.preventDefault();
+      depth = 0;
+      byId('drop').hidden = true;
+      if (event.dataTransfer) this.take(event.dataTransfer);
+    });
+  }
+
+  /** @param {DataTransfer} data */
+  async take(data) {
+    const file = data.files[0];
+    if (!file) return this.text(data.getData('text/plain'));
+    if (file.type.startsWith('image/')) return this.picture(file);
+    if (file.size > 8e6) return toast(`${file.name} is too large for a document`, 'error');
+    const words = await file.text();
+    if (/\.gm4$/i.test(file.name) || words.startsWith(';This is a document')) {
+      return this.model.post({op: 'open', name: file.name, document: words}, this.model.main);
+    }
+    this.text(words);
+  }
+
+  /** @param {string} words */
+  text(words) {
+    const text = words.trim().split(/\r?\n/).filter(line => line.trim()).join('\u2028');
+    if (text) this.model.post({op: 'type', id: kText, text: [...text].slice(0, 260).join('')}, this.model.main);
+  }
+
+  /** Into the tile editor of the fill, which asks what group it goes to. @param {File} file */
+  picture(file) {
+    const {model} = this;
+    this.asks.dropped = file;
+    if (model.top.template === kTileDialog) return model.post({op: 'click', id: kAddTile}, model.top);
+    const fill = model.main.order.find(facts => facts.section === 'fill' && facts.kind === 'material' && facts.visible);
+    if (!fill || model.dialogs.length > 1) return;
+    model.post({op: 'kind', id: fill.id, kind: kTile}, model.main);
+    model.post({op: 'edit', id: fill.id}, model.main);
+    toast('Make a new group or choose your own, then add the picture');
+  }
+}

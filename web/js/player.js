@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// Plays the frames of a run on a canvas.
+
+/** Viewers show frames of 10 ms and less for longer. */
+const seen = (/** @type {number} */ delay) => (delay <= 10 ? 100 : delay);
+
+export class Animation {
+  /** @param {any} message  of type build or thumb @param {Uint8Array} payload */
+  constructor(message, payload) {
+    this.width = message.width;
+    this.height = message.height;
+    /** @type {number[]} */
+    this.delays = message.delays;
+    this.duration = this.delays.reduce((sum, delay) => sum + seen(delay), 0);
+    this.indexed = message.format === 'indexed';
+    this.table = this.indexed ? new Uint32Array(payload.slice(0, 1024).buffer) : null;
+    this.frames = this.indexed ? payload.subarray(1024) : payload;
+  }
+
+  get count() { return this.delays.length; }
+
+  /** Whether some pixel is seen through. */
+  get transparent() {
+    return this.table ? this.table.some(colour => colour >>> 24 === 0) : true;
+  }
+
+  /** @param {number} frame @returns {ImageData} */
+  picture(frame) {
+    const size = this.width * this.height;
+    const image = new ImageData(this.width, this.height);
+    if (!this.table) {
+      image.data.set(this.frames.subarray(frame * size * 4, (frame + 1) * size * 4));
+      return image;
+    }
+    const pixels = new Uint32Array(image.data.buffer);
+    const start = frame * size, {table, frames} = this;
+    for (let i = 0; i < size; i++) pixels[i] = table[frames[start + i]];
+    return image;
+  }
+
+  /** @param {CanvasRenderingContext2D} context @param {number} frame */
+  paint(context, frame) {
+    const {canvas} = context;
+    if (canvas.width !== this.width || canvas.height !== this.height) {
+      canvas.width = this.width;
+      canvas.height = this.height;
+    }
+    context.putImageData(this.picture(frame), 0, 0);
+  }
+
+  /** The frame at a time in milliseconds from the start. @param {number} time */
+  frameAt(time) {
+    let left = this.duration ? time % this.duration : 0;
+    for (let i = 0; i < this.count; i++) {
+      left -= seen(this.delays[i]);
+      if (left < 0) return i;
+    }
+    return 0;
+  }
+
+  /** @param {number} frame */
+  timeOf(frame) {
+    return this.delays.slice(0, frame).reduce((sum, delay) => sum + seen(delay), 0);
+  }
+
+  /** A frame that shows what the effect does: where it differs most from the first one, of a few. */
+  poster() {
+    const size = this.frames.length / Math.max(this.count, 1);
+    let best = 0, most = -1;
+    for (let step = 1; step < 12; step++) {
+      const frame = Math.min(Math.floor(this.count * step / 12), this.count - 1);
+      let difference = 0;
+      for (let i = 0; i < size; i += 7) if (this.frames[frame * size + i] !== this.frames[i]) difference++;
+      const calm = difference * (1 - Math.abs(step - 5) / 14);
+      if (calm > most) {
+        most = calm;
+        best = frame;
+      }
+    }
+    return best;
+  }
+}
+
+/** One canvas that plays whatever animation it holds. */
+export class Player {
+  /** @param {HTMLCanvasElement} canvas @param {(frame: number) => void} [onFrame] */
+  constructor(canvas, onFrame = () => {}) {
+    this.canvas = canvas;
+    this.context = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
+    this.onFrame = onFrame;
+    /** @type {Animation|null} */
+    this.animation = null;
+    this.frame = 0;
+    this.playing = false;
+    this.started = 0;
+    this.tick = this.tick.bind(this);
+  }
+
+  /** Takes the place of what plays, without a gap. @param {Animation} animation @param {number} [frame] */
+  show(animation, frame) {
+    this.animation = animation;
+    this.step(frame ?? (this.playing ? 0 : Math.min(this.frame, animation.count - 1)));
+  }
+
+  play() {
+    if (!this.animation) return;
+    this.started = performance.now() - this.animation.timeOf(this.frame);
+    if (this.playing) return;
+    this.playing = true;
+    requestAnimationFrame(this.tick);
+  }
+
+  pause() { this.playing = false; }
+
+  /** @param {number} frame */
+  step(frame) {
+    if (!this.animation) return;
+    const {count} = this.animation;
+    this.frame = ((frame % count) + count) % count;
+    this.started = performance.now() - this.animation.timeOf(this.frame);
+    this.animation.paint(this.context, this.frame);
+    this.onFrame(this.frame);
+  }
+
+  /** @param {number} now */
+  tick(now) {
+    if (!this.playing || !this.animation) return;
+    requestAnimationFrame(this.tick);
+    const frame = this.animation.frameAt(Math.max(now - this.started, 0));
+    if (frame === this.frame) return;
+    this.frame = frame;
+    this.animation.paint(this.context, frame);
+    this.onFrame(frame);
+  }
+}

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// The large picture: the animation as its file will show it, a still while it is built, and what one does to look closer.
+import {clamp, icon, make, sizeText} from './dom.js';
+import {putPicture} from './face.js';
+import {Animation, Player} from './player.js';
+
+const kBackgrounds = [['check', 'Checks'], ['light', 'White'], ['dark', 'Black'], ['page', 'Page']];
+
+export class Stage {
+  /** @param {HTMLElement} place */
+  constructor(place) {
+    this.place = place;
+    this.canvas = make('canvas', {class: 'picture', role: 'img', 'aria-label': 'The animation'});
+    this.player = new Player(this.canvas, frame => this.showFrame(frame));
+    this.revision = -1;
+    this.zoom = 0;  // percent; 0: what fits
+    this.calm = matchMedia('(prefers-reduced-motion: reduce)').matches;
+    this.wantsToPlay = !this.calm;
+    this.view = make('div', {class: 'view'}, this.canvas);
+    this.empty = make('p', {class: 'empty', hidden: true}, 'Type a few words above, and they move.');
+    this.trouble = make('p', {class: 'trouble', role: 'alert', hidden: true});
+    this.busy = make('div', {class: 'busy', hidden: true});
+    this.build();
+    new ResizeObserver(() => this.fit()).observe(this.view);
+    this.setBackground(localStorage.getItem('background') || 'check');
+  }
+
+  build() {
+    this.toggle = make('button', {class: 'icon', 'aria-label': 'Pause', onclick: () => this.setPlaying(!this.player.playing)});
+    this.counter = make('output', {class: 'counter', 'aria-label': 'Frame'});
+    this.scrub = make('input', {type: 'range', min: 0, max: 0, value: 0, class: 'scrub', 'aria-label': 'Frame',
+      oninput: () => { this.setPlaying(false); this.player.step(Number(this.scrub.value)); }});
+    const step = (/** @type {number} */ by) => () => { this.setPlaying(false); this.player.step(this.player.frame + by); };
+    this.facts = make('p', {class: 'facts', 'aria-live': 'off'});
+    this.zoomText = make('button', {class: 'zoom-text', title: 'Fit or actual size', onclick: () => this.setZoom(this.zoom === 0 ? 100 : 0)});
+    const scale = (/** @type {number} */ by) => () => this.setZoom(clamp(Math.round((this.zoom || this.shownZoom()) * by / 25) * 25, 25, 800));
+    this.backgrounds = make('div', {class: 'backgrounds', role: 'radiogroup', 'aria-label': 'Background of the preview'},
+      ...kBackgrounds.map(([name, words]) => make('label', {class: `ground ${name}`, title: words},
+        make('input', {type: 'radio', name: 'ground', value: name, 'aria-label': words, onchange: () => this.setBackground(name)}))));
+    this.place.append(this.view, this.empty, this.trouble, this.busy, make('div', {class: 'bar'},
+      make('div', {class: 'transport'}, make('button', {class: 'icon', 'aria-label': 'One frame back', onclick: step(-1)}, icon('back')),
+        this.toggle, make('button', {class: 'icon', 'aria-label': 'One frame on', onclick: step(1)}, icon('forward'))),
+      this.counter, this.scrub, this.facts,
+      make('div', {class: 'looking'}, this.backgrounds, make('div', {class: 'zooming', role: 'group', 'aria-label': 'Zoom'},
+        make('button', {class: 'icon', 'aria-label': 'Smaller', onclick: scale(0.6)}, icon('minus')), this.zoomText,
+        make('button', {class: 'icon', 'aria-label': 'Larger', onclick: scale(1.6)}, icon('plus'))))));
+    this.setPlaying(this.wantsToPlay);
+  }
+
+  /** @param {boolean} playing */
+  setPlaying(playing) {
+    this.wantsToPlay = playing;
+    if (playing) this.player.play();
+    else this.player.pause();
+    this.toggle.replaceChildren(icon(playing ? 'pause' : 'play'));
+    this.toggle.setAttribute('aria-label', playing ? 'Pause' : 'Play');
+  }
+
+  /** @param {string} name */
+  setBackground(name) {
+    for (const [each] of kBackgrounds) this.place.classList.toggle(`on-${each}`, each === name);
+    const input = this.backgrounds.querySelector(`[value="${name}"]`);
+    if (input) input.checked = true;
+    localStorage.setItem('background', name);
+  }
+
+  /** @param {number} percent */
+  setZoom(percent) {
+    this.zoom = percent;
+    this.fit();
+  }
+
+  shownZoom() {
+    return Math.round(this.canvas.clientWidth * 100 / Math.max(this.canvas.width, 1));
+  }
+
+  fit() {
+    const room = this.view.clientWidth - 48;
+    const natural = this.canvas.width;
+    if (!natural || room < 40) return;
+    const most = Math.min(room / natural, 340 / Math.max(this.canvas.height, 1));
+    const factor = this.zoom ? this.zoom / 100 : most >= 2 ? Math.min(Math.floor(most), 2) : Math.min(most, 1);
+    this.canvas.style.width = `${Math.round(natural * factor)}px`;
+    this.canvas.classList.toggle('fine', factor < 1);
+    this.zoomText.textContent = `${Math.round(factor * 100)} %`;
+  }
+
+  /** @param {number} frame */
+  showFrame(frame) {
+    const count = this.player.animation ? this.player.animation.count : 0;
+    this.scrub.value = frame;
+    this.counter.textContent = count ? `${frame + 1} / ${count}` : '';
+  }
+
+  /** The sample, at once. @param {any} message @param {Uint8Array} payload */
+  still(message, payload) {
+    this.empty.hidden = message.width > 0;
+    this.canvas.hidden = message.width === 0;
+    this.trouble.hidden = true;
+    if (message.revision === this.revision || !message.width) return;
+    this.player.pause();
+    putPicture(this.player.context, message, payload);
+    this.fit();
+    this.place.classList.add('stale');
+  }
+
+  /** @param {any} message  of type build @param {Uint8Array} payload */
+  built(message, payload) {
+    this.busy.hidden = message.state !== 'running';
+    if (message.state === 'failed') {
+      this.trouble.textContent = message.message;
+      this.trouble.hidden = false;
+    }
+    if (message.state !== 'done') return;
+    this.trouble.hidden = true;
+    this.revision = message.revision;
+    const animation = new Animation(message, payload);
+    this.scrub.max = animation.count - 1;
+    this.player.show(animation, this.wantsToPlay ? 0 : undefined);
+    if (this.wantsToPlay) this.player.play();
+    this.fit();
+    this.place.classList.remove('stale');
+    this.place.dataset.revision = message.revision;
+    const parts = [`${message.width} × ${message.height}`, `${animation.count} ${animation.count === 1 ? 'frame' : 'frames'}`,
+      `${(animation.duration / 1000).toFixed(1)} s`, sizeText(message.bytes)];
+    this.facts.replaceChildren(...parts.map(part => make('span', {}, part)), make('span', {class: 'ms'}, `built in ${message.ms} ms`));
+  }
+}
