@@ -42,12 +42,12 @@ std::string TextOfFile(const std::string& path) {
   return *text;
 }
 
-// True when the text may come from elsewhere, or nobody will see it.
+// True when the text comes from elsewhere, or is not rendered.
 bool NeedsNoText(const Reading& reading) {
   const Job& job = reading.arguments.job;
   const auto& sets = reading.typed.Values("--set");
   std::error_code error;
-  return job.action == Job::Action::None || !job.documentFile.empty() ||
+  return reading.catalogue.textOptional || job.action == Job::Action::None || !job.documentFile.empty() ||
          std::filesystem::exists(job.settingsFile, error) ||
          std::any_of(sets.begin(), sets.end(), [](const auto& set) { return set.starts_with("MainText="); });
 }
@@ -68,7 +68,7 @@ void FindText(Reading& reading) {
     text = input(false);
     if (!text || text->empty())
       Refuse(
-          "there is no text; write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, name a "
+          "there is no text; write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, use "
           "--text-file, or pipe it in");
   }
   // The line's end belongs to the file.

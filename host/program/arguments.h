@@ -19,8 +19,9 @@ struct Catalogue {
   std::vector<ControlInfo> controls;
   std::function<bool(const std::string&)> hasFont;
   std::function<std::vector<std::string>()> fonts;
-  /// What standard input holds. Nothing when it is not a file or pipe, unless `asked` for by name.
+  /// Reads standard input; nothing if it is neither a file nor a pipe, unless `asked` for by name.
   std::function<std::optional<std::string>(bool asked)> input;
+  bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 
 enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles };

@@ -63,7 +63,7 @@ void PrintNotes(const Arguments& arguments, const std::vector<std::string>& note
     std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
 }
 
-// A text that is piped in, or asked for by name. What is no text any more is cut off and refused by its length.
+// A text that is piped in, or asked for by name. It is cut at 64 KiB, far beyond the longest text.
 std::optional<std::string> StandardInput(bool asked) {
   struct stat about {};
   const bool piped = fstat(STDIN_FILENO, &about) == 0 &&
@@ -75,7 +75,7 @@ std::optional<std::string> StandardInput(bool asked) {
 }
 
 Catalogue LibraryCatalogue() {
-  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, StandardInput};
+  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, StandardInput, false};
 }
 
 // The parts of one run.
@@ -244,7 +244,9 @@ int Execute(const Arguments& arguments) {
 }  // namespace
 
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
-  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  Catalogue catalogue = LibraryCatalogue();
+  catalogue.textOptional = true;
+  const ParsedArguments parsed = ParseArguments(words, catalogue);
   error = parsed.error;
   if (!parsed.arguments) return std::nullopt;
   return WithLoader(parsed.arguments->job);
