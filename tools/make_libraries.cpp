@@ -17,6 +17,7 @@
 #include "materials/texture_library.h"
 #include "materials/tile.h"
 #include "resources/shipped_fountains.h"
+#include "resources/shipped_tiles.h"
 
 using namespace glyphmotion;
 
@@ -363,6 +364,8 @@ constexpr TileRow kTiles[] = {{Bricks, 64},  {Planks, 96},   {Honeycomb, 112}, {
                               {Tartan, 64},  {Argyle, 48},   {Dots, 48},       {Waves, 64},  {Chevron, 48},
                               {Marble, 128}, {Terrazzo, 96}, {Cobbles, 96},    {Knit, 48},   {Starry, 128},
                               {Circuit, 96}, {Mosaic, 64},   {Bubbles, 96},    {Rivets, 64}, {Leaves, 96}};
+
+static_assert(std::size(kTiles) == std::size(kShippedTileNames));
 
 PackedDib DrawTile(const TileRow& row) {
   constexpr int kSamples = 5;

@@ -12,6 +12,7 @@
 #include "host/encoders/gif_writer.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/png_chunks.h"
+#include "host/encoders/raw_video.h"
 #include "host/encoders/screen.h"
 
 namespace glyphmotion {
@@ -31,6 +32,7 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
     std::vector<std::uint8_t> indices;
   };
   auto state = std::make_shared<State>(State{GifWriter(settings.width, settings.height), {}});
+  state->writer.SetLoops(settings.loops);
   Encoder encoder;
   encoder.add = [state, settings](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
@@ -131,7 +133,10 @@ struct PngState {
   bool first = true, alpha = false;
 
   PngState(Output& out, const EncoderSettings& wanted)
-      : output(out), settings(wanted), animation(wanted.imageCount), screen(wanted.width, wanted.height) {}
+      : output(out),
+        settings(wanted),
+        animation(wanted.imageCount, wanted.loops),
+        screen(wanted.width, wanted.height) {}
 
   std::string AddColour(const DibPixels& dib, const KeptImage& image) {
     before = screen.pixels;
@@ -220,7 +225,7 @@ struct WebpState {
       : output(out), settings(wanted), screen(wanted.width, wanted.height) {
     WebPAnimEncoderOptions options;
     if (!WebPAnimEncoderOptionsInit(&options) || !WebPConfigInit(&config)) return;
-    options.anim_params.loop_count = 0;
+    options.anim_params.loop_count = settings.loops;
     if (settings.lossyQuality < 0) {
       WebPConfigLosslessPreset(&config, 2);
       config.exact = 0;
@@ -303,10 +308,9 @@ Encoder OpenFolder(Output& output, const EncoderSettings&) {
 }
 
 constexpr EncoderFormat kFormats[] = {
-    {".gif", true, OpenGif},
-    {".png", false, OpenPng},
-    {".webp", false, OpenWebp},
-    {kFolderExtension, false, OpenFolder},
+    {".gif", true, OpenGif},    {".png", false, OpenPng},
+    {".webp", false, OpenWebp}, {kFolderExtension, false, OpenFolder},
+    {".y4m", false, OpenY4m},   {".rgba", false, OpenRgba},
 };
 
 }  // namespace

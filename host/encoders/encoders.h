@@ -20,6 +20,7 @@ struct EncoderSettings {
   int imageCount = 1;         ///< images to expect
   int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
   double lossyQuality = -1;   ///< 0 to 100 where the format has lossy coding; below 0: lossless
+  int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.

@@ -50,7 +50,7 @@ void PutFrame(std::vector<std::uint8_t>& out, const GifFileFrame& frame) {
 }  // namespace
 
 std::vector<std::uint8_t> GifFileOf(int width, int height, const GifPalette& common,
-                                    const std::vector<GifFileFrame>& frames, const std::string& comment) {
+                                    const std::vector<GifFileFrame>& frames, const std::string& comment, int loops) {
   std::vector<std::uint8_t> file = {'G', 'I', 'F', '8', '9', 'a'};
   PutWord(file, width);
   PutWord(file, height);
@@ -58,10 +58,13 @@ std::vector<std::uint8_t> GifFileOf(int width, int height, const GifPalette& com
   file.push_back(0);  // background index; viewers ignore it
   file.push_back(0);  // square pixels
   PutPalette(file, common);
-  if (frames.size() > 1) {
-    static constexpr std::uint8_t kForever[] = {0x21, 0xFF, 11,  'N', 'E', 'T', 'S', 'C', 'A', 'P',
-                                                'E',  '2',  '.', '0', 3,   1,   0,   0,   0};
-    file.insert(file.end(), std::begin(kForever), std::end(kForever));
+  // The extension counts the repetitions; without it a file plays once.
+  if (frames.size() > 1 && loops != 1) {
+    static constexpr std::uint8_t kLoop[] = {0x21, 0xFF, 11,  'N', 'E', 'T', 'S', 'C',
+                                             'A',  'P',  'E', '2', '.', '0', 3,   1};
+    file.insert(file.end(), std::begin(kLoop), std::end(kLoop));
+    PutWord(file, std::max(loops - 1, 0));
+    file.push_back(0);
   }
   for (const GifFileFrame& frame : frames) PutFrame(file, frame);
   if (!comment.empty()) {

@@ -32,9 +32,9 @@ struct GifFileFrame {
   std::vector<std::uint8_t> bytes;  ///< packed codes
 };
 
-/// A whole file, which loops for ever if it has several frames. Width and height are 1 to 65535; an empty comment is
-/// omitted.
+/// A whole file, which plays `loops` times if it has several frames (0: for ever). Width and height are 1 to 65535; an
+/// empty comment is omitted.
 std::vector<std::uint8_t> GifFileOf(int width, int height, const GifPalette& common,
-                                    const std::vector<GifFileFrame>& frames, const std::string& comment);
+                                    const std::vector<GifFileFrame>& frames, const std::string& comment, int loops = 0);
 
 }  // namespace glyphmotion

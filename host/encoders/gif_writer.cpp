@@ -190,6 +190,7 @@ struct GifWriter::State {
   GifPalette common;
   bool seeThrough = false;  // some pixel is transparent
   std::string comment;
+  int loops = 0;
   std::vector<HeldFrame> held;
   std::size_t heldBytes = 0;
   std::vector<GifFileFrame> encoded;
@@ -217,6 +218,7 @@ GifWriter::~GifWriter() = default;
 GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
+void GifWriter::SetLoops(int loops) { state_->loops = std::clamp(loops, 0, 65535); }
 
 // Builds the table from palette index to id. In the first palette ids equal indices.
 const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
@@ -471,7 +473,7 @@ std::vector<std::uint8_t> GifWriter::Finish() {
   s.WritePending({}, GifDisposal::Keep);
   if (s.held.empty() && s.encoded.empty()) return {};
   s.Settle();
-  return GifFileOf(s.width, s.height, s.common, s.encoded, s.comment);
+  return GifFileOf(s.width, s.height, s.common, s.encoded, s.comment, s.loops);
 }
 
 }  // namespace glyphmotion

@@ -37,8 +37,9 @@ class GifWriter {
   bool Add(const GifFrame& frame);
   /// Sets the comment of the file; the last call wins.
   void SetComment(const std::string& text);
-  /// Ends the animation and returns the whole file, which loops for ever if it has several frames; empty without a
-  /// frame. The writer cannot be used afterwards.
+  /// Sets how often several frames play: 0 to 65535; 0, the default, is for ever.
+  void SetLoops(int loops);
+  /// Ends the animation and returns the whole file; empty without a frame. The writer cannot be used afterwards.
   std::vector<std::uint8_t> Finish();
 
  private:

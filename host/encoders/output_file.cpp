@@ -2,6 +2,9 @@
 #include "host/encoders/output_file.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 
@@ -57,16 +60,38 @@ Output Output::Folder(const std::string& target, std::string& error) {
   return output;
 }
 
-bool Output::Write(std::span<const std::uint8_t> bytes) { return file_.Write(TextOf(bytes)); }
+Output Output::Stream() {
+  Output output;
+  output.target_ = "standard output";
+  output.stream_ = true;
+  return output;
+}
+
+bool Output::Write(std::span<const std::uint8_t> bytes) {
+  if (!stream_) return file_.Write(TextOf(bytes));
+  errno = 0;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+  if (!written) streamTrouble_ = std::strerror(errno ? errno : EIO);
+  return written;
+}
 
 bool Output::WriteMember(const std::string& name, std::span<const std::uint8_t> bytes) {
   return folder_.WriteMember(name, TextOf(bytes));
 }
 
-std::string Output::Refusal() const { return CannotWrite(target_, file_ ? file_.Trouble() : folder_.Trouble()); }
+std::string Output::Refusal() const {
+  if (stream_) return target_ + " cannot be written: " + streamTrouble_;
+  return CannotWrite(target_, file_ ? file_.Trouble() : folder_.Trouble());
+}
 
 std::string Output::Keep() {
   std::string why;
+  if (stream_) {
+    errno = 0;
+    if (std::fflush(stdout) == 0) return {};
+    streamTrouble_ = std::strerror(errno ? errno : EIO);
+    return Refusal();
+  }
   const bool kept = file_ ? file_.Keep(why) : folder_.Keep(why);
   return kept ? "" : CannotWrite(target_, why);
 }

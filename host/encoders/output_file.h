@@ -18,8 +18,10 @@ class Output {
   /// another kind, a folder that contains files other than numbered pictures).
   static Output File(const std::string& target, std::string& error);
   static Output Folder(const std::string& target, std::string& error);
+  /// The process's standard output: bytes that are written cannot be taken back.
+  static Output Stream();
 
-  explicit operator bool() const noexcept { return file_ || folder_; }
+  explicit operator bool() const noexcept { return file_ || folder_ || stream_; }
   /// Appends to the file. False on a write error.
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
@@ -33,6 +35,8 @@ class Output {
   std::string target_;
   AtomicFile file_;
   AtomicFolder folder_;
+  bool stream_ = false;
+  std::string streamTrouble_;
 };
 
 }  // namespace glyphmotion

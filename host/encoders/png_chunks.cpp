@@ -143,7 +143,7 @@ std::vector<std::uint8_t> PngAnimation::Add(const PngPicture& picture, const Png
       if (!Is(chunk, "IHDR")) return;
       Bytes head;
       PutU32(head, static_cast<std::uint32_t>(frameCount_));
-      PutU32(head, 0);  // for ever
+      PutU32(head, static_cast<std::uint32_t>(loops_));
       PutChunk(out, "acTL", head);
     }
   });

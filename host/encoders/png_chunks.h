@@ -31,7 +31,8 @@ struct PngFramePlace {
 /// Builds an animation chunk by chunk. Frames overwrite the pixels under them and are not disposed of.
 class PngAnimation {
  public:
-  explicit PngAnimation(int frameCount) : frameCount_(frameCount) {}
+  /// Plays `loops` times; 0: for ever.
+  explicit PngAnimation(int frameCount, int loops = 0) : frameCount_(frameCount), loops_(loops) {}
   /// The bytes that a frame adds to the file; the first frame must have the size of the whole animation. All frames are
   /// of the first one's kind, palette and transparent index. Empty when libpng fails.
   std::vector<std::uint8_t> Add(const PngPicture& picture, const PngFramePlace& place);
@@ -39,7 +40,7 @@ class PngAnimation {
   static std::vector<std::uint8_t> End();
 
  private:
-  int frameCount_;
+  int frameCount_, loops_;
   std::uint32_t sequence_ = 0;
   bool first_ = true;
 };

@@ -19,14 +19,19 @@ struct Catalogue {
   std::vector<ControlInfo> controls;
   std::function<bool(const std::string&)> hasFont;
   std::function<std::vector<std::string>()> fonts;
+  /// Reads standard input; nothing if it is neither a file nor a pipe, unless `asked` for by name.
+  std::function<std::optional<std::string>(bool asked)> input;
+  bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 
 enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles };
 
 struct Arguments {
   Job job;
-  std::string output;     ///< file, or folder with framesAsPng; empty: none
-  std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
+  std::string output;        ///< file, folder with framesAsPng, or "-"; empty: none
+  int loops = 0;             ///< how often the animation plays; 0: for ever
+  std::optional<int> start;  ///< number of the frame that comes first, from 0, or FrameOrder::kRest
+  std::string extension;     ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
   double lossyQuality = -1;  ///< 0 to 100; below 0: lossless
   std::string recordFolder;  ///< empty: none
@@ -51,13 +56,7 @@ ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& 
 /// The names of --palette, in the order of the palettes' numbers: bw, windows16, ...
 const std::vector<std::string>& PaletteOptionNames();
 
-/// "Background Hyperspace" as the command line writes it: "background-hyperspace".
-std::string OptionForm(const std::string& name);
-
-/// A sentence about a job's settings, with the name of the option instead of each setting that an option made.
+/// A sentence about a job's settings with the option's name in the place of each setting that an option made.
 std::string InOptionTerms(std::string sentence, const Arguments& arguments);
-
-/// The name with the least edit distance from `word`, case ignored; empty when none is near.
-std::string NearestName(const std::string& word, const std::vector<std::string>& names);
 
 }  // namespace glyphmotion

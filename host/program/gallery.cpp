@@ -7,6 +7,7 @@
 
 #include "effects/effect_table.h"
 #include "host/program/arguments.h"
+#include "host/program/names.h"
 #include "platform/files.h"
 
 namespace glyphmotion {

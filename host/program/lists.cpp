@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "host/program/names.h"
 #include "materials/material_text.h"
 
 namespace glyphmotion {

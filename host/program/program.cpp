@@ -2,6 +2,8 @@
 #include "host/program/program.h"
 
 #include <cxxabi.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,14 +16,18 @@
 
 #include "glyphmotion/render.h"
 #include "host/encoders/encoders.h"
+#include "host/encoders/frame_order.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
+#include "host/program/help.h"
+#include "host/program/help_topics.h"
 #include "host/program/image_loader.h"
 #include "host/program/interrupts.h"
 #include "host/program/lists.h"
+#include "host/program/manual.h"
 #include "host/program/progress.h"
 #include "host/program/sample_picture.h"
 #include "host/program/swatch.h"
@@ -57,13 +63,27 @@ void PrintNotes(const Arguments& arguments, const std::vector<std::string>& note
     std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
 }
 
-Catalogue LibraryCatalogue() { return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames}; }
+// A text that is piped in, or asked for by name. It is cut at 64 KiB, far beyond the longest text.
+std::optional<std::string> StandardInput(bool asked) {
+  struct stat about {};
+  const bool piped = fstat(STDIN_FILENO, &about) == 0 &&
+                     (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode) || S_ISSOCK(about.st_mode));
+  if (!piped && !asked) return std::nullopt;
+  std::string text;
+  for (int c; text.size() < 65536 && (c = std::fgetc(stdin)) != EOF;) text += static_cast<char>(c);
+  return text;
+}
+
+Catalogue LibraryCatalogue() {
+  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, StandardInput, false};
+}
 
 // The parts of one run.
 struct Run {
   const Arguments& arguments;
   Output output;
   std::optional<Encoder> encoder;
+  std::optional<FrameOrder> order;
   std::optional<Recorder> recorder;
   ProgressBar bar;
   std::string error;  // why the encoder refused an image
@@ -78,8 +98,10 @@ bool OpenEncoder(Run& run, int width, int height, int count) {
   run.height = height;
   if (!run.output) return true;
   const int unit = run.arguments.job.paletteFormat ? 10 : 1;
-  run.encoder =
-      FindFormat(run.arguments.extension)->open(run.output, {width, height, count, unit, run.arguments.lossyQuality});
+  const Arguments& arguments = run.arguments;
+  run.encoder = FindFormat(arguments.extension)
+                    ->open(run.output, {width, height, count, unit, arguments.lossyQuality, arguments.loops});
+  if (arguments.start) run.order.emplace(*arguments.start, run.encoder->add);
   return true;
 }
 
@@ -98,7 +120,7 @@ std::string AddSample(Run& run, Image image) {
 bool AddImage(Run& run, const Image& image) {
   if (image.sample) OpenEncoder(run, image.width, image.height, 1);
   if (!run.encoder) return true;
-  run.error = image.sample ? AddSample(run, image) : run.encoder->add(image);
+  run.error = image.sample ? AddSample(run, image) : run.order ? run.order->Add(image) : run.encoder->add(image);
   return run.error.empty();
 }
 
@@ -123,6 +145,11 @@ std::string OpenOutputs(Run& run) {
     if (!error.empty()) return error;
   }
   if (run.arguments.output.empty()) return {};
+  if (run.arguments.output == "-") {
+    if (isatty(STDOUT_FILENO)) return "standard output is a terminal; pipe it into a program or a file";
+    run.output = Output::Stream();
+    return {};
+  }
   run.output = run.arguments.framesAsPng ? Output::Folder(run.arguments.output, error)
                                          : Output::File(run.arguments.output, error);
   return error;
@@ -142,7 +169,8 @@ std::string KeepPictures(Run& run, const RenderResult& result) {
     return "the effect made no frames; use a text with visible characters";
   if (!run.output) return {};
   if (!run.encoder) return "no picture was made; use a text with visible characters";
-  std::string error = run.encoder->finish();
+  std::string error = run.order ? run.order->Finish() : std::string();
+  if (error.empty()) error = run.encoder->finish();
   return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
 
@@ -176,14 +204,36 @@ Job WithLoader(Job job) {
   return job;
 }
 
+// help, man and completion with what belongs to them; anything else is a text.
+bool IsPage(const std::vector<std::string>& words) {
+  if (words.empty() || words.size() > 2 || (words.size() == 2 && words[1].starts_with('-'))) return false;
+  return words[0] == "help" || words[0] == "completion" || (words[0] == "man" && words.size() == 1);
+}
+
+int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue) {
+  std::string text;
+  if (words[0] == "man") {
+    text = ManualPage();
+  } else if (words[0] == "completion") {
+    text = words.size() == 2 ? Completion(words[1]) : std::string();
+    if (text.empty()) return Fail("completion takes a shell: bash, zsh or fish", kExitUsage);
+  } else if (words.size() == 1) {
+    text = HelpText();
+  } else if (const auto topic = HelpTopic(words[1], catalogue)) {
+    text = *topic;
+  } else {
+    return Fail(NoSuchTopic(words[1], catalogue), kExitUsage);
+  }
+  std::fputs(text.c_str(), stdout);
+  return PrintedWell(kExitDone);
+}
+
 int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
   const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
   run.bar.Clear();
-  if (!arguments.quiet)
-    for (const std::string& note : result.notes) std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
     if (!trouble.empty()) return Fail(trouble);
@@ -194,7 +244,9 @@ int Execute(const Arguments& arguments) {
 }  // namespace
 
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
-  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  Catalogue catalogue = LibraryCatalogue();
+  catalogue.textOptional = true;
+  const ParsedArguments parsed = ParseArguments(words, catalogue);
   error = parsed.error;
   if (!parsed.arguments) return std::nullopt;
   return WithLoader(parsed.arguments->job);
@@ -233,6 +285,7 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();
+    if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
     if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
     if (!parsed.arguments) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <optional>
 #include <string_view>
 
@@ -61,21 +62,49 @@ std::string WithInnerBreaks(const std::string& text) {
   return inner;
 }
 
+// "#rrggbb"
+std::string Opaque(Colour colour) {
+  char text[8];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", RedOf(colour) & 255, GreenOf(colour) & 255, BlueOf(colour) & 255);
+  return text;
+}
+
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
 
-// The highest index of a picker, or -1 for other kinds.
-int LastPickerIndex(ControlKind kind) {
+// What people call a picker's cells, in the order of their indices; empty for other kinds.
+std::vector<std::string_view> PickerWords(ControlKind kind) {
   switch (kind) {
     case ControlKind::ShadowDirection:
-      return 7;
+      return {"up-left", "up", "up-right", "right", "left", "down-left", "down", "down-right"};
     case ControlKind::ScrollFour:
-      return 3;
+      return {"up", "right", "left", "down"};
     case ControlKind::ScrollTwo:
+      return {"left", "right"};
     case ControlKind::ScrollAxis:
-      return 1;
+      return {"horizontal", "vertical"};
     default:
-      return -1;
+      return {};
   }
+}
+
+// The cell of a word or an index; -1 for neither. An axis is also given by a direction along it.
+int PickerCell(ControlKind kind, std::string_view value) {
+  const auto words = PickerWords(kind);
+  if (kind == ControlKind::ScrollAxis) {
+    if (EqualsIgnoringCase(value, "left") || EqualsIgnoringCase(value, "right")) return 0;
+    if (EqualsIgnoringCase(value, "up") || EqualsIgnoringCase(value, "down")) return 1;
+  }
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (EqualsIgnoringCase(words[i], value)) return static_cast<int>(i);
+  }
+  const std::optional<std::int64_t> number = ParseInteger(value);
+  return number && *number >= 0 && *number < std::ssize(words) ? static_cast<int>(*number) : -1;
+}
+
+std::string Listed(const std::vector<std::string_view>& words) {
+  std::string text;
+  for (const std::string_view word : words) text += (text.empty() ? "" : ", ") + std::string(word);
+  return text;
 }
 
 // The control of the effect's panel with an option's name, case ignored: "frames" for Style008Frames. The shadow's
@@ -86,6 +115,16 @@ const ControlTemplate* FindInPanel(const EffectDescriptor& effect, std::string_v
   }
   const int softness = effect.panel->roles.softness;
   return softness && EqualsIgnoringCase(name, "soft") ? FindControlOfId(softness) : nullptr;
+}
+
+// What may follow an "@" for the effect.
+std::string OptionNames(const EffectDescriptor& effect) {
+  std::string names;
+  for (const ControlTemplate& control : effect.panel->controls) {
+    const std::string name(OptionName(control.key));
+    if (!name.empty()) names += (names.empty() ? "" : ", ") + name;
+  }
+  return names;
 }
 
 const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
@@ -185,22 +224,31 @@ bool ScriptedUser::ChooseEffect(Dialog& dialog) {
 }
 
 bool ScriptedUser::SetMaterials(Dialog& dialog) {
-  const EffectDescriptor& effect = CurrentEffect(dialog);
-  const PanelRoles& roles = effect.panel->roles;
-  const struct {
-    const std::string& value;
-    int control;
-    const char* role;
-  } rows[] = {{job_.fill, roles.fill, "fill"},
-              {job_.shadow, roles.shadow, "shadow"},
-              {job_.background, roles.background, "background"}};
-  for (const auto& row : rows) {
-    if (row.value.empty()) continue;
-    if (!row.control)
-      return Fail(std::string("the effect ") + effect.name + " has no " + row.role + "; leave --" + row.role + " out");
-    if (!FillWith(dialog, row.control, row.value)) return false;
-  }
-  return job_.outline.empty() || SetColour(dialog, roles.outline, job_.outline);
+  const PanelRoles& roles = CurrentEffect(dialog).panel->roles;
+  return SetRole(dialog, job_.fill, {"fill", roles.fill, roles.fillOpacity, 0}) &&
+         SetRole(dialog, job_.shadow, {"shadow", roles.shadow, roles.shadowOpacity, roles.shadowEnable}) &&
+         SetRole(dialog, job_.background, {"background", roles.background, 0, 0}) && SetOutline(dialog);
+}
+
+// A fill, or "none" where there is a check for it. A colour's alpha goes to the opacity.
+bool ScriptedUser::SetRole(Dialog& dialog, const std::string& value, const RoleControls& role) {
+  if (value.empty()) return true;
+  const std::string effect = std::string("the effect ") + CurrentEffect(dialog).name;
+  const std::string option = std::string("--") + role.name;
+  if (!role.material) return Fail(effect + " has no " + role.name + "; leave " + option + " out");
+  if (role.enable && EqualsIgnoringCase(value, "none")) return SetByLine(dialog, role.enable, "0");
+  Colour colour = 0;
+  int alpha = 255;
+  if (!ParseColourAndAlpha(value, colour, alpha) || alpha == 255) return FillWith(dialog, role.material, value);
+  if (!role.opacity) return Fail(option + " " + Quote(value) + " has an alpha, which a " + role.name + " cannot have");
+  return FillWith(dialog, role.material, Opaque(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
+}
+
+bool ScriptedUser::SetOutline(Dialog& dialog) {
+  const PanelRoles& roles = CurrentEffect(dialog).panel->roles;
+  if (job_.outline.empty()) return true;
+  if (EqualsIgnoringCase(job_.outline, "none")) return SetByLine(dialog, roles.outlineEnable, "0");
+  return SetColour(dialog, roles.outline, job_.outline);
 }
 
 bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
@@ -209,7 +257,7 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
     const ControlTemplate* control = FindInPanel(CurrentEffect(dialog), std::string_view(key).substr(1));
     if (control) return ApplyToControl(dialog, *control, setting);
     return Fail(std::string("the effect ") + CurrentEffect(dialog).name + " has no option " + Quote(key) +
-                "; leave it out, or see --list controls");
+                "; its options are " + OptionNames(CurrentEffect(dialog)));
   }
   const std::optional<std::int64_t> id = ParseInteger(key);
   const ControlTemplate* control =
@@ -296,13 +344,14 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
     default:
       break;
   }
-  const int last = LastPickerIndex(control.kind);
-  if (last < 0) return Fail(key + " is a control without a value; see --list controls");
-  const std::optional<std::int64_t> number = ParseInteger(value);
-  if (!number || *number < 0 || *number > last) {
-    return Fail(key + " takes an index from 0 to " + std::to_string(last) + ", not " + Quote(value));
+  const auto words = PickerWords(control.kind);
+  if (words.empty()) return Fail(key + " names a control that holds no value");
+  const int cell = PickerCell(control.kind, value);
+  if (cell < 0) {
+    return Fail(key + " takes " + Listed(words) + ", or an index from 0 to " + std::to_string(words.size() - 1) +
+                ", not " + Quote(value));
   }
-  return SetByLine(dialog, id, std::to_string(*number));
+  return SetByLine(dialog, id, std::to_string(cell));
 }
 
 bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
@@ -328,7 +377,7 @@ bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
   if (number && *number >= 0 && *number <= 0xFFFFFF) {
     colour = static_cast<Colour>(*number);
   } else if (!ParseColour(text, colour)) {
-    return Fail(Quote(text) + " is not a colour; write #RRGGBB");
+    return Fail(Quote(text) + " is not an opaque colour; write #RRGGBB or a name such as red");
   }
   return SetByLine(dialog, id, std::to_string(colour));
 }

@@ -13,6 +13,12 @@
 
 namespace glyphmotion {
 
+/// The controls of the chosen effect for one of the job's materials; 0 where its panel has no such control.
+struct RoleControls {
+  const char* name;
+  int material, opacity, enable;
+};
+
 class ScriptedUser {
  public:
   /// `messages` collects the texts of the dialog's message boxes; `settings` summarises the job's settings file.
@@ -47,6 +53,8 @@ class ScriptedUser {
   bool SetFontFile(Dialog& dialog);
   bool CheckAxes(Dialog& dialog);
   bool SetMaterials(Dialog& dialog);
+  bool SetRole(Dialog& dialog, const std::string& value, const RoleControls& role);
+  bool SetOutline(Dialog& dialog);
   bool Apply(Dialog& dialog, const Job::Setting& setting);
   bool ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting);
   bool FillWith(Dialog& dialog, int id, const std::string& text);

@@ -19,15 +19,15 @@ namespace glyphmotion {
 struct Job {
   /// One thing the user sets, by persistent key ("Style008Rotate", "MainFontSize"), by control id ("440"), or by the
   /// part after the stem of a key of the chosen effect ("@rotate", "@frames"; case ignored). Values are text: a number,
-  /// 0 or 1 for checks, an index for lists and pickers, a decimal colour, a material ("#rrggbb", "mtrl:FILE", ...) for
-  /// fills.
+  /// 0 or 1 for checks, an index for lists, an index or a word (left, up) for pickers, a colour, a material ("#rrggbb",
+  /// "mtrl:FILE", ...) for fills.
   using Setting = std::pair<std::string, std::string>;
 
   std::optional<std::string> text;    ///< UTF-8, 4,096 characters at most; each line break begins a new line
   std::optional<std::string> effect;  ///< "vortex", "background-hyperspace"; case ignored
-  /// Fills of the chosen effect by role; empty: unchanged.
+  /// Fills of the chosen effect by role, a shadow also "none"; empty: unchanged. #rrggbbaa sets the opacity as well.
   std::string fill, shadow, background;
-  /// Outline colour of the chosen effect, "#rrggbb"; empty: unchanged.
+  /// Outline colour of the chosen effect, "#rrggbb", a name, or "none"; empty: unchanged.
   std::string outline;
   std::vector<Setting> settings;  ///< applied after everything else, in order
   /// Values that the run uses where neither the settings file nor the document has one. Numbers and checks with a key

@@ -15,12 +15,14 @@
 #include "platform/ascii.h"
 #include "platform/run_state.h"
 #include "resources/shipped_fountains.h"
+#include "resources/shipped_tiles.h"
 
 namespace glyphmotion {
 namespace {
 
 constexpr char kForms[] =
-    "write #RRGGBB, gradient:..., fountain:..., texture:..., tile:FILE#N, mtrl:FILE or image:FILE";
+    "write #RRGGBB, the name of a colour, gradient:..., fountain:..., texture:NAME, tile:NAME, tile:FILE#N, mtrl:FILE "
+    "or image:FILE";
 
 ImageLoader& Loader() { return CurrentRun().Member<ImageLoader>(); }
 
@@ -83,7 +85,17 @@ bool NumberWithin(const std::string& key, const std::string& text, double least,
 }
 
 bool ColourPart(const std::string& text, Colour& colour, std::string& error) {
-  return ParseColour(text, colour) || Fail(error, Quote(text) + " is not a colour; write #RRGGBB");
+  int alpha = 0;
+  if (!ParseColourAndAlpha(text, colour, alpha))
+    return Fail(error, Quote(text) + " is not a colour; write #RRGGBB or a name such as red");
+  return alpha == 255 || Fail(error, Quote(text) + " has an alpha, which this colour cannot have; write #RRGGBB");
+}
+
+// A part that must be a colour, if it is anything: #..., a name, either with a position.
+bool LooksLikeColour(const std::string& part) {
+  Colour colour = 0;
+  int alpha = 0;
+  return part.starts_with('#') || ParseColourAndAlpha(part.substr(0, part.find_first_of("-@")), colour, alpha);
 }
 
 // Gradients and fountains -----------------------------------------------------------------------------------------
@@ -121,29 +133,6 @@ bool TakeOption(const std::string& part, GradientSpec& gradient, std::string& er
               Quote(part) +
                   " is not part of a gradient; write a shape (linear, conical, elliptical, rectangular), colours, "
                   "rotation=, pad=, mid=, cx= or cy=");
-}
-
-bool ParseGradient(const std::string& text, Material& material, std::string& error) {
-  GradientSpec gradient = material.Gradient;
-  for (const std::string& part : Split(text, ",;")) {
-    if (TakeShape(part, gradient)) continue;
-    if (part.starts_with('#')) {
-      const std::size_t dash = part.find('-');
-      Colour first = 0, last = 0;
-      if (dash == std::string::npos)
-        return Fail(error, Quote(part) + " is not a pair of colours; write #RRGGBB-#RRGGBB");
-      if (!ColourPart(part.substr(0, dash), first, error) || !ColourPart(part.substr(dash + 1), last, error))
-        return false;
-      gradient.StartColour = first;
-      gradient.EndColour = last;
-    } else if (!TakeOption(part, gradient, error)) {
-      return false;
-    }
-  }
-  gradient.TwoColor = 1;
-  material.Gradient = gradient;
-  material.Kind = kGradient;
-  return true;
 }
 
 struct Stop {
@@ -191,6 +180,43 @@ bool TakeStops(std::vector<Stop> stops, FountainSpec& fountain, std::string& err
   return true;
 }
 
+// Two colours are a plain gradient; more are a fountain that spreads them evenly.
+bool ParseGradient(const std::string& text, Material& material, std::string& error) {
+  GradientSpec gradient = material.Gradient;
+  FountainSpec fountain = material.Fountain;
+  gradient.TwoColor = 1;
+  for (const std::string& part : Split(text, ",;")) {
+    if (TakeShape(part, gradient)) continue;
+    if (!LooksLikeColour(part)) {
+      if (!TakeOption(part, gradient, error)) return false;
+      continue;
+    }
+    std::vector<Stop> stops;
+    for (const std::string& colour : Split(part, "-")) {
+      if (!ColourPart(colour, stops.emplace_back(Stop{0, -1}).colour, error)) return false;
+    }
+    if (stops.size() < 2)
+      return Fail(error, Quote(part) + " is one colour, and a gradient needs two or more: write #RRGGBB-#RRGGBB");
+    gradient.TwoColor = stops.size() == 2;
+    if (gradient.TwoColor) {
+      gradient.StartColour = stops.front().colour;
+      gradient.EndColour = stops.back().colour;
+    } else {
+      fountain.Preview = 0;
+      if (!TakeStops(std::move(stops), fountain, error)) return false;
+    }
+  }
+  if (!gradient.TwoColor) material.Fountain = fountain;
+  material.Gradient = gradient;
+  material.Kind = kGradient;
+  return true;
+}
+
+bool IsFountain(const std::string& name) {
+  const auto rows = ShippedFountains();
+  return std::any_of(rows.begin(), rows.end(), [&](const auto& row) { return Plain(row.name) == Plain(name); });
+}
+
 bool TakeNamedFountain(const std::string& name, FountainSpec& fountain, std::string& error) {
   for (const ShippedFountain& row : ShippedFountains()) {
     if (Plain(row.name) != Plain(name)) continue;
@@ -212,8 +238,12 @@ bool ParseFountain(const std::string& text, Material& material, std::string& err
   fountain.Flags &= ~kFountainLooped;
   std::vector<Stop> stops;
   bool named = false;
-  for (const std::string& part : Split(text, ",;")) {
-    if (part.starts_with('#')) {
+  const auto parts = Split(text, ",;");
+  // A name of both kinds, such as gold, is a colour where another colour follows.
+  const bool coloured = parts.size() > 1 && std::any_of(parts.begin() + 1, parts.end(), LooksLikeColour);
+  for (const std::string& part : parts) {
+    const bool isName = IsFountain(part) && !coloured;
+    if (LooksLikeColour(part) && !isName) {
       if (!ParseStop(part, stops.emplace_back(), error)) return false;
     } else if (part.starts_with("loop=")) {
       double loop = 0;
@@ -376,10 +406,21 @@ bool ParseTexture(const std::string& text, Material& material, std::string& erro
 
 // Tiles and files -----------------------------------------------------------------------------------------------------
 
+// The index of a shipped tile; -1 for none of that name.
+int FindTileName(const std::string& name) {
+  const auto* found = std::find_if(std::begin(kShippedTileNames), std::end(kShippedTileNames),
+                                   [&](const char* known) { return Plain(known) == Plain(name); });
+  return found == std::end(kShippedTileNames) ? -1 : static_cast<int>(found - kShippedTileNames);
+}
+
 bool ParseTile(const std::string& text, Material& material, std::string& error) {
   const std::size_t hash = text.rfind('#');
   std::string path = text.substr(0, hash);
   double number = 1;
+  if (const int named = hash == std::string::npos ? FindTileName(text) : -1; named >= 0) {
+    number = named + 1;
+    path.clear();
+  }
   if (hash != std::string::npos && !NumberWithin("a tile's number", text.substr(hash + 1), 1, 1e6, true, number, error))
     return false;
   const auto index = static_cast<std::uint32_t>(number) - 1;
@@ -394,7 +435,7 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
   } else {
     if (shipped) path = kTileLibraryName;
     return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
-                           "; name an .mtx library with at least that many tiles");
+                           "; name an .mtx library with at least that many tiles, or a tile of --list tiles");
   }
   if (path.size() >= sizeof(material.Tile.TilePath))
     return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes; use a shorter one");
@@ -429,19 +470,6 @@ bool ParseImage(const std::string& path, Material& material, std::string& error)
 
 }  // namespace
 
-bool ParseColour(const std::string& text, Colour& colour) noexcept {
-  if ((text.size() != 4 && text.size() != 7) || text[0] != '#') return false;
-  const std::size_t digits = text.size() == 4 ? 1 : 2;
-  int channel[3];
-  for (std::size_t i = 0; i < 3; ++i) {
-    const int high = HexDigit(text[1 + i * digits]), low = HexDigit(text[i * digits + digits]);
-    if (high < 0 || low < 0) return false;
-    channel[i] = high * 16 + low;
-  }
-  colour = MakeColour(channel[0], channel[1], channel[2]);
-  return true;
-}
-
 bool ParseMaterial(const std::string& text, Material& material, std::string& error) {
   static constexpr struct {
     std::string_view prefix;
@@ -450,7 +478,8 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
                {"tile:", ParseTile},         {"mtrl:", ParseMaterialFile}, {"image:", ParseImage}};
   error.clear();
   Colour colour = 0;
-  if (ParseColour(text, colour)) {
+  if (LooksLikeColour(text)) {
+    if (!ColourPart(text, colour, error)) return false;
     material.Kind = kSolid;
     material.Colour = colour;
     return true;
@@ -490,8 +519,9 @@ std::vector<std::string> TileNames() {
     ReadTileLibrary(path, library);
     for (std::size_t i = names.size(); i < library.tiles.size(); ++i) {
       const DibView view(library.tiles[i]);
+      const bool named = path == ShippedLibraryPath(kTileLibraryName) && i < std::size(kShippedTileNames);
       names.push_back("#" + std::to_string(i + 1) + " " + std::to_string(view.Width()) + " x " +
-                      std::to_string(view.Height()));
+                      std::to_string(view.Height()) + (named ? std::string(" ") + kShippedTileNames[i] : ""));
     }
   }
   return names;

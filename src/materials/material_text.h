@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The textual form of materials, as used on the command line.
 //
-//   #RRGGBB, #RGB
-//   gradient:[linear|conical|elliptical|rectangular,]#first-#last[,rotation=-360..360][,pad=0..45][,mid=1..99]
+//   #RRGGBB, #RGB, the name of a colour in CSS (red, steelblue); wherever a # stands below, a name may stand
+//   gradient:[linear|conical|elliptical|rectangular,]#first-...-#last[,rotation=-360..360][,pad=0..45][,mid=1..99]
 //            [,cx=-50..50][,cy=-50..50]
+//            more than two colours are spread evenly
 //   fountain:NAME                        a shipped fountain: fountain:Sunrise
 //   fountain:#first,#c@position,...,#last   positions 0 to 255; colours between that name none are spread evenly
 //            both forms take the shape, the options of gradients and loop=1 as further parts
@@ -15,6 +16,7 @@
 //            size (of the matrix), back, fore1 to fore5 (colours), power and power1 to power5, density and density1 to
 //            density5, craters, depth, red, green and blue (four numbers 0 to 1 by slashes), bubbles, bubblesize,
 //            bubblepower, shape (ellipse, fuzzy, luminous, sphere), noise
+//   tile:NAME                            a shipped tile: tile:Bricks
 //   tile:FILE#N                          tile N, from 1, of a .mtx file; "tile:#N" of the shipped library, and where
 //            that has fewer, of the user's own
 //   mtrl:FILE                            a material file
@@ -25,6 +27,7 @@
 #include <string>
 #include <vector>
 
+#include "materials/colour_text.h"
 #include "materials/material.h"
 
 namespace glyphmotion {
@@ -36,15 +39,12 @@ namespace glyphmotion {
 /// loads it.
 bool ParseMaterial(const std::string& text, Material& material, std::string& error);
 
-/// Converts "#RRGGBB" or "#RGB" to 0x00BBGGRR.
-bool ParseColour(const std::string& text, Colour& colour) noexcept;
-
 /// Reads a picture file for image:..., or returns nothing and an error sentence. Applications that link a decoder set
 /// it for the current run; without it image:... is refused.
 using ImageLoader = std::function<PackedDib(const std::string& path, std::string& error)>;
 void SetImageLoader(ImageLoader loader);
 
-/// The valid names in texture:NAME, fountain:NAME and tile:#N. A tile's line has its number and size.
+/// The valid names in texture:NAME, fountain:NAME and tile:#N. A tile's line has its number, size and, if any, name.
 std::vector<std::string> TextureNames();
 std::vector<std::string> FountainNames();
 std::vector<std::string> TileNames();

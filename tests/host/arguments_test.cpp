@@ -5,6 +5,9 @@
 
 #include <algorithm>
 
+#include "host/encoders/frame_order.h"
+#include "host/program/option_table.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -21,7 +24,11 @@ Catalogue SmallCatalogue() {
   return catalogue;
 }
 
-ParsedArguments Parse(const Words& words) { return ParseArguments(words, SmallCatalogue()); }
+ParsedArguments Parse(const Words& words, std::optional<std::string> piped = {}) {
+  Catalogue catalogue = SmallCatalogue();
+  catalogue.input = [&](bool) { return piped; };
+  return ParseArguments(words, catalogue);
+}
 
 // The final value, by precedence.
 std::string Final(const Job& job, const std::string& key) {
@@ -90,10 +97,21 @@ TEST(Arguments, EachOptionReachesItsControl) {
       {{"--size", "20", "--set", "MainFontSize=30"}, "MainFontSize", "30"},
       {{"--set", "MainFontSize=30", "--size", "20"}, "MainFontSize", "30"},
       {{"--set", "FastRemap="}, "FastRemap", ""},
+      {{"--set", "@rotate=90"}, "@rotate", "90"},
+      {{"--direction", "left"}, "@scroll", "left"},
+      {{"--direction", "3"}, "@scroll", "3"},
+      {{"--delay", "80ms"}, "MainDelay", "8"},
+      {{"--delay", "8cs"}, "MainDelay", "8"},
+      {{"--delay", "0.05s"}, "MainDelay", "5"},
+      {{"--pause", "2.5s"}, "MainPause", "250"},
+      {{"--fps", "20"}, "MainDelay", "5"},
+      {{"--fps", "20", "-o", "a.png"}, "MainDelay", "50"},
+      {{"--delay", "8cs", "-o", "a.png"}, "MainDelay", "80"},
   };
   for (const auto& c : cases) {
-    Words words = {"Hi", "-o", "a.gif"};
-    words.insert(words.end(), c.words.begin(), c.words.end());
+    Words words = c.words;
+    words.push_back("Hi");
+    if (std::find(words.begin(), words.end(), "-o") == words.end()) words.insert(words.end(), {"-o", "a.gif"});
     const ParsedArguments parsed = Parse(words);
     ASSERT_TRUE(parsed.arguments) << parsed.error;
     EXPECT_EQ(Final(parsed.arguments->job, c.key), c.value) << ::testing::PrintToString(c.words);
@@ -119,10 +137,19 @@ TEST(Arguments, TheRestOfTheJob) {
   EXPECT_TRUE(a->quiet);
   EXPECT_EQ(a->progress, false);
   EXPECT_EQ(Parse({"-", "-o", "a.gif"}).arguments->job.text, "-");
-  EXPECT_EQ(Parse({"-o", "a.gif"}).arguments->job.text, std::nullopt);
+  EXPECT_EQ(Parse({"--set", "MainText=x", "-o", "a.gif"}).exitCode, 2) << "not in this catalogue";
+  const auto piped = Parse({"-o", "-", "--format", "y4m", "--start", "rest"}, "Piped\r\n").arguments;
+  ASSERT_TRUE(piped);
+  EXPECT_EQ(piped->job.text, "Piped");
+  EXPECT_EQ(piped->extension + piped->output, ".y4m-");
+  EXPECT_EQ(piped->start, FrameOrder::kRest);
+  const auto looped = Parse({"Hi", "-o", "a.x", "--format", "gif", "--loop", "3", "--start", "4"}).arguments;
+  ASSERT_TRUE(looped);
+  EXPECT_EQ(looped->extension, ".gif");
+  EXPECT_EQ(looped->loops * 10 + *looped->start, 33);
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
-  EXPECT_EQ(Parse({"--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
-  EXPECT_EQ(Parse({"-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
+  EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
+  EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
   EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);
 }
 
@@ -132,8 +159,11 @@ TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--palette", "safe216"}),
             Notes{"--transparent changes nothing together with a fixed --palette; leave one of them out"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--supercompress"}).size(), 1u);
+  EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--fps", "30"}), Notes{"--fps 30 becomes 33.3: a frame takes 3/100 s"});
+  EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--delay", "85ms"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.png", "--dither", "--palette", "bw", "--alpha", "--true-color"}).size(), 4u);
   for (const Words& meant : {Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "custom", "--dither"},
+                             Words{"Hi", "-o", "a.png", "--fps", "25", "--pause", "85ms"},
                              Words{"Hi", "-o", "a.png", "--palette", "bw", "--dither"}})
     EXPECT_EQ(notes(meant), Notes{});
 }
@@ -148,10 +178,10 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "noextension"}, {"noextension"}},
       {{"", "-o", "a.gif"}, {"empty"}},
       {{std::string(4097, 'x'), "-o", "a.gif"}, {"4097", "4096"}},
-      {{"Hi", "-o", "a.gif", "--align", "middle"}, {"--align middle", "left, center, right, justify"}},
+      {{"Hi", "-o", "a.gif", "--align", "middle"}, {"--align middle", "left, center, right or justify"}},
       {{"Hi", "-o", "a.gif", "--font-variation", "wght"}, {"'wght'", "AXIS=V"}},
       {{"Hi", "-o", "a.gif", "--line-space", "5"}, {"--line-space 5", "10 to 500"}},
-      {{"Hi", "-o", "a.gif", "-f", "Arial", "--font-file", "x.ttf"}, {"exclude each other"}},
+      {{"Hi", "-o", "a.gif", "-f", "Arial", "--font-file", "x.ttf"}, {"cannot be used together"}},
       {{"Hi", "-o", "a.gif", "-e", "vortx"}, {"vortx", "'vortex'", "--list effects"}},
       {{"Hi", "-o", "a.gif", "-f", "Liberation Sanz"}, {"Liberation Sanz", "'Liberation Sans'", "--list fonts"}},
       {{"Hi", "-o", "a.gif", "--palette", "9"}, {"9", "custom", "gray256"}},
@@ -167,7 +197,33 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--", "there"}, {"there", "quotation"}},
       {{"Hi", "-o", "a.gif", "--space", "49"}, {"50 to 150"}},
       {{"Hi", "-o", "a.gif", "--fill", "#12345"}, {"--fill", "#12345", "#RRGGBB"}},
-      {{"Hi", "-o", "a.gif", "--outline", "red"}, {"red", "#RRGGBB"}},
+      {{"Hi", "-o", "a.gif", "--fill", "reddish"}, {"--fill", "reddish", "name of a colour"}},
+      {{"Hi", "-o", "a.gif", "--fill", "none"}, {"--fill", "none"}},
+      {{"Hi", "-o", "a.gif", "--background", "none"}, {"--background", "none"}},
+      {{"Hi", "-o", "a.gif", "--outline", "gradient:red-blue"}, {"gradient:red-blue", "#RRGGBB", "none"}},
+      {{"Hi", "-o", "a.gif", "--outline", "#11223344"}, {"#11223344", "opaque"}},
+      {{"Hi", "-o", "a.gif", "--direction", "leftwards"}, {"leftwards", "left, right, up, down"}},
+      {{"Hi", "-o", "a.gif", "--direction", "4"}, {"--direction 4", "0 to 3"}},
+      {{"Hi", "-o", "a.gif", "--delay", "1.5"}, {"1.5", "80ms", "10 to 250 ms"}},
+      {{"Hi", "-o", "a.gif", "--delay", "4min"}, {"4min", "1 to 25"}},
+      {{"Hi", "-o", "a.gif", "--delay", "260ms"}, {"260ms", "10 to 250 ms"}},
+      {{"Hi", "-o", "a.gif", "--fps", "3"}, {"--fps 3", "4 to 100"}},
+      {{"Hi", "-o", "a.gif", "--fps", "0"}, {"--fps 0", "1 to 1000"}},
+      {{"Hi", "-o", "a.gif", "--fps", "9", "--delay", "9"}, {"--fps", "--delay", "leave one out"}},
+      {{"-o", "a.gif"}, {"no text", "quotation", "--text-file"}},
+      {{"Hi", "--text-file", "x", "-o", "a.gif"}, {"--text-file", "leave one out"}},
+      {{"--text-file", "/no/such", "-o", "a.gif"}, {"/no/such", "cannot be read"}},
+      {{"Hi", "-o", "-"}, {"-o -", "--format"}},
+      {{"Hi", "-o", "-", "--format", "bmp"}, {"--format bmp", "gif, png, webp, y4m or rgba"}},
+      {{"Hi", "--format", "gif"}, {"--format", "-o"}},
+      {{"Hi", "-o", "x", "--format", "gif", "--frames-as", "png"}, {"--format", "--frames-as"}},
+      {{"Hi", "-o", "a.gif", "--loop", "65536"}, {"--loop 65536", "0 to 65535"}},
+      {{"Hi", "-o", "a.y4m", "--loop", "2"}, {"--loop", ".gif"}},
+      {{"Hi", "-o", "a.gif", "--start", "0"}, {"--start 0", "rest", "1 to 32760"}},
+      {{"Hi", "-o", "a.gif", "--start", "end"}, {"--start end", "rest"}},
+      {{"Hi", "-o", "a.gif", "--start", "2", "--sample"}, {"--start", "--sample"}},
+      {{"Hi", "--record", "r", "--loop", "2"}, {"--loop", "-o"}},
+      {{"Hi", "-o", "a.gif", "--softness", "41"}, {"--softness", "0 to 40"}},
       {{"Hi", "-o", "a.gif", "--set", "MainFontSiz=3"}, {"MainFontSiz", "'MainFontSize'"}},
       {{"Hi", "-o", "a.gif", "--set", "441=3"}, {"441", "--list controls"}},
       {{"Hi", "-o", "a.gif", "--set", "MainFontSize"}, {"KEY=VALUE"}},
@@ -201,19 +257,14 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
   }
 }
 
-TEST(Arguments, HelpNamesEveryOption) {
+TEST(Arguments, HelpNamesEveryOptionButThoseForHosts) {
   const ParsedArguments parsed = Parse({"--help"});
   EXPECT_EQ(parsed.exitCode, 0);
-  for (const char* option :
-       {"--output",     "--effect",           "--font",        "--size",          "--bold",        "--no-bold",
-        "--italic",     "--antialias",        "--pad",         "--space",         "--fill",        "--shadow",
-        "--background", "--outline",          "--delay",       "--pause",         "--frames",      "--still-text",
-        "--palette",    "--dither",           "--true-color",  "--supercompress", "--transparent", "--mask-background",
-        "--alpha",      "--alpha-background", "--add-comment", "--set",           "--document",    "--save-document",
-        "--settings",   "--sample",           "--test-run",    "--record",        "--host",        "--list",
-        "--refuse",     "--fail-allocation",  "--quiet",       "--progress",      "--no-progress", "--version",
-        "--frames-as"})
-    EXPECT_NE(parsed.text.find(option), std::string::npos) << option;
+  for (const OptionRow& row : OptionRows()) {
+    const bool shown = parsed.text.find(LongName(row)) != std::string::npos;
+    EXPECT_EQ(shown, std::string(row.group) != kHostGroup) << row.names;
+    EXPECT_EQ(FindOption(LongName(row)), &row);
+  }
   EXPECT_EQ(Parse({"--version"}).text.rfind("glyphmotion ", 0), 0u);
 }
 

@@ -26,7 +26,7 @@ struct Ran {
 Ran RunWords(const Words& words, bool refuse = false) {
   Ran ran;
   const ParsedArguments parsed =
-      ParseArguments(words, {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames});
+      ParseArguments(words, {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}});
   if (!parsed.arguments) {
     ADD_FAILURE() << parsed.error;
     return ran;

@@ -52,6 +52,51 @@ TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   EXPECT_TRUE(std::filesystem::exists(folder / "sample.png"));
 }
 
+TEST(Program, PipesCarryTextsAndPictures) {
+  const TemporaryFolder folder;
+  for (const std::string format : {"gif", "png", "webp", "y4m", "rgba"}) {
+    ASSERT_EQ(Start(kSmall + ("--start rest -o " + folder / "file --format " + format)).code, 0);
+    const Outcome piped = Start(kSmall + ("--start rest -o - --format " + format + " > " + folder / "piped"));
+    EXPECT_EQ(piped.code, 0) << piped.output;
+    EXPECT_EQ(testing::ReadBytes(folder / "piped"), testing::ReadBytes(folder / "file")) << format;
+  }
+  const std::string rest = " -e simple -s 20 --frames 6 -o " + folder / "text.gif";
+  ASSERT_EQ(Start("Hi" + rest).code, 0);
+  const Bytes expected = testing::ReadBytes(folder / "text.gif");
+  testing::WriteBytes(folder / "text", {'H', 'i', '\n'});
+  for (const char* from : {" < ", " --text-file - < ", " --text-file "}) {
+    std::filesystem::remove(folder / "text.gif");
+    EXPECT_EQ(Start(rest + from + folder / "text").code, 0) << from;
+    EXPECT_EQ(testing::ReadBytes(folder / "text.gif"), expected) << from;
+  }
+  const Outcome silent = Start(rest + " < /dev/null");
+  EXPECT_EQ(silent.code, 2);
+  EXPECT_NE(silent.output.find("error: there is no text"), std::string::npos) << silent.output;
+  EXPECT_EQ(Start("Hi" + rest + " --start 99").code, 1);
+}
+
+TEST(Program, HelpManualAndCompletionsKnowTheEffectsAndOptions) {
+  const struct {
+    const char *words, *says;
+    int code = 0;
+  } rows[] = {{"help", "--fill M"},
+              {"help vortex", "@rotate"},
+              {"help Background-Iris", ": "},
+              {"help materials", "gradient:red-gold"},
+              {"help hosts", "--record"},
+              {"man", ".TH GLYPHMOTION"},
+              {"completion bash", "--effect"},
+              {"completion zsh", "#compdef"},
+              {"completion fish", "-l effect"},
+              {"help vortx", "did you mean 'vortex'", 2},
+              {"completion csh", "bash, zsh or fish", 2}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Start(row.words);
+    EXPECT_EQ(outcome.code, row.code) << row.words;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << outcome.output;
+  }
+}
+
 TEST(Program, ASampleIsAPictureInEveryFormat) {
   const TemporaryFolder folder;
   for (const char* name : {"sample.gif", "sample.png", "sample.webp"}) {
@@ -74,7 +119,10 @@ TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
   const TemporaryFolder folder;
   const std::string output = " -o " + folder / "a.gif";
   const std::pair<const char*, const char*> cases[] = {
-      {"-e vortex --direction 3", "error: --direction takes an index from 0 to 1, not '3'"},
+      {"-e vortex --direction 3", "error: --direction takes left, right, or an index from 0 to 1, not '3'"},
+      {"-e vortex --direction up", "error: --direction takes left, right, or an index from 0 to 1, not 'up'"},
+      {"-e vortex --set @rotat=1", "error: the effect Vortex has no option '@rotat'; its options are "},
+      {"--background '#ff000080'", "error: --background '#ff000080' has an alpha, which a background cannot have"},
       {"-e radar --frames 8", "error: the effect Radar has no option --frames"},
       {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
       {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};

@@ -152,16 +152,22 @@ TEST(Material, EveryAllocationMayFail) {
   EXPECT_EQ(LiveBlocks().locks, 0u);
 }
 
-TEST(ParseColour, TakesThreeAndSixDigits) {
+TEST(ColourText, TakesDigitsNamesAndAlpha) {
   const struct {
     const char* text;
-    Colour colour;
-  } rows[] = {{"#FF8000", 0x0080FF},  {"#f80", 0x0088FF}, {"#ff800", kNoColour}, {"ff8000", kNoColour},
-              {"#gg0000", kNoColour}, {"", kNoColour},    {"#", kNoColour},      {"#12345678", kNoColour}};
+    Colour colour;  // kNoColour: refused
+    int alpha = 255;
+  } rows[] = {{"#FF8000", 0x0080FF},   {"#f80", 0x0088FF},      {"#ff800080", 0x0080FF, 128}, {"#f808", 0x0088FF, 136},
+              {"red", 0x0000FF},       {"AliceBlue", 0xFFF8F0}, {"yellowgreen", 0x32CD9A},    {"steelblue", 0xB48246},
+              {"#ff80000", kNoColour}, {"#gg0000", kNoColour},  {"ff8000", kNoColour},        {"", kNoColour},
+              {"#", kNoColour},        {"reddish", kNoColour},  {"#123456789", kNoColour}};
   for (const auto& row : rows) {
-    Colour colour = kNoColour;
-    EXPECT_EQ(ParseColour(row.text, colour), row.colour != kNoColour) << row.text;
+    Colour colour = kNoColour, opaque = kNoColour;
+    int alpha = 0;
+    EXPECT_EQ(ParseColourAndAlpha(row.text, colour, alpha), row.colour != kNoColour) << row.text;
     EXPECT_EQ(colour, row.colour) << row.text;
+    EXPECT_EQ(alpha, row.alpha) << row.text;
+    EXPECT_EQ(ParseColour(row.text, opaque), row.colour != kNoColour && row.alpha == 255) << row.text;
   }
 }
 

@@ -65,12 +65,32 @@ TEST(ParseMaterial, Fountains) {
                 {"#f00,#0f0@0,#00f", 0x0000FF, {MakeMarker(1, 0x00FF00)}},
                 {"#f00@9,#0f0@0,#00f@0", 0x00FF00, {MakeMarker(1, 0xFF0000), MakeMarker(9, 0x0000FF)}}};
   for (const auto& row : atZero) {
-    const FountainSpec marked = Parse(std::string("fountain:") + row.stops).material.Fountain;
-    EXPECT_EQ(+marked.StartColour, row.start) << row.stops;
-    EXPECT_EQ(+marked.EndColour, 0xFF0000u) << row.stops;
-    const std::uint32_t* end = marked.Markers + marked.MarkerCount;
-    EXPECT_EQ(std::vector<std::uint32_t>(marked.Markers, end), row.markers) << row.stops;
+    const FountainSpec spec = Parse(std::string("fountain:") + row.stops).material.Fountain;
+    EXPECT_EQ(+spec.StartColour, row.start) << row.stops;
+    EXPECT_EQ(+spec.EndColour, 0xFF0000u) << row.stops;
+    const std::uint32_t* end = spec.Markers + spec.MarkerCount;
+    EXPECT_EQ(std::vector<std::uint32_t>(spec.Markers, end), row.markers) << row.stops;
   }
+}
+
+TEST(ParseMaterial, WordsForColoursTilesAndManyColours) {
+  const struct {
+    const char *text, *same;
+  } rows[] = {{"Red", "#f00"},
+              {"gradient:red-blue,pad=3", "gradient:#ff0000-#0000ff,pad=3"},
+              {"gradient:conical,red-#0f0-blue-white", "fountain:conical,#f00,#0f0@85,#00f@170,#fff"},
+              {"fountain:gold,red", "fountain:#ffd700,#f00"},
+              {"texture:fractal2,back=navy", "texture:fractal2,back=#000080"},
+              {"tile:honey-comb", "tile:#3"},
+              {"tile:LEAVES", "tile:#20"}};
+  for (const auto& row : rows) {
+    const Parsed words = Parse(row.text), digits = Parse(row.same);
+    EXPECT_TRUE(words.good && digits.good) << row.text << words.error << digits.error;
+    EXPECT_EQ(std::memcmp(&words.material, &digits.material, sizeof(Material)), 0) << row.text;
+  }
+  const Parsed gold = Parse("fountain:gold");
+  ASSERT_TRUE(gold.good);
+  EXPECT_GT(MarkerCountOf(gold.material.Fountain), 2) << "the fountain, not one colour";
 }
 
 TEST(ParseMaterial, Textures) {
@@ -173,10 +193,14 @@ TEST(ParseMaterial, FilesAndPictures) {
 
 TEST(ParseMaterial, RefusesInOneSentenceAndChangesNothing) {
   const char* wrong[] = {"",
-                         "red",
+                         "reddish",
                          "#12",
                          "gradient:",
                          "gradient:#f00",
+                         "gradient:red-bleu",
+                         "#ff000080",
+                         "gradient:#ff000080-blue",
+                         "tile:bricc",
                          "gradient:round,#f00-#00f",
                          "gradient:#f00-#0g0",
                          "gradient:#f00-#00f,rotation=400",

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// The parts of reading the command line, in the order in which they run. Each throws UsageError.
+#pragma once
+
+#include <string>
+
+#include "host/program/arguments.h"
+#include "host/program/command_line.h"
+
+namespace glyphmotion {
+
+/// What the parts read and fill.
+struct Reading {
+  TypedWords typed;
+  Arguments arguments;
+  const Catalogue& catalogue;
+
+  /// The whole number that an option holds, within the range of its row.
+  long Number(const std::string& option) const;
+  /// Adds a setting that stands for an option.
+  void Set(const std::string& key, const std::string& value, const std::string& option);
+};
+
+void ReadFormat(Reading& reading);   ///< output and its format
+void ReadLoop(Reading& reading);     ///< how often it plays, and from where
+void ReadHost(Reading& reading);     ///< what the host claims and refuses
+void ReadAction(Reading& reading);   ///< build, test, sample or nothing
+void AddDefaults(Reading& reading);  ///< what the program wants unless the files say otherwise
+void ReadPalette(Reading& reading);
+void ReadControls(Reading& reading);  ///< times and every option that sets one control
+
+}  // namespace glyphmotion

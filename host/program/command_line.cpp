@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "host/program/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+
+#include "host/program/names.h"
+#include "host/program/option_table.h"
+
+namespace glyphmotion {
+namespace {
+
+std::string ExtraArgument(const std::string& word) {
+  return "unexpected argument '" + word + "'; put a text of several words in quotation marks";
+}
+
+// A word that is no option and no text.
+std::string UnknownWord(const std::string& word) {
+  if (word.size() < 2 || word[0] != '-') return ExtraArgument(word);
+  std::vector<std::string> names;
+  for (const OptionRow& row : OptionRows()) {
+    names.push_back(LongName(row));
+    if (const std::string negative = NegativeName(row); !negative.empty()) names.push_back(negative);
+  }
+  const std::string near = Suggestion(word.substr(0, word.find('=')), names);
+  return "there is no option '" + word + "'" + (near.empty() ? "; see --help" : near);
+}
+
+// CLI11's error as one sentence of ours.
+std::string SentenceOf(const CLI::ParseError& error) {
+  std::string text = error.what();
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  // "--output: 1 required FILE missing"
+  if (const auto colon = text.find(": 1 required "); text.rfind("--", 0) == 0 && colon != std::string::npos)
+    return text.substr(0, colon) + " needs a value after it; see --help";
+  // "--size: At Most 1 required but received 2"
+  if (const auto colon = text.find(": At Most 1 required"); text.rfind("--", 0) == 0 && colon != std::string::npos)
+    return text.substr(0, colon) + " is given more than once; use it once";
+  // "Could not convert: --bold = maybe"; numbers are converted by us, so this is a switch
+  if (const std::string start = "Could not convert: "; text.rfind(start, 0) == 0)
+    return "'" + text.substr(start.size()) + "' is not allowed: a switch takes no value; see --help";
+  return text + "; see --help";
+}
+
+}  // namespace
+
+void Refuse(const std::string& sentence) { throw UsageError{sentence}; }
+
+const std::vector<std::string>& TypedWords::Values(const std::string& name) const {
+  static const std::vector<std::string> none;
+  const auto found = values_.find(name);
+  return found == values_.end() ? none : found->second;
+}
+
+const std::string& TypedWords::Value(const std::string& name) const {
+  static const std::string none;
+  const auto& values = Values(name);
+  return values.empty() ? none : values.back();
+}
+
+std::optional<bool> TypedWords::Flag(const std::string& name) const {
+  if (!Has(name)) return std::nullopt;
+  return Value(name) == "1";
+}
+
+TypedWords SortWords(std::vector<std::string> words) {
+  TypedWords typed;
+  CLI::App app;
+  app.set_help_flag();
+  app.allow_extras();
+  app.add_option("text", typed.text);
+  const auto rows = OptionRows();
+  std::vector<std::vector<std::string>> values(rows.size());
+  std::vector<std::int64_t> flags(rows.size());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (!rows[i].form) {
+      app.add_flag(rows[i].names, flags[i]);
+      continue;
+    }
+    app.add_option(rows[i].names, values[i])
+        ->option_text(rows[i].form)
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(rows[i].repeats ? CLI::MultiOptionPolicy::TakeAll : CLI::MultiOptionPolicy::Throw);
+  }
+  const auto dashes = std::find(words.begin(), words.end(), "--");
+  std::vector<std::string> texts(dashes == words.end() ? dashes : dashes + 1, words.end());
+  words.erase(dashes, words.end());
+  std::reverse(words.begin(), words.end());  // CLI11 takes them last first
+  try {
+    app.parse(words);
+  } catch (const CLI::ParseError& error) {
+    Refuse(SentenceOf(error));
+  }
+  if (!typed.text && !texts.empty()) {
+    typed.text = texts.front();
+    texts.erase(texts.begin());
+  }
+  if (!texts.empty()) Refuse(ExtraArgument(texts.front()));
+  if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front()));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const std::string name = LongName(rows[i]);
+    if (!values[i].empty()) typed.values_[name] = values[i];
+    if (flags[i] != 0) typed.values_[name] = {flags[i] > 0 ? "1" : "0"};
+    // A script whose variable is empty gets an error, not the defaults.
+    if (std::find(values[i].begin(), values[i].end(), "") != values[i].end())
+      Refuse(name + " has an empty value; give a value or leave the option out");
+  }
+  return typed;
+}
+
+}  // namespace glyphmotion

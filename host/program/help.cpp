@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "host/program/help.h"
+
+#include <cstring>
+
+#include "host/program/option_table.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr std::size_t kColumn = 30, kWidth = 110;
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  glyphmotion \"Hello\" -o hello.gif\n"
+    "  glyphmotion \"Hello\" -e vortex -o hello.gif\n"
+    "  glyphmotion \"Grand opening\" -f \"Liberation Serif\" -s 72 --fill \"#cc2200\" -o sign.webp\n"
+    "  glyphmotion \"Fog\" --alpha -o fog.png\n"
+    "  glyphmotion swatch \"fountain:Sunrise\" -o sunrise.png        a material alone\n";
+
+}  // namespace
+
+std::string HelpEntry(const std::string& name, const std::string& text) {
+  std::string out = "  " + name;
+  out += out.size() + 2 > kColumn ? "\n" + std::string(kColumn, ' ') : std::string(kColumn - out.size(), ' ');
+  std::size_t column = kColumn;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(' ', begin), text.size());
+    if (column > kColumn && column + 1 + (end - begin) > kWidth) {
+      out += "\n" + std::string(kColumn, ' ');
+      column = kColumn;
+    } else if (column > kColumn) {
+      out += ' ';
+      ++column;
+    }
+    out += text.substr(begin, end - begin);
+    column += end - begin;
+    begin = end + 1;
+  }
+  return out + "\n";
+}
+
+namespace {
+
+// "-s, --size N"
+std::string NamesOf(const OptionRow& row) {
+  std::string names = ShortName(row) ? std::string("-") + ShortName(row) + ", " : "    ";
+  names += LongName(row);
+  if (const std::string negative = NegativeName(row); !negative.empty()) names += ", " + negative;
+  return row.form ? names + " " + row.form : names;
+}
+
+std::string GroupText(const char* group) {
+  std::string text = std::string(group) + ":\n";
+  for (const OptionRow& row : OptionRows()) {
+    if (std::strcmp(row.group, group) != 0) continue;
+    std::string help = row.help;
+    if (row.minimum < row.maximum && !*row.words)
+      help += ", " + std::to_string(row.minimum) + " to " + std::to_string(row.maximum);
+    text += HelpEntry(NamesOf(row), help);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string HelpOfGroup(const char* group) { return GroupText(group); }
+
+std::string HelpText() {
+  std::string text =
+      "Turns a line of text into an animated picture.\n\nUsage: glyphmotion [options] [TEXT]\n"
+      "       glyphmotion swatch MATERIAL -o FILE.png        a look at a fill by itself\n"
+      "       glyphmotion gallery FOLDER                     every effect on one page\n"
+      "       glyphmotion help EFFECT|materials|hosts        an effect and its options, fills, options for hosts\n"
+      "       glyphmotion man | completion bash|zsh|fish     the manual page, a script for the shell\n\n";
+  for (const char* group : OptionGroups()) {
+    if (std::strcmp(group, kHostGroup) != 0) text += GroupText(group) + "\n";
+  }
+  return text + kExamples;
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "host/program/help_topics.h"
+
+#include <algorithm>
+
+#include "effects/effect_table.h"
+#include "host/program/help.h"
+#include "host/program/names.h"
+#include "platform/ascii.h"
+
+namespace glyphmotion {
+namespace {
+
+constexpr const char* kMaterials =
+    "A material M fills letters, shadow or background. Colours are #RGB, #RRGGBB or a name of CSS (red, steelblue); a\n"
+    "fill or shadow of one colour may have an alpha as well, #RRGGBBAA.\n\n"
+    "  red   #cc2200   #cc220080            one colour\n"
+    "  none                                 no shadow (--shadow), no outline (--outline)\n"
+    "  gradient:red-gold                    two colours or more, spread evenly\n"
+    "  gradient:conical,#fff-#08f-#004      a shape first: linear, conical, elliptical or rectangular\n"
+    "      and by commas: rotation=-360..360, pad=0..45, mid=1..99, cx=-50..50, cy=-50..50\n"
+    "  fountain:Sunrise                     a shipped one: see --list fountains\n"
+    "  fountain:navy,#f80@90,gold@200,white colours at positions from 0 to 255\n"
+    "      with a shape and options as above, and loop=1\n"
+    "  texture:Marble                       see --list textures\n"
+    "  texture:fractal2,back=navy,fore1=#fff  fractal2 to fractal5, craters or perturbation, and by commas\n"
+    "      seed=, seed1= to seed5=, size=, back=, fore=, fore1= to fore5=, power=, power1= to power5=, density=,\n"
+    "      density1= to density5=, craters=, depth=, red=, green=, blue= (0/0.3/0.7/1), bubbles=, bubblesize=,\n"
+    "      bubblepower=, shape= (ellipse, fuzzy, luminous, sphere), noise=\n"
+    "  tile:Bricks   tile:#3   tile:FILE#N  a tile by name or number: see --list tiles\n"
+    "  mtrl:FILE                            a material file\n"
+    "  image:FILE                           a .png or .webp picture, repeated\n\n"
+    "Examples:\n"
+    "  glyphmotion Sale --fill gradient:red-gold --outline none -o sale.gif\n"
+    "  glyphmotion Night --fill white --shadow '#00000080' --background texture:Water -o night.webp\n"
+    "  glyphmotion swatch fountain:Sunrise -o sunrise.png        a look at a material alone\n";
+
+constexpr std::size_t kStem = 8;  // "Style008"
+
+// "0 to 720 (normally 360)"
+std::string RangeOf(const ControlInfo& control, const Catalogue& catalogue) {
+  const auto row = std::find_if(catalogue.keys.begin(), catalogue.keys.end(),
+                                [&](const KeyInfo& key) { return key.key == control.key; });
+  std::string text;
+  if (const std::size_t comma = control.range.find(','); comma != std::string::npos) {
+    const std::size_t end = std::min(control.range.find(',', comma + 1), control.range.size());
+    text = control.range.substr(0, comma) + " to " + control.range.substr(comma + 1, end - comma - 1);
+  } else if (control.kind == "check") {
+    text = "0 or 1";
+  }
+  if (row == catalogue.keys.end()) return text;
+  return text + (text.empty() ? "" : " ") + "(normally " + row->defaultValue + ")";
+}
+
+std::string EffectText(const std::string& effect, const Catalogue& catalogue) {
+  std::string text =
+      effect + ": " + EffectRow(FindEffect(effect)).summary + "\n\nIts options, as in --set @frames=30:\n";
+  for (const ControlInfo& control : catalogue.controls) {
+    if (control.panel != effect || control.key.size() <= kStem) continue;
+    std::string name = "@" + Lowered(control.key.substr(kStem));
+    std::string caption = control.caption;
+    if (caption.ends_with(':')) caption.pop_back();
+    const std::string range = RangeOf(control, catalogue);
+    text += HelpEntry(name, caption + (range.empty() ? "" : range[0] == '(' ? " " + range : ", " + range));
+  }
+  return text + "\nFills: --fill, --shadow, --background, --outline. All other options: glyphmotion --help\n";
+}
+
+}  // namespace
+
+std::optional<std::string> HelpTopic(const std::string& topic, const Catalogue& catalogue) {
+  if (topic == "hosts") return HelpOfGroup(kHostGroup);
+  if (topic == "materials") return std::string(kMaterials);
+  for (const std::string& effect : catalogue.effects) {
+    if (OptionForm(effect) == OptionForm(topic)) return EffectText(effect, catalogue);
+  }
+  return std::nullopt;
+}
+
+std::string NoSuchTopic(const std::string& topic, const Catalogue& catalogue) {
+  std::vector<std::string> names = {"hosts", "materials"};
+  for (const std::string& effect : catalogue.effects) names.push_back(OptionForm(effect));
+  return "there is no help about '" + topic + "'" + Suggestion(topic, names) +
+         " (help takes materials, hosts or the name of an effect)";
+}
+
+}  // namespace glyphmotion

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "host/program/values.h"
+
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <vector>
+
+#include "host/program/command_line.h"
+
+namespace glyphmotion {
+namespace {
+
+std::vector<std::string> WordsOf(const OptionRow& row) {
+  std::vector<std::string> words;
+  std::string_view rest = row.words;
+  while (!rest.empty()) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    words.emplace_back(rest.substr(0, comma));
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  }
+  return words;
+}
+
+// "a, b or c"
+std::string OneOf(const std::vector<std::string>& words) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
+  return text;
+}
+
+}  // namespace
+
+std::optional<long> WholeNumber(const std::string& text) {
+  long value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size() || text.empty()) return std::nullopt;
+  return value;
+}
+
+long NumberInRange(const std::string& option, const std::string& value, long minimum, long maximum) {
+  const auto number = WholeNumber(value);
+  if (!number || *number < minimum || *number > maximum)
+    Refuse(option + " " + value + " is not allowed: it takes a whole number from " + std::to_string(minimum) + " to " +
+           std::to_string(maximum));
+  return *number;
+}
+
+TimeValue TimeInRange(const std::string& option, const std::string& value, int unit, long minimum, long maximum) {
+  static constexpr struct {
+    std::string_view name;
+    double milliseconds;
+  } units[] = {{"ms", 1}, {"cs", 10}, {"s", 1000}};
+  double number = 0;
+  const char* last = value.data() + value.size();
+  const auto [end, error] = std::from_chars(value.data(), last, number);
+  const std::string_view rest(end, static_cast<std::size_t>(last - end));
+  double scale = rest.empty() && number == std::floor(number) ? unit : 0;
+  for (const auto& row : units) {
+    if (row.name == rest) scale = row.milliseconds;
+  }
+  const double exact = number * scale / unit, rounded = std::round(exact);
+  if (error != std::errc{} || scale == 0 || !(rounded >= static_cast<double>(minimum)) ||
+      rounded > static_cast<double>(maximum)) {
+    Refuse(option + " " + value + " is not allowed: it takes a whole number from " + std::to_string(minimum) + " to " +
+           std::to_string(maximum) + (unit == 10 ? " (1/100 s)" : " (ms)") + ", or a time such as 80ms, 8cs or 0.1s, " +
+           std::to_string(minimum * unit) + " to " + std::to_string(maximum * unit) + " ms");
+  }
+  return {static_cast<long>(rounded), std::abs(exact - rounded) < 1e-6};
+}
+
+void CheckValue(const OptionRow& row, const std::string& value) {
+  const std::string option = LongName(row);
+  const std::vector<std::string> words = WordsOf(row);
+  const bool isNumber = row.minimum < row.maximum;
+  if (words.empty()) {
+    if (isNumber) NumberInRange(option, value, row.minimum, row.maximum);
+    return;
+  }
+  for (const std::string& word : words) {
+    if (word == value) return;
+  }
+  const auto number = WholeNumber(value);
+  if (isNumber && number && *number >= row.minimum && *number <= row.maximum) return;
+  const std::string numbers =
+      isNumber ? ", or a number from " + std::to_string(row.minimum) + " to " + std::to_string(row.maximum) : "";
+  Refuse(option + " " + value + " is not allowed; it takes " + OneOf(words) + numbers);
+}
+
+}  // namespace glyphmotion
