@@ -3,115 +3,21 @@
 #include "host/encoders/encoders.h"
 
 #include <gtest/gtest.h>
-#include <png.h>
-#include <webp/demux.h>
-#include <zlib.h>
 
 #include <cstring>
 
+#include "host/decoders.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {
 namespace {
 
 using testing::Bytes;
-
-struct Shown {
-  std::vector<Bytes> screens;  // red, green, blue, alpha
-  std::vector<int> delays;     // milliseconds
-};
-
-std::uint32_t U32(const std::uint8_t* p) { return std::uint32_t{p[0]} << 24 | p[1] << 16 | p[2] << 8 | p[3]; }
-
-Bytes DecodePng(const Bytes& file, int& width, int& height) {
-  png_image image;
-  std::memset(&image, 0, sizeof image);
-  image.version = PNG_IMAGE_VERSION;
-  EXPECT_TRUE(png_image_begin_read_from_memory(&image, file.data(), file.size())) << image.message;
-  image.format = PNG_FORMAT_RGBA;
-  Bytes pixels(PNG_IMAGE_SIZE(image));
-  EXPECT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr)) << image.message;
-  width = static_cast<int>(image.width);
-  height = static_cast<int>(image.height);
-  return pixels;
-}
-
-// An animation's frames, each put together as a PNG of its own and laid on the screen. Frames replace and stay.
-Shown DecodeApng(const Bytes& file) {
-  Shown shown;
-  Bytes head(file.begin(), file.begin() + 8), screen, frame;
-  Bytes ihdr;
-  int width = 0, left = 0, top = 0;
-  std::uint32_t sequence = 0, frames = 0;
-  const auto chunk = [](Bytes& out, const char* type, const std::uint8_t* data, std::size_t size) {
-    const std::size_t start = out.size();
-    out.resize(start + size + 12);
-    const auto put = [&](std::size_t at, std::uint32_t v) {
-      for (int i = 0; i < 4; ++i) out[at + static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(v >> (24 - 8 * i));
-    };
-    put(start, static_cast<std::uint32_t>(size));
-    std::memcpy(&out[start + 4], type, 4);
-    if (size) std::memcpy(&out[start + 8], data, size);
-    put(start + 8 + size, static_cast<std::uint32_t>(crc32(0, &out[start + 4], static_cast<uInt>(size + 4))));
-  };
-  const auto close = [&] {
-    if (frame.empty()) return;
-    chunk(frame, "IEND", nullptr, 0);
-    int w = 0, h = 0;
-    const Bytes pixels = DecodePng(frame, w, h);
-    if (screen.empty()) screen.resize(pixels.size()), width = w;
-    for (int y = 0; y < h; ++y)
-      std::memcpy(&screen[static_cast<std::size_t>((top + y) * width + left) * 4],
-                  &pixels[static_cast<std::size_t>(y * w) * 4], static_cast<std::size_t>(w) * 4);
-    shown.screens.push_back(screen);
-    frame.clear();
-  };
-  for (std::size_t i = 8; i + 12 <= file.size(); i += U32(&file[i]) + 12) {
-    const std::size_t size = U32(&file[i]);
-    const std::uint8_t* data = &file[i + 8];
-    const std::string type(reinterpret_cast<const char*>(&file[i + 4]), 4);
-    EXPECT_EQ(U32(data + size), crc32(0, &file[i + 4], static_cast<uInt>(size + 4))) << type;
-    if (type == "IHDR") ihdr.assign(data, data + size);
-    if (type == "acTL") frames = U32(data);
-    if (type == "PLTE" || type == "tRNS") chunk(head, type.c_str(), data, size);
-    if (type == "fcTL") {
-      close();
-      EXPECT_EQ(U32(data), sequence++);
-      left = static_cast<int>(U32(data + 12)), top = static_cast<int>(U32(data + 16));
-      shown.delays.push_back((data[20] << 8 | data[21]) * 1000 / (data[22] << 8 | data[23]));
-      std::memcpy(ihdr.data(), data + 4, 8);
-      frame.assign(head.begin(), head.begin() + 8);
-      chunk(frame, "IHDR", ihdr.data(), ihdr.size());
-      frame.insert(frame.end(), head.begin() + 8, head.end());
-    }
-    if (type == "IDAT") chunk(frame, "IDAT", data, size);
-    if (type == "fdAT") {
-      EXPECT_EQ(U32(data), sequence++);
-      chunk(frame, "IDAT", data + 4, size - 4);
-    }
-  }
-  close();
-  EXPECT_EQ(frames, shown.screens.size());
-  return shown;
-}
-
-Shown DecodeWebp(const Bytes& file) {
-  Shown shown;
-  const WebPData data{file.data(), file.size()};
-  WebPAnimDecoder* decoder = WebPAnimDecoderNew(&data, nullptr);
-  if (!decoder) return shown;
-  WebPAnimInfo info;
-  WebPAnimDecoderGetInfo(decoder, &info);
-  std::uint8_t* pixels;
-  int time = 0, last = 0;
-  while (WebPAnimDecoderGetNext(decoder, &pixels, &time)) {
-    shown.screens.emplace_back(pixels, pixels + std::size_t{4} * info.canvas_width * info.canvas_height);
-    shown.delays.push_back(time - last);
-    last = time;
-  }
-  WebPAnimDecoderDelete(decoder);
-  return shown;
-}
+using testing::DecodeApng;
+using testing::DecodePng;
+using testing::DecodeWebp;
+using testing::Shown;
+using testing::U32;
 
 struct Frame {
   Bytes dib;

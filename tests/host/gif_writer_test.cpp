@@ -2,7 +2,6 @@
 // The GIF writer against an independent decoder (giflib), and its sizes against gifsicle -O3.
 #include "host/encoders/gif_writer.h"
 
-#include <gif_lib.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -11,13 +10,16 @@
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/gif_frame.h"
 #include "host/encoders/gif_palette.h"
+#include "host/decoders.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {
 namespace {
 
 using testing::Bytes;
-using Screen = std::vector<std::uint32_t>;  // 0xFFBBGGRR, 0: nothing there
+using Decoded = testing::DecodedGif;
+using Screen = testing::GifScreen;
+using testing::DecodeGif;
 
 struct Picture {
   int width, height;
@@ -62,81 +64,6 @@ std::vector<Screen> Meant(const Animation& animation, int width, int height) {
   return screens;
 }
 
-struct Decoded {
-  int width = 0, height = 0, paletteEntries = 0;
-  std::vector<Screen> screens;
-  std::vector<int> delays;
-  std::string comment;
-  bool loops = false;
-  std::size_t coded = 0;  // pixels in all images
-  int withoutIndex = 0;   // images without a transparent index
-};
-
-struct Source {
-  const Bytes& bytes;
-  std::size_t at = 0;
-};
-
-void Lay(const SavedImage& image, const ColorMapObject& map, int transparent, Decoded& gif, Screen& screen) {
-  const GifImageDesc& place = image.ImageDesc;
-  gif.coded += static_cast<std::size_t>(place.Width) * static_cast<std::size_t>(place.Height);
-  for (int y = 0; y < place.Height; ++y)
-    for (int x = 0; x < place.Width; ++x) {
-      const int index = image.RasterBits[y * place.Width + x];
-      if (index == transparent) continue;
-      ASSERT_LT(index, map.ColorCount);
-      const GifColorType& c = map.Colors[index];
-      screen.at(static_cast<std::size_t>((place.Top + y) * gif.width + place.Left + x)) =
-          0xFF000000u | c.Red | std::uint32_t{c.Green} << 8 | std::uint32_t{c.Blue} << 16;
-    }
-}
-
-Decoded Decode(const Bytes& bytes) {
-  Decoded gif;
-  Source source{bytes};
-  int error = 0;
-  GifFileType* file = DGifOpen(
-      &source,
-      [](GifFileType* f, GifByteType* out, int count) {
-        auto* from = static_cast<Source*>(f->UserData);
-        const std::size_t n = std::min(static_cast<std::size_t>(count), from->bytes.size() - from->at);
-        std::memcpy(out, from->bytes.data() + from->at, n);
-        from->at += n;
-        return static_cast<int>(n);
-      },
-      &error);
-  if (!file) return gif;
-  EXPECT_EQ(DGifSlurp(file), GIF_OK) << GifErrorString(file->Error);
-  gif.width = file->SWidth;
-  gif.height = file->SHeight;
-  gif.paletteEntries = file->SColorMap ? file->SColorMap->ColorCount : 0;
-  Screen screen(static_cast<std::size_t>(gif.width * gif.height), 0);
-  for (int i = 0; i < file->ImageCount; ++i) {
-    const SavedImage& image = file->SavedImages[i];
-    GraphicsControlBlock control{0, false, 0, NO_TRANSPARENT_COLOR};
-    DGifSavedExtensionToGCB(file, i, &control);
-    for (int e = 0; e < image.ExtensionBlockCount; ++e)
-      gif.loops |= image.ExtensionBlocks[e].Function == APPLICATION_EXT_FUNC_CODE;
-    Lay(image, image.ImageDesc.ColorMap ? *image.ImageDesc.ColorMap : *file->SColorMap, control.TransparentColor, gif,
-        screen);
-    gif.screens.push_back(screen);
-    gif.delays.push_back(control.DelayTime);
-    gif.withoutIndex += control.TransparentColor == NO_TRANSPARENT_COLOR;
-    if (control.DisposalMode != DISPOSE_BACKGROUND) continue;
-    // Some decoders paint the box where the frame has no transparent index.
-    const std::uint32_t cleared = control.TransparentColor == NO_TRANSPARENT_COLOR ? 0xFF123456 : 0;
-    for (int y = 0; y < image.ImageDesc.Height; ++y)
-      for (int x = 0; x < image.ImageDesc.Width; ++x)
-        screen[static_cast<std::size_t>((image.ImageDesc.Top + y) * gif.width + image.ImageDesc.Left + x)] = cleared;
-  }
-  for (int e = 0; e < file->ExtensionBlockCount; ++e)
-    if (file->ExtensionBlocks[e].Function == COMMENT_EXT_FUNC_CODE || file->ExtensionBlocks[e].Function == 0)
-      gif.comment.append(reinterpret_cast<const char*>(file->ExtensionBlocks[e].Bytes),
-                         static_cast<std::size_t>(file->ExtensionBlocks[e].ByteCount));
-  DGifCloseFile(file, &error);
-  return gif;
-}
-
 // A disc that moves over a background, in `colours` colours; what the engine's frames are like.
 Animation Moving(int width, int height, int frames, unsigned colours, int noise) {
   std::mt19937 random(7);
@@ -160,7 +87,7 @@ Animation Moving(int width, int height, int frames, unsigned colours, int noise)
 // 256 new colours and need a transparent index.
 void ExpectShown(const Animation& animation, int width, int height, const char* what, int halves = 0) {
   SCOPED_TRACE(what);
-  const Decoded gif = Decode(WriteGif(animation, width, height));
+  const Decoded gif = DecodeGif(WriteGif(animation, width, height));
   EXPECT_EQ(gif.width, width);
   EXPECT_EQ(gif.height, height);
   const std::vector<Screen> meant = Meant(animation, width, height);
@@ -310,11 +237,11 @@ TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
 TEST(GifWriter, SaysHowItPlaysAndWhatMadeIt) {
   const Animation animation = Moving(20, 20, 2, 5, 0);
   const std::string comment = std::string(300, 'c') + "end";
-  const Decoded gif = Decode(WriteGif(animation, 20, 20, comment));
+  const Decoded gif = DecodeGif(WriteGif(animation, 20, 20, comment));
   EXPECT_TRUE(gif.loops);
   EXPECT_EQ(gif.comment, comment);
   EXPECT_LE(gif.paletteEntries, 8) << "five colours and a transparent index";
-  EXPECT_FALSE(Decode(WriteGif({animation[0]}, 20, 20)).loops) << "one picture doesn't play";
+  EXPECT_FALSE(DecodeGif(WriteGif({animation[0]}, 20, 20)).loops) << "one picture doesn't play";
   EXPECT_TRUE(WriteGif({}, 20, 20).empty());
 }
 
@@ -340,7 +267,7 @@ TEST(GifWriter, EntriesOfOneColourAreOne) {
   animation[2].indices = animation[1].indices;
   for (std::uint8_t& index : animation[2].indices) index ^= 2;  // the same colours by other indices
   ExpectShown(animation, 40, 30, "twins");
-  const Decoded gif = Decode(WriteGif(animation, 40, 30));
+  const Decoded gif = DecodeGif(WriteGif(animation, 40, 30));
   EXPECT_LE(gif.coded, 40u * 30 * 2 + 1) << "the third frame changes nothing";
   EXPECT_LE(gif.paletteEntries, 4);
 }
@@ -351,7 +278,7 @@ TEST(GifWriter, OnlyWhatChangesIsCoded) {
   animation.push_back(animation[0]);
   animation[2].indices[3 * 100 + 7] = 200;
   animation[2].indices[5 * 100 + 9] = 201;
-  EXPECT_EQ(Decode(WriteGif(animation, 100, 80)).coded, 100u * 80 + 1 + 3 * 3);
+  EXPECT_EQ(DecodeGif(WriteGif(animation, 100, 80)).coded, 100u * 80 + 1 + 3 * 3);
 }
 
 // What the engine makes of an effect.
