@@ -18,18 +18,16 @@ constexpr const char* kExamples =
     "  glyphmotion \"Fog\" --alpha -o fog.png\n"
     "  glyphmotion swatch \"fountain:Sunrise\" -o sunrise.png        a material alone\n";
 
-}  // namespace
-
-std::string HelpEntry(const std::string& name, const std::string& text) {
-  std::string out = "  " + name;
-  out += out.size() + 2 > kColumn ? "\n" + std::string(kColumn, ' ') : std::string(kColumn - out.size(), ' ');
-  std::size_t column = kColumn;
+// The words of a text in lines that begin at a column, where the first already is.
+std::string Broken(const std::string& text, std::size_t left) {
+  std::string out;
+  std::size_t column = left;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find(' ', begin), text.size());
-    if (column > kColumn && column + 1 + (end - begin) > kWidth) {
-      out += "\n" + std::string(kColumn, ' ');
-      column = kColumn;
-    } else if (column > kColumn) {
+    if (column > left && column + 1 + (end - begin) > kWidth) {
+      out += "\n" + std::string(left, ' ');
+      column = left;
+    } else if (column > left) {
       out += ' ';
       ++column;
     }
@@ -39,8 +37,6 @@ std::string HelpEntry(const std::string& name, const std::string& text) {
   }
   return out + "\n";
 }
-
-namespace {
 
 // "-s, --size N"
 std::string NamesOf(const OptionRow& row) {
@@ -64,12 +60,20 @@ std::string GroupText(const char* group) {
 
 }  // namespace
 
+std::string Paragraph(const std::string& text) { return Broken(text, 0); }
+
+std::string HelpEntry(const std::string& name, const std::string& text) {
+  std::string out = "  " + name;
+  out += out.size() + 2 > kColumn ? "\n" + std::string(kColumn, ' ') : std::string(kColumn - out.size(), ' ');
+  return out + Broken(text, kColumn);
+}
+
 std::string HelpOfGroup(const char* group) { return GroupText(group); }
 
 std::string HelpText() {
   std::string text =
       "Turns a line of text into an animated picture.\n\nUsage: glyphmotion [options] [TEXT]\n"
-      "       glyphmotion swatch MATERIAL -o FILE.png        a look at a fill by itself\n"
+      "       glyphmotion swatch MATERIAL -o FILE.png        a fill by itself\n"
       "       glyphmotion gallery FOLDER                     every effect on one page\n"
       "       glyphmotion help EFFECT|materials|hosts        an effect and its options, fills, options for hosts\n"
       "       glyphmotion man | completion bash|zsh|fish     the manual page, a script for the shell\n\n";

@@ -10,6 +10,8 @@ namespace glyphmotion {
 std::string HelpText();
 /// The options of one group, under its heading.
 std::string HelpOfGroup(const char* group);
+/// A text broken into lines of the help's width.
+std::string Paragraph(const std::string& text);
 /// "  name      text", the text broken into lines within its column.
 std::string HelpEntry(const std::string& name, const std::string& text);
 

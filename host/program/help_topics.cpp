@@ -2,8 +2,11 @@
 #include "host/program/help_topics.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 #include "effects/effect_table.h"
+#include "host/program/effect_manual.h"
 #include "host/program/help.h"
 #include "host/program/names.h"
 #include "platform/ascii.h"
@@ -37,33 +40,55 @@ constexpr const char* kMaterials =
 
 constexpr std::size_t kStem = 8;  // "Style008"
 
-// "0 to 720 (normally 360)"
+// A stored value as a person would type it: "#333333", "down-right", "360".
+std::string Typed(const ControlInfo& control, const std::string& value) {
+  const long number = std::strtol(value.c_str(), nullptr, 10);
+  if (control.kind == "colour") {
+    char text[8];
+    const auto colour = static_cast<unsigned>(number);
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", colour & 255, colour >> 8 & 255, colour >> 16 & 255);
+    return text;
+  }
+  if (number >= 0 && number < std::ssize(control.words)) return control.words[static_cast<std::size_t>(number)];
+  return value;
+}
+
+// "0 to 720, default 360."
 std::string RangeOf(const ControlInfo& control, const Catalogue& catalogue) {
   const auto row = std::find_if(catalogue.keys.begin(), catalogue.keys.end(),
                                 [&](const KeyInfo& key) { return key.key == control.key; });
-  std::string text;
+  std::string text = Join(control.words);
   if (const std::size_t comma = control.range.find(','); comma != std::string::npos) {
     const std::size_t end = std::min(control.range.find(',', comma + 1), control.range.size());
     text = control.range.substr(0, comma) + " to " + control.range.substr(comma + 1, end - comma - 1);
   } else if (control.kind == "check") {
     text = "0 or 1";
+  } else if (control.kind == "colour") {
+    text = "A colour";
   }
-  if (row == catalogue.keys.end()) return text;
-  return text + (text.empty() ? "" : " ") + "(normally " + row->defaultValue + ")";
+  if (row != catalogue.keys.end())
+    text += (text.empty() ? "Default " : ", default ") + Typed(control, row->defaultValue);
+  return text.empty() ? text : " " + text + ".";
 }
 
 std::string EffectText(const std::string& effect, const Catalogue& catalogue) {
-  std::string text =
-      effect + ": " + EffectRow(FindEffect(effect)).summary + "\n\nIts options, as in --set @frames=30:\n";
+  const EffectManual manual = EffectManual::Shipped();
+  const std::string& about = manual.About(effect);
+  std::string own, shared;
   for (const ControlInfo& control : catalogue.controls) {
     if (control.panel != effect || control.key.size() <= kStem) continue;
-    std::string name = "@" + Lowered(control.key.substr(kStem));
     std::string caption = control.caption;
     if (caption.ends_with(':')) caption.pop_back();
-    const std::string range = RangeOf(control, catalogue);
-    text += HelpEntry(name, caption + (range.empty() ? "" : range[0] == '(' ? " " + range : ", " + range));
+    const std::string& does = manual.OwnOption(effect, caption);
+    const std::string& common = manual.SharedOption(caption);
+    const std::string what = !does.empty() ? does : !common.empty() ? common : caption + ".";
+    (does.empty() ? shared : own) +=
+        HelpEntry("@" + Lowered(control.key.substr(kStem)), what + RangeOf(control, catalogue));
   }
-  return text + "\nFills: --fill, --shadow, --background, --outline. All other options: glyphmotion --help\n";
+  return Paragraph(effect + ": " + (about.empty() ? EffectRow(FindEffect(effect)).summary : about)) +
+         (own.empty() ? "" : "\nIts own options, as in --set @frames=30:\n" + own) +
+         "\nOptions that most effects have:\n" + shared +
+         "\nFills: --fill, --shadow, --background, --outline. All other options: glyphmotion --help\n";
 }
 
 }  // namespace

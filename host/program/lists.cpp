@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "effects/effect_table.h"
 #include "host/program/names.h"
 #include "materials/material_text.h"
 
@@ -63,7 +64,8 @@ std::string PrintList(ListKind kind, const Catalogue& catalogue) {
     case ListKind::None:
       return {};
     case ListKind::Effects:
-      for (const std::string& name : catalogue.effects) PrintRow({OptionForm(name)}, {});
+      for (const std::string& name : catalogue.effects)
+        PrintRow({OptionForm(name), EffectRow(FindEffect(name)).summary}, {24});
       return {};
     case ListKind::Fonts:
       return PrintFonts();

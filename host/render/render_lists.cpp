@@ -4,6 +4,7 @@
 
 #include "controls/variables.h"
 #include "effects/effect_table.h"
+#include "host/render/picker_words.h"
 #include "image/fixed_palettes.h"
 #include "platform/font_files.h"
 #include "platform/text_engine.h"
@@ -75,11 +76,27 @@ void ListTemplate(const DialogTemplate& dialogTemplate, const char* panel, std::
     }
     info.key = control.key ? control.key : "";
     info.panel = panel;
+    info.words = PickerWords(control.kind);
     list.push_back(std::move(info));
   }
 }
 
 }  // namespace
+
+std::vector<std::string> PickerWords(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::ShadowDirection:
+      return {"up-left", "up", "up-right", "right", "left", "down-left", "down", "down-right"};
+    case ControlKind::ScrollFour:
+      return {"up", "right", "left", "down"};
+    case ControlKind::ScrollTwo:
+      return {"left", "right"};
+    case ControlKind::ScrollAxis:
+      return {"horizontal", "vertical"};
+    default:
+      return {};
+  }
+}
 
 std::vector<std::string> EffectNames() {
   std::vector<std::string> names;

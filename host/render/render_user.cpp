@@ -11,6 +11,7 @@
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
 #include "host/encoders/out_of_memory.h"
+#include "host/render/picker_words.h"
 #include "host/render/run_notes.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
@@ -71,22 +72,6 @@ std::string Opaque(Colour colour) {
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
 
-// What people call a picker's cells, in the order of their indices; empty for other kinds.
-std::vector<std::string_view> PickerWords(ControlKind kind) {
-  switch (kind) {
-    case ControlKind::ShadowDirection:
-      return {"up-left", "up", "up-right", "right", "left", "down-left", "down", "down-right"};
-    case ControlKind::ScrollFour:
-      return {"up", "right", "left", "down"};
-    case ControlKind::ScrollTwo:
-      return {"left", "right"};
-    case ControlKind::ScrollAxis:
-      return {"horizontal", "vertical"};
-    default:
-      return {};
-  }
-}
-
 // The cell of a word or an index; -1 for neither. An axis is also given by a direction along it.
 int PickerCell(ControlKind kind, std::string_view value) {
   const auto words = PickerWords(kind);
@@ -101,9 +86,9 @@ int PickerCell(ControlKind kind, std::string_view value) {
   return number && *number >= 0 && *number < std::ssize(words) ? static_cast<int>(*number) : -1;
 }
 
-std::string Listed(const std::vector<std::string_view>& words) {
+std::string Listed(const std::vector<std::string>& words) {
   std::string text;
-  for (const std::string_view word : words) text += (text.empty() ? "" : ", ") + std::string(word);
+  for (const std::string& word : words) text += (text.empty() ? "" : ", ") + word;
   return text;
 }
 

@@ -169,6 +169,7 @@ struct KeyInfo {
 struct ControlInfo {
   int id = 0;
   std::string kind, caption, range, key, panel;
+  std::vector<std::string> words;  ///< of a picker: what its values are called, from 0
 };
 std::vector<KeyInfo> Keys();
 std::vector<ControlInfo> Controls();

@@ -18,7 +18,7 @@ Catalogue SmallCatalogue() {
   catalogue.effects = {"Background Hyperspace", "Simple", "Vortex"};
   catalogue.palettes = Words(9, "palette");
   catalogue.keys = {{"MainFontSize", "number", "56", 57}, {"FastRemap", "switch", "0", 0}};
-  catalogue.controls = {{440, "number", "Rotate", "0..720", "Style008Rotate", "Vortex"}};
+  catalogue.controls = {{440, "number", "Rotate", "0..720", "Style008Rotate", "Vortex", {}}};
   catalogue.fonts = [] { return Words{"Liberation Sans", "Liberation Serif"}; };
   catalogue.hasFont = [](const std::string& name) { return name == "Liberation Sans"; };
   return catalogue;
