@@ -7,6 +7,8 @@ add_custom_target(libraries
   COMMAND make_libraries ${CMAKE_CURRENT_SOURCE_DIR}/share/glyphmotion
   COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_CURRENT_SOURCE_DIR}/share ${CMAKE_BINARY_DIR}/share)
 
+file(GLOB_RECURSE shipped CONFIGURE_DEPENDS share/glyphmotion/*)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shipped})  # an edit copies them anew
 file(COPY share/glyphmotion DESTINATION ${CMAKE_BINARY_DIR}/share)
 install(DIRECTORY share/glyphmotion DESTINATION ${CMAKE_INSTALL_DATADIR} PATTERN "*.bak" EXCLUDE)
 
