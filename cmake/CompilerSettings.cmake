@@ -5,12 +5,24 @@ add_library(glyphmotion_settings INTERFACE)
 target_compile_features(glyphmotion_settings INTERFACE cxx_std_20)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
+# The library's objects serve the static and the shared library; only what is marked GLYPHMOTION_EXPORT is shown.
+if(NOT WIN32)
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+  set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+endif()
+
+get_property(several_configurations GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT CMAKE_BUILD_TYPE AND NOT several_configurations)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo or MinSizeRel" FORCE)
+endif()
+
 if(MSVC)
   target_compile_options(glyphmotion_settings INTERFACE /W4 /utf-8 /fp:precise)  # not tried yet: warnings stop nothing
   target_compile_definitions(glyphmotion_settings INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
 else()
-  target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror
-    -ffp-contract=off $<$<CONFIG:Release>:-O3>)
+  target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor
+    $<$<BOOL:${GLYPHMOTION_WERROR}>:-Werror> -ffp-contract=off $<$<CONFIG:Release>:-O3>)
   # GCC 12 warns of overlap in its own std::string at -O3 (its bug 105651).
   target_compile_options(glyphmotion_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 endif()

@@ -10,10 +10,11 @@ add_custom_target(libraries
 file(GLOB_RECURSE shipped CONFIGURE_DEPENDS share/glyphmotion/*)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shipped})  # an edit copies them anew
 file(COPY share/glyphmotion DESTINATION ${CMAKE_BINARY_DIR}/share)
-install(DIRECTORY share/glyphmotion DESTINATION ${CMAKE_INSTALL_DATADIR} PATTERN "*.bak" EXCLUDE)
+install(DIRECTORY share/glyphmotion DESTINATION ${CMAKE_INSTALL_DATADIR} COMPONENT data PATTERN "*.bak" EXCLUDE)
 
 # The page lies among the shipped data; a build shows the sources, so that a change needs no build.
-if(NOT WIN32)
+if(GLYPHMOTION_PROGRAM AND NOT WIN32)
   file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/web ${CMAKE_BINARY_DIR}/share/glyphmotion/web SYMBOLIC)
-  install(DIRECTORY web DESTINATION ${CMAKE_INSTALL_DATADIR}/glyphmotion PATTERN "*.json" EXCLUDE)
+  install(DIRECTORY web DESTINATION ${CMAKE_INSTALL_DATADIR}/glyphmotion COMPONENT program
+    PATTERN "*.json" EXCLUDE)
 endif()

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/fuzz_file.h"
-#include "host/program/image_loader.h"
+#include "host/render/image_loader.h"
 
 using namespace glyphmotion;
 

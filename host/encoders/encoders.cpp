@@ -38,7 +38,7 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
     const DibPixels dib = ReadDib(image.dib);
     if (!dib) return kBadImage;
     if (dib.bits > 8)
-      return "a .gif takes palette images only, and these are true colour; leave --true-color out, or write .png or "
+      return "a .gif takes palette images only, and these are true colour; leave true colour out, or write .png or "
              ".webp";
     if (settings.width > 65535 || settings.height > 65535)
       return "a .gif is at most 65535 pixels wide and high; choose a smaller size";
@@ -314,6 +314,8 @@ constexpr EncoderFormat kFormats[] = {
 };
 
 }  // namespace
+
+std::span<const EncoderFormat> Formats() { return kFormats; }
 
 const EncoderFormat* FindFormat(const std::string& extension) {
   for (const EncoderFormat& format : kFormats)

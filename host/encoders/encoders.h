@@ -36,6 +36,8 @@ struct EncoderFormat {
   Encoder (*open)(Output& output, const EncoderSettings& settings);
 };
 
+/// All rows.
+std::span<const EncoderFormat> Formats();
 /// The row of an extension (lower case, with its dot, or kFolderExtension), or null.
 const EncoderFormat* FindFormat(const std::string& extension);
 

@@ -59,10 +59,9 @@ std::string FrameOrder::Finish() {
   const auto rest = std::max_element(images_.begin(), images_.end(), longer) - images_.begin();
   const std::size_t count = images_.size(), first = static_cast<std::size_t>(start_ == kRest ? rest : start_);
   if (first >= count)
-    return "--start " + std::to_string(first + 1) + " is not allowed: the animation has " + std::to_string(count) +
-           " frames";
+    return "there is no such frame to start with; the animation has " + std::to_string(count) + " frames";
   if (first > 0 && LooksThrough(images_[first].about) && !Complete(first))
-    return "--start cannot turn this animation: its frames have different sizes or palettes";
+    return "the animation cannot start with another frame: its frames have different sizes or palettes";
   if (first > 0) images_[first].about.standAlone = images_[0].about.standAlone = true;
   for (std::size_t i = 0; i < count; ++i) {
     Kept& kept = images_[(first + i) % count];

@@ -14,7 +14,7 @@ class FrameOrder {
  public:
   /// `start`: the number of the frame that comes first, from 0, or kRest for the first of those that are shown longest.
   /// `next` gets the images in their new order, numbered afresh; its sentence ends everything.
-  static constexpr int kRest = -1;
+  static constexpr int kRest = Job::kRest;
   FrameOrder(int start, std::function<std::string(const Image&)> next) : start_(start), next_(std::move(next)) {}
 
   /// Keeps a copy of the image. An empty text, or one sentence.

@@ -67,7 +67,17 @@ Output Output::Stream() {
   return output;
 }
 
+Output Output::Memory(std::vector<std::uint8_t>& bytes) {
+  Output output;
+  output.memory_ = &bytes;
+  return output;
+}
+
 bool Output::Write(std::span<const std::uint8_t> bytes) {
+  if (memory_) {
+    memory_->insert(memory_->end(), bytes.begin(), bytes.end());
+    return true;
+  }
   if (!stream_) return file_.Write(TextOf(bytes));
   errno = 0;
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
@@ -86,6 +96,7 @@ std::string Output::Refusal() const {
 
 std::string Output::Keep() {
   std::string why;
+  if (memory_) return {};
   if (stream_) {
     errno = 0;
     if (std::fflush(stdout) == 0) return {};

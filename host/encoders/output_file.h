@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "platform/atomic_folder.h"
 #include "platform/files.h"
@@ -20,8 +21,10 @@ class Output {
   static Output Folder(const std::string& target, std::string& error);
   /// The process's standard output: bytes that are written cannot be taken back.
   static Output Stream();
+  /// Appends to `bytes`, which must outlive the output.
+  static Output Memory(std::vector<std::uint8_t>& bytes);
 
-  explicit operator bool() const noexcept { return file_ || folder_ || stream_; }
+  explicit operator bool() const noexcept { return file_ || folder_ || stream_ || memory_; }
   /// Appends to the file. False on a write error.
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
@@ -36,6 +39,7 @@ class Output {
   AtomicFile file_;
   AtomicFolder folder_;
   bool stream_ = false;
+  std::vector<std::uint8_t>* memory_ = nullptr;
   std::string streamTrouble_;
 };
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "effects/effect_table.h"
+#include "glyphmotion/version.h"
 #include "host/encoders/dib_reader.h"
 #include "host/page/command_words.h"
 #include "host/page/event_fields.h"

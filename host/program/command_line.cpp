@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "host/program/names.h"
-#include "host/program/option_table.h"
+#include "glyphmotion/version.h"
+#include "host/options/names.h"
+#include "host/options/option_table.h"
+#include "host/program/help.h"
 
 namespace glyphmotion {
 namespace {
@@ -45,25 +47,6 @@ std::string SentenceOf(const CLI::ParseError& error) {
 
 }  // namespace
 
-void Refuse(const std::string& sentence) { throw UsageError{sentence}; }
-
-const std::vector<std::string>& TypedWords::Values(const std::string& name) const {
-  static const std::vector<std::string> none;
-  const auto found = values_.find(name);
-  return found == values_.end() ? none : found->second;
-}
-
-const std::string& TypedWords::Value(const std::string& name) const {
-  static const std::string none;
-  const auto& values = Values(name);
-  return values.empty() ? none : values.back();
-}
-
-std::optional<bool> TypedWords::Flag(const std::string& name) const {
-  if (!Has(name)) return std::nullopt;
-  return Value(name) == "1";
-}
-
 TypedWords SortWords(std::vector<std::string> words) {
   TypedWords typed;
   CLI::App app;
@@ -101,13 +84,31 @@ TypedWords SortWords(std::vector<std::string> words) {
   if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front()));
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string name = LongName(rows[i]);
-    if (!values[i].empty()) typed.values_[name] = values[i];
-    if (flags[i] != 0) typed.values_[name] = {flags[i] > 0 ? "1" : "0"};
+    if (!values[i].empty()) typed.Put(name, values[i]);
+    if (flags[i] != 0) typed.Put(name, {flags[i] > 0 ? "1" : "0"});
     // A script whose variable is empty gets an error, not the defaults.
     if (std::find(values[i].begin(), values[i].end(), "") != values[i].end())
       Refuse(name + " has an empty value; give a value or leave the option out");
   }
   return typed;
+}
+
+ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& catalogue) {
+  ParsedArguments parsed;
+  try {
+    TypedWords typed = SortWords(std::move(words));
+    if (typed.IsOn("--help")) {
+      parsed.text = HelpText();
+    } else if (typed.IsOn("--version")) {
+      parsed.text = "glyphmotion " GLYPHMOTION_VERSION "\n";
+    } else {
+      parsed.arguments = ReadOptions(std::move(typed), catalogue);
+    }
+  } catch (const UsageError& error) {
+    parsed.error = error.sentence;
+    parsed.exitCode = 2;
+  }
+  return parsed;
 }
 
 }  // namespace glyphmotion

@@ -1,40 +1,29 @@
 // SPDX-License-Identifier: MIT
-// The words after the program's name, sorted by the options of the table.
+// The command line: the words after the program's name, sorted by the options of the table and read.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/options/arguments.h"
+#include "host/options/typed_words.h"
+
 namespace glyphmotion {
-
-/// What is wrong with the arguments, in one sentence; thrown by the functions that read them.
-struct UsageError {
-  std::string sentence;
-};
-[[noreturn]] void Refuse(const std::string& sentence);
-
-/// Everything as the user typed it. Names are those of the table, "--size"; the functions take no others.
-class TypedWords {
- public:
-  std::optional<std::string> text;
-
-  bool Has(const std::string& name) const { return values_.contains(name); }
-  /// The value of an option; empty when it was not given.
-  const std::string& Value(const std::string& name) const;
-  const std::vector<std::string>& Values(const std::string& name) const;
-  /// A flag: nothing when it was not given, false for the second name of a pair.
-  std::optional<bool> Flag(const std::string& name) const;
-  bool IsOn(const std::string& name) const { return Flag(name).value_or(false); }
-
- private:
-  friend TypedWords SortWords(std::vector<std::string> words);
-  std::map<std::string, std::vector<std::string>> values_;
-};
 
 /// Throws UsageError for words that are no options, values that are missing or empty, and a second text. What follows
 /// "--" is text, whatever it looks like.
 TypedWords SortWords(std::vector<std::string> words);
+
+/// A parsed command line: arguments to run with, or a text to print and an exit code.
+struct ParsedArguments {
+  std::optional<Arguments> arguments;
+  std::string text;   ///< for standard output: help, version
+  std::string error;  ///< one sentence for standard error
+  int exitCode = 0;   ///< without arguments: 0 done, 2 bad usage
+};
+
+/// Parses the words after the program's name. Never exits, never prints.
+ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& catalogue);
 
 }  // namespace glyphmotion

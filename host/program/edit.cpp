@@ -14,8 +14,8 @@
 
 #include "host/page/page_server.h"
 #include "host/page/scratch.h"
-#include "host/program/arguments.h"
-#include "host/program/image_loader.h"
+#include "host/options/arguments.h"
+#include "host/render/image_loader.h"
 #include "host/program/program.h"
 #include "platform/folders.h"
 

@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "effects/effect_table.h"
-#include "host/program/arguments.h"
-#include "host/program/names.h"
+#include "host/options/names.h"
+#include "host/options/names.h"
 #include "platform/files.h"
 
 namespace glyphmotion {

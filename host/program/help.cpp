@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "host/program/option_table.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 namespace {

@@ -8,7 +8,7 @@
 #include "effects/effect_table.h"
 #include "host/program/effect_manual.h"
 #include "host/program/help.h"
-#include "host/program/names.h"
+#include "host/options/names.h"
 #include "platform/ascii.h"
 
 namespace glyphmotion {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "host/program/arguments.h"
-#include "host/program/option_table.h"
+#include "host/options/arguments.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 

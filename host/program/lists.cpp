@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "effects/effect_table.h"
-#include "host/program/names.h"
+#include "host/options/names.h"
 #include "materials/material_text.h"
 
 namespace glyphmotion {

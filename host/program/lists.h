@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "host/program/arguments.h"
+#include "host/options/arguments.h"
 
 namespace glyphmotion {
 

@@ -4,7 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "host/program/option_table.h"
+#include "glyphmotion/version.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 namespace {

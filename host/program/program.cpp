@@ -16,22 +16,21 @@
 
 #include "glyphmotion/render.h"
 #include "host/encoders/encoders.h"
-#include "host/encoders/frame_order.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
-#include "host/program/arguments.h"
+#include "host/program/command_line.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/help.h"
 #include "host/program/help_topics.h"
-#include "host/program/image_loader.h"
 #include "host/program/interrupts.h"
 #include "host/program/lists.h"
 #include "host/program/manual.h"
 #include "host/program/progress.h"
-#include "host/program/sample_picture.h"
 #include "host/program/swatch.h"
 #include "host/recording/recorder.h"
+#include "host/render/image_loader.h"
+#include "host/render/picture_output.h"
 #include "materials/material_text.h"
 #include "platform/text_engine.h"
 
@@ -74,118 +73,59 @@ std::optional<std::string> StandardInput(bool asked) {
   return text;
 }
 
-Catalogue LibraryCatalogue() {
-  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, StandardInput, false};
+Catalogue ProgramCatalogue() {
+  Catalogue catalogue = LibraryCatalogue();
+  catalogue.input = StandardInput;
+  return catalogue;
 }
 
 // The parts of one run.
 struct Run {
   const Arguments& arguments;
-  Output output;
-  std::optional<Encoder> encoder;
-  std::optional<FrameOrder> order;
   std::optional<Recorder> recorder;
+  std::optional<PictureOutput> pictures;
   ProgressBar bar;
-  std::string error;  // why the encoder refused an image
-  int width = 0, height = 0;
 
   explicit Run(const Arguments& given)
       : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
 };
 
-bool OpenEncoder(Run& run, int width, int height, int count) {
-  run.width = width;
-  run.height = height;
-  if (!run.output) return true;
-  const int unit = run.arguments.job.paletteFormat ? 10 : 1;
-  const Arguments& arguments = run.arguments;
-  run.encoder = FindFormat(arguments.extension)
-                    ->open(run.output, {width, height, count, unit, arguments.lossyQuality, arguments.loops});
-  if (arguments.start) run.order.emplace(*arguments.start, run.encoder->add);
-  return true;
-}
-
-// For a palette format the sample is reduced to a palette of its own.
-std::string AddSample(Run& run, Image image) {
-  PackedDib reduced;
-  if (FindFormat(run.arguments.extension)->paletteFormat) {
-    reduced = ReduceToPalette(image.dib);
-    if (!reduced) return kOutOfMemory;
-  }
-  const LockedBlock<DibHeader> bytes(reduced.Handle());
-  if (bytes) image.dib = {reinterpret_cast<const std::uint8_t*>(bytes.get()), BlockSize(reduced.Handle())};
-  return run.encoder->add(image);
-}
-
-bool AddImage(Run& run, const Image& image) {
-  if (image.sample) OpenEncoder(run, image.width, image.height, 1);
-  if (!run.encoder) return true;
-  run.error = image.sample ? AddSample(run, image) : run.order ? run.order->Add(image) : run.encoder->add(image);
-  return run.error.empty();
-}
-
 Sink SinkOf(Run& run) {
   Sink sink;
-  sink.task = [&run](const Task& task) { return OpenEncoder(run, task.width, task.height, task.imageCount); };
-  sink.image = [&run](const Image& image) { return AddImage(run, image); };
-  sink.comment = [&run](const std::string& text) {
-    if (run.encoder && run.encoder->comment) run.encoder->comment(text);
-  };
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
   sink.stop = &InterruptRequest();
-  return sink;
+  return run.pictures->Attach(std::move(sink));
 }
 
 std::string OpenOutputs(Run& run) {
+  const Arguments& arguments = run.arguments;
   std::string error;
-  if (!run.arguments.recordFolder.empty()) {
-    run.recorder.emplace(run.arguments.recordFolder, error);
+  if (!arguments.recordFolder.empty()) {
+    run.recorder.emplace(arguments.recordFolder, error);
     if (!error.empty()) return error;
   }
-  if (run.arguments.output.empty()) return {};
-  if (run.arguments.output == "-") {
+  Output output;
+  if (arguments.output == "-") {
     if (isatty(STDOUT_FILENO)) return "standard output is a terminal; pipe it into a program or a file";
-    run.output = Output::Stream();
-    return {};
+    output = Output::Stream();
+  } else if (!arguments.output.empty()) {
+    output = arguments.framesAsPng ? Output::Folder(arguments.output, error) : Output::File(arguments.output, error);
   }
-  run.output = run.arguments.framesAsPng ? Output::Folder(run.arguments.output, error)
-                                         : Output::File(run.arguments.output, error);
+  run.pictures.emplace(arguments.job, FindFormat(arguments.extension), arguments.lossyQuality, std::move(output));
   return error;
 }
 
-std::string MessageOf(const Run& run, const RenderResult& result) {
-  if (!run.error.empty()) return run.error;
-  if (!result.message.empty()) return InOptionTerms(result.message, run.arguments);
-  return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
-}
-
-// Finishes and keeps the output, if one was requested. Empty when all went well, else one sentence.
-std::string KeepPictures(Run& run, const RenderResult& result) {
-  const Job::Action action = run.arguments.job.action;
-  if (action == Job::Action::None) return {};
-  if (result.images == 0 && action != Job::Action::Sample)
-    return "the effect made no frames; use a text with visible characters";
-  if (!run.output) return {};
-  if (!run.encoder) return "no picture was made; use a text with visible characters";
-  std::string error = run.order ? run.order->Finish() : std::string();
-  if (error.empty()) error = run.encoder->finish();
-  return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
-}
-
 int Conclude(Run& run, const RenderResult& result) {
+  const PictureOutput& pictures = *run.pictures;
+  const std::string trouble = InterruptedCode() ? "" : InOptionTerms(run.pictures->Finish(result), run.arguments);
   if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
-  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
-  const bool hasPictures = run.encoder.has_value();
-  const std::string trouble = KeepPictures(run, result);
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (!trouble.empty()) return Fail(trouble);
+  if (!trouble.empty()) return Fail(trouble, result.status == RenderStatus::BadJob ? kExitUsage : kExitFailed);
   PrintNotes(run.arguments, result.notes);
-  if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
+  if (pictures.HasPictures() && !run.arguments.quiet && ErrorsGoToTerminal())
     std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
-                 std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
+                 std::max(result.images, 1), result.images > 1 ? "s" : "", pictures.width, pictures.height);
   return kExitDone;
 }
 
@@ -195,13 +135,6 @@ int PrintedWell(int code) {
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
   if (errno == EPIPE) return kExitFailed;
   return Fail(std::string("cannot write to standard output: ") + std::strerror(errno ? errno : EIO));
-}
-
-Job WithLoader(Job job) {
-  job.loadImage = [](const std::string& path, std::string& trouble) {
-    return WordOf(LoadPicture(path, trouble).Release());
-  };
-  return job;
 }
 
 // help, man and completion with what belongs to them; anything else is a text.
@@ -232,7 +165,7 @@ int Execute(const Arguments& arguments) {
   Run run(arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
+  const RenderResult result = Render(arguments.job, SinkOf(run));
   run.bar.Clear();
   if (run.recorder) {
     const std::string trouble = run.recorder->End(result);
@@ -244,22 +177,22 @@ int Execute(const Arguments& arguments) {
 }  // namespace
 
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
-  Catalogue catalogue = LibraryCatalogue();
+  Catalogue catalogue = ProgramCatalogue();
   catalogue.textOptional = true;
   const ParsedArguments parsed = ParseArguments(words, catalogue);
   error = parsed.error;
   if (!parsed.arguments) return std::nullopt;
-  return WithLoader(parsed.arguments->job);
+  return parsed.arguments->job;
 }
 
 std::string RunWords(const std::vector<std::string>& words) {
-  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
+  const ParsedArguments parsed = ParseArguments(words, ProgramCatalogue());
   if (!parsed.arguments) return parsed.error;
   Run run(*parsed.arguments);
   const std::string error = OpenOutputs(run);
   if (!error.empty()) return error;
-  const RenderResult result = Render(WithLoader(parsed.arguments->job), SinkOf(run));
-  return result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
+  const RenderResult result = Render(parsed.arguments->job, SinkOf(run));
+  return InOptionTerms(run.pictures->Finish(result), run.arguments);
 }
 
 int RunProgram(const std::vector<std::string>& words) {
@@ -284,7 +217,7 @@ int RunProgram(const std::vector<std::string>& words) {
       if (InterruptedCode()) return InterruptedCode();  // reported by the run of the current picture
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
-    const Catalogue catalogue = LibraryCatalogue();
+    const Catalogue catalogue = ProgramCatalogue();
     if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
     if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);

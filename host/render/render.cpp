@@ -10,6 +10,7 @@
 
 #include "glyphmotion/host_contract.h"
 #include "host/encoders/out_of_memory.h"
+#include "host/render/image_loader.h"
 #include "host/render/render_user.h"
 #include "host/render/run_notes.h"
 #include "image/packed_dib.h"
@@ -194,6 +195,7 @@ class Session {
     Image out = image.Describe();
     out.number = static_cast<int>(record.number);
     out.delay = static_cast<int>(record.delay);
+    out.delayUnit = job_.paletteFormat ? 10 : 1;
     out.transparentIndex = record.transparentIndex;
     out.standAlone = record.standAlone != 0;
     return Give(out) ? 1 : Refuse();
@@ -226,6 +228,7 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
   SetFolderOverrides(std::move(own));
   FailAllocation(job.failAllocation);
   CurrentRun().WatchRequest(sink.stop);
+  SetImageLoader(LoadPicture);
   if (job.loadImage) {
     SetImageLoader([&job](const std::string& path, std::string& error) {
       return PackedDib(HandleOf(job.loadImage(path, error)));

@@ -11,6 +11,7 @@
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
 #include "host/encoders/out_of_memory.h"
+#include "host/render/job_fields.h"
 #include "host/render/picker_words.h"
 #include "host/render/run_notes.h"
 #include "materials/material_text.h"
@@ -112,14 +113,26 @@ std::string OptionNames(const EffectDescriptor& effect) {
   return names;
 }
 
+std::string AllEffects() {
+  std::string names;
+  for (const EffectDescriptor* effect : Effects()) names += (names.empty() ? "" : ", ") + std::string(effect->name);
+  return names;
+}
+
 const EffectDescriptor& CurrentEffect(const Dialog& dialog) {
   return EffectRow(GetSelection(dialog, ControlId::Effect));
 }
 
 }  // namespace
 
+ScriptedUser::ScriptedUser(const Job& job, const std::vector<std::string>& messages, SettingsSummary settings)
+    : job_(WithFieldsAsSettings(job)),
+      messages_(messages),
+      fontOfSettings_(settings.keys.contains("MainFontName")),
+      values_(job_, std::move(settings)) {}
+
 bool ScriptedUser::Fail(std::string sentence) {
-  if (error_.empty()) error_ = std::move(sentence);
+  if (error_.empty()) error_ = InFieldTerms(std::move(sentence), job_);
   return false;
 }
 
@@ -148,6 +161,7 @@ bool ScriptedUser::ApplyAll(Dialog& dialog, const std::vector<Job::Setting>& set
 }
 
 bool ScriptedUser::ApplyOptions(Dialog& dialog) {
+  if (job_.font && !job_.fontFile.empty()) return Fail("a font and a font file cannot be used together; leave one out");
   if (!ChooseEffect(dialog) || !SetFontFile(dialog) || (job_.text && !Apply(dialog, {"MainText", *job_.text})) ||
       !SetMaterials(dialog))
     return false;
@@ -158,7 +172,7 @@ bool ScriptedUser::ApplyOptions(Dialog& dialog) {
 void ScriptedUser::TakeNotes(const Dialog& dialog) {
   const auto add = [&](std::vector<std::string> more) { notes_.insert(notes_.end(), more.begin(), more.end()); };
   if (job_.text && !IsUtf8(*job_.text)) notes_.push_back("the text is not valid UTF-8; it is read as Windows-1252");
-  add(IdleSettings(dialog, job_));
+  for (const std::string& note : IdleSettings(dialog, job_)) notes_.push_back(InFieldTerms(note, job_));
   if (job_.action != Job::Action::None) add(FontNotes(dialog, fontAsked_));
 }
 
@@ -203,7 +217,7 @@ bool ScriptedUser::CheckAxes(Dialog& dialog) {
 bool ScriptedUser::ChooseEffect(Dialog& dialog) {
   if (!job_.effect) return true;
   const int index = FindEffect(*job_.effect);
-  if (index < 0) return Fail("there is no effect " + Quote(*job_.effect) + "; see --list effects");
+  if (index < 0) return Fail("there is no effect " + Quote(*job_.effect) + "; the effects are " + AllEffects());
   Choose(dialog, ControlId::Effect, index);
   return true;
 }
@@ -219,13 +233,13 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
 bool ScriptedUser::SetRole(Dialog& dialog, const std::string& value, const RoleControls& role) {
   if (value.empty()) return true;
   const std::string effect = std::string("the effect ") + CurrentEffect(dialog).name;
-  const std::string option = std::string("--") + role.name;
-  if (!role.material) return Fail(effect + " has no " + role.name + "; leave " + option + " out");
+  if (!role.material) return Fail(effect + " has no " + role.name + "; leave it out");
   if (role.enable && EqualsIgnoringCase(value, "none")) return SetByLine(dialog, role.enable, "0");
   Colour colour = 0;
   int alpha = 255;
   if (!ParseColourAndAlpha(value, colour, alpha) || alpha == 255) return FillWith(dialog, role.material, value);
-  if (!role.opacity) return Fail(option + " " + Quote(value) + " has an alpha, which a " + role.name + " cannot have");
+  if (!role.opacity)
+    return Fail(std::string("the ") + role.name + " " + Quote(value) + " has an alpha, which it cannot have here");
   return FillWith(dialog, role.material, Opaque(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
 }
 
@@ -248,9 +262,9 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   const ControlTemplate* control =
       id && *id > 0 && *id < 20000 ? FindControlOfId(static_cast<int>(*id)) : FindControlOfKey(key.c_str());
   if (control) return ApplyToControl(dialog, *control, setting);
-  if (id) return Fail("there is no control " + key + "; see --list controls");
+  if (id) return Fail("there is no control " + key);
   Variable* variable = FindVariable(key);
-  if (!variable) return Fail("there is no key " + Quote(key) + "; see --list keys");
+  if (!variable) return Fail("there is no key " + Quote(key));
   if (variable->row->flags & kSettingText) {
     variable->text = CutCharacters(setting.second, kMaxTextLength);
     return true;
@@ -370,7 +384,8 @@ bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
 bool ScriptedUser::SetFont(Dialog& dialog, const std::string& family) {
   int index = SelectText(dialog, ControlId::Font, family);
   if (index < 0) {
-    if (!HasFontFamily(family)) return Fail("there is no font " + Quote(family) + "; see --list fonts");
+    if (!HasFontFamily(family))
+      return Fail("there is no font " + Quote(family) + "; install it, or choose another one");
     index = AddItem(dialog, ControlId::Font, family);
   }
   return Choose(dialog, ControlId::Font, index);
@@ -378,7 +393,7 @@ bool ScriptedUser::SetFont(Dialog& dialog, const std::string& family) {
 
 bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
   const auto* family = static_cast<const ControlFamily*>(FamilyOf(dialog, id));
-  if (!family) return Fail("control " + std::to_string(id) + " has no value; see --list controls");
+  if (!family) return Fail("control " + std::to_string(id) + " has no value to set");
   const std::string line = family->stem + std::to_string(id) + "=" + value;
   if (!SendToControl(dialog, id, {kMessageLoadControl, 0, PointerArgument(&line)})) {
     return Fail("control " + std::to_string(id) + " does not accept the value " + Quote(value.substr(0, 40)));

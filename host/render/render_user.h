@@ -22,11 +22,9 @@ struct RoleControls {
 class ScriptedUser {
  public:
   /// `messages` collects the texts of the dialog's message boxes; `settings` summarises the job's settings file.
-  ScriptedUser(const Job& job, const std::vector<std::string>& messages, SettingsSummary settings)
-      : job_(job),
-        messages_(messages),
-        fontOfSettings_(settings.keys.contains("MainFontName")),
-        values_(job, std::move(settings)) {}
+  ScriptedUser(const Job& job, const std::vector<std::string>& messages, SettingsSummary settings);
+  ScriptedUser(const ScriptedUser&) = delete;
+  ScriptedUser& operator=(const ScriptedUser&) = delete;
 
   /// Sets the controls in ascending order of precedence and presses the button of the job's action; a sample goes to
   /// `sample`. If a value is wrong, no button is pressed and Error() says why.
@@ -65,7 +63,7 @@ class ScriptedUser {
   bool Fail(std::string sentence);
   bool FailRun(std::string sentence);
 
-  const Job& job_;
+  const Job job_;  // its fields are settings by now
   const std::vector<std::string>& messages_;
   bool fontOfSettings_;
   FileValues values_;

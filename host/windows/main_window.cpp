@@ -5,6 +5,7 @@
 #include <exception>
 #include <utility>
 
+#include "glyphmotion/version.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/windows/commands.h"
 #include "host/windows/desktop.h"

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <map>
 
+#include "glyphmotion/version.h"
+
 namespace glyphmotion {
 
 ParsedOptions ParseHostOptions(std::vector<std::string> words) {

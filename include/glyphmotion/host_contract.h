@@ -19,13 +19,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#if defined(_WIN32) && defined(GLYPHMOTION_BUILDING_DLL)
-#define GLYPHMOTION_EXPORT __declspec(dllexport)
-#elif defined(__GNUC__)
-#define GLYPHMOTION_EXPORT __attribute__((visibility("default")))
-#else
-#define GLYPHMOTION_EXPORT
-#endif
+#include "glyphmotion/export.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -12,6 +13,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "glyphmotion/export.h"
+#include "glyphmotion/version.h"
 
 namespace glyphmotion {
 
@@ -29,6 +33,24 @@ struct Job {
   std::string fill, shadow, background;
   /// Outline colour of the chosen effect, "#rrggbb", a name, or "none"; empty: unchanged.
   std::string outline;
+
+  /// The dialog's common options. Nothing: as the document or settings file says, else the built-in default.
+  std::optional<std::string> font;                         ///< a family of FontNames()
+  std::optional<int> size;                                 ///< height of a line of text in pixels, 4 to 144
+  std::optional<int> pad;                                  ///< empty pixels around the text, 0 to 512
+  std::optional<int> space;                                ///< distance of the characters in percent, 50 to 150
+  std::optional<bool> bold, italic, antialias;             ///< of the letters
+  std::optional<std::chrono::milliseconds> delay, pause;   ///< of a frame and of the resting one; GIF rounds to 10 ms
+  std::optional<int> frames;                               ///< 2 to 32760, for effects that let one choose
+  std::optional<int> seed;                                 ///< 100 to 32760, for effects that use chance
+  std::optional<std::string> direction;                    ///< "left", "right", "up", "down", or its number
+  std::optional<int> softness;                             ///< blur of the shadow, 0 to 40
+  std::optional<bool> stillText;                           ///< the text does not move as a whole
+  std::optional<bool> dither, supercompress, transparent;  ///< for palette formats; the last: one transparent index
+  std::optional<bool> maskBackground;                      ///< one palette entry is the background's alone
+  std::optional<bool> trueColour, alpha, alphaBackground;  ///< for the other formats; the last: compose on grey
+  std::optional<bool> comment;                             ///< the file says what made it
+
   std::vector<Setting> settings;  ///< applied after everything else, in order
   /// Values that the run uses where neither the settings file nor the document has one. Numbers and checks with a key
   /// are not saved: the files keep their own value or the built-in default.
@@ -56,7 +78,13 @@ struct Job {
 
   enum class Action { Build, Test, Sample, None } action = Action::Build;
 
-  /// What the host's file format supports.
+  /// For RenderToFile and RenderToMemory: how often the animation plays, 0 to 65535 (0: for ever), and the frame that
+  /// comes first, from 0, or kRest for the first of those that are shown longest.
+  int loops = 0;
+  std::optional<int> start;
+  static constexpr int kRest = -1;
+
+  /// What the host's file format supports. RenderToFile and RenderToMemory set both.
   bool paletteFormat = true;
   bool trueColourFormat = true;
 
@@ -67,20 +95,35 @@ struct Job {
   std::uint64_t failAllocation = 0;
 
   /// Reads a picture file for fills of the form "image:FILE": a block with a packed DIB that GlyphmotionAllocateBlock
-  /// made and the run then owns, or 0 and one sentence in `error`. If empty, such fills are refused.
+  /// made and the run then owns, or 0 and one sentence in `error`. If empty, PNG and WebP files are read.
   std::function<std::uint64_t(const std::string& path, std::string& error)> loadImage;
 };
 
-/// One finished picture. The pixels are the plug-in's packed DIB, valid during the call only.
+/// One finished picture, valid during the call only. An image of fewer than 24 bits has palette indices for pixels;
+/// where such an image does not stand alone, its transparent pixels show the image before it.
 struct Image {
-  std::span<const std::uint8_t> dib;  ///< 40-byte header, colour table, bottom-up rows
+  std::span<const std::uint8_t> dib;  ///< as the plug-in sent it, a packed DIB; the functions below read it
   int width = 0, height = 0;          ///< pixels
   int bits = 0;                       ///< per pixel: 1, 4, 8, 24 or 32
   int number = 0;                     ///< from 0
-  int delay = 0;                      ///< in the host's unit
+  int delay = 0;                      ///< in the host's unit: hundredths of a second, or milliseconds
+  int delayUnit = 10;                 ///< milliseconds in one unit of `delay`
   int transparentIndex = -1;
   bool standAlone = false;  ///< independent of the images before it
   bool sample = false;      ///< the picture of the sample window: no task, no delay
+
+  /// How long the image is shown, in milliseconds.
+  int DelayMilliseconds() const { return delay * delayUnit; }
+  /// Row y, counted from the top, as it is stored: packed indices (of 1, 4 or 8 bits, the leftmost pixel in the highest
+  /// bits), or bytes in the order blue, green, red, and alpha with 32 bits. Empty when there is no such row.
+  GLYPHMOTION_EXPORT std::span<const std::uint8_t> Row(int y) const;
+  /// Red, green and blue of each palette index, 3 * 2^bits bytes; empty from 24 bits up.
+  GLYPHMOTION_EXPORT std::vector<std::uint8_t> Palette() const;
+  /// One palette index a pixel, width * height bytes, rows from the top; empty from 24 bits up.
+  GLYPHMOTION_EXPORT std::vector<std::uint8_t> Indices() const;
+  /// Red, green, blue and straight (not premultiplied) alpha of each pixel, 4 * width * height bytes, rows from the
+  /// top. Alpha is 255 below 32 bits, and 0 for the transparent index, whose colour is the palette's.
+  GLYPHMOTION_EXPORT std::vector<std::uint8_t> Rgba() const;
 };
 
 /// The announcement of a task, before its images.
@@ -140,13 +183,31 @@ struct RenderResult {
 /// Runs a job on the calling thread, which also calls the sink. Throws only what the sink throws. Every run has a state
 /// of its own: any number of threads may render at once, with the same bytes as alone, and a sink may render another
 /// job before it returns. Several runs may share a Job and a Sink if their functions are thread-safe.
-RenderResult Render(const Job& job, const Sink& sink);
+GLYPHMOTION_EXPORT RenderResult Render(const Job& job, const Sink& sink);
+
+/// Renders a job into a file, whose format its extension names: one of OutputFormats(). The file appears whole or not
+/// at all. Delay and pause are 40 ms and 1 s unless something says otherwise. `sink` may watch the run; it sees the
+/// images after the encoder has taken them. Threads and exceptions as with Render.
+GLYPHMOTION_EXPORT RenderResult RenderToFile(const Job& job, const std::string& path, const Sink& sink = {});
+
+/// The same into memory. Without RenderStatus::Done there are no bytes.
+struct RenderedBytes {
+  RenderResult result;
+  std::vector<std::uint8_t> bytes;
+};
+GLYPHMOTION_EXPORT RenderedBytes RenderToMemory(const Job& job, const std::string& format, const Sink& sink = {});
+
+/// "gif", "png" (animated), "webp", "y4m", "rgba"; the last two are uncompressed video.
+GLYPHMOTION_EXPORT std::vector<std::string> OutputFormats();
+
+/// The version of the library that runs, as GLYPHMOTION_VERSION has that of the headers.
+GLYPHMOTION_EXPORT const char* Version();
 
 /// Lists for display: the names of the effects and of the fixed palettes (in the order of their numbers), font
 /// families.
-std::vector<std::string> EffectNames();
-std::vector<std::string> PaletteNames();
-std::vector<std::string> FontNames();
+GLYPHMOTION_EXPORT std::vector<std::string> EffectNames();
+GLYPHMOTION_EXPORT std::vector<std::string> PaletteNames();
+GLYPHMOTION_EXPORT std::vector<std::string> FontNames();
 
 /// One face of the machine's fonts.
 struct FontInfo {
@@ -159,7 +220,7 @@ struct FontInfo {
   std::vector<Axis> axes;  ///< of a variable font
 };
 /// By family, style and file.
-std::vector<FontInfo> Fonts();
+GLYPHMOTION_EXPORT std::vector<FontInfo> Fonts();
 
 /// One row of the persistent keys and one of the controls, for --list.
 struct KeyInfo {
@@ -171,7 +232,7 @@ struct ControlInfo {
   std::string kind, caption, range, key, panel;
   std::vector<std::string> words;  ///< of a picker: what its values are called, from 0
 };
-std::vector<KeyInfo> Keys();
-std::vector<ControlInfo> Controls();
+GLYPHMOTION_EXPORT std::vector<KeyInfo> Keys();
+GLYPHMOTION_EXPORT std::vector<ControlInfo> Controls();
 
 }  // namespace glyphmotion

@@ -3,6 +3,7 @@
 
 #include "controls/editor_services.h"
 #include "controls/skin.h"
+#include "glyphmotion/version.h"
 #include "platform/run_state.h"
 #include "resources/box_templates.h"
 #include "resources/strings.h"

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/arguments.h"
+#include "host/program/command_line.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "host/encoders/frame_order.h"
-#include "host/program/option_table.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 namespace {
@@ -33,6 +33,7 @@ ParsedArguments Parse(const Words& words, std::optional<std::string> piped = {})
 // The final value, by precedence.
 std::string Final(const Job& job, const std::string& key) {
   std::string value = "unset";
+  if (key == "Truecolour" && job.trueColour) value = *job.trueColour ? "1" : "0";
   for (const auto* list : {&job.defaults, &job.settings})
     for (const auto& [name, text] : *list)
       if (name == key) value = text;
@@ -142,11 +143,11 @@ TEST(Arguments, TheRestOfTheJob) {
   ASSERT_TRUE(piped);
   EXPECT_EQ(piped->job.text, "Piped");
   EXPECT_EQ(piped->extension + piped->output, ".y4m-");
-  EXPECT_EQ(piped->start, FrameOrder::kRest);
+  EXPECT_EQ(piped->job.start, FrameOrder::kRest);
   const auto looped = Parse({"Hi", "-o", "a.x", "--format", "gif", "--loop", "3", "--start", "4"}).arguments;
   ASSERT_TRUE(looped);
   EXPECT_EQ(looped->extension, ".gif");
-  EXPECT_EQ(looped->loops * 10 + *looped->start, 33);
+  EXPECT_EQ(looped->job.loops * 10 + *looped->job.start, 33);
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
   EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
   EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "host/host_helpers.h"
-#include "host/program/arguments.h"
+#include "host/program/command_line.h"
 #include "platform/text_engine.h"
 
 namespace glyphmotion {

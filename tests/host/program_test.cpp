@@ -122,7 +122,7 @@ TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
       {"-e vortex --direction 3", "error: --direction takes left, right, or an index from 0 to 1, not '3'"},
       {"-e vortex --direction up", "error: --direction takes left, right, or an index from 0 to 1, not 'up'"},
       {"-e vortex --set @rotat=1", "error: the effect Vortex has no option '@rotat'; its options are "},
-      {"--background '#ff000080'", "error: --background '#ff000080' has an alpha, which a background cannot have"},
+      {"--background '#ff000080'", "error: the background '#ff000080' has an alpha, which it cannot have here"},
       {"-e radar --frames 8", "error: the effect Radar has no option --frames"},
       {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
       {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};
@@ -236,7 +236,7 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
     int code;
     const char* says;
   } cases[] = {
-      {"Hi -e ripple --shadow '#fff' " + out, 2, "Ripple has no shadow; leave --shadow out"},
+      {"Hi -e ripple --shadow '#fff' " + out, 2, "Ripple has no shadow; leave it out"},
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},

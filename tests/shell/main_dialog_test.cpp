@@ -8,6 +8,7 @@
 
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
+#include "glyphmotion/version.h"
 #include "image/packed_dib.h"
 #include "main_dialog_fixture.h"
 #include "materials/library_file.h"

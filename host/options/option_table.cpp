@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/option_table.h"
+#include "host/options/option_table.h"
 
 #include <string_view>
 
@@ -7,7 +7,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr const char *kText = "Text", *kAnimation = "Animation", *kMaterials = "Materials", *kColour = "Colour",
-                     *kOutput = "Output", *kSettings = "Settings", *kHelp = "Help";
+                     *kOutput = "Output", *kSettings = "Settings", *kHelp = kHelpGroup;
 constexpr const char* kGroups[] = {kOutput, kText, kAnimation, kMaterials, kColour, kSettings, kHelp, kHostGroup};
 
 constexpr const char* kLists[] = {"effects", "fonts", "palettes", "keys", "controls", "textures", "fountains", "tiles"};
@@ -56,9 +56,10 @@ constexpr OptionRow kRows[] = {
     Flag("--antialias,!--no-antialias", kText, "MainAntialias", "01", "Smooth edges"),
 
     Value("-e,--effect", kAnimation, "NAME", "The effect: see --list effects"),
-    Value("--delay", kAnimation, "TIME",
-          "How long a frame is shown: 80ms, 8cs, 0.1s; a bare number counts 1/100 s for .gif (1 to 25, default 4) and ms "
-          "for the others (1 to 250, default 40)"),
+    Value(
+        "--delay", kAnimation, "TIME",
+        "How long a frame is shown: 80ms, 8cs, 0.1s; a bare number counts 1/100 s for .gif (1 to 25, default 4) and ms "
+        "for the others (1 to 250, default 40)"),
     Number("--fps", kAnimation, nullptr, 1, 1000, "Frames per second, instead of --delay"),
     Value("--pause", kAnimation, "TIME",
           "How long the animation rests, in effects that rest; same units: 1 to 10000 (default 100, or 1000)"),
@@ -70,8 +71,7 @@ constexpr OptionRow kRows[] = {
     Number("--softness", kAnimation, "@soft", 0, 40, "Blur of the shadow"),
     Flag("--still-text", kAnimation, "MainRolling", "0", "Keep the text still"),
 
-    Value("--fill", kMaterials, "M",
-          "Fill of the letters: a colour or another material, see help materials"),
+    Value("--fill", kMaterials, "M", "Fill of the letters: a colour or another material, see help materials"),
     Value("--shadow", kMaterials, "M", "Fill of the shadow, or none"),
     Value("--background", kMaterials, "M", "Fill of the background"),
     Value("--outline", kMaterials, "COLOUR", "Colour of the outline, #RRGGBB or a name, or none"),
@@ -82,8 +82,7 @@ constexpr OptionRow kRows[] = {
     Flag("--true-color", kColour, "Truecolour", "1", "True colour instead of a palette (.png, .webp)"),
     Flag("--supercompress", kColour, "MainSupercompress", "1", "Paint unchanged pixels with one reserved colour"),
     Flag("--transparent", kColour, "MainTransparent", "1", "A transparent background, as one index of the palette"),
-    Flag("--mask-background", kColour, "MainMaskBackground", "1",
-         "Reserve a palette entry for the background"),
+    Flag("--mask-background", kColour, "MainMaskBackground", "1", "Reserve a palette entry for the background"),
     Flag("--alpha", kColour, "MainAlphaTrans", "1", "A transparent background with soft edges (.png, .webp)"),
     Flag("--alpha-background", kColour, "UseAlphaGreyBack", "1", "With --alpha: compose on neutral grey"),
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "host/program/arguments.h"
-#include "host/program/command_line.h"
+#include "host/options/arguments.h"
+#include "host/options/typed_words.h"
 
 namespace glyphmotion {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/sample_picture.h"
+#include "host/render/sample_picture.h"
 
 #include <algorithm>
 

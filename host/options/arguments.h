@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command line: its options, and the job that they describe.
+// The options of the program and of the C API, and the job that they describe.
 #pragma once
 
 #include <functional>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "glyphmotion/render.h"
+#include "host/options/typed_words.h"
 
 namespace glyphmotion {
 
@@ -24,14 +25,15 @@ struct Catalogue {
   bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 
+/// The library's own names; standard input is never read.
+Catalogue LibraryCatalogue();
+
 enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles };
 
 struct Arguments {
   Job job;
-  std::string output;        ///< file, folder with framesAsPng, or "-"; empty: none
-  int loops = 0;             ///< how often the animation plays; 0: for ever
-  std::optional<int> start;  ///< number of the frame that comes first, from 0, or FrameOrder::kRest
-  std::string extension;     ///< of the output's format, ".gif"; with framesAsPng "folder"
+  std::string output;     ///< file, folder with framesAsPng, or "-"; empty: none
+  std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
   double lossyQuality = -1;  ///< 0 to 100; below 0: lossless
   std::string recordFolder;  ///< empty: none
@@ -42,16 +44,8 @@ struct Arguments {
   std::vector<std::pair<std::string, std::string>> optionOfKey;  ///< settings that have a named option
 };
 
-/// A parsed command line: arguments to run with, or a text to print and an exit code.
-struct ParsedArguments {
-  std::optional<Arguments> arguments;
-  std::string text;   ///< for standard output: help, version
-  std::string error;  ///< one sentence for standard error
-  int exitCode = 0;   ///< without arguments: 0 done, 2 bad usage
-};
-
-/// Parses the words after the program's name. Never exits, never prints.
-ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& catalogue);
+/// What the options mean. Throws UsageError.
+Arguments ReadOptions(TypedWords typed, const Catalogue& catalogue);
 
 /// The names of --palette, in the order of the palettes' numbers: bw, windows16, ...
 const std::vector<std::string>& PaletteOptionNames();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/names.h"
+#include "host/options/names.h"
 
 #include <algorithm>
 #include <numeric>

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "host/program/option_table.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 

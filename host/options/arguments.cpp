@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/arguments.h"
+#include "host/options/arguments.h"
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 
-#include "host/program/argument_parts.h"
-#include "host/program/help.h"
-#include "host/program/names.h"
-#include "host/program/values.h"
+#include "host/options/argument_parts.h"
+#include "host/options/names.h"
+#include "host/options/values.h"
 #include "materials/colour_text.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
+#include "platform/text_engine.h"
 
 namespace glyphmotion {
 namespace {
@@ -128,8 +128,7 @@ void ReadText(Reading& reading) {
   if (!job.fontFile.empty()) Refuse("--font and --font-file cannot be used together; leave one out");
   const std::string& font = reading.typed.Value("--font");
   if (reading.catalogue.hasFont && !reading.catalogue.hasFont(font))
-    Refuse("there is no font '" + font + "'" + Suggestion(font, reading.catalogue.fonts()) +
-           " (see --list fonts)");
+    Refuse("there is no font '" + font + "'" + Suggestion(font, reading.catalogue.fonts()) + " (see --list fonts)");
   job.settings.emplace_back("MainFontName", font);
 }
 
@@ -261,23 +260,14 @@ std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
   return sentence;
 }
 
-ParsedArguments ParseArguments(std::vector<std::string> words, const Catalogue& catalogue) {
-  ParsedArguments parsed;
-  try {
-    Reading reading{SortWords(std::move(words)), {}, catalogue};
-    if (reading.typed.IsOn("--help")) {
-      parsed.text = HelpText();
-    } else if (reading.typed.IsOn("--version")) {
-      parsed.text = "glyphmotion " GLYPHMOTION_VERSION "\n";
-    } else {
-      Resolve(reading);
-      parsed.arguments = std::move(reading.arguments);
-    }
-  } catch (const UsageError& error) {
-    parsed.error = error.sentence;
-    parsed.exitCode = 2;
-  }
-  return parsed;
+Catalogue LibraryCatalogue() {
+  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}, false};
+}
+
+Arguments ReadOptions(TypedWords typed, const Catalogue& catalogue) {
+  Reading reading{std::move(typed), {}, catalogue};
+  Resolve(reading);
+  return std::move(reading.arguments);
 }
 
 }  // namespace glyphmotion

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/values.h"
+#include "host/options/values.h"
 
 #include <charconv>
 #include <cmath>
 #include <string_view>
 #include <vector>
 
-#include "host/program/command_line.h"
+#include "host/options/typed_words.h"
 
 namespace glyphmotion {
 namespace {

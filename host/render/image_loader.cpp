@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/image_loader.h"
+#include "host/render/image_loader.h"
 
 #include <png.h>
 #include <webp/decode.h>

@@ -23,6 +23,7 @@ struct OptionRow {
 
 /// Groups in the order of the help. That of kHostGroup is shown by "help hosts" alone.
 constexpr const char* kHostGroup = "For hosts and tests";
+constexpr const char* kHelpGroup = "Help";  ///< what the program prints
 std::span<const char* const> OptionGroups();
 std::span<const OptionRow> OptionRows();
 std::span<const char* const> ListNames();

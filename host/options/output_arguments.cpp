@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/argument_parts.h"
+#include "host/options/argument_parts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "host/encoders/encoders.h"
-#include "host/encoders/frame_order.h"
-#include "host/program/names.h"
-#include "host/program/values.h"
+#include "host/options/names.h"
+#include "host/options/values.h"
+#include "host/render/picture_output.h"
 #include "platform/ascii.h"
 
 namespace glyphmotion {
@@ -114,7 +114,7 @@ void ReadFormat(Reading& reading) {
   }
   if (typed.Has("--lossy")) {
     arguments.lossyQuality = static_cast<double>(reading.Number("--lossy"));
-    if (arguments.extension != ".webp") Refuse("--lossy is for .webp only; leave it out or write -o NAME.webp");
+    if (arguments.extension != ".webp") Refuse("--lossy is for .webp only; leave it out or write .webp");
   }
 }
 
@@ -128,12 +128,12 @@ void ReadLoop(Reading& reading) {
   }
   if (typed.Has("--start")) {
     const bool rest = typed.Value("--start") == "rest";
-    arguments.start = rest ? FrameOrder::kRest : static_cast<int>(reading.Number("--start")) - 1;
+    arguments.job.start = rest ? Job::kRest : static_cast<int>(reading.Number("--start")) - 1;
   }
   if (!typed.Has("--loop")) return;
   if (arguments.extension != ".gif" && arguments.extension != ".png" && arguments.extension != ".webp")
     Refuse("--loop is for .gif, .png and .webp; leave it out, the others hold the frames alone");
-  arguments.loops = static_cast<int>(reading.Number("--loop"));
+  arguments.job.loops = static_cast<int>(reading.Number("--loop"));
 }
 
 void ReadHost(Reading& reading) {
@@ -195,13 +195,8 @@ void ReadPalette(Reading& reading) {
 // a format with all colours is meant.
 void AddDefaults(Reading& reading) {
   Job& job = reading.arguments.job;
-  job.defaults = {{"AddDescriptiveCommentBlock", "0"},
-                  {"MainDelay", job.paletteFormat ? "4" : "40"},
-                  {"MainPause", job.paletteFormat ? "100" : "1000"},
-                  {"14", "1"}};
   const EncoderFormat* format = FindFormat(reading.arguments.extension);
-  const bool prefersPalette = reading.typed.Has("--palette") || (format ? format->paletteFormat : job.paletteFormat);
-  if (job.trueColourFormat) job.settings.emplace_back("Truecolour", prefersPalette ? "0" : "1");
+  AddOutputDefaults(job, reading.typed.Has("--palette") || (format ? format->paletteFormat : job.paletteFormat));
 }
 
 void ReadControls(Reading& reading) {
@@ -212,7 +207,8 @@ void ReadControls(Reading& reading) {
     const std::string option = LongName(row);
     if (!row.key || !reading.typed.Has(option)) continue;
     std::string value = reading.typed.Value(option);
-    if (row.value && std::string_view(row.value) != "01") value = row.value;
+    if (row.value && std::string_view(row.value) != "01")
+      value = reading.typed.IsOn(option) ? row.value : *row.value == '1' ? "0" : "1";
     if (row.value && value == "1") CheckHonoured(reading.arguments.job, row.key);
     reading.Set(row.key, value, option);
   }
