@@ -23,6 +23,9 @@ if(MSVC)
 else()
   target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${GLYPHMOTION_WERROR}>:-Werror> -ffp-contract=off $<$<CONFIG:Release>:-O3>)
+  if(GLYPHMOTION_PRECOMPILE)  # GCC forgets which precompiled headers are the system's, and then warns of its own library
+    target_compile_options(glyphmotion_settings INTERFACE -Wno-error)
+  endif()
   # GCC 12 warns of overlap in its own std::string at -O3 (its bug 105651).
   target_compile_options(glyphmotion_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 endif()
@@ -53,3 +56,17 @@ elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND CMAKE_CXX_COMPILER_ID STREQUAL "GN
 else()
   target_compile_definitions(glyphmotion_settings INTERFACE GLYPHMOTION_CLONES=)
 endif()
+
+# optimise_little(SOURCES... FOLDERS FOLDERS...): the sources in these folders wait for people and files; the time that
+# matters there is the compiler's.
+function(optimise_little)
+  cmake_parse_arguments(PARSE_ARGV 0 given "" "" FOLDERS)
+  if(MSVC OR NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+    return()
+  endif()
+  foreach(folder ${given_FOLDERS})
+    set(sources ${given_UNPARSED_ARGUMENTS})
+    list(FILTER sources INCLUDE REGEX "/${folder}/")
+    set_property(SOURCE ${sources} APPEND PROPERTY COMPILE_OPTIONS -O1)
+  endforeach()
+endfunction()

@@ -9,7 +9,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kMaxText = 4096;  // characters, the appended blank not counted
-constexpr int kOutlineColumns = 4;     // by which the outline mask is wider than the frame
+constexpr int kOutlineColumns = 4;      // by which the outline mask is wider than the frame
 
 // Fills in the profile and the values; gives the columns under the bump.
 ColumnSpan PlaceBump(PassingBump& bump, const BumpStyle& style, int width, int lengthPercent, int strength) {

@@ -26,7 +26,8 @@ constexpr std::string_view OptionName(const char* key) noexcept {
 struct Panel : DialogTemplate {
   PanelRoles roles;
 
-  /// The id of the control whose key is the effect's stem and then `name`. A constant of a name that no control has does not compile.
+  /// The id of the control whose key is the effect's stem and then `name`. A constant of a name that no control has
+  /// does not compile.
   constexpr int Option(std::string_view name) const {
     for (const ControlTemplate& control : controls) {
       if (OptionName(control.key) == name) return control.id;

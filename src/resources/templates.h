@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The dialog templates: dialog 1000 here, the panel of each effect in a panel_<name>.h of its own. They are the only
-// source of ids, captions, ranges, places and of which control belongs to which persistent key. The panels' controls are
-// copied into dialog 1000 at the places given, which are therefore places in dialog 1000.
+// source of ids, captions, ranges, places and of which control belongs to which persistent key. The panels' controls
+// are copied into dialog 1000 at the places given, which are therefore places in dialog 1000.
 #pragma once
 
 #include "platform/dialog.h"

@@ -292,14 +292,21 @@ TEST(Surface, FarPlacesAndHugeShapesEndAndStayInside) {
   surface.FillEllipse({INT_MIN, INT_MIN, INT_MAX, INT_MAX}, kInk);
   ExpectShape(
       surface, [](int, int) { return true; }, "inside a huge ellipse");
-  DrawingSurface corner(20, 20);
-  corner.FillEllipse({-2000000, -1000000, 20, 1000000}, kInk);
-  const auto rows = Drawing(corner);
-  EXPECT_EQ(rows[0], std::string(20, '#'));
-  DrawingSurface outside(20, 20);
-  outside.FillEllipse({20, -1000000, 2000000, 1000000}, kInk);
-  ExpectShape(
-      outside, [](int, int) { return false; }, "beside a huge ellipse");
+  // The tips of ellipses too long for the midpoint walk, each from its side, and one that ends beside the surface.
+  for (const Rect box : {Rect{-19900, 0, 20100, 2000000}, Rect{-19901, -1999976, 20100, 24},
+                         Rect{0, -19988, 2000000, 20012}, Rect{200 - (1 << 20), -19988, 200, 20013},
+                         Rect{-2000000, -1000000, 20, 1000000}, Rect{200, -1000000, 2000000, 1000000}}) {
+    const Exact w = Exact{box.right} - box.left, h = Exact{box.bottom} - box.top;
+    DrawingSurface tip(200, 24);
+    tip.FillEllipse(box, kInk);
+    ExpectShape(
+        tip,
+        [&](int x, int y) {
+          const Exact u = 2 * x + 1 - Exact{box.left} - box.right, v = 2 * y + 1 - Exact{box.top} - box.bottom;
+          return u * u * h * h + v * v * w * w < w * w * h * h;
+        },
+        "tip from " + std::to_string(box.left) + ", " + std::to_string(box.top));
+  }
 }
 
 TEST(Surface, EndHandsOverAndAFailedSurfaceTakesNoHarm) {

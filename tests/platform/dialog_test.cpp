@@ -259,7 +259,10 @@ TEST(Dialog, ThrowingProceduresAndDriversLeaveNothingOpen) {
     Post(dialog, {2001, 0, 0});
     throw std::logic_error("driver");
   };
-  EXPECT_THROW(RunTestDialog(install), std::logic_error) << "the first of two is what goes on";
+  const auto destroyed = [](Dialog& dialog, const Message& message) {
+    EXPECT_EQ(HasEnded(dialog) && !Click(dialog, 108), message.number == kMessageDestroy) << message.number;
+  };
+  EXPECT_THROW(RunTestDialog(install, destroyed), std::logic_error) << "the first of two is what goes on";
   EXPECT_EQ(std::count(messages.begin(), messages.end(), "2 0"), 1);
   EXPECT_EQ(messages.back(), "112:2 0,0");
   RunTestDialog([](Dialog& dialog) {

@@ -161,6 +161,36 @@ TEST(Options, WithoutTextNothingCanBeBuilt) {
   });
 }
 
+// A character is a character, whether it takes one unit of UTF-16 or two, and however it comes.
+TEST(Options, TheTextTakes260CharactersOfAnyKind) {
+  RunDialog(kPalette, [](HWND dialog) {
+    const auto text = [&] {
+      wchar_t units[1024] = L"";
+      return std::wstring(units, GetDlgItemTextW(dialog, kText, units, 1024));
+    };
+    const auto send = [&](UINT message, WPARAM a = 0, LPARAM b = 0) {
+      SendDlgItemMessageW(dialog, kText, message, a, b);
+    };
+    std::wstring faces, expected = L"x";
+    for (int i = 0; i < 300; ++i) faces += L"\xD83D\xDE00";
+    Type(dialog, kText, "x");
+    send(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(faces.c_str()));
+    expected += faces.substr(0, std::size_t{2} * 259);
+    EXPECT_EQ(text(), expected);
+    send(WM_CHAR, 'z', 1);
+    EXPECT_EQ(text(), expected) << "it is full";
+    send(EM_SETSEL, 0, 1);
+    for (const wchar_t unit : {0xD83D, 0xDC68, 0xD83D, 0xDC69}) send(WM_CHAR, unit, 1);
+    expected.replace(0, 1, L"\xD83D\xDC68");
+    EXPECT_EQ(text().substr(0, expected.size()), expected) << "one more of two units fits";
+    send(EM_SETSEL, 0, -1);
+    send(WM_COPY);
+    Type(dialog, kText, "yes");
+    send(WM_PASTE);
+    EXPECT_EQ(text(), L"yes" + expected.substr(0, std::size_t{2} * 257));
+  });
+}
+
 // Letters of more than one unit, of every direction, and half of one; and a person who steps through the effects
 // without waiting for the sample.
 TEST(Options, AnyTextIsBuiltHoweverItIsEntered) {

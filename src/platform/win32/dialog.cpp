@@ -114,7 +114,10 @@ std::int64_t GetNumber(const Dialog& dialog, int id, bool isSigned) {
 void SetNumber(Dialog& dialog, int id, std::int64_t value) { SetText(dialog, id, std::to_string(value)); }
 
 void LimitText(Dialog& dialog, int id, int characters) {
-  if (const Control* control = FindControl(dialog, id)) Ask(*control, EM_LIMITTEXT, Index(std::max(characters, 0)));
+  Control* control = FindControl(dialog, id);
+  if (!control) return;
+  control->limit = std::max(characters, 0);
+  Ask(*control, EM_LIMITTEXT, Index(control->limit));
 }
 
 bool GetCheck(const Dialog& dialog, int id) {

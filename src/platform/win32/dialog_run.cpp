@@ -387,6 +387,8 @@ LRESULT CALLBACK ControlWindowProcedure(HWND window, UINT message, WPARAM wParam
     EraseBehind(*control);  // a label is transparent: the new text would be drawn over the old
   } else if (IsList(control->kind) && HandleList(*control, message, wParam, lParam)) {
     return 0;
+  } else if (control->limit) {
+    Guarded(*control->dialog, [&] { LimitInsertion(*control, message, wParam, lParam); });
   }
   return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }

@@ -24,6 +24,7 @@ struct Control {
   ControlProcedure procedure = nullptr;
   const void* family = nullptr;
   Dialog* dialog = nullptr;
+  int limit = 0;                        ///< of an edit: the characters it takes; 0: the system's own limit
   bool inScreenPixels = false;          ///< the face is in device pixels
   bool isDefault = false, hot = false;  ///< of a button that a procedure paints
 };
@@ -83,6 +84,9 @@ void EraseBackground(Dialog& dialog, HDC context);
 INT_PTR BrushBehind(Dialog& dialog, HDC context, HWND window);
 /// Paints the background over the control's rectangle.
 void EraseBehind(const Control& control);
+
+/// Before a message that inserts text into an edit with a limit: lets through what fits.
+void LimitInsertion(const Control& control, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// The module that contains this code.
 HINSTANCE ThisModule() noexcept;
