@@ -68,6 +68,7 @@ Output Output::Stream() {
 }
 
 bool Output::Write(std::span<const std::uint8_t> bytes) {
+  bytes_ += bytes.size();
   if (!stream_) return file_.Write(TextOf(bytes));
   errno = 0;
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
@@ -76,6 +77,7 @@ bool Output::Write(std::span<const std::uint8_t> bytes) {
 }
 
 bool Output::WriteMember(const std::string& name, std::span<const std::uint8_t> bytes) {
+  bytes_ += bytes.size();
   return folder_.WriteMember(name, TextOf(bytes));
 }
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "host/program/option_table.h"
+
 namespace glyphmotion {
 
 /// What is wrong with the arguments, in one sentence; thrown by the functions that read them.
@@ -29,12 +31,12 @@ class TypedWords {
   bool IsOn(const std::string& name) const { return Flag(name).value_or(false); }
 
  private:
-  friend TypedWords SortWords(std::vector<std::string> words);
+  friend TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows);
   std::map<std::string, std::vector<std::string>> values_;
 };
 
 /// Throws UsageError for words that are no options, values that are missing or empty, and a second text. What follows
 /// "--" is text, whatever it looks like.
-TypedWords SortWords(std::vector<std::string> words);
+TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows = OptionRows());
 
 }  // namespace glyphmotion

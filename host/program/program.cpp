@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,17 +16,20 @@
 #include <typeinfo>
 
 #include "glyphmotion/render.h"
+#include "host/encoders/colour_count.h"
 #include "host/encoders/encoders.h"
 #include "host/encoders/frame_order.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/program/arguments.h"
+#include "host/program/batch.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/help.h"
 #include "host/program/help_topics.h"
 #include "host/program/image_loader.h"
 #include "host/program/interrupts.h"
+#include "host/program/json_lines.h"
 #include "host/program/lists.h"
 #include "host/program/manual.h"
 #include "host/program/progress.h"
@@ -58,9 +62,8 @@ int FailUnexpectedly(const char* what) noexcept {
 }
 
 void PrintNotes(const Arguments& arguments, const std::vector<std::string>& notes) {
-  if (arguments.quiet) return;
-  for (const std::string& note : notes)
-    std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
+  if (arguments.quiet || arguments.json) return;
+  for (const std::string& note : notes) std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
 }
 
 // A text that is piped in, or asked for by name. It is cut at 64 KiB, far beyond the longest text.
@@ -88,6 +91,10 @@ struct Run {
   ProgressBar bar;
   std::string error;  // why the encoder refused an image
   int width = 0, height = 0;
+  std::int64_t units = 0;  // sum of the delays
+  ColourCount colours;
+
+  int Unit() const { return arguments.job.paletteFormat ? 10 : 1; }  // milliseconds
 
   explicit Run(const Arguments& given)
       : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
@@ -97,10 +104,9 @@ bool OpenEncoder(Run& run, int width, int height, int count) {
   run.width = width;
   run.height = height;
   if (!run.output) return true;
-  const int unit = run.arguments.job.paletteFormat ? 10 : 1;
   const Arguments& arguments = run.arguments;
   run.encoder = FindFormat(arguments.extension)
-                    ->open(run.output, {width, height, count, unit, arguments.lossyQuality, arguments.loops});
+                    ->open(run.output, {width, height, count, run.Unit(), arguments.lossyQuality, arguments.loops});
   if (arguments.start) run.order.emplace(*arguments.start, run.encoder->add);
   return true;
 }
@@ -114,12 +120,15 @@ std::string AddSample(Run& run, Image image) {
   }
   const LockedBlock<DibHeader> bytes(reduced.Handle());
   if (bytes) image.dib = {reinterpret_cast<const std::uint8_t*>(bytes.get()), BlockSize(reduced.Handle())};
+  if (run.arguments.json) run.colours.Add(image.dib, -1);
   return run.encoder->add(image);
 }
 
 bool AddImage(Run& run, const Image& image) {
   if (image.sample) OpenEncoder(run, image.width, image.height, 1);
   if (!run.encoder) return true;
+  run.units += image.delay;
+  if (run.arguments.json && !image.sample) run.colours.Add(image.dib, image.transparentIndex);
   run.error = image.sample ? AddSample(run, image) : run.order ? run.order->Add(image) : run.encoder->add(image);
   return run.error.empty();
 }
@@ -174,19 +183,26 @@ std::string KeepPictures(Run& run, const RenderResult& result) {
   return error.empty() && !InterruptedCode() ? run.output.Keep() : error;
 }
 
-int Conclude(Run& run, const RenderResult& result) {
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (result.status == RenderStatus::BadJob) return Fail(MessageOf(run, result), kExitUsage);
-  if (result.status != RenderStatus::Done) return Fail(MessageOf(run, result));
-  const bool hasPictures = run.encoder.has_value();
-  const std::string trouble = KeepPictures(run, result);
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (!trouble.empty()) return Fail(trouble);
-  PrintNotes(run.arguments, result.notes);
-  if (hasPictures && !run.arguments.quiet && ErrorsGoToTerminal())
-    std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
-                 std::max(result.images, 1), result.images > 1 ? "s" : "", run.width, run.height);
-  return kExitDone;
+// Ends the run: its pictures are kept, or the report says why not.
+void Conclude(Run& run, const RenderResult& result, RunReport& report) {
+  const bool badJob = result.status == RenderStatus::BadJob;
+  if (!InterruptedCode())
+    report.error = result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
+  report.code = report.error.empty() ? kExitDone : badJob ? kExitUsage : kExitFailed;
+  if (InterruptedCode()) {
+    report.error = "interrupted; nothing was written";
+    report.code = InterruptedCode();
+  }
+  if (!report.error.empty()) return;
+  for (const std::string& note : result.notes) report.notes.push_back(InOptionTerms(note, run.arguments));
+  if (!run.encoder) return;
+  report.format = run.arguments.framesAsPng ? run.arguments.extension : run.arguments.extension.substr(1);
+  report.width = run.width;
+  report.height = run.height;
+  report.frames = std::max(result.images, 1);
+  report.duration = run.units * run.Unit();
+  report.bytes = run.output.Bytes();
+  if (run.arguments.json) report.colours = run.colours.Count();
 }
 
 // The exit code of a run that prints. When the reader closes the pipe (head), there is no message.
@@ -228,17 +244,62 @@ int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue)
   return PrintedWell(kExitDone);
 }
 
-int Execute(const Arguments& arguments) {
+// Everything between the arguments and the report; prints nothing but the progress bar.
+RunReport Perform(const Arguments& arguments) {
+  const auto begin = std::chrono::steady_clock::now();
+  RunReport report;
+  report.file = arguments.output;
+  report.notes = arguments.notes;
   Run run(arguments);
-  const std::string error = OpenOutputs(run);
-  if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(WithLoader(arguments.job), SinkOf(run));
-  run.bar.Clear();
-  if (run.recorder) {
-    const std::string trouble = run.recorder->End(result);
-    if (!trouble.empty()) return Fail(trouble);
+  RenderResult result;
+  report.error = OpenOutputs(run);
+  if (report.error.empty()) {
+    result = Render(WithLoader(arguments.job), SinkOf(run));
+    run.bar.Clear();
+    if (run.recorder) report.error = run.recorder->End(result);
   }
-  return Conclude(run, result);
+  if (report.error.empty()) {
+    Conclude(run, result, report);
+  } else {
+    report.code = kExitFailed;
+  }
+  const auto time = std::chrono::steady_clock::now() - begin;
+  report.time = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+  return report;
+}
+
+int PrintJson(const RunReport& report) {
+  std::printf("%s\n", JsonOf(report).c_str());
+  return PrintedWell(report.code);
+}
+
+int Execute(const Arguments& arguments) {
+  const RunReport report = Perform(arguments);
+  if (arguments.json) return PrintJson(report);
+  if (!report.error.empty()) return Fail(report.error, report.code);
+  PrintNotes(arguments,
+             {report.notes.begin() + static_cast<std::ptrdiff_t>(arguments.notes.size()), report.notes.end()});
+  if (!report.format.empty() && !arguments.quiet && ErrorsGoToTerminal())
+    std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", arguments.output.c_str(), report.frames,
+                 report.frames > 1 ? "s" : "", report.width, report.height);
+  return kExitDone;
+}
+
+int ExecuteBatch(const std::vector<std::string>& words, Catalogue catalogue) {
+  catalogue.input = nullptr;  // the lines may come from there
+  const BatchOutcome outcome = RunBatch(words, catalogue, Perform);
+  if (!outcome.error.empty()) return Fail(outcome.error, outcome.code);
+  return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
+}
+
+// A usage error in the form that the words ask for.
+int FailAsAsked(const std::vector<std::string>& words, const ParsedArguments& parsed) {
+  const auto end = std::find(words.begin(), words.end(), "--");
+  if (std::find(words.begin(), end, "--json") == end) return Fail(parsed.error, parsed.exitCode);
+  RunReport report;
+  report.error = parsed.error;
+  report.code = parsed.exitCode;
+  return PrintJson(report);
 }
 
 }  // namespace
@@ -255,11 +316,7 @@ std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& err
 std::string RunWords(const std::vector<std::string>& words) {
   const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
   if (!parsed.arguments) return parsed.error;
-  Run run(*parsed.arguments);
-  const std::string error = OpenOutputs(run);
-  if (!error.empty()) return error;
-  const RenderResult result = Render(WithLoader(parsed.arguments->job), SinkOf(run));
-  return result.status == RenderStatus::Done ? KeepPictures(run, result) : MessageOf(run, result);
+  return Perform(*parsed.arguments).error;
 }
 
 int RunProgram(const std::vector<std::string>& words) {
@@ -285,9 +342,10 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = LibraryCatalogue();
+    if (IsBatch(words)) return ExecuteBatch(words, catalogue);
     if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
-    if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
+    if (!parsed.error.empty()) return FailAsAsked(words, parsed);
     if (!parsed.arguments) {
       std::fputs(parsed.text.c_str(), stdout);
       return PrintedWell(parsed.exitCode);
