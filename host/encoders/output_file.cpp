@@ -74,6 +74,7 @@ Output Output::Memory(std::vector<std::uint8_t>& bytes) {
 }
 
 bool Output::Write(std::span<const std::uint8_t> bytes) {
+  bytes_ += bytes.size();
   if (memory_) {
     memory_->insert(memory_->end(), bytes.begin(), bytes.end());
     return true;
@@ -86,6 +87,7 @@ bool Output::Write(std::span<const std::uint8_t> bytes) {
 }
 
 bool Output::WriteMember(const std::string& name, std::span<const std::uint8_t> bytes) {
+  bytes_ += bytes.size();
   return folder_.WriteMember(name, TextOf(bytes));
 }
 

@@ -29,6 +29,8 @@ class Output {
   bool Write(std::span<const std::uint8_t> bytes);
   /// Writes a whole file of this name into the folder.
   bool WriteMember(const std::string& name, std::span<const std::uint8_t> bytes);
+  /// How many bytes have been written.
+  std::uint64_t Bytes() const { return bytes_; }
   /// The sentence for a Write or WriteMember that failed.
   std::string Refusal() const;
   /// Gives the result its name. Returns an empty text, or one sentence on failure.
@@ -40,6 +42,7 @@ class Output {
   AtomicFolder folder_;
   bool stream_ = false;
   std::vector<std::uint8_t>* memory_ = nullptr;
+  std::uint64_t bytes_ = 0;
   std::string streamTrouble_;
 };
 

@@ -211,6 +211,7 @@ void CheckValues(const TypedWords& typed) {
 void Resolve(Reading& reading) {
   Arguments& arguments = reading.arguments;
   CheckValues(reading.typed);
+  arguments.json = reading.typed.IsOn("--json");
   if (reading.typed.Has("--list")) return ReadList(reading);
   arguments.job.documentFile = reading.typed.Value("--document");
   arguments.job.saveDocumentFile = reading.typed.Value("--save-document");

@@ -97,6 +97,7 @@ constexpr OptionRow kRows[] = {
 
     Word("--list", kHelp, "WHAT", "effects,fonts,palettes,keys,controls,textures,fountains,tiles",
          "Print effects, fonts, palettes, keys, controls, textures, fountains or tiles"),
+    Flag("--json", kHelp, nullptr, nullptr, "Print the result, or the --list, as JSON"),
     Flag("-q,--quiet", kHelp, nullptr, nullptr, "Print errors only"),
     Flag("--progress,!--no-progress", kHelp, nullptr, nullptr, "Show a progress bar"),
     Flag("--version", kHelp, nullptr, nullptr, "Print the version"),
@@ -110,8 +111,20 @@ constexpr OptionRow kRows[] = {
     {"--fail-allocation", "N", kHostGroup, "The N-th block allocation fails", nullptr, 1, 2000000000},
 };
 
+constexpr OptionRow kBatchRows[] = {
+    Value("--out", kBatchGroup, "FOLDER", "Put everything that the lines write into this folder; it is created"),
+    {"-j,--jobs", "N", kBatchGroup, "Run so many jobs at once (default: one for each core)", nullptr, 1, 1024},
+    Value("--shard", kBatchGroup, "I/N", "Run the I-th of N parts only: every N-th line, from the I-th on"),
+    Flag("--resume", kBatchGroup, nullptr, nullptr, "Leave out the lines whose output has been made"),
+    Flag("--json", kBatchGroup, nullptr, nullptr, "Print each result as one line of JSON"),
+    Flag("-q,--quiet", kBatchGroup, nullptr, nullptr, "Print errors only"),
+    Flag("--progress,!--no-progress", kBatchGroup, nullptr, nullptr, "Show the time left"),
+    Flag("-h,--help", kBatchGroup, nullptr, nullptr, "Print this help"),
+};
+
 }  // namespace
 
+std::span<const OptionRow> BatchRows() { return kBatchRows; }
 std::span<const char* const> OptionGroups() { return kGroups; }
 std::span<const OptionRow> OptionRows() { return kRows; }
 std::span<const char* const> ListNames() { return kLists; }

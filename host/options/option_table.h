@@ -24,8 +24,11 @@ struct OptionRow {
 /// Groups in the order of the help. That of kHostGroup is shown by "help hosts" alone.
 constexpr const char* kHostGroup = "For hosts and tests";
 constexpr const char* kHelpGroup = "Help";  ///< what the program prints
+constexpr const char* kBatchGroup = "Batch";  ///< of BatchRows
 std::span<const char* const> OptionGroups();
 std::span<const OptionRow> OptionRows();
+/// The options of "batch", which are its own.
+std::span<const OptionRow> BatchRows();
 std::span<const char* const> ListNames();
 
 /// "--size" of "-s,--size"; "--bold" of a pair.

@@ -95,6 +95,8 @@ void ReadFormat(Reading& reading) {
   const TypedWords& typed = reading.typed;
   arguments.output = typed.Value("--output");
   arguments.framesAsPng = typed.Has("--frames-as");
+  if (arguments.json && arguments.output == "-")
+    Refuse("--json and -o - cannot be used together: both write to standard output; leave one out");
   if (typed.Has("--format") && arguments.framesAsPng)
     Refuse("--format and --frames-as cannot be used together; leave one out");
   if (typed.Has("--format") && arguments.output.empty()) Refuse("--format needs an output; add -o FILE or -o -");

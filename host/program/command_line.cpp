@@ -18,10 +18,10 @@ std::string ExtraArgument(const std::string& word) {
 }
 
 // A word that is no option and no text.
-std::string UnknownWord(const std::string& word) {
+std::string UnknownWord(const std::string& word, std::span<const OptionRow> rows) {
   if (word.size() < 2 || word[0] != '-') return ExtraArgument(word);
   std::vector<std::string> names;
-  for (const OptionRow& row : OptionRows()) {
+  for (const OptionRow& row : rows) {
     names.push_back(LongName(row));
     if (const std::string negative = NegativeName(row); !negative.empty()) names.push_back(negative);
   }
@@ -47,13 +47,12 @@ std::string SentenceOf(const CLI::ParseError& error) {
 
 }  // namespace
 
-TypedWords SortWords(std::vector<std::string> words) {
+TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows) {
   TypedWords typed;
   CLI::App app;
   app.set_help_flag();
   app.allow_extras();
   app.add_option("text", typed.text);
-  const auto rows = OptionRows();
   std::vector<std::vector<std::string>> values(rows.size());
   std::vector<std::int64_t> flags(rows.size());
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -81,7 +80,7 @@ TypedWords SortWords(std::vector<std::string> words) {
     texts.erase(texts.begin());
   }
   if (!texts.empty()) Refuse(ExtraArgument(texts.front()));
-  if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front()));
+  if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front(), rows));
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string name = LongName(rows[i]);
     if (!values[i].empty()) typed.Put(name, values[i]);

@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "host/options/arguments.h"
+#include "host/options/option_table.h"
 #include "host/options/typed_words.h"
 
 namespace glyphmotion {
 
 /// Throws UsageError for words that are no options, values that are missing or empty, and a second text. What follows
 /// "--" is text, whatever it looks like.
-TypedWords SortWords(std::vector<std::string> words);
+TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows = OptionRows());
 
 /// A parsed command line: arguments to run with, or a text to print and an exit code.
 struct ParsedArguments {

@@ -46,9 +46,9 @@ std::string NamesOf(const OptionRow& row) {
   return row.form ? names + " " + row.form : names;
 }
 
-std::string GroupText(const char* group) {
+std::string GroupText(const char* group, std::span<const OptionRow> rows = OptionRows()) {
   std::string text = std::string(group) + ":\n";
-  for (const OptionRow& row : OptionRows()) {
+  for (const OptionRow& row : rows) {
     if (std::strcmp(row.group, group) != 0) continue;
     std::string help = row.help;
     if (row.minimum < row.maximum && !*row.words)
@@ -70,12 +70,26 @@ std::string HelpEntry(const std::string& name, const std::string& text) {
 
 std::string HelpOfGroup(const char* group) { return GroupText(group); }
 
+std::string BatchHelp() {
+  return "Makes many animations at once.\n\nUsage: glyphmotion batch [options] JOBS.jsonl\n\n"
+         "Each line of the file (- for standard input) is one job, an object whose keys are \"text\" and the long\n"
+         "options without their dashes:\n"
+         "  {\"text\": \"Hi\", \"output\": \"a.gif\", \"effect\": \"vortex\", \"size\": 60, \"bold\": true, \"set\": "
+         "{\"@frames\": "
+         "20}}\n\n"
+         "Results are printed as they come, with the numbers of their lines. A wrong line does not stop the others; "
+         "the\n"
+         "exit code is then 1. After an interruption, --resume makes what is missing.\n\n" +
+         GroupText(kBatchGroup, BatchRows());
+}
+
 std::string HelpText() {
   std::string text =
       "Turns a line of text into an animated picture.\n\nUsage: glyphmotion [options] [TEXT]\n"
       "       glyphmotion swatch MATERIAL -o FILE.png        a fill by itself\n"
       "       glyphmotion gallery FOLDER                     every effect on one page\n"
-      "       glyphmotion help EFFECT|materials|hosts        an effect and its options, fills, options for hosts\n"
+      "       glyphmotion batch JOBS.jsonl                   many pictures at once, see help batch\n"
+      "       glyphmotion help EFFECT|materials|batch|hosts  an effect and its options, fills, jobs, hosts\n"
       "       glyphmotion man | completion bash|zsh|fish     the manual page, a script for the shell\n\n";
   for (const char* group : OptionGroups()) {
     if (std::strcmp(group, kHostGroup) != 0) text += GroupText(group) + "\n";

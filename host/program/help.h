@@ -12,6 +12,8 @@ std::string HelpText();
 std::string HelpOfGroup(const char* group);
 /// A text broken into lines of the help's width.
 std::string Paragraph(const std::string& text);
+/// The text of "help batch".
+std::string BatchHelp();
 /// "  name      text", the text broken into lines within its column.
 std::string HelpEntry(const std::string& name, const std::string& text);
 

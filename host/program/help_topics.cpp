@@ -95,6 +95,7 @@ std::string EffectText(const std::string& effect, const Catalogue& catalogue) {
 
 std::optional<std::string> HelpTopic(const std::string& topic, const Catalogue& catalogue) {
   if (topic == "hosts") return HelpOfGroup(kHostGroup);
+  if (topic == "batch") return BatchHelp();
   if (topic == "materials") return std::string(kMaterials);
   for (const std::string& effect : catalogue.effects) {
     if (OptionForm(effect) == OptionForm(topic)) return EffectText(effect, catalogue);
@@ -103,10 +104,10 @@ std::optional<std::string> HelpTopic(const std::string& topic, const Catalogue& 
 }
 
 std::string NoSuchTopic(const std::string& topic, const Catalogue& catalogue) {
-  std::vector<std::string> names = {"hosts", "materials"};
+  std::vector<std::string> names = {"hosts", "materials", "batch"};
   for (const std::string& effect : catalogue.effects) names.push_back(OptionForm(effect));
   return "there is no help about '" + topic + "'" + Suggestion(topic, names) +
-         " (help takes materials, hosts or the name of an effect)";
+         " (help takes materials, batch, hosts or the name of an effect)";
 }
 
 }  // namespace glyphmotion

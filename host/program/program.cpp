@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,15 +16,18 @@
 #include <typeinfo>
 
 #include "glyphmotion/render.h"
+#include "host/encoders/colour_count.h"
 #include "host/encoders/encoders.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
+#include "host/program/batch.h"
 #include "host/program/command_line.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/help.h"
 #include "host/program/help_topics.h"
 #include "host/program/interrupts.h"
+#include "host/program/json_lines.h"
 #include "host/program/lists.h"
 #include "host/program/manual.h"
 #include "host/program/progress.h"
@@ -57,9 +61,8 @@ int FailUnexpectedly(const char* what) noexcept {
 }
 
 void PrintNotes(const Arguments& arguments, const std::vector<std::string>& notes) {
-  if (arguments.quiet) return;
-  for (const std::string& note : notes)
-    std::fprintf(stderr, "glyphmotion: note: %s\n", InOptionTerms(note, arguments).c_str());
+  if (arguments.quiet || arguments.json) return;
+  for (const std::string& note : notes) std::fprintf(stderr, "glyphmotion: note: %s\n", note.c_str());
 }
 
 // A text that is piped in, or asked for by name. It is cut at 64 KiB, far beyond the longest text.
@@ -85,6 +88,8 @@ struct Run {
   std::optional<Recorder> recorder;
   std::optional<PictureOutput> pictures;
   ProgressBar bar;
+  std::int64_t units = 0;  // sum of the delays
+  std::optional<ColourCount> colours;
 
   explicit Run(const Arguments& given)
       : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
@@ -95,6 +100,14 @@ Sink SinkOf(Run& run) {
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
   if (run.recorder) sink.call = [&run](const HostCallEvent& event) { run.recorder->Call(event); };
+  sink.image = [&run](const Image& image) {
+    run.units += image.delay;
+    // A sample is reduced to a palette on its way into the file.
+    if (!run.arguments.json || (image.sample && run.arguments.job.paletteFormat)) return true;
+    if (!run.colours) run.colours.emplace();
+    run.colours->Add(image.dib, image.transparentIndex);
+    return true;
+  };
   sink.stop = &InterruptRequest();
   return run.pictures->Attach(std::move(sink));
 }
@@ -117,16 +130,26 @@ std::string OpenOutputs(Run& run) {
   return error;
 }
 
-int Conclude(Run& run, const RenderResult& result) {
-  const PictureOutput& pictures = *run.pictures;
-  const std::string trouble = InterruptedCode() ? "" : InOptionTerms(run.pictures->Finish(result), run.arguments);
-  if (InterruptedCode()) return Fail("interrupted; nothing was written", InterruptedCode());
-  if (!trouble.empty()) return Fail(trouble, result.status == RenderStatus::BadJob ? kExitUsage : kExitFailed);
-  PrintNotes(run.arguments, result.notes);
-  if (pictures.HasPictures() && !run.arguments.quiet && ErrorsGoToTerminal())
-    std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", run.arguments.output.c_str(),
-                 std::max(result.images, 1), result.images > 1 ? "s" : "", pictures.width, pictures.height);
-  return kExitDone;
+// Ends the run: its pictures are kept, or the report says why not.
+void Conclude(Run& run, const RenderResult& result, RunReport& report) {
+  PictureOutput& pictures = *run.pictures;
+  if (!InterruptedCode()) report.error = InOptionTerms(pictures.Finish(result), run.arguments);
+  const bool badJob = result.status == RenderStatus::BadJob;
+  report.code = report.error.empty() ? kExitDone : badJob ? kExitUsage : kExitFailed;
+  if (InterruptedCode()) {
+    report.error = "interrupted; nothing was written";
+    report.code = InterruptedCode();
+  }
+  if (!report.error.empty()) return;
+  for (const std::string& note : result.notes) report.notes.push_back(InOptionTerms(note, run.arguments));
+  if (!pictures.HasPictures()) return;
+  report.format = run.arguments.framesAsPng ? run.arguments.extension : run.arguments.extension.substr(1);
+  report.width = pictures.width;
+  report.height = pictures.height;
+  report.frames = std::max(result.images, 1);
+  report.duration = run.units * (run.arguments.job.paletteFormat ? 10 : 1);
+  report.bytes = pictures.Bytes();
+  if (run.colours) report.colours = run.colours->Count();
 }
 
 // The exit code of a run that prints. When the reader closes the pipe (head), there is no message.
@@ -161,17 +184,62 @@ int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue)
   return PrintedWell(kExitDone);
 }
 
-int Execute(const Arguments& arguments) {
+// Everything between the arguments and the report; prints nothing but the progress bar.
+RunReport Perform(const Arguments& arguments) {
+  const auto begin = std::chrono::steady_clock::now();
+  RunReport report;
+  report.file = arguments.output;
+  report.notes = arguments.notes;
   Run run(arguments);
-  const std::string error = OpenOutputs(run);
-  if (!error.empty()) return Fail(error);
-  const RenderResult result = Render(arguments.job, SinkOf(run));
-  run.bar.Clear();
-  if (run.recorder) {
-    const std::string trouble = run.recorder->End(result);
-    if (!trouble.empty()) return Fail(trouble);
+  RenderResult result;
+  report.error = OpenOutputs(run);
+  if (report.error.empty()) {
+    result = Render(arguments.job, SinkOf(run));
+    run.bar.Clear();
+    if (run.recorder) report.error = run.recorder->End(result);
   }
-  return Conclude(run, result);
+  if (report.error.empty()) {
+    Conclude(run, result, report);
+  } else {
+    report.code = kExitFailed;
+  }
+  const auto time = std::chrono::steady_clock::now() - begin;
+  report.time = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+  return report;
+}
+
+int PrintJson(const RunReport& report) {
+  std::printf("%s\n", JsonOf(report).c_str());
+  return PrintedWell(report.code);
+}
+
+int Execute(const Arguments& arguments) {
+  const RunReport report = Perform(arguments);
+  if (arguments.json) return PrintJson(report);
+  if (!report.error.empty()) return Fail(report.error, report.code);
+  PrintNotes(arguments,
+             {report.notes.begin() + static_cast<std::ptrdiff_t>(arguments.notes.size()), report.notes.end()});
+  if (!report.format.empty() && !arguments.quiet && ErrorsGoToTerminal())
+    std::fprintf(stderr, "%s: %d picture%s of %d x %d pixels\n", arguments.output.c_str(), report.frames,
+                 report.frames > 1 ? "s" : "", report.width, report.height);
+  return kExitDone;
+}
+
+int ExecuteBatch(const std::vector<std::string>& words, Catalogue catalogue) {
+  catalogue.input = nullptr;  // the lines may come from there
+  const BatchOutcome outcome = RunBatch(words, catalogue, Perform);
+  if (!outcome.error.empty()) return Fail(outcome.error, outcome.code);
+  return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
+}
+
+// A usage error in the form that the words ask for.
+int FailAsAsked(const std::vector<std::string>& words, const ParsedArguments& parsed) {
+  const auto end = std::find(words.begin(), words.end(), "--");
+  if (std::find(words.begin(), end, "--json") == end) return Fail(parsed.error, parsed.exitCode);
+  RunReport report;
+  report.error = parsed.error;
+  report.code = parsed.exitCode;
+  return PrintJson(report);
 }
 
 }  // namespace
@@ -188,11 +256,7 @@ std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& err
 std::string RunWords(const std::vector<std::string>& words) {
   const ParsedArguments parsed = ParseArguments(words, ProgramCatalogue());
   if (!parsed.arguments) return parsed.error;
-  Run run(*parsed.arguments);
-  const std::string error = OpenOutputs(run);
-  if (!error.empty()) return error;
-  const RenderResult result = Render(parsed.arguments->job, SinkOf(run));
-  return InOptionTerms(run.pictures->Finish(result), run.arguments);
+  return Perform(*parsed.arguments).error;
 }
 
 int RunProgram(const std::vector<std::string>& words) {
@@ -218,9 +282,10 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble);
     }
     const Catalogue catalogue = ProgramCatalogue();
+    if (IsBatch(words)) return ExecuteBatch(words, catalogue);
     if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
-    if (!parsed.error.empty()) return Fail(parsed.error, parsed.exitCode);
+    if (!parsed.error.empty()) return FailAsAsked(words, parsed);
     if (!parsed.arguments) {
       std::fputs(parsed.text.c_str(), stdout);
       return PrintedWell(parsed.exitCode);

@@ -30,6 +30,8 @@ class PictureOutput {
   /// The output has its name.
   bool Kept() const { return kept_; }
   bool HasPictures() const { return encoder_.has_value(); }
+  /// Written so far, over all files of a folder.
+  std::uint64_t Bytes() const { return output_.Bytes(); }
   int width = 0, height = 0;  ///< pixels, once the task is known
 
  private:
