@@ -113,7 +113,7 @@ TEST(Encoders, AGifRefusesTrueColourAndAnyEncoderRefusesRubbish) {
   Output output = Output::File(folder / "out", error);
   Encoder gif = FindFormat(".gif")->open(output, {4, 4, 1, 1, -1});
   EXPECT_NE(gif.add(testing::ImageOf(testing::MakeDib(4, 4, 24, {}, [](int, int) { return 0; }), 4, 4, 24, 0, 1))
-                .find("--true-color"),
+                .find("true colour"),
             std::string::npos);
 }
 
