@@ -181,8 +181,9 @@ std::vector<std::string> AllSums() {
     for (const OptionSet& set : OptionSets()) {
       rows.push_back(RowOf(effect, set, 2, folder));
       const auto others = std::to_array({1, 3, 8});
-      if (const std::size_t share = rows.size() % 7; share < others.size())
+      if (const std::size_t share = rows.size() % 7; share < others.size()) {
         EXPECT_EQ(RowOf(effect, set, others[share], folder), rows.back()) << others[share] << " threads";
+      }
     }
   }
   return rows;
