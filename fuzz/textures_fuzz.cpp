@@ -12,6 +12,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   texture.MatrixSize %= 129;
   texture.CreaterCount %= 100;
   texture.Right = texture.Bottom = 24;
-  GenerateTexture(texture);
+  GenerateTexture(texture, WholeOf(texture));
   return 0;
 }

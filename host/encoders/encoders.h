@@ -21,6 +21,7 @@ struct EncoderSettings {
   int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
   double lossyQuality = -1;   ///< 0 to 100 where the format has lossy coding; below 0: lossless
   int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
+  int threads = 0;            ///< as in Workers; the bytes do not depend on it
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.
@@ -35,6 +36,12 @@ struct EncoderFormat {
   bool paletteFormat;     ///< pictures are palette indices, delays are in 1/100 s
   Encoder (*open)(Output& output, const EncoderSettings& settings);
 };
+
+/// Refuses an image that ReadDib cannot read.
+inline constexpr char kBadImage[] = "received an image that is not a packed bitmap; please report this";
+
+/// Writes bytes of the file; an empty text, or why that failed.
+std::string KeepWriting(Output& output, std::span<const std::uint8_t> bytes);
 
 /// All rows.
 std::span<const EncoderFormat> Formats();

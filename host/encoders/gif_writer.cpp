@@ -19,6 +19,7 @@
 #include "host/encoders/gif_file.h"
 #include "host/encoders/gif_frame.h"
 #include "host/encoders/gif_palette.h"
+#include "platform/workers.h"
 
 namespace glyphmotion {
 namespace {
@@ -194,7 +195,10 @@ struct GifWriter::State {
   std::vector<HeldFrame> held;
   std::size_t heldBytes = 0;
   std::vector<GifFileFrame> encoded;
-  GifFrameCompressor compressor;
+  Workers workers;
+  std::vector<GifFrameCompressor> compressors;  // by lane
+
+  explicit State(int threads) : workers(threads), compressors(static_cast<std::size_t>(workers.Lanes())) {}
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
@@ -210,7 +214,7 @@ struct GifWriter::State {
   std::vector<bool> ChoosePalettes();
 };
 
-GifWriter::GifWriter(int width, int height) : state_(std::make_unique<State>()) {
+GifWriter::GifWriter(int width, int height, int threads) : state_(std::make_unique<State>(threads)) {
   state_->width = std::clamp(width, 1, 65535);
   state_->height = std::clamp(height, 1, 65535);
 }
@@ -451,17 +455,20 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the kept frames. Each depends only on its own pixels and the current common palette, so they may be
-// compressed in any order or in parallel; entries for their transparent indices are added afterwards.
+// Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette.
+// Entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();
   const std::size_t first = encoded.size();
   encoded.resize(first + held.size());
-  for (std::size_t i = 0; i < held.size(); ++i) {
-    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough, compressor);
+  const auto encode = [&](int lane, int number) {
+    const auto i = static_cast<std::size_t>(number);
+    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough,
+                                     compressors[static_cast<std::size_t>(lane)]);
     held[i] = {};
-  }
+  };
+  workers.InOrder(static_cast<int>(held.size()), encode, [](int) { return true; });
   for (std::size_t i = first; i < encoded.size(); ++i)
     if (!encoded[i].own) common.Reserve(encoded[i].wildcard + 1);
   held.clear();

@@ -24,12 +24,12 @@ struct GifFrame {
   bool standAlone = false;  ///< transparent pixels stay transparent instead of showing the previous frame
 };
 
-/// Builds one file. Memory: three pictures of two bytes per pixel, at most 64 MiB of cropped frames, and the compressed
-/// stream.
+/// Builds one file. Memory: three pictures of two bytes per pixel, at most 64 MiB of cropped frames, the compressed
+/// stream, and what each thread compresses with.
 class GifWriter {
  public:
-  /// The screen's size in pixels, 1 to 65535 each.
-  GifWriter(int width, int height);
+  /// The screen's size in pixels, 1 to 65535 each. threads: as in Workers; the bytes do not depend on it.
+  GifWriter(int width, int height, int threads = 1);
   ~GifWriter();
   GifWriter(GifWriter&&) noexcept;
 

@@ -106,9 +106,9 @@ std::vector<std::uint8_t> WritePng(const PngPicture& picture) {
   return out;
 }
 
-std::vector<std::uint8_t> PngAnimation::Add(const PngPicture& picture, const PngFramePlace& place) {
-  const Bytes file = WritePng(picture);
-  if (file.empty()) return {};
+std::vector<std::uint8_t> PngAnimation::Add(const Bytes& file, const PngFramePlace& place) {
+  constexpr std::size_t kSides = 16;  // width and height, behind the signature and the first chunk's name
+  const auto width = static_cast<int>(GetU32(&file[kSides])), height = static_cast<int>(GetU32(&file[kSides + 4]));
   Bytes out;
   if (first_) out.assign(file.begin(), file.begin() + 8);
   bool controlled = false;
@@ -119,8 +119,7 @@ std::vector<std::uint8_t> PngAnimation::Add(const PngPicture& picture, const Png
     const bool fine = place.delayMilliseconds <= 65535;
     Bytes head;
     PutU32(head, sequence_++);
-    for (const int value : {picture.width, picture.height, place.left, place.top})
-      PutU32(head, static_cast<std::uint32_t>(value));
+    for (const int value : {width, height, place.left, place.top}) PutU32(head, static_cast<std::uint32_t>(value));
     PutU16(head,
            static_cast<std::uint32_t>(fine ? place.delayMilliseconds : std::min(place.delayMilliseconds / 10, 65535)));
     PutU16(head, fine ? 1000 : 100);

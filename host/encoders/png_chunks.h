@@ -33,9 +33,9 @@ class PngAnimation {
  public:
   /// Plays `loops` times; 0: for ever.
   explicit PngAnimation(int frameCount, int loops = 0) : frameCount_(frameCount), loops_(loops) {}
-  /// The bytes that a frame adds to the file; the first frame must have the size of the whole animation. All frames are
-  /// of the first one's kind, palette and transparent index. Empty when libpng fails.
-  std::vector<std::uint8_t> Add(const PngPicture& picture, const PngFramePlace& place);
+  /// The bytes that a frame adds to the file, which is what WritePng has made of it; the first frame must have the size
+  /// of the whole animation. All frames are of the first one's kind, palette and transparent index.
+  std::vector<std::uint8_t> Add(const std::vector<std::uint8_t>& file, const PngFramePlace& place);
   /// The last bytes.
   static std::vector<std::uint8_t> End();
 

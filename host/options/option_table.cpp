@@ -37,6 +37,7 @@ constexpr OptionRow kRows[] = {
     {"--loop", "N", kOutput, "Times that an animation plays; 0, the default, is for ever", nullptr, 0, 65535},
     {"--start", "N|rest", kOutput, "Begin the loop with this frame, from 1, or with the longest one", nullptr, 1, 32760,
      nullptr, "rest"},
+    {"--threads", "N", kOutput, "Threads that work on it; 0, the default, is one for each core", nullptr, 0, 256},
     Flag("--sample", kOutput, nullptr, nullptr, "Write the still sample picture instead of an animation"),
     Flag("--add-comment", kOutput, "AddDescriptiveCommentBlock", "1", "Add a comment that names the program"),
 

@@ -157,6 +157,7 @@ void ReadHost(Reading& reading) {
       Refuse("--refuse " + refusal + " is not allowed; it takes task or image:N");
     }
   }
+  if (reading.typed.Has("--threads")) job.threads = static_cast<int>(reading.Number("--threads"));
   if (reading.typed.Has("--fail-allocation"))
     job.failAllocation = static_cast<std::uint64_t>(reading.Number("--fail-allocation"));
 }

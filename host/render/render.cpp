@@ -22,6 +22,7 @@
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
+#include "platform/workers.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -227,6 +228,7 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
   own.hostWritesSettings = true;
   SetFolderOverrides(std::move(own));
   FailAllocation(job.failAllocation);
+  SetRunThreads(job.failAllocation ? 1 : job.threads);
   CurrentRun().WatchRequest(sink.stop);
   SetImageLoader(LoadPicture);
   if (job.loadImage) {
@@ -303,6 +305,12 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings); !trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
+    return result;
+  }
+  if (job.threads < 0 || job.threads > Workers::kMost) {
+    result.status = RenderStatus::BadJob;
+    result.message = std::to_string(job.threads) + " threads are not possible; choose 1 to " +
+                     std::to_string(Workers::kMost) + ", or 0 for as many as the machine has cores";
     return result;
   }
   const FolderOverrides folders = CurrentFolderOverrides();

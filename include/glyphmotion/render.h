@@ -84,6 +84,11 @@ struct Job {
   std::optional<int> start;
   static constexpr int kRest = -1;
 
+  /// How many threads build and reduce the frames: 1 (the caller's alone) to 256; 0: as many as the machine has cores.
+  /// Images, calls and their order do not depend on it, and the sink is called on the caller's thread. A run with
+  /// `failAllocation` takes one, so that it counts the same allocations each time.
+  int threads = 0;
+
   /// What the host's file format supports. RenderToFile and RenderToMemory set both.
   bool paletteFormat = true;
   bool trueColourFormat = true;

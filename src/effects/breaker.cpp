@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "effects/twist.h"
 #include "image/filters.h"
 #include "resources/panel_breaker.h"
@@ -67,10 +68,8 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(*context.dialog, kFrames);
     Parameters parameters;
     if (!BeginRun(context, &parameters, Render, frames)) return false;
-    return AppendRunToRest(context, frames, [&](double phase) {
-      parameters.phase = phase;
-      return Render(context);
-    });
+    return AppendPhases<Parameters>(context, Render, PlanToRest(context, frames), frames - 1,
+                                    [](Parameters& lane, double phase) { lane.phase = phase; });
   });
 }
 

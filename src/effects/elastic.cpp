@@ -2,6 +2,7 @@
 // Elastic: the material inside the letters stretches and ripples outward in rings from the middle, more and more
 // strongly, then settles back. The letters keep their shape; a plain colour shows nothing of it.
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "effects/ripple_fill.h"
 #include "resources/panel_elastic.h"
 
@@ -41,21 +42,16 @@ int Build(EffectContext& context) noexcept {
     ElasticParams params = ParamsAtRest(dialog);
     params.phase = 0.5;
     if (!BeginRun(context, &params, Render, 2 * std::int64_t{half} + 2)) return false;
-
-    const auto append = [&](double phase, int step) {
-      params.phase = phase;
-      return AppendWithProgress(context, Render(context), delay, step, total);
-    };
-    for (int i = 0; i < half; ++i) {
-      if (!append(static_cast<double>(i) / half, i)) return false;
-    }
-    if (!append(1.0, half)) return false;
+    std::vector<PhaseFrame> plan;
+    for (int i = 0; i < half; ++i) plan.push_back({static_cast<double>(i) / half, delay, i, {}});
+    plan.push_back({1, delay, half, {}});
     // The peak is held for a second frame, which reports the same step as the first.
-    for (int j = 0; j < half; ++j) {
-      if (!append(1.0 - static_cast<double>(j) / half, half + j)) return false;
-    }
-    params.phase = 0;
-    return AppendQuietly(context, Render(context), delay + pause);
+    for (int j = 0; j < half; ++j) plan.push_back({1.0 - static_cast<double>(j) / half, delay, half + j, {}});
+    plan.push_back({0, delay + pause, {}, {}});
+    return AppendPhases<ElasticParams>(context, Render, plan, total, [&](ElasticParams& lane, double phase) {
+      lane.energy = params.energy;
+      lane.phase = phase;
+    });
   });
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "resources/panel_fuse.h"
 
 namespace glyphmotion {
@@ -73,22 +74,17 @@ int Build(EffectContext& context) noexcept {
     const double step = 1.0 / half;
     Leaves leaves;
     if (!BeginRun(context, &leaves, Render, 2 * half)) return false;
-    const auto append = [&](int hold, int index) {
-      return AppendWithProgress(context, Render(context), delay + hold, index, frames);
-    };
-    leaves.phase = -1.0;
-    for (int i = 0; i < half; ++i, leaves.phase += step) {
-      if (!append(0, i)) return false;
-    }
-    leaves.phase = 0.0;
-    if (!append(pause, half)) return false;
+    std::vector<PhaseFrame> plan;
+    double phase = -1.0;
+    for (int i = 0; i < half; ++i, phase += step) plan.push_back({phase, delay, i, {}});
+    plan.push_back({0, delay + pause, half, {}});
     // The leaves part with a first step of double length.
-    leaves.phase = step;
+    phase = step;
     for (int j = 1; j < half; ++j) {
-      leaves.phase += step;
-      if (!append(j == half - 1 ? pause : 0, half + j)) return false;
+      phase += step;
+      plan.push_back({phase, j == half - 1 ? delay + pause : delay, half + j, {}});
     }
-    return true;
+    return AppendPhases<Leaves>(context, Render, plan, frames, [](Leaves& lane, double at) { lane.phase = at; });
   });
 }
 

@@ -2,7 +2,6 @@
 // Gumdrops: the letters are filled with round sweets that swell and shrink, each slowly circling its home.
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -10,9 +9,9 @@
 #include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
+#include "effects/gumdrop_image.h"
 #include "effects/optional_colours.h"
-#include "image/filters.h"
-#include "image/surface.h"
+#include "effects/phase_run.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
 #include "resources/panel_gumdrops.h"
@@ -35,12 +34,6 @@ struct GumdropRecord {
   double sizeStep;  // a frame's, signed
 };
 
-// One drop's coverage: side x side weights.
-struct DropImage {
-  int side = 0;
-  std::vector<std::uint8_t> weights;
-};
-
 // The drops of a run come in few sizes and strengths, each of them many times.
 class DropImages {
  public:
@@ -48,81 +41,19 @@ class DropImages {
   const DropImage* Get(int diameter, int strength, bool bevel);
 
  private:
-  static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+  static constexpr std::size_t kMostBytes = std::size_t{32} << 20;
   std::unordered_map<std::uint64_t, DropImage> images_;
   std::size_t bytes_ = 0;
 };
 
 struct GumdropParams {
+  int frame = 0;      // the first is drawn as a trial
   double step = 0.0;  // 100 / frames
   std::vector<GumdropRecord> drops;
   bool ready = false;
+  int at = 0;  // the frame for which the drops are where they are
   DropImages images;
 };
-
-constexpr int kOversize = 4, kReduction = 25;  // drawn so many times too large, then reduced to that percentage
-
-// The grey of ring i of `rings`, counted from the rim: brighter than the strength between rim and centre, which makes
-// the dome.
-std::uint8_t RingLevel(int i, int rings, int strength) {
-  const double c = std::cos(Radians(static_cast<double>(i) / rings * 90));
-  const double k = c * (static_cast<double>(i + 1) / rings) * 0.9;
-  return static_cast<std::uint8_t>(std::clamp(static_cast<int>(k * strength) + strength, 0, 255));
-}
-
-// Ring lies on ring, each one pixel further in on all sides, so a row's spans nest: from the innermost ring outwards,
-// each adds a piece at both ends of what stands.
-void PaintDome(const DibView& surface, int strength) {
-  const int side = surface.Width(), rings = side / 2;
-  std::vector<RowSpan> spans(static_cast<std::size_t>(side)), painted(spans.size());
-  for (int i = rings - 1; i >= 0 && !EndRequested(); --i) {
-    const std::uint8_t level = RingLevel(i, rings, strength);
-    const RowRange range = EllipseRows({i, i, side - i, side - i}, side, spans);
-    for (int y = range.first; y < range.end; ++y) {
-      const RowSpan span = spans[static_cast<std::size_t>(y)];
-      RowSpan& done = painted[static_cast<std::size_t>(y)];
-      if (span.left >= span.right) continue;
-      if (done.left >= done.right) done = {span.right, span.right};
-      std::uint8_t* row = surface.Row(y);
-      if (span.left < done.left) std::memset(row + span.left, level, static_cast<std::size_t>(done.left - span.left));
-      if (done.right < span.right) {
-        std::memset(row + done.right, level, static_cast<std::size_t>(span.right - done.right));
-      }
-      done = {std::min(span.left, done.left), std::max(span.right, done.right)};
-    }
-  }
-}
-
-void PaintDisc(const DibView& surface, int strength) {
-  const int side = surface.Width();
-  std::vector<RowSpan> spans(static_cast<std::size_t>(side));
-  EllipseRows({0, 0, side, side}, side, spans);
-  for (int y = 0; y < side; ++y) {
-    const RowSpan span = spans[static_cast<std::size_t>(y)];
-    if (span.left >= span.right) continue;
-    std::memset(surface.Row(y) + span.left, strength, static_cast<std::size_t>(span.right - span.left));
-  }
-}
-
-// All three channels of a drop are the same, so that one is enough.
-bool DrawGumdrop(int diameter, int strength, bool bevel, DropImage& image) {
-  const PackedDib large = BlankMask(kOversize * diameter, kOversize * diameter);
-  {
-    const DibView surface(large);
-    if (!surface) return false;
-    bevel ? PaintDome(surface, strength) : PaintDisc(surface, strength);
-  }
-  const PackedDib reduced = ResampleByPercent(large, kReduction, kReduction);
-  const DibView view(reduced);
-  if (!view) return false;
-  const auto side = static_cast<std::size_t>(view.Width());
-  image.side = view.Width();
-  image.weights.resize(side * side);
-  for (std::size_t y = 0; y < side; ++y) {
-    std::memcpy(image.weights.data() + y * side, view.Row(static_cast<int>(y)), side);
-  }
-  return true;
-}
 
 const DropImage* DropImages::Get(int diameter, int strength, bool bevel) {
   const std::uint64_t key =
@@ -140,7 +71,7 @@ const DropImage* DropImages::Get(int diameter, int strength, bool bevel) {
 }
 
 void MakeDrops(GumdropParams& params, const Dialog& dialog) {
-  if (params.ready) return;
+  if (params.ready && params.at <= params.frame) return;
   SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, kSeed)));
   const OptionalColours colours = ReadOptionalColours(dialog, kColours);
   params.step = 100.0 / ReadNumber(dialog, kFrames);
@@ -155,6 +86,7 @@ void MakeDrops(GumdropParams& params, const Dialog& dialog) {
     each.sizeStep = NextRandom() & 1 ? params.step : -params.step;
   }
   params.ready = true;
+  params.at = 0;
 }
 
 // At either end of its cycle a drop keeps its size once more and turns back.
@@ -203,10 +135,9 @@ bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const P
   const DibView picture(fill);
   if (!picture) return false;
   const int size = composer.Number(kSize), drift = composer.Number(kDrift);
-  for (GumdropRecord& drop : params.drops) {
+  for (const GumdropRecord& drop : params.drops) {
     if (EndRequested()) return false;
     if (!PaintDrop(drop, size, drift, params.images, picture)) return false;
-    MoveDrop(drop, params.step);
   }
   return true;
 }
@@ -214,6 +145,9 @@ bool PaintGumdrops(GumdropParams& params, const FrameComposer& composer, const P
 PackedDib Render(EffectContext& context) {
   GumdropParams& params = ParametersOf<GumdropParams>(context);
   MakeDrops(params, *context.dialog);
+  for (; params.at < params.frame && !EndRequested(); ++params.at) {
+    for (GumdropRecord& drop : params.drops) MoveDrop(drop, params.step);
+  }
   FrameComposer composer = MakeComposer(context, kRoles);
   PackedDib fill;  // made before the background
   composer.onSize = [&](int width, int height) {
@@ -233,8 +167,12 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const int frames = ReadNumber(*context.dialog, kFrames);
     GumdropParams params;
-    // The first render is thrown away, but it moves the drops like every other.
-    return BeginRun(context, &params, Render, frames) && AppendEvenRun(context, Render, frames, [](int) {});
+    if (!BeginRun(context, &params, Render, frames)) return false;
+    const int delay = ReadPace(*context.dialog).delay;
+    std::vector<PhaseFrame> plan;
+    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(i + 1), delay, i, {}});
+    return AppendPhases<GumdropParams>(context, Render, plan, frames,
+                                       [](GumdropParams& lane, double frame) { lane.frame = static_cast<int>(frame); });
   });
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "effects/iris_mask.h"
+#include "effects/phase_run.h"
 
 namespace glyphmotion {
 namespace {
@@ -65,11 +66,18 @@ int BuildIris(EffectContext& context, const IrisControls& controls, Renderer ren
     if (!BeginRun(context, &proof, render, kept)) return false;
     int made = 0;
     for (IrisParams& params : transitions) {
+      if (frames == 0) break;
+      // The first frame here, so that the transition's materials are in the cache for all threads.
       context.parameters = &params;
-      for (int i = 0; i < frames; ++i, ++made) {
-        params.phase = static_cast<double>(i) / frames;
-        if (!AppendWithProgress(context, render(context), i == 0 ? delay + pause : delay, made, total)) return false;
-      }
+      params.phase = 0;
+      if (!AppendWithProgress(context, render(context), delay + pause, made++, total)) return false;
+      std::vector<PhaseFrame> plan;
+      for (int i = 1; i < frames; ++i) plan.push_back({static_cast<double>(i) / frames, delay, made++, {}});
+      const auto set = [transition = params](IrisParams& lane, double phase) {
+        lane = transition;
+        lane.phase = phase;
+      };
+      if (!AppendPhases<IrisParams>(context, render, plan, total, set)) return false;
     }
     return true;
   });

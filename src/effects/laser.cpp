@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "image/filters.h"
 #include "resources/panel_laser.h"
 
@@ -133,13 +134,13 @@ int Build(EffectContext& context) noexcept {
     const bool rightwards = ReadDirection(dialog, kScroll) == kRightwards;
     Sweep sweep;
     if (!BeginRun(context, &sweep, Render, frames)) return false;
+    std::vector<PhaseFrame> plan;
     for (int i = 0; i < frames; ++i) {
       // Leftwards the sweep runs one step further out than its mirror image, to a place left of the frame.
-      sweep.phase = rightwards ? static_cast<double>(i) / frames : 1.0 - static_cast<double>(i + 2) / frames;
-      const int hold = i == frames - 1 ? pause : 0;
-      if (!AppendWithProgress(context, Render(context), delay + hold, i, frames)) return false;
+      const double phase = rightwards ? static_cast<double>(i) / frames : 1.0 - static_cast<double>(i + 2) / frames;
+      plan.push_back({phase, i == frames - 1 ? delay + pause : delay, i, {}});
     }
-    return true;
+    return AppendPhases<Sweep>(context, Render, plan, frames, [](Sweep& lane, double phase) { lane.phase = phase; });
   });
 }
 

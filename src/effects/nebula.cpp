@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "effects/scatter.h"
 #include "resources/panel_nebula.h"
 
@@ -73,18 +74,24 @@ int Build(EffectContext& context) noexcept {
     const int frames = std::min(odd, 2 * size->height);
     if (!RunFits(context, *size, std::int64_t{frames} + 1)) return false;
     double step = -(100.0 / (frames * 0.5));
-    parameters.scatter = 100.0;
+    double scatter = 100.0;
     bool turned = false;
+    std::vector<PhaseFrame> plan;
     for (int i = 0; i < frames; ++i) {
-      parameters.scatter += step;
-      const bool holds = parameters.scatter < 0 && !turned;
+      scatter += step;
+      const bool holds = scatter < 0 && !turned;
       if (holds) {
-        parameters.scatter = 0;
+        scatter = 0;
         step = -step;
         turned = true;
       }
-      if (!AppendWithProgress(context, Render(context), holds ? delay + pause : delay, i, frames)) return false;
+      plan.push_back({scatter, holds ? delay + pause : delay, i, {}});
     }
+    const auto set = [seed = parameters.seed](Parameters& lane, double percent) {
+      lane.seed = seed;
+      lane.scatter = percent;
+    };
+    if (!AppendPhases<Parameters>(context, Render, plan, frames, set)) return false;
     // The run ends on the bare background.
     context.flags |= kLastOfFade;
     parameters.scatter = 0;

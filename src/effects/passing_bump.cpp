@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "effects/column_profile.h"
+#include "effects/phase_run.h"
 
 namespace glyphmotion {
 namespace {
@@ -72,18 +73,21 @@ bool BuildBump(EffectContext& context, Renderer render, int total, int steps, in
   bump.total = total;
   context.flags |= kBuildCall;
   context.parameters = &bump;
-  for (int k = 0; k <= steps; ++k) {
-    bump.position = k < steps ? k : rest;
-    PackedDib frame = render(context);
-    if (k == 0) {
-      const DibView view(frame);
-      if (!view || !RunFits(context, {view.Width(), view.Height()}, std::int64_t{steps} + 1)) return false;
-    }
-    const bool done = k < steps ? AppendWithProgress(context, std::move(frame), delay, k, steps)
-                                : AppendQuietly(context, std::move(frame), delay + pause);
-    if (!done) return false;
+  bump.position = steps > 0 ? 0 : rest;
+  PackedDib frame = render(context);
+  {
+    const DibView view(frame);
+    if (!view || !RunFits(context, {view.Width(), view.Height()}, std::int64_t{steps} + 1)) return false;
   }
-  return true;
+  if (steps <= 0) return AppendQuietly(context, std::move(frame), delay + pause);
+  if (!AppendWithProgress(context, std::move(frame), delay, 0, steps)) return false;
+  std::vector<PhaseFrame> plan;
+  for (int k = 1; k < steps; ++k) plan.push_back({static_cast<double>(k), delay, k, {}});
+  plan.push_back({static_cast<double>(rest), delay + pause, {}, {}});
+  return AppendPhases<PassingBump>(context, render, plan, steps, [total](PassingBump& lane, double position) {
+    lane.total = total;
+    lane.position = static_cast<int>(position);
+  });
 }
 
 }  // namespace glyphmotion

@@ -5,6 +5,7 @@
 
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
+#include "effects/phase_run.h"
 #include "effects/ray_painter.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
@@ -114,8 +115,12 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const int frames = ReadNumber(*context.dialog, kFrames);
     PhaserParams params;
-    return BeginRun(context, &params, Render, frames) &&
-           AppendEvenRun(context, Render, frames, [&](int i) { params.frame = i; });
+    if (!BeginRun(context, &params, Render, frames)) return false;
+    const int delay = ReadPace(*context.dialog).delay;
+    std::vector<PhaseFrame> plan;
+    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(i), delay, i, {}});
+    return AppendPhases<PhaserParams>(context, Render, plan, frames,
+                                      [](PhaserParams& lane, double i) { lane.frame = static_cast<int>(i); });
   });
 }
 

@@ -112,18 +112,6 @@ bool AppendEvenRun(EffectContext& context, Renderer render, int frames, Set set)
   return true;
 }
 
-/// The run of a movement there and back that ends at rest: phases i / (frames - 1) from 0 on, each with Delay and
-/// progress, then a last frame at phase 0 with Delay + Pause. `next(phase)` renders a frame.
-template <typename Next>
-bool AppendRunToRest(EffectContext& context, int frames, Next next) {
-  const auto [delay, pause] = ReadPace(*context.dialog);
-  const int moving = frames - 1;
-  for (int i = 0; i < moving; ++i) {
-    if (!AppendWithProgress(context, next(static_cast<double>(i) / moving), delay, i, moving)) return false;
-  }
-  return AppendQuietly(context, next(0), delay + pause);
-}
-
 /// Wraps a build: what it throws becomes failure, and on failure `result` is freed and cleared.
 template <typename Body>
 int GuardBuild(EffectContext& context, Body body) noexcept {

@@ -6,7 +6,7 @@
 
 #include "effects/bulge.h"
 #include "effects/effect_table.h"
-#include "effects/repeated_frames.h"
+#include "effects/phase_run.h"
 #include "resources/panel_pulse.h"
 
 namespace glyphmotion {
@@ -46,19 +46,17 @@ int Build(EffectContext& context) noexcept {
     const double intensity = ReadNumber(dialog, kIntensity) / 100.0;
     Parameters parameters;
     if (!BeginRun(context, &parameters, Render, std::int64_t{2} * half + 1)) return false;
-    RepeatedFrames repeated(context);
-    const auto next = [&](int step) {
-      parameters.phase = -((static_cast<double>(step) / half) * intensity);
-      return repeated.Next(static_cast<int>(parameters.phase * 100), Render);
+    std::vector<PhaseFrame> plan;
+    const auto add = [&](int step, int shown, std::optional<int> progress) {
+      const double phase = -((static_cast<double>(step) / half) * intensity);
+      plan.push_back({phase, shown, progress, static_cast<int>(phase * 100)});
     };
     int count = 0;
-    for (int i = 0; i < half; ++i) {
-      if (!AppendWithProgress(context, next(i), delay, count++, frames)) return false;
-    }
-    for (int j = half - 1; j >= 0; --j) {
-      if (!AppendWithProgress(context, next(j), delay, count++, frames)) return false;
-    }
-    return AppendQuietly(context, next(0), delay + pause);
+    for (int i = 0; i < half; ++i) add(i, delay, count++);
+    for (int j = half - 1; j >= 0; --j) add(j, delay, count++);
+    add(0, delay + pause, {});
+    return AppendPhases<Parameters>(context, Render, plan, frames,
+                                    [](Parameters& lane, double phase) { lane.phase = phase; });
   });
 }
 

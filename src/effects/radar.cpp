@@ -10,6 +10,7 @@
 #include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/run_state.h"
@@ -120,8 +121,13 @@ int Build(EffectContext& context) noexcept {
     }
     const int frames = 360 / step;
     // The sense of rotation is in the drawing; the angle falls either way.
-    return BeginRun(context, &turn, Render, frames) &&
-           AppendEvenRun(context, Render, frames, [&](int i) { turn.angle = -i * step; });
+    if (!BeginRun(context, &turn, Render, frames)) return false;
+    const int delay = ReadPace(*context.dialog).delay;
+    std::vector<PhaseFrame> plan;
+    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(-i * step), delay, i, {}});
+    return AppendPhases<Turn>(context, Render, plan, frames, [increment = turn.increment](Turn& lane, double angle) {
+      lane = {static_cast<int>(angle), increment};
+    });
   });
 }
 

@@ -36,6 +36,8 @@ class RayPainter {
   struct Axis {
     Contributions windows;
     std::vector<int> from, end;
+    std::vector<std::size_t> begin;  // sums[begin[c] + k]: of the first k weights of output c
+    std::vector<double> sums;
   };
   using Pieces = std::array<RowSpan, kLineParts>;  // of one line, by part or in order
 

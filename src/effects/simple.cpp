@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "effects/effect_table.h"
+#include "effects/phase_run.h"
 #include "resources/panel_simple.h"
 
 namespace glyphmotion {
@@ -60,14 +61,17 @@ int Build(EffectContext& context) noexcept {
     if (!size) return false;
     Run run = PlanRun(ReadDirection(dialog, kScroll), *size, ReadNumber(dialog, kFrames));
     if (!RunFits(context, *size, run.frames)) return false;
+    std::vector<PhaseFrame> plan;
     for (int i = 0; i < run.frames; ++i) {
       const double previous = run.position;
       run.position += run.step;
-      (run.vertical ? offset.y : offset.x) = static_cast<int>(run.position);
       const bool rests = i == run.frames - 1 || Holds(previous, run.position, run.step);
-      if (!AppendWithProgress(context, Render(context), rests ? delay + pause : delay, i, run.frames)) return false;
+      plan.push_back({run.position, rests ? delay + pause : delay, i, {}});
     }
-    return true;
+    const auto set = [vertical = run.vertical](ScrollOffset& lane, double position) {
+      (vertical ? lane.y : lane.x) = static_cast<int>(position);
+    };
+    return AppendPhases<ScrollOffset>(context, Render, plan, run.frames, set);
   });
 }
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "effects/effect_table.h"
-#include "effects/repeated_frames.h"
+#include "effects/phase_run.h"
 #include "effects/twist.h"
 #include "resources/panel_singularity.h"
 
@@ -74,19 +74,16 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(dialog, kFrames), half = frames / 2;
     Parameters parameters;
     if (!BeginRun(context, &parameters, Render, std::int64_t{2} * half + 1)) return false;
-    RepeatedFrames repeated(context);
-    const auto next = [&](int step) {
-      parameters.phase = static_cast<double>(step) / half;
-      return repeated.Next(step, Render);
+    std::vector<PhaseFrame> plan;
+    const auto add = [&](int step, int shown, std::optional<int> progress) {
+      plan.push_back({static_cast<double>(step) / half, shown, progress, step});
     };
     int count = 0;
-    for (int i = 0; i < half; ++i) {
-      if (!AppendWithProgress(context, next(i), delay, count++, frames)) return false;
-    }
-    for (int j = half; j > 0; --j) {
-      if (!AppendWithProgress(context, next(j), delay, count++, frames)) return false;
-    }
-    return AppendQuietly(context, next(0), delay + pause);
+    for (int i = 0; i < half; ++i) add(i, delay, count++);
+    for (int j = half; j > 0; --j) add(j, delay, count++);
+    add(0, delay + pause, {});
+    return AppendPhases<Parameters>(context, Render, plan, frames,
+                                    [](Parameters& lane, double phase) { lane.phase = phase; });
   });
 }
 

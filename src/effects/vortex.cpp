@@ -2,7 +2,7 @@
 // Vortex: the text twists up like water going down a drain and untwists again. Only the masks are twisted, never the
 // materials: the letters swirl across a fill that stays in place.
 #include "effects/effect_table.h"
-#include "effects/repeated_frames.h"
+#include "effects/phase_run.h"
 #include "effects/twist.h"
 #include "resources/panel_vortex.h"
 
@@ -48,11 +48,10 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(dialog, kFrames);
     Parameters parameters;
     if (!BeginRun(context, &parameters, Render, frames)) return false;
-    RepeatedFrames repeated(context);
-    return AppendRunToRest(context, frames, [&](double phase) {
-      parameters.phase = phase;
-      return repeated.Next(AngleOf(dialog, phase), Render);
-    });
+    std::vector<PhaseFrame> plan = PlanToRest(context, frames);
+    for (PhaseFrame& frame : plan) frame.shows = AngleOf(dialog, frame.phase);
+    return AppendPhases<Parameters>(context, Render, plan, frames - 1,
+                                    [](Parameters& lane, double phase) { lane.phase = phase; });
   });
 }
 

@@ -5,6 +5,7 @@
 // vertical pass takes byte columns as they are, a horizontal one transposes the channels of some rows, tile by tile.
 // Where a window covers only zeros the result is zero already.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -17,13 +18,41 @@
 namespace glyphmotion {
 namespace {
 
+// Scales of whole numbers and of simple fractions give few different windows, which follow each other in turn. This
+// many are compared.
+constexpr std::size_t kRecent = 4;
+
+// The last windows, by where they begin relative to their centre. That difference is exact, and the weights depend on
+// nothing else.
+struct RecentWindows {
+  struct Window {
+    double offset = 0;
+    const Taps* taps = nullptr;
+  };
+  std::array<Window, kRecent> windows;
+  std::size_t next = 0;
+
+  const Taps* Find(double offset, int count) const {
+    for (const Window& window : windows)
+      if (window.taps && window.offset == offset && window.taps->count == count) return window.taps;
+    return nullptr;
+  }
+  void Add(double offset, const Taps& taps) { windows[next++ % kRecent] = {offset, &taps}; }
+};
+
 // Fills in the weights of output position c; `exact` and `fast` have room for the window.
 void WeighWindow(Contributions& list, int c, double scale, double filterScale, double radius,
-                 const ResampleFilter& filter, double* exact, float* fast) {
+                 const ResampleFilter& filter, RecentWindows& recent, double* exact, float* fast) {
   const double centre = (c + 0.5) / scale;
   const int first = static_cast<int>(std::max(0.0, std::trunc(centre - radius + 0.5)));
   const int end = static_cast<int>(std::min<double>(list.source, std::trunc(centre + radius + 0.5)));
   const int count = std::max(end - first, 0);
+  list.first[static_cast<std::size_t>(c)] = count ? first : 0;
+  Taps& taps = list.taps[static_cast<std::size_t>(c)];
+  if (const Taps* same = recent.Find(first - centre, count)) {
+    taps = *same;
+    return;
+  }
   double sum = 0.0;
   for (int t = 0; t < count; ++t) {
     exact[t] = filter.kernel((first + t - centre + 0.5) / filterScale);
@@ -33,10 +62,9 @@ void WeighWindow(Contributions& list, int c, double scale, double filterScale, d
     if (sum != 0.0 && sum != 1.0) exact[t] /= sum;
     fast[t] = static_cast<float>(exact[t]);
   }
-  list.first[static_cast<std::size_t>(c)] = count ? first : 0;
-  Taps& taps = list.taps[static_cast<std::size_t>(c)];
   taps = {exact, count, fast, 0, RoundUpToGroup(count), 0.0f};
   taps.tolerance = Tolerance(taps);
+  recent.Add(first - centre, taps);
 }
 
 }  // namespace
@@ -59,9 +87,10 @@ bool FindContributions(int source, int target, const ResampleFilter& filter, Con
   list.exact = ScratchArray<double>(outputs * room);
   list.fast = ScratchArray<float>(outputs * room);
   if (!list.first || !list.taps || !list.exact || !list.fast) return false;
+  RecentWindows recent;
   for (int c = 0; c < target; ++c) {
     const std::size_t at = static_cast<std::size_t>(c) * room;
-    WeighWindow(list, c, scale, filterScale, radius, filter, list.exact.get() + at, list.fast.get() + at);
+    WeighWindow(list, c, scale, filterScale, radius, filter, recent, list.exact.get() + at, list.fast.get() + at);
   }
   return true;
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace glyphmotion {
 namespace {
@@ -108,6 +109,26 @@ void SumToBytes(const float* in, std::ptrdiff_t pitch, const Taps& taps, const D
   }
   for (int l = 0; l < kLanes; ++l) {
     if (doubtful[l]) out[l] = PlainSum(in + l, pitch, taps, divisors.exact[l]);
+  }
+}
+
+void SumMirrored(const float* in, std::ptrdiff_t pitch, const Taps& taps, const Taps& mirroredTaps, std::uint8_t* out,
+                 std::uint8_t* mirrored) noexcept {
+  std::int32_t doubtful[kLanes];
+  const int doubts = FastSums(in + taps.fastFirst * pitch, pitch, taps.fast, taps.fastCount, kNoDivision.reciprocal,
+                              taps.tolerance, out, doubtful);
+  std::memcpy(mirrored, out, kLanes);
+  if (doubts == 0) return;
+  const float* last = in + (taps.count - 1) * pitch;
+  if (doubts > kFewDoubts) {
+    PlainSums(in, pitch, taps, kNoDivision.exact, out);
+    PlainSums(last, -pitch, mirroredTaps, kNoDivision.exact, mirrored);
+    return;
+  }
+  for (int l = 0; l < kLanes; ++l) {
+    if (!doubtful[l]) continue;
+    out[l] = PlainSum(in + l, pitch, taps, 1.0);
+    mirrored[l] = PlainSum(last + l, -pitch, mirroredTaps, 1.0);
   }
 }
 

@@ -47,6 +47,11 @@ extern const Divisors kNoDivision;
 void SumToBytes(const float* in, std::ptrdiff_t pitch, const Taps& taps, const Divisors& divisors,
                 std::uint8_t* out) noexcept;
 
+/// The same, without division, for an output and the one that is its mirror image: the samples of the latter are these
+/// in reverse order, and its weights too, but for the last bits.
+void SumMirrored(const float* in, std::ptrdiff_t pitch, const Taps& taps, const Taps& mirroredTaps, std::uint8_t* out,
+                 std::uint8_t* mirrored) noexcept;
+
 /// Converts bytes to floats.
 void WidenBytes(const std::uint8_t* from, std::size_t count, float* to) noexcept;
 

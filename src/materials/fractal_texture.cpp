@@ -215,18 +215,18 @@ void BlendRow(std::uint8_t* to, const int* alpha, int width, Colour colour) {
 }
 
 // Blends the layer, scaled to the picture's size: only values above its middle are visible.
-void CompositeLayer(const DibView& view, const Spectrum& spectrum, Colour colour) {
+void CompositeLayer(const DibView& view, const TextureWindow& window, const Spectrum& spectrum, Colour colour) {
   const int m = std::clamp(spectrum.side, 32, 1024);
   const std::vector<std::uint8_t> bytes = ByteImage(spectrum, m);
-  const int width = view.Width(), span = (std::max(width, view.Height()) + 1) & ~1;
+  const int width = view.Width(), span = (std::max(window.width, window.height) + 1) & ~1;
   const auto columns = static_cast<std::size_t>(width);
   std::vector<Between> places(columns);
-  for (int x = 0; x < width; ++x) places[static_cast<std::size_t>(x)] = PlaceOf(x, span, m);
+  for (int x = 0; x < width; ++x) places[static_cast<std::size_t>(x)] = PlaceOf(window.shown.left + x, span, m);
   std::vector<double> left(columns), right(columns);
   std::vector<int> alpha(columns);
   for (int y = 0; y < view.Height(); ++y) {
     if (EndRequested()) return;
-    const Between row = PlaceOf(y, view.Height(), m);
+    const Between row = PlaceOf(window.shown.top + y, window.height, m);
     const std::uint8_t* upper = bytes.data() + static_cast<std::size_t>(row.first) * static_cast<std::size_t>(m);
     const std::uint8_t* lower = bytes.data() + static_cast<std::size_t>(row.second) * static_cast<std::size_t>(m);
     for (std::size_t x = 0; x < columns; ++x) {
@@ -245,11 +245,9 @@ void CompositeLayer(const DibView& view, const Spectrum& spectrum, Colour colour
 
 void SeedFractalNoise(std::uint32_t seed) noexcept { SeedRandom(seed); }
 
-PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept {
-  const std::int64_t width = std::int64_t{parameters.Right} - parameters.Left,
-                     height = std::int64_t{parameters.Bottom} - parameters.Top;
-  if (width > INT32_MAX || height > INT32_MAX || parameters.MatrixSize > kMaxMatrix) return {};
-  PackedDib picture = SolidDib(static_cast<int>(width), static_cast<int>(height), parameters.BackColour);
+PackedDib GenerateFractalTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept {
+  if (!window || parameters.MatrixSize > kMaxMatrix) return {};
+  PackedDib picture = SolidDib(window.shown.Width(), window.shown.Height(), parameters.BackColour);
   const DibView view(picture);
   if (!view) return {};
   try {
@@ -262,7 +260,7 @@ PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept {
       FillSpectrum(spectrum, -(h + 1.0) / 2.0);
       Transform(spectrum);
       Normalise(spectrum.re, parameters.Power[k]);
-      CompositeLayer(view, spectrum, parameters.ForeColour[k]);
+      CompositeLayer(view, window, spectrum, parameters.ForeColour[k]);
     }
   } catch (...) {
     return {};

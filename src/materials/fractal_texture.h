@@ -8,7 +8,7 @@
 // recurrence, data in single precision.
 #pragma once
 
-#include "materials/material.h"
+#include "materials/texture_window.h"
 
 namespace glyphmotion {
 
@@ -17,7 +17,7 @@ constexpr int kMaxMatrix = 4096;
 
 /// TextureType 0 to 3 has 1 to 4 layers; other types have none. A new 24-bit bitmap of the bounds' size, or nothing on
 /// failure. Leaves the random generator after the last layer's draws.
-PackedDib GenerateFractalTexture(const TextureSpec& parameters) noexcept;
+PackedDib GenerateFractalTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept;
 
 /// Seeds the generator that all textures draw from.
 void SeedFractalNoise(std::uint32_t seed) noexcept;

@@ -26,20 +26,11 @@ void SetHead(std::uint8_t* record) {
   std::memcpy(record + offsetof(Material, Size), &size, sizeof(size));
 }
 
-// Textures are rendered as a square of the greater side and cropped to its centre.
+// The texture is a square of the greater side, of which the middle is shown.
 PackedDib RenderTexture(TextureSpec& texture, int width, int height) {
   if (!DibSize(width, height, 24)) return {};
-  const int side = std::max(width, height);
-  SetTextureBounds(texture, side);
-  PackedDib square = GenerateTexture(texture);
-  if (!square || width == height) return square;
-  const int left = std::max((side - width) / 2, 0), top = std::max((side - height) / 2, 0);
-  PackedDib middle = CropDib(square, {left, top, left + width, top + height});
-  if (middle) return middle;
-  // When out of memory here, the corner of the square is used instead.
-  PackedDib corner = BlankDib(width, height, nullptr, 24);
-  CopyRegion(DibView(corner), 0, 0, DibView(square), 0, 0, width, height);
-  return corner;
+  SetTextureBounds(texture, std::max(width, height));
+  return GenerateTexture(texture, MiddleOf(texture, width, height));
 }
 
 // Where the disk form differs from memory: three handles of 8 bytes are 4 on disk, so the bytes after each have a lower

@@ -40,18 +40,29 @@ bool SeedsRandom(const Material& material) {
 
 }  // namespace
 
+const MaterialCache::Entry* MaterialCache::Inherited(const std::string& key) const {
+  if (!elder_) return nullptr;
+  const auto found =
+      std::find_if(elder_->entries_.begin(), elder_->entries_.end(), [&](const Entry& e) { return e.key == key; });
+  return found == elder_->entries_.end() ? nullptr : &*found;
+}
+
 PackedDib MaterialCache::Render(Material& material, int width, int height) noexcept {
   // Solid colours and tiles render as fast as a copy.
   if (material.Kind != kGradient && material.Kind != kTexture) return MaterialToBitmap(material, width, height);
   try {
     std::string key = KeyOf(material, width, height);
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& e) { return e.key == key; });
+    const Entry* known = Inherited(key);
     if (found != entries_.end()) {
       entries_.splice(entries_.begin(), entries_, found);
-      PackedDib copy = DuplicateDib(found->bitmap);
+      known = &*found;
+    }
+    if (known) {
+      PackedDib copy = DuplicateDib(known->bitmap);
       if (!copy) return copy;
       if (material.Kind == kTexture) SetTextureBounds(material.Texture, std::max(width, height));
-      if (found->setsRandom) SeedRandom(found->randomState);
+      if (known->setsRandom) SeedRandom(known->randomState);
       return copy;
     }
     const bool noiseStood = NoiseTablesBuilt();

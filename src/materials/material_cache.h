@@ -17,6 +17,10 @@ class MaterialCache {
  public:
   static constexpr std::size_t kMaxBytes = std::size_t{64} << 20;
 
+  MaterialCache() = default;
+  /// A cache for another thread of the run. What `elder` has is copied from there; nobody may change it meanwhile.
+  explicit MaterialCache(const MaterialCache* elder) : elder_(elder) {}
+
   /// A bitmap that the caller owns, or nothing on failure.
   PackedDib Render(Material& material, int width, int height) noexcept;
 
@@ -27,6 +31,9 @@ class MaterialCache {
     bool setsRandom = false;
     std::uint32_t randomState = 0;
   };
+  const Entry* Inherited(const std::string& key) const;
+
+  const MaterialCache* elder_ = nullptr;
   std::list<Entry> entries_;
   std::size_t bytes_ = 0;
 };

@@ -25,28 +25,26 @@ std::int32_t Truncate(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
 }
 
-bool SizeOf(const TextureSpec& parameters, int& width, int& height) {
-  const std::int64_t w = std::int64_t{parameters.Right} - parameters.Left,
-                     h = std::int64_t{parameters.Bottom} - parameters.Top;
-  width = w <= INT32_MAX ? static_cast<int>(w) : 0;
-  height = h <= INT32_MAX ? static_cast<int>(h) : 0;
-  return DibSize(width, height, 24) != 0;
-}
-
 // Craters -------------------------------------------------------------------------------------------------------------
 
 // More impacts than this make no visible difference, and a malformed record may request billions.
 constexpr std::uint32_t kMostCraters = 1000000;
 
+// A surface of which some rows are kept: those from `first` on, `end` excluded.
 class HeightField {
  public:
-  HeightField(int width, int height)
+  HeightField(int width, int height, int first, int end)
       : width_(width),
         height_(height),
-        heights_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 32767) {}
+        first_(first),
+        end_(end),
+        heights_(static_cast<std::size_t>(width) * static_cast<std::size_t>(end - first), 32767) {}
   int Width() const { return width_; }
-  int Height() const { return height_; }
-  std::uint16_t* Row(int y) { return heights_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); }
+  int First() const { return first_; }
+  int End() const { return end_; }
+  std::uint16_t* Row(int y) {
+    return heights_.data() + static_cast<std::size_t>(y - first_) * static_cast<std::size_t>(width_);
+  }
 
   // The mean of the square of side 2 * reach + 1 around a position, clipped to the field.
   int Mean(int x, int y, int reach) {
@@ -61,7 +59,7 @@ class HeightField {
   }
 
  private:
-  int width_, height_;
+  int width_, height_, first_, end_;
   std::vector<std::uint16_t> heights_;
 };
 
@@ -91,7 +89,7 @@ CraterStamp MakeStamp(int radius, double depth) {
 }
 
 void StampLargeCrater(HeightField& field, int x, int y, int radius, double level, const CraterStamp& stamp) {
-  const int top = std::max(y - radius, 0), bottom = std::min(field.Height() - 1, y + radius);
+  const int top = std::max(y - radius, field.First()), bottom = std::min(field.End() - 1, y + radius);
   const int left = std::max(x - radius, 0), right = std::min(field.Width() - 1, x + radius);
   const int side = 2 * radius + 1;
   for (int yy = top; yy <= bottom; ++yy) {
@@ -106,23 +104,58 @@ void StampLargeCrater(HeightField& field, int x, int y, int radius, double level
   }
 }
 
-void HitSurface(HeightField& field, std::uint32_t craters, double depth) {
-  std::map<int, CraterStamp> stamps;
+struct Impact {
+  int x, y;
+  int radius;           // 0: a single place
+  int noise;            // added there
+  int levelReach = 1;   // the mean so far around (x, y) is the level of the impact
+  bool counts = false;  // it can be seen, or something that can depends on it
+};
+
+std::vector<Impact> DrawImpacts(int width, int height, std::uint32_t craters) {
+  std::vector<Impact> impacts;
   for (std::uint32_t i = 0; i < craters && !EndRequested(); ++i) {
-    const int x = static_cast<int>((field.Width() - 1.0) * RandomUnit());
-    const int y = static_cast<int>((field.Height() - 1.0) * RandomUnit());
+    Impact impact{};
+    impact.x = static_cast<int>((width - 1.0) * RandomUnit());
+    impact.y = static_cast<int>((height - 1.0) * RandomUnit());
     const double r = std::sqrt(1.0 / ((1.0 - 0.9999 * RandomUnit()) * std::numbers::pi));
     if (r < 3.0) {
-      const int mean = field.Mean(x, y, 1);
-      const int noise = r >= 1.0 ? ((NextRandom() >> 8) & 3) - 1 : 0;
-      field.Row(y)[x] = static_cast<std::uint16_t>(mean + noise);
+      impact.noise = r >= 1.0 ? ((NextRandom() >> 8) & 3) - 1 : 0;
+    } else {
+      impact.radius = static_cast<int>(std::max(2.0, r));
+      impact.levelReach = static_cast<int>(std::max(2.0, r / 3.0));
+    }
+    impacts.push_back(impact);
+  }
+  return impacts;
+}
+
+// The rows that the window's rows depend on: an impact that changes such a row reads those around its place. Marks
+// these impacts.
+HeightField FieldFor(const TextureWindow& window, std::vector<Impact>& impacts) {
+  int first = window.shown.top, end = window.shown.bottom;
+  for (auto impact = impacts.rbegin(); impact != impacts.rend(); ++impact) {
+    if (impact->y + impact->radius < first || impact->y - impact->radius >= end) continue;
+    impact->counts = true;
+    first = std::min(first, std::max(impact->y - impact->levelReach, 0));
+    end = std::max(end, std::min(impact->y + impact->levelReach + 1, window.height));
+  }
+  return {window.width, window.height, first, end};
+}
+
+void HitSurface(HeightField& field, const std::vector<Impact>& impacts, double depth) {
+  std::map<int, CraterStamp> stamps;
+  for (const Impact& impact : impacts) {
+    if (EndRequested()) return;
+    if (!impact.counts) continue;
+    const int level = field.Mean(impact.x, impact.y, impact.levelReach);
+    if (impact.radius == 0) {
+      field.Row(impact.y)[impact.x] = static_cast<std::uint16_t>(level + impact.noise);
       continue;
     }
-    const int level = field.Mean(x, y, static_cast<int>(std::max(2.0, r / 3.0)));
-    const int radius = static_cast<int>(std::max(2.0, r));
-    auto stamp = stamps.find(radius);
-    if (stamp == stamps.end()) stamp = stamps.emplace(radius, MakeStamp(radius, depth)).first;
-    StampLargeCrater(field, x, y, radius, level, stamp->second);
+    auto stamp = stamps.find(impact.radius);
+    if (stamp == stamps.end()) stamp = stamps.emplace(impact.radius, MakeStamp(impact.radius, depth)).first;
+    StampLargeCrater(field, impact.x, impact.y, impact.radius, level, stamp->second);
   }
 }
 
@@ -274,36 +307,83 @@ ColourTable MakeColourTable(const TextureSpec& parameters) {
   return table;
 }
 
-// The value of each position under a bubble, by shape.
-float Swell(std::uint32_t shape, float old, float d2, float r2) {
-  switch (shape) {
-    case 0:
-      return old + 1.0f;
-    case 1:
-      return 1.0f / (2.0f * d2 / r2 + 1.0f) + old;
-    case 2:
-      return 1.0f / (16.0f * d2 / r2 + 0.1f) + old;
-    case 3:
-      return (1.0f - old) * d2 / r2 + old;
-    default:
-      return old;
+// What a bubble adds at each place of its disc, row by row; all bubbles of a texture are alike.
+struct BubbleStamp {
+  int radius = 0;
+  std::vector<int> reach;     // by row: columns from -reach to reach, the radius excluded on the right
+  std::vector<float> values;  // side x side: the addend or, of kSphere, the squared distance
+
+  std::size_t Side() const { return 2 * static_cast<std::size_t>(radius); }
+  /// The value of column dx in row dy, both from -radius on.
+  const float* At(int dy, int dx) const {
+    return values.data() + static_cast<std::size_t>(dy + radius) * Side() + (dx + radius);
   }
+};
+
+enum BubbleShape : std::uint32_t { kDisc = 0, kHill = 1, kPeak = 2, kSphere = 3 };
+
+float BubbleValue(std::uint32_t shape, float d2, float r2) {
+  if (shape == kDisc) return 1.0f;
+  if (shape == kHill) return 1.0f / (2.0f * d2 / r2 + 1.0f);
+  if (shape == kPeak) return 1.0f / (16.0f * d2 / r2 + 0.1f);
+  return d2;
 }
 
-std::vector<float> BubbleMap(const TextureSpec& parameters, int width, int height, int bubbles) {
-  std::vector<float> map(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  const int radius = std::min({height / 2, width / 2, std::max(static_cast<std::int32_t>(parameters.BubbleSize), 1)});
+BubbleStamp MakeBubble(std::uint32_t shape, int radius) {
+  BubbleStamp stamp;
+  stamp.radius = radius;
+  stamp.reach.resize(stamp.Side());
+  stamp.values.resize(stamp.Side() * stamp.Side());
   const std::int64_t r2 = std::int64_t{radius} * radius;
+  for (int dy = -radius; dy < radius && !EndRequested(); ++dy) {
+    float* row = stamp.values.data() + static_cast<std::size_t>(dy + radius) * stamp.Side();
+    for (int dx = -radius; dx < radius; ++dx) {
+      const std::int64_t d2 = std::int64_t{dx} * dx + std::int64_t{dy} * dy;
+      if (d2 > r2) continue;
+      row[dx + radius] = BubbleValue(shape, static_cast<float>(d2), static_cast<float>(r2));
+      stamp.reach[static_cast<std::size_t>(dy + radius)] =
+          std::max(stamp.reach[static_cast<std::size_t>(dy + radius)], std::abs(dx));
+    }
+  }
+  return stamp;
+}
+
+GLYPHMOTION_CLONES void Raise(float* __restrict row, const float* __restrict values, int count) {
+  for (int i = 0; i < count; ++i) row[i] += values[i];
+}
+GLYPHMOTION_CLONES void Bulge(float* __restrict row, const float* __restrict squares, float r2, int count) {
+  for (int i = 0; i < count; ++i) row[i] = (1.0f - row[i]) * squares[i] / r2 + row[i];
+}
+
+// The window's part of the map.
+std::vector<float> BubbleMap(const TextureSpec& parameters, const TextureWindow& window, int bubbles) {
+  const int width = window.width, height = window.height;
+  const Rect& shown = window.shown;
+  std::vector<float> map(static_cast<std::size_t>(shown.Width()) * static_cast<std::size_t>(shown.Height()));
+  const int radius = std::min({height / 2, width / 2, std::max(static_cast<std::int32_t>(parameters.BubbleSize), 1)});
   const std::uint32_t shape = parameters.BubbleShape;
   SeedRandom(parameters.SeedValue[0]);
+  const BubbleStamp stamp = MakeBubble(shape, shape <= kSphere ? radius : 0);
+  const auto r2 = static_cast<float>(std::int64_t{radius} * radius);
   for (int i = 0; i < bubbles && !EndRequested(); ++i) {
     const int cx = NextRandom() % width + width, cy = NextRandom() % height + height;
-    for (int dy = -radius; dy < radius && !EndRequested(); ++dy) {
-      float* row = map.data() + static_cast<std::size_t>((cy + dy) % height) * static_cast<std::size_t>(width);
-      int x = (cx - radius) % width;
-      for (int dx = -radius; dx < radius; ++dx, x = x + 1 == width ? 0 : x + 1) {
-        const std::int64_t d2 = std::int64_t{dx} * dx + std::int64_t{dy} * dy;
-        if (d2 <= r2) row[x] = Swell(shape, row[x], static_cast<float>(d2), static_cast<float>(r2));
+    for (int dy = -stamp.radius; dy < stamp.radius && !EndRequested(); ++dy) {
+      const int y = (cy + dy) % height - shown.top;
+      if (y < 0 || y >= shown.Height()) continue;
+      float* row = map.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(shown.Width());
+      const int reach = stamp.reach[static_cast<std::size_t>(dy + radius)];
+      // In pieces, since what leaves on one side enters on the other.
+      for (int dx = -reach, end = std::min(reach + 1, radius), count = 0; dx < end; dx += count) {
+        const int x = (cx + dx) % width;
+        count = std::min(end - dx, width - x);
+        const int left = std::max(x, shown.left), right = std::min(x + count, shown.right);
+        if (left >= right) continue;
+        const float* values = stamp.At(dy, dx + left - x);
+        if (shape == kSphere) {
+          Bulge(row + left - shown.left, values, r2, right - left);
+        } else {
+          Raise(row + left - shown.left, values, right - left);
+        }
       }
     }
   }
@@ -324,12 +404,12 @@ void NoiseRow(const NoiseTables& noise, const Octaves& octaves, float fy, const 
   }
 }
 
-std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, int width) {
+std::vector<LatticePlace> NoiseColumns(const Octaves& octaves, const TextureWindow& window) {
   std::vector<LatticePlace> columns;
-  columns.reserve(static_cast<std::size_t>(octaves.count) * static_cast<std::size_t>(width));
+  columns.reserve(static_cast<std::size_t>(octaves.count) * static_cast<std::size_t>(window.shown.Width()));
   for (int k = 0; k < octaves.count; ++k) {
-    for (int x = 0; x < width; ++x) {
-      const float fx = static_cast<float>(x) / static_cast<float>(width);
+    for (int x = window.shown.left; x < window.shown.right; ++x) {
+      const float fx = static_cast<float>(x) / static_cast<float>(window.width);
       columns.push_back(PlaceOf(fx * 16.0f * static_cast<float>(1 << k)));
     }
   }
@@ -342,28 +422,28 @@ double TextureCurve(const float (&values)[4], double t) noexcept { return CurveA
 
 bool NoiseTablesBuilt() { return RunNoise().built; }
 
-PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept {
-  int width = 0, height = 0;
-  if (!SizeOf(parameters, width, height)) return {};
-  PackedDib picture = SolidDib(width, height, parameters.BackColour);
+PackedDib GenerateCraterTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept {
+  if (!window) return {};
+  PackedDib picture = SolidDib(window.shown.Width(), window.shown.Height(), parameters.BackColour);
   const DibView view(picture);
   if (!view) return {};
   try {
     SeedFractalNoise(parameters.SeedValue[0]);
-    HeightField field(width, height);
-    const auto depth = static_cast<double>(parameters.CreaterDepth);
     const std::uint32_t craters = parameters.CreaterCount;
-    HitSurface(field, std::min(craters, kMostCraters) * 10, depth);
+    std::vector<Impact> impacts = DrawImpacts(window.width, window.height, std::min(craters, kMostCraters) * 10);
+    HeightField field = FieldFor(window, impacts);
+    HitSurface(field, impacts, static_cast<double>(parameters.CreaterDepth));
     const auto shading = ShadingTable();
     std::array<std::array<std::uint8_t, 3>, shading.size()> pixels;
     for (std::size_t i = 0; i < shading.size(); ++i) {
       PutColour(pixels[i].data(), Blend(parameters.BackColour, parameters.ForeColour[0], shading[i]));
     }
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < view.Height(); ++y) {
       if (EndRequested()) return {};
-      const std::uint16_t* row = field.Row(y);
+      const std::uint16_t* row = field.Row(window.shown.top + y);
       std::uint8_t* to = view.Row(y);
-      for (int x = 0; x + 1 < width; ++x, to += 3) {
+      const int end = std::min(window.shown.right, window.width - 1);
+      for (int x = window.shown.left; x < end; ++x, to += 3) {
         const int slope = std::clamp(row[x + 1] - row[x], -kSteepest, kSteepest);
         std::copy_n(pixels[static_cast<std::size_t>(slope + kSteepest)].data(), 3, to);
       }
@@ -374,9 +454,9 @@ PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept {
   return picture;
 }
 
-PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept {
-  int width = 0, height = 0;
-  if (!SizeOf(parameters, width, height)) return {};
+PackedDib GeneratePerturbationTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept {
+  if (!window) return {};
+  const int width = window.shown.Width(), height = window.shown.Height();
   PackedDib picture = BlankDib(width, height, nullptr, 24);
   const DibView view(picture);
   if (!view) return {};
@@ -384,15 +464,16 @@ PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept {
     const int bubbles = std::clamp(static_cast<std::int32_t>(parameters.BubbleCount), 0, 1024);
     const float power = parameters.PerturbationPower, bubblePower = parameters.BubblePower;
     const ColourTable colours = MakeColourTable(parameters);
-    const std::vector<float> map = bubbles ? BubbleMap(parameters, width, height, bubbles) : std::vector<float>();
+    const std::vector<float> map = bubbles ? BubbleMap(parameters, window, bubbles) : std::vector<float>();
     const Octaves octaves = power > kSmallest ? OctavesOf(parameters.MatrixSize) : Octaves{};
     NoiseTables& noise = RunNoise();
     if (octaves.count && !noise.built) BuildNoise(noise, parameters.SeedValue[0]);
-    const std::vector<LatticePlace> columns = NoiseColumns(octaves, width);
+    const std::vector<LatticePlace> columns = NoiseColumns(octaves, window);
     std::vector<float> sums(static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {
       if (EndRequested()) return {};
-      NoiseRow(noise, octaves, static_cast<float>(y) / static_cast<float>(height), columns, sums);
+      const float fy = static_cast<float>(window.shown.top + y) / static_cast<float>(window.height);
+      NoiseRow(noise, octaves, fy, columns, sums);
       std::uint8_t* to = view.Row(y);
       const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
       for (int x = 0; x < width; ++x, to += 3) {

@@ -2,18 +2,18 @@
 // Textures that are shaded surfaces: craters stamped into a height field, and gradient noise with bubbles.
 #pragma once
 
-#include "materials/material.h"
+#include "materials/texture_window.h"
 
 namespace glyphmotion {
 
 /// A flat surface hit by CreaterCount * 10 impacts of power-law size, lit along the rows: BackColour and ForeColour[0]
-/// mixed by the slope. Seeded by SeedValue[0]. A new 24-bit bitmap of the bounds' size, or nothing.
-PackedDib GenerateCraterTexture(const TextureSpec& parameters) noexcept;
+/// mixed by the slope. Seeded by SeedValue[0]. A new 24-bit bitmap of the window, or nothing.
+PackedDib GenerateCraterTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept;
 
 /// Octaves of gradient noise (MatrixSize 32 to 1024 gives 0 to 8 of them) and stamped bubbles make a grey, which three
 /// curves turn into colour. The bubbles follow SeedValue[0]; the noise follows that of the first such texture of the
 /// run. A new 24-bit bitmap of the bounds' size, or nothing.
-PackedDib GeneratePerturbationTexture(const TextureSpec& parameters) noexcept;
+PackedDib GeneratePerturbationTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept;
 
 /// Whether a perturbation texture has built the noise tables, which last for the rest of the run.
 bool NoiseTablesBuilt();

@@ -167,17 +167,17 @@ void DefaultTextureSpec(TextureSpec& parameters) noexcept {
   parameters.PerturbationPower = 1.0f;
 }
 
-PackedDib GenerateTexture(const TextureSpec& parameters) noexcept {
+PackedDib GenerateTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept {
   switch (parameters.TextureType) {
     case 0:
     case 1:
     case 2:
     case 3:
-      return GenerateFractalTexture(parameters);
+      return GenerateFractalTexture(parameters, window);
     case 4:
-      return GenerateCraterTexture(parameters);
+      return GenerateCraterTexture(parameters, window);
     case 5:
-      return GeneratePerturbationTexture(parameters);
+      return GeneratePerturbationTexture(parameters, window);
     default:
       return {};
   }

@@ -7,6 +7,7 @@
 
 #include "materials/library_stamp.h"
 #include "materials/material.h"
+#include "materials/texture_window.h"
 
 namespace glyphmotion {
 
@@ -16,7 +17,7 @@ constexpr int kTextureTypes = 6;
 void DefaultTextureSpec(TextureSpec& parameters) noexcept;
 
 /// Renders a texture to a new 24-bit bitmap of the size of its bounds; nothing for a type outside 0 to 5 or on failure.
-PackedDib GenerateTexture(const TextureSpec& parameters) noexcept;
+PackedDib GenerateTexture(const TextureSpec& parameters, const TextureWindow& window) noexcept;
 
 struct NamedTexture {
   std::string name;  ///< at most 260 bytes

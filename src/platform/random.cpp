@@ -5,14 +5,14 @@
 
 namespace glyphmotion {
 
-void SeedRandom(std::uint32_t seed) noexcept { CurrentRun().random = seed; }
+void SeedRandom(std::uint32_t seed) noexcept { CurrentRandom() = {seed, true}; }
 
 int NextRandom() noexcept {
-  std::uint32_t& state = CurrentRun().random;
+  std::uint32_t& state = CurrentRandom().state;
   state = StateAfter(state);
   return RandomOf(state);
 }
 
-std::uint32_t RandomState() noexcept { return CurrentRun().random; }
+std::uint32_t RandomState() noexcept { return CurrentRandom().state; }
 
 }  // namespace glyphmotion

@@ -6,7 +6,11 @@
 namespace glyphmotion {
 namespace {
 
-constinit thread_local RunState* currentRun = nullptr;
+struct Current {
+  RunState* run = nullptr;
+  RandomGenerator* random = nullptr;  ///< null: the run's
+};
+constinit thread_local Current current;
 
 std::uint64_t NextNumber() noexcept {
   static constinit std::atomic<std::uint64_t> last{0};
@@ -50,10 +54,15 @@ RunState& ThreadState() noexcept {
   return state;
 }
 
-RunState& CurrentRun() noexcept { return currentRun ? *currentRun : ThreadState(); }
+RunState& CurrentRun() noexcept { return current.run ? *current.run : ThreadState(); }
 
-RunScope::RunScope(RunState& run) noexcept : before_(currentRun) { currentRun = &run; }
+RandomGenerator& CurrentRandom() noexcept { return current.random ? *current.random : CurrentRun().random; }
 
-RunScope::~RunScope() { currentRun = before_; }
+RunScope::RunScope(RunState& run, RandomGenerator* random) noexcept
+    : before_(current.run), randomBefore_(current.random) {
+  current = {&run, random};
+}
+
+RunScope::~RunScope() { current = {before_, randomBefore_}; }
 
 }  // namespace glyphmotion

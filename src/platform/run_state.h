@@ -19,6 +19,12 @@ struct AllocationCountdown {
   std::atomic<std::uint64_t> failAt{0}, asked{0};
 };
 
+/// The random generator of random.h.
+struct RandomGenerator {
+  std::uint32_t state = 1;
+  bool seeded = false;  ///< since it was made
+};
+
 class RunState {
  public:
   RunState() noexcept;
@@ -52,8 +58,8 @@ class RunState {
   /// outlive the run. Null for none.
   void WatchRequest(const std::atomic<bool>* request) noexcept { outerRequest_ = request; }
 
-  /// The random generator's state, see random.h.
-  std::uint32_t random = 1;
+  /// What the run's main thread draws from.
+  RandomGenerator random;
 
   AllocationCountdown& Allocations() noexcept { return *allocations_; }
   /// Counts this run's allocations together with another's, which must outlive it.
@@ -90,19 +96,24 @@ RunState& ThreadState() noexcept;
 /// The run that the calling thread works for.
 RunState& CurrentRun() noexcept;
 
+/// What the calling thread draws from: its run's generator, or the one that it brought into its RunScope.
+RandomGenerator& CurrentRandom() noexcept;
+
 /// Whether the calling thread's run was asked to end.
 inline bool EndRequested() noexcept { return CurrentRun().EndRequested(); }
 
-/// Makes a run the calling thread's current one; the destructor restores the previous run.
+/// Makes a run the calling thread's current one; the destructor restores the previous run. `random`: a generator for
+/// this thread alone, which outlives the scope; null: the run's.
 class RunScope {
  public:
-  explicit RunScope(RunState& run) noexcept;
+  explicit RunScope(RunState& run, RandomGenerator* random = nullptr) noexcept;
   RunScope(const RunScope&) = delete;
   RunScope& operator=(const RunScope&) = delete;
   ~RunScope();
 
  private:
   RunState* before_;
+  RandomGenerator* randomBefore_;
 };
 
 /// For in-memory dialogs: copies to a new run what the calling thread has set in its own state: the driver, the

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include "controls/variables.h"
 #include "effects/effect_table.h"
@@ -14,6 +16,7 @@
 #include "image/supercompress.h"
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
+#include "platform/workers.h"
 #include "resources/strings.h"
 #include "shell/main_dialog.h"
 #include "shell/stamp.h"
@@ -186,22 +189,30 @@ class Run {
     const RemapOptions remapOptions{NumberVariable("FastRemap") != 0,
                                     static_cast<int>(NumberVariable("DitherBrightness")),
                                     static_cast<int>(NumberVariable("DitherContrast"))};
-    std::optional<ColourMatcher> matcher;
-    if (!options_.trueColour) matcher.emplace(palette_, depth_, colourCount_, remapOptions);
-    for (int i = 0; i < Frames().count; ++i) {
-      Progress(i, Frames().count);
+    const int count = Frames().count;
+    Workers& workers = RunWorkers();
+    std::vector<std::unique_ptr<ColourMatcher>> matchers(static_cast<std::size_t>(workers.Lanes()));
+    std::vector<std::uint8_t> reduced(static_cast<std::size_t>(count));
+    const auto reduce = [&](int lane, int i) {
+      std::unique_ptr<ColourMatcher>& matcher = matchers[static_cast<std::size_t>(lane)];
+      if (!matcher && !options_.trueColour)
+        matcher = std::make_unique<ColourMatcher>(palette_, depth_, colourCount_, remapOptions);
+      const LockedFrame record(Frames(), i);
+      reduced[static_cast<std::size_t>(i)] = record && !EndRequested() && (!stamped_ || StampFrame(record->image)) &&
+                                             (!matcher || RemapFrame(*record, i, *matcher));
+    };
+    const auto take = [&](int i) {
+      Progress(i, count);
       if (EndRequested()) return false;
       const LockedFrame record(Frames(), i);
-      if (!record) return FailMemory();
-      if (stamped_ && !StampFrame(record->image)) return FailMemory();
-      if (matcher && !RemapFrame(*record, i, *matcher)) return FailMemory();
-      const DibView view(record->image);
-      if (!view) return FailMemory();
+      const DibView view(record ? record->image : nullptr);
+      if (!reduced[static_cast<std::size_t>(i)] || !view) return FailMemory();
       maxWidth_ = std::max(maxWidth_, view.Width());
       maxHeight_ = std::max(maxHeight_, view.Height());
       if (options_.transparent) record->transparentIndex = transparentIndex_;
-    }
-    return true;
+      return true;
+    };
+    return workers.InOrder(count, reduce, take);
   }
 
   // Replaces the frame's 24-bit image by one of palette indices.

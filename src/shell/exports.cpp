@@ -8,6 +8,7 @@
 #include "platform/folders.h"
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
+#include "platform/workers.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -79,6 +80,7 @@ int PLUGIN16DoBuild(void* ownerWindow, const HostCallTable* table) {
     glyphmotion::RunState run;
     glyphmotion::TakeThreadSetup(run);
     const glyphmotion::RunScope scope(run);
+    glyphmotion::SetRunThreads(run.Allocations().failAt ? 1 : 0);
     glyphmotion::RecallUnsavedVariables();
     const int result = glyphmotion::RunMainDialog(ownerWindow, table);
     glyphmotion::LeaveUnsavedVariables();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
 #include <utility>
 
 #include "controls/material_control.h"
@@ -64,6 +65,11 @@ void RaiseAlphaRow(std::uint8_t* plane, const std::uint8_t* mask, int count) {
   for (int x = 0; x < count; ++x) RaiseAlpha(plane[x], mask[x]);
 }
 
+// Guards the sizes in the material records of the run's dialog.
+struct RecordLock {
+  std::mutex mutex;
+};
+
 // Runs an opening that may be absent.
 PackedDib Apply(const FrameComposer::Change& change, PackedDib dib) {
   return change && dib ? change(std::move(dib)) : std::move(dib);
@@ -116,9 +122,25 @@ bool FrameComposer::IsSolid(int control) const {
   return material && material->Kind == kSolid;
 }
 
+// Rendering leaves the size in the record, which threads of a run share: each works on a copy.
 PackedDib FrameComposer::RenderMaterial(int control, int width, int height) {
   const auto material = LockMaterial(dialog_, control);
-  return material ? cache_.materials.Render(*material, width, height) : PackedDib();
+  if (!material) return {};
+  std::mutex& mutex = CurrentRun().Member<RecordLock>().mutex;
+  Material copy;
+  {
+    const std::lock_guard lock(mutex);
+    copy = *material;
+  }
+  PackedDib bitmap = cache_.materials.Render(copy, width, height);
+  const std::lock_guard lock(mutex);
+  TextureSpec& texture = material->Texture;
+  texture.Left = copy.Texture.Left, texture.Top = copy.Texture.Top;
+  texture.Right = copy.Texture.Right, texture.Bottom = copy.Texture.Bottom;
+  TileSpec& tile = material->Tile;
+  tile.Left = copy.Tile.Left, tile.Top = copy.Tile.Top;
+  tile.Right = copy.Tile.Right, tile.Bottom = copy.Tile.Bottom;
+  return bitmap;
 }
 
 // After the effect has changed the options, since shapes depend on the font.

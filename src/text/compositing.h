@@ -29,6 +29,12 @@ struct RunCache {
   GlyphCache glyphs;
   MaterialCache materials;
   SoftShadowCache softShadow;
+
+  RunCache() = default;
+  /// For another thread of the run: begins with what `elder` has, which must outlive it and which nobody may change.
+  explicit RunCache(const RunCache& elder)
+      : glyphs(&elder.glyphs), materials(&elder.materials), softShadow(elder.softShadow) {}
+  RunCache& operator=(const RunCache&) = delete;
 };
 
 /// What the composer reads from the controls; an effect may change it before Compose.

@@ -37,6 +37,13 @@ void CopyColumns(const DibView& to, int toX, const DibView& from, int fromX, int
 
 }  // namespace
 
+SoftShadowCache::SoftShadowCache(const SoftShadowCache& elder)
+    : key_(elder.key_),
+      whole_(DuplicateDib(elder.whole_)),
+      wholeX_(elder.wholeX_),
+      wholeWidth_(elder.wholeWidth_),
+      strip_(DuplicateDib(elder.strip_)) {}
+
 PackedDib SoftShadowCache::Render(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height,
                                   int level, int softness, GlyphCache& glyphs) {
   std::string key = KeyOf(line, y, height, level, softness);

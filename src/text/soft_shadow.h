@@ -12,6 +12,11 @@ namespace glyphmotion {
 
 class SoftShadowCache {
  public:
+  SoftShadowCache() = default;
+  /// A cache for another thread of the run, with a copy of what `elder` has.
+  explicit SoftShadowCache(const SoftShadowCache& elder);
+  SoftShadowCache& operator=(const SoftShadowCache&) = delete;
+
   /// What Blur(RasteriseText(line, measure, x, y, width, height, level), softness) gives, pixel for pixel; nothing
   /// where that gives nothing.
   PackedDib Render(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height, int level,

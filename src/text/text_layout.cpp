@@ -41,7 +41,7 @@ class Layout {
  public:
   Layout(const TextLine& line, bool accentCompensation, GlyphCache& cache)
       : line_(line), accentCompensation_(accentCompensation), cache_(cache) {
-    measure_.height = MeasureFont(line.font).height;
+    measure_.height = cache.Height(line.font);
     measure_.advances.reserve(line.text.size());
   }
 

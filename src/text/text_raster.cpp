@@ -94,14 +94,27 @@ bool ForEachGlyph(const TextLine& line, const TextMeasure& measure, GlyphCache& 
 
 // ---- GlyphCache ----
 
+const GlyphCache::Font* GlyphCache::Known(const FontRequest& font) const {
+  const auto known = std::find_if(fonts_.begin(), fonts_.end(), [&](const Font& f) { return f.request == font; });
+  return known == fonts_.end() ? nullptr : &*known;
+}
+
+const GlyphCache::Entry* GlyphCache::Inherited(const FontRequest& font, char32_t character) const {
+  const Font* known = elder_ ? elder_->Known(font) : nullptr;
+  if (!known) return nullptr;
+  const auto entry = known->entries.find(character);
+  return entry == known->entries.end() ? nullptr : &entry->second;
+}
+
+GlyphCache::Font& GlyphCache::Find(const FontRequest& font) {
+  if (const Font* known = Known(font)) return const_cast<Font&>(*known);
+  if (fonts_.size() >= kMaxFonts) Forget();
+  return *fonts_.insert(fonts_.end(), Font{font, kUnknown, {}});
+}
+
 GlyphCache::Entry& GlyphCache::Find(const FontRequest& font, char32_t character) {
   if (count_ >= kMaxEntries || bytes_ >= kMaxCacheBytes) Forget();
-  auto known = std::find_if(fonts_.begin(), fonts_.end(), [&](const Font& f) { return f.request == font; });
-  if (known == fonts_.end()) {
-    if (fonts_.size() >= kMaxFonts) Forget();
-    known = fonts_.insert(fonts_.end(), Font{font, {}});
-  }
-  const auto [entry, isNew] = known->entries.try_emplace(character);
+  const auto [entry, isNew] = Find(font).entries.try_emplace(character);
   if (isNew) ++count_;
   return entry->second;
 }
@@ -111,7 +124,20 @@ void GlyphCache::Forget() {
   count_ = bytes_ = 0;
 }
 
+int GlyphCache::Height(const FontRequest& font) {
+  const Font* elder = elder_ ? elder_->Known(font) : nullptr;
+  if (elder && elder->height != kUnknown) return elder->height;
+  Font& own = Find(font);
+  if (own.height == kUnknown) own.height = MeasureFont(font).height;
+  return own.height;
+}
+
 bool GlyphCache::Width(const FontRequest& font, char32_t character, int& width) {
+  const Entry* elder = Inherited(font, character);
+  if (elder && elder->width >= 0) {
+    width = elder->width;
+    return true;
+  }
   Entry& entry = Find(font, character);
   if (entry.width == kUnknown) {
     DrawOpRecord record;
@@ -129,12 +155,16 @@ bool GlyphCache::Width(const FontRequest& font, char32_t character, int& width) 
 }
 
 const GlyphBox* GlyphCache::Box(const FontRequest& font, char32_t cluster) {
+  const Entry* elder = Inherited(font, cluster);
+  if (elder && elder->width >= 0) return &elder->box;
   Entry& entry = Find(font, cluster);
   if (entry.width == kUnknown) entry.width = MeasureGlyph(font, cluster, entry.box) ? entry.box.advance : kFailed;
   return entry.width == kFailed ? nullptr : &entry.box;
 }
 
 const GlyphImage* GlyphCache::Image(const FontRequest& font, bool antialias, char32_t character) {
+  const Entry* elder = Inherited(font, character);
+  if (elder && elder->image[antialias ? 1 : 0].coverage) return &elder->image[antialias ? 1 : 0];
   const bool picture = IsCluster(character) && Box(font, character) && Box(font, character)->picture;
   GlyphImage& image = Find(font, character).image[antialias ? 1 : 0];
   if (!image.coverage) {

@@ -50,6 +50,12 @@ struct GlyphImage {
 /// is full it forgets all.
 class GlyphCache {
  public:
+  GlyphCache() = default;
+  /// A cache for another thread of the run. What `elder` has is read there; nobody may change it meanwhile.
+  explicit GlyphCache(const GlyphCache* elder) : elder_(elder) {}
+
+  /// The font's cell height in pixels.
+  int Height(const FontRequest& font);
   /// The box's width in whole pixels as mode Measure gives it; false when the measure failed.
   bool Width(const FontRequest& font, char32_t character, int& width);
   /// A cluster's box; null when the measure failed. Stands until the next call.
@@ -67,11 +73,17 @@ class GlyphCache {
   };
   struct Font {
     FontRequest request;
+    int height = kUnknown;
     std::unordered_map<char32_t, Entry> entries;
   };
+  const Font* Known(const FontRequest& font) const;
+  /// The elder's entry, or null.
+  const Entry* Inherited(const FontRequest& font, char32_t character) const;
+  Font& Find(const FontRequest& font);
   Entry& Find(const FontRequest& font, char32_t character);
   void Forget();
 
+  const GlyphCache* elder_ = nullptr;
   std::vector<Font> fonts_;
   std::size_t count_ = 0, bytes_ = 0;  // entries; bytes of coverage
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "effects/gumdrop_image.h"
 #include "effects/plain_fill.h"
 #include "image/filters.h"
 #include "image/surface.h"
@@ -62,6 +63,25 @@ void Move(PlainDrop& drop, double step) {
     drop.size += drop.step;
   }
   drop.turn += step;
+}
+
+TEST(Gumdrops, ADropIsThePlainDrawingReduced) {
+  for (int diameter = 2; diameter <= 300; diameter += 1 + diameter / 20) {
+    for (const int strength : {255, 254, 131, 40, 3}) {
+      for (const bool bevel : {false, true}) {
+        const PackedDib plain = DrawPlainly(diameter, strength, bevel);
+        const DibView view(plain);
+        DropImage image;
+        ASSERT_TRUE(DrawGumdrop(diameter, strength, bevel, image));
+        ASSERT_EQ(image.side, view.Width());
+        int wrong = 0;
+        for (int y = 0; y < image.side; ++y)
+          for (int x = 0; x < image.side; ++x)
+            wrong += image.weights[static_cast<std::size_t>(y * image.side + x)] != (view.GetPixel(x, y) & 0xFF);
+        EXPECT_EQ(wrong, 0) << diameter << " " << strength << " " << bevel;
+      }
+    }
+  }
 }
 
 TEST(Gumdrops, EveryFrameIsThePlainReading) {

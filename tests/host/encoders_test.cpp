@@ -25,11 +25,16 @@ struct Frame {
   bool standAlone = false;
 };
 
-Bytes Encode(const char* extension, const std::vector<Frame>& frames, int width, int height, int unit) {
+Bytes Encode(const char* extension, const std::vector<Frame>& frames, int width, int height, int unit,
+             int threads = 1) {
   const testing::TemporaryFolder folder;
   std::string error;
   Output output = Output::File(folder / "out", error);
-  Encoder encoder = FindFormat(extension)->open(output, {width, height, static_cast<int>(frames.size()), unit, -1});
+  Encoder encoder = FindFormat(extension)->open(output, {.width = width,
+                                                         .height = height,
+                                                         .imageCount = static_cast<int>(frames.size()),
+                                                         .delayUnit = unit,
+                                                         .threads = threads});
   for (std::size_t i = 0; i < frames.size(); ++i) {
     Image image = testing::ImageOf(frames[i].dib, width, height, frames[i].bits, static_cast<int>(i), frames[i].delay);
     image.transparentIndex = frames[i].transparentIndex;
@@ -42,10 +47,12 @@ Bytes Encode(const char* extension, const std::vector<Frame>& frames, int width,
 }
 
 constexpr int kWidth = 21, kHeight = 9;
+constexpr int kCount = 9;  // more than two threads take at once
 
 // A picture with a moving dot; `alpha` of the place around it.
 std::uint32_t Value(int x, int y, int f, std::uint32_t alpha) {
-  return x == f * 3 && y == f ? 0xFF2040E0u : alpha << 24 | (alpha ? static_cast<std::uint32_t>(x * 11 | y << 12) : 0u);
+  return x == f * 3 % kWidth && y == f ? 0xFF2040E0u
+                                       : alpha << 24 | (alpha ? static_cast<std::uint32_t>(x * 11 | y << 12) : 0u);
 }
 
 TEST(Encoders, TrueColourAnimationsKeepEveryPixelAndDelay) {
@@ -54,14 +61,15 @@ TEST(Encoders, TrueColourAnimationsKeepEveryPixelAndDelay) {
       SCOPED_TRACE(std::string(extension) + " " + std::to_string(bits));
       const std::uint32_t alpha = bits == 24 ? 255 : 128;
       std::vector<Frame> frames;
-      for (int f = 0; f < 5; ++f)
+      for (int f = 0; f < kCount; ++f)
         frames.push_back(
             {testing::MakeDib(kWidth, kHeight, bits, {}, [&](int x, int y) { return Value(x, y, f, alpha); }), bits,
              40 + f, bits == 32 ? 0 : -1, bits == 32});
       const Bytes file = Encode(extension, frames, kWidth, kHeight, 1);
       const Shown shown = std::string(extension) == ".png" ? DecodeApng(file) : DecodeWebp(file);
-      ASSERT_EQ(shown.screens.size(), 5u);
-      for (int f = 0; f < 5; ++f) {
+      EXPECT_EQ(Encode(extension, frames, kWidth, kHeight, 1, 2), file) << "two threads";
+      ASSERT_EQ(shown.screens.size(), std::size_t{kCount});
+      for (int f = 0; f < kCount; ++f) {
         EXPECT_EQ(shown.delays[static_cast<std::size_t>(f)], 40 + f);
         for (int y = 0; y < kHeight; ++y)
           for (int x = 0; x < kWidth; ++x) {
@@ -126,7 +134,8 @@ TEST(Encoders, AFolderGetsNumberedPictures) {
     EXPECT_EQ(
         encoder.add(testing::ImageOf(testing::MakeDib(4, 4, 24, {}, [f](int, int) { return f * 77; }), 4, 4, 24, f, 1)),
         "");
-  EXPECT_EQ(encoder.finish() + output.Keep(), "");
+  EXPECT_EQ(encoder.finish(), "");
+  EXPECT_EQ(output.Keep(), "");
   int width = 0, height = 0;
   EXPECT_EQ(DecodePng(testing::ReadBytes(folder / "frames/0001.png"), width, height)[0], 77);
 }

@@ -91,7 +91,8 @@ PackedDib PlainFractal(const TextureSpec& parameters, int n, int side) {
 TEST(FractalTexture, AgreesWithTheDirectSum) {
   TextureSpec parameters = TextureOf(0, 45);
   parameters.MatrixSize = 20;  // raised to 32
-  const PackedDib fast = GenerateFractalTexture(parameters), plain = PlainFractal(parameters, 32, 45);
+  const PackedDib fast = GenerateFractalTexture(parameters, WholeOf(parameters)),
+                  plain = PlainFractal(parameters, 32, 45);
   const std::string a = PixelsOf(fast), b = PixelsOf(plain);
   ASSERT_EQ(a.size(), b.size());
   int differing = 0;
@@ -107,7 +108,7 @@ TEST(FractalTexture, SizesOfTheMatrix) {
   const auto pixels = [](std::uint32_t matrix) {
     TextureSpec parameters = TextureOf(1, 40);
     parameters.MatrixSize = matrix;
-    return PixelsOf(GenerateFractalTexture(parameters));
+    return PixelsOf(GenerateFractalTexture(parameters, WholeOf(parameters)));
   };
   EXPECT_EQ(pixels(100), pixels(128));
   EXPECT_EQ(pixels(64), pixels(64));
@@ -120,7 +121,7 @@ TEST(FractalTexture, SizesOfTheMatrix) {
 TEST(CraterTexture, FlatSurfaceIsTheMiddleBlendAndTheLastColumnStays) {
   TextureSpec parameters = TextureOf(4, 9);
   parameters.CreaterCount = 0;
-  const PackedDib picture = GenerateCraterTexture(parameters);
+  const PackedDib picture = GenerateCraterTexture(parameters, WholeOf(parameters));
   const DibView view(picture);
   EXPECT_EQ(view.GetPixel(4, 4), Blend(+parameters.BackColour, +parameters.ForeColour[0], 128));
   EXPECT_EQ(view.GetPixel(8, 4), +parameters.BackColour);
@@ -130,7 +131,7 @@ TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
   TextureSpec parameters = TextureOf(5, 16);
   parameters.MatrixSize = 32;
   parameters.BubbleCount = 0;
-  const PackedDib picture = GeneratePerturbationTexture(parameters);
+  const PackedDib picture = GeneratePerturbationTexture(parameters, WholeOf(parameters));
   const DibView view(picture);
   for (int i = 0; i < 256; ++i) ASSERT_EQ(view.GetPixel(i % 16, i / 16), view.GetPixel(0, 0));
   EXPECT_NEAR(RedOf(view.GetPixel(0, 0)), 127, 2);
@@ -143,7 +144,7 @@ TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {
     parameters.SeedValue[0] = seed;
     parameters.BubbleCount = bubbles;
     parameters.BubbleShape = shape;
-    return PixelsOf(GeneratePerturbationTexture(parameters));
+    return PixelsOf(GeneratePerturbationTexture(parameters, WholeOf(parameters)));
   };
   pixels(1, 0, 0);
   EXPECT_EQ(pixels(2, 0, 0), pixels(3, 0, 0));
@@ -158,11 +159,36 @@ TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {
   EXPECT_EQ(pixels(2, 0xFFFFFFFF, 0), pixels(3, 0, 0)) << "below 0: none";
 }
 
+// Wide and tall windows, craters and bubbles across their edges, and a texture far too large to be made as a whole.
+TEST(Texture, AWindowShowsItsPartOfTheWhole) {
+  for (std::uint32_t type = 0; type < 6; ++type) {
+    for (const auto& [width, height] : {std::pair{90, 90}, {90, 21}, {90, 20}, {13, 90}, {90, 1}}) {
+      TextureSpec parameters = TextureOf(type, 90);
+      parameters.CreaterCount = 200;
+      parameters.BubbleCount = 12;
+      parameters.BubbleSize = 30;
+      parameters.BubbleShape = static_cast<std::uint32_t>(height) % 4;
+      const int left = (90 - width) / 2, top = (90 - height) / 2;
+      const PackedDib whole = GenerateTexture(parameters, WholeOf(parameters));
+      EXPECT_EQ(PixelsOf(GenerateTexture(parameters, MiddleOf(parameters, width, height))),
+                PixelsOf(CropDib(whole, {left, top, left + width, top + height})))
+          << type << ": " << width << " x " << height;
+    }
+    Material material;
+    DefaultMaterial(material, 0);
+    material.Kind = kTexture;
+    material.Texture = TextureOf(type, 1);
+    EXPECT_TRUE(MaterialToBitmap(material, 40000, 3)) << type;
+  }
+}
+
 TEST(Texture, TwoRunsGiveTheSamePixelsAndWildNumbersDoNoHarm) {
   for (std::uint32_t type = 0; type < 6; ++type) {
     const TextureSpec parameters = TextureOf(type, 50);
-    GenerateTexture(parameters);
-    EXPECT_EQ(PixelsOf(GenerateTexture(parameters)), PixelsOf(GenerateTexture(parameters))) << type;
+    GenerateTexture(parameters, WholeOf(parameters));
+    EXPECT_EQ(PixelsOf(GenerateTexture(parameters, WholeOf(parameters))),
+              PixelsOf(GenerateTexture(parameters, WholeOf(parameters))))
+        << type;
     std::uint32_t state = 77;
     for (int round = 0; round < 60; ++round) {
       TextureSpec wild;
@@ -173,7 +199,7 @@ TEST(Texture, TwoRunsGiveTheSamePixelsAndWildNumbersDoNoHarm) {
       if (round % 2) wild.MatrixSize &= 127;
       wild.CreaterCount &= 0x3FF;
       SetTextureBounds(wild, 1 + round % 30);
-      GenerateTexture(wild);
+      GenerateTexture(wild, WholeOf(wild));
     }
   }
   EXPECT_EQ(LiveBlocks().blocks, 0u);

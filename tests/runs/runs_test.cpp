@@ -82,6 +82,50 @@ TEST(Runs, EightThreadsGetTheBytesOfOne) {
   EXPECT_EQ(left, 0);
 }
 
+/// Everything that a run says, in order: each call with its text, or the numbers of its progress, and the images. It
+/// ends at the given call of progress, or never.
+struct Story {
+  std::vector<std::string> lines;
+  RenderStatus status{};
+};
+Story StoryOf(Job job, int threads, int endAt = -1) {
+  job.threads = threads;
+  Story story;
+  int steps = 0;
+  Sink sink;
+  sink.call = [&](const HostCallEvent& call) {
+    std::string line = call.name;
+    if (call.text) line += call.text;
+    if (call.operation == HostOpProgress) line += std::to_string(call.a) + "/" + std::to_string(call.b);
+    line.append(call.image.begin(), call.image.end());
+    story.lines.push_back(std::move(line));
+    steps += call.operation == HostOpProgress;
+  };
+  sink.cancelled = [&] { return steps == endAt; };
+  const RenderResult result = Render(job, sink);
+  EXPECT_EQ(result.blocks + result.locks, 0u);
+  story.status = result.status;
+  return story;
+}
+
+TEST(Runs, TheHostHearsTheSameOfAnyNumberOfThreads) {
+  for (std::size_t i = 0; i < EffectNames().size(); ++i) {
+    const Job job = JobOf(i);
+    const Story one = StoryOf(job, 1), many = StoryOf(job, 3);
+    EXPECT_EQ(one.status, RenderStatus::Done);
+    EXPECT_TRUE(one.lines == many.lines) << *job.effect;
+    for (const int endAt : {4, 13}) {  // while frames are built, while they are reduced
+      const Story alone = StoryOf(job, 1, endAt), ended = StoryOf(job, 3, endAt);
+      EXPECT_EQ(ended.status, alone.status) << *job.effect << " " << endAt;
+      EXPECT_TRUE(ended.lines == alone.lines) << *job.effect << " " << endAt;
+    }
+  }
+}
+
+TEST(Runs, AnImpossibleNumberOfThreadsIsRefused) {
+  for (const int threads : {-1, 257}) EXPECT_EQ(StoryOf(JobOf(0), threads).status, RenderStatus::BadJob);
+}
+
 /// A user in C, and a host that counts the images of its own dialog.
 struct Visit {
   std::string text, shown;

@@ -144,6 +144,8 @@ ControlKind KindOf(const Dialog& dialog, int id) {
   return control ? control->kind : ControlKind::Label;
 }
 
+bool ReadableOnAnyThread() noexcept { return true; }
+
 std::string GetText(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   if (!control) return {};

@@ -86,6 +86,8 @@ ControlKind KindOf(const Dialog& dialog, int id) {
   return control ? control->kind : ControlKind::Label;
 }
 
+bool ReadableOnAnyThread() noexcept { return false; }
+
 std::string GetText(const Dialog& dialog, int id) {
   const Control* control = FindControl(dialog, id);
   if (!control) return {};

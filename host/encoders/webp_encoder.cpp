@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: MIT
+// A lossless animation is a row of pictures that libwebp compresses one by one and its muxer puts together: so several
+// threads compress at once, and the bytes are the same for any number of them. Each picture is the box around what has
+// changed; pixels in it that have not are transparent, as far as the picture may be laid over the one before.
+//
+// A lossy animation goes through libwebp's own animation encoder, which compares pictures after compression.
+#include "host/encoders/webp_encoder.h"
+
+#include <webp/encode.h>
+#include <webp/mux.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "host/encoders/dib_reader.h"
+#include "host/encoders/out_of_memory.h"
+#include "host/encoders/picture_batch.h"
+#include "host/encoders/screen.h"
+
+namespace glyphmotion {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+std::string SizeTrouble(const EncoderSettings& settings) {
+  if (settings.width <= WEBP_MAX_DIMENSION && settings.height <= WEBP_MAX_DIMENSION) return {};
+  return "a .webp is at most " + std::to_string(WEBP_MAX_DIMENSION) + " pixels wide and high, and this one is " +
+         std::to_string(settings.width) + " x " + std::to_string(settings.height) +
+         "; choose a smaller size or write .png";
+}
+
+// --- Lossless
+
+constexpr int kLosslessLevel = 2;  // of libwebp's 0 to 9: the last one that is fast
+
+struct WebpWork {
+  Bytes pixels;  // red, green, blue, alpha
+  ScreenPart part;
+  bool overlay = false;  // transparent pixels show the picture before
+  int duration = 0;      // milliseconds
+  Bytes file;            // empty: out of memory
+};
+
+struct Writer {
+  WebPMemoryWriter memory;
+  Writer() { WebPMemoryWriterInit(&memory); }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  ~Writer() { WebPMemoryWriterClear(&memory); }
+};
+
+void Compress(WebpWork& work) {
+  work.file.clear();
+  WebPConfig config;
+  WebPPicture picture;
+  if (!WebPConfigInit(&config) || !WebPConfigLosslessPreset(&config, kLosslessLevel) || !WebPPictureInit(&picture))
+    return;
+  Writer writer;
+  picture.width = work.part.width;
+  picture.height = work.part.height;
+  picture.use_argb = 1;
+  picture.writer = WebPMemoryWrite;
+  picture.custom_ptr = &writer.memory;
+  const bool done =
+      WebPPictureImportRGBA(&picture, work.pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
+  WebPPictureFree(&picture);
+  if (done) work.file.assign(writer.memory.mem, writer.memory.mem + writer.memory.size);
+}
+
+bool SamePixel(const std::uint8_t* a, const std::uint8_t* b) { return std::memcmp(a, b, 4) == 0; }
+
+// Makes the pixels of a part that are as before transparent. False, with nothing changed, when another pixel is
+// not opaque: it would be mixed with the one below.
+bool LayOver(const Screen& screen, const Bytes& before, const ScreenPart& part, Bytes& pixels) {
+  const auto beforeAt = [&](int x, int y) { return before.data() + screen.OffsetOf(part.left + x, part.top + y); };
+  const auto pixelAt = [&](int x, int y) {
+    return pixels.data() +
+           4 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(part.width) + static_cast<std::size_t>(x));
+  };
+  for (int y = 0; y < part.height; ++y)
+    for (int x = 0; x < part.width; ++x)
+      if (pixelAt(x, y)[3] != 255 && !SamePixel(pixelAt(x, y), beforeAt(x, y))) return false;
+  for (int y = 0; y < part.height; ++y)
+    for (int x = 0; x < part.width; ++x)
+      if (SamePixel(pixelAt(x, y), beforeAt(x, y))) std::memset(pixelAt(x, y), 0, 4);
+  return true;
+}
+
+// The format has places at even numbers only.
+ScreenPart AtEvenPlace(ScreenPart part) {
+  part.width += part.left & 1;
+  part.height += part.top & 1;
+  part.left &= ~1;
+  part.top &= ~1;
+  return part;
+}
+
+class LosslessWebp {
+ public:
+  LosslessWebp(Output& output, const EncoderSettings& settings)
+      : output_(output),
+        settings_(settings),
+        screen_(settings.width, settings.height),
+        batch_(settings.threads, Compress, [this](WebpWork& work) { return Keep(work); }) {}
+
+  std::string Add(const DibPixels& dib, const Image& image) {
+    before_ = screen_.pixels;
+    screen_.Show(dib, image.transparentIndex, image.standAlone);
+    const int duration = image.delay * settings_.delayUnit;
+    const bool first = durations_.empty();
+    if (!first && screen_.pixels == before_ && durations_.back() + duration <= kLongest) {
+      durations_.back() += duration;
+      return {};
+    }
+    WebpWork& work = batch_.Next();
+    work.part =
+        first ? ScreenPart{0, 0, settings_.width, settings_.height} : AtEvenPlace(screen_.DifferenceTo(before_));
+    screen_.Cut(work.part, true, work.pixels);
+    work.overlay = !first && LayOver(screen_, before_, work.part, work.pixels);
+    durations_.push_back(std::min(duration, kLongest));
+    return batch_.Add(work.pixels.size());
+  }
+
+  std::string Finish() {
+    std::string error = batch_.Flush();
+    if (!error.empty()) return error;
+    if (frames_.size() == 1) return KeepWriting(output_, frames_[0].file);
+    struct Mux {
+      WebPMux* mux = WebPMuxNew();
+      WebPData data{};
+      ~Mux() {
+        WebPMuxDelete(mux);
+        WebPDataClear(&data);
+      }
+    } made;
+    if (!made.mux || !Assemble(made.mux, made.data)) return kOutOfMemory;
+    return KeepWriting(output_, {made.data.bytes, made.data.size});
+  }
+
+ private:
+  static constexpr int kLongest = (1 << 24) - 1;  // milliseconds
+
+  // What the muxer needs of a picture.
+  struct Frame {
+    Bytes file;
+    ScreenPart part;
+    bool overlay;
+  };
+
+  std::string Keep(WebpWork& work) {
+    if (work.file.empty()) return kOutOfMemory;
+    frames_.push_back({std::move(work.file), work.part, work.overlay});
+    return {};
+  }
+
+  bool Assemble(WebPMux* mux, WebPData& data) const {
+    for (std::size_t i = 0; i < frames_.size(); ++i) {
+      const Frame& frame = frames_[i];
+      WebPMuxFrameInfo info{};
+      info.bitstream = {frame.file.data(), frame.file.size()};
+      info.x_offset = frame.part.left;
+      info.y_offset = frame.part.top;
+      info.duration = durations_[i];
+      info.id = WEBP_CHUNK_ANMF;
+      info.dispose_method = WEBP_MUX_DISPOSE_NONE;
+      info.blend_method = frame.overlay ? WEBP_MUX_BLEND : WEBP_MUX_NO_BLEND;
+      if (WebPMuxPushFrame(mux, &info, 0) != WEBP_MUX_OK) return false;
+    }
+    const WebPMuxAnimParams params{0xFFFFFFFF, settings_.loops};
+    return WebPMuxSetAnimationParams(mux, &params) == WEBP_MUX_OK &&
+           WebPMuxSetCanvasSize(mux, settings_.width, settings_.height) == WEBP_MUX_OK &&
+           WebPMuxAssemble(mux, &data) == WEBP_MUX_OK;
+  }
+
+  Output& output_;
+  EncoderSettings settings_;
+  Screen screen_;
+  Bytes before_;
+  std::vector<int> durations_;  // of the pictures that were added to the batch
+  std::vector<Frame> frames_;
+  PictureBatch<WebpWork> batch_;
+};
+
+// --- Lossy
+
+class LossyWebp {
+ public:
+  LossyWebp(Output& output, const EncoderSettings& settings)
+      : output_(output), settings_(settings), screen_(settings.width, settings.height) {
+    WebPAnimEncoderOptions options;
+    if (!WebPAnimEncoderOptionsInit(&options) || !WebPConfigInit(&config_)) return;
+    config_.quality = static_cast<float>(settings.lossyQuality);
+    options.anim_params.loop_count = settings.loops;
+    options.kmax = 30;
+    encoder_ = WebPAnimEncoderNew(settings.width, settings.height, &options);
+  }
+  LossyWebp(const LossyWebp&) = delete;
+  LossyWebp& operator=(const LossyWebp&) = delete;
+  ~LossyWebp() { WebPAnimEncoderDelete(encoder_); }
+
+  std::string Add(const DibPixels& dib, const Image& image) {
+    if (!encoder_) return Failure();
+    screen_.Show(dib, image.transparentIndex, image.standAlone);
+    WebPPicture picture;
+    if (!WebPPictureInit(&picture)) return Failure();
+    picture.width = settings_.width;
+    picture.height = settings_.height;
+    picture.use_argb = 1;
+    const bool added = WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
+                       WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
+    WebPPictureFree(&picture);
+    time_ += image.delay * settings_.delayUnit;
+    return added ? "" : Failure(picture.error_code);
+  }
+
+  std::string Finish() {
+    WebPData data;
+    WebPDataInit(&data);
+    if (!encoder_ || !WebPAnimEncoderAdd(encoder_, nullptr, time_, nullptr) ||
+        !WebPAnimEncoderAssemble(encoder_, &data))
+      return Failure();
+    const std::string error = KeepWriting(output_, {data.bytes, data.size});
+    WebPDataClear(&data);
+    return error;
+  }
+
+ private:
+  // Within the size limits of the format, creating the encoder and adding a picture fail only when out of memory.
+  std::string Failure(WebPEncodingError error = VP8_ENC_ERROR_OUT_OF_MEMORY) const {
+    if (!encoder_ || error == VP8_ENC_ERROR_OUT_OF_MEMORY || error == VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY)
+      return kOutOfMemory;
+    return std::string("the .webp could not be made: ") + WebPAnimEncoderGetError(encoder_);
+  }
+
+  Output& output_;
+  EncoderSettings settings_;
+  Screen screen_;
+  WebPConfig config_{};
+  WebPAnimEncoder* encoder_ = nullptr;
+  int time_ = 0;  // milliseconds
+};
+
+template <typename Webp>
+Encoder Open(Output& output, const EncoderSettings& settings) {
+  // A screen that is too large is refused before it is made.
+  const std::string trouble = SizeTrouble(settings);
+  const auto webp = trouble.empty() ? std::make_shared<Webp>(output, settings) : nullptr;
+  Encoder encoder;
+  encoder.add = [webp, trouble](const Image& image) -> std::string {
+    if (!webp) return trouble;
+    const DibPixels dib = ReadDib(image.dib);
+    return dib ? webp->Add(dib, image) : kBadImage;
+  };
+  encoder.finish = [webp, trouble] { return webp ? webp->Finish() : trouble; };
+  return encoder;
+}
+
+}  // namespace
+
+Encoder OpenWebp(Output& output, const EncoderSettings& settings) {
+  return settings.lossyQuality < 0 ? Open<LosslessWebp>(output, settings) : Open<LossyWebp>(output, settings);
+}
+
+}  // namespace glyphmotion
