@@ -21,6 +21,7 @@ struct EncoderSettings {
   int delayUnit = 10;         ///< milliseconds in one unit of Image::delay
   double lossyQuality = -1;   ///< 0 to 100 where the format has lossy coding; below 0: lossless
   int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
+  int loss = 0;               ///< of a GIF: 0 (none) to 200
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.

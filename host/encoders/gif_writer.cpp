@@ -14,10 +14,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <unordered_map>
 
 #include "host/encoders/gif_file.h"
 #include "host/encoders/gif_frame.h"
+#include "host/encoders/gif_lossy.h"
 #include "host/encoders/gif_palette.h"
 
 namespace glyphmotion {
@@ -152,17 +154,19 @@ void UseSlots(HeldFrame& frame, const GifPalette& palette) {
 }
 
 // The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
-// ids. `index`: it has to declare a transparent index, used or not. Consumes `frame`; threads share const data only.
+// ids. `index`: it has to declare a transparent index, used or not. `lossy`: instead of `compressor`, or null; takes
+// the frames in order. Consumes `frame`; threads share const data only.
 GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
-                         GifFrameCompressor& compressor) {
+                         GifFrameCompressor& compressor, GifLossyCompressor* lossy) {
   GifFileFrame out;
-  out.crop = frame.crop;
   out.disposal = frame.disposal;
   out.delay = frame.delay;
   if (!common) out.own = OwnPalette(frame, colours);
   const GifPalette& palette = common ? *common : *out.own;
   UseSlots(frame, palette);
-  GifStream stream = compressor.Compress(frame.pixels, palette.Bits());
+  GifStream stream = lossy ? lossy->Compress(frame.pixels, palette, frame.crop, frame.disposal)
+                           : compressor.Compress(frame.pixels, palette.Bits());
+  out.crop = frame.crop;
   out.wildcard = stream.wildcard;
   if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);
   out.codeSize = stream.codeSize;
@@ -195,6 +199,7 @@ struct GifWriter::State {
   std::size_t heldBytes = 0;
   std::vector<GifFileFrame> encoded;
   GifFrameCompressor compressor;
+  std::optional<GifLossyCompressor> lossy;
 
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
@@ -218,6 +223,9 @@ GifWriter::~GifWriter() = default;
 GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
+void GifWriter::SetLoss(int loss) {
+  if (loss > 0) state_->lossy.emplace(state_->width, state_->height, loss);
+}
 void GifWriter::SetLoops(int loops) { state_->loops = std::clamp(loops, 0, 65535); }
 
 // Builds the table from palette index to id. In the first palette ids equal indices.
@@ -452,14 +460,15 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
 }
 
 // Compresses the kept frames. Each depends only on its own pixels and the current common palette, so they may be
-// compressed in any order or in parallel; entries for their transparent indices are added afterwards.
+// compressed in any order or in parallel, except with loss; entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();
   const std::size_t first = encoded.size();
   encoded.resize(first + held.size());
   for (std::size_t i = 0; i < held.size(); ++i) {
-    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough, compressor);
+    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough, compressor,
+                                     lossy ? &*lossy : nullptr);
     held[i] = {};
   }
   for (std::size_t i = first; i < encoded.size(); ++i)

@@ -40,7 +40,9 @@ Mix MixOf(std::uint32_t colour, int red, int green, int blue, ColourMatcher::Sta
   const Rgb a = state.palette[mix.first];
   const int r = red - a.red, g = green - a.green, b = blue - a.blue;
   if (!r && !g && !b) return mix;
-  mix.second = match(red + r, green + g, blue + b);
+  // The further the colour is from the middle between the two, the further ahead the second one lies.
+  for (int ahead = 1; mix.second == mix.first && ahead < 16; ahead = 2 * ahead + 1)
+    mix.second = match(red + ahead * r, green + ahead * g, blue + ahead * b);
   const Rgb to = state.palette[mix.second];
   const int dr = to.red - a.red, dg = to.green - a.green, db = to.blue - a.blue;
   mix.part = 3 * r * dr + 4 * g * dg + 2 * b * db;

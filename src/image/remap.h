@@ -60,8 +60,8 @@ PackedDib DitherImage(const PackedDib& image, ColourMatcher& matcher) noexcept;
 PackedDib DitherStable(const PackedDib& image, const PackedDib& before, const PackedDib& beforeRemapped,
                        ColourMatcher& matcher) noexcept;
 
-/// Ordered dither of 24-bit images for any palette: a pixel gets the nearest entry or the one nearest to its
-/// reflection, whichever a threshold matrix of 8 x 8 selects, in the proportion that mixes to its colour. Other depths,
+/// Ordered dither of 24-bit images for any palette: a pixel gets the nearest entry or the one on the other side of its
+/// colour, whichever a threshold matrix of 8 x 8 selects, in the proportion that mixes to the colour. Other depths,
 /// and one-bit palettes, are as in DitherImage.
 /// Source: the pattern of Bayer (1973); the choice of two entries after Knoll's pattern dithering (1999).
 PackedDib DitherOrdered(const PackedDib& image, ColourMatcher& matcher) noexcept;
