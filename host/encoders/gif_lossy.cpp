@@ -23,8 +23,8 @@ std::size_t At(int x, int y, int width) {
 }
 
 LossyLimits LimitsOf(int loss) {
-  constexpr double kBitsAtLimit = 12;
-  const unsigned most = 10 * static_cast<unsigned>(std::clamp(loss, 1, 200));
+  constexpr double kBitsAtLimit = 4;
+  const unsigned most = 5 * static_cast<unsigned>(std::clamp(loss, 1, 200));
   return {most, kBitsAtLimit / most};
 }
 

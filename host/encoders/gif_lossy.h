@@ -17,7 +17,7 @@ namespace glyphmotion {
 /// Frames in the order of the file: each depends on what the one before left on the screen.
 class GifLossyCompressor {
  public:
-  /// The screen's size in pixels; loss 1 to 200, by which a channel may be off by up to about 3 at 1 and 45 at 200.
+  /// The screen's size in pixels; loss 1 to 200: a pixel may be off by 5 * loss in squared levels of a channel.
   GifLossyCompressor(int width, int height, int loss);
 
   /// Compresses a frame whose symbols are slots of the palette. May change `pixels`, and reduces `crop` to what the

@@ -12,6 +12,9 @@ namespace {
 
 constexpr unsigned kCodes = 4096;
 
+// A string that ends early adds one to the dictionary that exists already: what that costs, in pixels.
+constexpr double kCutCost = 1;
+
 /// The strings as a tree: each node has a symbol, its first child and its next sibling. Code 0 as a link is "none":
 /// literals are nobody's children.
 struct Tree {
@@ -85,25 +88,6 @@ class Codes {
     unsigned width = 1;
     while ((1u << width) <= clear_) ++width;
     return width;
-  }
-};
-
-// A full dictionary is cleared when the strings of a window of codes are markedly shorter than in the best window.
-struct Clearing {
-  static constexpr unsigned kWindow = 256;
-  static constexpr double kTolerance = 0.95;
-  unsigned codes = 0;
-  std::size_t start = 0;
-  double best = 0;
-
-  void Full(std::size_t position) { *this = {0, position, 0}; }
-  bool IsDue(std::size_t position) {
-    if (++codes < kWindow) return false;
-    const auto length = static_cast<double>(position - start);
-    codes = 0;
-    start = position;
-    best = std::max(best, length);
-    return length < best * kTolerance;
   }
 };
 
@@ -182,14 +166,30 @@ void LossyLzwCompressor::Compress(const LossyPixels& pixels, const SlotErrors& e
   }
   memory.tree.Clear(literals);
   Codes codes(out, minCodeSize, size);
-  Clearing clearing;
   Search search{pixels, errors, limits, memory.tree, memory.open, memory.near};
   written.resize(size);
   std::array<std::uint8_t, kCodes> firsts;  // of the strings
-  std::array<std::uint16_t, kCodes> parents;
+  std::array<std::uint16_t, kCodes> parents{};
   for (unsigned i = 0; i < literals; ++i) firsts[i] = static_cast<std::uint8_t>(i);
   Match match = search.Best(0);
+  const auto extendEarly = [&](std::size_t i, Match& best, Match& next) {
+    if (best.length < 2) return;
+    const std::size_t last = i + best.length - 1;
+    Match shorter{parents[best.node], best.length - 1,
+                  best.error - search.ErrorAt(last, memory.tree.nodes[best.node].symbol)};
+    shorter.worth = search.Worth(shorter);
+    const Match early = search.Best(last);
+    const double cut = codes.Full() ? 0.0 : kCutCost * search.bitsPerPixel;
+    if (shorter.worth + early.worth <= best.worth + next.worth + cut) return;
+    best = shorter;
+    next = early;
+  };
   for (std::size_t i = 0;;) {
+    Match next;
+    if (i + match.length < size) {
+      next = search.Best(i + match.length);
+      extendEarly(i, match, next);
+    }
     for (unsigned node = match.node, at = static_cast<unsigned>(match.length); at--; node = parents[node])
       written[i + at] = memory.tree.nodes[node].symbol;
     codes.Put(match.node);
@@ -198,7 +198,6 @@ void LossyLzwCompressor::Compress(const LossyPixels& pixels, const SlotErrors& e
     search.bitsPerPixel = std::max(search.bitsPerPixel, 0.01);
     i += match.length;
     if (i == size) break;
-    Match next = search.Best(i);
     if (!codes.Full()) {
       const std::uint8_t first = firsts[next.node];
       const unsigned code = codes.Take();
@@ -208,8 +207,8 @@ void LossyLzwCompressor::Compress(const LossyPixels& pixels, const SlotErrors& e
         firsts[code] = firsts[match.node];
         parents[code] = static_cast<std::uint16_t>(match.node);
       }
-      if (codes.Full()) clearing.Full(i);
-    } else if (clearing.IsDue(i)) {
+    } else {
+      // With loss, short new strings are worth more than those of a full dictionary.
       codes.Restart();
       memory.tree.Clear(literals);
       next = search.Best(i);
