@@ -21,6 +21,7 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
   };
   auto state = std::make_shared<State>(State{GifWriter(settings.width, settings.height, settings.threads), {}});
   state->writer.SetLoops(settings.loops);
+  state->writer.SetLoss(settings.loss);
   Encoder encoder;
   encoder.add = [state, settings](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);

@@ -22,6 +22,7 @@ struct EncoderSettings {
   double lossyQuality = -1;   ///< 0 to 100 where the format has lossy coding; below 0: lossless
   int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
   int threads = 0;            ///< as in Workers; the bytes do not depend on it
+  int loss = 0;               ///< of a GIF: 0 (none) to 200
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.

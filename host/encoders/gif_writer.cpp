@@ -14,10 +14,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <unordered_map>
 
 #include "host/encoders/gif_file.h"
 #include "host/encoders/gif_frame.h"
+#include "host/encoders/gif_lossy.h"
 #include "host/encoders/gif_palette.h"
 #include "platform/workers.h"
 
@@ -153,17 +155,19 @@ void UseSlots(HeldFrame& frame, const GifPalette& palette) {
 }
 
 // The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
-// ids. `index`: it has to declare a transparent index, used or not. Consumes `frame`; threads share const data only.
+// ids. `index`: it has to declare a transparent index, used or not. `lossy`: instead of `compressor`, or null; takes
+// the frames in order. Consumes `frame`; threads share const data only.
 GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
-                         GifFrameCompressor& compressor) {
+                         GifFrameCompressor& compressor, GifLossyCompressor* lossy) {
   GifFileFrame out;
-  out.crop = frame.crop;
   out.disposal = frame.disposal;
   out.delay = frame.delay;
   if (!common) out.own = OwnPalette(frame, colours);
   const GifPalette& palette = common ? *common : *out.own;
   UseSlots(frame, palette);
-  GifStream stream = compressor.Compress(frame.pixels, palette.Bits());
+  GifStream stream = lossy ? lossy->Compress(frame.pixels, palette, frame.crop, frame.disposal)
+                           : compressor.Compress(frame.pixels, palette.Bits());
+  out.crop = frame.crop;
   out.wildcard = stream.wildcard;
   if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);
   out.codeSize = stream.codeSize;
@@ -197,6 +201,7 @@ struct GifWriter::State {
   std::vector<GifFileFrame> encoded;
   Workers workers;
   std::vector<GifFrameCompressor> compressors;  // by lane
+  std::optional<GifLossyCompressor> lossy;
 
   explicit State(int threads) : workers(threads), compressors(static_cast<std::size_t>(workers.Lanes())) {}
 
@@ -222,6 +227,9 @@ GifWriter::~GifWriter() = default;
 GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
+void GifWriter::SetLoss(int loss) {
+  if (loss > 0) state_->lossy.emplace(state_->width, state_->height, loss);
+}
 void GifWriter::SetLoops(int loops) { state_->loops = std::clamp(loops, 0, 65535); }
 
 // Builds the table from palette index to id. In the first palette ids equal indices.
@@ -455,8 +463,8 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette.
-// Entries for their transparent indices are added afterwards.
+// Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette, except
+// with loss. Entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();
@@ -465,10 +473,15 @@ void GifWriter::State::Settle() {
   const auto encode = [&](int lane, int number) {
     const auto i = static_cast<std::size_t>(number);
     encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough,
-                                     compressors[static_cast<std::size_t>(lane)]);
+                                     compressors[static_cast<std::size_t>(lane)], lossy ? &*lossy : nullptr);
     held[i] = {};
   };
-  workers.InOrder(static_cast<int>(held.size()), encode, [](int) { return true; });
+  const int count = static_cast<int>(held.size());
+  if (lossy) {
+    for (int i = 0; i < count; ++i) encode(0, i);
+  } else {
+    workers.InOrder(count, encode, [](int) { return true; });
+  }
   for (std::size_t i = first; i < encoded.size(); ++i)
     if (!encoded[i].own) common.Reserve(encoded[i].wildcard + 1);
   held.clear();

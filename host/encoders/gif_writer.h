@@ -24,8 +24,8 @@ struct GifFrame {
   bool standAlone = false;  ///< transparent pixels stay transparent instead of showing the previous frame
 };
 
-/// Builds one file. Memory: three pictures of two bytes per pixel, at most 64 MiB of cropped frames, the compressed
-/// stream, and what each thread compresses with.
+/// Builds one file, without loss or with it (gif_lossy.h). Memory: three pictures of two bytes per pixel, at most 64
+/// MiB of cropped frames, the compressed stream, and what each thread compresses with.
 class GifWriter {
  public:
   /// The screen's size in pixels, 1 to 65535 each. threads: as in Workers; the bytes do not depend on it.
@@ -39,6 +39,8 @@ class GifWriter {
   void SetComment(const std::string& text);
   /// Sets how often several frames play: 0 to 65535; 0, the default, is for ever.
   void SetLoops(int loops);
+  /// How lossy the compression is: 0, the default, for not at all, to 200. Before the first frame.
+  void SetLoss(int loss);
   /// Ends the animation and returns the whole file; empty without a frame. The writer cannot be used afterwards.
   std::vector<std::uint8_t> Finish();
 

@@ -203,8 +203,10 @@ void ReadFiles(Reading& reading) {
 
 void CheckValues(const TypedWords& typed) {
   for (const OptionRow& row : OptionRows()) {
-    if (!row.form) continue;
-    for (const std::string& value : typed.Values(LongName(row))) CheckValue(row, value);
+    if (!row.form && !*row.words) continue;
+    for (const std::string& value : typed.Values(LongName(row))) {
+      if (row.form || value != "1") CheckValue(row, value);
+    }
   }
 }
 

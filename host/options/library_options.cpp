@@ -53,7 +53,9 @@ void SetLibraryOption(TypedWords& typed, const std::string& name, const std::opt
   if (!value) return typed.Put(option, {});
   if (value->empty()) Refuse(option + " '' is empty; give a value or leave it out");
   if (!row->form) {
-    if (*value != "0" && *value != "1") Refuse(option + " takes 1 or 0, not '" + *value + "'");
+    if (*value == "0" || *value == "1") return typed.Put(option, {*value});
+    if (!*row->words) Refuse(option + " takes 1 or 0, not '" + *value + "'");
+    CheckValue(*row, *value);
     return typed.Put(option, {*value});
   }
   CheckValue(*row, *value);

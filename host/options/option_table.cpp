@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/options/option_table.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace glyphmotion {
@@ -77,9 +78,14 @@ constexpr OptionRow kRows[] = {
     Value("--background", kMaterials, "M", "Fill of the background"),
     Value("--outline", kMaterials, "COLOUR", "Colour of the outline, #RRGGBB or a name, or none"),
 
-    Value("--palette", kColour, "NAME",
-          "custom (made for the picture; the default for .gif) or a fixed one: see --list palettes"),
-    Flag("--dither", kColour, "MainDither", "1", "Dither colours that the palette lacks"),
+    Value(
+        "--palette", kColour, "NAME",
+        "custom (made for the picture; the default for .gif), best (the finest that is possible, in larger files) or a "
+        "fixed one: see --list palettes"),
+    Number("--colors", kColour, nullptr, 2, 256, "Most colours of a custom or best palette"),
+    {"--dither", nullptr, kColour,
+     "Dither colours that the palette lacks; stable: what does not move keeps its dots, ordered: in a regular pattern",
+     "MainDither", 0, 0, "1", "stable,ordered"},
     Flag("--true-color", kColour, "Truecolour", "1", "True colour instead of a palette (.png, .webp)"),
     Flag("--supercompress", kColour, "MainSupercompress", "1", "Paint unchanged pixels with one reserved colour"),
     Flag("--transparent", kColour, "MainTransparent", "1", "A transparent background, as one index of the palette"),
@@ -143,6 +149,17 @@ std::string NegativeName(const OptionRow& row) {
 }
 
 char ShortName(const OptionRow& row) { return row.names[1] == '-' ? '\0' : row.names[1]; }
+
+std::vector<std::string> WordsOf(const OptionRow& row) {
+  std::vector<std::string> words;
+  std::string_view rest = row.words;
+  while (!rest.empty()) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    words.emplace_back(rest.substr(0, comma));
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
+  }
+  return words;
+}
 
 const OptionRow* FindOption(const std::string& name) {
   const std::string wanted = name.starts_with("--") ? name : "--" + name;

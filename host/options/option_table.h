@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace glyphmotion {
 
@@ -16,7 +17,7 @@ struct OptionRow {
   long minimum = 0, maximum = 0;  ///< of a whole number; equal: the value is no such number
   /// What a flag sets: its value, or "01" for a pair of flags.
   const char* value = nullptr;
-  /// The words that the value can be, by commas; empty: any.
+  /// The words that the value can be, by commas; empty: any. A flag with words takes one of them after "=", or none.
   const char* words = "";
   bool repeats = false;  ///< may be given several times
 };
@@ -37,6 +38,8 @@ std::string LongName(const OptionRow& row);
 std::string NegativeName(const OptionRow& row);
 /// 's', or 0.
 char ShortName(const OptionRow& row);
+/// The words of a row, one by one.
+std::vector<std::string> WordsOf(const OptionRow& row);
 /// The row of a long name with or without its dashes, a pair's second name included; null for none.
 const OptionRow* FindOption(const std::string& name);
 

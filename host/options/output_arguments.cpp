@@ -37,7 +37,8 @@ void RefuseTransparentSample(const Reading& reading) {
 void NoteIdleOptions(Reading& reading) {
   const TypedWords& typed = reading.typed;
   const auto isOn = [&](const char* name) { return typed.IsOn(name); };
-  const bool palette = typed.Has("--palette"), fixedPalette = palette && Lowered(typed.Value("--palette")) != "custom";
+  const std::string palette = Lowered(typed.Value("--palette"));
+  const bool hasPalette = !palette.empty(), fixedPalette = hasPalette && palette != "custom" && palette != "best";
   const struct {
     bool applies;
     const char *idle, *beside;
@@ -45,8 +46,10 @@ void NoteIdleOptions(Reading& reading) {
               {isOn("--transparent") && isOn("--supercompress"), "--transparent", "--supercompress"},
               {isOn("--dither") && isOn("--true-color"), "--dither", "--true-color"},
               {isOn("--dither") && isOn("--alpha"), "--dither", "--alpha"},
-              {palette && isOn("--true-color"), "--palette", "--true-color"},
-              {palette && isOn("--alpha"), "--palette", "--alpha"}};
+              {typed.Has("--colors") && fixedPalette, "--colors", "a fixed --palette"},
+              {typed.Has("--colors") && isOn("--true-color"), "--colors", "--true-color"},
+              {hasPalette && isOn("--true-color"), "--palette", "--true-color"},
+              {hasPalette && isOn("--alpha"), "--palette", "--alpha"}};
   for (const auto& row : rows) {
     if (row.applies)
       reading.arguments.notes.push_back(std::string(row.idle) + " changes nothing together with " + row.beside +
@@ -176,19 +179,24 @@ void ReadAction(Reading& reading) {
 }
 
 void ReadPalette(Reading& reading) {
+  if (reading.typed.Has("--colors")) reading.arguments.job.colours = static_cast<int>(reading.Number("--colors"));
+  const std::string& dither = reading.typed.Value("--dither");
+  if (dither == "stable") reading.arguments.job.dithering = Job::Dithering::Stable;
+  if (dither == "ordered") reading.arguments.job.dithering = Job::Dithering::Ordered;
   if (!reading.typed.Has("--palette")) return;
   Job& job = reading.arguments.job;
   const auto& names = PaletteOptionNames();
   const std::string& typed = reading.typed.Value("--palette");
   const std::string name = Lowered(typed);
-  if (name == "custom") {
+  job.bestPalette = name == "best";
+  if (name == "custom" || job.bestPalette) {
     job.settings.emplace_back("14", "1");
     return;
   }
   auto index = static_cast<long>(std::find(names.begin(), names.end(), name) - names.begin());
   if (const auto number = WholeNumber(name)) index = *number;
   if (index < 0 || index >= static_cast<long>(std::min(names.size(), reading.catalogue.palettes.size())))
-    Refuse("there is no palette '" + typed + "'; use custom, " + Join(names) + ", or a number from 0 to " +
+    Refuse("there is no palette '" + typed + "'; use custom, best, " + Join(names) + ", or a number from 0 to " +
            std::to_string(names.size() - 1));
   job.settings.emplace_back("14", "0");
   job.settings.emplace_back("MainPalette", std::to_string(index));
@@ -199,7 +207,9 @@ void ReadPalette(Reading& reading) {
 void AddDefaults(Reading& reading) {
   Job& job = reading.arguments.job;
   const EncoderFormat* format = FindFormat(reading.arguments.extension);
-  AddOutputDefaults(job, reading.typed.Has("--palette") || (format ? format->paletteFormat : job.paletteFormat));
+  const bool prefersPalette = reading.typed.Has("--palette") || reading.typed.Has("--colors") ||
+                              (format ? format->paletteFormat : job.paletteFormat);
+  AddOutputDefaults(job, prefersPalette);
 }
 
 void ReadControls(Reading& reading) {

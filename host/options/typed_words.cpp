@@ -21,7 +21,7 @@ const std::string& TypedWords::Value(const std::string& name) const {
 
 std::optional<bool> TypedWords::Flag(const std::string& name) const {
   if (!Has(name)) return std::nullopt;
-  return Value(name) == "1";
+  return Value(name) != "0";
 }
 
 void TypedWords::Put(const std::string& name, std::vector<std::string> values) {

@@ -11,17 +11,6 @@
 namespace glyphmotion {
 namespace {
 
-std::vector<std::string> WordsOf(const OptionRow& row) {
-  std::vector<std::string> words;
-  std::string_view rest = row.words;
-  while (!rest.empty()) {
-    const std::size_t comma = std::min(rest.find(','), rest.size());
-    words.emplace_back(rest.substr(0, comma));
-    rest.remove_prefix(std::min(comma + 1, rest.size()));
-  }
-  return words;
-}
-
 // "a, b or c"
 std::string OneOf(const std::vector<std::string>& words) {
   std::string text;

@@ -55,9 +55,10 @@ TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> 
   app.add_option("text", typed.text);
   std::vector<std::vector<std::string>> values(rows.size());
   std::vector<std::int64_t> flags(rows.size());
+  std::vector<std::string> flagWords(rows.size());  // of flags that take one
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (!rows[i].form) {
-      app.add_flag(rows[i].names, flags[i]);
+      *rows[i].words ? app.add_flag(rows[i].names, flagWords[i]) : app.add_flag(rows[i].names, flags[i]);
       continue;
     }
     app.add_option(rows[i].names, values[i])
@@ -85,6 +86,7 @@ TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> 
     const std::string name = LongName(rows[i]);
     if (!values[i].empty()) typed.Put(name, values[i]);
     if (flags[i] != 0) typed.Put(name, {flags[i] > 0 ? "1" : "0"});
+    if (!flagWords[i].empty()) typed.Put(name, {flagWords[i] == "true" ? "1" : flagWords[i]});
     // A script whose variable is empty gets an error, not the defaults.
     if (std::find(values[i].begin(), values[i].end(), "") != values[i].end())
       Refuse(name + " has an empty value; give a value or leave the option out");

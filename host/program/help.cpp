@@ -43,6 +43,7 @@ std::string NamesOf(const OptionRow& row) {
   std::string names = ShortName(row) ? std::string("-") + ShortName(row) + ", " : "    ";
   names += LongName(row);
   if (const std::string negative = NegativeName(row); !negative.empty()) names += ", " + negative;
+  if (!row.form && *row.words) return names + "[=HOW]";
   return row.form ? names + " " + row.form : names;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "glyphmotion/version.h"
 #include "host/options/option_table.h"
@@ -42,6 +43,14 @@ std::string Words(const OptionRow& row) {
   return words;
 }
 
+// What a flag with words can also be: "--dither=stable".
+std::vector<std::string> FlagWords(const OptionRow& row) {
+  std::vector<std::string> words;
+  if (row.form) return words;
+  for (const std::string& word : WordsOf(row)) words.push_back(LongName(row) + "=" + word);
+  return words;
+}
+
 bool TakesFile(const OptionRow& row) {
   return row.form && (!std::strcmp(row.form, "FILE") || !std::strcmp(row.form, "FOLDER"));
 }
@@ -51,7 +60,10 @@ std::string BashCompletion() {
   for (const OptionRow& row : OptionRows()) {
     options += LongName(row) + " ";
     if (const std::string negative = NegativeName(row); !negative.empty()) options += negative + " ";
-    if (!row.form) continue;
+    if (!row.form) {
+      for (const std::string& word : FlagWords(row)) options += word + " ";
+      continue;
+    }
     const std::string shortName = ShortName(row) ? std::string("|-") + ShortName(row) : "";
     const std::string reply = *row.words       ? "$(compgen -W '" + Words(row) + "' -- \"$word\")"
                               : TakesFile(row) ? "$(compgen -f -- \"$word\")"
@@ -82,6 +94,7 @@ std::string ZshCompletion() {
       if (LongName(row) == "--effect") value += "($(glyphmotion --list effects | cut -d ' ' -f 1))";
     }
     lines += " \\\n  " + Quoted(LongName(row) + "[" + help + "]" + value);
+    for (const std::string& word : FlagWords(row)) lines += " \\\n  " + Quoted(word + "[" + help + "]");
     if (const std::string negative = NegativeName(row); !negative.empty())
       lines += " \\\n  " + Quoted(negative + "[" + help + "]");
   }
@@ -94,9 +107,10 @@ std::string FishCompletion() {
     std::string line = "complete -c glyphmotion -l " + LongName(row).substr(2);
     if (ShortName(row)) line += std::string(" -s ") + ShortName(row);
     if (row.form) line += TakesFile(row) ? " -r -F" : " -x";
-    if (*row.words) line += " -a " + Quoted(Words(row));
+    if (row.form && *row.words) line += " -a " + Quoted(Words(row));
     if (LongName(row) == "--effect") line += " -a '(glyphmotion --list effects | string split -f 1 \" \")'";
     lines += line + " -d " + Quoted(row.help) + "\n";
+    for (const std::string& word : FlagWords(row)) lines += "complete -c glyphmotion -a " + word + "\n";
     if (const std::string negative = NegativeName(row); !negative.empty())
       lines += "complete -c glyphmotion -l " + negative.substr(2) + "\n";
   }

@@ -25,6 +25,7 @@
 #include "platform/workers.h"
 #include "resources/strings.h"
 #include "resources/templates.h"
+#include "shell/build_driver.h"
 #include "shell/main_dialog.h"
 #include "shell/operation_names.h"
 #include "shell/settings.h"
@@ -254,6 +255,14 @@ std::string PrepareText(const Job& job) {
   return error;
 }
 
+// What the job asks of its palette, for the run. One sentence when that is impossible.
+std::string PreparePalette(const Job& job) {
+  if (job.colours < 2 || job.colours > 256)
+    return std::to_string(job.colours) + " colours are not allowed; a palette takes 2 to 256";
+  CurrentPaletteRun() = {job.bestPalette, job.colours, static_cast<Dithering>(job.dithering)};
+  return {};
+}
+
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   // A dialog that cannot be created has no message; a panel fails only when out of memory.
@@ -317,7 +326,9 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   RunState run;
   const RunScope scope(run);
   PrepareRun(job, sink, folders);
-  if (const std::string trouble = PrepareText(job); !trouble.empty()) {
+  std::string trouble = PrepareText(job);
+  if (trouble.empty()) trouble = PreparePalette(job);
+  if (!trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
     return result;

@@ -76,6 +76,15 @@ struct Job {
   /// Axes of a variable font: {"wght", 650}. The font has to have them.
   std::vector<std::pair<std::string, double>> fontVariation;
 
+  /// A palette of the best colours for the animation, where its images are palette indices: finer than Custom palette
+  /// (control 14), whose gradients leave entries unused. Overrides the dialog's choice.
+  bool bestPalette = false;
+  /// Most entries of a custom or best palette, 2 to 256, a reserved one included.
+  int colours = 256;
+  /// What Dither ("MainDither") means, if `settings` or a file switch it on. Diffuse: error diffusion, frame by frame.
+  /// Stable: the same, but what does not change between two frames keeps its pattern. Ordered: a fixed pattern.
+  enum class Dithering { Diffuse, Stable, Ordered } dithering = Dithering::Diffuse;
+
   enum class Action { Build, Test, Sample, None } action = Action::Build;
 
   /// For RenderToFile and RenderToMemory: how often the animation plays, 0 to 65535 (0: for ever), and the frame that

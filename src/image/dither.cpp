@@ -3,9 +3,12 @@
 // neighbour and of three pixels of the previous row, so a single row is one long chain of dependent look-ups. Four rows
 // are therefore diffused together, each two pixels behind the previous one: their chains are independent, and the
 // values are the same as row by row.
+// A stable dither keeps the indices of pixels that have not changed since the frame before. They take errors but give
+// none, so the errors begin and end with each changed region.
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include "image/colour_cells.h"
 #include "image/remap.h"
@@ -59,6 +62,7 @@ struct Job {
 /// One of the current rows.
 struct Line {
   const std::uint8_t* pixels = nullptr;  ///< blue, green, red
+  const std::uint8_t* kept = nullptr;    ///< 1 where `indices` is given
   std::uint8_t* indices = nullptr;
   const Lanes* above = nullptr;          ///< errors from the previous row
   Lanes* below = nullptr;                ///< errors for the next row
@@ -69,24 +73,27 @@ struct Line {
 
 // Processes pixel x of a line, which completes the position below its left neighbour; the first column gets nothing
 // from the right.
-template <bool kInside>
+template <bool kInside, bool kKeeps>
 inline void Step(Line& line, int x, const Job& job) {
-  const std::uint8_t* pixel = line.pixels + 3 * x;
-  const Lanes sum = (pixel[2] | Lanes{pixel[1]} << 13 | Lanes{pixel[0]} << 26) + line.above[x] + line.carried;
-  const Lanes limited = kLimited[0][sum & 1023] + kLimited[1][sum >> 13 & 1023] + kLimited[2][sum >> 26 & 1023];
-  const auto place = static_cast<std::uint32_t>(limited >> 40);
-  if (!job.known[place / kCubeColours]) [[unlikely]]
-    FillCube(*job.state, place / kCubeColours);
-  const std::uint8_t index = job.table[place];
-  line.indices[x] = index;
-  const Lanes error = limited - job.entries[index];
+  Lanes error = kNoError;
+  if (!kKeeps || !line.kept[x]) {
+    const std::uint8_t* pixel = line.pixels + 3 * x;
+    const Lanes sum = (pixel[2] | Lanes{pixel[1]} << 13 | Lanes{pixel[0]} << 26) + line.above[x] + line.carried;
+    const Lanes limited = kLimited[0][sum & 1023] + kLimited[1][sum >> 13 & 1023] + kLimited[2][sum >> 26 & 1023];
+    const auto place = static_cast<std::uint32_t>(limited >> 40);
+    if (!job.known[place / kCubeColours]) [[unlikely]]
+      FillCube(*job.state, place / kCubeColours);
+    const std::uint8_t index = job.table[place];
+    line.indices[x] = index;
+    error = limited - job.entries[index];
+  }
   if (kInside || x > 0) line.below[x - 1] = line.pending + Share<3>(kInside || x >= 2 ? error : kNoError);
   line.carried = Share<7>(error);
   line.pending = line.sixteenth + Share<5>(error);
   line.sixteenth = Share<1>(error);
 }
 
-template <int kRows>
+template <int kRows, bool kKeeps>
 void DiffuseRows(const Line* rows, int width, const Job job) {
   Line lines[kRows];
   for (int i = 0; i < kRows; ++i) lines[i] = rows[i];
@@ -96,7 +103,7 @@ void DiffuseRows(const Line* rows, int width, const Job job) {
       for (int i = 0; i < kRows; ++i) {
         const int x = t - kLag * i;
         if (x < 0 || x >= width) continue;
-        Step<false>(lines[i], x, job);
+        Step<false, kKeeps>(lines[i], x, job);
         if (x + 1 < width) continue;
         lines[i].below[x] = lines[i].pending + Share<3>(kNoError);
       }
@@ -106,7 +113,7 @@ void DiffuseRows(const Line* rows, int width, const Job job) {
   edge(0, kFirstInside);
   int t = kFirstInside;
   for (; t < width - 1; ++t) {
-    for (int i = 0; i < kRows; ++i) Step<true>(lines[i], t - kLag * i, job);
+    for (int i = 0; i < kRows; ++i) Step<true, kKeeps>(lines[i], t - kLag * i, job);
   }
   edge(t, width + kLag * (kRows - 1));
 }
@@ -127,18 +134,37 @@ struct LineMemory {
   LockedBlock<std::uint8_t> lock;
   std::size_t width;
 
+  static constexpr std::size_t kBytes = 5;  // of a pixel: index, kept, blue, green, red
+
   explicit LineMemory(int pixels)
       : block(AllocateBlock(static_cast<std::size_t>(pixels) *
-                            ((kRowsTogether + 1) * sizeof(Lanes) + kRowsTogether * 4))),
+                            ((kRowsTogether + 1) * sizeof(Lanes) + kRowsTogether * kBytes))),
         lock(block.Handle()),
         width(static_cast<std::size_t>(pixels)) {}
   Lanes* ErrorsOf(int i) const { return reinterpret_cast<Lanes*>(lock.get()) + static_cast<std::size_t>(i) * width; }
   std::uint8_t* Bytes(int i) const {
-    return reinterpret_cast<std::uint8_t*>(ErrorsOf(kRowsTogether + 1)) + static_cast<std::size_t>(i) * 4 * width;
+    return reinterpret_cast<std::uint8_t*>(ErrorsOf(kRowsTogether + 1)) + static_cast<std::size_t>(i) * kBytes * width;
   }
 };
 
-PackedDib DitherColour(const DibView& source, ColourMatcher::State& state) {
+/// The frame before, where there is one that a stable dither can build on.
+struct Before {
+  const DibView& source;
+  const DibView& remapped;
+};
+
+// Finds the pixels of a row that have not changed, and gives them their indices.
+void KeepIndices(const Before& before, const std::uint8_t* pixels, int r, std::uint8_t* indices, std::uint8_t* kept) {
+  const std::uint8_t *was = before.source.StoredRow(r), *row = before.remapped.StoredRow(r);
+  const bool whole = before.remapped.Bits() == 8;
+  for (int x = 0; x < before.source.Width(); ++x) {
+    kept[x] = std::memcmp(pixels + 3 * x, was + 3 * x, 3) == 0;
+    indices[x] = whole ? row[x] : static_cast<std::uint8_t>(row[x / 2] >> (x % 2 ? 0 : 4) & 15);
+  }
+}
+
+template <bool kKeeps>
+PackedDib DitherColour(const DibView& source, ColourMatcher::State& state, const Before* before) {
   const int width = source.Width(), height = source.Height();
   PackedDib dithered = BlankDib(width, height, &state.palette, state.depth);
   const DibView target(dithered);
@@ -159,16 +185,18 @@ PackedDib DitherColour(const DibView& source, ColourMatcher::State& state) {
       std::uint8_t* bytes = memory.Bytes(i);
       lines[i].pixels = source.StoredRow(r + i);
       lines[i].indices = bytes;
+      lines[i].kept = bytes + width;
       lines[i].above = memory.ErrorsOf(i);
       lines[i].below = memory.ErrorsOf(i + 1);
+      if (kKeeps) KeepIndices(*before, lines[i].pixels, r + i, bytes, bytes + width);
       if (source.Bits() == 24) continue;
-      ExpandRow(source, r + i, bytes + width);
-      lines[i].pixels = bytes + width;
+      ExpandRow(source, r + i, bytes + 2 * width);
+      lines[i].pixels = bytes + 2 * width;
     }
     if (rows == 1) {
-      DiffuseRows<1>(lines, width, job);
+      DiffuseRows<1, kKeeps>(lines, width, job);
     } else {
-      DiffuseRows<kRowsTogether>(lines, width, job);
+      DiffuseRows<kRowsTogether, kKeeps>(lines, width, job);
     }
     std::copy_n(memory.ErrorsOf(rows), width, memory.ErrorsOf(0));
     for (int i = 0; i < rows; ++i) PackIndices(target.StoredRow(r + i), lines[i].indices, width, target.Bits());
@@ -258,7 +286,21 @@ PackedDib DitherImage(const PackedDib& image, ColourMatcher& matcher) noexcept {
   ColourMatcher::State& state = matcher.Internals();
   const DibView source(image);
   if (!source || source.Bits() == 1 || source.Bits() == 32 || state.depth < 1 || state.depth > 8) return {};
-  return state.depth == 1 ? DitherGrey(source, state) : DitherColour(source, state);
+  return state.depth == 1 ? DitherGrey(source, state) : DitherColour<false>(source, state, nullptr);
+}
+
+PackedDib DitherStable(const PackedDib& image, const PackedDib& before, const PackedDib& beforeRemapped,
+                       ColourMatcher& matcher) noexcept {
+  ColourMatcher::State& state = matcher.Internals();
+  const DibView source(image), was(before), remapped(beforeRemapped);
+  const auto fits = [&](const DibView& view, int bits) {
+    return view && view.Width() == source.Width() && view.Height() == source.Height() && view.Bits() == bits;
+  };
+  const bool known =
+      state.depth > 1 && source && source.Bits() == 24 && fits(was, 24) && fits(remapped, state.depth > 4 ? 8 : 4);
+  if (!known) return DitherImage(image, matcher);
+  const Before last = {was, remapped};
+  return DitherColour<true>(source, state, &last);
 }
 
 }  // namespace glyphmotion

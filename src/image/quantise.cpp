@@ -12,11 +12,11 @@
 #include "image/quantise.h"
 
 #include <algorithm>
-#include <cstring>
 #include <span>
 
 #include "image/colour_cells.h"
 #include "image/packed_dib.h"
+#include "image/run_pixels.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -32,21 +32,6 @@ int DepthFor(int colours) {
   return std::clamp(depth, kMinDepth, kMaxDepth);
 }
 static_assert(kMaxColours >> 2 * kMaxDepth == 0 && kMaxColours >> 2 * (kMaxDepth - 1) != 0);
-
-// The number of bytes from p on that equal the byte three positions later, at most `bytes`.
-std::size_t RepeatedBytes(const std::uint8_t* p, std::size_t bytes) {
-  std::size_t i = 0;
-  for (std::uint64_t a, b; i + 8 <= bytes; i += 8) {
-    std::memcpy(&a, p + i, 8);
-    std::memcpy(&b, p + i + 3, 8);
-    if (a != b) break;
-  }
-  while (i < bytes && p[i] == p[i + 3]) ++i;
-  return i;
-}
-
-// Length of the run of equal pixels that starts at p, of `left` pixels up to the end of the row.
-std::size_t RunLength(const std::uint8_t* p, std::size_t left) { return 1 + RepeatedBytes(p, 3 * (left - 1)) / 3; }
 
 // ---- The exact list ----
 
@@ -332,19 +317,6 @@ void WriteColours(const Node& node, Palette& palette, int& written) {
 }
 
 // ---- All frames ----
-
-/// Calls `work` with each frame's image until it returns false; false when an image is malformed.
-template <typename Work>
-bool ForEachImage(const FrameList& frames, Work work) {
-  for (int i = 0; i < frames.count; ++i) {
-    const LockedFrame frame(frames, i);
-    if (!frame) return false;
-    const DibView image(frame->image);
-    if (!image || image.Bits() != 24) return false;
-    if (!work(image)) break;
-  }
-  return frames.count > 0 && !EndRequested();
-}
 
 bool SumFrames(const FrameList& frames, CellTable& cells) {
   cells.room = kPackedPixels;

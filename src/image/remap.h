@@ -7,6 +7,13 @@
 
 namespace glyphmotion {
 
+/// How a dithered remap spreads the errors.
+enum class Dithering : std::uint8_t {
+  Diffuse,  ///< DitherImage
+  Stable,   ///< DitherStable: what does not change from frame to frame keeps its indices
+  Ordered   ///< DitherOrdered: by a fixed pattern, so that equal pixels get equal indices in every frame
+};
+
 /// The persistent settings of remapping.
 struct RemapOptions {
   bool fastRemap = false;     ///< exact match, else a table of 15-bit colours, instead of the nearest colour
@@ -46,6 +53,18 @@ PackedDib RemapImage(const PackedDib& image, ColourMatcher& matcher) noexcept;
 
 /// The same with Floyd-Steinberg error diffusion, always left to right in storage order. A 1-bit source gives nothing.
 PackedDib DitherImage(const PackedDib& image, ColourMatcher& matcher) noexcept;
+
+/// The same with the errors of changed pixels only: a pixel whose colour is the same in `before`, the source of the
+/// previous frame, keeps its index in `beforeRemapped`, and its error is dropped. Without a previous frame of the same
+/// size and depth this is DitherImage, as it is for one-bit palettes.
+PackedDib DitherStable(const PackedDib& image, const PackedDib& before, const PackedDib& beforeRemapped,
+                       ColourMatcher& matcher) noexcept;
+
+/// Ordered dither of 24-bit images for any palette: a pixel gets the nearest entry or the one on the other side of its
+/// colour, whichever a threshold matrix of 8 x 8 selects, in the proportion that mixes to the colour. Other depths,
+/// and one-bit palettes, are as in DitherImage.
+/// Source: the pattern of Bayer (1973); the choice of two entries after Knoll's pattern dithering (1999).
+PackedDib DitherOrdered(const PackedDib& image, ColourMatcher& matcher) noexcept;
 
 /// A copy of `remapped` with `index` wherever `source` has `colour` in its low 24 bits (so kNoColour means white).
 PackedDib MaskReplace(const PackedDib& remapped, const PackedDib& source, Colour colour, int index) noexcept;

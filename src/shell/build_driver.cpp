@@ -6,10 +6,12 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "controls/variables.h"
 #include "effects/effect_table.h"
+#include "image/best_palette.h"
 #include "image/fixed_palettes.h"
 #include "image/quantise.h"
 #include "image/remap.h"
@@ -29,12 +31,14 @@ constexpr const char* kComment =
     "the Glyphmotion #4 "
     "plugin.\r\n\r\nSee\r\n\r\n    www.tessaloom.example\r\n\r\nfor more information.";
 
+constexpr int kMostColours = 256;
+
 enum BackgroundKind : std::uint64_t { kBackgroundColour = 100, kBackgroundIndex = 101 };
 
 // The dialog's options for this run, with conflicts already resolved.
 struct RunOptions {
   int effectIndex = 0;
-  bool alpha = false, trueColour = false, customPalette = false, dither = false;
+  bool alpha = false, trueColour = false, customPalette = false, bestPalette = false, dither = false;
   bool supercompress = false, transparent = false, maskBackground = false;
   Colour background = kNoColour;
 };
@@ -45,7 +49,8 @@ RunOptions ReadOptions(const Dialog& dialog, bool test) {
   const EffectDescriptor& effect = EffectRow(options.effectIndex);
   options.alpha = !test && ReadCheck(dialog, ControlId::AlphaTransparency);
   options.trueColour = ReadCheck(dialog, MainControl::TrueColour) || options.alpha;
-  options.customPalette = ReadCheck(dialog, MainControl::CustomPalette);
+  options.bestPalette = CurrentPaletteRun().best;
+  options.customPalette = options.bestPalette || ReadCheck(dialog, MainControl::CustomPalette);
   options.dither = ReadCheck(dialog, MainControl::Dither);
   options.supercompress = ReadCheck(dialog, MainControl::Supercompress) && !options.trueColour;
   const auto refusal = static_cast<std::int32_t>(effect.transparentColourFunction(dialog, 1));
@@ -84,6 +89,7 @@ struct Resources {
   WaitCursor cursor;
   OwnedFrames frames;
   PackedDib previous;
+  PackedDib before, beforeRemapped;  // the last frame, for stable dither
   AlphaCheck alphaCheck;
   explicit Resources(Dialog& dialog) : alphaCheck(dialog) {}
 };
@@ -152,22 +158,20 @@ class Run {
     Stage(kTextQuantizing);
     // A single frame drops Supercompress only after the count was wanted.
     const bool reserve = options_.supercompress || options_.maskBackground;
-    int n = reserve ? 255 : 256;
-    if (!QuantiseFrames(Frames(), n, palette_)) return FailMemory();
+    const int most = CurrentPaletteRun().colours;
+    int n = reserve ? most - 1 : most;
+    if (!Quantise(n)) return FailMemory();
     const Rgb background = RgbOf(options_.background);
     colourCount_ = n;
     if (!options_.maskBackground) {
-      if (n < 254) {
-        palette_[static_cast<std::size_t>(n)] = background;
-        colourCount_ = ++n;
-      } else {
-        const int nearest = NearestColour(background.red, background.green, background.blue, palette_, n);
-        palette_[static_cast<std::size_t>(nearest)] = background;
-      }
+      AddBackground(background, options_.bestPalette ? most : most - 2, n);
+      colourCount_ = n;
     }
     SortPaletteByBrightness(palette_, n);
     const bool reserved = Supercompressing() || options_.maskBackground;
     depth_ = DepthOfCount(n + (reserved ? 1 : 0));
+    // Images of one bit are divided by brightness, whatever the two colours are.
+    if (options_.bestPalette || most < kMostColours) depth_ = std::max(depth_, 2);
     transparentIndex_ = n;
     if (reserved && n < 256) palette_[static_cast<std::size_t>(n)] = background;
     if (Supercompressing()) {
@@ -175,6 +179,22 @@ class Run {
       superIndex_ = n;
     }
     return true;
+  }
+
+  bool Quantise(int& count) {
+    if (!options_.bestPalette) return QuantiseFrames(Frames(), count, palette_);
+    // Masked pixels get the reserved entry. Diffusion still needs their colour: it would spread the error of another.
+    const bool diffuses = options_.dither && CurrentPaletteRun().dithering != Dithering::Ordered;
+    std::optional<Rgb> reserved;
+    if (options_.maskBackground && !diffuses) reserved = RgbOf(options_.background);
+    return BestPalette(Frames(), reserved, count, palette_);
+  }
+
+  // As an entry of its own while there are fewer than `most`; otherwise it replaces the nearest.
+  void AddBackground(Rgb background, int most, int& count) {
+    const int nearest = NearestColour(background.red, background.green, background.blue, palette_, count);
+    if (options_.bestPalette && palette_[static_cast<std::size_t>(nearest)] == background) return;
+    palette_[static_cast<std::size_t>(count < most ? count++ : nearest)] = background;
   }
 
   bool Supercompress() {
@@ -212,7 +232,13 @@ class Run {
       if (options_.transparent) record->transparentIndex = transparentIndex_;
       return true;
     };
-    return workers.InOrder(count, reduce, take);
+    // Stable dither carries pixels over from the frame before.
+    const bool chained = !options_.trueColour && DitheringIs(Dithering::Stable);
+    for (int i = 0; chained && i < count; ++i) {
+      reduce(0, i);
+      if (!take(i)) return false;
+    }
+    return chained || workers.InOrder(count, reduce, take);
   }
 
   // Replaces the frame's 24-bit image by one of palette indices.
@@ -223,7 +249,7 @@ class Run {
       explicit Borrowed(BlockHandle handle) : dib(handle) {}
       ~Borrowed() { dib.Release(); }
     } source(record.image);
-    PackedDib image = options_.dither ? DitherImage(source.dib, matcher) : RemapImage(source.dib, matcher);
+    PackedDib image = options_.dither ? Dither(source.dib, matcher) : RemapImage(source.dib, matcher);
     if (image && Supercompressing()) {
       if (number == 0) image = MaskReplace(image, source.dib, options_.background, transparentIndex_);
       if (image && record.mask && !MarkUnchanged(image, record)) return false;
@@ -232,9 +258,21 @@ class Run {
       image = MaskReplace(image, source.dib, options_.background, transparentIndex_);
     }
     if (!image) return false;
+    if (DitheringIs(Dithering::Stable)) resources_->before = std::move(source.dib);
     source.dib.Reset();
     record.image = image.Release();
     return true;
+  }
+
+  bool DitheringIs(Dithering method) const { return options_.dither && CurrentPaletteRun().dithering == method; }
+
+  PackedDib Dither(const PackedDib& image, ColourMatcher& matcher) {
+    if (DitheringIs(Dithering::Ordered)) return DitherOrdered(image, matcher);
+    if (!DitheringIs(Dithering::Stable)) return DitherImage(image, matcher);
+    PackedDib dithered = DitherStable(image, resources_->before, resources_->beforeRemapped, matcher);
+    // A copy: masks are painted into the image itself.
+    resources_->beforeRemapped = DuplicateDib(dithered);
+    return resources_->beforeRemapped ? std::move(dithered) : PackedDib();
   }
 
   bool MarkUnchanged(const PackedDib& image, FrameRecord& record) {
@@ -335,6 +373,8 @@ class Run {
 };
 
 }  // namespace
+
+PaletteRun& CurrentPaletteRun() { return CurrentRun().Member<PaletteRun>(); }
 
 bool BuildDriver(Dialog& dialog, const HostCallTable& hostCalls, bool test) {
   if (!hostCalls.HostCall) return false;

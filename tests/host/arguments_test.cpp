@@ -87,6 +87,7 @@ TEST(Arguments, EachOptionReachesItsControl) {
       {{"--no-antialias"}, "MainAntialias", "0"},
       {{"--still-text"}, "MainRolling", "0"},
       {{"--dither"}, "MainDither", "1"},
+      {{"--dither=stable"}, "MainDither", "1"},
       {{"--supercompress"}, "MainSupercompress", "1"},
       {{"--transparent"}, "MainTransparent", "1"},
       {{"--mask-background"}, "MainMaskBackground", "1"},
@@ -151,6 +152,9 @@ TEST(Arguments, TheRestOfTheJob) {
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
   EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
   EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
+  const Job best = Parse({"Hi", "-o", "a.png", "--palette", "best", "--colors", "9", "--dither=ordered"}).arguments->job;
+  EXPECT_TRUE(best.bestPalette && best.colours == 9 && best.dithering == Job::Dithering::Ordered);
+  EXPECT_EQ(Final(best, "Truecolour"), "0");
   EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);
 }
 
@@ -160,10 +164,12 @@ TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--palette", "safe216"}),
             Notes{"--transparent changes nothing together with a fixed --palette; leave one of them out"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--transparent", "--supercompress"}).size(), 1u);
+  EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--colors", "5", "--palette", "bw"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--fps", "30"}), Notes{"--fps 30 becomes 33.3: a frame takes 3/100 s"});
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--delay", "85ms"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.png", "--dither", "--palette", "bw", "--alpha", "--true-color"}).size(), 4u);
   for (const Words& meant : {Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "custom", "--dither"},
+                             Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "best", "--colors", "5"},
                              Words{"Hi", "-o", "a.png", "--fps", "25", "--pause", "85ms"},
                              Words{"Hi", "-o", "a.png", "--palette", "bw", "--dither"}})
     EXPECT_EQ(notes(meant), Notes{});
@@ -187,6 +193,8 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "-f", "Liberation Sanz"}, {"Liberation Sanz", "'Liberation Sans'", "--list fonts"}},
       {{"Hi", "-o", "a.gif", "--palette", "9"}, {"9", "custom", "gray256"}},
       {{"Hi", "-o", "a.gif", "--palette", "red"}, {"red", "windows16"}},
+      {{"Hi", "-o", "a.gif", "--colors", "1"}, {"--colors 1", "2 to 256"}},
+      {{"Hi", "-o", "a.gif", "--dither=fine"}, {"--dither fine", "stable or ordered"}},
       {{"Hi", "-o", "a.gif", "-s", "3"}, {"--size", "3", "4 to 144"}},
       {{"Hi", "-o", "a.gif", "-s", "12px"}, {"12px", "4 to 144"}},
       {{"Hi", "-o", "a.gif", "--delay", "0"}, {"--delay", "1 to 25"}},

@@ -37,8 +37,9 @@ std::array<std::uint8_t, 768> RandomPalette(unsigned seed) {
   return palette;
 }
 
-Bytes WriteGif(const Animation& animation, int width, int height, const std::string& comment = "") {
+Bytes WriteGif(const Animation& animation, int width, int height, const std::string& comment = "", int loss = 0) {
   GifWriter writer(width, height);
+  writer.SetLoss(loss);
   for (const Picture& p : animation)
     EXPECT_TRUE(writer.Add({p.width, p.height, p.indices, p.palette, p.delay, p.transparentIndex, p.standAlone}));
   writer.SetComment(comment);
@@ -83,11 +84,32 @@ Animation Moving(int width, int height, int frames, unsigned colours, int noise)
   return animation;
 }
 
-// Every picture and its delay must come back. `halves`: of the pictures that may come as two images, because they have
-// 256 new colours and need a transparent index.
-void ExpectShown(const Animation& animation, int width, int height, const char* what, int halves = 0) {
+// The squared errors of a screen: the greatest of a pixel, and the sum.
+struct Errors {
+  int most = 0;
+  double sum = 0;
+};
+Errors ErrorsOf(const Screen& shown, const Screen& meant) {
+  Errors errors;
+  for (std::size_t i = 0; i < meant.size(); ++i) {
+    const auto off = [&](int shift) {
+      const int d = static_cast<int>(shown[i] >> shift & 255) - static_cast<int>(meant[i] >> shift & 255);
+      return d * d;
+    };
+    // What is transparent stays so.
+    const int error = (3 * off(0) + 4 * off(8) + 2 * off(16) + 1) / 3 + 99999 * (off(24) != 0);
+    errors.most = std::max(errors.most, error);
+    errors.sum += off(0) + off(8) + off(16);
+  }
+  return errors;
+}
+
+// Every picture and its delay must come back, with loss as near as that allows. `halves`: of the pictures that may come
+// as two images, because they have 256 new colours and need a transparent index.
+void ExpectShown(const Animation& animation, int width, int height, const char* what, int halves = 0, int loss = 0) {
   SCOPED_TRACE(what);
-  const Decoded gif = DecodeGif(WriteGif(animation, width, height));
+  const auto shows = [&](const Screen& shown, const Screen& meant) { return ErrorsOf(shown, meant).most <= 5 * loss; };
+  const Decoded gif = DecodeGif(WriteGif(animation, width, height, "", loss));
   EXPECT_EQ(gif.width, width);
   EXPECT_EQ(gif.height, height);
   const std::vector<Screen> meant = Meant(animation, width, height);
@@ -95,11 +117,11 @@ void ExpectShown(const Animation& animation, int width, int height, const char* 
   for (std::size_t i = 0; i < meant.size(); ++i, ++image) {
     ASSERT_LT(image, gif.screens.size());
     int delay = gif.delays[image];
-    if (gif.screens[image] != meant[i] && halves > 0 && image + 1 < gif.screens.size()) {
+    if (!shows(gif.screens[image], meant[i]) && halves > 0 && image + 1 < gif.screens.size()) {
       --halves;
       delay += gif.delays[++image];
     }
-    ASSERT_TRUE(gif.screens[image] == meant[i]) << "frame " << i;
+    ASSERT_TRUE(shows(gif.screens[image], meant[i])) << "frame " << i;
     EXPECT_EQ(delay, animation[i].delay);
   }
   EXPECT_EQ(image, gif.screens.size());
@@ -211,7 +233,8 @@ TEST(GifWriter, LargeNoisyFramesAreShownAsMeant) {
 
 TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
   std::mt19937 random(42);
-  for (int round = 0; round < 150; ++round) {
+  const int losses[] = {0, 0, 1, 30, 200};
+  for (int round = 0; round < 200; ++round) {
     SCOPED_TRACE(round);
     const int width = 1 + static_cast<int>(random() % 40), height = 1 + static_cast<int>(random() % 30);
     Animation animation;
@@ -230,7 +253,39 @@ TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
       p.standAlone = random() % 2;
       animation.push_back(std::move(p));
     }
-    ExpectShown(animation, width, height, "random", 1);
+    ExpectShown(animation, width, height, "random", 1, losses[round % 5]);
+  }
+}
+
+// Palettes of neighbouring colours, in which there is something to lose.
+std::array<std::uint8_t, 768> RampPalette() {
+  std::array<std::uint8_t, 768> palette;
+  for (std::size_t i = 0; i < palette.size(); ++i) palette[i] = static_cast<std::uint8_t>(i / 3 + i % 3 * 2);
+  return palette;
+}
+
+TEST(GifWriter, LossyFramesAreNearWhatIsMeant) {
+  for (const int loss : {1, 40, 200}) {
+    for (const unsigned colours : {2u, 60u, 256u}) {
+      Animation animation = Moving(120, 90, 6, colours, 20);
+      for (Picture& p : animation) p.palette = RampPalette();
+      ExpectShown(animation, 120, 90, "noise", 0, loss);
+      for (std::size_t i = 0; i < animation.size(); ++i) {
+        animation[i].transparentIndex = 1;
+        animation[i].standAlone = i % 3 == 1;
+      }
+      ExpectShown(animation, 120, 90, "and holes", 0, loss);
+      for (std::size_t i = 0; i < animation.size(); ++i) animation[i].palette[i] ^= 0x81;
+      ExpectShown(animation, 120, 90, "a palette for every frame", 1, loss);
+    }
+    // Each frame is one level brighter: near to the one before, far from the first.
+    Animation fade = Moving(40, 30, 250, 256, 5);
+    for (std::size_t i = 0; i < fade.size(); ++i) {
+      fade[i].palette = RampPalette();
+      for (std::uint8_t& index : fade[i].indices)
+        index = static_cast<std::uint8_t>(std::min<std::size_t>(255, i + index % 4));
+    }
+    ExpectShown(fade, 40, 30, "a slow change", 0, loss);
   }
 }
 
@@ -316,7 +371,7 @@ TEST(GifWriter, EveryEffectIsShownAsMeant) {
 
 // The same indices through giflib's plain encoder, and that file through gifsicle, which keeps frames that change
 // nothing as we do.
-Bytes Gifsicle(const Animation& animation, int width, int height) {
+Bytes Gifsicle(const Animation& animation, int width, int height, int loss = 0) {
   const testing::TemporaryFolder folder;
   int error = 0;
   GifFileType* file = EGifOpenFileName((folder / "plain.gif").c_str(), false, &error);
@@ -338,8 +393,8 @@ Bytes Gifsicle(const Animation& animation, int width, int height) {
   }
   GifFreeMapObject(map);
   EGifCloseFile(file, &error);
-  const std::string command = "gifsicle --no-warnings -O3 -Okeep-empty --loopcount=0 '" + (folder / "plain.gif") +
-                              "' -o '" + (folder / "small.gif") + "'";
+  const std::string command = "gifsicle --no-warnings -O3 -Okeep-empty --lossy=" + std::to_string(loss) +
+                              " --loopcount=0 '" + (folder / "plain.gif") + "' -o '" + (folder / "small.gif") + "'";
   EXPECT_EQ(std::system(command.c_str()), 0) << "gifsicle is needed (package gifsicle)";
   return testing::ReadBytes(folder / "small.gif");
 }
@@ -381,6 +436,27 @@ TEST(GifWriter, TheseAreNoLargerThanFromGifsicle) {
     EXPECT_LE(ours, theirs) << c.what;
     ::testing::Test::RecordProperty(c.what, std::to_string(ours) + " / " + std::to_string(theirs));
   }
+}
+
+// At half its loss a file is no larger than gifsicle's, and its pictures are nearer.
+TEST(GifWriter, LossyFilesAreSmallerThanFromGifsicleAndNearer) {
+  for (const char* const effect : {"simple", "vortex", "ripple", "nebula", "background-hyperspace"})
+    for (const int loss : {40, 120}) {
+      const Animation animation = Effect(effect, "Space", "40");
+      const int width = animation[0].width, height = animation[0].height;
+      const std::vector<Screen> meant = Meant(animation, width, height);
+      const auto errorOf = [&](const Bytes& file) {
+        const Decoded gif = DecodeGif(file);
+        double sum = 0;
+        for (std::size_t i = 0; i < meant.size(); ++i) sum += ErrorsOf(gif.screens.at(i), meant[i]).sum;
+        return sum;
+      };
+      const Bytes ours = WriteGif(animation, width, height, "", loss / 2),
+                  theirs = Gifsicle(animation, width, height, loss);
+      EXPECT_LE(ours.size(), theirs.size()) << effect << " " << loss;
+      EXPECT_LE(errorOf(ours), errorOf(theirs)) << effect << " " << loss;
+      EXPECT_LT(ours.size(), WriteGif(animation, width, height).size()) << effect << " " << loss;
+    }
 }
 
 // Threads rely on it.

@@ -33,8 +33,11 @@ int PlainMatch(const int* value, const Job& job) {
   return NearestColour(value[0] & 0xF8, value[1] & 0xF8, value[2] & 0xF8, job.palette, job.count);
 }
 
-// The plain twin of the colour path: two lines of sums, one pixel after the other.
-PackedDib PlainColourDither(const PackedDib& image, const Job& job) {
+// The plain twin of the colour path: two lines of sums, one pixel after the other. `before` and `beforeDithered`: of
+// the last frame, or nothing.
+PackedDib PlainColourDither(const PackedDib& image, const Job& job, const PackedDib& before = {},
+                            const PackedDib& beforeDithered = {}) {
+  const DibView was(before), wasDithered(beforeDithered);
   const DibView source(image);
   const int width = source.Width(), height = source.Height();
   PackedDib dithered = BlankDib(width, height, &job.palette, job.depth);
@@ -51,8 +54,11 @@ PackedDib PlainColourDither(const PackedDib& image, const Job& job) {
     for (int x = 0; x < width; ++x) {
       const std::size_t at = static_cast<std::size_t>(x) * 3;
       for (std::size_t k = 0; k < 3; ++k) current[at + k] = std::clamp(current[at + k], 0, 255);
-      const int index = PlainMatch(&current[at], job);
-      target.SetPixel(x, height - 1 - r, static_cast<std::uint32_t>(index));
+      const int y = height - 1 - r;
+      const bool kept = was && was.GetPixel(x, y) == source.GetPixel(x, y);
+      const int index = kept ? static_cast<int>(wasDithered.GetPixel(x, y)) : PlainMatch(&current[at], job);
+      target.SetPixel(x, y, static_cast<std::uint32_t>(index));
+      if (kept) continue;
       const Rgb found = job.palette[static_cast<std::size_t>(index)];
       const int entry[] = {found.red, found.green, found.blue};
       for (std::size_t k = 0; k < 3; ++k) {
@@ -130,7 +136,37 @@ TEST(Dither, ColourIsDiffusedAsInThePlainLoop) {
     }
     ASSERT_EQ(Difference(DitherImage(first, matcher), PlainColourDither(first, job)), "") << round;
     ASSERT_EQ(Difference(DitherImage(second, matcher), PlainColourDither(second, job)), "") << round;
+    const PackedDib dithered = DitherImage(first, matcher);
+    const PackedDib kept =
+        bits == 24 ? PlainColourDither(second, job, first, dithered) : PlainColourDither(second, job);
+    ASSERT_EQ(Difference(DitherStable(second, first, dithered, matcher), kept), "") << round;
+    ASSERT_EQ(Difference(DitherStable(second, {}, {}, matcher), PlainColourDither(second, job)), "") << round;
   }
+}
+
+// A colour between two entries becomes them in its proportion, the same in every frame; entries stay as they are.
+TEST(Dither, OrderedMixesTwoEntriesInAFixedPattern) {
+  Palette palette{};
+  palette[1] = {200, 100, 40};
+  palette[2] = {0, 255, 255};
+  for (const int part : {0, 3, 8, 16, 29, 32, 50, 61, 64}) {
+    const auto level = [&](int full) { return full * part / 64; };
+    const Colour colour = MakeColour(level(200), level(100), level(40));
+    ColourMatcher matcher(palette, 8, 3, {});
+    const PackedDib image = SolidDib(24, 16, colour), dithered = DitherOrdered(image, matcher);
+    int ones = 0;
+    for (int i = 0; i < 24 * 16; ++i) {
+      const std::uint32_t index = DibView(dithered).GetPixel(i % 24, i / 24);
+      ASSERT_LT(index, 2u);
+      ones += index == 1;
+      EXPECT_EQ(index, DibView(dithered).GetPixel(i % 24 % 8, i / 24 % 8));
+    }
+    EXPECT_NEAR(ones, part * 6, 9) << part;
+  }
+  Dice dice(5);
+  ColourMatcher matcher(palette, 1, 2, {});
+  const PackedDib image = RandomImage(dice, 9, 9, 24);
+  EXPECT_EQ(Difference(DitherOrdered(image, matcher), DitherImage(image, matcher)), "") << "one bit";
 }
 
 TEST(Dither, OneBitIsDiffusedAsInThePlainLoop) {

@@ -7,6 +7,7 @@
 
 #include "effects/build_harness.h"
 #include "glyphmotion/host_contract.h"
+#include "image/best_palette.h"
 #include "image/fixed_palettes.h"
 #include "image/quantise.h"
 #include "image/random_images.h"
@@ -127,6 +128,9 @@ TEST(BuildDriver, CustomPalettesReserveOneEntryForTheBackground) {
 struct Choice {
   bool trueColour, custom, dither, supercompress, transparent, maskBackground;
   Colour background;
+  bool best = false;
+  int colours = 256;
+  Dithering dithering = Dithering::Diffuse;
 };
 
 struct PlainRun {
@@ -165,19 +169,27 @@ int PlainPalette(const std::vector<PackedDib>& frames, bool wants255, bool reser
                  PlainRun& run) {
   TestFrames list;
   for (const PackedDib& frame : frames) list.Append(DuplicateDib(frame));
-  int n = wants255 ? 255 : 256;
-  EXPECT_TRUE(QuantiseFrames(list.list, n, run.palette));
-  run.quantised = n;
+  int n = choice.colours - wants255;
   const Rgb background = RgbOf(choice.background);
-  if (!choice.maskBackground) {
-    const bool room = n < 254;
+  if (choice.best) {
+    const bool hides = choice.maskBackground && (!choice.dither || choice.dithering == Dithering::Ordered);
+    EXPECT_TRUE(BestPalette(list.list, hides ? std::optional(background) : std::nullopt, n, run.palette));
+  } else {
+    EXPECT_TRUE(QuantiseFrames(list.list, n, run.palette));
+  }
+  EXPECT_LE(n, choice.colours - wants255);
+  run.quantised = n;
+  const auto end = run.palette.begin() + n;
+  const bool has = choice.best && std::find(run.palette.begin(), end, background) != end;
+  if (!choice.maskBackground && !has) {
+    const bool room = n < choice.colours - (choice.best ? 0 : 2);
     const int at = room ? n : NearestColour(background.red, background.green, background.blue, run.palette, n);
     run.palette[static_cast<std::size_t>(at)] = background;
     n += room;
   }
   SortPaletteByBrightness(run.palette, n);
   if (reserves) run.palette[static_cast<std::size_t>(n)] = background;
-  for (run.depth = 1; n + reserves > 1 << run.depth;) ++run.depth;
+  for (run.depth = choice.best || choice.colours < 256 ? 2 : 1; n + reserves > 1 << run.depth;) ++run.depth;
   return n;
 }
 
@@ -189,7 +201,8 @@ PlainRun RunPlainly(const std::vector<PackedDib>& frames, Choice choice) {
   choice.maskBackground |= choice.transparent;
   int count = 256, index = -1;
   LoadFixedPalette(&run.palette, &run.depth, 5);
-  if (choice.custom && !choice.trueColour) {
+  std::vector<PackedDib> dithered;
+  if ((choice.custom || choice.best) && !choice.trueColour) {
     run.stages.emplace_back("Quantizing");
     const bool reserves = supercompress || choice.maskBackground;
     count = index = PlainPalette(frames, wanted || choice.maskBackground, reserves, choice, run);
@@ -203,7 +216,14 @@ PlainRun RunPlainly(const std::vector<PackedDib>& frames, Choice choice) {
       continue;
     }
     ColourMatcher matcher(run.palette, run.depth, count, {});
-    PackedDib image = choice.dither ? DitherImage(frames[i], matcher) : RemapImage(frames[i], matcher);
+    PackedDib image = RemapImage(frames[i], matcher);
+    if (choice.dither) {
+      image = choice.dithering == Dithering::Ordered ? DitherOrdered(frames[i], matcher)
+              : choice.dithering == Dithering::Stable && i > 0
+                  ? DitherStable(frames[i], frames[i - 1], dithered[i - 1], matcher)
+                  : DitherImage(frames[i], matcher);
+      dithered.push_back(DuplicateDib(image));
+    }
     const bool hides = supercompress ? i == 0 : choice.maskBackground && index != -1;
     if (hides) Paint(image, frames[i], choice.background, 0xFFFFFF, index);
     if (supercompress && i > 0) Paint(image, Agreement(frames[i - 1], frames[i]), 1, 0xFF, index);
@@ -240,6 +260,9 @@ PlainRun ExpectPlainRun(Job job, const Choice& choice) {
   std::vector<PackedDib> frames;
   for (const auto& bytes : Record(job).pixels) frames.push_back(DibOf(bytes));
   for (const Job::Setting& setting : SettingsOf(choice)) job.settings.push_back(setting);
+  job.bestPalette = choice.best;
+  job.colours = choice.colours;
+  job.dithering = static_cast<Job::Dithering>(choice.dithering);
   const Calls calls = Record(job);
   PlainRun plain = RunPlainly(frames, choice);
   EXPECT_EQ(calls.result.status, RenderStatus::Done) << calls.result.message;
@@ -271,6 +294,28 @@ TEST(BuildDriver, EveryChoiceOfOptionsGivesThePlainRun) {
       ASSERT_FALSE(HasFailure()) << material << ", choice " << i;
     }
   }
+}
+
+TEST(BuildDriver, BestPalettesFewerColoursAndOtherDithersGiveThePlainRun) {
+  const std::pair<const char*, Colour> backgrounds[] = {
+      {"#ffffff", 0xFFFFFF}, {"#204060", 0x604020}, {"gradient:#ff8000-#0000ff", kNoColour}};
+  const int colours[] = {256, 2, 3, 16, 40, 255};
+  const auto bit = [](int number, int i) { return (number >> i & 1) != 0; };
+  for (int i = 0; i < 96; ++i) {
+    const auto& [material, colour] = backgrounds[i % 3];
+    Choice choice = {false, true, i % 5 < 3, bit(i, 0), bit(i, 1), bit(i, 2), colour};
+    choice.best = i % 4 != 0;
+    choice.colours = colours[i % 6];
+    choice.dithering = static_cast<Dithering>(i % 5 % 3);
+    Job job = PaletteJob({{"22", i % 7 ? "1" : "0"}, {"MainAntialias", bit(i, 4) ? "1" : "0"}});
+    job.background = material;
+    job.fill = bit(i, 3) ? "gradient:#00ff00-#ff00ff" : "#000000";
+    ExpectPlainRun(job, choice);
+    ASSERT_FALSE(HasFailure()) << material << ", choice " << i;
+  }
+  Job wrong = PaletteJob();
+  for (wrong.colours = 1; wrong.colours < 300; wrong.colours += 256)
+    EXPECT_EQ(Record(wrong).result.status, RenderStatus::BadJob);
 }
 
 // A ramp of 253 greys, and letters with none, one or two colours of their own, or with more than any palette holds:
