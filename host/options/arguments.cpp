@@ -112,6 +112,18 @@ void ReadTextSetting(Reading& reading) {
   ReadVariation(typed.Value("--font-variation"), job);
 }
 
+void ReadCanvas(Reading& reading) {
+  Job& job = reading.arguments.job;
+  const TypedWords& typed = reading.typed;
+  if (typed.Has("--width")) job.width = static_cast<int>(reading.Number("--width"));
+  if (typed.Has("--height")) job.height = static_cast<int>(reading.Number("--height"));
+  if (typed.Has("--fit")) job.fit = static_cast<Job::Fit>(Choice(reading, "--fit"));
+  if (typed.Has("--valign")) job.verticalAlign = static_cast<Job::VerticalAlign>(Choice(reading, "--valign"));
+  if (typed.Has("--fit") && !job.width && !job.height)
+    Refuse("--fit needs a picture of a fixed size; add --width or --height");
+  if (typed.Has("--valign") && !job.height) Refuse("--valign needs a picture of a fixed height; add --height");
+}
+
 void ReadText(Reading& reading) {
   Job& job = reading.arguments.job;
   if (const auto& text = reading.typed.text) {
@@ -124,6 +136,7 @@ void ReadText(Reading& reading) {
     job.text = text;
   }
   ReadTextSetting(reading);
+  ReadCanvas(reading);
   if (!reading.typed.Has("--font")) return;
   if (!job.fontFile.empty()) Refuse("--font and --font-file cannot be used together; leave one out");
   const std::string& font = reading.typed.Value("--font");

@@ -29,6 +29,7 @@
 #include "shell/main_dialog.h"
 #include "shell/operation_names.h"
 #include "shell/settings.h"
+#include "text/canvas.h"
 
 namespace glyphmotion {
 namespace {
@@ -263,6 +264,35 @@ std::string PreparePalette(const Job& job) {
   return {};
 }
 
+std::string PixelsOf(const Job& job) {
+  if (!job.height) return "a width of " + std::to_string(job.width) + " pixels";
+  if (!job.width) return "a height of " + std::to_string(job.height) + " pixels";
+  return std::to_string(job.width) + " x " + std::to_string(job.height) + " pixels";
+}
+
+// The job's canvas, for the run. One sentence when there is no such canvas.
+std::string PrepareCanvas(const Job& job) {
+  for (const int side : {job.width, job.height}) {
+    if (side < 0 || side > Canvas::kLargestSide)
+      return "a side of " + std::to_string(side) + " pixels is not allowed; it takes 1 to " +
+             std::to_string(Canvas::kLargestSide);
+  }
+  Canvas& canvas = CurrentCanvas();
+  canvas.width = job.width;
+  canvas.height = job.height;
+  canvas.shrink = job.fit == Job::Fit::Shrink;
+  canvas.verticalAlign = static_cast<VerticalAlign>(job.verticalAlign);
+  return {};
+}
+
+// What the canvas made of the text: one sentence, or empty.
+std::string CanvasNote(const Job& job) {
+  const Canvas& canvas = CurrentCanvas();
+  if (canvas.fittedSize)
+    return "the text is set in size " + std::to_string(canvas.fittedSize) + ", which fits " + PixelsOf(job);
+  return canvas.cropped ? "the text is too large for " + PixelsOf(job) + ", so its edges are cut off" : std::string();
+}
+
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   // A dialog that cannot be created has no message; a panel fails only when out of memory.
@@ -271,6 +301,9 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
   if (last == LoadText(kTextPanelFailed)) return kOutOfMemory;
   if (last != LoadText(kTextMemoryError)) return last;
   if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
+  if (CurrentCanvas().tooSmall)
+    return "the text does not fit " + PixelsOf(job) +
+           " in any size; use a shorter text, less padding or a larger canvas";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
   return "out of memory, or the effect makes no frame with these options: try a smaller size or another number of "
          "frames";
@@ -328,6 +361,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   PrepareRun(job, sink, folders);
   std::string trouble = PrepareText(job);
   if (trouble.empty()) trouble = PreparePalette(job);
+  if (trouble.empty()) trouble = PrepareCanvas(job);
   if (!trouble.empty()) {
     result.status = RenderStatus::BadJob;
     result.message = trouble;
@@ -364,6 +398,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   result.images = session.images;
   result.notes = user.Notes();
   if (const std::string note = session.shortFrames.Note(); !note.empty()) result.notes.push_back(note);
+  if (const std::string note = CanvasNote(job); !note.empty()) result.notes.push_back(note);
   if (const std::string note = MissingNote(); !note.empty()) result.notes.push_back(note);
   if (session.exception) std::rethrow_exception(session.exception);
 

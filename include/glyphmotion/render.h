@@ -68,6 +68,12 @@ struct Job {
   /// left on the right, the others on the left. Justified lines, but for the last, are as wide as the widest.
   enum class TextDirection { Automatic, LeftToRight, RightToLeft } textDirection = TextDirection::Automatic;
   enum class Align { Automatic, Left, Centre, Right, Justify } align = Align::Automatic;
+  /// The frame's own size in pixels, 1 to 16383; 0: as large as the text and its margins. The background fills it, and
+  /// `align` (Automatic and Justify: the middle) and `verticalAlign` place the text. A text that is too large gets a
+  /// smaller font, or loses its edges with Fit::None.
+  int width = 0, height = 0;
+  enum class Fit { Shrink, None } fit = Fit::Shrink;
+  enum class VerticalAlign { Top, Middle, Bottom } verticalAlign = VerticalAlign::Middle;
   int lineSpace = 100;      ///< percent of the font's height from line to line, 10 to 500
   bool colourEmoji = true;  ///< false: their shape is filled as letters are
   /// A font file (TTF, OTF, TTC), with "#N" for the N-th face of a collection; the text is set in it, and bold or

@@ -16,8 +16,8 @@ PackedDib Render(EffectContext& context) {
   const Dialog& dialog = *context.dialog;
   FrameComposer composer = MakeComposer(context, kRoles);
   composer.options.solidKey = false;  // stars need a picture to be painted on, also in alpha runs
-  composer.onSize = [&](int width, int height) {
-    CreateStars(field, dialog, kStars, width, height);
+  composer.onSize = [&](int, int) {
+    CreateStars(field, dialog, kStars, composer.FrameWidth(), composer.FrameHeight());
     return true;
   };
   composer.onFrame = [&](PackedDib frame) {

@@ -101,11 +101,10 @@ PackedDib Render(EffectContext& context) {
   FrameComposer composer = MakeComposer(context, kRoles);
   const bool onOutline = composer.Check(kBeamOutlineEnable);
   const bool onFill = composer.Check(kBeamEnable) || !onOutline;  // a beam is always shown
-  composer.onFrame = [&](PackedDib frame) {
-    const int height = DibView(frame).Height();
+  composer.onSize = [&](int, int height) {
     if (DibView(sweep.strip).Height() != height)
       sweep.strip = MakeStrip(composer.Number(kBeamSize), composer.Number(kBeamDiffusion), height);
-    return sweep.strip ? std::move(frame) : PackedDib();
+    return static_cast<bool>(sweep.strip);
   };
   if (onFill) {
     composer.afterFill = [&](const FrameLayers& layers) {

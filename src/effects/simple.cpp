@@ -14,28 +14,38 @@ constexpr const Panel& kPanel = kSimplePanel;
 constexpr const PanelRoles& kRoles = kPanel.roles;
 constexpr int kFrames = kPanel.Option("Frames"), kScroll = kPanel.Option("Scroll");
 
+struct Parameters {
+  ScrollOffset offset;
+  Rect box;  // of the text at rest, out of the last render
+};
+
 PackedDib Render(EffectContext& context) {
-  return MakeComposer(context, kRoles, ParametersOf<ScrollOffset>(context)).Compose();
+  Parameters& parameters = ParametersOf<Parameters>(context);
+  FrameComposer composer = MakeComposer(context, kRoles, parameters.offset);
+  composer.options.acrossCanvas = true;
+  PackedDib frame = composer.Compose();
+  parameters.box = composer.TextBox();
+  return frame;
 }
 
 int Test(EffectContext& context) noexcept {
-  ScrollOffset rest;
+  Parameters rest;
   return RunTest(context, &rest, Render);
 }
 
 enum Direction { kUp = 0, kRight = 1, kLeft = 2, kDown = 3 };
 
-// One run across the frame: the text starts a whole side before its rest place and ends a whole side past it.
+// One run across the frame: the text starts beyond one side and ends as far beyond the other.
 struct Run {
   bool vertical;
   double position, step;  // pixels; the step is negative where the position falls
   int frames;
 };
 
-Run PlanRun(int direction, FrameSize size, int frames) {
+Run PlanRun(int direction, FrameSize size, const Rect& box, int frames) {
   const bool vertical = direction == kUp || direction == kDown;
   const bool rising = direction == kRight || direction == kDown;
-  const int side = vertical ? size.height : size.width;
+  const int side = vertical ? std::max(size.height - box.top, box.bottom) : std::max(size.width - box.left, box.right);
   // Never less than a pixel a frame.
   const int count = std::min(frames, 2 * side);
   const double step = static_cast<double>(2 * side) / count;
@@ -51,15 +61,16 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const Dialog& dialog = *context.dialog;
     const auto [delay, pause] = ReadPace(dialog);
-    ScrollOffset offset;
+    Parameters parameters;
+    ScrollOffset& offset = parameters.offset;
     if (!ReadCheck(dialog, ControlId::Animated)) {
       context.flags |= kBuildCall;
-      context.parameters = &offset;
+      context.parameters = &parameters;
       return AppendWithProgress(context, Render(context), delay, 0, 1);
     }
-    const std::optional<FrameSize> size = PrimeRun(context, &offset, Render);
+    const std::optional<FrameSize> size = PrimeRun(context, &parameters, Render);
     if (!size) return false;
-    Run run = PlanRun(ReadDirection(dialog, kScroll), *size, ReadNumber(dialog, kFrames));
+    Run run = PlanRun(ReadDirection(dialog, kScroll), *size, parameters.box, ReadNumber(dialog, kFrames));
     if (!RunFits(context, *size, run.frames)) return false;
     std::vector<PhaseFrame> plan;
     for (int i = 0; i < run.frames; ++i) {

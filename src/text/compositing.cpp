@@ -17,6 +17,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kMaxFaceName = 259;
+constexpr int kSmallestSize = 4;  // of a font, as in the dialog
 
 struct DirectionRow {
   int textX, textY, shadowX, shadowY;  // factors of the shadow offset
@@ -115,6 +116,7 @@ FrameComposer::FrameComposer(Dialog& dialog, const PanelRoles& roles, ScrollOffs
   options.margin = Number(ControlId::Pad);
   if (options.softness > 0) options.margin += 1 + options.softness / 10;
   if (options.outlineEnable && options.margin < 1) options.margin = 1;
+  margin_ = options.margin;
 }
 
 bool FrameComposer::IsSolid(int control) const {
@@ -144,60 +146,132 @@ PackedDib FrameComposer::RenderMaterial(int control, int width, int height) {
 }
 
 // After the effect has changed the options, since shapes depend on the font.
-void FrameComposer::ShapeLine() {
+TextMeasure FrameComposer::MeasureAt(const std::u32string& text, int size) {
   TextLine& line = options.line;
-  ShapedText shaped = ShapeText(line.font, line.text);
+  line.font.cellHeight = size;
+  ShapedText shaped = ShapeText(line.font, text);
   line.text = std::move(shaped.codes);
+  line.text.push_back(U' ');
   line.rightToLeft = std::move(shaped.rightToLeft);
   line.align = CurrentTextRun().options.align;
   line.lineSpace = CurrentTextRun().options.lineSpace;
+  return MeasureText(line, NumberVariable("AccentCompensation") != 0, cache_.glyphs);
 }
 
-FrameGeometry FrameComposer::Geometry(const TextMeasure& measure) const {
+// What an effect adds to the margin may be cut off.
+bool FrameComposer::Fits(const TextMeasure& measure) const {
+  const Canvas& canvas = CurrentCanvas();
+  const int around = 2 * margin_ + (options.shadowEnable ? options.shadowOffset : 0);
+  return (canvas.width == 0 || measure.width + around <= canvas.width) &&
+         (canvas.height == 0 || measure.height + around + options.extraHeight <= canvas.height);
+}
+
+// With the largest font size, up to the requested one, at which the text fits the canvas; nothing when none does.
+std::optional<TextMeasure> FrameComposer::MeasureToFit() {
+  const std::u32string text = options.line.text;
+  const int requested = options.line.font.cellHeight;
+  Canvas& canvas = CurrentCanvas();
+  if (!canvas) return MeasureAt(text, requested);
+  if (cache_.fittedSize) return MeasureAt(text, cache_.fittedSize);
+  TextMeasure measure = MeasureAt(text, requested);
+  cache_.fittedSize = requested;
+  if (Fits(measure)) return measure;
+  if (!canvas.shrink) {
+    canvas.cropped = true;
+    return measure;
+  }
+  int fits = kSmallestSize, tooLarge = requested;
+  if (requested <= fits || !Fits(MeasureAt(text, fits))) {
+    canvas.tooSmall = true;
+    return std::nullopt;
+  }
+  while (tooLarge - fits > 1 && !EndRequested()) {
+    const int middle = fits + (tooLarge - fits) / 2;
+    (Fits(MeasureAt(text, middle)) ? fits : tooLarge) = middle;
+  }
+  canvas.fittedSize = cache_.fittedSize = fits;
+  return MeasureAt(text, fits);
+}
+
+// The sides of the frame, and where the text's own picture lies in it.
+void FrameComposer::Place(const TextMeasure& measure) {
+  const Canvas& canvas = CurrentCanvas();
+  const int grow = options.shadowEnable ? options.shadowOffset : 0, added = options.margin - margin_;
+  const int width = measure.width + 2 * options.margin + grow;
+  const int height = measure.height + 2 * options.margin + grow + options.extraHeight;
+  frameWidth_ = canvas.width ? canvas.width : width;
+  frameHeight_ = canvas.height ? canvas.height : height;
+  // The share of the room, in halves, that lies before the text.
+  const TextAlign align = CurrentTextRun().options.align;
+  const int before = align == TextAlign::Left ? 0 : align == TextAlign::Right ? 2 : 1;
+  const int above = static_cast<int>(canvas.verticalAlign);
+  textBox_.left = canvas.width ? (frameWidth_ - width + 2 * added) * before / 2 - added : 0;
+  textBox_.top = canvas.height ? (frameHeight_ - height + 2 * added) * above / 2 - added : 0;
+  textBox_.right = textBox_.left + width;
+  textBox_.bottom = textBox_.top + height;
+}
+
+FrameGeometry FrameComposer::Geometry() const {
   FrameGeometry geometry;
-  const int grow = options.shadowEnable ? options.shadowOffset : 0;
-  geometry.width = measure.width + 2 * options.margin + grow;
-  geometry.height = measure.height + 2 * options.margin + grow + options.extraHeight;
+  geometry.width = options.acrossCanvas ? frameWidth_ : textBox_.Width();
+  geometry.height = options.acrossCanvas ? frameHeight_ : textBox_.Height();
   const bool known = options.shadowDirection >= 0 && options.shadowDirection < 8;
   const DirectionRow& direction = kDirections[known ? options.shadowDirection : 0];
   const int offset = options.shadowOffset;
   geometry.text = {direction.textX * offset, direction.textY * offset};
   geometry.shadow = {direction.shadowX * offset, direction.shadowY * offset};
-  geometry.textX = scroll_.x + options.margin + geometry.text.x;
-  geometry.textY = scroll_.y + options.margin + geometry.text.y;
-  geometry.shadowX = scroll_.x + options.margin + geometry.shadow.x;
-  geometry.shadowY = scroll_.y + options.margin + geometry.shadow.y;
+  const int x = scroll_.x + options.margin + (options.acrossCanvas ? textBox_.left : 0);
+  const int y = scroll_.y + options.margin + (options.acrossCanvas ? textBox_.top : 0);
+  geometry.textX = x + geometry.text.x;
+  geometry.textY = y + geometry.text.y;
+  geometry.shadowX = x + geometry.shadow.x;
+  geometry.shadowY = y + geometry.shadow.y;
   return geometry;
 }
 
 PackedDib FrameComposer::Compose() {
   if (options.line.text.empty() && !allowEmptyText) return {};
-  ShapeLine();
-  options.line.text.push_back(U' ');
-  const TextMeasure measure = MeasureText(options.line, NumberVariable("AccentCompensation") != 0, cache_.glyphs);
-  if (EndRequested()) return {};
-  const FrameGeometry geometry = Geometry(measure);
-  const int width = geometry.width, height = geometry.height;
-  if (!DibSize(width, height, 24)) return {};
-  if (onSize && !onSize(width, height)) return {};
+  const std::optional<TextMeasure> measure = MeasureToFit();
+  if (!measure || EndRequested()) return {};
+  Place(*measure);
+  const FrameGeometry geometry = Geometry();
+  if (!DibSize(frameWidth_, frameHeight_, 24) || !DibSize(geometry.width, geometry.height, 24)) return {};
+  if (onSize && !onSize(geometry.width, geometry.height)) return {};
 
-  PackedDib frame = makeFrame          ? makeFrame(width, height)
-                    : options.solidKey ? SolidDib(width, height, NumberVariable("AlphaGreyBack"))
-                                       : RenderMaterial(roles_.background, width, height);
+  PackedDib frame = makeFrame          ? makeFrame(frameWidth_, frameHeight_)
+                    : options.solidKey ? SolidDib(frameWidth_, frameHeight_, NumberVariable("AlphaGreyBack"))
+                                       : RenderMaterial(roles_.background, frameWidth_, frameHeight_);
   frame = Apply(onFrame, std::move(frame));
   if (!frame || backgroundOnly) return frame;
+  if (!CurrentCanvas() || options.acrossCanvas) return PaintText(*measure, geometry, std::move(frame));
 
-  PackedDib fill = makeFillBitmap ? makeFillBitmap(width, height) : RenderMaterial(roles_.fill, width, height);
-  fill = Apply(onFillBitmap, std::move(fill));
+  const PackedDib text = PaintText(*measure, geometry, CropDib(frame, textBox_));
+  if (options.alpha) frame = MergeColourAndAlpha(frame, BlankMask(frameWidth_, frameHeight_));
+  const DibView picture(frame), part(text);
+  if (!picture || !part) return {};
+  CopyRegion(picture, textBox_.left, textBox_.top, part, 0, 0, part.Width(), part.Height());
+  return frame;
+}
+
+PackedDib FrameComposer::RenderFill(const FrameGeometry& geometry) {
+  if (makeFillBitmap) return makeFillBitmap(geometry.width, geometry.height);
+  PackedDib fill = RenderMaterial(roles_.fill, textBox_.Width(), textBox_.Height());
+  if (!CurrentCanvas() || !options.acrossCanvas) return fill;
+  return ContinueMirrored(fill, textBox_.left, textBox_.top, geometry.width, geometry.height);
+}
+
+// The text's layers on their background, which it owns and gives back: 24 bits, or 32 with an alpha plane.
+PackedDib FrameComposer::PaintText(const TextMeasure& measure, const FrameGeometry& geometry, PackedDib frame) {
+  PackedDib fill = Apply(onFillBitmap, RenderFill(geometry));
   if (!fill) return {};
   PackedDib shadow;
   if (options.shadowEnable) {
-    shadow = Apply(onShadowBitmap, RenderMaterial(roles_.shadow, width, height));
+    shadow = Apply(onShadowBitmap, RenderMaterial(roles_.shadow, textBox_.Width(), textBox_.Height()));
     if (!shadow) return {};
   }
   PackedDib plane;
   if (options.alpha) {
-    plane = BlankMask(width, height);
+    plane = BlankMask(geometry.width, geometry.height);
     if (!plane) return {};
   }
   {
@@ -231,10 +305,8 @@ bool FrameComposer::PaintShadow(const TextMeasure& measure, const FrameGeometry&
 
   // The shadow's material travels with it; the mask stays in frame coordinates.
   const int left = std::max(0, geometry.shadowX), top = std::max(0, geometry.shadowY);
-  const int right =
-      std::min({frame.Width(), levels.Width(), geometry.shadowX + std::min(geometry.width, over.Width())});
-  const int bottom =
-      std::min({frame.Height(), levels.Height(), geometry.shadowY + std::min(geometry.height, over.Height())});
+  const int right = std::min({frame.Width(), levels.Width(), geometry.shadowX + over.Width()});
+  const int bottom = std::min({frame.Height(), levels.Height(), geometry.shadowY + over.Height()});
   if (left >= right) return true;
   for (int y = top; y < bottom; ++y) {
     if (EndRequested()) return false;

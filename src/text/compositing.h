@@ -4,10 +4,12 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "controls/read_controls.h"
 #include "materials/material_cache.h"
 #include "resources/panel.h"
+#include "text/canvas.h"
 #include "text/soft_shadow.h"
 #include "text/text_raster.h"
 
@@ -29,11 +31,13 @@ struct RunCache {
   GlyphCache glyphs;
   MaterialCache materials;
   SoftShadowCache softShadow;
+  int fittedSize = 0;  ///< the font size that fits the canvas; 0: not known yet
 
   RunCache() = default;
   /// For another thread of the run: begins with what `elder` has, which must outlive it and which nobody may change.
   explicit RunCache(const RunCache& elder)
-      : glyphs(&elder.glyphs), materials(&elder.materials), softShadow(elder.softShadow) {}
+      : glyphs(&elder.glyphs), materials(&elder.materials), softShadow(elder.softShadow),
+        fittedSize(elder.fittedSize) {}
   RunCache& operator=(const RunCache&) = delete;
 };
 
@@ -48,16 +52,17 @@ struct FrameOptions {
   int softness = 0, shadowOffset = 0, shadowDirection = 0;
   bool shadowEnable = false, outlineEnable = false;
   Colour outlineColour = 0;
+  bool acrossCanvas = false;  ///< the text moves over the whole canvas; otherwise it stays in its own picture
 };
 
-/// Places derived from the options.
+/// Places derived from the options, in the text's own picture, which is the frame unless there is a canvas.
 struct FrameGeometry {
-  int width = 0, height = 0;                           ///< of the frame
+  int width = 0, height = 0;                           ///< of the picture
   ScrollOffset text, shadow;                           ///< offsets of the shadow direction, without margin and scroll
   int textX = 0, textY = 0, shadowX = 0, shadowY = 0;  ///< where the first box stands: scroll + margin + offset
 };
 
-/// The frame under work, for openings that paint on it.
+/// The text's own picture with its background, for openings that paint on it.
 struct FrameLayers {
   const DibView& frame;  ///< 24 bits
   const DibView* alpha;  ///< 8 bits, or null
@@ -82,15 +87,16 @@ class FrameComposer {
   using Make = std::function<PackedDib(int width, int height)>;
 
   bool allowEmptyText = false;  ///< an empty text counts as the single blank instead of ending the frame
-  std::function<bool(int width, int height)> onSize;  ///< the size is known, nothing made yet; false ends the frame
-  Make makeFrame;                                     ///< in place of the background material (and of the solid key)
-  Change onFrame;                                     ///< the frame with its background
-  bool backgroundOnly = false;                        ///< the frame is finished now
-  Make makeFillBitmap;                                ///< in place of the fill material
-  Change onFillBitmap;                                ///< the fill material's pixels
-  Change onShadowBitmap;                              ///< the shadow material's pixels, if the shadow is enabled
-  Change onShadowMask;                                ///< before its blur
-  Change onSoftShadowMask;                            ///< after its blur
+  /// The size of the text's own picture is known, nothing is made yet; false ends the frame.
+  std::function<bool(int width, int height)> onSize;
+  Make makeFrame;               ///< in place of the background material (and of the solid key)
+  Change onFrame;               ///< the frame with its background
+  bool backgroundOnly = false;  ///< the frame is finished now
+  Make makeFillBitmap;          ///< in place of the fill material
+  Change onFillBitmap;          ///< the fill material's pixels
+  Change onShadowBitmap;        ///< the shadow material's pixels, if the shadow is enabled
+  Change onShadowMask;          ///< before its blur
+  Change onSoftShadowMask;      ///< after its blur
   Change onTextMask;
   Change onOutlineMask;
   std::function<bool(const FrameLayers&)> afterFill;
@@ -98,6 +104,12 @@ class FrameComposer {
 
   /// The finished frame: 24 bits, or 32 with an alpha plane. Nothing on an empty text or any failure.
   PackedDib Compose();
+
+  /// Of the frame, from onSize on.
+  int FrameWidth() const { return frameWidth_; }
+  int FrameHeight() const { return frameHeight_; }
+  /// The text's own picture, from onSize on: in frame pixels; it may reach beyond the frame.
+  const Rect& TextBox() const { return textBox_; }
 
   /// A material control's pixels, through the run's cache; nothing when the control has no material.
   PackedDib RenderMaterial(int control, int width, int height);
@@ -107,8 +119,13 @@ class FrameComposer {
   bool Check(int control) const { return ReadCheck(dialog_, control); }
 
  private:
-  void ShapeLine();
-  FrameGeometry Geometry(const TextMeasure& measure) const;
+  TextMeasure MeasureAt(const std::u32string& text, int size);
+  std::optional<TextMeasure> MeasureToFit();
+  bool Fits(const TextMeasure& measure) const;
+  void Place(const TextMeasure& measure);
+  FrameGeometry Geometry() const;
+  PackedDib RenderFill(const FrameGeometry& geometry);
+  PackedDib PaintText(const TextMeasure& measure, const FrameGeometry& geometry, PackedDib frame);
   bool PaintShadow(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame,
                    const DibView* alpha, const PackedDib& shadowBitmap);
   bool PaintFill(const TextMeasure& measure, const FrameGeometry& geometry, const DibView& frame, const DibView* alpha,
@@ -122,6 +139,9 @@ class FrameComposer {
   PanelRoles roles_;
   ScrollOffset scroll_;
   RunCache& cache_;
+  int margin_ = 0;  // without what the effect adds
+  int frameWidth_ = 0, frameHeight_ = 0;
+  Rect textBox_;
 };
 
 }  // namespace glyphmotion

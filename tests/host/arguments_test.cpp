@@ -149,6 +149,11 @@ TEST(Arguments, TheRestOfTheJob) {
   ASSERT_TRUE(looped);
   EXPECT_EQ(looped->extension, ".gif");
   EXPECT_EQ(looped->job.loops * 10 + *looped->job.start, 33);
+  const auto canvas = Parse({"Hi", "-o", "a.gif", "--width", "728", "--height", "90", "--fit", "none", "--align", "right",
+                             "--valign", "bottom"})
+                          .arguments->job;
+  EXPECT_TRUE(canvas.width == 728 && canvas.height == 90 && canvas.fit == Job::Fit::None);
+  EXPECT_TRUE(canvas.align == Job::Align::Right && canvas.verticalAlign == Job::VerticalAlign::Bottom);
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
   EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
   EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
@@ -255,6 +260,12 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--fill", ""}, {"--fill", "empty value"}},
       {{"Hi", "-o", "a.gif", "--frames", "1"}, {"--frames 1", "2 to 32760"}},
       {{"Hi", "-o", "a.gif", "--seed", "99"}, {"--seed 99", "100 to 32760"}},
+      {{"Hi", "-o", "a.gif", "--width", "0"}, {"--width 0", "1 to 16383"}},
+      {{"Hi", "-o", "a.gif", "--height", "16384"}, {"--height 16384", "1 to 16383"}},
+      {{"Hi", "-o", "a.gif", "--width", "9", "--fit", "grow"}, {"--fit grow", "shrink or none"}},
+      {{"Hi", "-o", "a.gif", "--fit", "none"}, {"--fit", "--width or --height"}},
+      {{"Hi", "-o", "a.gif", "--height", "9", "--valign", "center"}, {"--valign center", "top, middle or bottom"}},
+      {{"Hi", "-o", "a.gif", "--width", "9", "--valign", "top"}, {"--valign", "--height"}},
   };
   for (const auto& c : cases) {
     const ParsedArguments parsed = Parse(c.words);
