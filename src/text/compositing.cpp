@@ -64,7 +64,7 @@ void RaiseAlphaRow(std::uint8_t* plane, const std::uint8_t* mask, int count) {
   for (int x = 0; x < count; ++x) RaiseAlpha(plane[x], mask[x]);
 }
 
-// Runs an opening that may be absent.
+// Calls a hook that may be absent.
 PackedDib Apply(const FrameComposer::Change& change, PackedDib dib) {
   return change && dib ? change(std::move(dib)) : std::move(dib);
 }
