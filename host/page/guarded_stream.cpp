@@ -12,7 +12,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr std::size_t kBuffer = 16384;
-constexpr auto kTakePatience = std::chrono::seconds(5);
+constexpr auto kWriteTimeout = std::chrono::seconds(5);
 
 }  // namespace
 
@@ -36,7 +36,7 @@ bool GuardedStream::is_readable() const {
   return taken_ < buffer_.size() || (left.count() > 0 && Wait(POLLIN, left));
 }
 
-bool GuardedStream::is_writable() const { return Wait(POLLOUT, kTakePatience); }
+bool GuardedStream::is_writable() const { return Wait(POLLOUT, kWriteTimeout); }
 
 ssize_t GuardedStream::read(char* bytes, size_t size) {
   if (taken_ == buffer_.size()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A connection with patience of its own: whoever sends a byte a second, or takes none, is let go.
+// A connection with time limits of its own: a client that sends a byte a second, or takes none, is dropped.
 #pragma once
 
 #include <httplib.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Warps of the disc (an ellipse, in an oblong picture) that a picture's longer side spans: what the twists and the
-// bulge share. Outside the disc a picture stays as it is; inside, each pixel is sampled at a place that depends on its
-// distance from the centre.
+// Warps of the disc (an ellipse, in an oblong picture) whose diameter is the picture's longer side; the twists and the
+// bulge share them. Outside the disc the picture is unchanged; inside, the place where a pixel is sampled depends on
+// its distance from the centre.
 //
 // The disc is its own mirror image at both axes, to the last bit: the centre lies at a half of the sides, so distances
 // of mirrored pixels differ by their sign alone, and so does all that follows from them by products and sums. Work is
@@ -52,14 +52,14 @@ struct RowOffsets {
 void SampleMirrored(const DiscQuarter& quarter, int row, const RowOffsets& offsets, const DibView& from,
                     const DibView& to) noexcept;
 
-/// True for a picture that a disc can be warped in: 8 or 24 bits.
+/// Whether the depth can be warped: 8 or 24 bits.
 inline bool CanWarp(const DibView& view) noexcept { return view && (view.Bits() == 8 || view.Bits() == 24); }
 
-/// Few things of a run that are expensive to make, by their size: the one asked for longest ago gives way.
+/// A cache of a few expensive things by size; the least recently used is evicted.
 template <typename Entry, std::size_t count>
 struct RecentSizes {
   Entry entries[count];
-  /// The entry of the size; `make` fills one that is not there.
+  /// The entry of this size; `make` fills a missing one.
   template <typename Make>
   Entry& Find(int width, int height, Make make) {
     for (std::size_t i = 0; i < count; ++i) {

@@ -9,24 +9,24 @@
 
 namespace glyphmotion {
 
-/// What twists of one run share. Pixels never depend on it.
+/// Tables that the twists of one run share; a cache.
 struct TwistTables {
   struct Entry {
     DiscQuarter quarter;
     std::vector<double> fall;          ///< by place: 1 at the centre, 0 at the rim
-    bool turned = false;               ///< the two below stand for `angle`
+    bool turned = false;               ///< cosine and sine are those of `angle`
     int angle = 0;                     ///< degrees
     std::vector<double> cosine, sine;  ///< by place
   };
   RecentSizes<Entry, 2> recent;
 };
 
-/// Masks of a run at twice their size. A text that does not move gives the same masks in every frame.
+/// A run's masks at twice their size; a text at rest has the same masks in every frame.
 class DoubledMasks {
  public:
   static constexpr std::size_t kMaxBytes = std::size_t{64} << 20;
 
-  /// The mask scaled to 200 percent, owned here and standing until the next call; null on failure.
+  /// The mask scaled to 200 percent, owned here and valid until the next call; null on failure.
   const PackedDib* Double(const PackedDib& mask);
 
  private:
@@ -37,16 +37,16 @@ class DoubledMasks {
   int next_ = 0;
 };
 
-/// The picture turned by `angleDegrees` at its centre, the angle falling with the square of the distance to 0 at the
-/// rim, as a new bitmap of the same size, depth and palette. 8 and 24 bits; nothing for others and on failure.
+/// Turns the picture by `angleDegrees` at its centre; the angle falls with the square of the distance to 0 at the rim.
+/// Returns a new bitmap of the same size, depth and palette; empty for depths other than 8 and 24 bits and on failure.
 PackedDib Twist(const PackedDib& source, int angleDegrees, TwistTables& tables);
 
-/// Twist; with `smooth`, done at twice the size and scaled back. `doubled` may remember the enlarged source.
+/// Twist; with `smooth`, at twice the size and scaled back. `doubled` may cache the enlarged source.
 PackedDib TwistMask(const PackedDib& source, int angleDegrees, bool smooth, TwistTables& tables,
                     DoubledMasks* doubled = nullptr);
 
-/// The whole degrees of a run that climbs to twice `degrees` times a half and falls back: `phase` from 0 to 1, 0.5
-/// being the strongest.
+/// The angle in whole degrees at `phase`, 0 to 1: it rises to `degrees` at 0.5 and falls back as it
+/// rose.
 int TwistAngle(int degrees, double phase) noexcept;
 
 }  // namespace glyphmotion

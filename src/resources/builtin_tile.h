@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Bitmap 9908: the tile that stands in where a library or its tile cannot be read, so that a fill can always be made.
+// Bitmap 9908: the tile that replaces one whose library cannot be read, so that a fill can always be made.
 #pragma once
 
 #include <cstdint>

@@ -71,7 +71,7 @@ struct RecordLock {
   std::mutex mutex;
 };
 
-// Runs an opening that may be absent.
+// Calls a hook that may be absent.
 PackedDib Apply(const FrameComposer::Change& change, PackedDib dib) {
   return change && dib ? change(std::move(dib)) : std::move(dib);
 }

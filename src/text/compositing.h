@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // One frame from a dialog's state: background, shadow, fill, outline. Every effect renders through the FrameComposer
-// and changes its course at the openings below, each named after what it changes.
+// and changes single steps through the hooks below, each named after what it changes.
 #pragma once
 
 #include <functional>
@@ -26,7 +26,7 @@ struct ScrollOffset {
   int x = 0, y = 0;  ///< pixels
 };
 
-/// What the frames of one run share. Pixels never depend on what has been remembered.
+/// What the frames of one run share. Pixels never depend on what is cached.
 struct RunCache {
   GlyphCache glyphs;
   MaterialCache materials;
@@ -59,10 +59,10 @@ struct FrameOptions {
 struct FrameGeometry {
   int width = 0, height = 0;                           ///< of the picture
   ScrollOffset text, shadow;                           ///< offsets of the shadow direction, without margin and scroll
-  int textX = 0, textY = 0, shadowX = 0, shadowY = 0;  ///< where the first box stands: scroll + margin + offset
+  int textX = 0, textY = 0, shadowX = 0, shadowY = 0;  ///< of the first box: scroll + margin + offset
 };
 
-/// The text's own picture with its background, for openings that paint on it.
+/// The text's own picture with its background, for hooks that paint on it.
 struct FrameLayers {
   const DibView& frame;  ///< 24 bits
   const DibView* alpha;  ///< 8 bits, or null
@@ -82,21 +82,21 @@ class FrameComposer {
 
   FrameOptions options;
 
-  // Openings. Those that take a bitmap own it and give back the one to go on with; an empty one ends the frame.
+  // Hooks. Those that take a bitmap own it and return the one to continue with; an empty one ends the frame.
   using Change = std::function<PackedDib(PackedDib)>;
   using Make = std::function<PackedDib(int width, int height)>;
 
   bool allowEmptyText = false;  ///< an empty text counts as the single blank instead of ending the frame
-  /// The size of the text's own picture is known, nothing is made yet; false ends the frame.
+  /// The size of the text's own picture is known, nothing made yet; false ends the frame.
   std::function<bool(int width, int height)> onSize;
-  Make makeFrame;               ///< in place of the background material (and of the solid key)
-  Change onFrame;               ///< the frame with its background
-  bool backgroundOnly = false;  ///< the frame is finished now
-  Make makeFillBitmap;          ///< in place of the fill material
-  Change onFillBitmap;          ///< the fill material's pixels
-  Change onShadowBitmap;        ///< the shadow material's pixels, if the shadow is enabled
-  Change onShadowMask;          ///< before its blur
-  Change onSoftShadowMask;      ///< after its blur
+  Make makeFrame;                                     ///< replaces the background material (and the solid key)
+  Change onFrame;                                     ///< the frame with its background
+  bool backgroundOnly = false;                        ///< the frame is finished now
+  Make makeFillBitmap;                                ///< replaces the fill material
+  Change onFillBitmap;                                ///< the fill material's pixels
+  Change onShadowBitmap;                              ///< the shadow material's pixels, if the shadow is enabled
+  Change onShadowMask;                                ///< before its blur
+  Change onSoftShadowMask;                            ///< after its blur
   Change onTextMask;
   Change onOutlineMask;
   std::function<bool(const FrameLayers&)> afterFill;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one door to glyphs and vector shapes: a dispatcher over one record.
+// Glyphs and vector shapes by one dispatcher over one record: the whole set, of which the effects use a part.
 #pragma once
 
 #include <cstdint>
@@ -59,7 +59,7 @@ struct DrawOpResult {
   bool outOfMemory = false;
 };
 
-/// Does what `record.op` says; an operation that does not exist gives neither.
+/// Does what `record.op` says; an unknown operation gives neither.
 DrawOpResult DrawOp(DrawOpRecord& record) noexcept;
 
 }  // namespace glyphmotion

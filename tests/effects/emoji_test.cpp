@@ -37,7 +37,7 @@ int DifferenceOf(std::uint32_t a, std::uint32_t b) {
 // What rounding and the filters' overshoot may add up to; colours left behind would differ by much more.
 constexpr int kRounding = 40;
 
-// A red emoji among red letters is a letter, so that a frame tells whether its colours went where its shape has gone.
+// A red emoji among red letters is a letter, so a frame shows whether its colours moved with its shape.
 TEST(Emoji, ColoursMoveWithTheMask) {
   for (const std::string& effect : kMoving) {
     SCOPED_TRACE(effect);
