@@ -7,6 +7,10 @@ _Time = Union[int, str]
 
 class Options(TypedDict, total=False):
     effect: str
+    width: int
+    height: int
+    fit: Literal["shrink", "none"]
+    valign: Literal["top", "middle", "bottom"]
     size: int
     pad: int
     space: int
@@ -36,7 +40,8 @@ class Options(TypedDict, total=False):
     background: str
     outline: str
     palette: Union[int, str]
-    dither: bool
+    colors: int
+    dither: Union[bool, Literal["stable", "ordered"]]
     true_color: bool
     supercompress: bool
     transparent: bool
@@ -44,6 +49,7 @@ class Options(TypedDict, total=False):
     alpha: bool
     alpha_background: bool
     lossy: int
+    threads: int
     sample: bool
     add_comment: bool
     set: Mapping[str, Union[bool, int, str]]
