@@ -30,4 +30,24 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/glyphmotion.pc DESTINATION ${pc_folder
 
 if(GLYPHMOTION_PROGRAM)
   install(TARGETS glyphmotion_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+
+  # The program writes its own manual page and completions.
+  set(pages ${CMAKE_CURRENT_BINARY_DIR}/pages)
+  foreach(page "man:glyphmotion.1:${CMAKE_INSTALL_MANDIR}/man1" "bash:glyphmotion:${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+      "zsh:_glyphmotion:${CMAKE_INSTALL_DATADIR}/zsh/site-functions" "fish:glyphmotion.fish:${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+    string(REPLACE ":" ";" page ${page})
+    list(POP_FRONT page kind name folder)
+    set(words man)
+    if(NOT kind STREQUAL man)
+      set(words completion ${kind})
+    endif()
+    set(file ${pages}/${kind}/${name})
+    add_custom_command(OUTPUT ${file} DEPENDS glyphmotion_program VERBATIM
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${pages}/${kind}
+      COMMAND ${CMAKE_COMMAND} "-DPROGRAM=$<TARGET_FILE:glyphmotion_program>" "-DWORDS=${words}" -DFILE=${file}
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/cmake/WritePage.cmake)
+    list(APPEND page_files ${file})
+    install(FILES ${file} DESTINATION ${folder} COMPONENT program)
+  endforeach()
+  add_custom_target(pages ALL DEPENDS ${page_files})
 endif()
