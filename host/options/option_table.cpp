@@ -30,11 +30,13 @@ constexpr OptionRow Value(const char* names, const char* group, const char* form
 
 constexpr OptionRow kRows[] = {
     Value("-o,--output", kOutput, "FILE",
-          "The file to write: .gif, .png (animated, or one picture), .apng, .webp, .avif, .webm, .y4m; - for standard output"),
+          "The file to write: .gif, .png (animated, or one picture), .apng, .webp, .avif, .webm, .y4m; - for standard "
+          "output"),
     Word("--format", kOutput, "FORMAT", "gif,png,webp,avif,webm,y4m,rgba",
          "gif, png, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
     Word("--frames-as", kOutput, "png", "png", "Write a folder of numbered pictures, which -o names"),
-    {"--lossy", "QUALITY", kOutput, "Lossy .webp or .avif of this quality (default: lossless), or quality of .webm", nullptr, 0, 100},
+    {"--lossy", "QUALITY", kOutput, "Lossy .webp or .avif of this quality (default: lossless), or quality of .webm",
+     nullptr, 0, 100},
     {"--effort", "N", kOutput, "Time for a smaller file (default: 6)", nullptr, 0, 9},
     {"--loop", "N", kOutput, "Times that an animation plays; 0, the default, is for ever", nullptr, 0, 65535},
     {"--start", "N|rest", kOutput, "Begin the loop with this frame, from 1, or with the longest one", nullptr, 1, 32760,

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/program/option_table.h"
+#include "host/options/option_table.h"
 
 namespace glyphmotion {
 namespace {
