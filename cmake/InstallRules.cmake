@@ -20,7 +20,7 @@ install(FILES cmake/data_folder.cpp.in ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionCo
 # pkg-config finds the folders from where its own file is, so that the prefix may be moved.
 set(pc_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-set(pc_requires "freetype2 fontconfig harfbuzz fribidi libpng libwebp libwebpmux")
+set(pc_requires "freetype2 fontconfig harfbuzz fribidi libpng zlib libwebp libwebpmux ${optional_modules}")
 set(pc_libraries "-lstdc++ -lm -pthread -ldl")
 if(BUILD_SHARED_LIBS)
   set(pc_private .private)

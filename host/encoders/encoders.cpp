@@ -3,10 +3,12 @@
 
 #include <vector>
 
+#include "host/encoders/avif.h"
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/gif_writer.h"
 #include "host/encoders/png_encoder.h"
 #include "host/encoders/raw_video.h"
+#include "host/encoders/webm.h"
 #include "host/encoders/webp_encoder.h"
 
 namespace glyphmotion {
@@ -22,6 +24,7 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
   auto state = std::make_shared<State>(State{GifWriter(settings.width, settings.height, settings.threads), {}});
   state->writer.SetLoops(settings.loops);
   state->writer.SetLoss(settings.loss);
+  state->writer.SetEffort(settings.effort);
   Encoder encoder;
   encoder.add = [state, settings](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);
@@ -43,10 +46,16 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
   return encoder;
 }
 
-constexpr EncoderFormat kFormats[] = {
-    {".gif", true, OpenGif},    {".png", false, OpenPng},
-    {".webp", false, OpenWebp}, {kFolderExtension, false, OpenFolder},
-    {".y4m", false, OpenY4m},   {".rgba", false, OpenRgba},
+const EncoderFormat kFormats[] = {
+    {".gif", true, OpenGif},
+    {".png", false, OpenPng},
+    {".apng", false, OpenPng},
+    {".webp", false, OpenWebp},
+    {".avif", false, OpenAvif, kAvifLacks},
+    {".webm", false, OpenWebm, kWebmLacks},
+    {".y4m", false, OpenY4m},
+    {".rgba", false, OpenRgba},
+    {kFolderExtension, false, OpenFolder},
 };
 
 }  // namespace

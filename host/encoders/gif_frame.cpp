@@ -234,23 +234,25 @@ void GifFrameCompressor::FindFreedom(const GifPixels& pixels, Task& task) {
 GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
   const int wildcard = ChooseWildcard(pixels);
   const Task task = TaskOf(pixels, wildcard, paletteBits);
-  const bool small = task.symbols.size() <= kSmall;
+  const bool small = effort_ > 5 && task.symbols.size() <= kSmall;
   Best best;
   // The fast strategies first, so that the slow one is abandoned early where it loses.
   const auto tryStrategies = [&](LzwMode mode) {
     if (task.free.empty()) return Try(task, Strategy::Plain, mode, best);
-    for (const Strategy strategy :
-         {Strategy::Wildcards, Strategy::Plain, Strategy::Varied, Strategy::Often, Strategy::Choice})
+    constexpr Strategy kOrder[] = {Strategy::Wildcards, Strategy::Plain, Strategy::Varied, Strategy::Often,
+                                   Strategy::Choice};
+    constexpr std::size_t kTried[] = {1, 2, 4, 5};  // by effort
+    for (const Strategy strategy : std::span(kOrder).first(kTried[std::min(effort_, 3)]))
       Try(task, strategy, mode, best);
   };
-  if (small) {
-    tryStrategies({false, Lookahead::Always});
-    tryStrategies({true, Lookahead::Always});
-  } else {
+  if (!small) {
     tryStrategies({false, Lookahead::Never});
-    Try(task, best.strategy, {false, Lookahead::Always}, best);
-    if (best_.count > kFullDictionary) Try(task, best.strategy, {true, best.mode.lookahead}, best);
+    if (effort_ > 3) Try(task, best.strategy, {false, Lookahead::Always}, best);
+    if (effort_ > 4 && best_.count > kFullDictionary) Try(task, best.strategy, {true, best.mode.lookahead}, best);
   }
+  if (small || effort_ > 6) tryStrategies({false, Lookahead::Always});
+  if (small || effort_ > 7) tryStrategies({true, Lookahead::Always});
+  if (effort_ > 8) tryStrategies({true, Lookahead::WhenFull});
   GifStream stream{best.strategy != Strategy::Plain || pixels.hasWildcard ? wildcard : -1, best_.minCodeSize, {}};
   PackLzw(best_, stream.bytes);
   return stream;

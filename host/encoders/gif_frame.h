@@ -47,6 +47,9 @@ struct GifStream {
 /// result does not depend on how many there are.
 class GifFrameCompressor {
  public:
+  /// 0 to 9: how many attempts are made at a frame. More never make it larger.
+  void SetEffort(int effort) { effort_ = effort; }
+
   /// May change `pixels`. A wildcard of 2^paletteBits or more makes the palette grow.
   GifStream Compress(GifPixels& pixels, int paletteBits);
 
@@ -59,6 +62,7 @@ class GifFrameCompressor {
   void FindFreedom(const GifPixels& pixels, Task& task);
   void Try(const Task& task, Strategy strategy, LzwMode mode, Best& best);
 
+  int effort_ = 6;
   LzwCompressor lzw_;
   LzwCodes best_, attempt_;
   std::vector<std::uint8_t> reached_, free_, open_, written_;  // per pixel

@@ -227,6 +227,9 @@ GifWriter::~GifWriter() = default;
 GifWriter::GifWriter(GifWriter&&) noexcept = default;
 
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
+void GifWriter::SetEffort(int effort) {
+  for (GifFrameCompressor& compressor : state_->compressors) compressor.SetEffort(effort);
+}
 void GifWriter::SetLoss(int loss) {
   if (loss > 0) state_->lossy.emplace(state_->width, state_->height, loss);
 }

@@ -41,6 +41,8 @@ class GifWriter {
   void SetLoops(int loops);
   /// How lossy the compression is: 0, the default, for not at all, to 200. Before the first frame.
   void SetLoss(int loss);
+  /// 0 to 9: time for a smaller file.
+  void SetEffort(int effort);
   /// Ends the animation and returns the whole file; empty without a frame. The writer cannot be used afterwards.
   std::vector<std::uint8_t> Finish();
 

@@ -22,7 +22,9 @@ std::string_view TextOf(std::span<const std::uint8_t> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-bool IsNumberedPicture(const fs::directory_entry& entry) {
+bool IsOfAnimation(const fs::directory_entry& entry) {
+  const std::string name = entry.path().filename().string();
+  if (name == kTimingFile || name == kConcatFile) return entry.is_regular_file();
   const std::string stem = entry.path().stem().string();
   return entry.is_regular_file() && entry.path().extension() == ".png" && stem.size() >= 4 &&
          std::all_of(stem.begin(), stem.end(), IsDigit);
@@ -34,7 +36,7 @@ std::string FolderTrouble(const std::string& target) {
   if (!fs::exists(target, code)) return {};
   if (!fs::is_directory(target, code)) return "it is a file; name a folder";
   for (const fs::directory_entry& entry : fs::directory_iterator(target, code)) {
-    if (!IsNumberedPicture(entry))
+    if (!IsOfAnimation(entry))
       return "the folder contains '" + entry.path().filename().string() + "'; name a new or empty one";
   }
   return {};

@@ -12,6 +12,10 @@
 
 namespace glyphmotion {
 
+/// Files of a folder of pictures besides its pictures, which are replaced with them.
+constexpr const char* kTimingFile = "timing.json";
+constexpr const char* kConcatFile = "frames.ffconcat";
+
 /// One file, or one folder of files, being written. Whatever has the name stays untouched until Keep.
 class Output {
  public:

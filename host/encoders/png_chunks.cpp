@@ -94,7 +94,7 @@ std::vector<std::uint8_t> WritePng(const PngPicture& picture) {
   }
   png_set_write_fn(png, &out, Write, NoFlush);
   PutHeader(png, info, picture);
-  png_set_compression_level(png, 6);
+  png_set_compression_level(png, picture.level);
   png_set_filter(png, 0, picture.kind == PngKind::Palette ? PNG_FILTER_NONE : PNG_FILTER_SUB | PNG_FILTER_UP);
   png_write_info(png, info);
   const std::size_t pixel = picture.kind == PngKind::Palette ? 1 : picture.kind == PngKind::Rgb ? 3 : 4;

@@ -17,6 +17,7 @@ struct PngPicture {
   std::span<const std::uint8_t> pixels;
   std::span<const std::uint8_t> palette;  ///< 3 bytes an entry, at most 256; Palette only
   int transparentIndex = -1;              ///< Palette only
+  int level = 6;                          ///< zlib's, 1 to 9
 };
 
 /// A whole PNG file; empty when libpng fails.

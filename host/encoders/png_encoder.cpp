@@ -18,9 +18,12 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+// The least effort compresses as well: otherwise a PNG would be as large as its pixels.
+int ZlibLevel(int effort) { return std::max(effort, 1); }
+
 // One image as a PNG of its own depth.
-Bytes PngOfImage(const DibPixels& dib, int transparentIndex) {
-  PngPicture picture{dib.width, dib.height, PngKind::Palette, {}, {}, transparentIndex};
+Bytes PngOfImage(const DibPixels& dib, int transparentIndex, int effort) {
+  PngPicture picture{dib.width, dib.height, PngKind::Palette, {}, {}, transparentIndex, ZlibLevel(effort)};
   Bytes pixels;
   if (dib.bits < 9) {
     UnpackIndices(dib, pixels);
@@ -82,7 +85,7 @@ struct PngState {
   }
 
   std::string Add(PngWork& work, PngKind kind, const ScreenPart& part, int transparentIndex, int delay) {
-    work.picture = {part.width, part.height, kind, {}, {}, transparentIndex};
+    work.picture = {part.width, part.height, kind, {}, {}, transparentIndex, ZlibLevel(settings.effort)};
     work.place = {part.left, part.top, delay * settings.delayUnit};
     return batch.Add(work.pixels.size());
   }
@@ -139,7 +142,49 @@ struct PngState {
 // A picture of a folder, from the image's bytes to its file.
 struct FolderWork {
   Bytes dib, file;
-  int number = 0, transparentIndex = -1;
+  int number = 0, transparentIndex = -1, time = 0;
+};
+
+// Besides the pictures, what other programs need to play them: timing.json, and frames.ffconcat for FFmpeg.
+struct FolderState {
+  Output& output;
+  EncoderSettings settings;
+  std::string frames, list = "ffconcat version 1.0\n";
+  PictureBatch<FolderWork> batch;
+
+  FolderState(Output& out, const EncoderSettings& wanted)
+      : output(out),
+        settings(wanted),
+        batch(
+            wanted.threads,
+            [this](FolderWork& work) {
+              work.file = PngOfImage(ReadDib(work.dib), work.transparentIndex, settings.effort);
+            },
+            [this](FolderWork& work) { return Keep(work); }) {}
+
+  std::string Keep(const FolderWork& work) {
+    char name[24];
+    std::snprintf(name, sizeof name, "%04d.png", work.number);
+    const std::string time = std::to_string(work.time);
+    frames +=
+        std::string(frames.empty() ? "" : ",") + "\n  {\"file\": \"" + name + "\", \"duration_ms\": " + time + "}";
+    list += std::string("file ") + name + "\n" + (work.time > 0 ? "duration " + time + "ms\n" : "");
+    if (work.file.empty()) return kOutOfMemory;
+    return output.WriteMember(name, work.file) ? "" : output.Refusal();
+  }
+
+  std::string WriteText(const char* name, const std::string& text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    return output.WriteMember(name, {bytes, text.size()}) ? "" : output.Refusal();
+  }
+
+  std::string Finish() {
+    std::string error = batch.Flush();
+    if (error.empty())
+      error = WriteText(kTimingFile, "{\"width\": " + std::to_string(settings.width) + ", \"height\": " +
+                                         std::to_string(settings.height) + ", \"frames\": [" + frames + "\n]}\n");
+    return error.empty() ? WriteText(kConcatFile, list) : error;
+  }
 };
 
 }  // namespace
@@ -151,7 +196,7 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
     const DibPixels dib = ReadDib(image.dib);
     if (!dib) return kBadImage;
     if (state->settings.imageCount == 1) {
-      const auto bytes = PngOfImage(dib, image.transparentIndex);
+      const auto bytes = PngOfImage(dib, image.transparentIndex, state->settings.effort);
       return bytes.empty() ? kOutOfMemory : KeepWriting(state->output, bytes);
     }
     KeptImage about{{}, image.delay, image.transparentIndex, image.standAlone};
@@ -165,24 +210,18 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
 }
 
 Encoder OpenFolder(Output& output, const EncoderSettings& settings) {
-  const auto encode = [](FolderWork& work) { work.file = PngOfImage(ReadDib(work.dib), work.transparentIndex); };
-  const auto keep = [&output](FolderWork& work) -> std::string {
-    char name[24];
-    std::snprintf(name, sizeof name, "%04d.png", work.number);
-    if (work.file.empty()) return kOutOfMemory;
-    return output.WriteMember(name, work.file) ? "" : output.Refusal();
-  };
-  const auto batch = std::make_shared<PictureBatch<FolderWork>>(settings.threads, encode, keep);
+  const auto state = std::make_shared<FolderState>(output, settings);
   Encoder encoder;
-  encoder.add = [batch](const Image& image) -> std::string {
+  encoder.add = [state](const Image& image) -> std::string {
     if (!ReadDib(image.dib)) return kBadImage;
-    FolderWork& work = batch->Next();
+    FolderWork& work = state->batch.Next();
     work.dib.assign(image.dib.begin(), image.dib.end());
     work.number = image.number;
     work.transparentIndex = image.transparentIndex;
-    return batch->Add(image.dib.size());
+    work.time = image.delay * state->settings.delayUnit;
+    return state->batch.Add(image.dib.size());
   };
-  encoder.finish = [batch] { return batch->Flush(); };
+  encoder.finish = [state] { return state->Finish(); };
   return encoder;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/encoders/raw_video.h"
 
+#include <zlib.h>
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -8,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/encoders/out_of_memory.h"
 #include "host/encoders/screen.h"
 
 namespace glyphmotion {
@@ -15,12 +18,18 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// The rate is the greatest common divisor of all times, so the frames are kept until the last has come.
+// The rate is the greatest common divisor of all times, so the frames are kept until the last has come: compressed, or
+// a long animation would not fit into memory.
 struct RawVideo {
   Output& output;
   EncoderSettings settings;
   Screen screen;
-  std::vector<std::pair<Bytes, int>> frames;  // with their milliseconds
+  struct Frame {
+    Bytes packed;
+    std::size_t size;  // in bytes, unpacked
+    int time;          // milliseconds
+  };
+  std::vector<Frame> frames;
 
   RawVideo(Output& out, const EncoderSettings& wanted)
       : output(out), settings(wanted), screen(wanted.width, wanted.height) {}
@@ -31,12 +40,23 @@ struct RawVideo {
     screen.Show(dib, image.transparentIndex, image.standAlone);
     return {};
   }
-  void Keep(Bytes frame, const Image& image) {
-    frames.emplace_back(std::move(frame), std::max(1, image.delay * settings.delayUnit));
+  bool Keep(const Bytes& frame, const Image& image) {
+    uLongf size = compressBound(static_cast<uLong>(frame.size()));
+    Bytes packed(size);
+    if (compress2(packed.data(), &size, frame.data(), static_cast<uLong>(frame.size()), 1) != Z_OK) return false;
+    packed.resize(size);
+    packed.shrink_to_fit();
+    frames.push_back({std::move(packed), frame.size(), std::max(1, image.delay * settings.delayUnit)});
+    return true;
+  }
+  static bool Unpack(const Frame& frame, Bytes& bytes) {
+    bytes.resize(frame.size);
+    auto size = static_cast<uLongf>(frame.size);
+    return uncompress(bytes.data(), &size, frame.packed.data(), static_cast<uLong>(frame.packed.size())) == Z_OK;
   }
   int Step() const {
     int step = 0;
-    for (const auto& [bytes, time] : frames) step = std::gcd(step, time);
+    for (const Frame& frame : frames) step = std::gcd(step, frame.time);
     return std::max(step, 1);
   }
   bool Write(std::span<const std::uint8_t> bytes) { return output.Write(bytes); }
@@ -70,7 +90,7 @@ Encoder Open(Output& output, const EncoderSettings& settings, Bytes (*frameOf)(c
   Encoder encoder;
   encoder.add = [video, frameOf](const Image& image) {
     std::string error = video->Show(image);
-    if (error.empty()) video->Keep(frameOf(video->screen), image);
+    if (error.empty() && !video->Keep(frameOf(video->screen), image)) error = kOutOfMemory;
     return error;
   };
   encoder.finish = [video, hasHeaders]() -> std::string {
@@ -78,8 +98,10 @@ Encoder Open(Output& output, const EncoderSettings& settings, Bytes (*frameOf)(c
     bool written = !hasHeaders || video->Write("YUV4MPEG2 W" + std::to_string(video->settings.width) + " H" +
                                                std::to_string(video->settings.height) + " " + Rate(step) +
                                                " Ip A1:1 C444 XCOLORRANGE=LIMITED\n");
-    for (const auto& [bytes, time] : video->frames) {
-      for (int i = 0; written && i < time / step; ++i) {
+    Bytes bytes;
+    for (const RawVideo::Frame& frame : video->frames) {
+      if (!RawVideo::Unpack(frame, bytes)) return kOutOfMemory;
+      for (int i = 0; written && i < frame.time / step; ++i) {
         written = (!hasHeaders || video->Write("FRAME\n")) && video->Write(bytes);
       }
     }

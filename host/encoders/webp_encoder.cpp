@@ -33,10 +33,9 @@ std::string SizeTrouble(const EncoderSettings& settings) {
 
 // --- Lossless
 
-constexpr int kLosslessLevel = 2;  // of libwebp's 0 to 9: the last one that is fast
-
 struct WebpWork {
-  Bytes pixels;  // red, green, blue, alpha
+  int level = 0;  // libwebp's for lossless pictures, 0 to 9
+  Bytes pixels;   // red, green, blue, alpha
   ScreenPart part;
   bool overlay = false;  // transparent pixels show the picture before
   int duration = 0;      // milliseconds
@@ -55,8 +54,7 @@ void Compress(WebpWork& work) {
   work.file.clear();
   WebPConfig config;
   WebPPicture picture;
-  if (!WebPConfigInit(&config) || !WebPConfigLosslessPreset(&config, kLosslessLevel) || !WebPPictureInit(&picture))
-    return;
+  if (!WebPConfigInit(&config) || !WebPConfigLosslessPreset(&config, work.level) || !WebPPictureInit(&picture)) return;
   Writer writer;
   picture.width = work.part.width;
   picture.height = work.part.height;
@@ -115,6 +113,7 @@ class LosslessWebp {
       return {};
     }
     WebpWork& work = batch_.Next();
+    work.level = settings_.effort;
     work.part =
         first ? ScreenPart{0, 0, settings_.width, settings_.height} : AtEvenPlace(screen_.DifferenceTo(before_));
     screen_.Cut(work.part, true, work.pixels);
@@ -192,6 +191,7 @@ class LossyWebp {
     WebPAnimEncoderOptions options;
     if (!WebPAnimEncoderOptionsInit(&options) || !WebPConfigInit(&config_)) return;
     config_.quality = static_cast<float>(settings.lossyQuality);
+    config_.method = settings.effort * 2 / 3;  // 0 to 6
     options.anim_params.loop_count = settings.loops;
     options.kmax = 30;
     encoder_ = WebPAnimEncoderNew(settings.width, settings.height, &options);

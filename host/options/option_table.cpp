@@ -30,11 +30,14 @@ constexpr OptionRow Value(const char* names, const char* group, const char* form
 
 constexpr OptionRow kRows[] = {
     Value("-o,--output", kOutput, "FILE",
-          "The file to write: .gif, .png (animated, or one picture), .webp, .y4m; - for standard output"),
-    Word("--format", kOutput, "FORMAT", "gif,png,webp,y4m,rgba",
-         "gif, png, webp, y4m or rgba, whatever the name of the output; -o - needs it"),
+          "The file to write: .gif, .png (animated, or one picture), .apng, .webp, .avif, .webm, .y4m; - for standard "
+          "output"),
+    Word("--format", kOutput, "FORMAT", "gif,png,webp,avif,webm,y4m,rgba",
+         "gif, png, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
     Word("--frames-as", kOutput, "png", "png", "Write a folder of numbered pictures, which -o names"),
-    {"--lossy", "QUALITY", kOutput, "Lossy .webp of this quality (default: lossless)", nullptr, 0, 100},
+    {"--lossy", "QUALITY", kOutput, "Lossy .webp or .avif of this quality (default: lossless), or quality of .webm",
+     nullptr, 0, 100},
+    {"--effort", "N", kOutput, "Time for a smaller file (default: 6)", nullptr, 0, 9},
     {"--loop", "N", kOutput, "Times that an animation plays; 0, the default, is for ever", nullptr, 0, 65535},
     {"--start", "N|rest", kOutput, "Begin the loop with this frame, from 1, or with the longest one", nullptr, 1, 32760,
      nullptr, "rest"},
@@ -135,8 +138,19 @@ constexpr OptionRow kBatchRows[] = {
     Flag("-h,--help", kBatchGroup, nullptr, nullptr, "Print this help"),
 };
 
+constexpr CommandRow kCommands[] = {
+    {"batch", "JOBS.jsonl", "Run many jobs at once: see help batch", "", true},
+    {"completion", "SHELL", "Print the completions of a shell", "bash,zsh,fish"},
+    {"edit", "[FILE.GM4] [--port N] [--no-open]", "Open the page in the browser", "--port,--no-open", true},
+    {"gallery", "FOLDER", "Make a page that shows every effect", "", true},
+    {"help", "[TOPIC]", "Explain an effect, materials, batch or hosts", "materials,batch,hosts"},
+    {"man", "", "Print the manual page"},
+    {"swatch", "MATERIAL -o FILE.png", "Make a picture of a fill by itself", "-o", true},
+};
+
 }  // namespace
 
+std::span<const CommandRow> CommandRows() { return kCommands; }
 std::span<const OptionRow> BatchRows() { return kBatchRows; }
 std::span<const char* const> OptionGroups() { return kGroups; }
 std::span<const OptionRow> OptionRows() { return kRows; }

@@ -22,6 +22,16 @@ struct OptionRow {
   bool repeats = false;  ///< may be given several times
 };
 
+/// A first word that asks for something else than an animation.
+struct CommandRow {
+  const char* name;
+  const char* form;        ///< what follows it
+  const char* help;        ///< one sentence without its period
+  const char* words = "";  ///< what may follow it, by commas
+  bool takesFile = false;  ///< a file or folder may follow it
+};
+std::span<const CommandRow> CommandRows();
+
 /// Groups in the order of the help. That of kHostGroup is shown by "help hosts" alone.
 constexpr const char* kHostGroup = "For hosts and tests";
 constexpr const char* kHelpGroup = "Help";  ///< what the program prints

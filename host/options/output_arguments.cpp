@@ -15,6 +15,10 @@
 namespace glyphmotion {
 namespace {
 
+bool IsOneOf(const std::string& name, std::initializer_list<const char*> names) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 void CheckHonoured(const Job& job, const std::string& key) {
   if (key == "Truecolour" && !job.trueColourFormat)
     Refuse("--true-color needs a true-colour format; write .png or .webp");
@@ -110,16 +114,27 @@ void ReadFormat(Reading& reading) {
   } else if (typed.Has("--format")) {
     arguments.extension = "." + typed.Value("--format");
   } else if (arguments.output == "-") {
-    Refuse("-o - needs a format; add --format gif, png, webp, y4m or rgba");
+    Refuse("-o - needs a format; add --format gif, png, webp, avif, webm, y4m or rgba");
   } else if (!arguments.output.empty()) {
     arguments.extension = Lowered(std::filesystem::path(arguments.output).extension().string());
     if (!FindFormat(arguments.extension))
       Refuse("'" + arguments.output +
-             "' has an unknown file type; use a name that ends in .gif, .png, .webp, .y4m or --format");
+             "' has an unknown file type; use a name that ends in .gif, .png, .apng, .webp, .avif, .webm, .y4m or "
+             "--format");
+  }
+  if (const EncoderFormat* format = FindFormat(arguments.extension); format && format->lacks)
+    Refuse("this program was built without " + std::string(format->lacks) + " and cannot write " + arguments.extension +
+           "; write .webp or .png, or install the library and build the program again");
+  if (typed.Has("--effort")) {
+    arguments.job.effort = static_cast<int>(reading.Number("--effort"));
+    if (arguments.output.empty()) Refuse("--effort needs an output; add -o FILE");
+    if (IsOneOf(arguments.extension, {".y4m", ".rgba"}))
+      Refuse("--effort is for compressed formats; leave it out, " + arguments.extension.substr(1) + " is not");
   }
   if (typed.Has("--lossy")) {
     arguments.lossyQuality = static_cast<double>(reading.Number("--lossy"));
-    if (arguments.extension != ".webp") Refuse("--lossy is for .webp only; leave it out or write .webp");
+    if (!IsOneOf(arguments.extension, {".webp", ".avif", ".webm"}))
+      Refuse("--lossy is for .webp, .avif and .webm; leave it out or write .webp");
   }
 }
 
@@ -136,7 +151,7 @@ void ReadLoop(Reading& reading) {
     arguments.job.start = rest ? Job::kRest : static_cast<int>(reading.Number("--start")) - 1;
   }
   if (!typed.Has("--loop")) return;
-  if (arguments.extension != ".gif" && arguments.extension != ".png" && arguments.extension != ".webp")
+  if (!IsOneOf(arguments.extension, {".gif", ".png", ".apng", ".webp"}))
     Refuse("--loop is for .gif, .png and .webp; leave it out, the others hold the frames alone");
   arguments.job.loops = static_cast<int>(reading.Number("--loop"));
 }

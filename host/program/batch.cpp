@@ -231,6 +231,8 @@ RunReport Batch::RunLine(const BatchLine& line) const {
         if (!options_.out.empty()) fs::create_directories(fs::path(name).parent_path(), error);
       }
       parsed.arguments->quiet = true;
+      // The cores have jobs of their own.
+      if (options_.jobs > 1 && parsed.arguments->job.threads == 0) parsed.arguments->job.threads = 1;
       parsed.arguments->json = options_.style.json;
       return run_(*parsed.arguments);
     }

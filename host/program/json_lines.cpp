@@ -58,6 +58,10 @@ std::vector<std::string> ValuesOf(const OptionRow& row, const std::string& key, 
 }
 
 void AddFlag(const OptionRow& row, const std::string& key, const Json& value, std::vector<std::string>& words) {
+  if (*row.words && value.is_string()) {  // --dither=stable
+    words.push_back("--" + key + "=" + value.get<std::string>());
+    return;
+  }
   if (!value.is_boolean()) Refuse("'" + key + "' takes true or false");
   const std::string name = "--" + key, negative = NegativeName(row);
   if (value.get<bool>()) {
@@ -146,5 +150,20 @@ std::string JsonOfSkipped(const std::string& file, long line) {
   json["skipped"] = true;
   return Dumped(json);
 }
+
+std::string JsonOf(const ListTable& table) {
+  Json list = Json::array();
+  for (const auto& row : table.rows) {
+    Json entry = Json::object();
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const ListTable::Column& column = table.columns[i];
+      entry[column.name] = !column.isNumber ? Json(row[i]) : row[i].empty() ? Json() : Json(std::stol(row[i]));
+    }
+    list.push_back(std::move(entry));
+  }
+  return Dumped(list);
+}
+
+std::string JsonOfError(const std::string& error) { return Dumped(Json{{"error", error}}); }
 
 }  // namespace glyphmotion

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/program/lists.h"
 #include "host/program/run_report.h"
 
 namespace glyphmotion {
@@ -26,5 +27,11 @@ std::string JsonOf(const RunReport& report, long line = 0);
 
 /// {"line":,"file":,"skipped":true}
 std::string JsonOfSkipped(const std::string& file, long line);
+
+/// An array of objects, one a row.
+std::string JsonOf(const ListTable& table);
+
+/// {"error":}
+std::string JsonOfError(const std::string& error);
 
 }  // namespace glyphmotion

@@ -11,29 +11,20 @@
 namespace glyphmotion {
 namespace {
 
-void PrintRow(const std::vector<std::string>& cells, const std::vector<int>& widths) {
-  std::string line;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    line += cells[i];
-    const auto width = static_cast<std::size_t>(i < widths.size() ? widths[i] : 0);
-    if (i + 1 < cells.size()) line.append(cells[i].size() < width ? width - cells[i].size() : 1, ' ');
-  }
-  line.erase(line.find_last_not_of(' ') + 1);
-  std::printf("%s\n", line.c_str());
+ListTable Names(const std::vector<std::string>& names, const char* what, std::string& trouble) {
+  ListTable table{{{"name"}}, {}};
+  for (const std::string& name : names) table.rows.push_back({name});
+  if (names.empty())
+    trouble =
+        std::string("no library of ") + what + " is installed; install the program together with its share folder";
+  return table;
 }
 
-std::string PrintNames(const std::vector<std::string>& names, const char* what) {
-  for (const std::string& name : names) PrintRow({name}, {});
-  if (!names.empty()) return {};
-  return std::string("no library of ") + what + " is installed; install the program together with its share folder";
-}
-
-void PrintPalettes(const Catalogue& catalogue) {
-  const std::vector<int> widths = {16, 4};
-  PrintRow({"custom", "-", "made for the picture"}, widths);
-  for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i) {
-    PrintRow({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]}, widths);
-  }
+ListTable Palettes(const Catalogue& catalogue) {
+  ListTable table{{{"name", 16}, {"number", 4, true}, {"title"}}, {{"custom", "", "made for the picture"}}};
+  for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i)
+    table.rows.push_back({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]});
+  return table;
 }
 
 // "wght 100..900 (400)"
@@ -47,49 +38,77 @@ std::string AxesOf(const FontInfo& font) {
   return text;
 }
 
-std::string PrintFonts() {
-  const std::vector<FontInfo> fonts = Fonts();
-  if (fonts.empty()) return "no font is installed; install one, for example the package fonts-liberation";
-  for (const FontInfo& font : fonts) {
+ListTable FontTable(std::string& trouble) {
+  ListTable table{{{"family", 32}, {"style", 24}, {"file", 60}, {"axes"}}, {}};
+  for (const FontInfo& font : Fonts()) {
     const std::string file = font.file + (font.index ? '#' + std::to_string(font.index) : "");
-    PrintRow({font.family, font.style, file, AxesOf(font)}, {32, 24, 60});
+    table.rows.push_back({font.family, font.style, file, AxesOf(font)});
   }
-  return {};
+  if (table.rows.empty()) trouble = "no font is installed; install one, for example the package fonts-liberation";
+  return table;
+}
+
+ListTable EffectTable(const Catalogue& catalogue) {
+  ListTable table{{{"name", 24}, {"summary"}}, {}};
+  for (const std::string& name : catalogue.effects)
+    table.rows.push_back({OptionForm(name), EffectRow(FindEffect(name)).summary});
+  return table;
+}
+
+ListTable KeyTable(const Catalogue& catalogue) {
+  ListTable table{{{"key", 32}, {"kind", 8}, {"control", 6, true}, {"default"}}, {}};
+  for (const KeyInfo& row : catalogue.keys)
+    table.rows.push_back({row.key, row.kind, row.control ? std::to_string(row.control) : "", row.defaultValue});
+  return table;
+}
+
+ListTable ControlTable(const Catalogue& catalogue) {
+  ListTable table{{{"id", 6, true}, {"kind", 18}, {"range", 16}, {"key", 28}, {"panel", 24}, {"caption"}}, {}};
+  for (const ControlInfo& row : catalogue.controls)
+    table.rows.push_back({std::to_string(row.id), row.kind, row.range, row.key, row.panel, row.caption});
+  return table;
 }
 
 }  // namespace
 
-std::string PrintList(ListKind kind, const Catalogue& catalogue) {
+ListTable TableOf(ListKind kind, const Catalogue& catalogue, std::string& trouble) {
   switch (kind) {
     case ListKind::None:
       return {};
     case ListKind::Effects:
-      for (const std::string& name : catalogue.effects)
-        PrintRow({OptionForm(name), EffectRow(FindEffect(name)).summary}, {24});
-      return {};
+      return EffectTable(catalogue);
     case ListKind::Fonts:
-      return PrintFonts();
+      return FontTable(trouble);
     case ListKind::Palettes:
-      PrintPalettes(catalogue);
-      return {};
+      return Palettes(catalogue);
     case ListKind::Keys:
-      for (const KeyInfo& row : catalogue.keys) {
-        PrintRow({row.key, row.kind, row.control ? std::to_string(row.control) : "-", row.defaultValue}, {32, 8, 6});
-      }
-      return {};
+      return KeyTable(catalogue);
     case ListKind::Controls:
-      for (const ControlInfo& row : catalogue.controls) {
-        PrintRow({std::to_string(row.id), row.kind, row.range, row.key, row.panel, row.caption}, {6, 18, 16, 28, 24});
-      }
-      return {};
+      return ControlTable(catalogue);
     case ListKind::Textures:
-      return PrintNames(TextureNames(), "textures");
+      return Names(TextureNames(), "textures", trouble);
     case ListKind::Fountains:
-      return PrintNames(FountainNames(), "fountains");
+      return Names(FountainNames(), "fountains", trouble);
     case ListKind::Tiles:
-      return PrintNames(TileNames(), "tiles");
+      return Names(TileNames(), "tiles", trouble);
   }
   return {};
+}
+
+std::string WordsOf(const ListTable& table) {
+  std::string text;
+  for (const auto& row : table.rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string cell = row[i].empty() && table.columns[i].isNumber ? "-" : row[i];
+      const auto width = static_cast<std::size_t>(table.columns[i].width);
+      line += cell;
+      if (i + 1 < row.size()) line.append(cell.size() < width ? width - cell.size() : 1, ' ');
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    text += line + "\n";
+  }
+  return text;
 }
 
 }  // namespace glyphmotion

@@ -22,6 +22,7 @@
 #include "host/encoders/output_file.h"
 #include "host/program/batch.h"
 #include "host/program/command_line.h"
+#include "host/program/completion.h"
 #include "host/program/edit.h"
 #include "host/program/gallery.h"
 #include "host/program/help.h"
@@ -208,14 +209,19 @@ RunReport Perform(const Arguments& arguments) {
   return report;
 }
 
-int PrintJson(const RunReport& report) {
-  std::printf("%s\n", JsonOf(report).c_str());
-  return PrintedWell(report.code);
+// An error in words, or as JSON on standard output.
+int FailAsAsked(bool json, const std::string& error, int code) {
+  if (!json) return Fail(error, code);
+  std::printf("%s\n", JsonOfError(error).c_str());
+  return PrintedWell(code);
 }
 
 int Execute(const Arguments& arguments) {
   const RunReport report = Perform(arguments);
-  if (arguments.json) return PrintJson(report);
+  if (arguments.json) {
+    std::printf("%s\n", JsonOf(report).c_str());
+    return PrintedWell(report.code);
+  }
   if (!report.error.empty()) return Fail(report.error, report.code);
   PrintNotes(arguments,
              {report.notes.begin() + static_cast<std::ptrdiff_t>(arguments.notes.size()), report.notes.end()});
@@ -232,14 +238,17 @@ int ExecuteBatch(const std::vector<std::string>& words, Catalogue catalogue) {
   return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
 }
 
-// A usage error in the form that the words ask for.
-int FailAsAsked(const std::vector<std::string>& words, const ParsedArguments& parsed) {
+int PrintList(const Arguments& arguments, const Catalogue& catalogue) {
+  std::string trouble;
+  const ListTable table = TableOf(arguments.list, catalogue, trouble);
+  if (!trouble.empty()) return FailAsAsked(arguments.json, trouble, kExitFailed);
+  std::fputs(arguments.json ? (JsonOf(table) + "\n").c_str() : WordsOf(table).c_str(), stdout);
+  return PrintedWell(kExitDone);
+}
+
+bool AskForJson(const std::vector<std::string>& words) {
   const auto end = std::find(words.begin(), words.end(), "--");
-  if (std::find(words.begin(), end, "--json") == end) return Fail(parsed.error, parsed.exitCode);
-  RunReport report;
-  report.error = parsed.error;
-  report.code = parsed.exitCode;
-  return PrintJson(report);
+  return std::find(words.begin(), end, "--json") != end;
 }
 
 }  // namespace
@@ -285,15 +294,12 @@ int RunProgram(const std::vector<std::string>& words) {
     if (IsBatch(words)) return ExecuteBatch(words, catalogue);
     if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
-    if (!parsed.error.empty()) return FailAsAsked(words, parsed);
+    if (!parsed.error.empty()) return FailAsAsked(AskForJson(words), parsed.error, parsed.exitCode);
     if (!parsed.arguments) {
       std::fputs(parsed.text.c_str(), stdout);
       return PrintedWell(parsed.exitCode);
     }
-    if (parsed.arguments->list != ListKind::None) {
-      const std::string trouble = PrintList(parsed.arguments->list, catalogue);
-      return trouble.empty() ? PrintedWell(kExitDone) : Fail(trouble);
-    }
+    if (parsed.arguments->list != ListKind::None) return PrintList(*parsed.arguments, catalogue);
     PrintNotes(*parsed.arguments, parsed.arguments->notes);
     return Execute(*parsed.arguments);
   } catch (const std::bad_alloc&) {

@@ -95,6 +95,7 @@ struct Job {
 
   /// For RenderToFile and RenderToMemory: how often the animation plays, 0 to 65535 (0: for ever), and the frame that
   /// comes first, from 0, or kRest for the first of those that are shown longest.
+  int effort = 6;  ///< time for a smaller file, 0 to 9
   int loops = 0;
   std::optional<int> start;
   static constexpr int kRest = -1;

@@ -38,16 +38,20 @@ const char* const kSmall = " Hi -e simple -s 20 --frames 6 ";
 
 TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   const TemporaryFolder folder;
-  const struct { const char *name, *magic; } cases[] = {{"a.gif", "GIF89a"}, {"a.png", "\x89PNG"}, {"a.webp", "RIFF"}};
+  const struct { const char *name, *magic; } cases[] = {{"a.gif", "GIF89a"}, {"a.png", "\x89PNG"}, {"a.webp", "RIFF"},
+               {"a.apng", "\x89PNG"}};
   for (const auto& c : cases) {
     const Outcome outcome = Start(kSmall + ("-o " + folder / c.name));
     EXPECT_EQ(outcome.code, 0) << outcome.output;
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(testing::ReadText(folder / c.name).rfind(c.magic, 0), 0u) << c.name;
   }
-  EXPECT_EQ(folder.Entries(), 3u);
-  EXPECT_EQ(Start(kSmall + ("--frames-as png -o " + folder / "frames")).code, 0);
+  EXPECT_EQ(folder.Entries(), 4u);
+  for (int i = 0; i < 2; ++i)  // the second time it replaces the first
+    EXPECT_EQ(Start(kSmall + ("--frames-as png -o " + folder / "frames")).code, 0);
   EXPECT_TRUE(std::filesystem::exists(folder / "frames/0005.png"));
+  EXPECT_NE(testing::ReadText(folder / "frames/timing.json").find(R"({"file": "0005.png", "duration_ms": )"),
+            std::string::npos);
   EXPECT_EQ(Start(kSmall + ("--sample -o " + folder / "sample.png")).code, 0);
   EXPECT_TRUE(std::filesystem::exists(folder / "sample.png"));
 }
@@ -84,6 +88,11 @@ TEST(Program, HelpManualAndCompletionsKnowTheEffectsAndOptions) {
               {"help Background-Iris", ": "},
               {"help materials", "gradient:red-gold"},
               {"help hosts", "--record"},
+              {"help batch", "--shard I/N"},
+              {"--list effects --json", R"({"name":"vortex","summary":")"},
+              {"--list keys --json", R"("control":null,)"},
+              {"--list palettes --json", R"({"name":"bw","number":0,"title":")"},
+              {"--list looms --json", R"({"error":"--list looms is not allowed)", 2},
               {"man", ".TH GLYPHMOTION"},
               {"completion bash", "--effect"},
               {"completion zsh", "#compdef"},
@@ -94,6 +103,62 @@ TEST(Program, HelpManualAndCompletionsKnowTheEffectsAndOptions) {
     const Outcome outcome = Start(row.words);
     EXPECT_EQ(outcome.code, row.code) << row.words;
     EXPECT_NE(outcome.output.find(row.says), std::string::npos) << outcome.output;
+  }
+}
+
+// All pixels that FFmpeg shows, in red, green and blue.
+Bytes Decoded(const std::string& path) {
+  const std::string raw = path + ".raw";
+  EXPECT_EQ(Shell("ffmpeg -v error -y -i '" + path + "' -fps_mode passthrough -f rawvideo -pix_fmt rgb24 '" + raw + "'")
+                .output,
+            "");
+  return testing::ReadBytes(raw);
+}
+
+TEST(Program, WhatIsWrittenPlaysInAnotherProgram) {
+  if (Shell("command -v ffmpeg").code != 0) GTEST_SKIP() << "ffmpeg is not installed";
+  const TemporaryFolder folder;
+  const std::string words = "Hi -e vortex -s 31 --frames 6 --delay 90 --pause 90 --background navy -o " + folder / "";
+  ASSERT_EQ(Start(words + "a.rgba").code, 0);
+  Bytes shown;  // frames are not repeated: all take the same time
+  const Bytes rgba = testing::ReadBytes(folder / "a.rgba");
+  for (std::size_t i = 0; i < rgba.size(); ++i)
+    if (i % 4 != 3) shown.push_back(rgba[i]);
+  const struct {
+    const char *name, *file;
+    double most;  // mean difference
+  } rows[] = {{"frames --frames-as png", "frames/frames.ffconcat", 0},
+              {"a.avif", "a.avif", 0},
+              {"b.avif --lossy 60", "b.avif", 4},
+              {"a.y4m", "a.y4m", 2},
+              {"a.webm", "a.webm", 6}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Start(words + row.name);
+    if (outcome.output.find("was built without") != std::string::npos) continue;
+    ASSERT_EQ(outcome.code, 0) << outcome.output;
+    const Bytes pixels = Decoded(folder / row.file);
+    ASSERT_EQ(pixels.size(), shown.size()) << row.name;
+    double sum = 0;
+    for (std::size_t i = 0; i < shown.size(); ++i) sum += std::abs(pixels[i] - shown[i]);
+    EXPECT_LE(sum / static_cast<double>(shown.size()), row.most) << row.name;
+    const Outcome probe = Shell("ffprobe -v error -show_entries format=duration -of csv=p=0 '" + folder / row.file + "'");
+    EXPECT_NEAR(std::atof(probe.output.c_str()), 0.54, 0.1) << row.name << probe.output;
+  }
+}
+
+TEST(Program, EffortTradesTimeForSize) {
+  const TemporaryFolder folder;
+  for (const std::string format : {"gif", "png", "webp"}) {
+    std::vector<std::uintmax_t> sizes;
+    for (const char* effort : {"0", "6", "9"}) {
+      const std::string name = folder / (effort + ("." + format));
+      ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble --effort " + (effort + (" -o " + name))).code, 0);
+      sizes.push_back(std::filesystem::file_size(name));
+    }
+    EXPECT_GT(sizes[0], sizes[1]) << format;
+    EXPECT_GE(sizes[1], sizes[2]) << format;
+    ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble -o " + folder / ("usual." + format)).code, 0);
+    EXPECT_EQ(std::filesystem::file_size(folder / ("usual." + format)), sizes[1]) << format;
   }
 }
 

@@ -1,0 +1,16 @@
+# Formats that are left out where their libraries are missing: the program then says so. Each has two sources, one of
+# which is built.
+foreach(format_library "avif libavif" "webm vpx")
+  separate_arguments(format_library)
+  list(POP_FRONT format_library format library)
+  pkg_check_modules(${library} IMPORTED_TARGET ${library})
+  if(${library}_FOUND)
+    list(APPEND platform_libraries PkgConfig::${library})
+    list(APPEND optional_modules ${library})
+    list(FILTER platform_sources EXCLUDE REGEX "encoders/${format}_absent\\.cpp$")
+  else()
+    message(STATUS "${library} is missing: the program will not write .${format}")
+    list(FILTER platform_sources EXCLUDE REGEX "encoders/${format}\\.cpp$")
+  endif()
+endforeach()
+list(JOIN optional_modules " " optional_modules)

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "host/encoders/avif.h"
+
+#include <avif/avif.h>
+
+#include <algorithm>
+
+#include "host/encoders/dib_reader.h"
+#include "host/encoders/out_of_memory.h"
+#include "host/encoders/screen.h"
+
+namespace glyphmotion {
+
+const char* const kAvifLacks = nullptr;
+
+namespace {
+
+struct AvifState {
+  Output& output;
+  EncoderSettings settings;
+  Screen screen;
+  avifEncoder* encoder = avifEncoderCreate();
+
+  AvifState(Output& out, const EncoderSettings& wanted)
+      : output(out), settings(wanted), screen(wanted.width, wanted.height) {
+    if (!encoder) return;
+    const bool lossless = settings.lossyQuality < 0;
+    const int quantizer =
+        lossless ? 0 : static_cast<int>((100 - settings.lossyQuality) * AVIF_QUANTIZER_WORST_QUALITY / 100);
+    encoder->minQuantizer = encoder->minQuantizerAlpha = std::max(0, quantizer - 4) * !lossless;
+    encoder->maxQuantizer = encoder->maxQuantizerAlpha = quantizer;
+    encoder->speed = AVIF_SPEED_FASTEST - settings.effort;
+    encoder->timescale = 1000;
+  }
+  AvifState(const AvifState&) = delete;
+  AvifState& operator=(const AvifState&) = delete;
+  ~AvifState() {
+    if (encoder) avifEncoderDestroy(encoder);
+  }
+
+  static std::string Failure(avifResult result) {
+    if (result == AVIF_RESULT_OUT_OF_MEMORY) return kOutOfMemory;
+    return std::string("the .avif could not be made: ") + avifResultToString(result);
+  }
+
+  // Lossless: the matrix is the identity, so that red, green and blue are coded as they are.
+  std::string Add(const DibPixels& dib, const Image& image) {
+    if (!encoder) return kOutOfMemory;
+    screen.Show(dib, image.transparentIndex, image.standAlone);
+    avifImage* picture = avifImageCreate(settings.width, settings.height, 8, AVIF_PIXEL_FORMAT_YUV444);
+    if (!picture) return kOutOfMemory;
+    picture->yuvRange = AVIF_RANGE_FULL;
+    picture->colorPrimaries = AVIF_COLOR_PRIMARIES_BT709;
+    picture->transferCharacteristics = AVIF_TRANSFER_CHARACTERISTICS_SRGB;
+    picture->matrixCoefficients =
+        settings.lossyQuality < 0 ? AVIF_MATRIX_COEFFICIENTS_IDENTITY : AVIF_MATRIX_COEFFICIENTS_BT601;
+    avifRGBImage pixels;
+    avifRGBImageSetDefaults(&pixels, picture);
+    pixels.pixels = screen.pixels.data();
+    pixels.rowBytes = static_cast<std::uint32_t>(settings.width) * 4;
+    avifResult result = avifImageRGBToYUV(picture, &pixels);
+    if (result == AVIF_RESULT_OK) {
+      const auto time = static_cast<std::uint64_t>(std::max(1, image.delay * settings.delayUnit));
+      result = avifEncoderAddImage(encoder, picture, time,
+                                   settings.imageCount == 1 ? AVIF_ADD_IMAGE_FLAG_SINGLE : AVIF_ADD_IMAGE_FLAG_NONE);
+    }
+    avifImageDestroy(picture);
+    return result == AVIF_RESULT_OK ? "" : Failure(result);
+  }
+
+  std::string Finish() {
+    if (!encoder) return kOutOfMemory;
+    avifRWData data = AVIF_DATA_EMPTY;
+    const avifResult result = avifEncoderFinish(encoder, &data);
+    std::string error = result == AVIF_RESULT_OK ? "" : Failure(result);
+    if (error.empty() && !output.Write({data.data, data.size})) error = output.Refusal();
+    avifRWDataFree(&data);
+    return error;
+  }
+};
+
+}  // namespace
+
+Encoder OpenAvif(Output& output, const EncoderSettings& settings) {
+  auto state = std::make_shared<AvifState>(output, settings);
+  Encoder encoder;
+  encoder.add = [state](const Image& image) -> std::string {
+    const DibPixels dib = ReadDib(image.dib);
+    return dib ? state->Add(dib, image) : std::string(kBadImage);
+  };
+  encoder.finish = [state] { return state->Finish(); };
+  return encoder;
+}
+
+}  // namespace glyphmotion
