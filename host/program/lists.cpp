@@ -6,6 +6,7 @@
 
 #include "effects/effect_table.h"
 #include "host/options/names.h"
+#include "host/program/looks.h"
 #include "materials/material_text.h"
 
 namespace glyphmotion {
@@ -57,6 +58,12 @@ std::string PrintFonts() {
   return {};
 }
 
+std::string PrintLooks() {
+  const auto looks = Looks();
+  for (const auto& [name, summary] : looks) PrintRow({name, summary}, {16});
+  return looks.empty() ? "no look is installed; install the program together with its share folder" : std::string();
+}
+
 }  // namespace
 
 std::string PrintList(ListKind kind, const Catalogue& catalogue) {
@@ -88,6 +95,8 @@ std::string PrintList(ListKind kind, const Catalogue& catalogue) {
       return PrintNames(FountainNames(), "fountains");
     case ListKind::Tiles:
       return PrintNames(TileNames(), "tiles");
+    case ListKind::Looks:
+      return PrintLooks();
   }
   return {};
 }
