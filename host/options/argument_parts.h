@@ -23,11 +23,11 @@ struct Reading {
 };
 
 void ReadLookOption(Reading& reading);  ///< adds a look's options to those that were typed
-void ReadFormat(Reading& reading);   ///< output and its format
-void ReadLoop(Reading& reading);     ///< how often it plays, and from where
-void ReadHost(Reading& reading);     ///< what the host claims and refuses
-void ReadAction(Reading& reading);   ///< build, test, sample or nothing
-void AddDefaults(Reading& reading);  ///< what the program wants unless the files say otherwise
+void ReadFormat(Reading& reading);      ///< output and its format
+void ReadLoop(Reading& reading);        ///< how often it plays, and from where
+void ReadHost(Reading& reading);        ///< what the host claims and refuses
+void ReadAction(Reading& reading);      ///< build, test, sample or nothing
+void AddDefaults(Reading& reading);     ///< what the program wants unless the files say otherwise
 void ReadPalette(Reading& reading);
 void ReadLookSettings(Reading& reading);  ///< the look's table of settings
 void ReadControls(Reading& reading);      ///< times and every option that sets one control
