@@ -173,25 +173,7 @@ void ReadMaterials(Reading& reading) {
 }
 
 void ReadSets(Reading& reading) {
-  for (const std::string& pair : reading.typed.Values("--set")) {
-    const auto equals = pair.find('=');
-    if (equals == std::string::npos || equals == 0)
-      Refuse("--set '" + pair + "' is not a pair; write KEY=VALUE, for example --set MainFontSize=72");
-    const std::string key = pair.substr(0, equals);
-    if (key[0] == '@') {
-      // the effect's own: the run knows which
-    } else if (const auto id = WholeNumber(key)) {
-      const bool known = std::any_of(reading.catalogue.controls.begin(), reading.catalogue.controls.end(),
-                                     [&](const ControlInfo& control) { return control.id == *id; });
-      if (!known) Refuse("there is no control " + key + "; see --list controls");
-    } else {
-      std::vector<std::string> keys;
-      for (const KeyInfo& row : reading.catalogue.keys) keys.push_back(row.key);
-      if (std::find(keys.begin(), keys.end(), key) == keys.end())
-        Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (see --list keys)");
-    }
-    reading.arguments.job.settings.emplace_back(key, pair.substr(equals + 1));
-  }
+  for (const std::string& pair : reading.typed.Values("--set")) AddSetting(reading, pair);
 }
 
 void ReadList(Reading& reading) {
@@ -223,14 +205,16 @@ void CheckValues(const TypedWords& typed) {
   }
 }
 
-void Resolve(Reading& reading) {
+void ReadInOrder(Reading& reading) {
   Arguments& arguments = reading.arguments;
+  ReadLookOption(reading);
   CheckValues(reading.typed);
   arguments.json = reading.typed.IsOn("--json");
   if (reading.typed.Has("--list")) return ReadList(reading);
   arguments.job.documentFile = reading.typed.Value("--document");
   arguments.job.saveDocumentFile = reading.typed.Value("--save-document");
   arguments.job.settingsFile = reading.typed.Value("--settings");
+  arguments.saveLookFile = reading.typed.Value("--save-look");
   arguments.quiet = reading.typed.IsOn("--quiet");
   arguments.progress = reading.typed.Flag("--progress");
   ReadFormat(reading);
@@ -243,9 +227,19 @@ void Resolve(Reading& reading) {
   ReadMaterials(reading);
   AddDefaults(reading);
   ReadPalette(reading);
+  ReadLookSettings(reading);
   ReadControls(reading);
   ReadSets(reading);
   ReadFiles(reading);
+  if (!arguments.saveLookFile.empty()) KeepLook(reading);
+}
+
+void Resolve(Reading& reading) {
+  try {
+    ReadInOrder(reading);
+  } catch (const UsageError& error) {
+    Refuse(WithOrigin(reading, error.sentence));
+  }
 }
 
 }  // namespace
@@ -258,6 +252,26 @@ long Reading::Number(const std::string& option) const {
 void Reading::Set(const std::string& key, const std::string& value, const std::string& option) {
   arguments.job.settings.emplace_back(key, value);
   arguments.optionOfKey.emplace_back(key, option);
+}
+
+void AddSetting(Reading& reading, const std::string& pair) {
+  const auto equals = pair.find('=');
+  if (equals == std::string::npos || equals == 0)
+    Refuse("--set '" + pair + "' is not a pair; write KEY=VALUE, for example --set MainFontSize=72");
+  const std::string key = pair.substr(0, equals);
+  if (key[0] == '@') {
+    // the effect's own: the run knows which
+  } else if (const auto id = WholeNumber(key)) {
+    const bool known = std::any_of(reading.catalogue.controls.begin(), reading.catalogue.controls.end(),
+                                   [&](const ControlInfo& control) { return control.id == *id; });
+    if (!known) Refuse("there is no control " + key + "; see --list controls");
+  } else {
+    std::vector<std::string> keys;
+    for (const KeyInfo& row : reading.catalogue.keys) keys.push_back(row.key);
+    if (std::find(keys.begin(), keys.end(), key) == keys.end())
+      Refuse("there is no key '" + key + "'" + Suggestion(key, keys) + " (see --list keys)");
+  }
+  reading.arguments.job.settings.emplace_back(key, pair.substr(equals + 1));
 }
 
 const std::vector<std::string>& PaletteOptionNames() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "glyphmotion/render.h"
+#include "host/options/look.h"
 #include "host/options/typed_words.h"
 
 namespace glyphmotion {
@@ -22,21 +23,25 @@ struct Catalogue {
   std::function<std::vector<std::string>()> fonts;
   /// Reads standard input; nothing if it is neither a file nor a pipe, unless `asked` for by name.
   std::function<std::optional<std::string>(bool asked)> input;
+  /// The look of a name or a file; throws UsageError. Empty: there are no looks.
+  std::function<Look(const std::string&)> readLook;
   bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 
 /// The library's own names; standard input is never read.
 Catalogue LibraryCatalogue();
 
-enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles };
+enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles, Looks };
 
 struct Arguments {
   Job job;
   std::string output;     ///< file, folder with framesAsPng, or "-"; empty: none
   std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
-  double lossyQuality = -1;  ///< 0 to 100; below 0: lossless
-  std::string recordFolder;  ///< empty: none
+  double lossyQuality = -1;            ///< 0 to 100; below 0: lossless
+  std::string recordFolder;            ///< empty: none
+  std::string saveLookFile;            ///< a look to write once the run is done; empty: none
+  std::vector<Look::Entry> look;       ///< what that look holds
   ListKind list = ListKind::None;
   bool quiet = false;
   bool json = false;  ///< the result, or the list, as JSON on standard output

@@ -11,7 +11,7 @@ constexpr const char *kText = "Text", *kAnimation = "Animation", *kMaterials = "
                      *kOutput = "Output", *kSettings = "Settings", *kHelp = kHelpGroup;
 constexpr const char* kGroups[] = {kOutput, kText, kAnimation, kMaterials, kColour, kSettings, kHelp, kHostGroup};
 
-constexpr const char* kLists[] = {"effects", "fonts", "palettes", "keys", "controls", "textures", "fountains", "tiles"};
+constexpr const char* kLists[] = {"effects", "fonts", "palettes", "keys", "controls", "textures", "fountains", "tiles", "looks"};
 
 constexpr OptionRow Number(const char* names, const char* group, const char* key, long minimum, long maximum,
                            const char* help) {
@@ -107,12 +107,14 @@ constexpr OptionRow kRows[] = {
         "Set any control by key, id or @name (of the chosen effect): see --list keys, --list controls and help EFFECT; "
         "overrides other options",
         true),
+    Value("--look", kSettings, "NAME|FILE", "Begin with the options of this look: see --list looks"),
+    Value("--save-look", kSettings, "FILE", "Save the options as a look"),
     Value("--document", kSettings, "FILE", "Load this .GM4 document first"),
     Value("--save-document", kSettings, "FILE", "Save all options as a .GM4 document"),
     Value("--settings", kSettings, "FILE", "Load and save this settings file instead of the defaults"),
 
-    Word("--list", kHelp, "WHAT", "effects,fonts,palettes,keys,controls,textures,fountains,tiles",
-         "Print effects, fonts, palettes, keys, controls, textures, fountains or tiles"),
+    Word("--list", kHelp, "WHAT", "effects,fonts,palettes,keys,controls,textures,fountains,tiles,looks",
+         "Print effects, fonts, palettes, keys, controls, textures, fountains, tiles or looks"),
     Flag("--json", kHelp, nullptr, nullptr, "Print the result, or the --list, as JSON"),
     Flag("-q,--quiet", kHelp, nullptr, nullptr, "Print errors only"),
     Flag("--progress,!--no-progress", kHelp, nullptr, nullptr, "Show a progress bar"),

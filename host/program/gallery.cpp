@@ -1,25 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "host/program/gallery.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
+#include <thread>
 
 #include "effects/effect_table.h"
 #include "host/options/names.h"
-#include "host/options/names.h"
+#include "host/program/looks.h"
+#include "materials/material_text.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
 namespace {
 
-// The words of an example's command: the text, the effect and the options that show it well.
-std::vector<std::string> WordsOf(const EffectDescriptor& effect) {
-  std::vector<std::string> words = {*effect.example.text ? effect.example.text : effect.name, "-e",
-                                    OptionForm(effect.name)};
-  std::istringstream options(effect.example.options);
-  for (std::string word; options >> word;) words.push_back(word);
-  return words;
+struct Request {
+  std::string folder, text, look;  // no text: each picture its own
+};
+
+// One picture of the page: how it is made, and what a reader copies to make it.
+struct Entry {
+  std::string title, summary, command, file;
+  std::vector<std::string> words;  // for the program, without the output
+};
+
+struct Section {
+  const char* title;
+  const char* about;
+  std::vector<Entry> entries;
+};
+
+std::string Read(const std::vector<std::string>& words, Request& request) {
+  if (words.size() == 1) return "gallery needs a folder; write gallery FOLDER";
+  request.folder = words[1];
+  for (std::size_t i = 2; i < words.size(); i += 2) {
+    const bool known = words[i] == "--text" || words[i] == "--look";
+    if (!known) return "gallery takes --text TEXT and --look NAME after its folder, not '" + words[i] + "'";
+    if (i + 1 == words.size() || words[i + 1].empty()) return words[i] + " needs a value after it";
+    (words[i] == "--text" ? request.text : request.look) = words[i + 1];
+  }
+  return {};
 }
 
 std::string Quoted(const std::string& word) {
@@ -49,21 +73,48 @@ std::string Escaped(const std::string& text) {
   return out;
 }
 
-constexpr const char* kHead =
-    "<!DOCTYPE html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n<meta name=\"viewport\" "
-    "content=\"width=device-width\">\n"
-    "<title>Glyphmotion: the effects</title>\n<style>\n"
-    "body{font:16px/1.5 system-ui,sans-serif;margin:2rem auto;max-width:72rem;padding:0 "
-    "1rem;background:#f4f5f7;color:#1d2430}\n"
-    "main{display:grid;grid-template-columns:repeat(auto-fill,minmax(30rem,1fr));gap:1.25rem}\n"
-    "@media(max-width:34rem){main{grid-template-columns:1fr}}\n"
-    "figure{margin:0;background:#fff;border:1px solid #dde1e8;border-radius:10px;overflow:hidden}\n"
-    "figure div{height:9rem;display:grid;place-items:center;background:#fff;border-bottom:1px solid #eceff3}\n"
-    "img{max-width:94%;max-height:8.5rem}\nfigcaption{padding:.8rem "
-    "1rem}\nh2{font-size:1.05rem;margin:0}\np{margin:.1rem 0 .5rem}\n"
-    "code{display:block;font-size:.78rem;color:#4a5568;overflow-wrap:anywhere}\n</style>\n"
-    "<h1>Glyphmotion</h1>\n<p>Every effect that sets a line of text in motion. Each picture is one "
-    "command.</p>\n<main>\n";
+constexpr const char* kHead = R"(<!DOCTYPE html>
+<html lang="en">
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width">
+<title>Glyphmotion: the gallery</title>
+<style>
+body{font:16px/1.5 system-ui,sans-serif;margin:2rem auto;max-width:76rem;padding:0 1rem;background:#f4f5f7;color:#1d2430}
+nav a{margin-right:1rem}
+main{display:grid;grid-template-columns:repeat(auto-fill,minmax(22rem,1fr));gap:1.25rem}
+main.small{grid-template-columns:repeat(auto-fill,minmax(11rem,1fr))}
+@media(max-width:26rem){main{grid-template-columns:1fr}}
+figure{margin:0;background:#fff;border:1px solid #dde1e8;border-radius:10px;overflow:hidden}
+figure div{height:8rem;display:grid;place-items:center;border-bottom:1px solid #eceff3}
+.small figure div{height:6rem}
+img{max-width:94%;max-height:7.6rem}
+.small img{max-width:100%;max-height:6rem}
+figcaption{padding:.7rem 1rem}
+h3{font-size:1.05rem;margin:0}
+p{margin:.1rem 0 .5rem}
+button{font:.78rem ui-monospace,monospace;color:#4a5568;background:none;border:1px solid #dde1e8;border-radius:6px;
+padding:.2rem .4rem;text-align:left;overflow-wrap:anywhere;cursor:copy;user-select:text}
+@media(prefers-color-scheme:dark){body{background:#14171c;color:#e6e9ee}figure{background:#1d2229;border-color:#343b46}
+figure div{border-color:#2a303a}button{color:#b6c0cf;border-color:#343b46}a{color:#8ab4f8}}
+</style>
+<h1>Glyphmotion</h1>
+<p>Click on a command or a name to copy it.</p>
+)";
+
+constexpr const char* kTail = R"(<script>
+document.addEventListener("click", async (event) => {
+  const button = event.target.closest("button");
+  if (!button) return;
+  const words = button.textContent;
+  try {
+    await navigator.clipboard.writeText(words);
+    button.textContent = "copied";
+    setTimeout(() => { button.textContent = words; }, 700);
+  } catch { getSelection().selectAllChildren(button); }
+});
+</script>
+</html>
+)";
 
 // The folders of a path that did not exist. Those that stay empty are removed again.
 class NewFolders {
@@ -88,33 +139,153 @@ class NewFolders {
   std::vector<std::filesystem::path> made_;  // innermost first
 };
 
+Entry EffectEntry(const EffectDescriptor& effect, const Request& request) {
+  const std::string name = OptionForm(effect.name);
+  const std::string text = !request.text.empty()  ? request.text
+                           : *effect.example.text ? effect.example.text
+                                                  : effect.name;
+  Entry entry{effect.name, effect.summary, "", name + ".webp", {text, "-e", name}};
+  if (!request.look.empty()) {
+    entry.words.insert(entry.words.end(), {"--look", request.look});
+  } else {
+    std::istringstream options(effect.example.options);
+    for (std::string word; options >> word;) entry.words.push_back(word);
+  }
+  return entry;
+}
+
+Entry LookEntry(const std::string& name, const std::string& summary, const Request& request) {
+  std::string title = name;
+  title[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(title[0])));
+  return {title, summary, "", "look-" + name + ".webp", {request.text.empty() ? title : request.text, "--look", name}};
+}
+
+// A material as an option names it.
+Entry MaterialEntry(const std::string& kind, const std::string& name) {
+  std::string word = kind + ":" + name;
+  std::replace(word.begin(), word.end(), ' ', '-');
+  return {name, "", word, kind + "-" + OptionForm(name) + ".png", {"swatch", word, "--width", "240", "--height", "96"}};
+}
+
+// "#1 64 x 64 Bricks"; one without a name goes by its number.
+std::string TileName(const std::string& line) {
+  std::istringstream words(line);
+  std::string number, skipped, name;
+  words >> number >> skipped >> skipped >> skipped >> std::ws;
+  std::getline(words, name);
+  return name.empty() ? number : name;
+}
+
+std::vector<Section> Sections(const Request& request) {
+  std::vector<Section> sections = {{"Effects", "What sets the text in motion: -e NAME.", {}},
+                                   {"Looks", "A finished style each: --look NAME. Options change any of it.", {}},
+                                   {"Textures", "For --fill, --shadow and --background.", {}},
+                                   {"Tiles", "Likewise; they repeat.", {}},
+                                   {"Fountains", "Likewise: gradients of many colours.", {}}};
+  for (const EffectDescriptor* effect : Effects()) sections[0].entries.push_back(EffectEntry(*effect, request));
+  for (const auto& [name, summary] : Looks()) sections[1].entries.push_back(LookEntry(name, summary, request));
+  for (const std::string& name : TextureNames()) sections[2].entries.push_back(MaterialEntry("texture", name));
+  for (const std::string& line : TileNames()) sections[3].entries.push_back(MaterialEntry("tile", TileName(line)));
+  for (const std::string& name : FountainNames()) sections[4].entries.push_back(MaterialEntry("fountain", name));
+  for (Section& section : sections) {
+    for (Entry& entry : section.entries) {
+      if (!entry.command.empty()) continue;
+      entry.command = "glyphmotion";
+      for (const std::string& word : entry.words) entry.command += ' ' + Quoted(word);
+      entry.command += " -o " + entry.file;
+      entry.words.insert(entry.words.end(), {"-q", "--threads", "1"});
+    }
+  }
+  return sections;
+}
+
+std::string PageOf(const std::vector<Section>& sections) {
+  std::string page = kHead, links = "<nav>";
+  for (const Section& section : sections)
+    links += std::string("<a href=\"#") + section.title + "\">" + section.title + "</a>";
+  page += links + "</nav>\n";
+  for (const Section& section : sections) {
+    page += std::string("<h2 id=\"") + section.title + "\">" + section.title + "</h2>\n<p>" + section.about + "</p>\n";
+    page +=
+        section.entries.empty() || section.entries[0].file.ends_with(".webp") ? "<main>\n" : "<main class=\"small\">\n";
+    for (const Entry& entry : section.entries) {
+      page += "<figure><div><img src=\"" + entry.file + "\" alt=\"" + Escaped(entry.title) +
+              "\" loading=\"lazy\"></div><figcaption><h3>" + Escaped(entry.title) + "</h3>" +
+              (entry.summary.empty() ? "" : "<p>" + Escaped(entry.summary) + "</p>") + "<button>" +
+              Escaped(entry.command) + "</button></figcaption></figure>\n";
+    }
+    page += "</main>\n";
+  }
+  return page + kTail;
+}
+
+// The pictures, one after another on each core. The sentence of the first that fails.
+class Workers {
+ public:
+  Workers(const std::vector<Section>& sections, std::string folder,
+          const std::function<std::string(const std::vector<std::string>&)>& run, const std::function<bool()>& stop)
+      : folder_(std::move(folder)), run_(run), stop_(stop) {
+    for (const Section& section : sections) {
+      for (const Entry& entry : section.entries) entries_.push_back(&entry);
+    }
+  }
+
+  std::string Work() {
+    std::vector<std::thread> threads;
+    try {
+      for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) threads.emplace_back([this] { Take(); });
+    } catch (const std::exception&) {  // fewer threads do as well
+    }
+    Take();
+    for (std::thread& thread : threads) thread.join();
+    return trouble_;
+  }
+
+ private:
+  void Take() {
+    for (std::size_t i; !failed_ && !stop_() && (i = next_++) < entries_.size();) {
+      const Entry& entry = *entries_[i];
+      std::vector<std::string> words = entry.words;
+      words.insert(words.end(), {"-o", (std::filesystem::path(folder_) / entry.file).string()});
+      const std::string trouble = run_(words);
+      if (trouble.empty() || failed_.exchange(true)) continue;
+      trouble_ = "the picture " + entry.file + " could not be made: " + trouble;
+    }
+  }
+
+  std::vector<const Entry*> entries_;
+  std::string folder_;
+  const std::function<std::string(const std::vector<std::string>&)>& run_;
+  const std::function<bool()>& stop_;
+  std::atomic<std::size_t> next_{0};
+  std::atomic<bool> failed_{false};
+  std::string trouble_;  // of the thread that set failed_
+};
+
 }  // namespace
 
 bool IsGallery(const std::vector<std::string>& words) {
   if (words.empty() || words[0] != "gallery") return false;
-  return words.size() == 1 || (words.size() == 2 && !words[1].empty() && words[1][0] != '-');
+  return words.size() == 1 || (!words[1].empty() && words[1][0] != '-');
 }
 
-std::string WriteGallery(const std::string& folder, const std::function<int(const std::vector<std::string>&)>& run) {
+std::string WriteGallery(const std::vector<std::string>& words,
+                         const std::function<std::string(const std::vector<std::string>&)>& run,
+                         const std::function<bool()>& stop, bool& badUsage) {
+  Request request;
+  std::string trouble = Read(words, request);
+  badUsage = !trouble.empty();
+  if (badUsage) return trouble;
   NewFolders made;
   std::error_code error;
-  if (!made.Make(folder, error)) return "the folder '" + folder + "' cannot be created: " + error.message();
-  std::string page = kHead;
-  for (const EffectDescriptor* effect : Effects()) {
-    const std::string name = OptionForm(effect->name), picture = name + ".webp";
-    std::vector<std::string> words = WordsOf(*effect);
-    std::string command = "glyphmotion";
-    for (const std::string& word : words) command += ' ' + Quoted(word);
-    const std::string text = words.front();
-    words.insert(words.end(), {"-q", "-o", (std::filesystem::path(folder) / picture).string()});
-    if (run(words) != 0) return "the picture of " + name + " could not be made; see the error above";
-    page += "<figure><div><img src=\"" + picture + "\" alt=\"" + Escaped(text) +
-            "\" loading=\"lazy\"></div><figcaption><h2>" + effect->name + "</h2><p>" + Escaped(effect->summary) +
-            "</p><code>" + Escaped(command + " -o " + picture) + "</code></figcaption></figure>\n";
-  }
-  page += "</main>\n</html>\n";
-  const std::string path = (std::filesystem::path(folder) / "index.html").string();
-  if (!AtomicWriteFile(path, page)) return "'" + path + "' cannot be written; check the folder and the free disk space";
+  if (!made.Make(request.folder, error))
+    return "the folder '" + request.folder + "' cannot be created: " + error.message();
+  const std::vector<Section> sections = Sections(request);
+  trouble = Workers(sections, request.folder, run, stop).Work();
+  if (!trouble.empty() || stop()) return trouble;
+  const std::string path = (std::filesystem::path(request.folder) / "index.html").string();
+  if (!AtomicWriteFile(path, PageOf(sections)))
+    return "'" + path + "' cannot be written; check the folder and the free disk space";
   std::printf("%s\n", path.c_str());
   return {};
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// glyphmotion gallery FOLDER: a page with a picture of every effect.
+// glyphmotion gallery FOLDER [--text T] [--look L]: a page of every effect, look, texture, tile and fountain, with the
+// words that make each.
 #pragma once
 
 #include <functional>
@@ -8,11 +9,14 @@
 
 namespace glyphmotion {
 
-/// True when the words after the program's name ask for the gallery: "gallery" alone, or a folder after it and no more.
+/// True when the words after the program's name ask for the gallery: "gallery" alone, or with a folder after it.
 bool IsGallery(const std::vector<std::string>& words);
 
-/// Renders each effect with options that suit it and writes index.html beside the pictures. `run` runs the program with
-/// the given words and returns its exit code. Returns an empty text, or one sentence on failure.
-std::string WriteGallery(const std::string& folder, const std::function<int(const std::vector<std::string>&)>& run);
+/// Renders each picture, on all cores, and writes index.html beside them. `run` runs the program with the given words
+/// on any thread and returns one sentence on failure; once `stop` says true no more pictures begin. Returns an empty
+/// text, or one sentence on failure. `badUsage` is set when the words are wrong.
+std::string WriteGallery(const std::vector<std::string>& words,
+                         const std::function<std::string(const std::vector<std::string>&)>& run,
+                         const std::function<bool()>& stop, bool& badUsage);
 
 }  // namespace glyphmotion

@@ -88,7 +88,7 @@ std::string HelpText() {
   std::string text =
       "Turns a line of text into an animated picture.\n\nUsage: glyphmotion [options] [TEXT]\n"
       "       glyphmotion swatch MATERIAL -o FILE.png        a fill by itself\n"
-      "       glyphmotion gallery FOLDER                     every effect on one page\n"
+      "       glyphmotion gallery FOLDER [--text T] [--look L]   effects, looks and fills on one page\n"
       "       glyphmotion batch JOBS.jsonl                   many pictures at once, see help batch\n"
       "       glyphmotion help EFFECT|materials|batch|hosts  an effect and its options, fills, jobs, hosts\n"
       "       glyphmotion man | completion bash|zsh|fish     the manual page, a script for the shell\n\n";

@@ -6,6 +6,7 @@
 
 #include "effects/effect_table.h"
 #include "host/options/names.h"
+#include "host/program/looks.h"
 #include "materials/material_text.h"
 
 namespace glyphmotion {
@@ -69,6 +70,13 @@ ListTable ControlTable(const Catalogue& catalogue) {
   return table;
 }
 
+ListTable LookTable(std::string& trouble) {
+  ListTable table{{{"name", 16}, {"summary"}}, {}};
+  for (const auto& [name, summary] : Looks()) table.rows.push_back({name, summary});
+  if (table.rows.empty()) trouble = "no look is installed; install the program together with its share folder";
+  return table;
+}
+
 }  // namespace
 
 ListTable TableOf(ListKind kind, const Catalogue& catalogue, std::string& trouble) {
@@ -91,6 +99,8 @@ ListTable TableOf(ListKind kind, const Catalogue& catalogue, std::string& troubl
       return Names(FountainNames(), "fountains", trouble);
     case ListKind::Tiles:
       return Names(TileNames(), "tiles", trouble);
+    case ListKind::Looks:
+      return LookTable(trouble);
   }
   return {};
 }

@@ -30,6 +30,7 @@
 #include "host/program/interrupts.h"
 #include "host/program/json_lines.h"
 #include "host/program/lists.h"
+#include "host/program/looks.h"
 #include "host/program/manual.h"
 #include "host/program/progress.h"
 #include "host/program/swatch.h"
@@ -37,6 +38,7 @@
 #include "host/render/image_loader.h"
 #include "host/render/picture_output.h"
 #include "materials/material_text.h"
+#include "platform/files.h"
 #include "platform/text_engine.h"
 
 namespace glyphmotion {
@@ -80,6 +82,7 @@ std::optional<std::string> StandardInput(bool asked) {
 Catalogue ProgramCatalogue() {
   Catalogue catalogue = LibraryCatalogue();
   catalogue.input = StandardInput;
+  catalogue.readLook = ReadLook;
   return catalogue;
 }
 
@@ -185,6 +188,10 @@ int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue)
   return PrintedWell(kExitDone);
 }
 
+bool KeepLook(const Arguments& arguments) {
+  return arguments.saveLookFile.empty() || AtomicWriteFile(arguments.saveLookFile, LookText(arguments.look));
+}
+
 // Everything between the arguments and the report; prints nothing but the progress bar.
 RunReport Perform(const Arguments& arguments) {
   const auto begin = std::chrono::steady_clock::now();
@@ -202,6 +209,11 @@ RunReport Perform(const Arguments& arguments) {
   if (report.error.empty()) {
     Conclude(run, result, report);
   } else {
+    report.code = kExitFailed;
+  }
+  if (report.error.empty() && !KeepLook(arguments)) {
+    report.error =
+        "the look '" + arguments.saveLookFile + "' cannot be written; check its folder and the free disk space";
     report.code = kExitFailed;
   }
   const auto time = std::chrono::steady_clock::now() - begin;
@@ -268,6 +280,23 @@ std::string RunWords(const std::vector<std::string>& words) {
   return Perform(*parsed.arguments).error;
 }
 
+namespace {
+
+// A picture of the gallery, on any thread.
+std::string GalleryPicture(const std::vector<std::string>& words) {
+  try {
+    if (!IsSwatch(words)) return RunWords(words);
+    bool badUsage = false;
+    return WriteSwatch(words, badUsage);
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
 int RunProgram(const std::vector<std::string>& words) {
   try {
     if (IsEdit(words)) {
@@ -285,10 +314,11 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     if (IsGallery(words)) {
-      if (words.size() == 1) return Fail("gallery needs a folder; write gallery FOLDER", kExitUsage);
-      const std::string trouble = WriteGallery(words[1], RunProgram);
-      if (InterruptedCode()) return InterruptedCode();  // reported by the run of the current picture
-      return trouble.empty() ? kExitDone : Fail(trouble);
+      bool badUsage = false;
+      const std::string trouble = WriteGallery(
+          words, GalleryPicture, [] { return InterruptedCode() != 0; }, badUsage);
+      if (InterruptedCode()) return Fail("interrupted; the gallery is incomplete", InterruptedCode());
+      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     const Catalogue catalogue = ProgramCatalogue();
     if (IsBatch(words)) return ExecuteBatch(words, catalogue);
