@@ -291,7 +291,7 @@ std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
 }
 
 Catalogue LibraryCatalogue() {
-  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}, false};
+  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}, {}, false};
 }
 
 Arguments ReadOptions(TypedWords typed, const Catalogue& catalogue) {
