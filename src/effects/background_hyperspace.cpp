@@ -23,7 +23,7 @@ PackedDib Render(EffectContext& context) {
   composer.onFrame = [&](PackedDib frame) {
     const DibView picture(frame);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
+    PaintStars(field, picture, ReadColour(dialog, kStars.colour));
     return frame;
   };
   return composer.Compose();

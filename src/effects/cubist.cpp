@@ -6,6 +6,7 @@
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "effects/optional_colours.h"
+#include "effects/phase_run.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
 #include "resources/panel_cubist.h"
@@ -29,6 +30,7 @@ struct CubistSquare {
 };
 
 struct CubistParams {
+  int frame = 0;  // the steps that all squares have gone
   std::vector<CubistSquare> squares;
   int frames = 0;
   int height = 0;  // of the frame: at its largest a square is twice as high
@@ -76,16 +78,15 @@ void PaintSquare(const DibView& picture, const CubistSquare& square, int half, i
   }
 }
 
-// Paints the square at its place in the cycle and moves it one step on.
-void PaintAndMoveSquare(CubistSquare& square, const CubistParams& params, const DibView& picture) {
-  const int middle = params.frames / 2;
-  const int t = square.step <= middle ? square.step : params.frames - square.step;
+// Paints the square at its place in the cycle.
+void PaintSquareOf(const CubistSquare& square, const CubistParams& params, const DibView& picture) {
+  const int middle = params.frames / 2, step = (square.step + params.frame) % params.frames;
+  const int t = step <= middle ? step : params.frames - step;
   const double grown = static_cast<double>(t) / middle;
   int level = square.level, lineWidth = square.lineWidth;
   if (square.variableLevel) level = std::clamp(static_cast<int>(level * grown), 0, 255);
   if (square.variableWidth) lineWidth = std::clamp(static_cast<int>(lineWidth * grown), 1, 255);
   PaintSquare(picture, square, t * params.height / middle, lineWidth, level);
-  if (++square.step >= params.frames) square.step = 0;
 }
 
 PackedDib Render(EffectContext& context) {
@@ -98,7 +99,7 @@ PackedDib Render(EffectContext& context) {
   composer.onFillBitmap = [&](PackedDib fill) {
     const DibView picture(fill);
     if (!picture) return PackedDib();
-    for (CubistSquare& square : params.squares) PaintAndMoveSquare(square, params, picture);
+    for (const CubistSquare& square : params.squares) PaintSquareOf(square, params, picture);
     return fill;
   };
   return composer.Compose();
@@ -113,8 +114,10 @@ int Build(EffectContext& context) noexcept {
   return GuardBuild(context, [&] {
     const int frames = ReadNumber(*context.dialog, kFrames);
     CubistParams params;
-    // The first render is thrown away, but it moves the squares like every other.
-    return BeginRun(context, &params, Render, frames) && AppendEvenRun(context, Render, frames, [](int) {});
+    if (!BeginRun(context, &params, Render, frames)) return false;
+    // The trial was the first frame.
+    return AppendPhases<CubistParams>(context, Render, PlanEvenly(context, frames), frames,
+                                      [](CubistParams& lane, double i) { lane.frame = static_cast<int>(i) + 1; });
   });
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The ellipses are symmetric in both directions, so a quarter of the large picture is drawn, in bytes. A reduced pixel
+// The ellipses are symmetric in both directions but for the innermost, which is one pixel above and to the left of the
+// centre (PatchCentre). So a quarter of the large picture is drawn, in bytes. A reduced pixel
 // and its mirror image are the same sum in another order, which may differ where it is close to half a level; that is
 // rare, and then both are summed exactly (SumMirrored). The first pass reduces the columns of the left half, the second
 // the rows of the upper half and those of the lower half that are not the same.
@@ -35,19 +36,22 @@ class Quarter {
         spans_(2 * static_cast<std::size_t>(half_)),
         painted_(static_cast<std::size_t>(half_), half_) {
     if (!bevel) {
-      Paint(0, static_cast<std::uint8_t>(strength));
+      Paint(0, centre_ = static_cast<std::uint8_t>(strength));
       return;
     }
     std::vector<std::uint8_t> levels;
     for (int i = 0; i < half_; ++i) levels.push_back(RingLevel(i, half_, strength));
+    centre_ = levels.back();
     // Ring lies in ring, one pixel further in on all sides. Of rings of one level the outermost is enough.
-    for (int i = half_ - 1; i >= 0 && !EndRequested(); --i) {
+    for (int i = half_ - 2; i >= 0 && !EndRequested(); --i) {
       const auto at = static_cast<std::size_t>(i);
       if (i == 0 || levels[at] != levels[at - 1]) Paint(i, levels[at]);
     }
   }
 
   int Half() const { return half_; }
+  /// What the pixel at (Half() - 1, Half() - 1) really has; its rows here have what its mirror images have.
+  std::uint8_t Centre() const { return centre_; }
   /// Row y of the whole picture, its left half.
   const std::uint8_t* Row(int y) const {
     return pixels_.data() +
@@ -72,6 +76,7 @@ class Quarter {
   }
 
   int half_;
+  std::uint8_t centre_ = 0;
   std::vector<std::uint8_t> pixels_;
   std::vector<RowSpan> spans_;
   std::vector<int> painted_;  // by row: from here on
@@ -187,6 +192,37 @@ class RowReduction {
   Strip strip_;
 };
 
+template <typename Sample>
+std::uint8_t ExactSum(const Contributions& list, int c, Sample sample) {
+  const Taps& taps = list.taps[static_cast<std::size_t>(c)];
+  const int first = list.first[static_cast<std::size_t>(c)];
+  double sum = 0.0;
+  for (int t = 0; t < taps.count; ++t) sum += static_cast<double>(sample(first + t)) * taps.exact[t];
+  return static_cast<std::uint8_t>(std::clamp(sum, 0.0, 255.0) + 0.5);
+}
+
+// Sums anew what depends on the one pixel that has no mirror image.
+void PatchCentre(const Quarter& quarter, const Contributions& list, const std::vector<std::uint8_t>& middle,
+                 DropImage& image) {
+  const int half = quarter.Half(), centre = half - 1;
+  if (quarter.Centre() == quarter.Row(centre)[centre]) return;
+  const auto sees = [&](int c) {
+    const auto at = static_cast<std::size_t>(c);
+    return list.first[at] <= centre && centre < list.first[at] + list.taps[at].count;
+  };
+  for (int y = 0; y < list.target; ++y) {
+    if (!sees(y)) continue;
+    const std::uint8_t* row = middle.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(half);
+    const std::uint8_t level =
+        ExactSum(list, y, [&](int at) { return at == centre ? quarter.Centre() : quarter.Row(at)[centre]; });
+    for (int x = 0; x < list.target && level != row[centre]; ++x) {
+      if (!sees(x)) continue;
+      image.weights[static_cast<std::size_t>(y) * static_cast<std::size_t>(list.target) + static_cast<std::size_t>(x)] =
+          ExactSum(list, x, [&](int at) { return at == centre ? level : row[at < half ? at : 2 * half - 1 - at]; });
+    }
+  }
+}
+
 }  // namespace
 
 bool DrawGumdrop(int diameter, int strength, bool bevel, DropImage& image) {
@@ -196,7 +232,9 @@ bool DrawGumdrop(int diameter, int strength, bool bevel, DropImage& image) {
   image.weights.resize(static_cast<std::size_t>(diameter) * static_cast<std::size_t>(diameter));
   std::vector<std::uint8_t> middle;
   const Quarter quarter(diameter, strength, bevel);
-  return ReduceColumns(quarter, list, middle) && RowReduction(middle, quarter.Half(), list, image).Run();
+  if (!ReduceColumns(quarter, list, middle) || !RowReduction(middle, quarter.Half(), list, image).Run()) return false;
+  PatchCentre(quarter, list, middle, image);
+  return true;
 }
 
 }  // namespace glyphmotion

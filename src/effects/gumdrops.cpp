@@ -168,11 +168,9 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(*context.dialog, kFrames);
     GumdropParams params;
     if (!BeginRun(context, &params, Render, frames)) return false;
-    const int delay = ReadPace(*context.dialog).delay;
-    std::vector<PhaseFrame> plan;
-    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(i + 1), delay, i, {}});
-    return AppendPhases<GumdropParams>(context, Render, plan, frames,
-                                       [](GumdropParams& lane, double frame) { lane.frame = static_cast<int>(frame); });
+    // The trial was the first frame.
+    return AppendPhases<GumdropParams>(context, Render, PlanEvenly(context, frames), frames,
+                                       [](GumdropParams& lane, double i) { lane.frame = static_cast<int>(i) + 1; });
   });
 }
 

@@ -22,7 +22,7 @@ PackedDib Render(EffectContext& context) {
   composer.onFillBitmap = [&](PackedDib fill) {
     const DibView picture(fill);
     if (!picture) return PackedDib();
-    PaintAndMoveStars(field, picture, ReadColour(dialog, kStars.colour));
+    PaintStars(field, picture, ReadColour(dialog, kStars.colour));
     return fill;
   };
   return composer.Compose();

@@ -98,6 +98,13 @@ class PhaseRun {
 
 }  // namespace
 
+std::vector<PhaseFrame> PlanEvenly(const EffectContext& context, int frames) {
+  const int delay = ReadPace(*context.dialog).delay;
+  std::vector<PhaseFrame> plan;
+  for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(i), delay, i, {}});
+  return plan;
+}
+
 std::vector<PhaseFrame> PlanToRest(const EffectContext& context, int frames) {
   const auto [delay, pause] = ReadPace(*context.dialog);
   const int moving = frames - 1;

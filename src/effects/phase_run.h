@@ -22,6 +22,9 @@ struct PhaseFrame {
   std::optional<int> shows;  ///< frames with the same number have the same picture
 };
 
+/// Equal delays with progress; the phases are 0, 1, 2, ...
+std::vector<PhaseFrame> PlanEvenly(const EffectContext& context, int frames);
+
 /// A movement there and back that ends at rest: phases i / (frames - 1) from 0 on, each with Delay and progress, then a
 /// last frame at phase 0 with Delay + Pause.
 std::vector<PhaseFrame> PlanToRest(const EffectContext& context, int frames);

@@ -116,10 +116,7 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(*context.dialog, kFrames);
     PhaserParams params;
     if (!BeginRun(context, &params, Render, frames)) return false;
-    const int delay = ReadPace(*context.dialog).delay;
-    std::vector<PhaseFrame> plan;
-    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(i), delay, i, {}});
-    return AppendPhases<PhaserParams>(context, Render, plan, frames,
+    return AppendPhases<PhaserParams>(context, Render, PlanEvenly(context, frames), frames,
                                       [](PhaserParams& lane, double i) { lane.frame = static_cast<int>(i); });
   });
 }

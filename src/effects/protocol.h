@@ -101,17 +101,6 @@ bool AppendWithProgress(EffectContext& context, PackedDib frame, int delay, int 
 /// The same without a progress call.
 bool AppendQuietly(EffectContext& context, PackedDib frame, int delay);
 
-/// A run of `frames` equal delays, with progress. `set(i)` sets the parameter block for frame i.
-template <typename Set>
-bool AppendEvenRun(EffectContext& context, Renderer render, int frames, Set set) {
-  const int delay = ReadPace(*context.dialog).delay;
-  for (int i = 0; i < frames; ++i) {
-    set(i);
-    if (!AppendWithProgress(context, render(context), delay, i, frames)) return false;
-  }
-  return true;
-}
-
 /// Wraps a build: what it throws becomes failure, and on failure `result` is freed and cleared.
 template <typename Body>
 int GuardBuild(EffectContext& context, Body body) noexcept {

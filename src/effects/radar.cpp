@@ -122,12 +122,10 @@ int Build(EffectContext& context) noexcept {
     const int frames = 360 / step;
     // The sense of rotation is in the drawing; the angle falls either way.
     if (!BeginRun(context, &turn, Render, frames)) return false;
-    const int delay = ReadPace(*context.dialog).delay;
-    std::vector<PhaseFrame> plan;
-    for (int i = 0; i < frames; ++i) plan.push_back({static_cast<double>(-i * step), delay, i, {}});
-    return AppendPhases<Turn>(context, Render, plan, frames, [increment = turn.increment](Turn& lane, double angle) {
-      lane = {static_cast<int>(angle), increment};
-    });
+    return AppendPhases<Turn>(context, Render, PlanEvenly(context, frames), frames,
+                              [step, increment = turn.increment](Turn& lane, double i) {
+                                lane = {-static_cast<int>(i) * step, increment};
+                              });
   });
 }
 

@@ -62,7 +62,6 @@ int Build(EffectContext& context) noexcept {
     const Dialog& dialog = *context.dialog;
     const auto [delay, pause] = ReadPace(dialog);
     Parameters parameters;
-    ScrollOffset& offset = parameters.offset;
     if (!ReadCheck(dialog, ControlId::Animated)) {
       context.flags |= kBuildCall;
       context.parameters = &parameters;
@@ -79,10 +78,10 @@ int Build(EffectContext& context) noexcept {
       const bool rests = i == run.frames - 1 || Holds(previous, run.position, run.step);
       plan.push_back({run.position, rests ? delay + pause : delay, i, {}});
     }
-    const auto set = [vertical = run.vertical](ScrollOffset& lane, double position) {
-      (vertical ? lane.y : lane.x) = static_cast<int>(position);
+    const auto set = [vertical = run.vertical](Parameters& lane, double position) {
+      (vertical ? lane.offset.y : lane.offset.x) = static_cast<int>(position);
     };
-    return AppendPhases<ScrollOffset>(context, Render, plan, run.frames, set);
+    return AppendPhases<Parameters>(context, Render, plan, run.frames, set);
   });
 }
 

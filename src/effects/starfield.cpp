@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "effects/phase_run.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
 
@@ -98,7 +99,9 @@ void MoveStar(StarRecord& star, double width) {
 
 void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldControls& controls, int width,
                  int height) {
-  if (field.ready) return;
+  if (field.ready && field.at <= field.frame) return;
+  field.stars.clear();
+  field.at = 0;
   SeedRandom(static_cast<std::uint32_t>(ReadNumber(dialog, controls.seed)));
   const int density = ReadNumber(dialog, controls.density);
   const bool reverse = ReadDirection(dialog, controls.scroll) != 0;
@@ -112,12 +115,13 @@ void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldCon
   field.ready = true;
 }
 
-void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept {
+void PaintStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept {
   for (StarRecord& star : field.stars) {
     if (EndRequested()) return;
+    for (int at = field.at; at < field.frame; ++at) MoveStar(star, field.width);
     for (const StreakRow& row : RowsOf(star.size)) PaintStreakRow(picture, star, row, colour);
-    MoveStar(star, field.width);
   }
+  field.at = field.frame;
 }
 
 int TestStarfield(EffectContext& context, Renderer render) noexcept {
@@ -129,7 +133,12 @@ int BuildStarfield(EffectContext& context, const StarfieldControls& controls, Re
   return GuardBuild(context, [&] {
     StarfieldState field;
     const int frames = field.frames = ReadNumber(*context.dialog, controls.frames);
-    return BeginRun(context, &field, render, frames) && AppendEvenRun(context, render, frames, [](int) {});
+    if (!BeginRun(context, &field, render, frames)) return false;
+    return AppendPhases<StarfieldState>(context, render, PlanEvenly(context, frames), frames,
+                                        [frames](StarfieldState& lane, double i) {
+                                          lane.frames = frames;
+                                          lane.frame = static_cast<int>(i) + 1;
+                                        });
   });
 }
 

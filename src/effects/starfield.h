@@ -19,8 +19,10 @@ struct StarRecord {
   bool reverse = false;     ///< to the right
 };
 
-/// The parameter block of an effect of stars: made by the first render of a run, moved by every render.
+/// The parameter block of an effect of stars: made by the first render, moved on to the frame by each.
 struct StarfieldState {
+  int frame = 0;  ///< to paint
+  int at = 0;     ///< for which the stars stand
   bool ready = false;
   std::vector<StarRecord> stars;
   int width = 0, height = 0;  ///< the canvas of the first render
@@ -38,14 +40,15 @@ constexpr StarfieldControls StarsOf(const Panel& panel) {
           panel.Option("SparkColor")};
 }
 
-/// Creates the stars of a canvas, unless they are there. Seeds the random generator and draws four values a star.
+/// Creates the stars of a canvas, unless they are there and have not gone too far. Seeds the random generator and draws
+/// four values a star.
 void CreateStars(StarfieldState& field, const Dialog& dialog, const StarfieldControls& controls, int width, int height);
 
-/// Paints every star on a 24-bit picture and moves it one frame on.
-void PaintAndMoveStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept;
+/// Moves the stars on to the frame and paints them on a 24-bit picture.
+void PaintStars(StarfieldState& field, const DibView& picture, Colour colour) noexcept;
 
-/// Test and build functions of an effect of stars. The first render of a build moves the stars and is thrown away, so
-/// that the last frame shows the places that they started from.
+/// Test and build functions of an effect of stars. A build begins one frame on, so that the last one shows the places
+/// that they started from.
 int TestStarfield(EffectContext& context, Renderer render) noexcept;
 int BuildStarfield(EffectContext& context, const StarfieldControls& controls, Renderer render) noexcept;
 
