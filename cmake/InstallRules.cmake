@@ -20,10 +20,10 @@ install(FILES cmake/data_folder.cpp.in ${CMAKE_CURRENT_BINARY_DIR}/glyphmotionCo
 # pkg-config finds the folders from where its own file is, so that the prefix may be moved.
 set(pc_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-set(pc_requires "freetype2 fontconfig harfbuzz fribidi libpng zlib libwebp libwebpmux ${optional_modules}")
-set(pc_libraries "-lstdc++ -lm -pthread -ldl")
-if(BUILD_SHARED_LIBS)
-  set(pc_private .private)
+# A shared library brings what it needs.
+if(NOT BUILD_SHARED_LIBS)
+  set(pc_static "Requires: freetype2 fontconfig harfbuzz fribidi libpng zlib libwebp libwebpmux ${optional_modules}")
+  set(pc_libraries " -lstdc++ -lm -pthread -ldl")
 endif()
 configure_file(cmake/glyphmotion.pc.in ${CMAKE_CURRENT_BINARY_DIR}/glyphmotion.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/glyphmotion.pc DESTINATION ${pc_folder} COMPONENT development)

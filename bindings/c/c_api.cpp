@@ -98,6 +98,13 @@ class Watcher {
   std::string stage_;
 };
 
+// "-" is a file here, not standard output.
+std::string PathOf(const char* path) {
+  const std::string given = path ? path : "";
+  if (given.empty()) Refuse("the path is empty; name a file");
+  return given == "-" ? "./-" : given;
+}
+
 // The job's options with an output, as the program has them.
 Arguments Read(const glyphmotion_job& job, const std::string& output, const char* format) {
   TypedWords typed = job.typed;
@@ -264,8 +271,9 @@ void glyphmotion_job_cancel(glyphmotion_job* job) { job->cancelled = true; }
 glyphmotion_status glyphmotion_render_to_file(glyphmotion_job* job, const char* path) {
   return Guarded(*job, [&] {
     job->notes.clear();
-    const Arguments arguments = Read(*job, path, nullptr);
-    Output output = Output::File(path, job->error);
+    const std::string target = PathOf(path);
+    const Arguments arguments = Read(*job, target, nullptr);
+    Output output = Output::File(target, job->error);
     return output ? RenderInto(*job, arguments, std::move(output)) : GLYPHMOTION_FAILED;
   });
 }
@@ -277,7 +285,7 @@ glyphmotion_status glyphmotion_render_to_memory(glyphmotion_job* job, const char
   return Guarded(*job, [&] {
     job->notes.clear();
     std::vector<std::uint8_t> file;
-    const Arguments arguments = Read(*job, "-", format);
+    const Arguments arguments = Read(*job, "-", format ? format : "");
     const glyphmotion_status status = RenderInto(*job, arguments, Output::Memory(file));
     if (status != GLYPHMOTION_OK) return status;
     *bytes = static_cast<unsigned char*>(std::malloc(file.size()));

@@ -88,8 +88,8 @@ GLYPHMOTION_EXPORT void glyphmotion_job_cancel(glyphmotion_job* job);
 
 /* ---- Rendering. A job may be rendered any number of times. */
 
-/* Writes a file whose format its extension names: .gif, .png (animated), .webp, .y4m. The file appears whole or not at
- * all. */
+/* Writes a file whose format its extension names, one of glyphmotion_formats() (.png is animated). The file appears
+ * whole or not at all. */
 GLYPHMOTION_EXPORT glyphmotion_status glyphmotion_render_to_file(glyphmotion_job* job, const char* path);
 
 /* Renders one of glyphmotion_formats() ("gif", "png", "webp", ...) into memory: *bytes gets a new block of *size bytes,

@@ -49,6 +49,7 @@ class Options(TypedDict, total=False):
     alpha: bool
     alpha_background: bool
     lossy: int
+    effort: int
     threads: int
     sample: bool
     add_comment: bool
