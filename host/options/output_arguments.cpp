@@ -241,6 +241,8 @@ void ReadControls(Reading& reading) {
     reading.Set(row.key, value, option);
   }
   RefuseTransparentSample(reading);
+  if (reading.typed.IsOn("--alpha") && reading.arguments.extension == ".y4m")
+    Refuse("--alpha needs a format with alpha; leave it out, then .y4m has the colours on the background");
   NoteIdleOptions(reading);
 }
 

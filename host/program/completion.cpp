@@ -136,12 +136,12 @@ std::string ZshCompletion() {
     if (!lister.empty()) action += " $(" + lister + ")";
     if (command.takesFile) action += action.empty() ? "_files" : "; _files";
     if (name == "batch")
-      action = "shift words; ((CURRENT--)); _arguments -s" + ZshSpecs(BatchRows()) + " \\\n    '1:jobs:_files'";
+      action = "shift words; ((CURRENT--)); _arguments" + ZshSpecs(BatchRows()) + " \\\n    '1:jobs:_files'";
     if (!action.empty()) cases += "  " + name + ") " + action + "; return ;;\n";
   }
   return "#compdef glyphmotion\n_glyphmotion_first() {\n  local -a commands=(" + commands.substr(1) +
          ")\n  _describe command commands\n}\nif ((CURRENT > 2)); then\n  case $words[2] in\n" + cases +
-         "  esac\nfi\n_arguments -s" + ZshSpecs(OptionRows()) + " \\\n    '1:text:_glyphmotion_first' '*:text:'\n";
+         "  esac\nfi\n_arguments" + ZshSpecs(OptionRows()) + " \\\n    '1:text:_glyphmotion_first' '*:text:'\n";
 }
 
 // --- fish

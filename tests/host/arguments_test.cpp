@@ -219,6 +219,7 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--direction", "leftwards"}, {"leftwards", "left, right, up, down"}},
       {{"Hi", "-o", "a.gif", "--effort", "10"}, {"--effort 10", "0 to 9"}},
       {{"Hi", "-o", "a.y4m", "--effort", "3"}, {"--effort", "compressed"}},
+      {{"Hi", "-o", "a.y4m", "--alpha"}, {"--alpha", "background"}},
       {{"Hi", "-o", "a.apng", "--lossy", "3"}, {"--lossy", ".webp"}},
       {{"Hi", "-o", "-", "--format", "gif", "--json"}, {"--json", "-o -"}},
       {{"Hi", "-o", "a.gif", "--direction", "4"}, {"--direction 4", "0 to 3"}},
