@@ -24,7 +24,7 @@ struct Catalogue {
   /// Reads standard input; nothing if it is neither a file nor a pipe, unless `asked` for by name.
   std::function<std::optional<std::string>(bool asked)> input;
   /// The look of a name or a file; throws UsageError. Empty: there are no looks.
-  std::function<Look(const std::string&)> readLook;
+  std::function<Look(const std::string&)> readLook = {};
   bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 

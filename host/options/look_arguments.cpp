@@ -10,10 +10,10 @@
 namespace glyphmotion {
 namespace {
 
-// What was typed instead of an option of the look.
+// What was typed instead of an option of the look. A banner of a given height has no room for padding.
 bool IsReplaced(const TypedWords& typed, const std::string& option) {
   static constexpr std::pair<const char*, const char*> kRivals[] = {
-      {"--delay", "--fps"}, {"--fps", "--delay"}, {"--font", "--font-file"}};
+      {"--delay", "--fps"}, {"--fps", "--delay"}, {"--font", "--font-file"}, {"--pad", "--height"}};
   return std::any_of(std::begin(kRivals), std::end(kRivals),
                      [&](const auto& rival) { return option == rival.first && typed.Has(rival.second); });
 }
