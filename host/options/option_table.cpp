@@ -32,8 +32,8 @@ constexpr OptionRow kRows[] = {
     Value("-o,--output", kOutput, "FILE",
           "The file to write: .gif, .png (animated, or one picture), .apng, .webp, .avif, .webm, .y4m; - for standard "
           "output"),
-    Word("--format", kOutput, "FORMAT", "gif,png,webp,avif,webm,y4m,rgba",
-         "gif, png, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
+    Word("--format", kOutput, "FORMAT", "gif,png,apng,webp,avif,webm,y4m,rgba",
+         "gif, png, apng, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
     Word("--frames-as", kOutput, "png", "png", "Write a folder of numbered pictures, which -o names"),
     {"--lossy", "QUALITY", kOutput, "Lossy .webp or .avif of this quality (default: lossless), or quality of .webm",
      nullptr, 0, 100},

@@ -233,7 +233,7 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "--text-file", "x", "-o", "a.gif"}, {"--text-file", "leave one out"}},
       {{"--text-file", "/no/such", "-o", "a.gif"}, {"/no/such", "cannot be read"}},
       {{"Hi", "-o", "-"}, {"-o -", "--format"}},
-      {{"Hi", "-o", "-", "--format", "bmp"}, {"--format bmp", "gif, png, webp, y4m or rgba"}},
+      {{"Hi", "-o", "-", "--format", "bmp"}, {"--format bmp", "gif, png, apng, webp, avif, webm, y4m or rgba"}},
       {{"Hi", "--format", "gif"}, {"--format", "-o"}},
       {{"Hi", "-o", "x", "--format", "gif", "--frames-as", "png"}, {"--format", "--frames-as"}},
       {{"Hi", "-o", "a.gif", "--loop", "65536"}, {"--loop 65536", "0 to 65535"}},
