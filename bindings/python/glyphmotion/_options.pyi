@@ -42,6 +42,7 @@ class Options(TypedDict, total=False):
     palette: Union[int, str]
     colors: int
     dither: Union[bool, Literal["stable", "ordered"]]
+    effort: int
     true_color: bool
     supercompress: bool
     transparent: bool
