@@ -80,7 +80,9 @@ TEST(Library, EveryFieldMeansTheProgramsOption) {
        "simple"},
       {"a.png", [](Job& job) { job.delay = 85ms, job.pause = 501ms; }, {"--delay", "85", "--pause", "501"}, "simple"},
       {"a.gif", [](Job& job) { job.frames = 7, job.seed = 4711; }, {"--seed", "4711", "--set", "@frames=7"}, "cubist"},
-      {"a.gif", [](Job& job) { job.direction = "right", job.stillText = true; }, {"--direction", "right", "--still-text"}},
+      {"a.gif",
+       [](Job& job) { job.direction = "right", job.stillText = true; },
+       {"--direction", "right", "--still-text"}},
       {"a.gif", [](Job& job) { job.softness = 9, job.comment = true; }, {"--softness", "9", "--add-comment"}},
       {"a.gif", [](Job& job) { job.dither = true, job.supercompress = true; }, {"--dither", "--supercompress"}},
       {"a.gif", [](Job& job) { job.transparent = true; }, {"--transparent"}},
@@ -262,7 +264,7 @@ TEST(CApi, MakesTheProgramsBytes) {
   EXPECT_EQ(job.Set("dither", "1"), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("dither", nullptr), GLYPHMOTION_OK);
   const Words words = {
-      "Ab",        "-e",    "vortex",        "-s",      "24",   "--frames", "4", "--fill", "texture:Marble", "--set",
+      "Ab",         "-e",    "vortex",        "-s",      "24",   "--frames", "4", "--fill", "texture:Marble", "--set",
       "@rotate=90", "--set", "MainPadding=3", "--delay", "80ms", "--no-bold"};
   glyphmotion_job* copy = glyphmotion_job_copy(job.job);
   for (const char* const* format = glyphmotion_formats(); *format; ++format) {
@@ -335,8 +337,7 @@ TEST(CApi, EveryWrongValueIsASentenceWithoutSwitches) {
   EXPECT_EQ(job.Error(), "");
   std::string bytes;
   EXPECT_EQ(job.Memory("gif", bytes), GLYPHMOTION_OK);
-  EXPECT_STREQ(glyphmotion_job_note(job.job, 0),
-               "delay 85ms becomes 90 ms, a whole number of the output's units");
+  EXPECT_STREQ(glyphmotion_job_note(job.job, 0), "delay 85ms becomes 90 ms, a whole number of the output's units");
   EXPECT_EQ(glyphmotion_job_note(job.job, 1), nullptr);
   EXPECT_EQ(glyphmotion_render_to_file(job.job, "/nowhere/a.gif"), GLYPHMOTION_FAILED);
 }
