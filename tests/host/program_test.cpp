@@ -38,8 +38,9 @@ const char* const kSmall = " Hi -e simple -s 20 --frames 6 ";
 
 TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   const TemporaryFolder folder;
-  const struct { const char *name, *magic; } cases[] = {{"a.gif", "GIF89a"}, {"a.png", "\x89PNG"}, {"a.webp", "RIFF"},
-               {"a.apng", "\x89PNG"}};
+  const struct {
+    const char *name, *magic;
+  } cases[] = {{"a.gif", "GIF89a"}, {"a.png", "\x89PNG"}, {"a.webp", "RIFF"}, {"a.apng", "\x89PNG"}};
   for (const auto& c : cases) {
     const Outcome outcome = Start(kSmall + ("-o " + folder / c.name));
     EXPECT_EQ(outcome.code, 0) << outcome.output;
@@ -141,7 +142,8 @@ TEST(Program, WhatIsWrittenPlaysInAnotherProgram) {
     double sum = 0;
     for (std::size_t i = 0; i < shown.size(); ++i) sum += std::abs(pixels[i] - shown[i]);
     EXPECT_LE(sum / static_cast<double>(shown.size()), row.most) << row.name;
-    const Outcome probe = Shell("ffprobe -v error -show_entries format=duration -of csv=p=0 '" + folder / row.file + "'");
+    const Outcome probe =
+        Shell("ffprobe -v error -show_entries format=duration -of csv=p=0 '" + folder / row.file + "'");
     EXPECT_NEAR(std::atof(probe.output.c_str()), 0.54, 0.1) << row.name << probe.output;
   }
 }
@@ -152,12 +154,15 @@ TEST(Program, EffortTradesTimeForSize) {
     std::vector<std::uintmax_t> sizes;
     for (const char* effort : {"0", "6", "9"}) {
       const std::string name = folder / (effort + ("." + format));
-      ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble --effort " + (effort + (" -o " + name))).code, 0);
+      ASSERT_EQ(
+          Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble --effort " + (effort + (" -o " + name))).code,
+          0);
       sizes.push_back(std::filesystem::file_size(name));
     }
     EXPECT_GT(sizes[0], sizes[1]) << format;
     EXPECT_GE(sizes[1], sizes[2]) << format;
-    ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble -o " + folder / ("usual." + format)).code, 0);
+    ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --fill texture:Marble -o " + folder / ("usual." + format)).code,
+              0);
     EXPECT_EQ(std::filesystem::file_size(folder / ("usual." + format)), sizes[1]) << format;
   }
 }
