@@ -4,6 +4,8 @@
 #include <avif/avif.h>
 
 #include <algorithm>
+#include <span>
+#include <string_view>
 
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/out_of_memory.h"
@@ -14,6 +16,24 @@ namespace glyphmotion {
 const char* const kAvifLacks = nullptr;
 
 namespace {
+
+// Sets the times at which the file was made to zero: libavif takes them from the clock, and the same job gives the same
+// bytes. They lie in boxes within boxes (ISO/IEC 14496-12): moov, trak and mdia hold mvhd, tkhd and mdhd.
+void ClearTimes(std::span<std::uint8_t> boxes) {
+  constexpr std::size_t kHead = 8, kFullHead = 12;
+  while (boxes.size() >= kHead) {
+    const std::size_t size = std::size_t{boxes[0]} << 24 | boxes[1] << 16 | boxes[2] << 8 | boxes[3];
+    if (size < kHead || size > boxes.size()) return;
+    const std::string_view type(reinterpret_cast<const char*>(&boxes[4]), 4);
+    if (type == "moov" || type == "trak" || type == "mdia") {
+      ClearTimes(boxes.subspan(kHead, size - kHead));
+    } else if ((type == "mvhd" || type == "tkhd" || type == "mdhd") && size > kFullHead) {
+      const std::size_t bytes = boxes[kHead] == 1 ? 16 : 8;  // by the box's version
+      if (size >= kFullHead + bytes) std::fill_n(&boxes[kFullHead], bytes, std::uint8_t{0});
+    }
+    boxes = boxes.subspan(size);
+  }
+}
 
 struct AvifState {
   Output& output;
@@ -73,6 +93,7 @@ struct AvifState {
     avifRWData data = AVIF_DATA_EMPTY;
     const avifResult result = avifEncoderFinish(encoder, &data);
     std::string error = result == AVIF_RESULT_OK ? "" : Failure(result);
+    ClearTimes({data.data, data.size});
     if (error.empty() && !output.Write({data.data, data.size})) error = output.Refusal();
     avifRWDataFree(&data);
     return error;

@@ -57,6 +57,8 @@ BatchJournal::BatchJournal(const std::string& jobsFile, const std::string& shard
   std::error_code error;
   // The first line holds the time of the file system's clock at which the journal began.
   if (file_ >= 0 && fs::file_size(own, error) == 0) Append(file_, 0, static_cast<std::uint64_t>(TimeOf(own)));
+  // A full disk or a lost machine may have left half a line.
+  if (file_ >= 0) (void)!write(file_, "\n", 1);
   const fs::path place = fs::path(PlaceOf(jobsFile));
   std::vector<fs::path> journals;
   for (const auto& entry : fs::directory_iterator(place.parent_path(), error)) {
@@ -84,13 +86,15 @@ void BatchJournal::Load(const std::string& path) {
   }
 }
 
-bool BatchJournal::Made(const std::string& output, const std::string& line) const {
+bool BatchJournal::Made(const std::string& output, const std::string& line) {
   std::error_code error;
   if (!fs::exists(output, error)) return false;
   const auto entry = made_.find(DigestOf(PlaceOf(output)));
   if (entry != made_.end()) return entry->second == DigestOfLine(line);
   // Made without an entry: the process was killed in between, or there is no journal.
-  return begun_ == INT64_MAX || TimeOf(output) >= begun_;
+  if (begun_ != INT64_MAX && TimeOf(output) < begun_) return false;
+  Add(output, line);
+  return true;
 }
 
 void BatchJournal::Add(const std::string& output, const std::string& line) {

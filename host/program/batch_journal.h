@@ -21,7 +21,7 @@ class BatchJournal {
   BatchJournal(const BatchJournal&) = delete;
 
   /// True when the output exists and was made from this line.
-  bool Made(const std::string& output, const std::string& line) const;
+  bool Made(const std::string& output, const std::string& line);
   /// Notes that the output has been made. May be called from several threads.
   void Add(const std::string& output, const std::string& line);
 
