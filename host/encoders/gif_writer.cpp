@@ -466,8 +466,8 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   return own;
 }
 
-// Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette, except
-// with loss. Entries for their transparent indices are added afterwards.
+// Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette,
+// except with loss. Entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
   SpareIndices();
   const std::vector<bool> own = ChoosePalettes();

@@ -44,7 +44,7 @@ struct Arguments {
   std::vector<Look::Entry> look;       ///< what that look holds
   ListKind list = ListKind::None;
   bool quiet = false;
-  bool json = false;  ///< the result, or the list, as JSON on standard output
+  bool json = false;               ///< the result, or the list, as JSON on standard output
   std::optional<bool> progress;    ///< nothing: only when standard error is a terminal
   std::vector<std::string> notes;  ///< sentences about options that change nothing together with others
   std::vector<std::pair<std::string, std::string>> optionOfKey;  ///< settings that have a named option

@@ -34,7 +34,7 @@ std::span<const CommandRow> CommandRows();
 
 /// Groups in the order of the help. That of kHostGroup is shown by "help hosts" alone.
 constexpr const char* kHostGroup = "For hosts and tests";
-constexpr const char* kHelpGroup = "Help";  ///< what the program prints
+constexpr const char* kHelpGroup = "Help";    ///< what the program prints
 constexpr const char* kBatchGroup = "Batch";  ///< of BatchRows
 std::span<const char* const> OptionGroups();
 std::span<const OptionRow> OptionRows();

@@ -14,6 +14,7 @@
 #include <unordered_map>
 
 #include "host/encoders/out_of_memory.h"
+#include "host/options/values.h"
 #include "host/program/batch_board.h"
 #include "host/program/batch_journal.h"
 #include "host/program/command_line.h"
@@ -22,7 +23,6 @@
 #include "host/program/json_lines.h"
 #include "host/program/program.h"
 #include "host/program/progress.h"
-#include "host/options/values.h"
 
 namespace glyphmotion {
 namespace fs = std::filesystem;

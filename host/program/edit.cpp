@@ -12,11 +12,11 @@
 #include <optional>
 #include <thread>
 
+#include "host/options/arguments.h"
 #include "host/page/page_server.h"
 #include "host/page/scratch.h"
-#include "host/options/arguments.h"
-#include "host/render/image_loader.h"
 #include "host/program/program.h"
+#include "host/render/image_loader.h"
 #include "platform/folders.h"
 
 namespace glyphmotion {

@@ -6,9 +6,9 @@
 #include <cstdlib>
 
 #include "effects/effect_table.h"
+#include "host/options/names.h"
 #include "host/program/effect_manual.h"
 #include "host/program/help.h"
-#include "host/options/names.h"
 #include "platform/ascii.h"
 
 namespace glyphmotion {

@@ -40,8 +40,8 @@ struct Levels {
   int lowest = 255, highest = 0;
 };
 
-// Fills the mask with noise, the picture's bottom row first, and returns its extremes. Counts by Knuth's method: how many
-// random factors it takes to bring a product down to exp(-mean). The generator's state is held here meanwhile; the
+// Fills the mask with noise, the picture's bottom row first, and returns its extremes. Counts by Knuth's method: how
+// many random factors it takes to bring a product down to exp(-mean). The generator's state is held here meanwhile; the
 // sequence is that of NextRandom.
 Levels FillWithNoise(const DibView& mask) {
   const double limit = std::exp(-kMean);

@@ -388,8 +388,10 @@ bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& 
   if (ShippedLibraryPath(kTextureLibraryName).empty()) {
     return Fail(error, NoShippedLibrary(kTextureLibraryName) + ", or write texture:fractal2,...");
   }
-  return Fail(error, "there is no texture " + Quote(name) +
-                         "; write the name of a shipped texture or of your own, or fractal2 to fractal5, craters or perturbation");
+  return Fail(
+      error,
+      "there is no texture " + Quote(name) +
+          "; write the name of a shipped texture or of your own, or fractal2 to fractal5, craters or perturbation");
 }
 
 bool ParseTexture(const std::string& text, Material& material, std::string& error) {

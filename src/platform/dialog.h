@@ -196,8 +196,8 @@ ControlKind KindOf(const Dialog& dialog, int id);
 /// The text of a combo or a list is that of its selected item. A trackbar's text is its position.
 std::string GetText(const Dialog& dialog, int id);
 
-/// Whether any thread may read the controls while the dialog's own thread changes nothing. Not so on Windows, where each
-/// question is answered by the window's thread.
+/// Whether any thread may read the controls while the dialog's own thread changes nothing. Not so on Windows, where
+/// each question is answered by the window's thread.
 bool ReadableOnAnyThread() noexcept;
 /// Like typing: an edit notifies the dialog with kEditChanged. Combos and lists ignore it (see SelectText).
 void SetText(Dialog& dialog, int id, const std::string& text);

@@ -36,7 +36,9 @@ struct RunCache {
   RunCache() = default;
   /// For another thread of the run: begins with what `elder` has, which must outlive it and which nobody may change.
   explicit RunCache(const RunCache& elder)
-      : glyphs(&elder.glyphs), materials(&elder.materials), softShadow(elder.softShadow),
+      : glyphs(&elder.glyphs),
+        materials(&elder.materials),
+        softShadow(elder.softShadow),
         fittedSize(elder.fittedSize) {}
   RunCache& operator=(const RunCache&) = delete;
 };

@@ -149,15 +149,16 @@ TEST(Arguments, TheRestOfTheJob) {
   ASSERT_TRUE(looped);
   EXPECT_EQ(looped->extension, ".gif");
   EXPECT_EQ(looped->job.loops * 10 + *looped->job.start, 33);
-  const auto canvas = Parse({"Hi", "-o", "a.gif", "--width", "728", "--height", "90", "--fit", "none", "--align", "right",
-                             "--valign", "bottom"})
+  const auto canvas = Parse({"Hi", "-o", "a.gif", "--width", "728", "--height", "90", "--fit", "none", "--align",
+                             "right", "--valign", "bottom"})
                           .arguments->job;
   EXPECT_TRUE(canvas.width == 728 && canvas.height == 90 && canvas.fit == Job::Fit::None);
   EXPECT_TRUE(canvas.align == Job::Align::Right && canvas.verticalAlign == Job::VerticalAlign::Bottom);
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
   EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
   EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
-  const Job best = Parse({"Hi", "-o", "a.png", "--palette", "best", "--colors", "9", "--dither=ordered"}).arguments->job;
+  const Job best =
+      Parse({"Hi", "-o", "a.png", "--palette", "best", "--colors", "9", "--dither=ordered"}).arguments->job;
   EXPECT_TRUE(best.bestPalette && best.colours == 9 && best.dithering == Job::Dithering::Ordered);
   EXPECT_EQ(Final(best, "Truecolour"), "0");
   EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);

@@ -7,10 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "host/decoders.h"
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/gif_frame.h"
 #include "host/encoders/gif_palette.h"
-#include "host/decoders.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {
