@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,18 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 /// a folder, a pipe or a device (on which it never blocks), or when out of memory.
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit = kLargestFile,
                                          std::string* why = nullptr) noexcept;
+
+/// The reason when memory ran out.
+inline constexpr std::string_view kNoMemoryReason = "out of memory";
+
+/// ReadWholeFile for a file whose absence is no error: throws std::bad_alloc when out of memory, so that a lack of
+/// memory is not taken for a lack of the file.
+inline std::optional<std::string> ReadFileIfAny(const std::string& path) {
+  std::string why;
+  auto bytes = ReadWholeFile(path, kLargestFile, &why);
+  if (!bytes && why == kNoMemoryReason) throw std::bad_alloc();
+  return bytes;
+}
 
 /// A file that appears whole or not at all. Until Keep, an existing file of that name is untouched; without Keep, and
 /// after any failure, nothing is left behind. Where the system supports unnamed files, the new one gets its name only

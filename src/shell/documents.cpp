@@ -134,7 +134,7 @@ int LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
 }
 
 DocumentSummary SummariseDocument(const std::string& path) {
-  return SummariseDocumentText(TextFromBytes(ReadWholeFile(path).value_or(std::string())));
+  return SummariseDocumentText(TextFromBytes(ReadFileIfAny(path).value_or(std::string())));
 }
 
 DocumentSummary SummariseDocumentText(std::string_view text) {

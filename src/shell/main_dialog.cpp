@@ -55,7 +55,8 @@ constexpr std::size_t kPathBuffer = 261;  // size of the buffer for a host's pat
 
 struct MainDialogState {
   const HostCallTable* hostCalls = nullptr;
-  int effect = -1;  // the effect of the visible panel
+  bool settingsLoaded = false;  ///< what was not loaded must not be saved
+  int effect = -1;              // the effect of the visible panel
   bool repaintPosted = false;
   bool running = false;  // a Build or a Test
   int fileDialogWidth = 0, fileDialogHeight = 0;
@@ -396,6 +397,7 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
   SetMaterialWindows({EditGradient, EditTexture, RunTileDialog});
   SetFountainWindows({AskMarkerPosition, ManageFountainLibrary});
   LoadSettings();
+  State().settingsLoaded = true;
   CheckRegistration();
   if (!hostCalls->HostCall) {
     Report(dialog, kTextInternalError);
@@ -547,7 +549,7 @@ void OnDestroy(Dialog& dialog) {
   KillTimer(dialog, kAboutTimer);
   KillTimer(dialog, kSampleTimer);
   CheckRegistration();
-  SaveSettings();
+  if (State().settingsLoaded) SaveSettings();
   UseSkin(false);
   for (const EffectDescriptor* effect : Effects()) {
     for (const ControlTemplate& control : effect->panel->controls) {

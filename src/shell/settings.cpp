@@ -201,12 +201,10 @@ SettingsSummary SummariseSettings(std::string_view bytes) {
   return summary;
 }
 
-void LoadSettings() noexcept try {
+void LoadSettings() {
   const bool shift = IsShiftDown();
   ResetForLoading();
-  if (const auto bytes = ReadWholeFile(SettingsFilePath())) ApplySettings(*bytes, shift);
-} catch (const std::exception&) {
-  // Out of memory: values read so far are kept, the rest are defaults.
+  if (const auto bytes = ReadFileIfAny(SettingsFilePath())) ApplySettings(*bytes, shift);
 }
 
 void SaveSettings() noexcept try {

@@ -14,8 +14,9 @@ namespace glyphmotion {
 
 /// Call before any control is set: gives every variable its default (except OpenPath, which is set at the start of a
 /// run), then reads the settings file. With Shift down only the registration is read, so that holding Shift resets
-/// everything else. Values are not range-checked here; the controls do that.
-void LoadSettings() noexcept;
+/// everything else. Values are not range-checked here; the controls do that. Throws std::bad_alloc: a dialog
+/// with half of the settings would save them over the whole.
+void LoadSettings();
 
 /// A comment of settings files and documents: Delay and Pause are milliseconds. Without it they are hundredths of a
 /// second, or whatever unit the reader's host counts in.

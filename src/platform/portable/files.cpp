@@ -74,7 +74,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   const Descriptor file = OpenRegular(path, status, why);
   return file ? ReadAll(*file, static_cast<std::size_t>(status.st_size), limit, why) : std::nullopt;
 } catch (const std::exception&) {
-  if (why) why->assign("out of memory");  // fits into any string's local buffer
+  if (why) why->assign(kNoMemoryReason);  // fits into any string's local buffer
   return std::nullopt;
 }
 

@@ -255,7 +255,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   Say(why, ReasonOf(GetLastError()));
   return std::nullopt;
 } catch (const std::exception&) {
-  if (why) why->assign("out of memory");
+  if (why) why->assign(kNoMemoryReason);
   return std::nullopt;
 }
 
