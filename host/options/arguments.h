@@ -38,10 +38,10 @@ struct Arguments {
   std::string output;     ///< file, folder with framesAsPng, or "-"; empty: none
   std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
-  double lossyQuality = -1;            ///< 0 to 100; below 0: lossless
-  std::string recordFolder;            ///< empty: none
-  std::string saveLookFile;            ///< a look to write once the run is done; empty: none
-  std::vector<Look::Entry> look;       ///< what that look holds
+  double lossyQuality = -1;       ///< 0 to 100; below 0: lossless
+  std::string recordFolder;       ///< empty: none
+  std::string saveLookFile;       ///< a look to write once the run is done; empty: none
+  std::vector<Look::Entry> look;  ///< what that look holds
   ListKind list = ListKind::None;
   bool quiet = false;
   bool json = false;               ///< the result, or the list, as JSON on standard output

@@ -11,7 +11,8 @@ constexpr const char *kText = "Text", *kAnimation = "Animation", *kMaterials = "
                      *kOutput = "Output", *kSettings = "Settings", *kHelp = kHelpGroup;
 constexpr const char* kGroups[] = {kOutput, kText, kAnimation, kMaterials, kColour, kSettings, kHelp, kHostGroup};
 
-constexpr const char* kLists[] = {"effects", "fonts", "palettes", "keys", "controls", "textures", "fountains", "tiles", "looks"};
+constexpr const char* kLists[] = {"effects",  "fonts",     "palettes", "keys", "controls",
+                                  "textures", "fountains", "tiles",    "looks"};
 
 constexpr OptionRow Number(const char* names, const char* group, const char* key, long minimum, long maximum,
                            const char* help) {

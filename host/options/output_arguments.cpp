@@ -189,7 +189,8 @@ void ReadAction(Reading& reading) {
   job.action = sample ? Job::Action::Sample : test ? Job::Action::Test : Job::Action::Build;
   const bool wantsPictures = !arguments.output.empty() || !arguments.recordFolder.empty() || test;
   if (wantsPictures) return;
-  if (job.saveDocumentFile.empty() && arguments.saveLookFile.empty()) Refuse("there is no output file; add -o FILE, for example -o hello.gif");
+  if (job.saveDocumentFile.empty() && arguments.saveLookFile.empty())
+    Refuse("there is no output file; add -o FILE, for example -o hello.gif");
   job.action = Job::Action::None;
 }
 

@@ -16,7 +16,8 @@ void PictureOutput::Open(int taskWidth, int taskHeight, int count) {
   height = taskHeight;
   if (!output_) return;
   const int unit = job_.paletteFormat ? 10 : 1;
-  encoder_ = format_->open(output_, {width, height, count, unit, lossyQuality_, job_.loops, job_.threads, 0, job_.effort});
+  encoder_ =
+      format_->open(output_, {width, height, count, unit, lossyQuality_, job_.loops, job_.threads, 0, job_.effort});
   if (job_.start) order_.emplace(*job_.start, encoder_->add);
 }
 

@@ -91,14 +91,14 @@ class FrameComposer {
   bool allowEmptyText = false;  ///< an empty text counts as the single blank instead of ending the frame
   /// The size of the text's own picture is known, nothing made yet; false ends the frame.
   std::function<bool(int width, int height)> onSize;
-  Make makeFrame;                                     ///< replaces the background material (and the solid key)
-  Change onFrame;                                     ///< the frame with its background
-  bool backgroundOnly = false;                        ///< the frame is finished now
-  Make makeFillBitmap;                                ///< replaces the fill material
-  Change onFillBitmap;                                ///< the fill material's pixels
-  Change onShadowBitmap;                              ///< the shadow material's pixels, if the shadow is enabled
-  Change onShadowMask;                                ///< before its blur
-  Change onSoftShadowMask;                            ///< after its blur
+  Make makeFrame;               ///< replaces the background material (and the solid key)
+  Change onFrame;               ///< the frame with its background
+  bool backgroundOnly = false;  ///< the frame is finished now
+  Make makeFillBitmap;          ///< replaces the fill material
+  Change onFillBitmap;          ///< the fill material's pixels
+  Change onShadowBitmap;        ///< the shadow material's pixels, if the shadow is enabled
+  Change onShadowMask;          ///< before its blur
+  Change onSoftShadowMask;      ///< after its blur
   Change onTextMask;
   Change onOutlineMask;
   std::function<bool(const FrameLayers&)> afterFill;
