@@ -154,15 +154,12 @@ TEST(Program, EffortTradesTimeForSize) {
     std::vector<std::uintmax_t> sizes;
     for (const char* effort : {"0", "6", "9"}) {
       const std::string name = folder / (effort + ("." + format));
-      ASSERT_EQ(
-          Start("Effort -e vortex -s 40 --frames 6 --effort " + (effort + (" -o " + name))).code,
-          0);
+      ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 --effort " + (effort + (" -o " + name))).code, 0);
       sizes.push_back(std::filesystem::file_size(name));
     }
     EXPECT_GT(sizes[0], sizes[1]) << format;
     EXPECT_GE(sizes[1], sizes[2]) << format;
-    ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 -o " + folder / ("usual." + format)).code,
-              0);
+    ASSERT_EQ(Start("Effort -e vortex -s 40 --frames 6 -o " + folder / ("usual." + format)).code, 0);
     EXPECT_EQ(std::filesystem::file_size(folder / ("usual." + format)), sizes[1]) << format;
   }
 }
