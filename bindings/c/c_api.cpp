@@ -20,6 +20,7 @@
 #include "host/options/library_options.h"
 #include "host/options/typed_words.h"
 #include "host/render/picture_output.h"
+#include "host/render/size_limit.h"
 
 using namespace glyphmotion;
 
@@ -126,9 +127,16 @@ glyphmotion_status Conclude(glyphmotion_job& job, const Arguments& arguments, co
   return StatusOf(result, trouble);
 }
 
+glyphmotion_status RenderFitted(glyphmotion_job& job, const Arguments& arguments, Output output, const Sink& sink) {
+  FittedPictures made = RenderWithin(arguments.job, arguments.lossyQuality, arguments.maxBytes, sink);
+  if (made.trouble.empty()) made.trouble = output.Write(made.bytes) ? output.Keep() : output.Refusal();
+  return Conclude(job, arguments, made.result, made.trouble);
+}
+
 glyphmotion_status RenderInto(glyphmotion_job& job, const Arguments& arguments, Output output) {
   Watcher watcher(job);
-  PictureOutput pictures(arguments.job, FindFormat(arguments.extension), arguments.lossyQuality, std::move(output));
+  if (arguments.maxBytes) return RenderFitted(job, arguments, std::move(output), watcher.MakeSink());
+  PictureOutput pictures(arguments.job, FindFormat(arguments.extension), {arguments.lossyQuality}, std::move(output));
   const RenderResult result = Render(arguments.job, pictures.Attach(watcher.MakeSink()));
   std::string trouble = pictures.Finish(result);
   if (trouble.empty() && !pictures.Kept()) {

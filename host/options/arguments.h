@@ -38,7 +38,8 @@ struct Arguments {
   std::string output;     ///< file, folder with framesAsPng, or "-"; empty: none
   std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
-  double lossyQuality = -1;       ///< 0 to 100; below 0: lossless
+  double lossyQuality = -1;       ///< 0 to 100, of a GIF its loss, 0 to 200; below 0: lossless
+  std::size_t maxBytes = 0;       ///< most bytes of a GIF; 0: any number
   std::string recordFolder;       ///< empty: none
   std::string saveLookFile;       ///< a look to write once the run is done; empty: none
   std::vector<Look::Entry> look;  ///< what that look holds

@@ -36,8 +36,13 @@ constexpr OptionRow kRows[] = {
     Word("--format", kOutput, "FORMAT", "gif,png,apng,webp,avif,webm,y4m,rgba",
          "gif, png, apng, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
     Word("--frames-as", kOutput, "png", "png", "Write a folder of numbered pictures, which -o names"),
-    {"--lossy", "QUALITY", kOutput, "Lossy .webp or .avif of this quality (default: lossless), or quality of .webm",
-     nullptr, 0, 100},
+    {"--lossy", "N", kOutput,
+     "Quality of a lossy .webp or .avif (default: lossless) or of .webm, 0 to 100; of a .gif its loss: 0 (none) to "
+     "200, "
+     "from 20 on often a third smaller",
+     nullptr, 0, 200},
+    Number("--max-bytes", kOutput, nullptr, 1, 2000000000,
+           "Most bytes of a .gif: gives up what it must, first by --lossy, then --colors, then every second frame"),
     {"--effort", "N", kOutput, "Time for a smaller file (default: 6)", nullptr, 0, 9},
     {"--loop", "N", kOutput, "Times that an animation plays; 0, the default, is for ever", nullptr, 0, 65535},
     {"--start", "N|rest", kOutput, "Begin the loop with this frame, from 1, or with the longest one", nullptr, 1, 32760,
@@ -88,10 +93,9 @@ constexpr OptionRow kRows[] = {
     Value("--background", kMaterials, "M", "Fill of the background"),
     Value("--outline", kMaterials, "COLOUR", "Colour of the outline, #RRGGBB or a name, or none"),
 
-    Value(
-        "--palette", kColour, "NAME",
-        "custom (made for the picture; the default for .gif), best (the finest that is possible, in larger files) or a "
-        "fixed one: see --list palettes"),
+    Value("--palette", kColour, "NAME",
+          "custom (made for the picture; the default for .gif), best (the finest that is possible, in larger files), "
+          "auto (best where custom is below 45 dB) or a fixed one: see --list palettes"),
     Number("--colors", kColour, nullptr, 2, 256, "Most colours of a custom or best palette"),
     {"--dither", nullptr, kColour,
      "Dither colours that the palette lacks; stable: what does not move keeps its dots, ordered: in a regular pattern",

@@ -42,7 +42,8 @@ void NoteIdleOptions(Reading& reading) {
   const TypedWords& typed = reading.typed;
   const auto isOn = [&](const char* name) { return typed.IsOn(name); };
   const std::string palette = Lowered(typed.Value("--palette"));
-  const bool hasPalette = !palette.empty(), fixedPalette = hasPalette && palette != "custom" && palette != "best";
+  const bool hasPalette = !palette.empty(),
+             fixedPalette = hasPalette && palette != "custom" && palette != "best" && palette != "auto";
   const struct {
     bool applies;
     const char *idle, *beside;
@@ -132,9 +133,17 @@ void ReadFormat(Reading& reading) {
       Refuse("--effort is for compressed formats; leave it out, " + arguments.extension.substr(1) + " is not");
   }
   if (typed.Has("--lossy")) {
-    arguments.lossyQuality = static_cast<double>(reading.Number("--lossy"));
-    if (!IsOneOf(arguments.extension, {".webp", ".avif", ".webm"}))
-      Refuse("--lossy is for .webp, .avif and .webm; leave it out or write .webp");
+    const bool gif = arguments.extension == ".gif";
+    if (!gif && !IsOneOf(arguments.extension, {".webp", ".avif", ".webm"}))
+      Refuse("--lossy is for .gif, .webp, .avif and .webm; leave it out or write .webp");
+    arguments.lossyQuality = static_cast<double>(NumberInRange("--lossy", typed.Value("--lossy"), 0, gif ? 200 : 100));
+  }
+  if (typed.Has("--max-bytes")) {
+    if (arguments.extension != ".gif") Refuse("--max-bytes is for .gif; leave it out or write .gif");
+    for (const char* option : {"--sample", "--record"})
+      if (typed.Has(option))
+        Refuse(std::string("--max-bytes and ") + option + " cannot be used together; leave one out");
+    arguments.maxBytes = static_cast<std::size_t>(reading.Number("--max-bytes"));
   }
 }
 
@@ -204,15 +213,16 @@ void ReadPalette(Reading& reading) {
   const auto& names = PaletteOptionNames();
   const std::string& typed = reading.typed.Value("--palette");
   const std::string name = Lowered(typed);
-  job.bestPalette = name == "best";
-  if (name == "custom" || job.bestPalette) {
+  if (name == "best") job.palette = Job::Palette::Best;
+  if (name == "auto") job.palette = Job::Palette::Automatic;
+  if (name == "custom" || job.palette != Job::Palette::Dialog) {
     job.settings.emplace_back("14", "1");
     return;
   }
   auto index = static_cast<long>(std::find(names.begin(), names.end(), name) - names.begin());
   if (const auto number = WholeNumber(name)) index = *number;
   if (index < 0 || index >= static_cast<long>(std::min(names.size(), reading.catalogue.palettes.size())))
-    Refuse("there is no palette '" + typed + "'; use custom, best, " + Join(names) + ", or a number from 0 to " +
+    Refuse("there is no palette '" + typed + "'; use custom, best, auto, " + Join(names) + ", or a number from 0 to " +
            std::to_string(names.size() - 1));
   job.settings.emplace_back("14", "0");
   job.settings.emplace_back("MainPalette", std::to_string(index));

@@ -37,6 +37,7 @@
 #include "host/recording/recorder.h"
 #include "host/render/image_loader.h"
 #include "host/render/picture_output.h"
+#include "host/render/size_limit.h"
 #include "materials/material_text.h"
 #include "platform/files.h"
 #include "platform/text_engine.h"
@@ -99,7 +100,7 @@ struct Run {
       : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
 };
 
-Sink SinkOf(Run& run) {
+Sink CallsOf(Run& run) {
   Sink sink;
   sink.stage = [&run](const std::string& name) { run.bar.Stage(name); };
   sink.progress = [&run](std::int64_t position, std::int64_t total) { run.bar.At(position, total); };
@@ -112,8 +113,25 @@ Sink SinkOf(Run& run) {
     run.colours->Add(image.dib, image.transparentIndex);
     return true;
   };
+  // There may be several runs, of the same duration.
+  sink.task = [&run](const Task&) {
+    run.units = 0;
+    return true;
+  };
   sink.stop = &InterruptRequest();
-  return run.pictures->Attach(std::move(sink));
+  return sink;
+}
+Sink SinkOf(Run& run) { return run.pictures->Attach(CallsOf(run)); }
+
+std::string OpenOutput(const Arguments& arguments, Output& output) {
+  std::string error;
+  if (arguments.output == "-") {
+    if (isatty(STDOUT_FILENO)) return "standard output is a terminal; pipe it into a program or a file";
+    output = Output::Stream();
+  } else if (!arguments.output.empty()) {
+    output = arguments.framesAsPng ? Output::Folder(arguments.output, error) : Output::File(arguments.output, error);
+  }
+  return error;
 }
 
 std::string OpenOutputs(Run& run) {
@@ -124,13 +142,9 @@ std::string OpenOutputs(Run& run) {
     if (!error.empty()) return error;
   }
   Output output;
-  if (arguments.output == "-") {
-    if (isatty(STDOUT_FILENO)) return "standard output is a terminal; pipe it into a program or a file";
-    output = Output::Stream();
-  } else if (!arguments.output.empty()) {
-    output = arguments.framesAsPng ? Output::Folder(arguments.output, error) : Output::File(arguments.output, error);
-  }
-  run.pictures.emplace(arguments.job, FindFormat(arguments.extension), arguments.lossyQuality, std::move(output));
+  error = OpenOutput(arguments, output);
+  run.pictures.emplace(arguments.job, FindFormat(arguments.extension), Economy{arguments.lossyQuality},
+                       std::move(output));
   return error;
 }
 
@@ -192,12 +206,34 @@ bool KeepLook(const Arguments& arguments) {
   return arguments.saveLookFile.empty() || AtomicWriteFile(arguments.saveLookFile, LookText(arguments.look));
 }
 
-// Everything between the arguments and the report; prints nothing but the progress bar.
-RunReport Perform(const Arguments& arguments) {
-  const auto begin = std::chrono::steady_clock::now();
-  RunReport report;
-  report.file = arguments.output;
-  report.notes = arguments.notes;
+// Writes a GIF of limited size; it is made in memory, because only the run that fits is written.
+void PerformWithin(const Arguments& arguments, RunReport& report) {
+  Output output;
+  report.error = OpenOutput(arguments, output);
+  report.code = kExitFailed;
+  if (!report.error.empty()) return;
+  Run run(arguments);
+  const FittedPictures made = RenderWithin(arguments.job, arguments.lossyQuality, arguments.maxBytes, CallsOf(run));
+  run.bar.Clear();
+  report.error = InOptionTerms(made.trouble, arguments);
+  if (made.result.status == RenderStatus::BadJob) report.code = kExitUsage;
+  if (InterruptedCode()) {
+    report.error = "interrupted; nothing was written";
+    report.code = InterruptedCode();
+  }
+  if (report.error.empty()) report.error = output.Write(made.bytes) ? output.Keep() : output.Refusal();
+  if (!report.error.empty()) return;
+  report.code = kExitDone;
+  for (const std::string& note : made.result.notes) report.notes.push_back(InOptionTerms(note, arguments));
+  report.format = arguments.extension.substr(1);
+  report.width = made.width;
+  report.height = made.height;
+  report.frames = made.frames;
+  report.duration = run.units * 10;
+  report.bytes = made.bytes.size();
+}
+
+void PerformOnce(const Arguments& arguments, RunReport& report) {
   Run run(arguments);
   RenderResult result;
   report.error = OpenOutputs(run);
@@ -210,6 +246,19 @@ RunReport Perform(const Arguments& arguments) {
     Conclude(run, result, report);
   } else {
     report.code = kExitFailed;
+  }
+}
+
+// Everything between the arguments and the report; prints nothing but the progress bar.
+RunReport Perform(const Arguments& arguments) {
+  const auto begin = std::chrono::steady_clock::now();
+  RunReport report;
+  report.file = arguments.output;
+  report.notes = arguments.notes;
+  if (arguments.maxBytes) {
+    PerformWithin(arguments, report);
+  } else {
+    PerformOnce(arguments, report);
   }
   if (report.error.empty() && !KeepLook(arguments)) {
     report.error =

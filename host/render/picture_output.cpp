@@ -3,21 +3,23 @@
 
 #include <utility>
 
+#include "host/encoders/half_rate.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/render/sample_picture.h"
 
 namespace glyphmotion {
 
-PictureOutput::PictureOutput(const Job& job, const EncoderFormat* format, double lossyQuality, Output output)
-    : job_(job), format_(format), lossyQuality_(lossyQuality), output_(std::move(output)) {}
+PictureOutput::PictureOutput(const Job& job, const EncoderFormat* format, const Economy& economy, Output output)
+    : job_(job), format_(format), economy_(economy), output_(std::move(output)) {}
 
 void PictureOutput::Open(int taskWidth, int taskHeight, int count) {
   width = taskWidth;
   height = taskHeight;
   if (!output_) return;
   const int unit = job_.paletteFormat ? 10 : 1;
-  encoder_ =
-      format_->open(output_, {width, height, count, unit, lossyQuality_, job_.loops, job_.threads, 0, job_.effort});
+  encoder_ = format_->open(output_, {width, height, count, unit, economy_.lossy, job_.loops, job_.threads,
+                                     static_cast<int>(economy_.lossy), job_.effort});
+  if (economy_.halfRate) encoder_ = AtHalfRate(std::move(*encoder_));
   if (job_.start) order_.emplace(*job_.start, encoder_->add);
 }
 

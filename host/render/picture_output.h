@@ -13,10 +13,16 @@
 
 namespace glyphmotion {
 
+/// What an output gives up to be small.
+struct Economy {
+  double lossy = -1;      ///< as in EncoderSettings
+  bool halfRate = false;  ///< every second frame is left out
+};
+
 class PictureOutput {
  public:
   /// Encodes into `output`, in `format`, as the job says; an empty output takes no images. The job must outlive this.
-  PictureOutput(const Job& job, const EncoderFormat* format, double lossyQuality, Output output);
+  PictureOutput(const Job& job, const EncoderFormat* format, const Economy& economy, Output output);
   PictureOutput(const PictureOutput&) = delete;
   PictureOutput& operator=(const PictureOutput&) = delete;
 
@@ -41,7 +47,7 @@ class PictureOutput {
 
   const Job& job_;
   const EncoderFormat* format_;
-  double lossyQuality_;
+  Economy economy_;
   Output output_;
   std::optional<Encoder> encoder_;
   std::optional<FrameOrder> order_;

@@ -260,7 +260,8 @@ std::string PrepareText(const Job& job) {
 std::string PreparePalette(const Job& job) {
   if (job.colours < 2 || job.colours > 256)
     return std::to_string(job.colours) + " colours are not allowed; a palette takes 2 to 256";
-  CurrentPaletteRun() = {job.bestPalette, job.colours, static_cast<Dithering>(job.dithering)};
+  CurrentPaletteRun() = {static_cast<PaletteRun::Kind>(job.palette), job.colours,
+                         static_cast<Dithering>(job.dithering)};
   return {};
 }
 

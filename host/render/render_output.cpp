@@ -30,7 +30,7 @@ RenderResult RenderInto(Output output, const EncoderFormat& format, Job job, con
   const std::vector<Job::Setting> own = std::exchange(job.defaults, {});
   AddOutputDefaults(job, format.paletteFormat);
   job.defaults.insert(job.defaults.end(), own.begin(), own.end());
-  PictureOutput pictures(job, &format, -1, std::move(output));
+  PictureOutput pictures(job, &format, {}, std::move(output));
   RenderResult result = Render(job, pictures.Attach(sink));
   std::string trouble = pictures.Finish(result);
   if (trouble.empty() && (pictures.Kept() || job.action == Job::Action::None)) return result;

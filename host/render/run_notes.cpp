@@ -18,9 +18,9 @@ namespace glyphmotion {
 namespace {
 
 // Keys that have no control but that a run reads.
-constexpr std::string_view kReadByRuns[] = {"AccentCompensation", "AlphaGreyBack", "DitherBrightness",
-                                            "DitherContrast",     "FastRemap",     "RegistrationCode",
-                                            "RegistrationName"};
+constexpr std::string_view kReadByRuns[] = {"AccentCompensation", "AlphaGreyBack",   "BestPalette",
+                                            "DitherBrightness",   "DitherContrast",  "FastRemap",
+                                            "RegistrationCode",   "RegistrationName"};
 
 struct Target {
   const ControlTemplate* control = nullptr;

@@ -82,9 +82,10 @@ struct Job {
   /// Axes of a variable font: {"wght", 650}. The font has to have them.
   std::vector<std::pair<std::string, double>> fontVariation;
 
-  /// A palette of the best colours for the animation, where its images are palette indices: finer than Custom palette
-  /// (control 14), whose gradients leave entries unused. Overrides the dialog's choice.
-  bool bestPalette = false;
+  /// How the palette is made where images are palette indices. Dialog: as the dialog says (controls 13 and 14). Best:
+  /// of the best colours for the animation, finer than Custom palette (control 14), whose gradients leave entries
+  /// unused. Automatic: that of Custom palette where it reaches 45 dB, otherwise the best.
+  enum class Palette { Dialog, Best, Automatic } palette = Palette::Dialog;
   /// Most entries of a custom or best palette, 2 to 256, a reserved one included.
   int colours = 256;
   /// What Dither ("MainDither") means, if `settings` or a file switch it on. Diffuse: error diffusion, frame by frame.

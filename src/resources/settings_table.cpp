@@ -64,6 +64,7 @@ constexpr SettingsRow kRows[] = {
     Number("UpdateDelay", 1000),
     Switch("UseAlphaGreyBack", 1),
     Number("VersionNumber", 512, kSettingNeverRead, 103),
+    Switch("BestPalette", 0),
 
     // Style000
     Number("Style000FillOpacity", 255),

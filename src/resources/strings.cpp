@@ -24,6 +24,7 @@ constexpr TextRow kTexts[] = {
     {kTextFirstPalette + 6, "256-color orthogonal"},
     {kTextFirstPalette + 7, "256-color with gray"},
     {kTextFirstPalette + 8, "256 gray levels"},
+    {kTextBestPalette, "Best colors"},
     {kTextProgramTitle, "Glyphmotion #4"},
     {kTextUnregisteredSuffix, " [UNREGISTERED COPY]"},
     {kTextInternalError, "Internal error"},

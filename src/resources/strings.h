@@ -19,6 +19,7 @@ constexpr int kTextMemoryError = 6;  ///< the general failure text
 
 // The palettes of the Palette combo, in its order: kTextFirstPalette + n.
 constexpr int kTextFirstPalette = 1600;
+constexpr int kTextBestPalette = 1609;  ///< the combo's last entry: a palette made for the animation
 
 // The program itself and its start.
 constexpr int kTextProgramTitle = 2000;

@@ -13,6 +13,7 @@
 #include "effects/effect_table.h"
 #include "image/best_palette.h"
 #include "image/fixed_palettes.h"
+#include "image/palette_error.h"
 #include "image/quantise.h"
 #include "image/remap.h"
 #include "image/supercompress.h"
@@ -49,8 +50,11 @@ RunOptions ReadOptions(const Dialog& dialog, bool test) {
   const EffectDescriptor& effect = EffectRow(options.effectIndex);
   options.alpha = !test && ReadCheck(dialog, ControlId::AlphaTransparency);
   options.trueColour = ReadCheck(dialog, MainControl::TrueColour) || options.alpha;
-  options.bestPalette = CurrentPaletteRun().best;
-  options.customPalette = options.bestPalette || ReadCheck(dialog, MainControl::CustomPalette);
+  options.customPalette = ReadCheck(dialog, MainControl::CustomPalette);
+  const PaletteRun::Kind kind = CurrentPaletteRun().kind;
+  options.bestPalette = kind == PaletteRun::Kind::Dialog ? !options.customPalette && NumberVariable("BestPalette") != 0
+                                                         : kind == PaletteRun::Kind::Best;
+  options.customPalette |= options.bestPalette || kind == PaletteRun::Kind::Automatic;
   options.dither = ReadCheck(dialog, MainControl::Dither);
   options.supercompress = ReadCheck(dialog, MainControl::Supercompress) && !options.trueColour;
   const auto refusal = static_cast<std::int32_t>(effect.transparentColourFunction(dialog, 1));
@@ -182,7 +186,15 @@ class Run {
   }
 
   bool Quantise(int& count) {
-    if (!options_.bestPalette) return QuantiseFrames(Frames(), count, palette_);
+    if (!options_.bestPalette) {
+      const int wanted = count;
+      if (!QuantiseFrames(Frames(), count, palette_)) return false;
+      if (CurrentPaletteRun().kind != PaletteRun::Kind::Automatic) return true;
+      const std::optional<double> error = PaletteError(Frames(), palette_, count);
+      if (!error || *error <= kErrorOf45Decibels) return error.has_value();
+      options_.bestPalette = true;
+      count = wanted;
+    }
     // Masked pixels get the reserved entry. Diffusion still needs their colour: it would spread the error of another.
     const bool diffuses = options_.dither && CurrentPaletteRun().dithering != Dithering::Ordered;
     std::optional<Rgb> reserved;

@@ -11,7 +11,7 @@ namespace glyphmotion {
 /// What a host can ask of a run's palette beyond the dialog's controls; a member of the run's state. Set before the
 /// dialog opens.
 struct PaletteRun {
-  bool best = false;  ///< BestPalette instead of what the dialog says
+  enum class Kind { Dialog, Best, Automatic } kind = Kind::Dialog;  ///< what it is made by: see Job::Palette
   int colours = 256;  ///< most entries of a custom or best palette, 2 to 256, a reserved one included
   Dithering dithering = Dithering::Diffuse;  ///< where Dither is on
 };

@@ -45,6 +45,7 @@ namespace {
 using namespace MainControl;
 
 constexpr int kSampleTimer = 15, kAboutTimer = 16;
+constexpr int kBestPaletteItem = kFixedPaletteCount;  // in the Palette combo
 constexpr int kTextLimit = 260, kTitleLimit = 260;
 constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
 constexpr int kFirstOptionOfTheSample = 50;  // options with lower ids do not affect the sample
@@ -58,7 +59,8 @@ struct MainDialogState {
   bool settingsLoaded = false;  ///< what was not loaded must not be saved
   int effect = -1;              // the effect of the visible panel
   bool repaintPosted = false;
-  bool running = false;  // a Build or a Test
+  bool running = false;            // a Build or a Test
+  std::uint32_t fixedPalette = 0;  // number of the last fixed palette
   int fileDialogWidth = 0, fileDialogHeight = 0;
   AboutLetters aboutLetters;
   unsigned aboutTick = 0;
@@ -338,7 +340,21 @@ void FillFonts(Dialog& dialog) {
 
 void FillPalettes(Dialog& dialog) {
   for (int i = 0; i < kFixedPaletteCount; ++i) AddItem(dialog, MainControl::Palette, LoadText(kTextFirstPalette + i));
-  SetSelection(dialog, MainControl::Palette, static_cast<int>(NumberVariable("MainPalette")));
+  const std::uint32_t fixed = NumberVariable("MainPalette");
+  AddItem(dialog, MainControl::Palette, LoadText(kTextBestPalette));
+  const bool known = fixed < kFixedPaletteCount;
+  const int item = NumberVariable("BestPalette") ? kBestPaletteItem : known ? static_cast<int>(fixed) : -1;
+  SetSelection(dialog, MainControl::Palette, item);
+  State().fixedPalette = fixed;
+}
+
+// The item after the fixed palettes has a key of its own; MainPalette keeps the number of a fixed one.
+void StorePalette(Dialog& dialog) {
+  const bool best = GetSelection(dialog, MainControl::Palette) == kBestPaletteItem;
+  VariableOf("BestPalette").number = best;
+  std::uint32_t& fixed = VariableOf("MainPalette").number;
+  std::uint32_t& last = State().fixedPalette;
+  (best ? fixed : last) = best ? last : fixed;
 }
 
 // True colour only if the host's format supports it.
@@ -430,6 +446,7 @@ void Refresh(Dialog& dialog) {
   ShowPanel(dialog, ChosenEffect(dialog));
   EnableBuild(dialog);
   EnablePalette(dialog);
+  StorePalette(dialog);
   RepaintSample(dialog);
 }
 
@@ -456,6 +473,7 @@ void OnPalette(Dialog& dialog, int code) {
   if (code != kSelectionChanged) return;
   VariableOf("MainPalette").number =
       static_cast<std::uint32_t>(std::max(GetSelection(dialog, MainControl::Palette), 0));
+  StorePalette(dialog);
 }
 
 void OnText(Dialog& dialog, int code) {

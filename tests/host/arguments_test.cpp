@@ -157,9 +157,11 @@ TEST(Arguments, TheRestOfTheJob) {
   EXPECT_EQ(Parse({"--save-document", "a.GM4"}).arguments->job.action, Job::Action::None);
   EXPECT_EQ(Parse({"Hi", "--sample", "-o", "a.png"}).arguments->job.action, Job::Action::Sample);
   EXPECT_EQ(Parse({"Hi", "-o", "a.webp", "--lossy", "80"}).arguments->lossyQuality, 80);
+  const auto small = Parse({"Hi", "-o", "a.gif", "--lossy", "200", "--max-bytes", "5000"}).arguments;
+  EXPECT_TRUE(small && small->lossyQuality == 200 && small->maxBytes == 5000);
   const Job best =
       Parse({"Hi", "-o", "a.png", "--palette", "best", "--colors", "9", "--dither=ordered"}).arguments->job;
-  EXPECT_TRUE(best.bestPalette && best.colours == 9 && best.dithering == Job::Dithering::Ordered);
+  EXPECT_TRUE(best.palette == Job::Palette::Best && best.colours == 9 && best.dithering == Job::Dithering::Ordered);
   EXPECT_EQ(Final(best, "Truecolour"), "0");
   EXPECT_EQ(Parse({"--list", "keys"}).arguments->list, ListKind::Keys);
 }
@@ -175,7 +177,7 @@ TEST(Arguments, OptionsThatChangeNothingBesideOthersAreNoted) {
   EXPECT_EQ(notes({"Hi", "-o", "a.gif", "--delay", "85ms"}).size(), 1u);
   EXPECT_EQ(notes({"Hi", "-o", "a.png", "--dither", "--palette", "bw", "--alpha", "--true-color"}).size(), 4u);
   for (const Words& meant : {Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "custom", "--dither"},
-                             Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "best", "--colors", "5"},
+                             Words{"Hi", "-o", "a.gif", "--transparent", "--palette", "auto", "--colors", "5"},
                              Words{"Hi", "-o", "a.png", "--fps", "25", "--pause", "85ms"},
                              Words{"Hi", "-o", "a.png", "--palette", "bw", "--dither"}})
     EXPECT_EQ(notes(meant), Notes{});
@@ -250,7 +252,12 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--true-color"}, {"--true-color", ".png"}},
       {{"Hi", "-o", "a.gif", "--alpha"}, {"--alpha", "--transparent"}},
       {{"Hi", "-o", "a.png", "--transparent"}, {"--transparent", "--alpha"}},
-      {{"Hi", "-o", "a.png", "--lossy", "5"}, {".webp"}},
+      {{"Hi", "-o", "a.png", "--lossy", "5"}, {".gif, .webp"}},
+      {{"Hi", "-o", "a.webp", "--lossy", "101"}, {"0 to 100"}},
+      {{"Hi", "-o", "a.gif", "--lossy", "201"}, {"0 to 200"}},
+      {{"Hi", "-o", "a.png", "--max-bytes", "9999"}, {".gif"}},
+      {{"Hi", "-o", "a.gif", "--max-bytes", "0"}, {"1 to"}},
+      {{"Hi", "-o", "a.gif", "--max-bytes", "9999", "--sample"}, {"--sample"}},
       {{"Hi", "-o", "a.gif", "--document", "/no/such.GM4"}, {"/no/such.GM4"}},
       {{"Hi", "-o", "a.gif", "--refuse", "image:0"}, {"1 to"}},
       {{"Hi", "-o", "a.gif", "--host", "gif"}, {"palette, truecolor or both"}},

@@ -260,7 +260,7 @@ PlainRun ExpectPlainRun(Job job, const Choice& choice) {
   std::vector<PackedDib> frames;
   for (const auto& bytes : Record(job).pixels) frames.push_back(DibOf(bytes));
   for (const Job::Setting& setting : SettingsOf(choice)) job.settings.push_back(setting);
-  job.bestPalette = choice.best;
+  if (choice.best) job.palette = Job::Palette::Best;
   job.colours = choice.colours;
   job.dithering = static_cast<Job::Dithering>(choice.dithering);
   const Calls calls = Record(job);
@@ -312,6 +312,18 @@ TEST(BuildDriver, BestPalettesFewerColoursAndOtherDithersGiveThePlainRun) {
     job.fill = bit(i, 3) ? "gradient:#00ff00-#ff00ff" : "#000000";
     ExpectPlainRun(job, choice);
     ASSERT_FALSE(HasFailure()) << material << ", choice " << i;
+  }
+  // The octree keeps these colours well, but not in four entries.
+  for (const int colours : {256, 4}) {
+    Job job = PaletteJob({{"14", "1"}});
+    job.fill = "gradient:#00ff00-#ff00ff";
+    job.colours = colours;
+    const auto octree = Record(job).pixels;
+    job.palette = Job::Palette::Best;
+    const auto best = Record(job).pixels;
+    job.palette = Job::Palette::Automatic;
+    EXPECT_EQ(Record(job).pixels == octree, colours == 256);
+    EXPECT_EQ(Record(job).pixels == best, colours == 4);
   }
   Job wrong = PaletteJob();
   for (wrong.colours = 1; wrong.colours < 300; wrong.colours += 256)

@@ -164,6 +164,17 @@ TEST_F(MainDialogTest, OptionsKeepEachOtherInBounds) {
     Click(dialog, CustomPalette);
     Choose(dialog, MainControl::Palette, 3);
     EXPECT_EQ(NumberVariable("MainPalette"), 3u);
+    ASSERT_EQ(ItemText(dialog, MainControl::Palette, 9), "Best colors");
+    Choose(dialog, MainControl::Palette, 9);
+    EXPECT_EQ(NumberVariable("MainPalette") + 10 * NumberVariable("BestPalette"), 13u) << "a key of its own";
+    // A document that has it, one of old, and one with a number that no item has.
+    const std::string document = DocumentText(dialog, {});
+    ASSERT_NE(document.find("CMBBOX13=9"), std::string::npos);
+    for (const auto& [line, stored] : {std::pair("CMBBOX13=5", 5u), {"CMBBOX13=9", 15u}, {"CMBBOX13=44", 0u}}) {
+      std::string other = document;
+      ASSERT_TRUE(TakeDocumentText(dialog, other.replace(other.find("CMBBOX13=9"), 10, line)));
+      EXPECT_EQ(NumberVariable("MainPalette") + 10 * NumberVariable("BestPalette"), stored) << line;
+    }
   });
 }
 

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "host/render/size_limit.h"
+
+#include <algorithm>
+
+#include "host/render/picture_output.h"
+
+namespace glyphmotion {
+namespace {
+
+struct Step {
+  int loss, colours;
+  bool halfRate;
+};
+
+// From the finest to the smallest; the order of what is missed least.
+constexpr Step kSteps[] = {{20, 256, false}, {40, 256, false}, {70, 256, false}, {100, 128, false},
+                           {140, 64, false}, {200, 32, false}, {40, 256, true},  {80, 128, true},
+                           {120, 64, true},  {200, 32, true},  {200, 16, true}};
+
+std::string Saying(const Step& step, const Job& job, double lossy) {
+  std::string text;
+  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  if (step.loss > lossy) add("--lossy " + std::to_string(step.loss));
+  if (step.colours < job.colours) add("--colors " + std::to_string(step.colours));
+  if (step.halfRate) add("every second frame left out");
+  return text;
+}
+
+FittedPictures Try(Job job, const Step& step, double lossy, const Sink& sink) {
+  FittedPictures made;
+  job.colours = std::min(job.colours, step.colours);
+  // Frames that show the ones before them through would miss those that are left out.
+  if (step.halfRate && job.paletteFormat) job.settings.emplace_back("MainSupercompress", "0");
+  PictureOutput pictures(job, FindFormat(".gif"), {std::max(lossy, double(step.loss)), step.halfRate},
+                         Output::Memory(made.bytes));
+  made.result = Render(job, pictures.Attach(sink));
+  made.trouble = pictures.Finish(made.result);
+  if (made.trouble.empty() && !pictures.Kept()) made.trouble = "the run was interrupted";
+  made.width = pictures.width;
+  made.height = pictures.height;
+  made.frames = step.halfRate ? (made.result.images + 1) / 2 : made.result.images;
+  return made;
+}
+
+}  // namespace
+
+FittedPictures RenderWithin(const Job& job, double lossy, std::size_t mostBytes, const Sink& sink) {
+  FittedPictures best = Try(job, {-1, job.colours, false}, lossy, sink);
+  if (!best.trouble.empty() || best.bytes.size() <= mostBytes) return best;
+  std::size_t smallest = best.bytes.size();
+  const Step* fits = nullptr;
+  // Files shrink along the steps, or nearly so: the first one that fits, by bisection.
+  for (const Step *from = std::begin(kSteps), *to = std::end(kSteps); from < to;) {
+    const Step* middle = from + (to - from) / 2;
+    FittedPictures made = Try(job, *middle, lossy, sink);
+    if (!made.trouble.empty()) return made;
+    smallest = std::min(smallest, made.bytes.size());
+    if (made.bytes.size() > mostBytes) {
+      from = middle + 1;
+      continue;
+    }
+    best = std::move(made);
+    fits = to = middle;
+  }
+  if (fits) {
+    best.result.notes.push_back("to fit " + std::to_string(mostBytes) + " bytes: " + Saying(*fits, job, lossy) + " (" +
+                                std::to_string(best.bytes.size()) + " bytes)");
+    return best;
+  }
+  best.bytes.clear();
+  best.trouble = "no file of " + std::to_string(mostBytes) + " bytes can be made; the smallest found has " +
+                 std::to_string(smallest) +
+                 " bytes: allow that, or choose a smaller size, fewer frames or plainer fills";
+  return best;
+}
+
+}  // namespace glyphmotion
