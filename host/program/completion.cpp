@@ -141,7 +141,7 @@ std::string ZshCompletion() {
   }
   return "#compdef glyphmotion\n_glyphmotion_first() {\n  local -a commands=(" + commands.substr(1) +
          ")\n  _describe command commands\n}\nif ((CURRENT > 2)); then\n  case $words[2] in\n" + cases +
-         "  esac\nfi\n_arguments" + ZshSpecs(OptionRows()) + " \\\n    '1:text:_glyphmotion_first' '*:text:'\n";
+         "  esac\nfi\n_arguments" + ZshSpecs(OptionRows()) + " \\\n    '1:text:_glyphmotion_first'\n";
 }
 
 // --- fish

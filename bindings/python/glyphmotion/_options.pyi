@@ -43,6 +43,7 @@ class Options(TypedDict, total=False):
     colors: int
     dither: Union[bool, Literal["stable", "ordered"]]
     effort: int
+    max_bytes: int
     true_color: bool
     supercompress: bool
     transparent: bool
@@ -50,7 +51,6 @@ class Options(TypedDict, total=False):
     alpha: bool
     alpha_background: bool
     lossy: int
-    effort: int
     threads: int
     sample: bool
     add_comment: bool
