@@ -256,7 +256,11 @@ bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Js
   }
   if (op == "apply") {
     const std::string look = TextIn(event, "look");
-    if (IsLook(look)) Apply(dialog, {"--look", look}, false);
+    if (!IsLook(look)) return true;
+    // As its picture shows it: nothing of what was chosen before but the text.
+    const std::string text = GetText(dialog, ControlId::Text);
+    TakeLines(dialog, LinesThatDiffer(document_, blank_));
+    Apply(dialog, {"--look", look, "--set", "MainText=" + text}, false);
     touched_ = true;
     return true;
   }

@@ -31,7 +31,7 @@ class PageSession {
     std::string key;                 ///< names the session: letters and digits
     std::string path;                ///< a document to open first; empty: none
     std::vector<std::string> words;  ///< options of the command line that a new document begins with
-    Json looks = Json::array();      ///< what the page offers as looks: {name}
+    Json looks = Json::array();      ///< what the page offers as looks: {name, about}
   };
 
   PageSession(const PageServices& services, DocumentStore& store, Start start, SendMessage send);

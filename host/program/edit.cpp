@@ -15,6 +15,7 @@
 #include "host/options/arguments.h"
 #include "host/page/page_server.h"
 #include "host/page/scratch.h"
+#include "host/program/looks.h"
 #include "host/program/program.h"
 #include "host/render/image_loader.h"
 #include "platform/folders.h"
@@ -116,6 +117,7 @@ std::string Edit(const std::vector<std::string>& words, const std::function<bool
   options.storeFolder = SettingsFolder() + "page/";
   options.path = read->path;
   options.words = kWelcome;
+  for (const auto& [name, about] : Looks()) options.looks.push_back({{"name", name}, {"about", about}});
   options.interrupted = interrupted;
   options.ready = [&](const std::string& address) {
     std::printf("%s\n", address.c_str());

@@ -205,6 +205,17 @@ test('What is downloaded is what the program makes of the saved document, and th
   }
 });
 
+test('A look replaces everything but the text, and undo brings it back', async () => {
+  const {text, effect} = await state(page);
+  await page.locator('#looks .tile', {hasText: 'gold'}).click();
+  await becomes(async () => (await state(page)).effect, 'Laser');
+  assert.equal((await state(page)).text, text);
+  await becomes(async () => (await facts(page, 57)).text, '92');
+  await page.click('#undo');
+  await becomes(async () => (await state(page)).effect, effect);
+  assert.deepEqual(page.said, []);
+});
+
 test('Undo goes back over 50 random changes, and redo on again', async () => {
   let seed = 12345;
   const random = n => (seed = (seed * 1103515245 + 12345) & 0x7fffffff) % n;

@@ -54,6 +54,9 @@ export class Gallery {
     /** @type {Map<string, Tile>} */
     this.looks = new Map();
     this.wanted = '';
+    this.text = '';
+    /** @type {Map<string, string>}  the text that a look's picture shows */
+    this.lookTexts = new Map();
     this.timer = 0;
     this.current = -1;
     this.keep = byId('keep');
@@ -67,7 +70,9 @@ export class Gallery {
     this.effects = hello.effects.map((/** @type {string} */ name, /** @type {number} */ index) => new Tile(name, () => this.choose(index), true));
     byId('effects').replaceChildren(...this.effects.map(tile => tile.element));
     for (const look of hello.looks) {
-      this.looks.set(look.name, new Tile(look.title || look.name, () => this.model.post({op: 'apply', look: look.name}), false));
+      const tile = new Tile(look.name, () => this.model.post({op: 'apply', look: look.name}), false);
+      tile.element.title = look.about;
+      this.looks.set(look.name, tile);
     }
     byId('looks').replaceChildren(...[...this.looks.values()].map(tile => tile.element));
     byId('looks-shelf').hidden = this.looks.size === 0;
@@ -115,14 +120,16 @@ export class Gallery {
     const text = shortText(this.model.document.text || '') || 'Text';
     const key = `${this.model.document.revision}`;
     this.wanted = key;
+    this.text = text;
     const order = this.effects.map((_, i) => i).sort((a, b) => Number(b === this.current) - Number(a === this.current));
     this.model.post({op: 'thumbs', key, width: kWidth, height: kHeight, text, keep: this.keep.checked, effects: order,
-      looks: [...this.looks.keys()]}, this.model.main);
+      looks: [...this.looks.keys()].filter(name => this.lookTexts.get(name) !== text)}, this.model.main);
   }
 
   /** @param {any} message  of type thumb @param {Uint8Array} payload */
   show(message, payload) {
     const tile = message.look === undefined ? this.effects[message.effect] : this.looks.get(message.look);
+    if (message.look !== undefined && message.key === this.wanted) this.lookTexts.set(message.look, this.text);
     if (tile) tile.show(message, payload);
   }
 }
