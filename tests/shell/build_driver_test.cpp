@@ -299,13 +299,13 @@ TEST(BuildDriver, EveryChoiceOfOptionsGivesThePlainRun) {
 TEST(BuildDriver, BestPalettesFewerColoursAndOtherDithersGiveThePlainRun) {
   const std::pair<const char*, Colour> backgrounds[] = {
       {"#ffffff", 0xFFFFFF}, {"#204060", 0x604020}, {"gradient:#ff8000-#0000ff", kNoColour}};
-  const int colours[] = {256, 2, 3, 16, 40, 255};
+  const int limits[] = {256, 2, 3, 16, 40, 255};
   const auto bit = [](int number, int i) { return (number >> i & 1) != 0; };
   for (int i = 0; i < 96; ++i) {
     const auto& [material, colour] = backgrounds[i % 3];
     Choice choice = {false, true, i % 5 < 3, bit(i, 0), bit(i, 1), bit(i, 2), colour};
     choice.best = i % 4 != 0;
-    choice.colours = colours[i % 6];
+    choice.colours = limits[i % 6];
     choice.dithering = static_cast<Dithering>(i % 5 % 3);
     Job job = PaletteJob({{"22", i % 7 ? "1" : "0"}, {"MainAntialias", bit(i, 4) ? "1" : "0"}});
     job.background = material;
