@@ -22,7 +22,7 @@ configure_file(${host_folder}/host.rc.in ${CMAKE_BINARY_DIR}/host.rc @ONLY)
 file(GLOB windows_host_sources CONFIGURE_DEPENDS host/windows/*.cpp host/recording/*.cpp
   host/encoders/gif_*.cpp)
 add_executable(glyphmotion_windows_host WIN32 ${windows_host_sources}
-  host/encoders/dib_reader.cpp host/encoders/lzw.cpp host/encoders/screen.cpp
+  host/encoders/dib_reader.cpp host/encoders/lzw.cpp host/encoders/lzw_lossy.cpp host/encoders/screen.cpp
   ${CMAKE_BINARY_DIR}/host.rc)
 set_target_properties(glyphmotion_windows_host PROPERTIES OUTPUT_NAME glyphmotion-host)
 set_source_files_properties(${CMAKE_BINARY_DIR}/host.rc PROPERTIES OBJECT_DEPENDS
