@@ -48,10 +48,11 @@ int Build(EffectContext& context) noexcept {
     // The peak is held for a second frame, which reports the same step as the first.
     for (int j = 0; j < half; ++j) plan.push_back({1.0 - static_cast<double>(j) / half, delay, half + j, {}});
     plan.push_back({0, delay + pause, {}, {}});
-    return AppendPhases<ElasticParams>(context, Render, plan, total, [&](ElasticParams& lane, double phase) {
-      lane.energy = params.energy;
-      lane.phase = phase;
-    });
+    return AppendPhases<ElasticParams>(context, Render, plan, total,
+                                       [energy = params.energy](ElasticParams& lane, double phase) {
+                                         lane.energy = energy;
+                                         lane.phase = phase;
+                                       });
   });
 }
 
