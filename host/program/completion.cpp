@@ -100,9 +100,9 @@ std::string ZshText(const char* text) {
   return out;
 }
 
-std::string ZshSpecs(std::span<const OptionRow> rows) {
-  std::string specs;
-  const auto add = [&](const std::string& spec) { specs += " \\\n    " + spec; };
+std::string ZshArguments(std::span<const OptionRow> rows) {
+  std::string arguments;
+  const auto add = [&](const std::string& argument) { arguments += " \\\n    " + argument; };
   for (const OptionRow& row : rows) {
     const std::string name = LongName(row), negative = NegativeName(row), lister = Lister(name);
     const std::string help = "[" + ZshText(row.help) + "]";
@@ -124,7 +124,7 @@ std::string ZshSpecs(std::span<const OptionRow> rows) {
     }
     if (!negative.empty()) add(Quoted(negative + help));
   }
-  return specs;
+  return arguments;
 }
 
 std::string ZshCompletion() {
@@ -136,12 +136,12 @@ std::string ZshCompletion() {
     if (!lister.empty()) action += " $(" + lister + ")";
     if (command.takesFile) action += action.empty() ? "_files" : "; _files";
     if (name == "batch")
-      action = "shift words; ((CURRENT--)); _arguments" + ZshSpecs(BatchRows()) + " \\\n    '1:jobs:_files'";
+      action = "shift words; ((CURRENT--)); _arguments" + ZshArguments(BatchRows()) + " \\\n    '1:jobs:_files'";
     if (!action.empty()) cases += "  " + name + ") " + action + "; return ;;\n";
   }
   return "#compdef glyphmotion\n_glyphmotion_first() {\n  local -a commands=(" + commands.substr(1) +
          ")\n  _describe command commands\n}\nif ((CURRENT > 2)); then\n  case $words[2] in\n" + cases +
-         "  esac\nfi\n_arguments" + ZshSpecs(OptionRows()) + " \\\n    '1:text:_glyphmotion_first'\n";
+         "  esac\nfi\n_arguments" + ZshArguments(OptionRows()) + " \\\n    '1:text:_glyphmotion_first'\n";
 }
 
 // --- fish
