@@ -65,11 +65,11 @@ TEST(ParseMaterial, Fountains) {
                 {"#f00,#0f0@0,#00f", 0x0000FF, {MakeMarker(1, 0x00FF00)}},
                 {"#f00@9,#0f0@0,#00f@0", 0x00FF00, {MakeMarker(1, 0xFF0000), MakeMarker(9, 0x0000FF)}}};
   for (const auto& row : atZero) {
-    const FountainSpec fountain = Parse(std::string("fountain:") + row.stops).material.Fountain;
-    EXPECT_EQ(+fountain.StartColour, row.start) << row.stops;
-    EXPECT_EQ(+fountain.EndColour, 0xFF0000u) << row.stops;
-    const std::uint32_t* end = fountain.Markers + fountain.MarkerCount;
-    EXPECT_EQ(std::vector<std::uint32_t>(fountain.Markers, end), row.markers) << row.stops;
+    const FountainSpec made = Parse(std::string("fountain:") + row.stops).material.Fountain;
+    EXPECT_EQ(+made.StartColour, row.start) << row.stops;
+    EXPECT_EQ(+made.EndColour, 0xFF0000u) << row.stops;
+    const std::uint32_t* end = made.Markers + made.MarkerCount;
+    EXPECT_EQ(std::vector<std::uint32_t>(made.Markers, end), row.markers) << row.stops;
   }
 }
 
