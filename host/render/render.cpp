@@ -325,7 +325,7 @@ std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settin
   if (!std::filesystem::exists(path, code)) return {};
   if (!std::filesystem::is_regular_file(path, code))
     return "'" + path + "' is not a regular file; name a settings file";
-  const std::optional<std::string> bytes = ReadWholeFile(path);
+  const std::optional<std::string> bytes = ReadFileIfAny(path);
   if (!bytes || (!bytes->empty() && bytes->find("[PlugIn]") == std::string::npos))
     return "'" + path + "' is not a settings file of this program and would be overwritten; name another one";
   settings = SummariseSettings(*bytes);

@@ -496,7 +496,9 @@ void InitialiseFountain(Dialog& dialog, int id, bool ownFile, const FountainSpec
   if (!block) return;
   {
     const LockedBlock<FountainSpec> fountain(block.Handle());
-    const auto bytes = ownFile && !IsShiftDown() ? ReadWholeFile(FountainPath(id)) : std::nullopt;
+    std::string why;
+    const auto bytes = ownFile && !IsShiftDown() ? ReadWholeFile(FountainPath(id), kLargestFile, &why) : std::nullopt;
+    if (why == kNoMemoryReason) return;  // a default fountain would be saved over the file
     if (bytes && bytes->size() >= sizeof(FountainSpec) && bytes->starts_with("TESSFOUN")) {
       std::memcpy(fountain.get(), bytes->data(), sizeof(FountainSpec));
     } else if (initial) {

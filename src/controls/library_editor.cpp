@@ -189,7 +189,7 @@ bool OpenTextureEditor(Dialog* owner, TextureEditor& editor, const TextureSpec& 
   return ChooseTextureGroup(owner, editor, name);
 }
 
-bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name) {
+bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string& name) try {
   const std::string fileName = FileToChoose(name, "FFT", kTextureLibraryName);
   if (!IsInHand(editor, fileName)) {
     TextureLibrary group;
@@ -200,6 +200,8 @@ bool ChooseTextureGroup(Dialog* owner, TextureEditor& editor, const std::string&
   }
   Current().textures = fileName;
   return true;
+} catch (const std::bad_alloc&) {
+  return Refuse(owner, kTextMemoryError);
 }
 
 bool SelectTexture(TextureEditor& editor, int i) {

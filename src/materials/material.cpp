@@ -142,8 +142,8 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
   return valid ? std::move(block) : MovableBlock{};
 }
 
-bool ReadMaterialFile(const std::string& path, Material& material) noexcept {
-  const std::optional<std::string> bytes = ReadWholeFile(path);
+bool ReadMaterialFile(const std::string& path, Material& material) {
+  const std::optional<std::string> bytes = ReadFileIfAny(path);
   if (!bytes || bytes->size() < kDiskBytes || bytes->compare(0, kSignatureBytes, kSignature) != 0) return false;
   FromDisk(material, reinterpret_cast<const std::uint8_t*>(bytes->data()));
   material.Preview = 0;
@@ -152,7 +152,7 @@ bool ReadMaterialFile(const std::string& path, Material& material) noexcept {
   return true;
 }
 
-MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile) noexcept {
+MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile) noexcept try {
   MovableBlock block(AllocateBlock(sizeof(Material)));
   const LockedBlock<Material> material(block.Handle());
   if (!material) return block;
@@ -160,6 +160,8 @@ MovableBlock LoadMaterial(const std::string& path, Colour colour, bool readFile)
   if (readFile) ReadMaterialFile(path, *material);
   LoadTileOf(material->Tile);
   return block;
+} catch (const std::bad_alloc&) {
+  return {};
 }
 
 bool SaveMaterial(BlockHandle block, const std::string& path) noexcept {

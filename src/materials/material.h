@@ -132,8 +132,8 @@ std::string HexEncode(const void* bytes, std::size_t count);
 MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept;
 
 /// Reads a .mtrl file (1270 bytes) into the record, with its handles empty and neither face nor arrow pressed. False,
-/// and the record as it was, when the file is missing, short or foreign.
-bool ReadMaterialFile(const std::string& path, Material& material) noexcept;
+/// and the record as it was, when the file is missing, short or foreign. Throws std::bad_alloc when out of memory.
+bool ReadMaterialFile(const std::string& path, Material& material);
 
 /// A new material from a .mtrl file (1270 bytes), or the defaults with `colour` when the file is missing, short or
 /// foreign, or `readFile` is false. Nothing only when out of memory. Loads the tile of a stored path.

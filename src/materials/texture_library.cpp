@@ -240,37 +240,33 @@ const std::vector<TextureField>& TextureFields() {
   return fields;
 }
 
-bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexcept {
-  try {
-    const auto bytes = ReadWholeFile(path);
-    const std::string text = bytes ? TextFromBytes(*bytes) : std::string();
-    std::string_view line, key;
-    Lines lines(text);
-    if (!lines.Next(line) || line != kSignature) return false;
-    library.textures.clear();
-    std::string value;
-    bool inItem = false;
-    NamedTexture texture;
-    while (lines.Next(line)) {
-      if (!inItem && EqualsIgnoringCase(line, ":BEGINITEM")) {
-        inItem = true;
-        texture.name.clear();
-        DefaultTextureSpec(texture.parameters);
-      } else if (EqualsIgnoringCase(line, ":ENDITEM")) {
-        if (inItem) library.textures.push_back(texture);
-        inItem = false;
-      } else if (SplitLine(line, key, value)) {
-        if (inItem) {
-          SetField(texture, key, value);
-        } else if (EqualsIgnoringCase(key, "Writeable")) {
-          library.writeable = std::atol(value.c_str()) != 0;
-        }
+bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) {
+  const auto bytes = ReadFileIfAny(path);
+  const std::string text = bytes ? TextFromBytes(*bytes) : std::string();
+  std::string_view line, key;
+  Lines lines(text);
+  if (!lines.Next(line) || line != kSignature) return false;
+  library.textures.clear();
+  std::string value;
+  bool inItem = false;
+  NamedTexture texture;
+  while (lines.Next(line)) {
+    if (!inItem && EqualsIgnoringCase(line, ":BEGINITEM")) {
+      inItem = true;
+      texture.name.clear();
+      DefaultTextureSpec(texture.parameters);
+    } else if (EqualsIgnoringCase(line, ":ENDITEM")) {
+      if (inItem) library.textures.push_back(texture);
+      inItem = false;
+    } else if (SplitLine(line, key, value)) {
+      if (inItem) {
+        SetField(texture, key, value);
+      } else if (EqualsIgnoringCase(key, "Writeable")) {
+        library.writeable = std::atol(value.c_str()) != 0;
       }
     }
-    return true;
-  } catch (...) {
-    return false;
   }
+  return true;
 }
 
 bool WriteTextureLibrary(const std::string& path, const TextureLibrary& library, const LibraryStamp& stamp,

@@ -32,8 +32,8 @@ struct TextureLibrary {
 };
 
 /// False, with `library` as it was, when the file cannot be read or does not begin with the signature. Unknown keys are
-/// skipped, missing ones keep their defaults.
-bool ReadTextureLibrary(const std::string& path, TextureLibrary& library) noexcept;
+/// skipped, missing ones keep their defaults. Throws std::bad_alloc when out of memory.
+bool ReadTextureLibrary(const std::string& path, TextureLibrary& library);
 
 /// Writes the group, after a copy of the old file as path + ".bak". The file is marked writeable unless `primary`. An
 /// empty group gives an empty file.

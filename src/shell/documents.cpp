@@ -124,7 +124,7 @@ int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges&
 }
 
 int LoadDocument(Dialog& dialog, const std::string& path) noexcept try {
-  const auto bytes = ReadWholeFile(path);
+  const auto bytes = ReadFileIfAny(path);
   if (bytes && TakeDocumentText(dialog, TextFromBytes(*bytes))) return 1;
   Report(dialog, bytes ? kTextDocumentDamaged : kTextDocumentNotOpened);
   return 0;

@@ -95,6 +95,8 @@ Function Next(Function, const char* name) {
     return real arguments;                         \
   }
 
+// No header declares all of them as visible outside of this library.
+#pragma GCC visibility push(default)
 extern "C" {
 
 void* malloc(std::size_t bytes) { return Fails() ? nullptr : __libc_malloc(bytes); }
@@ -154,3 +156,4 @@ void FT_Add_Default_Modules(FT_Library library) {
   real(library);
 }
 }
+#pragma GCC visibility pop
