@@ -336,7 +336,9 @@ std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settin
 std::string WriteSettings(const Job& job, const ScriptedUser& user) {
   if (job.settingsFile.empty() || !user.Values()) return {};
   const std::string_view remark = user.Values()->ForSettings();
-  if (AtomicWriteFile(job.settingsFile, SettingsText(remark))) return {};
+  std::string why;
+  if (AtomicWriteFile(job.settingsFile, SettingsText(remark), &why)) return {};
+  if (why == kNoMemoryReason) return kOutOfMemory;
   return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the free disk space";
 }
 

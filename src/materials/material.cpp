@@ -126,10 +126,10 @@ std::string HexEncode(const void* bytes, std::size_t count) {
   return text;
 }
 
-MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept {
+MovableBlock HexDecode(const std::string& text, std::size_t count) {
   MovableBlock block(AllocateBlock(count + 1));
   auto* bytes = static_cast<std::uint8_t*>(LockBlock(block.Handle()));
-  if (!bytes) return {};
+  if (!bytes) throw std::bad_alloc();
   bool valid = true;
   for (std::size_t i = 0; i < count && valid; ++i) {
     // The text ends at its first NUL, in either half of a pair.

@@ -128,8 +128,8 @@ Colour AverageBitmapColour(const PackedDib& bitmap) noexcept;
 /// Two capital hexadecimal digits a byte.
 std::string HexEncode(const void* bytes, std::size_t count);
 /// A new block of count + 1 bytes from pairs of digits; a text that ends early leaves a tail of zeros; any other
-/// character, nothing.
-MovableBlock HexDecode(const std::string& text, std::size_t count) noexcept;
+/// character, nothing. Throws std::bad_alloc when out of memory.
+MovableBlock HexDecode(const std::string& text, std::size_t count);
 
 /// Reads a .mtrl file (1270 bytes) into the record, with its handles empty and neither face nor arrow pressed. False,
 /// and the record as it was, when the file is missing, short or foreign. Throws std::bad_alloc when out of memory.

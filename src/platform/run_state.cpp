@@ -49,11 +49,6 @@ void* RunState::Keep(std::size_t slot, Node* node, void* value, void (*destroy)(
   return value;
 }
 
-RunState& ThreadState() noexcept {
-  thread_local RunState state;
-  return state;
-}
-
 RunState& CurrentRun() noexcept { return current.run ? *current.run : ThreadState(); }
 
 RandomGenerator& CurrentRandom() noexcept { return current.random ? *current.random : CurrentRun().random; }

@@ -115,7 +115,9 @@ bool TakeDocumentText(Dialog& dialog, std::string_view text) {
 }
 
 int SaveDocument(Dialog& dialog, const std::string& path, const DocumentChanges& changes) noexcept try {
-  if (AtomicWriteFile(path, DocumentText(dialog, changes))) return 1;
+  std::string why;
+  if (AtomicWriteFile(path, DocumentText(dialog, changes), &why)) return 1;
+  if (why == kNoMemoryReason) throw std::bad_alloc();
   Report(dialog, kTextDocumentNotCreated);
   return 0;
 } catch (const std::exception&) {

@@ -141,7 +141,7 @@ AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept
   begun.state_ = std::move(state);
   return begun;
 } catch (const std::exception&) {
-  why.assign("out of memory");
+  why.assign(kNoMemoryReason);
   return {};
 }
 
@@ -171,7 +171,7 @@ bool AtomicFile::Keep(std::string& why) noexcept try {
   if (const Descriptor folder = OpenFile(state->folder, O_RDONLY | O_DIRECTORY)) (void)fsync(*folder);
   return true;
 } catch (const std::exception&) {
-  why.assign("out of memory");
+  why.assign(kNoMemoryReason);
   return false;
 }
 

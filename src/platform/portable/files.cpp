@@ -90,6 +90,7 @@ bool AtomicWriteFile(const std::string& path, std::string_view bytes, std::strin
   file.Write(bytes);
   return file.Keep(reason);
 } catch (const std::exception&) {
+  if (why) why->assign(kNoMemoryReason);
   return false;
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <map>
+#include <new>
 #include <optional>
 #include <tuple>
 #include FT_MODULE_H
@@ -13,6 +14,7 @@
 #include <hb-ot.h>
 
 #include "platform/portable/font_families.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
@@ -55,10 +57,7 @@ struct Engine {
 };
 
 // Each thread has its own: FreeType's library and faces are for one thread at a time, and so nobody waits.
-Engine& TheEngine() {
-  thread_local Engine engine;
-  return engine;
-}
+Engine& TheEngine() { return ThreadState().Member<Engine>(); }
 
 // ---- Faces ----
 
@@ -299,9 +298,10 @@ bool OpenEngine() {
 
 void CountStart() { ++TheEngine().starts; }
 
-void CountStop() {
+void CountStop() noexcept try {
   Engine& engine = TheEngine();
   if (engine.starts > 0 && --engine.starts == 0) engine.Close();
+} catch (const std::bad_alloc&) {  // then there is no engine to stop
 }
 
 Face* OpenFace(const FaceKey& key) {

@@ -94,7 +94,7 @@ struct Selection {
 bool OpenEngine();
 /// Runs that use it; with the last one everything is closed.
 void CountStart();
-void CountStop();
+void CountStop() noexcept;
 FT_Library FreeTypeLibrary();
 /// Throws std::bad_alloc when an allocation of FreeType has failed since the last call.
 void RequireMemory();

@@ -214,7 +214,7 @@ AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept
   begun.state_ = std::move(state);
   return begun;
 } catch (const std::exception&) {
-  why.assign("out of memory");
+  why.assign(kNoMemoryReason);
   return {};
 }
 
@@ -239,7 +239,7 @@ bool AtomicFile::Keep(std::string& why) noexcept try {
   why = ReasonOf(state->error ? state->error : GetLastError());
   return false;
 } catch (const std::exception&) {
-  why.assign("out of memory");
+  why.assign(kNoMemoryReason);
   return false;
 }
 
@@ -271,6 +271,7 @@ bool AtomicWriteFile(const std::string& path, std::string_view bytes, std::strin
   file.Write(bytes);
   return file.Keep(reason);
 } catch (const std::exception&) {
+  if (why) why->assign(kNoMemoryReason);
   return false;
 }
 
