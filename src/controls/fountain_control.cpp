@@ -96,12 +96,12 @@ std::optional<FountainSpec> CopyOf(const Dialog& dialog, int id) {
   return fountain ? std::optional(*fountain) : std::nullopt;
 }
 
-// Nothing if there is no such handle.
+// Nothing if there is no such handle. The plus copies a packed field, to which no reference may be bound.
 std::optional<std::uint32_t> EntryOf(const FountainSpec& fountain, int index) {
-  if (index == kStartHandle) return fountain.StartColour;
-  if (index == kEndHandle) return fountain.EndColour;
+  if (index == kStartHandle) return +fountain.StartColour;
+  if (index == kEndHandle) return +fountain.EndColour;
   if (index < 0 || index >= MarkerCountOf(fountain)) return std::nullopt;
-  return fountain.Markers[index];
+  return +fountain.Markers[index];
 }
 
 void SetEntry(FountainSpec& fountain, int index, std::uint32_t entry) {
