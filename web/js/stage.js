@@ -127,7 +127,8 @@ export class Stage {
     this.fit();
     this.place.classList.remove('stale');
     this.place.dataset.revision = message.revision;
-    const parts = [`${message.width} × ${message.height}`, `${animation.count} ${animation.count === 1 ? 'frame' : 'frames'}`,
+    const rate = animation.count > 1 && message.delays[0] > 0 ? ` at ${Number((1000 / message.delays[0]).toFixed(1))} fps` : '';
+    const parts = [`${message.width} × ${message.height}`, `${animation.count} ${animation.count === 1 ? 'frame' : 'frames'}${rate}`,
       `${(animation.duration / 1000).toFixed(1)} s`, sizeText(message.bytes)];
     this.facts.replaceChildren(...parts.map(part => make('span', {}, part)), make('span', {class: 'ms'}, `built in ${message.ms} ms`),
       ...(message.notes || []).map((/** @type {string} */ note) => make('span', {class: 'note'}, note)));
