@@ -22,6 +22,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr const char* kUntitled = "untitled.gm4";
+constexpr std::size_t kLongestName = 200;  // bytes
 
 std::string FileName(const std::string& path) { return std::filesystem::path(path).filename().string(); }
 
@@ -182,7 +183,10 @@ void PageSession::NewDocument(Dialog& dialog) {
 
 bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::string& path,
                            const std::string& document, bool saved, const std::string* options) {
-  const std::string file = scratch_.Path() + "/opened.gm4";
+  const std::string own = FileName(name), folder = scratch_.Path() + "/opened/";
+  std::error_code code;
+  std::filesystem::create_directory(folder, code);
+  const std::string file = folder + (own.empty() || own.size() > kLongestName ? kUntitled : own);
   if (!WriteScratchFile(file, document)) return Notice("there is no room for the document; is the disk full?"), false;
   TakeLines(dialog, LinesThatDiffer(document_, blank_));
   const bool opened = Apply(dialog, {"--document", file}, true);
