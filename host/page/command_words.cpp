@@ -176,7 +176,7 @@ std::string ShellWord(const std::string& text) {
 }
 
 std::string CommandFor(const Dialog& dialog, const std::string& blank, const std::string& document,
-                       const std::string& name) {
+                       const std::vector<std::string>& options, const std::string& name) {
   const auto before = ValuesOf(blank), now = ValuesOf(document);
   const EffectDescriptor& effect = EffectRow(GetSelection(dialog, ControlId::Effect));
   std::string option = effect.name;
@@ -193,6 +193,7 @@ std::string CommandFor(const Dialog& dialog, const std::string& blank, const std
   };
   for (const ControlTemplate& control : kMainDialogTemplate.controls) add(control);
   for (const ControlTemplate& control : effect.panel->controls) add(control);
+  for (const std::string& word : options) words += " " + ShellWord(word);
   const std::string stem = name.substr(0, name.rfind('.'));
   words += " -o " + ShellWord(stem + ".gif");
   return text.starts_with('-') ? "glyphmotion" + words + " -- " + ShellWord(text) : command + ShellWord(text) + words;

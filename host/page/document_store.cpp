@@ -26,11 +26,8 @@ bool IsPlainName(const std::string& name) {
 }
 
 Json JsonOf(const KeptDocument& kept) {
-  return {{"name", kept.name},
-          {"path", kept.path},
-          {"document", kept.document},
-          {"text", kept.text},
-          {"effect", kept.effect}};
+  return {{"name", kept.name}, {"path", kept.path},     {"document", kept.document},
+          {"text", kept.text}, {"effect", kept.effect}, {"options", kept.options}};
 }
 
 std::optional<KeptDocument> Read(const fs::path& path) {
@@ -40,7 +37,7 @@ std::optional<KeptDocument> Read(const fs::path& path) {
   const auto text = [&](const char* key) {
     return json.contains(key) && json[key].is_string() ? json[key].get<std::string>() : std::string();
   };
-  return KeptDocument{text("name"), text("path"), text("document"), text("text"), text("effect")};
+  return KeptDocument{text("name"), text("path"), text("document"), text("text"), text("effect"), text("options")};
 }
 
 /// Of the files of a folder that end in .json, the newest first.
@@ -113,6 +110,14 @@ std::optional<KeptDocument> DocumentStore::Find(const std::string& key) const {
   if (!IsPlainName(key)) return std::nullopt;
   const std::lock_guard<std::mutex> lock(mutex_);
   return Read(folder_ + key + ".json");
+}
+
+std::string DocumentStore::OptionsOf(const std::string& document) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  for (const fs::path& path : Newest(folder_ + "recent/")) {
+    if (const auto kept = Read(path); kept && kept->document == document) return kept->options;
+  }
+  return {};
 }
 
 void DocumentStore::Remember(const KeptDocument& document) {

@@ -17,6 +17,7 @@ struct KeptDocument {
   std::string path;      ///< where it was opened from; empty: only its contents are known
   std::string document;  ///< its text
   std::string text, effect;
+  std::string options;  ///< PictureOptions::Lines
 };
 
 /// Any thread may call it. A folder that cannot be written keeps nothing, and nobody is bothered.
@@ -31,6 +32,9 @@ class DocumentStore {
   Json Recent() const;
   Json Rescued() const;
   std::optional<KeptDocument> Find(const std::string& key) const;
+
+  /// The options of the last document with this text that was opened or saved; empty: none.
+  std::string OptionsOf(const std::string& document) const;
 
   void Remember(const KeptDocument& document);
   /// Keeps a session's unsaved document until it is dropped; `session` is a word of letters and digits.

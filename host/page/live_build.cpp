@@ -58,13 +58,13 @@ LiveBuild::~LiveBuild() {
   thread_.join();
 }
 
-void LiveBuild::Request(int revision, std::string document, bool hasText) {
+void LiveBuild::Request(Wanted wanted, bool hasText) {
   const std::lock_guard<std::mutex> lock(mutex_);
   cancel_ = true;
   wanted_.reset();
   if (!hasText) return;
   due_ = Clock::now() + (finishedRevision_ < 0 ? Clock::duration{} : kPause);
-  wanted_ = Wanted{revision, std::move(document)};
+  wanted_ = std::move(wanted);
   wake_.notify_all();
 }
 
@@ -102,7 +102,9 @@ void LiveBuild::Build(const Wanted& wanted) {
   std::string error;
   if (!WriteScratchFile(document, wanted.document))
     return fail("the folder '" + folder_ + "' cannot be written; is the disk full?");
-  const std::optional<Job> job = services_.job({"--document", document, "-o", picture}, error);
+  std::vector<std::string> words = {"--document", document, "-o", picture};
+  words.insert(words.end(), wanted.words.begin(), wanted.words.end());
+  const std::optional<Job> job = services_.job(words, error);
   if (!job) return fail(error);
   BuildSink sink;
   sink.output = Output::File(picture, error);
@@ -124,6 +126,7 @@ void LiveBuild::Build(const Wanted& wanted) {
                        {"delays", sink.frames.Delays()},
                        {"format", sink.frames.IsIndexed() ? "indexed" : "rgba"},
                        {"bytes", gif->size()},
+                       {"notes", result.notes},
                        {"ms", taken}},
                       sink.frames.Take()};
   {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "host/page/page_message.h"
 #include "host/page/page_services.h"
@@ -22,16 +23,17 @@ class LiveBuild {
   LiveBuild(const LiveBuild&) = delete;
   LiveBuild& operator=(const LiveBuild&) = delete;
 
+  struct Wanted {
+    int revision;
+    std::string document;
+    std::vector<std::string> words;  ///< more options of the command line
+  };
   /// Builds this document after a pause, unless another one comes. Returns at once.
-  void Request(int revision, std::string document, bool hasText);
+  void Request(Wanted wanted, bool hasText);
   /// The finished GIF of a revision, if it is the last one built.
   std::optional<std::string> GifOf(int revision);
 
  private:
-  struct Wanted {
-    int revision;
-    std::string document;
-  };
   void Work();
   void Build(const Wanted& wanted);
 

@@ -8,6 +8,7 @@
 #include "host/page/command_words.h"
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
+#include "host/render/job_text.h"
 #include "host/render/render_user.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
@@ -21,6 +22,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr const char* kUntitled = "untitled.gm4";
+constexpr std::size_t kLongestName = 200;  // bytes
 
 std::string FileName(const std::string& path) { return std::filesystem::path(path).filename().string(); }
 
@@ -39,7 +41,7 @@ void PageSession::BeginDocument(Dialog& dialog) {
   document_ = blank_;
   savedDocument_ = blank_;
   const auto kept = store_.TakeUp(start_.key);
-  if (kept && OpenText(dialog, kept->name, kept->path, kept->document, false)) {
+  if (kept && OpenText(dialog, kept->name, kept->path, kept->document, false, &kept->options)) {
   } else if (!bytes || !OpenText(dialog, FileName(start_.path), start_.path, *bytes)) {
     NewDocument(dialog);
   }
@@ -58,6 +60,7 @@ void PageSession::Snapshot() {
         {"fountains", ShippedFountainFacts()},
         {"recent", store_.Recent()},
         {"rescued", store_.Rescued()}});
+  Send({{"type", "options"}, {"options", options_.Facts()}});
   mirror_.Snapshot();
   if (Dialog* top = mirror_.Level() == 1 ? mirror_.Top() : nullptr) {
     SendStill(*top);
@@ -67,21 +70,22 @@ void PageSession::Snapshot() {
     for (Json& notice : unseen_) Send(std::move(notice));
     unseen_.clear();
   }
-  build_->Request(revision_, document_, !text_.empty());
+  RequestBuild();
 }
 
 // A new state has come about: undo knows it, the page sees it, the animation follows.
 void PageSession::Settle(Dialog& dialog) {
   if (!std::exchange(touched_, false)) return;
-  std::string now = DocumentText(dialog);
-  if (now == document_) return;
+  std::string now = DocumentText(dialog), options = options_.Lines();
+  if (now == document_ && options == settledOptions_) return;
   document_ = std::move(now);
-  if (tag_ != "history") history_.Record(document_, tag_);
+  settledOptions_ = std::move(options);
+  if (tag_ != "history") history_.Record(document_ + settledOptions_, tag_);
   ++revision_;
   mirror_.Flush();
   SendStill(dialog);
   SendDocument(dialog);
-  build_->Request(revision_, document_, !text_.empty());
+  RequestBuild();
   KeepUnsaved();
 }
 
@@ -98,17 +102,35 @@ void PageSession::SendDocument(Dialog& dialog) {
   text_ = GetText(dialog, ControlId::Text);
   effect_ = GetText(dialog, ControlId::Effect);
   transparent_ = GetCheck(dialog, MainControl::Transparent);
-  const bool saved = document_ == savedDocument_;
   Send({{"type", "document"},
         {"name", name_},
         {"path", path_},
-        {"saved", saved},
+        {"saved", IsSaved()},
         {"undo", history_.CanUndo()},
         {"redo", history_.CanRedo()},
         {"revision", revision_},
         {"text", text_},
         {"effect", effect_},
-        {"command", CommandFor(dialog, blank_, document_, name_)}});
+        {"command", CommandFor(dialog, blank_, document_, options_.Words(PictureOptions::Use::File), name_)}});
+}
+
+void PageSession::SendLists() { Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}}); }
+
+void PageSession::RequestBuild() {
+  build_->Request({revision_, document_, options_.Words(PictureOptions::Use::Stage)}, !text_.empty());
+}
+
+// The dialog's own sample follows the options, too: they are members of this run.
+void PageSession::TakeOptions(PictureOptions options) {
+  std::vector<std::string> words = options.Words(PictureOptions::Use::Stage);
+  words.insert(words.end(), {"-o", scratch_.Path() + "/options.gif"});
+  std::string error;
+  const std::optional<Job> job = services_.job(words, error);
+  if (job) error = PrepareText(*job);
+  if (job && error.empty()) error = PrepareCanvas(*job);
+  if (!error.empty()) return Notice(error);
+  options_ = std::move(options);
+  Send({{"type", "options"}, {"options", options_.Facts()}});
 }
 
 // The document's lines with its font, which the dialog itself leaves as it is.
@@ -149,17 +171,22 @@ void PageSession::NewDocument(Dialog& dialog) {
   path_.clear();
   document_ = DocumentText(dialog);
   savedDocument_ = document_;
+  TakeOptions({});
+  savedOptions_ = settledOptions_ = options_.Lines();
   history_.Begin(document_);
   store_.DropUnsaved(start_.key);
   ++revision_;
   SendStill(dialog);
   SendDocument(dialog);
-  build_->Request(revision_, document_, !text_.empty());
+  RequestBuild();
 }
 
 bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::string& path,
-                           const std::string& document, bool saved) {
-  const std::string file = scratch_.Path() + "/opened.gm4";
+                           const std::string& document, bool saved, const std::string* options) {
+  const std::string own = FileName(name), folder = scratch_.Path() + "/opened/";
+  std::error_code code;
+  std::filesystem::create_directory(folder, code);
+  const std::string file = folder + (own.empty() || own.size() > kLongestName ? kUntitled : own);
   if (!WriteScratchFile(file, document)) return Notice("there is no room for the document; is the disk full?"), false;
   TakeLines(dialog, LinesThatDiffer(document_, blank_));
   const bool opened = Apply(dialog, {"--document", file}, true);
@@ -171,27 +198,29 @@ bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::s
   path_ = path;
   document_ = DocumentText(dialog);
   savedDocument_ = saved ? document_ : std::string();
-  history_.Begin(document_);
+  TakeOptions(PictureOptions::OfLines(options ? *options : store_.OptionsOf(document_)));
+  savedOptions_ = settledOptions_ = options_.Lines();
+  history_.Begin(document_ + settledOptions_);
   ++revision_;
   SendStill(dialog);
   SendDocument(dialog);
   KeepUnsaved();
   if (saved) store_.Remember(Kept());
-  Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}});
-  build_->Request(revision_, document_, !text_.empty());
+  SendLists();
+  RequestBuild();
   return true;
 }
 
 void PageSession::OpenKept(Dialog& dialog, const std::string& key) {
   const auto kept = store_.Find(key);
   if (!kept) return Notice("this document is no longer kept");
-  OpenText(dialog, kept->name, kept->path, kept->document, !key.starts_with("unsaved/"));
+  OpenText(dialog, kept->name, kept->path, kept->document, !key.starts_with("unsaved/"), &kept->options);
 }
 
-KeptDocument PageSession::Kept() const { return {name_, path_, document_, text_, effect_}; }
+KeptDocument PageSession::Kept() const { return {name_, path_, document_, text_, effect_, options_.Lines()}; }
 
 void PageSession::KeepUnsaved() {
-  if (document_ == savedDocument_) return store_.DropUnsaved(start_.key);
+  if (IsSaved()) return store_.DropUnsaved(start_.key);
   store_.KeepUnsaved(start_.key, Kept());
 }
 
@@ -207,10 +236,11 @@ void PageSession::Save(Dialog& dialog, const Json& event) {
     Notice("Saved " + path_, "info");
   }
   savedDocument_ = document_;
+  savedOptions_ = settledOptions_;
   store_.DropUnsaved(start_.key);
   store_.Remember(Kept());
   SendDocument(dialog);
-  Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}});
+  SendLists();
 }
 
 }  // namespace glyphmotion

@@ -202,11 +202,27 @@ bool PageSession::IsLook(const std::string& name) const {
                      [&](const Json& look) { return TextIn(look, "name") == name; });
 }
 
+// What the program would refuse changes nothing, and the page shows the old value again.
+void PageSession::SetOption(const Json& event) {
+  const std::string name = TextIn(event, "name");
+  PictureOptions options = options_;
+  const std::string error = options.Set(name, TextIn(event, "value"));
+  if (!error.empty()) {
+    Notice(error);
+    return Send({{"type", "options"}, {"options", options_.Facts()}});
+  }
+  if (options.Lines() == options_.Lines()) return;
+  TakeOptions(std::move(options));
+  touched_ = true;
+  tag_ = "option " + name;
+}
+
 void PageSession::WishPictures(const Json& event) {
   const std::string key = TextIn(event, "key");
   const int width = std::clamp(NumberIn(event, "width", 132), 32, 400);
   const int height = std::clamp(NumberIn(event, "height", 58), 24, 240);
   const int current = std::max(FindEffect(effect_), 0);
+  const std::vector<std::string> text = options_.Words(PictureOptions::Use::Thumbnail);
   std::deque<PictureWish> wishes;
   const auto list = event.find("effects");
   if (list != event.end() && list->is_array()) {
@@ -215,7 +231,7 @@ void PageSession::WishPictures(const Json& event) {
       if (effect < 0 || effect >= kEffectCount) continue;
       std::string document = document_;
       if (FlagIn(event, "keep") && effect != current) document += CarriedLines(document_, current, effect, false);
-      wishes.push_back({effect, key, std::move(document), TextIn(event, "text"), width, height, {}, {}});
+      wishes.push_back({effect, key, std::move(document), TextIn(event, "text"), width, height, text, {}});
     }
   }
   const auto looks = event.find("looks");
@@ -231,17 +247,21 @@ void PageSession::WishPictures(const Json& event) {
 
 bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Json& event) {
   if (op == "thumbs") return WishPictures(event), true;
+  if (op == "option") return SetOption(event), true;
   if (op == "undo" || op == "redo") {
     const bool undo = op == "undo";
     if (undo ? !history_.CanUndo() : !history_.CanRedo()) return true;
     TakeLines(dialog, undo ? history_.Undo() : history_.Redo());
+    PictureOptions options = PictureOptions::OfLines(history_.Text());
+    const std::string lines = options.Lines();
     // A line may move controls that depend on its own; what they were then differs again.
     constexpr int kMostPasses = 3;
     for (int pass = 1; pass < kMostPasses; ++pass) {
-      const std::string now = DocumentText(dialog);
+      const std::string now = DocumentText(dialog) + lines;
       if (now == history_.Text()) break;
       TakeLines(dialog, LinesThatDiffer(now, history_.Text()));
     }
+    if (lines != options_.Lines()) TakeOptions(std::move(options));
     touched_ = true;
     tag_ = "history";
     return true;
@@ -252,7 +272,7 @@ bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Js
   if (op == "rescue") {
     if (FlagIn(event, "keep")) OpenKept(dialog, TextIn(event, "key"));
     store_.Forget(TextIn(event, "key"));
-    return Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}}), true;
+    return SendLists(), true;
   }
   if (op == "apply") {
     const std::string look = TextIn(event, "look");

@@ -55,7 +55,8 @@ std::string ZipFolder(const std::string& folder, const std::string& path) {
 Json PageSession::ExportFormats() {
   Json formats = Json::array();
   for (const ExportFormat& row : kFormats) {
-    if (FindFormat(row.extension)) formats.push_back(row.name);
+    const EncoderFormat* format = FindFormat(row.extension);
+    if (format && !format->lacks) formats.push_back(row.name);
   }
   return formats;
 }
@@ -69,7 +70,7 @@ void PageSession::Export(const Json& event) {
     send_({{{"type", "file"}, {"for", tag}, {"name", name}, {"mime", mime}}, {bytes.begin(), bytes.end()}});
   };
   const std::string stem = StemOf(name_);
-  if (wanted == "gif") {
+  if (wanted == "gif" && !options_.ChangeFile()) {
     if (const auto gif = build_->GifOf(revision_)) return give(stem + ".gif", "image/gif", *gif);
   }
   const bool frames = wanted == "frames";
@@ -80,6 +81,8 @@ void PageSession::Export(const Json& event) {
   if (!WriteScratchFile(base + ".gm4", document_)) return fail("there is no room for the picture; is the disk full?");
   std::vector<std::string> words = {"--document", base + ".gm4", "-q", "-o", base + (frames ? "" : format->extension)};
   if (frames) words.insert(words.end(), {"--frames-as", "png"});
+  const auto options = options_.Words(PictureOptions::Use::File, frames ? "" : format->extension);
+  words.insert(words.end(), options.begin(), options.end());
   if ((frames || format->hasAlpha) && transparent_) words.push_back("--alpha");
   exports_.emplace_back([=, this] {
     std::string trouble = services_.run(words);

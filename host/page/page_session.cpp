@@ -185,7 +185,12 @@ UiResponder PageSession::Responder() {
   return responder;
 }
 
-void PageSession::Notice(const std::string& text, const char* kind) {
+void PageSession::Notice(const std::string& sentence, const char* kind) {
+  // A document that was opened has a copy of the same name in the scratch folder.
+  std::string text = sentence;
+  const std::string folder = scratch_.Path() + "/opened/";
+  for (std::size_t at = text.find(folder); at != std::string::npos; at = text.find(folder))
+    text.erase(at, folder.size());
   Json notice = {{"type", "notice"}, {"kind", kind}, {"text", text}};
   if (!isSeen_) unseen_.push_back(notice);
   Send(std::move(notice));

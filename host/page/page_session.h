@@ -20,6 +20,7 @@
 #include "host/page/effect_pictures.h"
 #include "host/page/live_build.h"
 #include "host/page/page_services.h"
+#include "host/page/picture_options.h"
 #include "host/page/scratch.h"
 #include "platform/shell_ui.h"
 
@@ -71,18 +72,23 @@ class PageSession {
   bool IsLook(const std::string& name) const;
   void WishPictures(const Json& event);
   void SubscribeFace(Dialog& dialog, const Json& event);
+  void SetOption(const Json& event);
+  void TakeOptions(PictureOptions options);
 
   // --- page_documents.cpp: documents, their history, files
   void BeginDocument(Dialog& dialog);
   void Settle(Dialog& dialog);
   void SendStill(Dialog& dialog);
   void SendDocument(Dialog& dialog);
+  void SendLists();
+  void RequestBuild();
+  bool IsSaved() const { return document_ == savedDocument_ && options_.Lines() == savedOptions_; }
   void Snapshot();
   bool Apply(Dialog& dialog, const std::vector<std::string>& words, bool asDefaults);
   void TakeLines(Dialog& dialog, const std::string& lines);
   void NewDocument(Dialog& dialog);
   bool OpenText(Dialog& dialog, const std::string& name, const std::string& path, const std::string& document,
-                bool saved = true);
+                bool saved = true, const std::string* options = nullptr);
   void OpenKept(Dialog& dialog, const std::string& key);
   void Save(Dialog& dialog, const Json& event);
   void Export(const Json& event);
@@ -114,6 +120,8 @@ class PageSession {
   DocumentHistory history_;
   std::string blank_;                     ///< the document of a dialog as it opens
   std::string document_, savedDocument_;  ///< current, and as it was saved or opened
+  PictureOptions options_;                ///< beside the document, with it in the history
+  std::string settledOptions_, savedOptions_;
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
   bool touched_ = false, transparent_ = false;

@@ -11,6 +11,7 @@
 #include "glyphmotion/host_contract.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/render/image_loader.h"
+#include "host/render/job_text.h"
 #include "host/render/render_user.h"
 #include "host/render/run_notes.h"
 #include "image/packed_dib.h"
@@ -240,22 +241,6 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
   }
 }
 
-// What the job asks of its text, for the run. One sentence when that is impossible.
-std::string PrepareText(const Job& job) {
-  TextRun& run = CurrentTextRun();
-  run = {};
-  run.options.direction = static_cast<TextDirection>(job.textDirection);
-  run.options.align = static_cast<TextAlign>(job.align);
-  run.options.lineSpace = job.lineSpace;
-  run.options.colourEmoji = job.colourEmoji;
-  for (const auto& [tag, value] : job.fontVariation) run.axes.push_back({tag, value});
-  if (job.lineSpace < 10 || job.lineSpace > 500)
-    return "a line space of " + std::to_string(job.lineSpace) + " percent is not allowed; it takes 10 to 500";
-  std::string error;
-  if (!job.fontFile.empty()) OpenFontFile(job.fontFile, run.fontFile, error);
-  return error;
-}
-
 // What the job asks of its palette, for the run. One sentence when that is impossible.
 std::string PreparePalette(const Job& job) {
   if (job.colours < 2 || job.colours > 256)
@@ -269,21 +254,6 @@ std::string PixelsOf(const Job& job) {
   if (!job.height) return "a width of " + std::to_string(job.width) + " pixels";
   if (!job.width) return "a height of " + std::to_string(job.height) + " pixels";
   return std::to_string(job.width) + " x " + std::to_string(job.height) + " pixels";
-}
-
-// The job's canvas, for the run. One sentence when there is no such canvas.
-std::string PrepareCanvas(const Job& job) {
-  for (const int side : {job.width, job.height}) {
-    if (side < 0 || side > Canvas::kLargestSide)
-      return "a side of " + std::to_string(side) + " pixels is not allowed; it takes 1 to " +
-             std::to_string(Canvas::kLargestSide);
-  }
-  Canvas& canvas = CurrentCanvas();
-  canvas.width = job.width;
-  canvas.height = job.height;
-  canvas.shrink = job.fit == Job::Fit::Shrink;
-  canvas.verticalAlign = static_cast<VerticalAlign>(job.verticalAlign);
-  return {};
 }
 
 // What the canvas made of the text: one sentence, or empty.

@@ -205,6 +205,36 @@ test('What is downloaded is what the program makes of the saved document, and th
   }
 });
 
+test('Lines, a canvas and a loop are in the picture, the file and the command, and undo takes them back', async () => {
+  await page.fill('#text', 'One');
+  await page.locator('#text').press('End');
+  await page.keyboard.press('Enter');
+  await page.keyboard.type('Two');
+  await becomes(async () => (await state(page)).text, 'One\u2028Two');
+  await becomes(() => page.inputValue('#text'), 'One\nTwo');
+  const canvas = section('canvas'), size = () => page.evaluate(() => [document.querySelector('.picture').width, document.querySelector('.picture').height].join());
+  await built(page);
+  const plain = await size();
+  assert.equal(await canvas.getByRole('combobox', {name: 'If too large'}).isDisabled(), true);
+  await canvas.getByRole('combobox', {name: 'Picture'}).selectOption({label: 'Leaderboard, 728 × 90'});
+  await becomes(async () => / --width 728 --height 90 /.test((await state(page)).command), true);
+  await canvas.getByRole('combobox', {name: 'Up and down'}).selectOption('Top');
+  await canvas.getByRole('spinbutton', {name: 'Line spacing'}).fill('80');
+  await section('output').evaluate(each => { each.open = true; });
+  await section('output').getByRole('spinbutton', {name: 'Plays'}).fill('2');
+  await becomes(async () => / --valign top --line-space 80 --loop 2 /.test((await state(page)).command), true);
+  await built(page);
+  await becomes(size, '728,90');
+  const gif = await download(() => page.click('#download'));
+  assert.deepEqual([gif.readUInt16LE(6), gif.readUInt16LE(8)], [728, 90]);
+  assert.equal(gif.readUInt16LE(gif.indexOf('NETSCAPE2.0') + 13), 1);  // once more
+  while (/ --width | --height | --loop /.test((await state(page)).command)) await page.locator('#undo').click().then(() => settled(page));
+  await becomes(async () => (await state(page)).text, 'One\u2028Two');
+  await built(page);
+  await becomes(size, plain);
+  assert.deepEqual(page.said, []);
+});
+
 test('A look replaces everything but the text, and undo brings it back', async () => {
   const {text, effect} = await state(page);
   await page.locator('#looks .tile', {hasText: 'gold'}).click();

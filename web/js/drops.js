@@ -42,7 +42,7 @@ export class Drops {
   /** @param {string} words */
   text(words) {
     const text = words.trim().split(/\r?\n/).filter(line => line.trim()).join('\u2028');
-    if (text) this.model.post({op: 'type', id: kText, text: [...text].slice(0, 260).join('')}, this.model.main);
+    if (text) this.model.post({op: 'type', id: kText, text: text.slice(0, this.model.main.get(kText).limit || text.length)}, this.model.main);
   }
 
   /** Into the tile editor of the fill, which asks what group it goes to. @param {File} file */

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The document: its name, undo and redo, files in and out.
-import {byId, icon, make} from './dom.js';
+import {byId, icon, make, sizeText} from './dom.js';
 import {openMenu} from './menu.js';
 import {toast} from './toast.js';
 
 /** @typedef {import('./model.js').Model} Model */
+
+/** What the program can write, as far as it was built with it: format, name, what for. */
+const kFormats = [['gif', 'GIF', 'plays everywhere'], ['webp', 'Animated WebP', 'all colors, small'], ['apng', 'Animated PNG', 'all colors, lossless'],
+  ['avif', 'AVIF', 'the smallest'], ['webm', 'WebM video', 'for editors'], ['frames', 'Frames', 'PNG files in a ZIP']];
 
 /** @param {string} name @param {Blob} blob */
 function download(name, blob) {
@@ -107,13 +111,12 @@ export class Header {
   }
 
   formatMenu() {
+    const {formats = []} = this.model.hello, {main} = this.model;
+    const clear = main.order.find(facts => facts.section === 'output' && facts.label === 'Transparent');
     openMenu(byId('formats'), [
-      {text: 'GIF', note: 'plays everywhere', action: () => this.export('gif')},
-      {text: 'Animated WebP', note: 'all colors, small', action: () => this.export('webp')},
-      {text: 'Animated PNG', note: 'all colors, lossless', action: () => this.export('apng')},
-      ...(this.model.hello.formats || []).includes('webm') ? [{text: 'WebM video', note: 'for editors', action: () => this.export('webm')}] : [],
-      {text: 'Frames', note: 'PNG files in a ZIP', action: () => this.export('frames')},
+      ...kFormats.filter(([format]) => format === 'frames' || formats.includes(format)).map(([format, text, note]) => ({text, note, action: () => this.export(format)})),
       {line: true},
+      ...(clear ? [{text: 'Transparent background', checked: !!clear.check, toggle: true, action: () => this.model.post({op: 'click', id: clear.id}, main)}, {line: true}] : []),
       {text: 'Copy this picture', action: () => this.copyPicture()},
       {text: 'Copy the command line', action: () => this.copyCommand()},
     ]);
@@ -127,7 +130,7 @@ export class Header {
     button.removeAttribute('aria-busy');
     if (message.error) return toast(message.error, 'error');
     download(message.name, new Blob([/** @type {any} */ (payload)], {type: message.mime}));
-    toast(`${message.name} is in your downloads`);
+    toast(`${message.name}, ${sizeText(payload.length)}, is in your downloads`);
   }
 
   async copyPicture() {

@@ -9,6 +9,7 @@ import {Help} from './help.js';
 import {Layers} from './layers.js';
 import {Dialog, Model} from './model.js';
 import {Options} from './options.js';
+import {PictureOptions} from './picture_options.js';
 import {Stage} from './stage.js';
 import {TextField} from './text_field.js';
 import {byId} from './dom.js';
@@ -19,7 +20,8 @@ const model = new Model(connection);
 const help = new Help();
 const stage = new Stage(byId('stage'));
 const gallery = new Gallery(model);
-const options = new Options(model, byId('options'), help);
+const picture = new PictureOptions(model);
+const options = new Options(model, byId('options'), help, picture);
 const header = new Header(model, stage);
 const layers = new Layers(model, help);
 const asks = new Asks(model);
@@ -48,6 +50,7 @@ const kHandlers = {
     text.attach(dialog);
     document.body.classList.add('ready');
   },
+  options(message) { picture.take(message.options); },
   changes(message) {
     model.dialogs[message.level - 1]?.change(message);
     if (message.level === 1) options.follow();

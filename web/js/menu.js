@@ -3,7 +3,7 @@
 import {icon, make} from './dom.js';
 
 /**
- * @typedef {{text?: string, note?: string, keys?: string, checked?: boolean, heading?: string, line?: boolean, action?: () => void}} Item
+ * @typedef {{text?: string, note?: string, keys?: string, checked?: boolean, toggle?: boolean, heading?: string, line?: boolean, action?: () => void}} Item
  */
 
 /** @type {(() => void)|null} */
@@ -24,10 +24,10 @@ export function openMenu(at, items, cancelled = () => {}) {
   const menu = make('div', {class: 'menu', role: 'menu', tabindex: '-1'}, ...items.map(item => {
     if (item.line) return make('hr', {});
     if (item.heading) return make('p', {class: 'menu-heading', role: 'presentation'}, item.heading);
-    const role = item.checked === undefined ? 'menuitem' : 'menuitemradio';
+    const role = item.checked === undefined ? 'menuitem' : item.toggle ? 'menuitemcheckbox' : 'menuitemradio';
     return make('button', {role, tabindex: '-1', ...(item.checked === undefined ? {} : {'aria-checked': String(item.checked)}),
       onclick: () => { close(); item.action?.(); }},
-    item.checked ? icon('check') : null, make('span', {class: 'menu-text'}, item.text || ''),
+    item.checked || item.toggle ? icon(item.checked ? 'check' : 'box') : null, make('span', {class: 'menu-text'}, item.text || ''),
     item.note ? make('small', {}, item.note) : null, item.keys ? make('kbd', {}, item.keys) : null);
   }));
   const host = before?.closest('dialog') || document.body;

@@ -18,11 +18,12 @@ function gradientOf({start, end, loop, markers}) {
 }
 
 export class Options {
-  /** @param {Model} model @param {HTMLElement} place @param {import('./help.js').Help} help */
-  constructor(model, place, help) {
+  /** @param {Model} model @param {HTMLElement} place @param {import('./help.js').Help} help @param {import('./picture_options.js').PictureOptions} picture */
+  constructor(model, place, help, picture) {
     this.model = model;
     this.place = place;
     this.help = help;
+    this.picture = picture;
     this.effect = -1;
   }
 
@@ -32,6 +33,7 @@ export class Options {
     const effect = dialog.get(kEffect).selection ?? 0;
     const scroll = this.place.scrollTop;
     this.effect = effect;
+    this.picture.begin();
     const own = dialog.order.filter(facts => facts.effect === effect);
     const general = dialog.order.filter(facts => facts.effect === undefined);
     const of = (/** @type {Facts[]} */ list, /** @type {string} */ section) => list.filter(facts => facts.section === section && facts.kind !== 'paragraph');
@@ -42,8 +44,9 @@ export class Options {
       this.shadow(of(own, 'shadow')),
       this.outline(of(own, 'outline')),
       this.background(of(own, 'background')),
+      this.frame('canvas', 'Canvas and lines', [...this.picture.rows('canvas'), ...this.picture.rows('lines')]),
       this.section('timing', kPlainTitle.timing, of(general, 'timing')),
-      this.section('output', kPlainTitle.output, of(general, 'output'), '', true),
+      this.section('output', kPlainTitle.output, of(general, 'output'), '', true, this.picture.rows('file')),
     ].filter(section => section));
     this.place.scrollTop = scroll;
   }
@@ -73,13 +76,15 @@ export class Options {
     return section;
   }
 
-  /** Checks gather at the end; an Enable check joins the colour before it. @param {string} name @param {string} title @param {Facts[]} list */
-  section(name, title, list, words = '', closed = false) {
+  /** Colors and checks gather at the end; an Enable check joins the colour before it. @param {string} name @param {string} title @param {Facts[]} list */
+  section(name, title, list, words = '', closed = false, more = /** @type {HTMLElement[]} */ ([])) {
     const dialog = this.model.main;
     /** @type {Node[]} */
     const rows = [];
     /** @type {Node[]} */
     const checks = [];
+    /** @type {Node[]} */
+    const colours = [];
     list.forEach((facts, i) => {
       if (facts.kind === 'check' && /^Enable$/i.test(facts.label)) return;
       if (facts.kind === 'check') {
@@ -90,10 +95,11 @@ export class Options {
       const enable = next && next.kind === 'check' && /^Enable$/i.test(next.label)
         ? checkBox(this.model, dialog, next.id, `Whether ${facts.label.toLowerCase()} takes part`, 'On') : null;
       const row = this.row(facts, enable);
-      if (row) rows.push(row);
+      if (row) (facts.kind === 'colour' ? colours : rows).push(row);
     });
+    rows.push(...colours);
     if (checks.length) rows.push(make('div', {class: 'checks'}, ...checks));
-    return this.frame(name, title, rows, null, words, closed);
+    return this.frame(name, title, [...rows, ...more], null, words, closed);
   }
 
   /** @param {Facts[]} list */

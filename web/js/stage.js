@@ -22,6 +22,11 @@ export class Stage {
     this.busy = make('div', {class: 'busy', hidden: true});
     this.build();
     new ResizeObserver(() => this.fit()).observe(this.view);
+    const above = make('div', {class: 'above'});
+    place.before(above);
+    new IntersectionObserver(([entry]) => {
+      place.classList.toggle('stuck', !entry.isIntersecting && entry.boundingClientRect.top < 0 && getComputedStyle(place).position === 'sticky');
+    }).observe(above);
     this.setBackground(localStorage.getItem('background') || 'check');
   }
 
@@ -78,7 +83,8 @@ export class Stage {
     const room = this.view.clientWidth - 48;
     const natural = this.canvas.width;
     if (!natural || room < 40) return;
-    const most = Math.min(room / natural, 340 / Math.max(this.canvas.height, 1));
+    const stuck = this.place.classList.contains('stuck');
+    const most = Math.min(room / natural, (stuck ? innerHeight * 0.24 - 16 : 340) / Math.max(this.canvas.height, 1));
     const factor = this.zoom ? this.zoom / 100 : most >= 2 ? Math.min(Math.floor(most), 2) : Math.min(most, 1);
     this.canvas.style.width = `${Math.round(natural * factor)}px`;
     this.canvas.classList.toggle('fine', factor < 1);
@@ -121,8 +127,10 @@ export class Stage {
     this.fit();
     this.place.classList.remove('stale');
     this.place.dataset.revision = message.revision;
-    const parts = [`${message.width} × ${message.height}`, `${animation.count} ${animation.count === 1 ? 'frame' : 'frames'}`,
+    const rate = animation.count > 1 && message.delays[0] > 0 ? ` at ${Number((1000 / message.delays[0]).toFixed(1))} fps` : '';
+    const parts = [`${message.width} × ${message.height}`, `${animation.count} ${animation.count === 1 ? 'frame' : 'frames'}${rate}`,
       `${(animation.duration / 1000).toFixed(1)} s`, sizeText(message.bytes)];
-    this.facts.replaceChildren(...parts.map(part => make('span', {}, part)), make('span', {class: 'ms'}, `built in ${message.ms} ms`));
+    this.facts.replaceChildren(...parts.map(part => make('span', {}, part)), make('span', {class: 'ms'}, `built in ${message.ms} ms`),
+      ...(message.notes || []).map((/** @type {string} */ note) => make('span', {class: 'note'}, note)));
   }
 }

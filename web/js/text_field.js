@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The words: a field that grows.
+// The words: a field that grows with its lines.
 import {echo} from './controls.js';
 
 const kText = 52;
+
+// A line that has only been begun is not part of the picture yet.
+const toDialog = (/** @type {string} */ text) => text.replace(/\s*\n\s*$/, '').replace(/\r?\n/g, '\u2028');
 
 export class TextField {
   /** @param {import('./model.js').Model} model @param {HTMLTextAreaElement} field */
@@ -15,10 +18,7 @@ export class TextField {
     };
     field.addEventListener('input', () => {
       this.grow();
-      model.post({op: 'type', id: kText, text: field.value.replace(/\r?\n/g, '\u2028')}, model.main);
-    });
-    field.addEventListener('keydown', event => {
-      if (event.key === 'Enter' && !event.shiftKey) event.preventDefault();
+      model.post({op: 'type', id: kText, text: toDialog(field.value)}, model.main);
     });
     addEventListener('resize', () => this.grow());
   }
@@ -27,7 +27,10 @@ export class TextField {
   attach(dialog) {
     const {limit} = dialog.get(kText);
     if (limit) this.field.maxLength = limit;
-    dialog.watch(kText, facts => this.show((facts.text || '').replace(/\u2028/g, '\n')));
+    dialog.watch(kText, facts => {
+      const same = toDialog(this.field.value) === facts.text;
+      this.show(same ? this.field.value : (facts.text || '').replace(/\u2028/g, '\n'));
+    });
   }
 
   grow() {

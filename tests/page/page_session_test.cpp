@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// Sessions without a page: what a person's events make of the document, of the options beside it, and of what is kept.
+#include "host/page/page_session.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <functional>
+#include <thread>
+
+#include "host/host_helpers.h"
+#include "host/program/program.h"
+#include "host/render/image_loader.h"
+
+namespace glyphmotion {
+namespace {
+
+using testing::TemporaryFolder;
+using Use = PictureOptions::Use;
+using Words = std::vector<std::string>;
+
+const PageServices& Services() {
+  static const PageServices services = {JobOf, RunWords, LoadPicture};
+  return services;
+}
+
+// A session on a thread of its own, and what it has said.
+class Talk {
+ public:
+  Talk(DocumentStore& store, const std::string& key)
+      : session_(Services(), store, {key, {}, {"Hi", "-e", "simple", "-s", "30", "--set", "@frames=3"}},
+                 [this](PageMessage message) { Hear(std::move(message)); }),
+        thread_([this] { session_.Run(); }) {
+    Post({{"op", "snapshot"}});
+  }
+  ~Talk() {
+    session_.End();
+    thread_.join();
+  }
+  Talk(const Talk&) = delete;
+  Talk& operator=(const Talk&) = delete;
+
+  void Post(Json event) { session_.Post(std::move(event)); }
+  void SetOption(const char* name, const char* value) { Post({{"op", "option"}, {"name", name}, {"value", value}}); }
+  // The first message from here on that is wanted. A fault that would wait for ever ends by itself.
+  PageMessage Await(
+      const char* type, const std::function<bool(const Json&)>& wanted = [](const Json&) { return true; }) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto find = [&] {
+      for (; at_ < heard_.size(); ++at_) {
+        if (heard_[at_].json["type"] == type && wanted(heard_[at_].json)) return true;
+      }
+      return false;
+    };
+    const bool found = wake_.wait_for(lock, std::chrono::minutes(5), find);
+    EXPECT_TRUE(found) << type;
+    return found ? heard_[at_++] : PageMessage{{{"type", "nothing"}}, {}};
+  }
+  // The animation of the document that stands, as "width x height".
+  std::string Size() {
+    const Json document = Await("document").json;
+    const Json build = Await("build", [&](const Json& each) {
+                         return each["state"] == "done" && each["revision"] == document["revision"];
+                       }).json;
+    return build["width"].dump() + " x " + build["height"].dump();
+  }
+
+ private:
+  void Hear(PageMessage message) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    heard_.push_back(std::move(message));
+    wake_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  std::vector<PageMessage> heard_;
+  std::size_t at_ = 0;
+  PageSession session_;
+  std::thread thread_;
+};
+
+Json OptionNamed(const Json& message, const std::string& name) {
+  for (const Json& each : message["options"]) {
+    if (each["name"] == name) return each;
+  }
+  return nullptr;
+}
+
+TEST(PictureOptions, TakeWhatTheProgramTakesAndKeepBackWhatItWouldRefuse) {
+  const struct {
+    const char *name, *value;
+    bool allowed;
+  } rows[] = {{"width", "400", true},      {"width", "0", false},      {"width", "16384", false},
+              {"width", "12a", false},     {"fit", "none", true},      {"fit", "grow", false},
+              {"align", "justify", true},  {"line-space", "9", false}, {"palette", "best", true},
+              {"palette", "bw", false},    {"start", "rest", true},    {"start", "3", false},
+              {"output", "/tmp/x", false}, {"record", "/tmp", false},  {"loop", "65535", true},
+              {"max-bytes", "1", true},    {"emoji", "mono", true}};
+  for (const auto& row : rows) {
+    PictureOptions options;
+    EXPECT_EQ(options.Set(row.name, row.value).empty(), row.allowed) << row.name << " " << row.value;
+    EXPECT_EQ(options.Lines().empty(), !row.allowed) << row.name;
+    for (const char* extension : {".gif", ".png", ".webp", ".avif", ".webm"}) {
+      Words words = options.Words(Use::File, extension);
+      words.insert(words.end(), {"Hi", "-o", std::string("x") + extension});
+      std::string error;
+      EXPECT_TRUE(JobOf(words, error) || error.find("built without") != std::string::npos) << row.name << ": " << error;
+    }
+  }
+  PictureOptions options;
+  EXPECT_EQ(options.Set("valign", "top"), "");
+  EXPECT_EQ(options.Words(Use::Stage), Words{});
+  EXPECT_EQ(options.Set("height", "90"), "");
+  EXPECT_EQ(options.Set("loop", "2"), "");
+  EXPECT_EQ(options.Words(Use::Thumbnail), Words{});
+  EXPECT_EQ(options.Words(Use::Stage), (Words{"--height", "90", "--valign", "top"}));
+  EXPECT_EQ(options.Words(Use::File), (Words{"--height", "90", "--valign", "top", "--loop", "2"}));
+  EXPECT_EQ(PictureOptions::OfLines(";head\n" + options.Lines() + "a=b\n;;nothing=1\n").Lines(), options.Lines());
+  EXPECT_EQ(options.Set("height", ""), "");
+  EXPECT_EQ(options.Set("valign", "middle"), "");
+  EXPECT_EQ(options.Lines(), ";;loop=2\n");
+}
+
+TEST(PageSession, TheCanvasIsUndoneKeptOverAKillAndInTheCommandButNotInTheDocument) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  std::string plain;
+  {
+    Talk talk(store, "a");
+    plain = talk.Size();
+    talk.SetOption("width", "400");
+    talk.Await("still", [](const Json& each) { return each["width"] == 400; });
+    talk.SetOption("height", "120");
+    const Json document =
+        talk.Await("document",
+                   [](const Json& each) {
+                     return each["command"].get<std::string>().find("--width 400 --height 120") != std::string::npos;
+                   })
+            .json;
+    EXPECT_EQ(document["saved"], false);
+    const Json build = talk.Await("build",
+                                  [&](const Json& each) {
+                                    return each["state"] == "done" && each["revision"] == document["revision"];
+                                  })
+                           .json;
+    EXPECT_EQ(build["width"], 400);
+    EXPECT_EQ(build["height"], 120);
+
+    talk.SetOption("height", "99999");
+    talk.Await("notice",
+               [](const Json& each) { return each["text"].get<std::string>().find("16383") != std::string::npos; });
+    EXPECT_EQ(OptionNamed(talk.Await("options").json, "height")["value"], "120");
+
+    talk.Post({{"op", "undo"}});
+    EXPECT_EQ(OptionNamed(talk.Await("options").json, "height")["value"], "");
+    talk.Post({{"op", "undo"}});
+    EXPECT_EQ(OptionNamed(talk.Await("options").json, "width")["value"], "");
+    talk.Await("document", [](const Json& each) { return each["undo"] == false; });
+    talk.Post({{"op", "redo"}});
+    talk.Post({{"op", "redo"}});
+    talk.Await("document", [](const Json& each) { return each["redo"] == false; });
+
+    talk.Post({{"op", "save"}, {"copy", true}, {"tag", "x"}});
+    const PageMessage file = talk.Await("file");
+    const std::string text(file.payload.begin(), file.payload.end());
+    EXPECT_TRUE(text.starts_with(";This is a document"));
+    EXPECT_EQ(text.find(";;"), std::string::npos);
+    talk.Await("document", [](const Json& each) { return each["saved"] == true; });
+    talk.Post({{"op", "new"}});
+    EXPECT_EQ(talk.Size(), plain);
+    talk.Post({{"op", "open"}, {"name", "a.gm4"}, {"document", text}});
+    EXPECT_EQ(talk.Size(), "400 x 120");
+    talk.SetOption("valign", "top");
+    talk.Await("document", [](const Json& each) { return each["saved"] == false; });
+  }
+  Talk again(store, "a");
+  EXPECT_EQ(
+      OptionNamed(
+          again.Await("options", [](const Json& each) { return OptionNamed(each, "width")["value"] == "400"; }).json,
+          "valign")["value"],
+      "top");
+  again.SetOption("height", "");
+  again.Await("options", [](const Json& each) { return OptionNamed(each, "valign")["enabled"] == false; });
+}
+
+}  // namespace
+}  // namespace glyphmotion
