@@ -23,7 +23,7 @@ struct EncoderSettings {
   int loops = 0;              ///< plays of the animation, 0 to 65535; 0: for ever
   int threads = 0;            ///< as in Workers; the bytes do not depend on it
   int loss = 0;               ///< of a GIF: 0 (none) to 200
-  int effort = 6;             ///< time for size, 0 to 9: WebP's method, the attempts at a GIF's frames, zlib's level
+  int effort = 6;             ///< time for size, 0 to 9: libwebp's settings, attempts at a GIF's frames, zlib's level
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The dictionary is a trie of strings: one hash table of 128 KiB maps a node and a symbol to a child. A frame with
-// similar strings touches little of it. Codes are collected unpacked, with their length in bits only counted: all but
-// one of the attempts at a frame are discarded, and the winner may still change its literals before it is packed.
+// The dictionary is a trie of strings. Most nodes have one child, so that one is kept in an array of 16 KiB, which
+// stays in the nearest cache; a hash table has the others. Codes are collected unpacked, with their length in bits only
+// counted: all but one of the attempts at a frame are discarded, and the winner may still change its literals before it
+// is packed.
 #include "host/encoders/lzw.h"
 
 #include <algorithm>
@@ -13,43 +14,57 @@ namespace {
 constexpr unsigned kCodes = 4096;
 constexpr unsigned kNone = 0xFFFF;
 
-// The children of all nodes in one table, by node and symbol; free slots are 0. It is large for its few entries, so
-// that a look-up mostly ends at the first slot.
 class Dictionary {
  public:
-  using Slot = std::uint32_t*;
-  void Clear() {
+  // Forgets all strings; those of one symbol are the nodes below `literals`.
+  void Clear(unsigned literals) {
+    std::fill_n(first_.begin(), literals, kChildless);
     if (count_ < kFew)
-      for (std::size_t i = 0; i < count_; ++i) slots_[used_[i]] = 0;
+      for (std::size_t i = 0; i < count_; ++i) others_[used_[i]] = 0;
     else
-      slots_.fill(0);
+      others_.fill(0);
     count_ = 0;
   }
-  // The child's code, or kNone, and the slot that holds it or would hold it.
-  unsigned Child(unsigned node, unsigned symbol, Slot& slot) {
+  // The child's code, or kNone.
+  unsigned Child(unsigned node, unsigned symbol) const {
+    const std::uint32_t first = first_[node];
+    if ((first >> 12 & 0x1FF) == symbol) return first & 0xFFF;
+    if (!(first & kHasOthers)) return kNone;
     const std::uint32_t key = node << 8 | symbol;
-    for (unsigned i = node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);; i = (i + 1) & kMask) {
-      slot = &slots_[i];
-      if (!*slot) return kNone;
-      if (*slot >> 12 == key) return *slot & 0xFFF;
+    for (unsigned i = Hash(node, symbol);; i = (i + 1) & kMask) {
+      if (!others_[i]) return kNone;
+      if (others_[i] >> 12 == key) return others_[i] & 0xFFF;
     }
   }
-  unsigned Child(unsigned node, unsigned symbol) {
-    Slot slot;
-    return Child(node, symbol, slot);
-  }
-  // Codes are never 0.
-  void Insert(Slot slot, unsigned node, unsigned symbol, unsigned code) {
-    *slot = (node << 8 | symbol) << 12 | code;
-    if (count_ < kFew) used_[count_++] = static_cast<std::uint16_t>(slot - slots_.data());
+  // Adds a child, or gives it another code.
+  void Insert(unsigned node, unsigned symbol, unsigned code) {
+    first_[code] = kChildless;
+    std::uint32_t& first = first_[node];
+    const bool isFirst = first == kChildless || (first >> 12 & 0x1FF) == symbol;
+    if (isFirst) {
+      first = (first & kHasOthers) | symbol << 12 | code;
+      return;
+    }
+    first |= kHasOthers;
+    const std::uint32_t key = node << 8 | symbol;
+    unsigned i = Hash(node, symbol);
+    while (others_[i] && others_[i] >> 12 != key) i = (i + 1) & kMask;
+    others_[i] = key << 12 | code;
+    if (count_ < kFew) used_[count_++] = static_cast<std::uint16_t>(i);
   }
 
  private:
   static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
+  static constexpr std::uint32_t kChildless = 0x100u << 12, kHasOthers = 1u << 31;
   static constexpr std::size_t kFew = 2048;  // up to this many entries are cleared one by one
+  static unsigned Hash(unsigned node, unsigned symbol) {
+    return node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);
+  }
   std::size_t count_ = kFew;                 // of `used_`
+  std::array<std::uint32_t, kCodes> first_;  // by node: symbol << 12 | code, and kHasOthers
   std::array<std::uint16_t, kFew> used_;
-  std::array<std::uint32_t, 1u << kBits> slots_;  // (node << 8 | symbol) << 12 | code
+  // (node << 8 | symbol) << 12 | code, or 0: free. Large for its few entries, so that a look-up mostly ends at once.
+  std::array<std::uint32_t, 1u << kBits> others_;
 };
 
 // Writes to memory with room for eight bytes past the end.
@@ -162,7 +177,7 @@ class CodeStream {
   void Restart(std::size_t position) {
     Put(clear_);
     SetWidth(FirstWidth(clear_), position);
-    dictionary_->Clear();
+    dictionary_->Clear(clear_);
     runs_->Clear();
     next_ = clear_ + 2;
   }
@@ -173,12 +188,7 @@ class CodeStream {
   unsigned Next() const { return next_; }
   // Adds the string of `node` plus one symbol, which must be new. Not when full.
   void Add(unsigned node, unsigned symbol, std::size_t position) {
-    Dictionary::Slot slot;
-    dictionary_->Child(node, symbol, slot);
-    Add(slot, node, symbol, position);
-  }
-  void Add(Dictionary::Slot slot, unsigned node, unsigned symbol, std::size_t position) {
-    dictionary_->Insert(slot, node, symbol, next_);
+    dictionary_->Insert(node, symbol, next_);
     runs_->Added(node, symbol, next_);
     Skip(position);
   }
@@ -361,10 +371,9 @@ std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary
     } else {
       ++i;
     }
-    Dictionary::Slot slot = nullptr;
     while (i < size) {
       symbol = symbols[i];
-      const unsigned child = dictionary.Child(node, symbol, slot);
+      const unsigned child = dictionary.Child(node, symbol);
       if (child == kNone) break;
       node = child;
       ++i;
@@ -372,7 +381,7 @@ std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary
     codes.Put(node);
     if (i == size) break;
     if (!codes.Full()) {
-      codes.Add(slot, node, symbol, i);
+      codes.Add(node, symbol, i);
       if (untilFull && codes.Full()) break;
     } else if (codes.WantsClear(i)) {
       codes.Restart(i);

@@ -69,38 +69,93 @@ struct Samples {
 // Fractions closer to 1 than this go the careful way, since X + 1 may be rounded up to the next whole number there.
 constexpr double kSafeFraction = 1.0 - 1.0 / (1 << 20);
 
-// Places with all four pixels inside are done here, those whose pixels are all zero without arithmetic.
-template <std::size_t bytes>
-void TakeSamples(const DibView& from, double centreX, double centreY, const Samples& run) {
-  const auto lastX = static_cast<unsigned>(from.Width() - 1), lastY = static_cast<unsigned>(from.Height() - 1);
-  const auto stride = static_cast<std::ptrdiff_t>(from.Stride());
-  const std::uint8_t* topRow = from.Row(0);  // rows below stand before it
-  std::uint8_t* to = run.to;
-  for (std::size_t i = 0; i < run.count; ++i, to += run.step) {
-    const double X = (run.sign * run.x[i] + centreX) + 0.5, Y = (run.sign * run.y[i] + centreY) + 0.5;
-    const int x0 = static_cast<int>(X), y0 = static_cast<int>(Y);
+// Where a run of places samples, a block at a time, so that the compiler makes vectors of the arithmetic.
+struct Places {
+  static constexpr std::size_t kMost = 256;
+  double fx[kMost], fy[kMost];  // right and below of the upper left pixel
+  std::int32_t offset[kMost];   // of the upper left pixel from the top row; rows below stand before it
+  std::int32_t plain[kMost];    // all ones where all four pixels are inside, or 0
+  std::int32_t p00[kMost], p10[kMost], p01[kMost], p11[kMost];
+  std::int32_t mixed[kMost];
+};
+
+struct Grid {
+  double centreX, centreY;
+  std::int32_t lastX, lastY, stride, bytes;
+};
+
+GLYPHMOTION_CLONES
+void FindPlaces(const double* __restrict x, const double* __restrict y, double sign, std::size_t count,
+                const Grid& grid, Places& __restrict places) {
+  const double centreX = grid.centreX, centreY = grid.centreY, lastX = grid.lastX, lastY = grid.lastY;
+  const auto bytes = static_cast<std::uint32_t>(grid.bytes), stride = static_cast<std::uint32_t>(grid.stride);
+  for (std::size_t i = 0; i < count; ++i) {
+    const double X = (sign * x[i] + centreX) + 0.5, Y = (sign * y[i] + centreY) + 0.5;
+    const auto x0 = static_cast<std::int32_t>(X), y0 = static_cast<std::int32_t>(Y);
     const double fx = X - x0, fy = Y - y0;
-    const bool plain = (static_cast<unsigned>(x0) < lastX) & (static_cast<unsigned>(y0) < lastY) & (fx >= 0) &
-                       (fx < kSafeFraction) & (fy >= 0) & (fy < kSafeFraction);
-    if (!plain) {
-      StorePixel(to, SampleAt(from, X, Y), bytes);
-      continue;
+    places.fx[i] = fx;
+    places.fy[i] = fy;
+    // Masks of the width of the numbers, all ones or zero, so that nothing branches.
+    std::int32_t plain = -(X >= 0) & -(X < lastX) & -(Y >= 0) & -(Y < lastY);
+    plain &= -(fx < kSafeFraction) & -(fy < kSafeFraction);
+    places.plain[i] = plain;
+    const auto column = static_cast<std::uint32_t>(x0), row = static_cast<std::uint32_t>(y0);
+    places.offset[i] = static_cast<std::int32_t>(column * bytes - row * stride) & plain;
+  }
+}
+
+GLYPHMOTION_CLONES
+void MixPlaces(Places& places, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i)
+    places.mixed[i] = static_cast<std::int32_t>(
+        Mix(places.p00[i], places.p10[i], places.p01[i], places.p11[i], places.fx[i], places.fy[i]));
+}
+
+// The channel `c` of the four pixels around each place; false when all are 0.
+template <std::size_t bytes>
+bool Collect(const std::uint8_t* first, std::ptrdiff_t stride, std::size_t c, std::size_t count, Places& places) {
+  std::uint32_t any = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint8_t *upper = first + places.offset[i] + c, *lower = upper - stride;
+    any |=
+        static_cast<std::uint32_t>(places.p00[i] = upper[0]) | static_cast<std::uint32_t>(places.p10[i] = upper[bytes]);
+    any |=
+        static_cast<std::uint32_t>(places.p01[i] = lower[0]) | static_cast<std::uint32_t>(places.p11[i] = lower[bytes]);
+  }
+  return any != 0;
+}
+
+template <std::size_t bytes>
+void TakeSamples(const DibView& from, double centreX, double centreY, Samples run) {
+  const Grid grid = {centreX,
+                     centreY,
+                     from.Width() - 1,
+                     from.Height() - 1,
+                     static_cast<std::int32_t>(from.Stride()),
+                     static_cast<std::int32_t>(bytes)};
+  Places places;
+  // A picture of one row or column has no place with four pixels.
+  const bool anyInside = grid.lastX > 0 && grid.lastY > 0;
+  while (run.count > 0) {
+    const std::size_t count = std::min(run.count, Places::kMost);
+    FindPlaces(run.x, run.y, run.sign, count, grid, places);
+    for (std::size_t c = 0; c < bytes && anyInside; ++c) {
+      if (Collect<bytes>(from.Row(0), grid.stride, c, count, places))
+        MixPlaces(places, count);
+      else
+        std::fill_n(places.mixed, count, 0);
+      std::uint8_t* to = run.to + c;
+      for (std::size_t i = 0; i < count; ++i, to += run.step) *to = static_cast<std::uint8_t>(places.mixed[i]);
     }
-    const std::uint8_t* upper = topRow - y0 * stride + x0 * static_cast<std::ptrdiff_t>(bytes);
-    const std::uint8_t* lower = upper - stride;
-    if constexpr (bytes == 1) {
-      std::uint16_t upperPair, lowerPair;
-      std::memcpy(&upperPair, upper, 2);
-      std::memcpy(&lowerPair, lower, 2);
-      *to = (upperPair | lowerPair) == 0
-                ? std::uint8_t{0}
-                : static_cast<std::uint8_t>(static_cast<int>(Mix(upper[0], upper[1], lower[0], lower[1], fx, fy)));
-    } else {
-      for (std::size_t c = 0; c < bytes; ++c) {
-        to[c] = static_cast<std::uint8_t>(
-            static_cast<int>(Mix(upper[c], upper[c + bytes], lower[c], lower[c + bytes], fx, fy)));
-      }
+    for (std::size_t i = 0; i < count; ++i) {
+      if (places.plain[i]) continue;
+      const double X = (run.sign * run.x[i] + centreX) + 0.5, Y = (run.sign * run.y[i] + centreY) + 0.5;
+      StorePixel(run.to + static_cast<std::ptrdiff_t>(i) * run.step, SampleAt(from, X, Y), bytes);
     }
+    run.x += count;
+    run.y += count;
+    run.to += static_cast<std::ptrdiff_t>(count) * run.step;
+    run.count -= count;
   }
 }
 

@@ -83,6 +83,21 @@ TEST(Encoders, TrueColourAnimationsKeepEveryPixelAndDelay) {
   }
 }
 
+// Noise of which two corners change, and a gradient that appears from behind noise: the second picture costs little if
+// it is laid over the first in the one case and opaque in the other.
+TEST(Encoders, APictureOfALosslessWebpIsOpaqueOrLaidOverWhicheverIsSmaller) {
+  constexpr int kSide = 64;
+  const auto noise = [](int x, int y) { return (static_cast<std::uint32_t>(x * 73 + y * 3541) * 0x9E3779B1u) >> 8; };
+  const auto gradient = [](int x, int y) { return static_cast<std::uint32_t>(x * 2 | y << 9); };
+  const auto corners = [&](int x, int y) { return noise(x, y) ^ ((x == y && x % (kSide - 1) == 0) ? 0xFFFFFFu : 0u); };
+  const auto veiled = [&](int x, int y) { return gradient(x, y) ^ (noise(x, y) & 4 ? 0x404040u : 0u); };
+  const auto sizeOf = [](const auto&... values) {
+    return Encode(".webp", {{testing::MakeDib(kSide, kSide, 24, {}, values), 24, 40}...}, kSide, kSide, 1).size();
+  };
+  EXPECT_LT(sizeOf(noise, corners) * 2, sizeOf(noise) * 3);
+  EXPECT_LT(sizeOf(veiled, gradient) * 2, sizeOf(veiled) * 3);
+}
+
 // Palette images of each depth, alone and animated, with and without a transparent index, shared palette or not.
 TEST(Encoders, PaletteImagesBecomePngs) {
   const Bytes palette = {0, 0, 0, 250, 10, 20, 30, 240, 50, 60, 70, 230};
