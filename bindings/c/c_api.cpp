@@ -20,7 +20,6 @@
 #include "host/options/library_options.h"
 #include "host/options/typed_words.h"
 #include "host/render/picture_output.h"
-#include "host/render/size_limit.h"
 
 using namespace glyphmotion;
 
@@ -127,23 +126,11 @@ glyphmotion_status Conclude(glyphmotion_job& job, const Arguments& arguments, co
   return StatusOf(result, trouble);
 }
 
-glyphmotion_status RenderFitted(glyphmotion_job& job, const Arguments& arguments, Output output, const Sink& sink) {
-  FittedPictures made = RenderWithin(arguments.job, arguments.lossyQuality, arguments.maxBytes, sink);
-  if (made.trouble.empty()) made.trouble = output.Write(made.bytes) ? output.Keep() : output.Refusal();
-  return Conclude(job, arguments, made.result, made.trouble);
-}
-
 glyphmotion_status RenderInto(glyphmotion_job& job, const Arguments& arguments, Output output) {
   Watcher watcher(job);
-  if (arguments.maxBytes) return RenderFitted(job, arguments, std::move(output), watcher.MakeSink());
-  PictureOutput pictures(arguments.job, FindFormat(arguments.extension), {arguments.lossyQuality}, std::move(output));
-  const RenderResult result = Render(arguments.job, pictures.Attach(watcher.MakeSink()));
-  std::string trouble = pictures.Finish(result);
-  if (trouble.empty() && !pictures.Kept()) {
-    job.error = "the run was interrupted";
-    return GLYPHMOTION_CANCELLED;
-  }
-  return Conclude(job, arguments, result, trouble);
+  const RenderResult result =
+      RenderPictures(arguments.job, *FindFormat(arguments.extension), std::move(output), watcher.MakeSink());
+  return Conclude(job, arguments, result, result.message);
 }
 
 // Shows each image on a screen, so that a frame is what a viewer sees.
@@ -232,6 +219,13 @@ const char* glyphmotion_version(void) { return Version(); }
 
 const char* const* glyphmotion_options(void) { return KeptNames<LibraryOptionNames>(); }
 const char* const* glyphmotion_effects(void) { return KeptNames<EffectOptionNames>(); }
+const char* const* glyphmotion_looks(void) {
+  return KeptNames<[] {
+    std::vector<std::string> names;
+    for (LookInfo& look : Looks()) names.push_back(std::move(look.name));
+    return names;
+  }>();
+}
 const char* const* glyphmotion_formats(void) { return KeptNames<OutputFormats>(); }
 
 glyphmotion_job* glyphmotion_job_new(void) { return new (std::nothrow) glyphmotion_job; }

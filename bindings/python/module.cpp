@@ -179,6 +179,7 @@ PYBIND11_MODULE(_core, module) {
   module.def("frames", Frames);
   module.def("options", [] { return Names(glyphmotion_options()); });
   module.def("effects", [] { return Names(glyphmotion_effects()); });
+  module.def("looks", [] { return Names(glyphmotion_looks()); });
   module.def("formats", [] { return Names(glyphmotion_formats()); });
   module.attr("version") = glyphmotion_version();
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "host/options/argument_parts.h"
+#include "host/options/looks.h"
 #include "host/options/names.h"
 #include "host/options/values.h"
 #include "materials/colour_text.h"
@@ -77,7 +78,10 @@ void FindText(Reading& reading) {
 }
 
 // "wght=650,wdth=80"
-void ReadVariation(const std::string& list, Job& job) {
+}  // namespace
+
+std::vector<std::pair<std::string, double>> AxesOfOption(const std::string& list) {
+  std::vector<std::pair<std::string, double>> axes;
   for (std::size_t begin = 0; begin < list.size();) {
     const std::size_t end = std::min(list.find(',', begin), list.size());
     const std::string pair = list.substr(begin, end - begin);
@@ -88,10 +92,13 @@ void ReadVariation(const std::string& list, Job& job) {
     if (!named || error != std::errc{} || stop != last)
       Refuse("--font-variation '" + pair +
              "' is not an axis; write AXIS=V with four letters and a number, as in wght=650");
-    job.fontVariation.emplace_back(pair.substr(0, 4), value);
+    axes.emplace_back(pair.substr(0, 4), value);
     begin = end + 1;
   }
+  return axes;
 }
+
+namespace {
 
 // The place of the option's word in its row.
 int Choice(const Reading& reading, const char* option) {
@@ -109,7 +116,7 @@ void ReadTextSetting(Reading& reading) {
   if (typed.Has("--align")) job.align = static_cast<Job::Align>(1 + Choice(reading, "--align"));
   if (typed.Has("--line-space")) job.lineSpace = static_cast<int>(reading.Number("--line-space"));
   if (typed.Has("--emoji")) job.colourEmoji = Choice(reading, "--emoji") == 0;
-  ReadVariation(typed.Value("--font-variation"), job);
+  job.fontVariation = AxesOfOption(typed.Value("--font-variation"));
 }
 
 void ReadCanvas(Reading& reading) {
@@ -281,6 +288,19 @@ const std::vector<std::string>& PaletteOptionNames() {
   return names;
 }
 
+std::optional<Job::Palette> PaletteOfOption(const std::string& word) {
+  std::vector<std::string> names = {"best", "auto", "custom"};  // in the order of Job::Palette
+  const auto& fixed = PaletteOptionNames();
+  if (const auto number = WholeNumber(word)) {
+    const auto index = static_cast<std::size_t>(*number);
+    if (*number < 0 || index >= fixed.size()) return std::nullopt;
+    return static_cast<Job::Palette>(index + static_cast<std::size_t>(Job::Palette::BlackAndWhite));
+  }
+  names.insert(names.end(), fixed.begin(), fixed.end());
+  const auto place = std::find(names.begin(), names.end(), Lowered(word));
+  return place == names.end() ? std::nullopt : std::optional(static_cast<Job::Palette>(1 + (place - names.begin())));
+}
+
 std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
   for (const auto& [key, option] : arguments.optionOfKey) {
     const std::string quoted = "'" + key + "'";
@@ -291,7 +311,7 @@ std::string InOptionTerms(std::string sentence, const Arguments& arguments) {
 }
 
 Catalogue LibraryCatalogue() {
-  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}, {}, false};
+  return {EffectNames(), PaletteNames(), Keys(), Controls(), HasFontFamily, FontNames, {}, ReadLook, false};
 }
 
 Arguments ReadOptions(TypedWords typed, const Catalogue& catalogue) {

@@ -28,7 +28,7 @@ struct Catalogue {
   bool textOptional = false;  ///< for callers that have a text already; standard input is not read
 };
 
-/// The library's own names; standard input is never read.
+/// The library's own names and looks; standard input is never read.
 Catalogue LibraryCatalogue();
 
 enum class ListKind { None, Effects, Fonts, Palettes, Keys, Controls, Textures, Fountains, Tiles, Looks };
@@ -38,8 +38,6 @@ struct Arguments {
   std::string output;     ///< file, folder with framesAsPng, or "-"; empty: none
   std::string extension;  ///< of the output's format, ".gif"; with framesAsPng "folder"
   bool framesAsPng = false;
-  double lossyQuality = -1;       ///< 0 to 100, of a GIF its loss, 0 to 200; below 0: lossless
-  std::size_t maxBytes = 0;       ///< most bytes of a GIF; 0: any number
   std::string recordFolder;       ///< empty: none
   std::string saveLookFile;       ///< a look to write once the run is done; empty: none
   std::vector<Look::Entry> look;  ///< what that look holds
@@ -54,7 +52,13 @@ struct Arguments {
 /// What the options mean. Throws UsageError.
 Arguments ReadOptions(TypedWords typed, const Catalogue& catalogue);
 
-/// The names of --palette, in the order of the palettes' numbers: bw, windows16, ...
+/// The palette that --palette names, in any case or as a number; nothing when there is none.
+std::optional<Job::Palette> PaletteOfOption(const std::string& word);
+
+/// The axes of --font-variation. Throws UsageError.
+std::vector<std::pair<std::string, double>> AxesOfOption(const std::string& text);
+
+/// The names of the fixed palettes of --palette, in the order of the palettes' numbers: bw, windows16, ...
 const std::vector<std::string>& PaletteOptionNames();
 
 /// A sentence about a job's settings with the option's name in the place of each setting that an option made.

@@ -16,7 +16,7 @@ bool DescribesPicture(const OptionRow& row) {
   const std::string_view group = row.group;
   const std::string name = LongName(row);
   return group != kHostGroup && group != kHelpGroup && name != "--output" && name != "--frames-as" &&
-         name != "--look" && name != "--save-look";
+         name != "--save-look";
 }
 
 const OptionRow* FindPictureOption(const std::string& name) {

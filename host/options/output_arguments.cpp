@@ -136,14 +136,14 @@ void ReadFormat(Reading& reading) {
     const bool gif = arguments.extension == ".gif";
     if (!gif && !IsOneOf(arguments.extension, {".webp", ".avif", ".webm"}))
       Refuse("--lossy is for .gif, .webp, .avif and .webm; leave it out or write .webp");
-    arguments.lossyQuality = static_cast<double>(NumberInRange("--lossy", typed.Value("--lossy"), 0, gif ? 200 : 100));
+    arguments.job.lossy = static_cast<int>(NumberInRange("--lossy", typed.Value("--lossy"), 0, gif ? 200 : 100));
   }
   if (typed.Has("--max-bytes")) {
     if (arguments.extension != ".gif") Refuse("--max-bytes is for .gif; leave it out or write .gif");
     for (const char* option : {"--sample", "--record"})
       if (typed.Has(option))
         Refuse(std::string("--max-bytes and ") + option + " cannot be used together; leave one out");
-    arguments.maxBytes = static_cast<std::size_t>(reading.Number("--max-bytes"));
+    arguments.job.maxBytes = static_cast<std::uint64_t>(reading.Number("--max-bytes"));
   }
 }
 
@@ -209,23 +209,13 @@ void ReadPalette(Reading& reading) {
   if (dither == "stable") reading.arguments.job.dithering = Job::Dithering::Stable;
   if (dither == "ordered") reading.arguments.job.dithering = Job::Dithering::Ordered;
   if (!reading.typed.Has("--palette")) return;
-  Job& job = reading.arguments.job;
-  const auto& names = PaletteOptionNames();
   const std::string& typed = reading.typed.Value("--palette");
-  const std::string name = Lowered(typed);
-  if (name == "best") job.palette = Job::Palette::Best;
-  if (name == "auto") job.palette = Job::Palette::Automatic;
-  if (name == "custom" || job.palette != Job::Palette::Dialog) {
-    job.settings.emplace_back("14", "1");
-    return;
-  }
-  auto index = static_cast<long>(std::find(names.begin(), names.end(), name) - names.begin());
-  if (const auto number = WholeNumber(name)) index = *number;
-  if (index < 0 || index >= static_cast<long>(std::min(names.size(), reading.catalogue.palettes.size())))
+  const auto palette = PaletteOfOption(typed);
+  const auto& names = PaletteOptionNames();
+  if (!palette)
     Refuse("there is no palette '" + typed + "'; use custom, best, auto, " + Join(names) + ", or a number from 0 to " +
            std::to_string(names.size() - 1));
-  job.settings.emplace_back("14", "0");
-  job.settings.emplace_back("MainPalette", std::to_string(index));
+  reading.arguments.job.palette = *palette;
 }
 
 // What the program wants unless the files say otherwise, and the colours that the format takes. A palette asked for in

@@ -30,11 +30,19 @@ bool TakesFile(const OptionRow& row) {
   return row.form && (!std::strncmp(row.form, "FILE", 4) || !std::strcmp(row.form, "FOLDER"));
 }
 
-// What lists the values of an option or the topics of "help", for command substitution; empty when nothing does.
+// What lists the values of an option or the topics of "help", one a line, for command substitution; empty when nothing
+// does. A name ends where two blanks begin.
 std::string Lister(const std::string& name) {
-  const std::string list = name == "--effect" || name == "help" ? "effects" : name == "--palette" ? "palettes" : "";
-  return list.empty() ? list : "glyphmotion --list " + list + " | cut -d ' ' -f 1";
+  const std::string list = name == "--effect" || name == "help" ? "effects"
+                           : name == "--palette"                ? "palettes"
+                           : name == "--look"                   ? "looks"
+                           : name == "--font"                   ? "fonts"
+                                                                : "";
+  return list.empty() ? list : "glyphmotion --list " + list + " | sed \"s/  .*//\" | uniq";
 }
+
+// A look is a name or a file.
+bool MayBeFile(const OptionRow& row) { return row.form && std::strstr(row.form, "|FILE"); }
 
 // The names of all options, and of flags with each of their words.
 std::string NamesOf(std::span<const OptionRow> rows) {
@@ -56,10 +64,13 @@ std::string BashCases(std::span<const OptionRow> rows) {
     std::string reply;
     if (*row.words) reply += "$(compgen -W '" + Spaced(row.words) + "' -- \"$word\")";
     if (!lister.empty()) reply = "$(compgen -W \"$(" + lister + ")\" -- \"$word\")";
+    if (MayBeFile(row)) reply += " $(compgen -f -- \"$word\")";
     if (TakesFile(row)) reply = "$(compgen -f -- \"$word\")";
     const std::string names = !row.form ? name + "=" : name + "|" + name + "=";
-    cases += "    " + names + (ShortName(row) ? std::string("|-") + ShortName(row) : "") + ") COMPREPLY=(" + reply +
-             "); return ;;\n";
+    // A listed name may have blanks, which readline escapes.
+    const std::string lines = lister.empty() ? "" : "local IFS=$'\\n'; word=${word//\\\\/}; ";
+    cases += "    " + names + (ShortName(row) ? std::string("|-") + ShortName(row) : "") + ") " + lines +
+             "COMPREPLY=(" + reply + "); return ;;\n";
   }
   return cases;
 }
@@ -110,7 +121,7 @@ std::string ZshArguments(std::span<const OptionRow> rows) {
     if (row.form || *row.words) {
       value = ":" + ZshText(row.form ? row.form : "value") + ":";
       if (*row.words) value += "(" + Spaced(row.words) + ")";
-      if (!lister.empty()) value += "($(" + lister + "))";
+      if (!lister.empty()) value += "{compadd -- ${(f)\"$(" + lister + ")\"}" + (MayBeFile(row) ? "; _files}" : "}");
       if (TakesFile(row)) value += "_files";
     }
     const std::string repeated = row.repeats ? "*" : "";
@@ -153,7 +164,7 @@ std::string FishLines(std::span<const OptionRow> rows, const std::string& condit
     const std::string name = LongName(row), lister = Lister(name);
     std::string line = begin + " -l " + name.substr(2);
     if (ShortName(row)) line += std::string(" -s ") + ShortName(row);
-    if (row.form) line += TakesFile(row) ? " -r -F" : " -x";
+    if (row.form) line += TakesFile(row) || MayBeFile(row) ? " -r -F" : " -x";
     if (row.form && *row.words) line += " -a " + Quoted(Spaced(row.words));
     if (!lister.empty()) line += " -a " + Quoted("(" + lister + ")");
     lines += line + " -d " + Quoted(row.help) + "\n";

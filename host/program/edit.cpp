@@ -13,9 +13,9 @@
 #include <thread>
 
 #include "host/options/arguments.h"
+#include "host/options/looks.h"
 #include "host/page/page_server.h"
 #include "host/page/scratch.h"
-#include "host/program/looks.h"
 #include "host/program/program.h"
 #include "host/render/image_loader.h"
 #include "platform/folders.h"

@@ -10,8 +10,9 @@
 #include <thread>
 
 #include "effects/effect_table.h"
+#include "host/options/looks.h"
 #include "host/options/names.h"
-#include "host/program/looks.h"
+#include "host/program/progress.h"
 #include "materials/material_text.h"
 #include "platform/files.h"
 
@@ -26,6 +27,7 @@ struct Request {
 struct Entry {
   std::string title, summary, command, file;
   std::vector<std::string> words;  // for the program, without the output
+  bool fills = false;              // the picture fills its card
 };
 
 struct Section {
@@ -80,20 +82,24 @@ constexpr const char* kHead = R"(<!DOCTYPE html>
 <title>Glyphmotion: the gallery</title>
 <style>
 body{font:16px/1.5 system-ui,sans-serif;margin:2rem auto;max-width:76rem;padding:0 1rem;background:#f4f5f7;color:#1d2430}
-nav a{margin-right:1rem}
-main{display:grid;grid-template-columns:repeat(auto-fill,minmax(22rem,1fr));gap:1.25rem}
-main.small{grid-template-columns:repeat(auto-fill,minmax(11rem,1fr))}
-@media(max-width:26rem){main{grid-template-columns:1fr}}
+nav{display:flex;flex-wrap:wrap;gap:.2rem 1rem}
+h2{margin:2.2rem 0 0}
+main{display:grid;gap:0 1.25rem}
+.cards{display:grid;grid-template-columns:repeat(auto-fill,minmax(min(21rem,100%),1fr));gap:1.25rem}
+.small{grid-template-columns:repeat(auto-fill,minmax(min(10rem,45%),1fr));gap:1rem}
 figure{margin:0;background:#fff;border:1px solid #dde1e8;border-radius:10px;overflow:hidden}
-figure div{height:8rem;display:grid;place-items:center;border-bottom:1px solid #eceff3}
-.small figure div{height:6rem}
-img{max-width:94%;max-height:7.6rem}
-.small img{max-width:100%;max-height:6rem}
-figcaption{padding:.7rem 1rem}
+figure div{height:8.5rem;display:grid;place-items:center;border-bottom:1px solid #eceff3}
+.small div{height:5rem}
+img{max-width:94%;max-height:8rem}
+img.fills{width:100%;height:100%;max-width:none;max-height:none;object-fit:cover}
+figcaption{padding:.7rem 1rem .9rem}
+.small figcaption{padding:.5rem .6rem .7rem}
 h3{font-size:1.05rem;margin:0}
 p{margin:.1rem 0 .5rem}
 button{font:.78rem ui-monospace,monospace;color:#4a5568;background:none;border:1px solid #dde1e8;border-radius:6px;
-padding:.2rem .4rem;text-align:left;overflow-wrap:anywhere;cursor:copy;user-select:text}
+padding:.2rem .4rem;text-align:left;cursor:copy;user-select:text}
+button span{display:inline-block;max-width:100%;overflow-wrap:anywhere}
+button:hover,button:focus-visible{border-color:#7a8699}
 @media(prefers-color-scheme:dark){body{background:#14171c;color:#e6e9ee}figure{background:#1d2229;border-color:#343b46}
 figure div{border-color:#2a303a}button{color:#b6c0cf;border-color:#343b46}a{color:#8ab4f8}}
 </style>
@@ -105,11 +111,11 @@ constexpr const char* kTail = R"(<script>
 document.addEventListener("click", async (event) => {
   const button = event.target.closest("button");
   if (!button) return;
-  const words = button.textContent;
+  const words = button.innerHTML;
   try {
-    await navigator.clipboard.writeText(words);
+    await navigator.clipboard.writeText(button.textContent);
     button.textContent = "copied";
-    setTimeout(() => { button.textContent = words; }, 700);
+    setTimeout(() => { button.innerHTML = words; }, 700);
   } catch { getSelection().selectAllChildren(button); }
 });
 </script>
@@ -144,7 +150,7 @@ Entry EffectEntry(const EffectDescriptor& effect, const Request& request) {
   const std::string text = !request.text.empty()  ? request.text
                            : *effect.example.text ? effect.example.text
                                                   : effect.name;
-  Entry entry{effect.name, effect.summary, "", name + ".webp", {text, "-e", name}};
+  Entry entry{effect.name, effect.summary, "", name + ".webp", {text, "-e", name}, !request.look.empty()};
   if (!request.look.empty()) {
     entry.words.insert(entry.words.end(), {"--look", request.look});
   } else {
@@ -157,14 +163,16 @@ Entry EffectEntry(const EffectDescriptor& effect, const Request& request) {
 Entry LookEntry(const std::string& name, const std::string& summary, const Request& request) {
   std::string title = name;
   title[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(title[0])));
-  return {title, summary, "", "look-" + name + ".webp", {request.text.empty() ? title : request.text, "--look", name}};
+  return {title, summary, "", "look-" + name + ".webp", {request.text.empty() ? title : request.text, "--look", name},
+          true};
 }
 
 // A material as an option names it.
 Entry MaterialEntry(const std::string& kind, const std::string& name) {
   std::string word = kind + ":" + name;
   std::replace(word.begin(), word.end(), ' ', '-');
-  return {name, "", word, kind + "-" + OptionForm(name) + ".png", {"swatch", word, "--width", "240", "--height", "96"}};
+  return {name, "", word, kind + "-" + OptionForm(name) + ".png", {"swatch", word, "--width", "240", "--height", "96"},
+          true};
 }
 
 // "#1 64 x 64 Bricks"; one without a name goes by its number.
@@ -193,30 +201,40 @@ std::vector<Section> Sections(const Request& request) {
       entry.command = "glyphmotion";
       for (const std::string& word : entry.words) entry.command += ' ' + Quoted(word);
       entry.command += " -o " + entry.file;
+      // The look in the shape of its card; the command makes it as large as the text.
+      if (entry.fills) entry.words.insert(entry.words.end(), {"--width", "440", "--height", "168"});
       entry.words.insert(entry.words.end(), {"-q", "--threads", "1"});
     }
   }
   return sections;
 }
 
+// Each word in an element of its own, so that lines break between words alone.
+std::string WordsOf(const std::string& command) {
+  std::istringstream words(command);
+  std::string marked;
+  for (std::string word; words >> word;) marked += (marked.empty() ? "<span>" : " <span>") + Escaped(word) + "</span>";
+  return marked;
+}
+
 std::string PageOf(const std::vector<Section>& sections) {
   std::string page = kHead, links = "<nav>";
   for (const Section& section : sections)
     links += std::string("<a href=\"#") + section.title + "\">" + section.title + "</a>";
-  page += links + "</nav>\n";
+  page += links + "</nav>\n<main>\n";
   for (const Section& section : sections) {
-    page += std::string("<h2 id=\"") + section.title + "\">" + section.title + "</h2>\n<p>" + section.about + "</p>\n";
-    page +=
-        section.entries.empty() || section.entries[0].file.ends_with(".webp") ? "<main>\n" : "<main class=\"small\">\n";
+    const bool small = !section.entries.empty() && section.entries[0].file.ends_with(".png");
+    page += std::string("<section><h2 id=\"") + section.title + "\">" + section.title + "</h2>\n<p>" + section.about +
+            "</p>\n<div class=\"cards" + (small ? " small" : "") + "\">\n";
     for (const Entry& entry : section.entries) {
-      page += "<figure><div><img src=\"" + entry.file + "\" alt=\"" + Escaped(entry.title) +
-              "\" loading=\"lazy\"></div><figcaption><h3>" + Escaped(entry.title) + "</h3>" +
-              (entry.summary.empty() ? "" : "<p>" + Escaped(entry.summary) + "</p>") + "<button>" +
-              Escaped(entry.command) + "</button></figcaption></figure>\n";
+      page += std::string("<figure><div><img") + (entry.fills ? " class=\"fills\"" : "") + " src=\"" + entry.file +
+              "\" alt=\"" + Escaped(entry.title) + "\" loading=\"lazy\"></div><figcaption><h3>" + Escaped(entry.title) +
+              "</h3>" + (entry.summary.empty() ? "" : "<p>" + Escaped(entry.summary) + "</p>") + "<button>" +
+              WordsOf(entry.command) + "</button></figcaption></figure>\n";
     }
-    page += "</main>\n";
+    page += "</div></section>\n";
   }
-  return page + kTail;
+  return page + "</main>\n" + kTail;
 }
 
 // The pictures, one after another on each core. The sentence of the first that fails.
@@ -233,17 +251,21 @@ class Workers {
   std::string Work() {
     std::vector<std::thread> threads;
     try {
-      for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) threads.emplace_back([this] { Take(); });
+      for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i)
+        threads.emplace_back([this] { Take(nullptr); });
     } catch (const std::exception&) {  // fewer threads do as well
     }
-    Take();
+    bar_.Stage("Gallery");
+    Take(&bar_);
     for (std::thread& thread : threads) thread.join();
+    bar_.Clear();
     return trouble_;
   }
 
  private:
-  void Take() {
+  void Take(ProgressBar* bar) {
     for (std::size_t i; !failed_ && !stop_() && (i = next_++) < entries_.size();) {
+      if (bar) bar->At(static_cast<std::int64_t>(i), static_cast<std::int64_t>(entries_.size()));
       const Entry& entry = *entries_[i];
       std::vector<std::string> words = entry.words;
       words.insert(words.end(), {"-o", (std::filesystem::path(folder_) / entry.file).string()});
@@ -260,6 +282,7 @@ class Workers {
   std::atomic<std::size_t> next_{0};
   std::atomic<bool> failed_{false};
   std::string trouble_;  // of the thread that set failed_
+  ProgressBar bar_{ErrorsGoToTerminal()};
 };
 
 }  // namespace

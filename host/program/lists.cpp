@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "effects/effect_table.h"
+#include "host/options/looks.h"
 #include "host/options/names.h"
-#include "host/program/looks.h"
 #include "materials/material_text.h"
 
 namespace glyphmotion {
@@ -22,7 +22,10 @@ ListTable Names(const std::vector<std::string>& names, const char* what, std::st
 }
 
 ListTable Palettes(const Catalogue& catalogue) {
-  ListTable table{{{"name", 16}, {"number", 4, true}, {"title"}}, {{"custom", "", "made for the picture"}}};
+  ListTable table{{{"name", 16}, {"number", 4, true}, {"title"}},
+                  {{"custom", "", "made for the picture"},
+                   {"best", "", "the finest that is possible, in larger files"},
+                   {"auto", "", "best where custom is below 45 dB"}}};
   for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i)
     table.rows.push_back({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]});
   return table;
@@ -113,7 +116,8 @@ std::string WordsOf(const ListTable& table) {
       const std::string cell = row[i].empty() && table.columns[i].isNumber ? "-" : row[i];
       const auto width = static_cast<std::size_t>(table.columns[i].width);
       line += cell;
-      if (i + 1 < row.size()) line.append(cell.size() < width ? width - cell.size() : 1, ' ');
+      // Two blanks at least, since a name may have single ones.
+      if (i + 1 < row.size()) line.append(std::max<std::size_t>(cell.size() < width ? width - cell.size() : 0, 2), ' ');
     }
     line.erase(line.find_last_not_of(' ') + 1);
     text += line + "\n";

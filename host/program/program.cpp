@@ -20,6 +20,7 @@
 #include "host/encoders/encoders.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
+#include "host/options/looks.h"
 #include "host/program/batch.h"
 #include "host/program/command_line.h"
 #include "host/program/completion.h"
@@ -30,7 +31,6 @@
 #include "host/program/interrupts.h"
 #include "host/program/json_lines.h"
 #include "host/program/lists.h"
-#include "host/program/looks.h"
 #include "host/program/manual.h"
 #include "host/program/progress.h"
 #include "host/program/swatch.h"
@@ -83,7 +83,6 @@ std::optional<std::string> StandardInput(bool asked) {
 Catalogue ProgramCatalogue() {
   Catalogue catalogue = LibraryCatalogue();
   catalogue.input = StandardInput;
-  catalogue.readLook = ReadLook;
   return catalogue;
 }
 
@@ -108,7 +107,8 @@ Sink CallsOf(Run& run) {
   sink.image = [&run](const Image& image) {
     run.units += image.delay;
     // A sample is reduced to a palette on its way into the file.
-    if (!run.arguments.json || (image.sample && run.arguments.job.paletteFormat)) return true;
+    if (!run.arguments.json || run.arguments.job.maxBytes || (image.sample && run.arguments.job.paletteFormat))
+      return true;
     if (!run.colours) run.colours.emplace();
     run.colours->Add(image.dib, image.transparentIndex);
     return true;
@@ -143,8 +143,7 @@ std::string OpenOutputs(Run& run) {
   }
   Output output;
   error = OpenOutput(arguments, output);
-  run.pictures.emplace(arguments.job, FindFormat(arguments.extension), Economy{arguments.lossyQuality},
-                       std::move(output));
+  run.pictures.emplace(arguments.job, FindFormat(arguments.extension), std::move(output));
   return error;
 }
 
@@ -213,7 +212,7 @@ void PerformWithin(const Arguments& arguments, RunReport& report) {
   report.code = kExitFailed;
   if (!report.error.empty()) return;
   Run run(arguments);
-  const FittedPictures made = RenderWithin(arguments.job, arguments.lossyQuality, arguments.maxBytes, CallsOf(run));
+  const FittedPictures made = RenderWithin(arguments.job, CallsOf(run), arguments.json);
   run.bar.Clear();
   report.error = InOptionTerms(made.trouble, arguments);
   if (made.result.status == RenderStatus::BadJob) report.code = kExitUsage;
@@ -231,6 +230,7 @@ void PerformWithin(const Arguments& arguments, RunReport& report) {
   report.frames = made.frames;
   report.duration = run.units * 10;
   report.bytes = made.bytes.size();
+  report.colours = made.colours;
 }
 
 void PerformOnce(const Arguments& arguments, RunReport& report) {
@@ -255,7 +255,7 @@ RunReport Perform(const Arguments& arguments) {
   RunReport report;
   report.file = arguments.output;
   report.notes = arguments.notes;
-  if (arguments.maxBytes) {
+  if (arguments.job.maxBytes) {
     PerformWithin(arguments, report);
   } else {
     PerformOnce(arguments, report);

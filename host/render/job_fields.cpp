@@ -25,6 +25,16 @@ std::optional<std::string> Text(const std::optional<std::chrono::milliseconds>& 
   return time ? std::optional(std::to_string(hundredths ? (time->count() + 5) / 10 : time->count())) : std::nullopt;
 }
 
+// Control 14, Custom palette, and the number of the fixed one.
+std::optional<std::string> IsCustom(Job::Palette palette) {
+  return palette == Job::Palette::Dialog ? std::nullopt
+                                         : std::optional<std::string>(palette <= Job::Palette::Custom ? "1" : "0");
+}
+std::optional<std::string> FixedNumber(Job::Palette palette) {
+  if (palette <= Job::Palette::Custom) return std::nullopt;
+  return std::to_string(static_cast<int>(palette) - static_cast<int>(Job::Palette::BlackAndWhite));
+}
+
 std::vector<FieldSetting> FieldSettings(const Job& job) {
   return {{"font", "MainFontName", job.font},
           {"size", "MainFontSize", Text(job.size)},
@@ -40,6 +50,8 @@ std::vector<FieldSetting> FieldSettings(const Job& job) {
           {"direction", "@scroll", job.direction},
           {"softness", "@soft", Text(job.softness)},
           {"stillText", "MainRolling", Text(job.stillText, true)},
+          {"palette", "14", IsCustom(job.palette)},
+          {"palette", "MainPalette", FixedNumber(job.palette)},
           {"trueColour", "Truecolour", Text(job.trueColour)},
           {"dither", "MainDither", Text(job.dither)},
           {"supercompress", "MainSupercompress", Text(job.supercompress)},

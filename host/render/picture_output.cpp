@@ -9,17 +9,18 @@
 
 namespace glyphmotion {
 
-PictureOutput::PictureOutput(const Job& job, const EncoderFormat* format, const Economy& economy, Output output)
-    : job_(job), format_(format), economy_(economy), output_(std::move(output)) {}
+PictureOutput::PictureOutput(const Job& job, const EncoderFormat* format, Output output, bool halfRate)
+    : job_(job), format_(format), output_(std::move(output)), halfRate_(halfRate) {}
 
 void PictureOutput::Open(int taskWidth, int taskHeight, int count) {
   width = taskWidth;
   height = taskHeight;
   if (!output_) return;
   const int unit = job_.paletteFormat ? 10 : 1;
-  encoder_ = format_->open(output_, {width, height, count, unit, economy_.lossy, job_.loops, job_.threads,
-                                     static_cast<int>(economy_.lossy), job_.effort});
-  if (economy_.halfRate) encoder_ = AtHalfRate(std::move(*encoder_));
+  const int lossy = job_.lossy.value_or(-1);
+  encoder_ = format_->open(
+      output_, {width, height, count, unit, static_cast<double>(lossy), job_.loops, job_.threads, lossy, job_.effort});
+  if (halfRate_) encoder_ = AtHalfRate(std::move(*encoder_));
   if (job_.start) order_.emplace(*job_.start, encoder_->add);
 }
 

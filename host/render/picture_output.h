@@ -13,16 +13,11 @@
 
 namespace glyphmotion {
 
-/// What an output gives up to be small.
-struct Economy {
-  double lossy = -1;      ///< as in EncoderSettings
-  bool halfRate = false;  ///< every second frame is left out
-};
-
 class PictureOutput {
  public:
-  /// Encodes into `output`, in `format`, as the job says; an empty output takes no images. The job must outlive this.
-  PictureOutput(const Job& job, const EncoderFormat* format, const Economy& economy, Output output);
+  /// Encodes into `output`, in `format`, as the job says, with half of the frames if `halfRate`; an empty output takes
+  /// no images. The job must outlive this.
+  PictureOutput(const Job& job, const EncoderFormat* format, Output output, bool halfRate = false);
   PictureOutput(const PictureOutput&) = delete;
   PictureOutput& operator=(const PictureOutput&) = delete;
 
@@ -47,14 +42,17 @@ class PictureOutput {
 
   const Job& job_;
   const EncoderFormat* format_;
-  Economy economy_;
   Output output_;
+  bool halfRate_;
   std::optional<Encoder> encoder_;
   std::optional<FrameOrder> order_;
   bool kept_ = false;
   std::string error_;  // why the encoder refused an image
   const std::atomic<bool>* stop_ = nullptr;
 };
+
+/// Renders the job into `output`, within its limit of bytes. The result's message is empty when the output is complete.
+RenderResult RenderPictures(const Job& job, const EncoderFormat& format, Output output, const Sink& sink);
 
 /// The values that hold in an output where neither files nor options say otherwise. prefersPalette: palette indices
 /// rather than true colour, where the job's host takes both.

@@ -245,7 +245,8 @@ void PrepareRun(const Job& job, const Sink& sink, const FolderOverrides& folders
 std::string PreparePalette(const Job& job) {
   if (job.colours < 2 || job.colours > 256)
     return std::to_string(job.colours) + " colours are not allowed; a palette takes 2 to 256";
-  CurrentPaletteRun() = {static_cast<PaletteRun::Kind>(job.palette), job.colours,
+  const bool ofDialog = job.palette > Job::Palette::Automatic;  // as controls 13 and 14, which its settings set
+  CurrentPaletteRun() = {static_cast<PaletteRun::Kind>(ofDialog ? Job::Palette::Dialog : job.palette), job.colours,
                          static_cast<Dithering>(job.dithering)};
   return {};
 }

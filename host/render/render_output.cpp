@@ -3,9 +3,11 @@
 #include <glyphmotion/render.h>
 
 #include <filesystem>
+#include <string_view>
 #include <utility>
 
 #include "host/render/picture_output.h"
+#include "host/render/size_limit.h"
 #include "platform/ascii.h"
 
 namespace glyphmotion {
@@ -24,13 +26,48 @@ std::string KnownFormats(const char* before) {
   return list;
 }
 
+// What the file cannot be: one sentence, or empty.
+std::string FileTrouble(const Job& job, const EncoderFormat& format) {
+  const std::string_view extension = format.extension;
+  const bool gif = extension == ".gif";
+  const auto outside = [](int value, int most) { return value < 0 || value > most; };
+  const auto range = [](const char* field, int value, int most) {
+    return std::string(field) + " takes a whole number from 0 to " + std::to_string(most) + ", not '" +
+           std::to_string(value) + "'";
+  };
+  if (outside(job.effort, 9)) return range("effort", job.effort, 9);
+  if (outside(job.loops, 65535)) return range("loops", job.loops, 65535);
+  if (job.lossy && !gif && extension != ".webp" && extension != ".avif" && extension != ".webm")
+    return "lossy is for gif, webp, avif and webm; leave it out";
+  if (job.lossy && outside(*job.lossy, gif ? 200 : 100)) return range("lossy", *job.lossy, gif ? 200 : 100);
+  return job.maxBytes && !gif ? "maxBytes is for gif; leave it out" : "";
+}
+
 RenderResult RenderInto(Output output, const EncoderFormat& format, Job job, const Sink& sink) {
+  if (std::string trouble = FileTrouble(job, format); !trouble.empty())
+    return Refused(RenderStatus::BadJob, std::move(trouble));
   job.paletteFormat = format.paletteFormat;
   job.trueColourFormat = !format.paletteFormat;
   const std::vector<Job::Setting> own = std::exchange(job.defaults, {});
-  AddOutputDefaults(job, format.paletteFormat);
+  AddOutputDefaults(job, format.paletteFormat || job.palette != Job::Palette::Dialog || job.colours < 256);
   job.defaults.insert(job.defaults.end(), own.begin(), own.end());
-  PictureOutput pictures(job, &format, {}, std::move(output));
+  return RenderPictures(job, format, std::move(output), sink);
+}
+
+// Made in memory, because only the run that fits is written.
+RenderResult RenderFitted(const Job& job, Output output, const Sink& sink) {
+  FittedPictures made = RenderWithin(job, sink);
+  if (made.trouble.empty()) made.trouble = output.Write(made.bytes) ? output.Keep() : output.Refusal();
+  if (!made.trouble.empty() && made.result.status == RenderStatus::Done) made.result.status = RenderStatus::Failed;
+  made.result.message = std::move(made.trouble);
+  return std::move(made.result);
+}
+
+}  // namespace
+
+RenderResult RenderPictures(const Job& job, const EncoderFormat& format, Output output, const Sink& sink) {
+  if (job.maxBytes && job.action == Job::Action::Build) return RenderFitted(job, std::move(output), sink);
+  PictureOutput pictures(job, &format, std::move(output));
   RenderResult result = Render(job, pictures.Attach(sink));
   std::string trouble = pictures.Finish(result);
   if (trouble.empty() && (pictures.Kept() || job.action == Job::Action::None)) return result;
@@ -39,8 +76,6 @@ RenderResult RenderInto(Output output, const EncoderFormat& format, Job job, con
   result.message = std::move(trouble);
   return result;
 }
-
-}  // namespace
 
 RenderResult RenderToFile(const Job& job, const std::string& path, const Sink& sink) {
   const EncoderFormat* format = FindFormat(Lowered(std::filesystem::path(path).extension().string()));

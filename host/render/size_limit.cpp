@@ -2,7 +2,10 @@
 #include "host/render/size_limit.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
+#include "host/encoders/colour_count.h"
 #include "host/render/picture_output.h"
 
 namespace glyphmotion {
@@ -18,23 +21,35 @@ constexpr Step kSteps[] = {{20, 256, false}, {40, 256, false}, {70, 256, false},
                            {140, 64, false}, {200, 32, false}, {40, 256, true},  {80, 128, true},
                            {120, 64, true},  {200, 32, true},  {200, 16, true}};
 
-std::string Saying(const Step& step, const Job& job, double lossy) {
+std::string Saying(const Step& step, const Job& job) {
   std::string text;
   const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-  if (step.loss > lossy) add("--lossy " + std::to_string(step.loss));
-  if (step.colours < job.colours) add("--colors " + std::to_string(step.colours));
+  if (step.loss > job.lossy.value_or(-1)) add("lossy " + std::to_string(step.loss));
+  if (step.colours < job.colours) add("colors " + std::to_string(step.colours));
   if (step.halfRate) add("every second frame left out");
   return text;
 }
 
-FittedPictures Try(Job job, const Step& step, double lossy, const Sink& sink) {
+// With a count of the colours of all images.
+Sink Counting(Sink sink, ColourCount& count) {
+  sink.image = [&count, next = std::move(sink.image)](const Image& image) {
+    count.Add(image.dib, image.transparentIndex);
+    return !next || next(image);
+  };
+  return sink;
+}
+
+FittedPictures Try(Job job, const Step& step, const Sink& sink, bool countColours) {
   FittedPictures made;
+  std::optional<ColourCount> colours;
+  if (countColours) colours.emplace();
   job.colours = std::min(job.colours, step.colours);
+  job.lossy = std::max(job.lossy.value_or(-1), step.loss);
   // Frames that show the ones before them through would miss those that are left out.
   if (step.halfRate && job.paletteFormat) job.settings.emplace_back("MainSupercompress", "0");
-  PictureOutput pictures(job, FindFormat(".gif"), {std::max(lossy, double(step.loss)), step.halfRate},
-                         Output::Memory(made.bytes));
-  made.result = Render(job, pictures.Attach(sink));
+  PictureOutput pictures(job, FindFormat(".gif"), Output::Memory(made.bytes), step.halfRate);
+  made.result = Render(job, pictures.Attach(colours ? Counting(sink, *colours) : sink));
+  if (colours) made.colours = colours->Count();
   made.trouble = pictures.Finish(made.result);
   if (made.trouble.empty() && !pictures.Kept()) made.trouble = "the run was interrupted";
   made.width = pictures.width;
@@ -45,15 +60,16 @@ FittedPictures Try(Job job, const Step& step, double lossy, const Sink& sink) {
 
 }  // namespace
 
-FittedPictures RenderWithin(const Job& job, double lossy, std::size_t mostBytes, const Sink& sink) {
-  FittedPictures best = Try(job, {-1, job.colours, false}, lossy, sink);
+FittedPictures RenderWithin(const Job& job, const Sink& sink, bool countColours) {
+  const std::uint64_t mostBytes = job.maxBytes;
+  FittedPictures best = Try(job, {-1, job.colours, false}, sink, countColours);
   if (!best.trouble.empty() || best.bytes.size() <= mostBytes) return best;
   std::size_t smallest = best.bytes.size();
   const Step* fits = nullptr;
   // Files shrink along the steps, or nearly so: the first one that fits, by bisection.
   for (const Step *from = std::begin(kSteps), *to = std::end(kSteps); from < to;) {
     const Step* middle = from + (to - from) / 2;
-    FittedPictures made = Try(job, *middle, lossy, sink);
+    FittedPictures made = Try(job, *middle, sink, countColours);
     if (!made.trouble.empty()) return made;
     smallest = std::min(smallest, made.bytes.size());
     if (made.bytes.size() > mostBytes) {
@@ -64,7 +80,7 @@ FittedPictures RenderWithin(const Job& job, double lossy, std::size_t mostBytes,
     fits = to = middle;
   }
   if (fits) {
-    best.result.notes.push_back("to fit " + std::to_string(mostBytes) + " bytes: " + Saying(*fits, job, lossy) + " (" +
+    best.result.notes.push_back("to fit " + std::to_string(mostBytes) + " bytes: " + Saying(*fits, job) + " (" +
                                 std::to_string(best.bytes.size()) + " bytes)");
     return best;
   }

@@ -17,10 +17,11 @@ struct FittedPictures {
   std::vector<std::uint8_t> bytes;
   int width = 0, height = 0;  ///< pixels
   int frames = 0;
+  int colours = -1;  ///< distinct ones, as in ColourCount; -1: not counted
 };
 
-/// Renders the job as a GIF of at most `mostBytes`: as it is, or at the cost of loss, then of colours, then of every
-/// second frame, in at most six runs. lossy  at least this, as in EncoderSettings. The sink gets the calls of all runs.
-FittedPictures RenderWithin(const Job& job, double lossy, std::size_t mostBytes, const Sink& sink);
+/// Renders the job as a GIF of at most `maxBytes`: as it is, or at the cost of loss, then of colours, then of every
+/// second frame, in at most six runs. The sink gets the calls of all runs.
+FittedPictures RenderWithin(const Job& job, const Sink& sink, bool countColours = false);
 
 }  // namespace glyphmotion

@@ -46,9 +46,11 @@ typedef enum glyphmotion_status {
 GLYPHMOTION_EXPORT const char* glyphmotion_version(void);
 
 /* Names, each list ending with a null pointer, valid as long as the process: the options, the effects as the option
- * "effect" takes them, and the formats of glyphmotion_render_to_memory(). Null when out of memory. */
+ * "effect" takes them, the looks that are installed at the first call for "look", which takes TOML files as well, and
+ * the formats of glyphmotion_render_to_memory(). Null when out of memory. */
 GLYPHMOTION_EXPORT const char* const* glyphmotion_options(void);
 GLYPHMOTION_EXPORT const char* const* glyphmotion_effects(void);
+GLYPHMOTION_EXPORT const char* const* glyphmotion_looks(void);
 GLYPHMOTION_EXPORT const char* const* glyphmotion_formats(void);
 
 /* ---- Jobs: what to render. */

@@ -83,9 +83,23 @@ struct Job {
   std::vector<std::pair<std::string, double>> fontVariation;
 
   /// How the palette is made where images are palette indices. Dialog: as the dialog says (controls 13 and 14). Best:
-  /// of the best colours for the animation, finer than Custom palette (control 14), whose gradients leave entries
-  /// unused. Automatic: that of Custom palette where it reaches 45 dB, otherwise the best.
-  enum class Palette { Dialog, Best, Automatic } palette = Palette::Dialog;
+  /// of the best colours for the animation, finer than Custom. Automatic: Custom where it reaches 45 dB, otherwise
+  /// Best. Custom: made for the animation. The others are the fixed palettes, in the order of PaletteNames().
+  enum class Palette {
+    Dialog,
+    Best,
+    Automatic,
+    Custom,
+    BlackAndWhite,
+    Windows16,
+    Orthogonal32,
+    Orthogonal64,
+    Orthogonal128,
+    Safe216,
+    Orthogonal256,
+    GreyMix256,
+    Grey256
+  } palette = Palette::Dialog;
   /// Most entries of a custom or best palette, 2 to 256, a reserved one included.
   int colours = 256;
   /// What Dither ("MainDither") means, if `settings` or a file switch it on. Diffuse: error diffusion, frame by frame.
@@ -94,10 +108,12 @@ struct Job {
 
   enum class Action { Build, Test, Sample, None } action = Action::Build;
 
-  /// For RenderToFile and RenderToMemory: how often the animation plays, 0 to 65535 (0: for ever), and the frame that
-  /// comes first, from 0, or kRest for the first of those that are shown longest.
-  int effort = 6;  ///< time for a smaller file, 0 to 9
-  int loops = 0;
+  /// For RenderToFile and RenderToMemory alone: what the file gives up to be small, how often the animation plays, and
+  /// the frame that comes first, from 0, or kRest for the first of those that are shown longest.
+  int effort = 6;            ///< time for a smaller file, 0 to 9
+  std::optional<int> lossy;  ///< quality of a webp, avif or webm, 0 to 100; loss of a gif, 0 to 200. Nothing: lossless
+  std::uint64_t maxBytes = 0;  ///< of a gif, which gives up what it must, as the notes say; 0: any number
+  int loops = 0;               ///< 0 to 65535; 0: for ever
   std::optional<int> start;
   static constexpr int kRest = -1;
 
@@ -218,6 +234,17 @@ struct RenderedBytes {
   std::vector<std::uint8_t> bytes;
 };
 GLYPHMOTION_EXPORT RenderedBytes RenderToMemory(const Job& job, const std::string& format, const Sink& sink = {});
+
+/// One of the looks that are installed: finished styles, which lie as TOML files beside the shipped libraries.
+struct LookInfo {
+  std::string name, summary;
+};
+/// By name.
+GLYPHMOTION_EXPORT std::vector<LookInfo> Looks();
+/// Fills what the job leaves open with the options of a look: a name of Looks(), or a TOML file (a word with a slash or
+/// ending in ".toml"). Set the job's own fields before the call; a look made for another effect than the job's gives
+/// what suits both. Returns one sentence, with the job as it was, when the look cannot be read; otherwise empty.
+GLYPHMOTION_EXPORT std::string ApplyLook(Job& job, const std::string& nameOrFile);
 
 /// "gif", "png" (animated), "webp", "y4m", "rgba"; the last two are uncompressed video.
 GLYPHMOTION_EXPORT std::vector<std::string> OutputFormats();

@@ -155,7 +155,7 @@ int EndEarly(const TemporaryFolder& folder, int signal) {
     _exit(99);
   }
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (!fs::exists(folder.path / "made/3.gif") && std::chrono::steady_clock::now() < end) usleep(1000);
+  while (!fs::exists(folder.path / "made/5.gif") && std::chrono::steady_clock::now() < end) usleep(1000);
   kill(child, signal);
   int status = 0;
   waitpid(child, &status, 0);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/looks.h"
+#include "host/options/looks.h"
 
 #include <gtest/gtest.h>
 

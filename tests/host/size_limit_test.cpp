@@ -28,8 +28,10 @@ int Duration(const testing::DecodedGif& gif) { return std::accumulate(gif.delays
 // Each limit takes a little less than the one before, and what was given up is said in the order of what is missed
 // least.
 TEST(SizeLimit, AFileThatFitsSaysWhatItGaveUp) {
-  const Job job = FireJob();
-  const FittedPictures whole = RenderWithin(job, -1, 1 << 30, {});
+  Job job = FireJob();
+  job.maxBytes = 1 << 30;
+  const FittedPictures whole = RenderWithin(job, {}, true);
+  EXPECT_GT(whole.colours, 100);
   ASSERT_EQ(whole.trouble, "");
   EXPECT_TRUE(whole.result.notes.empty());
   const int duration = Duration(testing::DecodeGif(whole.bytes));
@@ -37,10 +39,11 @@ TEST(SizeLimit, AFileThatFitsSaysWhatItGaveUp) {
     int percent;
     std::size_t images;
     const char* says;
-  } rows[] = {{99, 15, "--lossy"}, {80, 15, "--lossy"}, {60, 15, "--colors"}, {25, 8, "every second frame"}};
+  } rows[] = {{99, 15, "lossy"}, {80, 15, "lossy"}, {60, 15, "colors"}, {25, 8, "every second frame"}};
   for (const auto& row : rows) {
     const std::size_t most = whole.bytes.size() * static_cast<std::size_t>(row.percent) / 100;
-    const FittedPictures made = RenderWithin(job, -1, most, {});
+    job.maxBytes = most;
+    const FittedPictures made = RenderWithin(job, {});
     ASSERT_EQ(made.trouble, "") << row.percent;
     EXPECT_LE(made.bytes.size(), most);
     const testing::DecodedGif gif = testing::DecodeGif(made.bytes);
@@ -49,12 +52,12 @@ TEST(SizeLimit, AFileThatFitsSaysWhatItGaveUp) {
     ASSERT_EQ(made.result.notes.size(), 1u);
     EXPECT_NE(made.result.notes[0].find(row.says), std::string::npos) << made.result.notes[0];
   }
-  const FittedPictures none = RenderWithin(job, -1, 1000, {});
+  job.maxBytes = 1000;
+  const FittedPictures none = RenderWithin(job, {});
   EXPECT_TRUE(none.bytes.empty());
   EXPECT_NE(none.trouble.find("no file of 1000 bytes"), std::string::npos) << none.trouble;
-  Job wrong = job;
-  wrong.effect = "none";
-  EXPECT_NE(RenderWithin(wrong, -1, 1000, {}).trouble, "");
+  job.effect = "none";
+  EXPECT_NE(RenderWithin(job, {}).trouble, "");
 }
 
 TEST(SizeLimit, HalfTheRateKeepsTheDurationAndTheFirstOfEachPair) {

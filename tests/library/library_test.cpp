@@ -10,6 +10,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <set>
 #include <thread>
 
 #include "glyphmotion/glyphmotion.h"
@@ -59,9 +60,57 @@ std::string ProgramBytes(const Folder& folder, Words words, const std::string& n
 
 }  // namespace
 
+namespace {
+
+constexpr const char* kVariableFont = GLYPHMOTION_SOURCE_DIR "/tests/fonts/two_squares.ttf";
+
+// Every option that a look may hold and an effect of SmallJob has; SmallJob's own values win over those here.
+constexpr const char* kWholeLook = R"(# All of it
+effect = "vortex"
+font = ["No Such", "Liberation Serif"]
+size = 31
+pad = 3
+space = 120
+bold = false
+italic = true
+antialias = false
+align = "right"
+valign = "top"
+height = 90
+fit = "none"
+line-space = 120
+text-direction = "rtl"
+emoji = "mono"
+fps = 20
+pause = "0.5s"
+frames = 9
+direction = "right"
+softness = 3
+still-text = true
+fill = "texture:Marble"
+shadow = "#0000ff"
+background = "#eeeeee"
+outline = "none"
+palette = "custom"
+colors = 90
+dither = true
+mask-background = true
+loop = 3
+start = "rest"
+[set]
+"@rotate" = 77
+MainFontSize = 40
+)";
+
+}  // namespace
+
 // Each field is set to what is not its default, so a field that nobody reads shows.
 TEST(Library, EveryFieldMeansTheProgramsOption) {
   const Folder folder;
+  const std::string look = folder / "look.toml";
+  std::ofstream(look) << kWholeLook;
+  std::set<std::string> options = {"text",     "text-file",     "format", "fps",  "document",
+                                   "settings", "save-document", "effect", "size", "frames"};
   struct Row {
     const char* name;
     std::function<void(Job&)> set;
@@ -69,7 +118,7 @@ TEST(Library, EveryFieldMeansTheProgramsOption) {
     const char* effect = "vortex";
   };
   const Row rows[] = {
-      {"a.gif", [](Job& job) { job.font = "Liberation Serif"; }, {"-f", "Liberation Serif"}},
+      {"a.gif", [](Job& job) { job.font = "Liberation Serif"; }, {"--font", "Liberation Serif"}},
       {"a.gif",
        [](Job& job) { job.pad = 9, job.space = 130, job.bold = false; },
        {"--pad", "9", "--space", "130", "--no-bold"}},
@@ -96,11 +145,50 @@ TEST(Library, EveryFieldMeansTheProgramsOption) {
       {"a.png", [](Job& job) { job.action = Job::Action::Sample; }, {"--sample"}},
       {"a.gif", [](Job& job) { job.action = Job::Action::Sample; }, {"--sample"}},
       {"a.y4m", [](Job&) {}, {}},
+      {"a.gif",
+       [](Job& job) { job.width = 200, job.height = 50, job.fit = Job::Fit::None; },
+       {"--width", "200", "--height", "50", "--fit", "none"}},
+      {"a.gif",
+       [](Job& job) { job.height = 60, job.align = Job::Align::Right, job.verticalAlign = Job::VerticalAlign::Bottom; },
+       {"--height", "60", "--align", "right", "--valign", "bottom"}},
+      {"a.gif",
+       [](Job& job) { job.text = "Ab!\nc", job.textDirection = Job::TextDirection::RightToLeft, job.lineSpace = 80; },
+       {"--text-direction", "rtl", "--line-space", "80"}},
+      {"a.gif", [](Job& job) { job.text = "A❤️", job.colourEmoji = false; }, {"--emoji", "mono"}},
+      {"a.gif",
+       [](Job& job) {
+         job.fontFile = kVariableFont, job.fontVariation = {{"wght", 650}}, job.threads = 1;
+       },
+       {"--font-file", kVariableFont, "--font-variation", "wght=650", "--threads", "1"}},
+      {"a.gif",
+       [](Job& job) { job.background = "#102030", job.outline = "red"; },
+       {"--background", "#102030", "--outline", "red"}},
+      {"a.gif",
+       [](Job& job) {
+         job.palette = Job::Palette::Best, job.colours = 9, job.dither = true, job.dithering = Job::Dithering::Ordered;
+       },
+       {"--palette", "best", "--colors", "9", "--dither=ordered"}},
+      {"a.png", [](Job& job) { job.palette = Job::Palette::Grey256; }, {"--palette", "gray256"}},
+      {"a.gif", [](Job& job) { job.palette = Job::Palette::BlackAndWhite; }, {"--palette", "bw"}},
+      {"a.gif", [](Job& job) { job.lossy = 60, job.effort = 9; }, {"--lossy", "60", "--effort", "9"}},
+      {"a.webp", [](Job& job) { job.lossy = 60, job.trueColour = true; }, {"--lossy", "60", "--true-color"}},
+      {"a.gif", [](Job& job) { job.maxBytes = 2500; }, {"--max-bytes", "2500"}},
+      {"a.png",
+       [](Job& job) {
+         job.settings = {{"@rotate", "90"}};
+       },
+       {"--set", "@rotate=90"}},
+      {"a.webp", [](Job& job) { EXPECT_EQ(ApplyLook(job, "gold"), ""); }, {"--look", "gold"}},
+      {"a.gif", [&](Job& job) { EXPECT_EQ(ApplyLook(job, look), ""); }, {"--look", look}},
   };
   for (const Row& row : rows) {
     Job job = SmallJob(row.effect);
     row.set(job);
     Words words = SmallWords(row.effect);
+    words[0] = *job.text;
+    for (const std::string& word : row.words) {
+      if (word.starts_with("--")) options.insert(word.substr(word.starts_with("--no-") ? 5 : 2, word.find('=') - 2));
+    }
     words.insert(words.end(), row.words.begin(), row.words.end());
     const std::string wanted = ProgramBytes(folder, words, row.name);
     const std::string format = std::filesystem::path(row.name).extension().string().substr(1);
@@ -111,6 +199,8 @@ TEST(Library, EveryFieldMeansTheProgramsOption) {
     EXPECT_EQ(RenderToFile(job, folder / ("library" + std::string(row.name))).status, RenderStatus::Done);
     EXPECT_TRUE(BytesOf(folder / ("library" + std::string(row.name))) == wanted);
   }
+  for (const char* const* option = glyphmotion_options(); *option; ++option)
+    EXPECT_TRUE(options.contains(*option)) << *option << " has no field, or no row above";
 }
 
 TEST(Library, MessagesNameTheFieldAndNoSwitch) {
@@ -140,6 +230,12 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
        },
        "gif", "there is no control 9999"},
       {[](Job& job) { job.fill = "image:/nowhere.png"; }, "gif", "'/nowhere.png' cannot be read"},
+      {[](Job& job) { job.lossy = 3; }, "png", "lossy is for gif, webp, avif and webm"},
+      {[](Job& job) { job.lossy = 101; }, "webp", "lossy takes a whole number from 0 to 100, not '101'"},
+      {[](Job& job) { job.maxBytes = 9; }, "webp", "maxBytes is for gif; leave it out"},
+      {[](Job& job) { job.maxBytes = 9; }, "gif", "no file of 9 bytes can be made"},
+      {[](Job& job) { job.effort = 10; }, "gif", "effort takes a whole number from 0 to 9"},
+      {[](Job& job) { job.loops = -1; }, "gif", "loops takes a whole number from 0 to 65535"},
       {[](Job&) {}, "bmp", "there is no format 'bmp'; use gif, png"},
   };
   for (const auto& row : rows) {
@@ -151,6 +247,9 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
     EXPECT_NE(memory.result.message.find(row.part), std::string::npos) << memory.result.message;
     EXPECT_EQ(memory.result.message.find("--"), std::string::npos) << memory.result.message;
   }
+  Job open;
+  EXPECT_EQ(ApplyLook(open, "goldd"), "there is no look 'goldd'; did you mean 'gold'?");
+  EXPECT_TRUE(open.fill.empty());
   EXPECT_EQ(RenderToFile(SmallJob(), folder / "a.bmp").status, RenderStatus::BadJob);
   EXPECT_EQ(RenderToFile(SmallJob(), folder / "none/a.gif").status, RenderStatus::Failed);
   std::atomic<bool> stop = true;
@@ -259,13 +358,29 @@ TEST(CApi, MakesTheProgramsBytes) {
   EXPECT_EQ(job.Set("set", "@rotate=90"), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("set", "MainPadding=3"), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("delay", "80ms"), GLYPHMOTION_OK);
+  EXPECT_EQ(job.Set("look", "gold"), GLYPHMOTION_OK);
   EXPECT_EQ(glyphmotion_job_set_number(job.job, "size", 24), GLYPHMOTION_OK);
   EXPECT_EQ(glyphmotion_job_set_flag(job.job, "bold", 0), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("dither", "1"), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("dither", nullptr), GLYPHMOTION_OK);
-  const Words words = {
-      "Ab",         "-e",    "vortex",        "-s",      "24",   "--frames", "4", "--fill", "texture:Marble", "--set",
-      "@rotate=90", "--set", "MainPadding=3", "--delay", "80ms", "--no-bold"};
+  const Words words = {"Ab",
+                       "-e",
+                       "vortex",
+                       "-s",
+                       "24",
+                       "--frames",
+                       "4",
+                       "--fill",
+                       "texture:Marble",
+                       "--set",
+                       "@rotate=90",
+                       "--set",
+                       "MainPadding=3",
+                       "--delay",
+                       "80ms",
+                       "--no-bold",
+                       "--look",
+                       "gold"};
   glyphmotion_job* copy = glyphmotion_job_copy(job.job);
   for (const char* const* format = glyphmotion_formats(); *format; ++format) {
     const std::string wanted = ProgramBytes(folder, words, std::string("a.") + *format);
@@ -325,6 +440,8 @@ TEST(CApi, EveryWrongValueIsASentenceWithoutSwitches) {
   }
   EXPECT_GT(refused, 90);
   CJob job;
+  EXPECT_EQ(job.Set("look", "gold"), GLYPHMOTION_OK);
+  EXPECT_EQ(job.Set("look", nullptr), GLYPHMOTION_OK);
   for (const char* absent : {"siz", "--size", "output", "list", "refuse", "no-bold", ""}) {
     EXPECT_EQ(job.Set(absent, "1"), GLYPHMOTION_BAD_OPTION) << absent;
     EXPECT_NE(job.Error().find("there is no option"), std::string::npos) << job.Error();

@@ -31,7 +31,7 @@ if TYPE_CHECKING:
 
     from ._options import Options
 
-__all__ = ["Cancelled", "Error", "Frame", "Note", "OptionError", "effects", "formats", "frames", "options", "render", "save"]
+__all__ = ["Cancelled", "Error", "Frame", "Note", "OptionError", "effects", "formats", "frames", "looks", "options", "render", "save"]
 __version__: str = _core.version
 
 Progress = Callable[[str, int, int], Optional[bool]]
@@ -107,7 +107,7 @@ def save(
     progress: Progress | None = None,
     **options: Unpack[Options],
 ) -> None:
-    """Like render, into a file whose name ends in .gif, .png, .webp or .y4m. It appears whole or not at all."""
+    """Like render, into a file whose name ends in one of formats(), as in "a.webp". It appears whole or not at all."""
     _warn(_core.save(_words(text, options), os.fspath(path), progress))
 
 
@@ -126,6 +126,11 @@ def options() -> list[str]:
 def effects() -> list[str]:
     """What the option effect takes."""
     return _core.effects()
+
+
+def looks() -> list[str]:
+    """The looks that are installed. The option look takes the path of a TOML file as well."""
+    return _core.looks()
 
 
 def formats() -> list[str]:

@@ -7,6 +7,7 @@ _Time = Union[int, str]
 
 class Options(TypedDict, total=False):
     effect: str
+    look: _Path
     width: int
     height: int
     fit: Literal["shrink", "none"]

@@ -11,9 +11,9 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "glyphmotion/render.h"
 #include "host/options/look.h"
 
 namespace glyphmotion {
@@ -21,9 +21,6 @@ namespace glyphmotion {
 /// The look of a name, among the user's own and the shipped ones, or of a file: a word with a slash or that ends in
 /// ".toml". Throws UsageError with the file, the line and the key.
 Look ReadLook(const std::string& nameOrFile);
-
-/// The names of all looks, sorted, with their first lines.
-std::vector<std::pair<std::string, std::string>> Looks();
 
 /// The text of a look.
 std::string LookText(const std::vector<Look::Entry>& entries);

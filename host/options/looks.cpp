@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/looks.h"
-
-#include <toml++/toml.h>
+#include "host/options/looks.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -9,6 +7,9 @@
 #include <optional>
 #include <sstream>
 #include <string_view>
+
+#define TOML_HEADER_ONLY 1
+#include <toml++/toml.h>
 
 #include "host/options/names.h"
 #include "host/options/typed_words.h"
@@ -177,9 +178,9 @@ Look ReadLook(const std::string& nameOrFile) {
   return look;
 }
 
-std::vector<std::pair<std::string, std::string>> Looks() {
-  std::vector<std::pair<std::string, std::string>> looks;
-  for (const auto& [name, path] : LookFiles()) looks.emplace_back(name, FirstLine(path));
+std::vector<LookInfo> Looks() {
+  std::vector<LookInfo> looks;
+  for (const auto& [name, path] : LookFiles()) looks.push_back({name, FirstLine(path)});
   return looks;
 }
 
