@@ -410,11 +410,6 @@ TEST_F(TextureWindow, ThePreviewWindowWearsTheSkinOfTheOthers) {
   EXPECT_TRUE(skinned);
 }
 
-TEST_F(TextureWindow, HelpAsksForItsTopic) {
-  Use([&](Dialog& dialog) { Click(dialog, Help); });
-  EXPECT_EQ(topic, "TEXTURE");
-}
-
 TEST_F(TextureWindow, EveryAllocationMayFail) {
   texture.TextureType = 5;
   const auto session = [&](Dialog& dialog) {
@@ -426,17 +421,7 @@ TEST_F(TextureWindow, EveryAllocationMayFail) {
     Click(dialog, ShowPreview);
     Click(dialog, Ok);
   };
-  FailAllocation(0);
-  Use(session);
-  const std::uint64_t asked = AllocationsAsked();
-  ASSERT_GT(asked, 5u);
-  for (std::uint64_t n = 1; n <= asked; ++n) {
-    FailAllocation(n);
-    Use(session);
-    FailAllocation(0);
-    EXPECT_EQ(LiveBlocks().blocks, 0u) << n;
-    EXPECT_EQ(LiveBlocks().locks, 0u) << n;
-  }
+  FailEachAllocation([&] { Use(session); });
 }
 
 }  // namespace

@@ -1,46 +1,71 @@
 // SPDX-License-Identifier: MIT
-// What the tests of several effects ask: the layers of a frame one by one.
+// Every option of an effect's panel at both ends of its range, and what frames show.
 #pragma once
 
-#include <cstring>
 #include <string>
 #include <utility>
 
+#include "controls/read_controls.h"
+#include "effects/build_harness.h"
 #include "effects/effect_table.h"
-#include "effects/option_ends.h"
 
 namespace glyphmotion::test {
 
-/// Black letters on white and nothing else, so that a frame is its text mask, seen as a negative.
-inline Settings OnlyLetters(const std::string& effect, Settings more = {}) {
-  const PanelRoles& roles = EffectRow(FindEffect(effect)).panel->roles;
-  more.emplace_back(std::to_string(roles.fill), "#000000");
-  for (int id : {roles.shadowEnable, roles.outlineEnable, roles.softness})
-    if (id) more.emplace_back(std::to_string(id), "0");
-  return more;
+/// One setting a job: both ends of each number, both states of each check box, both ends of each picker. Numbers of
+/// frames are left out: schedules have tests of their own.
+inline Settings OptionEnds(const DialogTemplate& panel) {
+  Settings ends;
+  const auto add = [&](const ControlTemplate& control, std::initializer_list<int> values) {
+    const std::string key = control.key ? control.key : std::to_string(control.id);
+    if (key.ends_with("Frames")) return;
+    for (int value : values) ends.emplace_back(key, std::to_string(value));
+  };
+  for (const ControlTemplate& control : panel.controls) {
+    switch (control.kind) {
+      case ControlKind::NumberEdit:
+        for (const ControlTemplate& upDown : panel.controls) {
+          if (upDown.id != control.id + kUpDownOffset) continue;
+          const NumberRange range = ParseRange(upDown.caption);
+          add(control, {range.minimum, range.maximum});
+        }
+        break;
+      case ControlKind::Check:
+      case ControlKind::ScrollTwo:
+        add(control, {0, 1});
+        break;
+      case ControlKind::ScrollFour:
+        add(control, {0, 3});
+        break;
+      case ControlKind::ShadowDirection:
+        add(control, {0, 7});
+        break;
+      default:
+        break;
+    }
+  }
+  return ends;
 }
 
-/// The bitmap of a frame.
-inline PackedDib DibOf(const BuiltFrame& frame) {
-  PackedDib dib(AllocateBlock(frame.dib.size()));
-  const LockedBlock<std::uint8_t> bytes(dib.Handle());
-  if (bytes) std::memcpy(bytes.get(), frame.dib.data(), frame.dib.size());
-  return dib;
+/// Columns of two frames of one size that differ, from the first to the last; {-1, -1} for equal frames.
+inline std::pair<int, int> DifferingColumns(const BuiltFrame& a, const BuiltFrame& b) {
+  std::pair<int, int> columns{-1, -1};
+  for (int x = 0; x < a.width; ++x) {
+    for (int y = 0; y < a.height; ++y) {
+      if (PixelOf(a, x, y) == PixelOf(b, x, y)) continue;
+      if (columns.first < 0) columns.first = x;
+      columns.second = x;
+    }
+  }
+  return columns;
 }
 
-/// The text mask of a frame of OnlyLetters.
-inline PackedDib LettersOf(const BuiltFrame& frame) {
-  PackedDib mask = BlankMask(frame.width, frame.height);
-  const DibView view(mask);
-  for (int y = 0; y < frame.height; ++y)
-    for (int x = 0; x < frame.width; ++x) view.SetPixel(x, y, 255 - (PixelOf(frame, x, y) & 0xFF));
-  return mask;
-}
-
-/// The text mask where nothing moves.
-inline PackedDib RestingLetters(Settings more = {}) {
-  more.emplace_back("22", "0");
-  return LettersOf(BuildWith("simple", OnlyLetters("simple", std::move(more))).frames.at(0));
+/// How many pixels of a frame have a colour.
+inline int PixelsOf(const BuiltFrame& frame, std::uint32_t colour) {
+  int pixels = 0;
+  for (int y = 0; y < frame.height; ++y) {
+    for (int x = 0; x < frame.width; ++x) pixels += PixelOf(frame, x, y) == colour;
+  }
+  return pixels;
 }
 
 }  // namespace glyphmotion::test

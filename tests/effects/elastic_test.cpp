@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "effects/option_ends.h"
+#include "effects/effect_checks.h"
 #include "effects/ripple_fill.h"
 #include "image/random_images.h"
 

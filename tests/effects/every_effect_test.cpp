@@ -4,7 +4,8 @@
 
 #include <map>
 
-#include "effects/option_ends.h"
+#include "checksums/checksum_list.h"
+#include "effects/effect_checks.h"
 
 namespace glyphmotion::test {
 namespace {
@@ -26,9 +27,30 @@ Settings FewFrames(const std::string& effect) {
   return found == special.end() ? Settings{{"@frames", "4"}} : found->second;
 }
 
-TEST(EveryEffect, TakesTheEndsOfItsOptions) {
-  for (const EffectDescriptor* effect : Effects())
-    EXPECT_EQ(FirstBadEnd(*effect, FewFrames(effect->name)), "") << effect->name;
+// Each end of each option, in palette and alpha runs, alternating, and in letters large enough to show it; options.txt
+// keeps the frames' checksums.
+TEST(EveryEffect, GivesTheBytesOfTheListAtTheEndsOfItsOptions) {
+  std::vector<std::string> rows;
+  for (const EffectDescriptor* effect : Effects()) {
+    bool alpha = false;
+    for (const Job::Setting& end : OptionEnds(*effect->panel)) {
+      Settings settings = FewFrames(effect->name);
+      settings.insert(settings.end(), {{"MainFontSize", "30"}, {"52", "M8g"}, end});
+      if ((alpha = !alpha)) settings.emplace_back("62", "1");
+      const Built built = BuildWith(effect->name, settings);
+      const std::string row = std::string(effect->name) + "," + end.first + "=" + end.second;
+      EXPECT_EQ(built.result.status, RenderStatus::Done) << row << ": " << built.result.message;
+      EXPECT_EQ(built.result.blocks + built.result.locks, 0u) << row;
+      EXPECT_FALSE(built.frames.empty()) << row;
+      testing::Hash hash;
+      for (const BuiltFrame& frame : built.frames) {
+        hash.Add({frame.delay, frame.transparentIndex, frame.standAlone});
+        hash.Add(frame.dib);
+      }
+      rows.push_back(row + "," + hash.Text());
+    }
+  }
+  testing::ExpectList("options.txt", rows);
 }
 
 TEST(EveryEffect, AnyAllocationMayFailAndNothingLeaks) {
@@ -48,6 +70,8 @@ TEST(EveryEffect, NeedsAText) {
     job.action = Job::Action::Test;  // Build is disabled
     EXPECT_EQ(RunJob(job).frames.empty(), name != "Pinch" && name != "Ripple") << name;
     EXPECT_TRUE(SampleWith(name, {{"52", ""}}).frames.empty()) << name;
+    job.action = Job::Action::Build;
+    EXPECT_EQ(RunJob(job).result.status, RenderStatus::BadJob) << name;
   }
 }
 

@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "effects/effect_checks.h"
 #include "effects/iris_mask.h"
-#include "effects/option_ends.h"
 #include "image/filters.h"
 #include "image/random_images.h"
 

@@ -54,21 +54,6 @@ TEST(Simple, EveryDirectionFollowsItsScheduleAndHoldsAtRest) {
   }
 }
 
-TEST(Simple, TheRestingFrameIsTheStillFrame) {
-  const Built still = BuildWith("simple", {{"22", "0"}});
-  const Built sample = SampleWith("simple");
-  const Built built = BuildWith("simple", {{kFrames, "2"}, {kScroll, "2"}});
-  ASSERT_EQ(built.frames.size(), 2u);
-  EXPECT_EQ(built.frames[0], still.frames[0]) << "two frames: the first stands at rest";
-  ASSERT_EQ(sample.frames.size(), 1u);
-  EXPECT_EQ(sample.frames[0], still.frames[0]);
-  // In the second the text has left: nothing but the background.
-  for (int y = 0; y < built.frames[1].height; ++y) {
-    for (int x = 0; x < built.frames[1].width; ++x)
-      ASSERT_EQ(PixelOf(built.frames[1], x, y), 0xFFFFFFu) << x << "," << y;
-  }
-}
-
 TEST(Simple, MarginsFollowSoftnessOutlineAndShadow) {
   const auto size = [](const Settings& settings) {
     Settings all = settings;
@@ -103,15 +88,6 @@ TEST(Simple, AlphaRunsGivePlanesAndTheShadowPaintsNoColour) {
   EXPECT_TRUE(grey.frames[0].standAlone);
   EXPECT_EQ(grey.frames[0], red.frames[0]);
   EXPECT_EQ(PixelOf(grey.frames[0], 0, 0), 8355711u) << "the key colour";
-}
-
-TEST(Simple, EmptyTextBuildsNothingAndSaysSo) {
-  Job job = SmallJob("simple");
-  job.text = "";
-  const Built built = RunJob(job);
-  EXPECT_EQ(built.result.status, RenderStatus::BadJob);
-  EXPECT_FALSE(built.result.message.empty());
-  EXPECT_TRUE(built.frames.empty());
 }
 
 }  // namespace

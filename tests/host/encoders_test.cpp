@@ -140,20 +140,5 @@ TEST(Encoders, AGifRefusesTrueColourAndAnyEncoderRefusesRubbish) {
             std::string::npos);
 }
 
-TEST(Encoders, AFolderGetsNumberedPictures) {
-  const testing::TemporaryFolder folder;
-  std::string error;
-  Output output = Output::Folder(folder / "frames", error);
-  Encoder encoder = FindFormat(kFolderExtension)->open(output, {4, 4, 2, 1, -1});
-  for (int f = 0; f < 2; ++f)
-    EXPECT_EQ(
-        encoder.add(testing::ImageOf(testing::MakeDib(4, 4, 24, {}, [f](int, int) { return f * 77; }), 4, 4, 24, f, 1)),
-        "");
-  EXPECT_EQ(encoder.finish(), "");
-  EXPECT_EQ(output.Keep(), "");
-  int width = 0, height = 0;
-  EXPECT_EQ(DecodePng(testing::ReadBytes(folder / "frames/0001.png"), width, height)[0], 77);
-}
-
 }  // namespace
 }  // namespace glyphmotion

@@ -221,16 +221,6 @@ TEST(GifWriter, HundredsOfPalettesStartTheNumberingAfresh) {
   ExpectShown(animation, 16, 16, "and what was shown vanishes", 1);
 }
 
-TEST(GifWriter, LargeNoisyFramesAreShownAsMeant) {
-  for (const int noise : {100, 30}) {
-    Animation animation = Moving(250, 140, 6, 24, noise);
-    for (Picture& p : Moving(250, 140, 6, 256, noise)) animation.push_back(std::move(p));
-    ExpectShown(animation, 250, 140, "noise in few colours, then in many");
-    for (Picture& p : animation) p.transparentIndex = 1;
-    ExpectShown(animation, 250, 140, "the same, and holes");
-  }
-}
-
 TEST(GifWriter, RandomAnimationsAreShownAsMeant) {
   std::mt19937 random(42);
   const int losses[] = {0, 0, 1, 30, 200};

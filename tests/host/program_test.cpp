@@ -164,16 +164,6 @@ TEST(Program, EffortTradesTimeForSize) {
   }
 }
 
-TEST(Program, ASampleIsAPictureInEveryFormat) {
-  const TemporaryFolder folder;
-  for (const char* name : {"sample.gif", "sample.png", "sample.webp"}) {
-    const Outcome outcome = Start(kSmall + ("--sample -o " + folder / name));
-    EXPECT_EQ(outcome.code, 0) << outcome.output;
-    EXPECT_GT(std::filesystem::file_size(folder / name), 100u) << name;
-  }
-  EXPECT_EQ(testing::ReadText(folder / "sample.gif").rfind("GIF89a", 0), 0u);
-}
-
 TEST(Program, ADocumentOfAFormatWithAllColoursServesAPaletteFormatToo) {
   const TemporaryFolder folder;
   const std::string document = folder / "a.gm4";
@@ -231,31 +221,6 @@ TEST(Program, RecordsEveryCallAndEndsWithEmptyCounters) {
   }
   EXPECT_EQ(Start(kSmall + ("--record " + folder / "r")).code, 0);
   EXPECT_TRUE(std::filesystem::exists(folder / "r/0005.dib"));
-}
-
-// Which allocation a run can do without is the run's business. Whatever it does, it ends in order.
-TEST(Program, AnyAllocationMayFail) {
-  const TemporaryFolder folder;
-  int failures = 0;
-  for (int n = 1; n < 330; n += 13) {
-    const std::string target = folder / "a.gif";
-    const Outcome outcome = Start(kSmall + ("-o " + target + " --fail-allocation ") + std::to_string(n));
-    ASSERT_TRUE(outcome.code == 0 || outcome.code == 1) << n << ": " << outcome.output;
-    EXPECT_EQ(folder.Entries(), outcome.code == 0 ? 1u : 0u) << n;
-    failures += outcome.code;
-    std::filesystem::remove(target);
-  }
-  EXPECT_GT(failures, 0);
-}
-
-TEST(Program, AnInterruptLeavesNothing) {
-  const TemporaryFolder folder;
-  const std::string command = "timeout --preserve-status -s INT 0.2 '" GLYPHMOTION_PROGRAM
-                              "' 'A long line of text' -e simple "
-                              "-s 144 --frames 400 -o '" +
-                              (folder / "a.webp") + "' 2>/dev/null";
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 130);
-  EXPECT_EQ(folder.Entries(), 0u);
 }
 
 TEST(Program, ADocumentSavedAgainIsTheSameDocument) {
@@ -400,12 +365,6 @@ TEST(Program, APictureThatCannotBeWrittenLeavesOneSentenceAndNothingElse) {
   for (int round = 0; round < 2; ++round) EXPECT_EQ(Start(kSmall + ("-o " + folder / longest)).code, 0);
   EXPECT_EQ(folder.Entries(), 2u);
   EXPECT_EQ(Start("Hi -q -s 16 -e vortex --still-text -o " + folder / "quiet.gif").output, "");
-}
-
-TEST(Program, TheSameJobGivesTheSameBytes) {
-  const TemporaryFolder folder;
-  for (const char* name : {"a.gif", "b.gif"}) Start(kSmall + ("-o " + folder / name));
-  EXPECT_EQ(testing::ReadBytes(folder / "a.gif"), testing::ReadBytes(folder / "b.gif"));
 }
 
 }  // namespace

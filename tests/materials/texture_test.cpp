@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <complex>
 #include <cstring>
-#include <numbers>
 
 #include "material_helpers.h"
 #include "materials/fractal_texture.h"
@@ -23,85 +20,6 @@ TextureSpec TextureOf(std::uint32_t type, int side) {
   parameters.TextureType = type;
   SetTextureBounds(parameters, side);
   return parameters;
-}
-
-// One fractal layer from the definition: a direct Fourier sum in double instead of the fast transform in float.
-PackedDib PlainFractal(const TextureSpec& parameters, int n, int side) {
-  using Complex = std::complex<double>;
-  const auto at = [&](int i, int j) { return static_cast<std::size_t>(i * n + j); };
-  std::vector<Complex> a(at(n, 0));
-  SeedRandom(parameters.SeedValue[0]);
-  const double exponent = -(3.0 - static_cast<double>(parameters.Dimension[0]) + 1.0) / 2.0;
-  const auto draw = [&](int i, int j) {
-    const double phase = NextRandom() / 32767.0 * 2 * std::numbers::pi;
-    if (!i && !j) return Complex(0);
-    double sum = 0;
-    for (int k = 0; k < 4; ++k) sum += NextRandom();
-    const double g = 2 * std::sqrt(12.0) / (32767.0 * 4) * sum - std::sqrt(12.0);
-    return std::polar(1.0, phase) * std::pow(i * i + j * j, exponent) * g;
-  };
-  for (int i = 0; i <= n / 2; ++i) {
-    for (int j = 0; j <= n / 2; ++j) {
-      const Complex c = draw(i, j);
-      a[at(i, j)] = c;
-      a[at(i ? n - i : 0, j ? n - j : 0)] = std::conj(c);
-    }
-  }
-  for (auto place : {at(n / 2, 0), at(0, n / 2), at(n / 2, n / 2)}) a[place] = a[place].real();
-  for (int i = 1; i < n / 2; ++i) {
-    for (int j = 1; j < n / 2; ++j) {
-      const Complex c = draw(i, j);
-      a[at(i, n - j)] = c;
-      a[at(n - i, j)] = std::conj(c);
-    }
-  }
-  std::vector<double> v(a.size());
-  for (int y = 0; y < n; ++y) {
-    for (int x = 0; x < n; ++x) {
-      Complex sum = 0;
-      for (int i = 0; i < n; ++i) {
-        for (int j = 0; j < n; ++j)
-          sum += a[at(i, j)] * std::polar(1.0, -2 * std::numbers::pi * ((i * y + j * x) % n) / n);
-      }
-      const double real = sum.real();
-      v[at(y, x)] = real > 0 ? std::pow(real, static_cast<double>(parameters.Power[0])) : real;
-    }
-  }
-  const auto [low, high] = std::minmax_element(v.begin(), v.end());
-  const double middle = (*high + *low) / 2, half = (*high - *low) / 2;
-  const auto byte = [&](int y, int x) { return std::trunc(((v[at(y, x)] - middle) / half + 1) * 255 * 0.5); };
-  PackedDib picture = SolidDib(side, side, parameters.BackColour);
-  const DibView view(picture);
-  const int span = (side + 1) & ~1;
-  for (int y = 0; y < side; ++y) {
-    const double w = y / (side - 1.0) * (n - 1);
-    const int r = static_cast<int>(w), r1 = std::min(r + 1, n - 1);
-    for (int x = 0; x < side; ++x) {
-      const double u = x / (span - 1.0) * (n - 1), f = u - std::floor(u), g = w - r;
-      const int c = static_cast<int>(u), c1 = std::min(c + 1, n - 1);
-      const double b =
-          (byte(r, c) * (1 - f) + byte(r, c1) * f) * (1 - g) + (byte(r1, c) * (1 - f) + byte(r1, c1) * f) * g;
-      const int alpha = b > 127.0 ? static_cast<int>((b - 127.0) * 0.0078125 * 255.0) : 0;
-      view.SetPixel(x, y, Blend(view.GetPixel(x, y), parameters.ForeColour[0], alpha));
-    }
-  }
-  return picture;
-}
-
-TEST(FractalTexture, AgreesWithTheDirectSum) {
-  TextureSpec parameters = TextureOf(0, 45);
-  parameters.MatrixSize = 20;  // raised to 32
-  const PackedDib fast = GenerateFractalTexture(parameters, WholeOf(parameters)),
-                  plain = PlainFractal(parameters, 32, 45);
-  const std::string a = PixelsOf(fast), b = PixelsOf(plain);
-  ASSERT_EQ(a.size(), b.size());
-  int differing = 0;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const int d = std::abs(static_cast<unsigned char>(a[i]) - static_cast<unsigned char>(b[i]));
-    differing += d != 0;
-    ASSERT_LE(d, 3) << i;  // a byte of the noise may fall on the other side of a truncation
-  }
-  EXPECT_LT(differing, 60) << "of " << a.size();
 }
 
 TEST(FractalTexture, SizesOfTheMatrix) {

@@ -132,22 +132,6 @@ std::vector<const DialogTemplate*> Panels() {
   return panels;
 }
 
-TEST(Layout, NothingOverlapsOrLeavesTheDialogWithAnyPanel) {
-  for (const DialogTemplate* panel : Panels()) {
-    const Controls all = DialogWith(*panel);
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      const ControlTemplate& control = all[i];
-      EXPECT_TRUE(control.x >= kMargin && control.y >= kMargin && control.width > 0 && control.height > 0 &&
-                  control.x + control.width <= kMainDialogTemplate.width - kMargin &&
-                  control.y + control.height <= kMainDialogTemplate.height - kMargin)
-          << panel->title << ": " << NameOf(control);
-      for (std::size_t j = i + 1; j < all.size(); ++j) {
-        EXPECT_FALSE(Overlap(control, all[j])) << panel->title << ": " << NameOf(control) << " / " << NameOf(all[j]);
-      }
-    }
-  }
-}
-
 TEST(Layout, EveryCaptionFitsItsControl) {
   Controls all = ControlsOf(kMainDialogTemplate);
   for (const DialogTemplate* panel : Panels()) {

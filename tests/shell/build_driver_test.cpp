@@ -5,13 +5,9 @@
 #include <cstring>
 #include <utility>
 
+#include "checksums/checksum_list.h"
 #include "effects/build_harness.h"
 #include "glyphmotion/host_contract.h"
-#include "image/best_palette.h"
-#include "image/fixed_palettes.h"
-#include "image/quantise.h"
-#include "image/random_images.h"
-#include "image/remap.h"
 
 namespace glyphmotion::test {
 namespace {
@@ -123,196 +119,69 @@ TEST(BuildDriver, CustomPalettesReserveOneEntryForTheBackground) {
   }());
 }
 
-// --- The plain twin of what becomes of the frames: one step after the other, one pixel at a time ---
-
-struct Choice {
-  bool trueColour, custom, dither, supercompress, transparent, maskBackground;
-  Colour background;
-  bool best = false;
-  int colours = 256;
-  Dithering dithering = Dithering::Diffuse;
-};
-
-struct PlainRun {
-  std::vector<std::string> stages = {"Building"};
-  Palette palette{};
-  int depth = 0, taskIndex = 0, hostBackground = 0;
-  int quantised = 0;  ///< colours that the quantiser gave
-  std::vector<PackedDib> images;
-  std::vector<int> indices;  ///< transparent ones
-};
-
-// An index wherever `other` has a value; of which only the bits of a colour count, or all.
-void Paint(const PackedDib& image, const PackedDib& other, std::uint32_t value, std::uint32_t bits, int index) {
-  const DibView to(image), from(other);
-  for (int y = 0; y < to.Height(); ++y) {
-    for (int x = 0; x < to.Width(); ++x) {
-      if ((from.GetPixel(x, y) & bits) == (value & bits)) to.SetPixel(x, y, static_cast<std::uint32_t>(index));
-    }
+std::string SumOf(const Calls& calls) {
+  testing::Hash hash;
+  const auto bytes = [&](const auto& data) {
+    hash.Add({reinterpret_cast<const std::uint8_t*>(&data[0]), sizeof data});
+  };
+  for (const std::string& stage : calls.stages) hash.Add({stage[0]});
+  bytes(calls.task.palette);
+  hash.Add({calls.task.bitsPerPixel, calls.task.transparentIndex, static_cast<std::int64_t>(calls.background)});
+  for (std::size_t i = 0; i < calls.images.size(); ++i) {
+    hash.Add({calls.images[i].transparentIndex, calls.images[i].standAlone});
+    hash.Add(calls.pixels[i]);
   }
+  return hash.Text();
 }
 
-// 1 where two pictures of one size agree.
-PackedDib Agreement(const PackedDib& a, const PackedDib& b) {
-  const DibView first(a), second(b);
-  PackedDib same = BlankDib(first.Width(), first.Height(), nullptr, 8);
-  for (int y = 0; y < first.Height(); ++y) {
-    for (int x = 0; x < first.Width(); ++x) {
-      DibView(same).SetPixel(x, y, first.GetPixel(x, y) == second.GetPixel(x, y));
-    }
-  }
-  return same;
-}
-
-// The palette that is made for the frames; the number of its entries without the reserved one.
-int PlainPalette(const std::vector<PackedDib>& frames, bool wants255, bool reserves, const Choice& choice,
-                 PlainRun& run) {
-  TestFrames list;
-  for (const PackedDib& frame : frames) list.Append(DuplicateDib(frame));
-  int n = choice.colours - wants255;
-  const Rgb background = RgbOf(choice.background);
-  if (choice.best) {
-    const bool hides = choice.maskBackground && (!choice.dither || choice.dithering == Dithering::Ordered);
-    EXPECT_TRUE(BestPalette(list.list, hides ? std::optional(background) : std::nullopt, n, run.palette));
-  } else {
-    EXPECT_TRUE(QuantiseFrames(list.list, n, run.palette));
-  }
-  EXPECT_LE(n, choice.colours - wants255);
-  run.quantised = n;
-  const auto end = run.palette.begin() + n;
-  const bool has = choice.best && std::find(run.palette.begin(), end, background) != end;
-  if (!choice.maskBackground && !has) {
-    const bool room = n < choice.colours - (choice.best ? 0 : 2);
-    const int at = room ? n : NearestColour(background.red, background.green, background.blue, run.palette, n);
-    run.palette[static_cast<std::size_t>(at)] = background;
-    n += room;
-  }
-  SortPaletteByBrightness(run.palette, n);
-  if (reserves) run.palette[static_cast<std::size_t>(n)] = background;
-  for (run.depth = choice.best || choice.colours < 256 ? 2 : 1; n + reserves > 1 << run.depth;) ++run.depth;
-  return n;
-}
-
-PlainRun RunPlainly(const std::vector<PackedDib>& frames, Choice choice) {
-  PlainRun run;
-  const bool wanted = choice.supercompress && !choice.trueColour;
-  const bool supercompress = wanted && frames.size() > 1;
-  if (wanted || choice.background == kNoColour) choice.transparent = choice.maskBackground = false;
-  choice.maskBackground |= choice.transparent;
-  int count = 256, index = -1;
-  LoadFixedPalette(&run.palette, &run.depth, 5);
-  std::vector<PackedDib> dithered;
-  if ((choice.custom || choice.best) && !choice.trueColour) {
-    run.stages.emplace_back("Quantizing");
-    const bool reserves = supercompress || choice.maskBackground;
-    count = index = PlainPalette(frames, wanted || choice.maskBackground, reserves, choice, run);
-  }
-  if (supercompress) run.stages.emplace_back("Supercompressing");
-  run.stages.emplace_back("Remapping");
-  for (std::size_t i = 0; i < frames.size(); ++i) {
-    run.indices.push_back(choice.transparent || (supercompress && i > 0) ? index : -1);
-    if (choice.trueColour) {
-      run.images.push_back(DuplicateDib(frames[i]));
-      continue;
-    }
-    ColourMatcher matcher(run.palette, run.depth, count, {});
-    PackedDib image = RemapImage(frames[i], matcher);
-    if (choice.dither) {
-      image = choice.dithering == Dithering::Ordered ? DitherOrdered(frames[i], matcher)
-              : choice.dithering == Dithering::Stable && i > 0
-                  ? DitherStable(frames[i], frames[i - 1], dithered[i - 1], matcher)
-                  : DitherImage(frames[i], matcher);
-      dithered.push_back(DuplicateDib(image));
-    }
-    const bool hides = supercompress ? i == 0 : choice.maskBackground && index != -1;
-    if (hides) Paint(image, frames[i], choice.background, 0xFFFFFF, index);
-    if (supercompress && i > 0) Paint(image, Agreement(frames[i - 1], frames[i]), 1, 0xFF, index);
-    run.images.push_back(std::move(image));
-  }
-  const Rgb background = RgbOf(choice.background);
-  run.hostBackground =
-      index != -1 ? index : NearestColour(background.red, background.green, background.blue, run.palette, count);
-  run.taskIndex = choice.transparent ? index : 0;
-  return run;
-}
-
-PackedDib DibOf(const std::vector<std::uint8_t>& bytes) {
-  PackedDib dib(AllocateBlock(bytes.size()));
-  const LockedBlock<std::uint8_t> lock(dib.Handle());
-  std::copy(bytes.begin(), bytes.end(), lock.get());
-  return dib;
-}
-
-Settings SettingsOf(const Choice& choice) {
-  const auto check = [](bool on) { return std::string(on ? "1" : "0"); };
-  return {{"MainPalette", "5"},
-          {"Truecolour", check(choice.trueColour)},
-          {"14", check(choice.custom)},
-          {"15", check(choice.dither)},
-          {"19", check(choice.supercompress)},
-          {"35", check(choice.transparent)},
-          {"21", check(choice.maskBackground)}};
-}
-
-// Runs a job in true colour for its frames, then with the choice; the plain twin of the latter.
-PlainRun ExpectPlainRun(Job job, const Choice& choice) {
-  job.settings.emplace_back("Truecolour", "1");
-  std::vector<PackedDib> frames;
-  for (const auto& bytes : Record(job).pixels) frames.push_back(DibOf(bytes));
-  for (const Job::Setting& setting : SettingsOf(choice)) job.settings.push_back(setting);
-  if (choice.best) job.palette = Job::Palette::Best;
-  job.colours = choice.colours;
-  job.dithering = static_cast<Job::Dithering>(choice.dithering);
-  const Calls calls = Record(job);
-  PlainRun plain = RunPlainly(frames, choice);
-  EXPECT_EQ(calls.result.status, RenderStatus::Done) << calls.result.message;
-  EXPECT_EQ(calls.stages, plain.stages);
-  EXPECT_EQ(calls.task.bitsPerPixel, static_cast<std::uint32_t>(plain.depth));
-  EXPECT_EQ(std::memcmp(calls.task.palette, plain.palette.data(), sizeof calls.task.palette), 0);
-  EXPECT_EQ(calls.task.transparentIndex, plain.taskIndex);
-  EXPECT_EQ(calls.background, static_cast<std::uint64_t>(plain.hostBackground));
-  EXPECT_EQ(calls.images.size(), plain.images.size());
-  for (std::size_t i = 0; i < std::min(calls.images.size(), plain.images.size()); ++i) {
-    EXPECT_EQ(Difference(DibOf(calls.pixels[i]), plain.images[i]), "") << "image " << i;
-    EXPECT_EQ(calls.images[i].transparentIndex, plain.indices[i]);
-  }
-  return plain;
-}
-
-TEST(BuildDriver, EveryChoiceOfOptionsGivesThePlainRun) {
-  const std::pair<const char*, Colour> backgrounds[] = {
-      {"#ffffff", 0xFFFFFF}, {"#204060", 0x604020}, {"gradient:#ff8000-#0000ff", kNoColour}};
-  const auto bit = [](int number, int i) { return (number >> i & 1) != 0; };
-  for (const auto& [material, colour] : backgrounds) {
-    for (int i = 0; i < 64; ++i) {
-      // Dither and true colour, which overrides most other options, are chosen now and then.
-      const Choice choice = {i % 7 == 6, bit(i, 0), i % 3 == 0, bit(i, 1), bit(i, 2), bit(i, 3), colour};
-      Job job = PaletteJob({{"22", bit(i, 4) ? "1" : "0"}, {"MainAntialias", bit(i, 5) ? "1" : "0"}});
-      job.background = material;
-      job.fill = bit(i, 5) ? "gradient:#00ff00-#ff00ff" : "#000000";
-      ExpectPlainRun(job, choice);
-      ASSERT_FALSE(HasFailure()) << material << ", choice " << i;
-    }
-  }
-}
-
-TEST(BuildDriver, BestPalettesFewerColoursAndOtherDithersGiveThePlainRun) {
-  const std::pair<const char*, Colour> backgrounds[] = {
-      {"#ffffff", 0xFFFFFF}, {"#204060", 0x604020}, {"gradient:#ff8000-#0000ff", kNoColour}};
+// Sixty-four choices of options before each background, with an automatic palette, and with one of fewer colours, the
+// best one or another dither; build_options.txt keeps what a host gets.
+TEST(BuildDriver, GivesTheCallsOfTheListForEveryChoiceOfOptions) {
+  const auto bit = [](int number, int i) { return std::string(number >> i & 1 ? "1" : "0"); };
   const int limits[] = {256, 2, 3, 16, 40, 255};
-  const auto bit = [](int number, int i) { return (number >> i & 1) != 0; };
-  for (int i = 0; i < 96; ++i) {
-    const auto& [material, colour] = backgrounds[i % 3];
-    Choice choice = {false, true, i % 5 < 3, bit(i, 0), bit(i, 1), bit(i, 2), colour};
-    choice.best = i % 4 != 0;
-    choice.colours = limits[i % 6];
-    choice.dithering = static_cast<Dithering>(i % 5 % 3);
-    Job job = PaletteJob({{"22", i % 7 ? "1" : "0"}, {"MainAntialias", bit(i, 4) ? "1" : "0"}});
-    job.background = material;
-    job.fill = bit(i, 3) ? "gradient:#00ff00-#ff00ff" : "#000000";
-    ExpectPlainRun(job, choice);
-    ASSERT_FALSE(HasFailure()) << material << ", choice " << i;
+  std::vector<std::string> rows;
+  for (const char* background : {"#ffffff", "#204060", "gradient:#ff8000-#0000ff"}) {
+    for (int i = 0; i < 128; ++i) {
+      // Dither and true colour, which overrides most other options, are chosen now and then.
+      Job job = PaletteJob({{"MainPalette", "5"},
+                            {"Truecolour", i < 64 && i % 7 == 6 ? "1" : "0"},
+                            {"14", i < 64 ? bit(i, 0) : "1"},
+                            {"15", i % 3 == 0 ? "1" : "0"},
+                            {"19", bit(i, 1)},
+                            {"35", bit(i, 2)},
+                            {"21", bit(i, 3)},
+                            {"22", bit(i, 4)},
+                            {"MainAntialias", bit(i, 5)}});
+      job.background = background;
+      job.fill = i & 32 ? "gradient:#00ff00-#ff00ff" : "#000000";
+      if (i >= 64) {
+        job.palette = i % 4 ? Job::Palette::Best : Job::Palette::Automatic;
+        job.colours = limits[i % 6];
+        job.dithering = static_cast<Job::Dithering>(i / 3 % 3);
+      }
+      const Calls calls = Record(job);
+      EXPECT_EQ(calls.result.status, RenderStatus::Done) << calls.result.message;
+      rows.push_back(std::string(background) + "," + std::to_string(i) + "," + SumOf(calls));
+    }
   }
+  // A ramp of 253 greys and letters with none, one or two colours of their own: from 254 colours on there is no room
+  // for the background any more.
+  for (const char* fill : {"#808080", "#ff0000", "gradient:#ff0000-#0000ff"}) {
+    for (const char* outline : {"#808080", "#00ff00"}) {
+      for (const char* supercompress : {"0", "1"}) {
+        Job job = PaletteJob(
+            {{"22", "0"}, {"MainAntialias", "0"}, {"MainPadding", "120"}, {"14", "1"}, {"19", supercompress}});
+        job.background = "gradient:#000000-#ffffff";
+        job.fill = fill;
+        job.outline = outline;
+        rows.push_back(std::string(fill) + "," + outline + "," + supercompress + "," + SumOf(Record(job)));
+      }
+    }
+  }
+  testing::ExpectList("build_options.txt", rows);
+}
+
+TEST(BuildDriver, TheBestPaletteServesFewColoursAndNumbersOfColoursHaveBounds) {
   // The octree keeps these colours well, but not in four entries.
   for (const int colours : {256, 4}) {
     Job job = PaletteJob({{"14", "1"}});
@@ -328,30 +197,6 @@ TEST(BuildDriver, BestPalettesFewerColoursAndOtherDithersGiveThePlainRun) {
   Job wrong = PaletteJob();
   for (wrong.colours = 1; wrong.colours < 300; wrong.colours += 256)
     EXPECT_EQ(Record(wrong).result.status, RenderStatus::BadJob);
-}
-
-// A ramp of 253 greys, and letters with none, one or two colours of their own, or with more than any palette holds:
-// from 254 colours on there is no room for the background any more. A single frame has nothing to supercompress and
-// yet gets one colour less for it.
-TEST(BuildDriver, AFullPaletteGivesItsNearestEntryToTheBackground) {
-  const struct {
-    const char *fill, *outline, *antialias;
-    int least, most;
-  } letters[] = {{"#808080", "#808080", "0", 253, 253},
-                 {"#ff0000", "#808080", "0", 254, 254},
-                 {"#ff0000", "#00ff00", "0", 255, 255},
-                 {"gradient:#ff0000-#0000ff", "#00ff00", "1", 33, 252}};
-  for (const auto& row : letters) {
-    for (const bool supercompress : {false, true}) {
-      Job job = PaletteJob({{"22", "0"}, {"MainAntialias", row.antialias}, {"MainPadding", "120"}});
-      job.background = "gradient:#000000-#ffffff";
-      job.fill = row.fill;
-      job.outline = row.outline;
-      const Choice choice = {false, true, false, supercompress, false, false, kNoColour};
-      const int quantised = ExpectPlainRun(job, choice).quantised;
-      EXPECT_TRUE(quantised >= row.least && quantised <= row.most) << quantised;
-    }
-  }
 }
 
 TEST(BuildDriver, SupercompressMarksUnchangedPixels) {

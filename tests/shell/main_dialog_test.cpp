@@ -441,54 +441,6 @@ TEST_F(MainDialogTest, APathThatTheSettingsCannotHoldIsNotRemembered) {
   RunDialog(kBothHost, [&](Dialog&) { EXPECT_EQ(TextVariable("CurrentFileName"), "untitled.gm4"); });
 }
 
-TEST_F(MainDialogTest, ADocumentRestoresEveryControlOfEveryPanel) {
-  std::mt19937 random(4);
-  std::vector<std::string> lines;
-  const auto linesOf = [](Dialog& dialog) {
-    std::vector<std::string> result;
-    for (int id : Children(dialog)) {
-      std::string line;
-      if (id > 0) SendToControl(dialog, id, {1334, 0, PointerArgument(&line)});
-      // Handles are not part of a stored material.
-      const std::size_t value = line.find('=') + 1;
-      if (line.starts_with("MATLBT")) line.replace(value + 2 * 1242, 16, "").replace(value + 2 * 1186, 16, "");
-      result.push_back(line);
-    }
-    return result;
-  };
-  RunDialog(kBothHost, [&](Dialog& dialog) {
-    for (int effect = 0; effect < kEffectCount; ++effect) {
-      Choose(dialog, ControlId::Effect, effect);
-      for (const ControlTemplate& control : EffectRow(effect).panel->controls) {
-        if (control.kind == ControlKind::Check && random() % 2) Click(dialog, control.id);
-        if (control.kind == ControlKind::Combo) Choose(dialog, control.id, static_cast<int>(random() % 9));
-        if (control.kind == ControlKind::NumberEdit) Type(dialog, control.id, std::to_string(random() % 500));
-        if (control.kind == ControlKind::ColourButton) SetNumber(dialog, control.id, random() & 0xFFFFFF);
-        if (control.kind >= ControlKind::ShadowDirection && random() % 2) PressKey(dialog, control.id, kKeyLeft);
-      }
-    }
-    Choose(dialog, ControlId::Effect, 9);
-    ASSERT_EQ(SaveDocument(dialog, Path("all.gm4")), 1);
-    lines = linesOf(dialog);
-  });
-  std::filesystem::remove(Path("settings.ini"));
-  RunDialog(kBothHost, [&](Dialog& dialog) {
-    EXPECT_TRUE(linesOf(dialog) != lines);
-    LoadDocument(dialog, Path("all.gm4"));
-    const std::vector<std::string> now = linesOf(dialog);
-    for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(now[i], lines[i]);
-    EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{9});
-  });
-  // What was loaded is what the settings remember.
-  RunDialog(kBothHost, [&](Dialog& dialog) {
-    std::vector<std::string> now = linesOf(dialog);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      const bool remembered = !lines[i].starts_with("SPNBTN511=") && !lines[i].starts_with("CHKBOX14=");
-      EXPECT_TRUE(!remembered || now[i] == lines[i]) << now[i] << lines[i];
-    }
-  });
-}
-
 TEST_F(MainDialogTest, RegistrationNeedsARegisteredHostAndBothHalves) {
   AtomicWriteFile(Path("settings.ini"), "RegistrationName = half of it\n");
   std::uint64_t registered = 0;

@@ -1,57 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The real dialog with all its panels: what a document and the settings file carry from one run to the next.
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <random>
 
 #include "controls/families.h"
 #include "controls/read_controls.h"
-#include "controls/variables.h"
-#include "platform/dialog_driver.h"
-#include "platform/files.h"
-#include "platform/folders.h"
-#include "platform/shell_ui.h"
-#include "resources/templates.h"
+#include "main_dialog_fixture.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
 
 namespace glyphmotion {
 namespace {
 
-namespace fs = std::filesystem;
-
-std::uint64_t RefuseCall(void*, std::uint32_t, std::uint64_t, std::uint64_t) { return 0; }
-
-struct Folder {
-  fs::path path;
-  FolderOverrides before = CurrentFolderOverrides();
-  Folder() {
-    std::string name = (fs::temp_directory_path() / "remembering-XXXXXX").string();
-    path = mkdtemp(name.data());
-    SetFolderOverrides({(path / "settings.ini").string(), "", path.string()});
-  }
-  ~Folder() {
-    SetFolderOverrides(before);
-    ResetVariables();
-    fs::remove_all(path);
-  }
-  std::string operator/(const char* name) const { return (path / name).string(); }
+class Remembering : public MainDialogTest {
+ protected:
+  ~Remembering() override { ResetVariables(); }
 };
-
-/// One run of the dialog, from its start to its end.
-void RunDialog(const std::function<void(Dialog&)>& user) {
-  HostCallTable table{};
-  table.version = HostInterfaceVersion;
-  table.hostFlags = HostFlagPaletteFormat | HostFlagTrueColorFormat;
-  table.HostCall = RefuseCall;
-  const ModalDriver before = SetModalDriver([&](Dialog& dialog, int) { user(dialog); });
-  RunModal(kMainDialogTemplate, nullptr, MainDialogProcedure, &table);
-  SetModalDriver(before);
-}
 
 void SendLine(Dialog& dialog, int id, const std::string& value) {
   const auto* family = static_cast<const ControlFamily*>(FamilyOf(dialog, id));
@@ -114,31 +77,30 @@ std::map<std::string, std::string> Lines(const std::string& path) {
   return lines;
 }
 
-TEST(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
-  const Folder folder;
+TEST_F(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
   for (unsigned seed = 1; seed <= 5; ++seed) {
     std::mt19937 random(seed);
-    RunDialog([&](Dialog& dialog) {
+    RunDialog(kBothHost, [&](Dialog& dialog) {
       for (int id : Children(dialog)) RandomiseControl(dialog, id, random);
-      ASSERT_EQ(SaveDocument(dialog, folder / "written.gm4"), 1);
+      ASSERT_EQ(SaveDocument(dialog, Path("written.gm4")), 1);
     });
-    fs::remove(folder / "settings.ini");
-    RunDialog([&](Dialog& dialog) {
-      SaveDocument(dialog, folder / "fresh.gm4");
-      LoadDocument(dialog, folder / "written.gm4");
-      ASSERT_EQ(SaveDocument(dialog, folder / "read.gm4"), 1);
+    std::filesystem::remove(Path("settings.ini"));
+    RunDialog(kBothHost, [&](Dialog& dialog) {
+      SaveDocument(dialog, Path("fresh.gm4"));
+      LoadDocument(dialog, Path("written.gm4"));
+      ASSERT_EQ(SaveDocument(dialog, Path("read.gm4")), 1);
     });
-    const auto written = Lines(folder / "written.gm4");
+    const auto written = Lines(Path("written.gm4"));
     EXPECT_GT(written.size(), 370u);
-    EXPECT_NE(Lines(folder / "fresh.gm4"), written);
-    EXPECT_EQ(Lines(folder / "read.gm4"), written) << "seed " << seed;
+    EXPECT_NE(Lines(Path("fresh.gm4")), written);
+    EXPECT_EQ(Lines(Path("read.gm4")), written) << "seed " << seed;
 
-    RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "next.gm4"); });
-    EXPECT_EQ(Lines(folder / "next.gm4").at("SPNBTN511"), written.at("SPNBTN511")) << "within one process";
+    RunDialog(kBothHost, [&](Dialog& dialog) { SaveDocument(dialog, Path("next.gm4")); });
+    EXPECT_EQ(Lines(Path("next.gm4")).at("SPNBTN511"), written.at("SPNBTN511")) << "within one process";
     ResetVariables();
-    RunDialog([&](Dialog& dialog) { SaveDocument(dialog, folder / "later.gm4"); });
-    EXPECT_EQ(Lines(folder / "later.gm4").at("SPNBTN511"), "20");
-    const auto later = Lines(folder / "later.gm4");
+    RunDialog(kBothHost, [&](Dialog& dialog) { SaveDocument(dialog, Path("later.gm4")); });
+    EXPECT_EQ(Lines(Path("later.gm4")).at("SPNBTN511"), "20");
+    const auto later = Lines(Path("later.gm4"));
     for (const auto& [control, value] : written) {
       // Materials have files of their own, Custom palette lives for one run, a palette format allows no alpha, and the
       // softness of White Noise has never had a key.
@@ -149,21 +111,20 @@ TEST(Remembering, EveryControlComesBackFromADocumentAndFromTheSettings) {
   }
 }
 
-TEST(Remembering, ATextOf260CharactersComesBackWhole) {
-  const Folder folder;
+TEST_F(Remembering, ATextOf260CharactersComesBackWhole) {
   for (const std::string character : {"x", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}) {
     std::string text;
     for (int i = 0; i < 260; ++i) text += character;
-    RunDialog([&](Dialog& dialog) {
+    RunDialog(kBothHost, [&](Dialog& dialog) {
       EXPECT_TRUE(Type(dialog, 52, text + character));
       EXPECT_EQ(GetText(dialog, 52), text);
-      SaveDocument(dialog, folder / "text.gm4");
+      SaveDocument(dialog, Path("text.gm4"));
     });
     ResetVariables();
-    RunDialog([&](Dialog& dialog) {
+    RunDialog(kBothHost, [&](Dialog& dialog) {
       EXPECT_EQ(GetText(dialog, 52), text) << "from the settings";
       SetText(dialog, 52, "");
-      LoadDocument(dialog, folder / "text.gm4");
+      LoadDocument(dialog, Path("text.gm4"));
       EXPECT_EQ(GetText(dialog, 52), text) << "from the document";
       EXPECT_EQ(TextVariable("MainText"), text);
     });
