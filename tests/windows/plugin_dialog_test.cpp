@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The dialog of real windows, driven from inside: effects, options and what they do to one another, numbers, keys,
-// documents, settings.
+// The dialog of real windows, driven from inside: what its text, numbers, menus and file dialogs do there.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
-#include <vector>
 
 #include "effects/effect_table.h"
 #include "plugin_host.h"
@@ -65,102 +62,6 @@ TEST(Effects, EachHasItsOptionsAndBuilds) {
   }
 }
 
-/// What a label, a check or a button has to say is wider or higher than its window, in the dialog's own font.
-bool IsCutOff(HWND control) {
-  char name[16] = "";
-  wchar_t text[256] = L"";
-  GetClassNameA(control, name, sizeof name);
-  GetWindowTextW(control, text, 256);
-  const bool isLabel = !std::strcmp(name, "Static"), isButton = !std::strcmp(name, "Button");
-  const LONG style = GetWindowLongA(control, GWL_STYLE);
-  if ((!isLabel && !isButton) ||
-      (isLabel ? style & SS_TYPEMASK : style & BS_TYPEMASK) == (isLabel ? SS_OWNERDRAW : BS_OWNERDRAW))
-    return false;
-  RECT room{}, wanted{};
-  GetClientRect(control, &room);
-  wanted.right = room.right;
-  const HDC context = GetDC(control);
-  const HGDIOBJ before = SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageA(control, WM_GETFONT, 0, 0)));
-  const bool wraps = isLabel && (style & SS_TYPEMASK) == SS_LEFT;
-  DrawTextW(context, text, -1, &wanted, DT_CALCRECT | (wraps ? DT_WORDBREAK : DT_SINGLELINE));
-  SelectObject(context, before);
-  ReleaseDC(control, context);
-  constexpr int kCheckBox = 16, kWinesFont = 8;  // Wine's is a little wider than the system's
-  return wanted.right + (isButton ? kCheckBox : 0) > room.right + kWinesFont || wanted.bottom > room.bottom;
-}
-
-/// A group box lies around others.
-bool IsGroup(HWND control) {
-  char name[16] = "";
-  GetClassNameA(control, name, sizeof name);
-  return !std::strcmp(name, "Button") && (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
-}
-
-void ExpectNothingOverlaps(HWND dialog, const std::string& where) {
-  std::vector<HWND> shown;
-  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    if (IsWindowVisible(child) && !IsGroup(child)) shown.push_back(child);
-  }
-  for (std::size_t i = 0; i < shown.size(); ++i) {
-    for (std::size_t j = i + 1; j < shown.size(); ++j) {
-      RECT a{}, b{}, shared{};
-      GetWindowRect(shown[i], &a);
-      GetWindowRect(shown[j], &b);
-      EXPECT_FALSE(IntersectRect(&shared, &a, &b))
-          << GetDlgCtrlID(shown[i]) << " and " << GetDlgCtrlID(shown[j]) << ", " << where;
-    }
-  }
-}
-
-TEST(Effects, NoTextIsCutOffAndNothingOverlaps) {
-  RunDialog(kBothFormats, [](HWND dialog) {
-    for (int effect = 0; effect < kEffectCount; ++effect) {
-      Choose(dialog, kEffect, effect);
-      for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        char text[256] = "";
-        GetWindowTextA(child, text, sizeof text);
-        EXPECT_FALSE(IsWindowVisible(child) && IsCutOff(child)) << text << ", effect " << effect;
-      }
-      ExpectNothingOverlaps(dialog, "effect " + std::to_string(effect));
-    }
-    for (const int editor : {0, 1, 2}) {
-      const HWND window = OpenEditor(dialog, editor);
-      ExpectNothingOverlaps(window, kEditors[editor]);
-      CloseEditor(window, IDCANCEL);
-    }
-  });
-}
-
-TEST(Buttons, TestDeliversAndStaysCancelLeavesBuildDeliversAndLeaves) {
-  EXPECT_EQ(RunDialog(kPalette,
-                      [](HWND dialog) {
-                        AskForLittle(dialog);
-                        for (int i = 0; i < 2; ++i) {
-                          host = {};
-                          PressTest(dialog);
-                          EXPECT_EQ(host.ended, 1);
-                          EXPECT_TRUE(IsWindow(dialog) && IsEnabled(dialog, kTest));
-                        }
-                        host = {};
-                        Press(dialog, kCancel);
-                        EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
-                      }),
-            1);
-  EXPECT_TRUE(host.operations.empty());
-}
-
-TEST(Options, WithoutTextNothingCanBeBuilt) {
-  RunDialog(kPalette, [](HWND dialog) {
-    Type(dialog, kText, "");
-    EXPECT_FALSE(IsEnabled(dialog, kBuild));
-    EXPECT_TRUE(IsEnabled(dialog, kTest));
-    Type(dialog, kText, "x");
-    EXPECT_TRUE(IsEnabled(dialog, kBuild));
-    Type(dialog, kText, std::string(400, 'y'));
-    EXPECT_EQ(TextOf(dialog, kText).size(), 260u) << "a person can type no more than that";
-  });
-}
-
 // A character is a character, whether it takes one unit of UTF-16 or two, and however it comes.
 TEST(Options, TheTextTakes260CharactersOfAnyKind) {
   RunDialog(kPalette, [](HWND dialog) {
@@ -211,45 +112,6 @@ TEST(Options, AnyTextIsBuiltHoweverItIsEntered) {
       PressTest(dialog);
       EXPECT_EQ(host.ended, 1) << "of " << text.size() << " units, the first " << +text[0];
     }
-  });
-}
-
-TEST(Options, TheHostsFormatDecidesWhatCanBeChosen) {
-  const auto check = [](HWND dialog, bool trueColour, bool transparent, bool alpha) {
-    EXPECT_EQ(IsEnabled(dialog, kTrueColourCheck), trueColour);
-    EXPECT_EQ(IsEnabled(dialog, kTransparent), transparent);
-    EXPECT_EQ(IsEnabled(dialog, kSupercompress), transparent);
-    EXPECT_EQ(IsEnabled(dialog, kAlphaCheck), alpha);
-    EXPECT_EQ(IsChecked(dialog, kTrueColourCheck) && !trueColour, false);
-  };
-  RunDialog(kPalette, [&](HWND dialog) { check(dialog, false, true, false); });
-  RunDialog(kTrueColour, [&](HWND dialog) { check(dialog, true, false, true); });
-  RunDialog(kBothFormats, [&](HWND dialog) { check(dialog, true, true, false); });
-}
-
-TEST(Options, OneDecidesAboutAnother) {
-  RunDialog(kTrueColour, [](HWND dialog) {
-    SetChecked(dialog, kTrueColourCheck, false);
-    SetChecked(dialog, kAlphaCheck, true);
-    EXPECT_TRUE(IsChecked(dialog, kTrueColourCheck)) << "alpha is true colour";
-    SetChecked(dialog, kTrueColourCheck, false);
-    EXPECT_FALSE(IsChecked(dialog, kAlphaCheck)) << "without true colour no alpha";
-    EXPECT_TRUE(IsEnabled(dialog, kPaletteCombo));
-    SetChecked(dialog, kCustomPalette, true);
-    EXPECT_FALSE(IsEnabled(dialog, kPaletteCombo));
-    SetChecked(dialog, kCustomPalette, false);
-    EXPECT_TRUE(IsEnabled(dialog, kPaletteCombo));
-  });
-}
-
-TEST(Options, ATestLeavesAlphaAsItWas) {
-  RunDialog(kTrueColour, [](HWND dialog) {
-    AskForLittle(dialog);
-    SetChecked(dialog, kAlphaCheck, true);
-    PressTest(dialog);
-    EXPECT_TRUE(IsChecked(dialog, kAlphaCheck));
-    ASSERT_FALSE(host.images.empty());
-    EXPECT_EQ(At<std::uint32_t>(host.images[0].record, 20), 0u) << "a test is rendered without alpha";
   });
 }
 
@@ -334,23 +196,6 @@ TEST_F(Documents, WhatWasSavedIsThereAgainWhenOpened) {
   EXPECT_TRUE(SettingsHold("CurrentFileName = " + path));
 }
 
-TEST_F(Documents, MissingAndForeignDocumentsAreReported) {
-  const std::string path = std::string(kFolder) + "\\foreign.GM4";
-  std::ofstream(path) << "Something else\nTXTFLD52=Not this\n";
-  RunDialog(kPalette, [&](HWND dialog) {
-    Command(dialog, kOpen);
-    GivePath("Open", path);
-    EXPECT_EQ(AnswerMessage(), "This file has been damaged.");
-    Command(dialog, kSaveAs);
-    GivePath("Save", std::string(kFolder) + "\\sub");
-    Settle(dialog);
-    std::filesystem::remove_all(kFolder);
-    Command(dialog, kSave);
-    EXPECT_EQ(AnswerMessage(), "There has been an error creating the requested file.");
-    EXPECT_EQ(TextOf(dialog, kText), "This space for rent...");
-  });
-}
-
 TEST_F(Documents, TheMenuOffersThemBelowTheButtonWhenThePointerIsElsewhere) {
   RunDialog(kPalette, [](HWND dialog) {
     SetCursorPos(1, 1);
@@ -398,28 +243,6 @@ TEST_F(Documents, AFileDialogOfTheHostsSizeLaysOutItsContents) {
 }
 
 // --- Settings ---
-
-TEST(Settings, AreWrittenAtTheEndAndReadAtTheNextStart) {
-  RunDialog(kTrueColour, [](HWND dialog) {
-    Type(dialog, kText, "R\xE9sum\xE9");
-    Choose(dialog, kEffect, 4);
-    Choose(dialog, kPaletteCombo, 3);
-    SetChecked(dialog, kCommentCheck, false);
-    Type(dialog, kSize, "33");
-    Press(dialog, kCancel);
-  });
-  EXPECT_TRUE(SettingsHold("MainEffect = 4"));
-  EXPECT_TRUE(SettingsHold("MainPalette = 3"));
-  EXPECT_TRUE(SettingsHold("MainFontSize = 33"));
-  EXPECT_TRUE(SettingsHold("MainText = R\xC3\xA9sum\xC3\xA9"));
-  RunDialog(kTrueColour, [](HWND dialog) {
-    EXPECT_EQ(TextOf(dialog, kText), "R\xE9sum\xE9");
-    EXPECT_EQ(SelectionOf(dialog, kEffect), 4);
-    EXPECT_EQ(SelectionOf(dialog, kPaletteCombo), 3);
-    EXPECT_FALSE(IsChecked(dialog, kCommentCheck));
-    EXPECT_EQ(TextOf(dialog, kSize), "33");
-  });
-}
 
 /// Holds Shift on this thread, which runs the dialog.
 struct ShiftHeld {

@@ -6,11 +6,6 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
-#include <thread>
 
 #include "plugin_host.h"
 #include "plugin_resources.h"
@@ -195,70 +190,6 @@ TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
     }
     CloseEditor(tiles, IDCANCEL);
   });
-}
-
-// --- Files ---
-
-/// Turns bits round in a file, or cuts it off, or leaves nothing of it.
-void Damage(const std::filesystem::path& path, std::minstd_rand& random) {
-  std::ostringstream read;
-  read << std::ifstream(path, std::ios::binary).rdbuf();
-  std::string bytes = read.str();
-  if (random() % 3 == 0) bytes.resize(bytes.size() * (random() % 10) / 10);
-  for (int i = 0; i < 20 && !bytes.empty(); ++i) bytes[random() % bytes.size()] ^= static_cast<char>(1 << random() % 8);
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-// Everything that the dialog has left is damaged, then the dialog and every editor opens over it. What they have to say
-// is answered.
-TEST(Editors, DamagedFilesDoNoHarm) {
-  const auto folder = std::filesystem::path(SettingsPath()).parent_path();
-  std::minstd_rand random(4);
-  bool first = true;
-  const auto use = [&](HWND dialog) {
-    AskForLittle(dialog);
-    for (int editor = 0; editor < 3; ++editor) {
-      const HWND window = OpenEditor(dialog, editor);
-      if (editor == 2 && first) StartGroup(window, kAddTile);
-      CloseEditor(window, IDOK);
-    }
-    PressTest(dialog);
-    EXPECT_EQ(host.ended, 1);
-    first = false;
-  };
-  std::atomic<bool> over = false;
-  std::thread answers([&] {
-    for (; !over; Sleep(50)) {
-      if (const HWND message = FindMessage()) PostMessageA(message, WM_COMMAND, IDOK, 0);
-    }
-  });
-  RunDialog(kBothFormats, use);
-  for (int round = 0; round < 4; ++round) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-      if (entry.is_regular_file()) Damage(entry.path(), random);
-    }
-    host = {};
-    EXPECT_EQ(RunDialog(kBothFormats, use), 1) << round;
-  }
-  over = true;
-  answers.join();
-}
-
-// A file has replaced the folder.
-TEST(Editors, ASettingsFolderThatGoesIsNotNeeded) {
-  const auto folder = std::filesystem::path(SettingsPath()).parent_path();
-  EXPECT_EQ(RunDialog(kBothFormats,
-                      [&](HWND dialog) {
-                        std::filesystem::remove_all(folder);
-                        std::ofstream(folder) << "in the way";
-                        AskForLittle(dialog);
-                        for (int editor = 0; editor < 3; ++editor) CloseEditor(OpenEditor(dialog, editor), IDOK);
-                        PressTest(dialog);
-                        EXPECT_EQ(host.ended, 1);
-                      }),
-            1);
-  EXPECT_EQ(RunDialog(kBothFormats, [&](HWND dialog) { EXPECT_TRUE(IsEnabled(dialog, kBuild)); }), 1);
-  std::filesystem::remove(folder);
 }
 
 // Another program, as clipboards' histories do, looks into the clipboard at that very moment.

@@ -13,9 +13,6 @@
 namespace glyphmotion::test {
 namespace {
 
-constexpr const char* kTaskRefused = "Error creating new task.";
-constexpr const char* kImageRefused = "There has been an error adding an image to the current file object.";
-
 void AskForQuickEffect(HWND dialog) {
   AskForLittle(dialog);
   Choose(dialog, kEffect, 15);
@@ -95,12 +92,6 @@ TEST(Refused, AHostWithoutATableOrTooOld) {
   EXPECT_TRUE(host.operations.empty());
 }
 
-TEST(Refused, ANewerHostIsNot) {
-  HostCallTable table = TableOf(kBothFormats);
-  table.version = 0x1100;
-  EXPECT_EQ(RunDialog(table, [](HWND dialog) { Press(dialog, kCancel); }), 1);
-}
-
 TEST(Refused, ATableWithoutItsFunctionIsReportedAndTheDialogCloses) {
   HostCallTable table = TableOf(kBothFormats);
   table.HostCall = nullptr;
@@ -112,32 +103,6 @@ TEST(Refused, ATableWithoutItsFunctionIsReportedAndTheDialogCloses) {
 }
 
 // --- During a run ---
-
-TEST(Refused, RefusedTasksAndImagesAreReportedAndTheDialogStays) {
-  EXPECT_EQ(RunDialog(kPalette,
-                      [](HWND dialog) {
-                        AskForQuickEffect(dialog);
-                        for (const int button : {kTest, kBuild}) {
-                          host = {};
-                          host.refuseTask = true;
-                          Command(dialog, button);
-                          EXPECT_EQ(AnswerMessage(), kTaskRefused);
-                          EXPECT_EQ(host.Count(HostOpAddImage) + host.Count(HostOpEndTask), 0);
-                          for (const int image : {1, 3}) {
-                            host = {};
-                            host.refuseImage = image;
-                            Command(dialog, button);
-                            EXPECT_EQ(AnswerMessage(), kImageRefused);
-                            Settle(dialog);
-                            EXPECT_EQ(host.Count(HostOpAddImage), image);
-                            EXPECT_EQ(host.ended, 0) << "the file is abandoned";
-                            EXPECT_TRUE(IsWindow(dialog));
-                          }
-                          ExpectWorkingTest(dialog);
-                        }
-                      }),
-            1);
-}
 
 TEST(Hostile, AHostThatThrowsEndsTheDialogAndNothingElse) {
   for (const std::uint32_t operation : {HostOpGetFileDialogSize, HostOpBeforeWork, HostOpStatusText, HostOpProgress,
@@ -279,47 +244,6 @@ TEST(Hostile, AHostThatFreesLocksOrShrinksOurImages) {
     });
   }
   ExpectWorkingDialog();
-}
-
-TEST(Hostile, InvalidAnswersAreTreatedAsSuch) {
-  host.instead = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
-    if (operation == HostOpGetFileDialogSize) {
-      reinterpret_cast<std::int32_t*>(b)[0] = -2000000000;
-      reinterpret_cast<std::int32_t*>(b)[1] = 2147483647;
-    }
-    if (operation == HostOpPickColor) {
-      auto& record = *reinterpret_cast<HostColorPickRecord*>(b);
-      EXPECT_EQ(record.size, 40u);
-      EXPECT_EQ(record.version, 0x1000u);
-      EXPECT_EQ(record.palette[255 * 3 + 2], 255);
-      record.color = 0xFFABCDEF;
-      record.palette = nullptr;
-    }
-    if (operation >= 16 || operation == HostOpPickColor) return ~std::uint64_t{0};
-    return std::nullopt;
-  };
-  RunDialog(kBothFormats, [](HWND dialog) {
-    AskForQuickEffect(dialog);
-    constexpr int kFirstEffectOption = 100, kLastEffectOption = 1198;
-    HWND colour = nullptr;
-    for (HWND child = GetWindow(dialog, GW_CHILD); child && !colour; child = GetWindow(child, GW_HWNDNEXT)) {
-      const int id = GetDlgCtrlID(child);
-      const bool drawn = (GetWindowLongA(child, GWL_STYLE) & 0xF) == BS_OWNERDRAW;
-      char name[16] = "";
-      GetClassNameA(child, name, sizeof name);
-      if (id >= kFirstEffectOption && id <= kLastEffectOption && drawn && std::string(name) == "Button" &&
-          IsWindowVisible(child))
-        colour = child;
-    }
-    ASSERT_NE(colour, nullptr) << "an effect has a colour to choose";
-    SendMessageA(colour, BM_CLICK, 0, 0);
-    EXPECT_EQ(host.Count(HostOpPickColor), 1);
-    char text[32] = "";
-    GetWindowTextA(colour, text, sizeof text);
-    EXPECT_STREQ(text, std::to_string(0xABCDEF).c_str());
-    host.instead = nullptr;
-    ExpectWorkingTest(dialog);
-  });
 }
 
 }  // namespace

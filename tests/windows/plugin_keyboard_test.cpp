@@ -2,9 +2,6 @@
 // The main dialog and its editors by the keyboard alone, and drags that something else interrupts.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -19,12 +16,6 @@ namespace glyphmotion::test {
 namespace {
 
 constexpr int kSimple = 17, kFill = 100, kOutline = 106, kShadowDirection = 120;
-
-std::string ClassOf(HWND window) {
-  char name[32] = "";
-  GetClassNameA(window, name, sizeof name);
-  return name;
-}
 
 void GiveFocus(HWND dialog, HWND control) {
   SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
@@ -94,71 +85,7 @@ TEST(Keyboard, TabGoesThroughTheDialogAsItIsReadAndBack) {
   });
 }
 
-// --- Letters ---
-
-struct NamedControl {
-  char letter;
-  HWND target;
-  bool isCheck;
-};
-
-/// The target of Alt and a letter: a check or a radio, or the control after a label. Buttons that act are excluded.
-std::vector<NamedControl> NamedControls(HWND dialog) {
-  std::vector<NamedControl> named;
-  for (const HWND child : VisibleChildren(dialog)) {
-    char text[256] = "";
-    GetWindowTextA(child, text, sizeof text);
-    const char* mark = std::strchr(text, '&');
-    const LONG type = GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK;
-    const bool isButton = ClassOf(child) == "Button", isCheck = isButton && type == BS_AUTOCHECKBOX;
-    if (!mark || (isButton && !isCheck && type != BS_AUTORADIOBUTTON)) continue;
-    const HWND target = isButton ? child : GetWindow(child, GW_HWNDNEXT);
-    const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(mark[1])));
-    if (IsWindowEnabled(target)) named.push_back({letter, target, isCheck});
-  }
-  // Radios last: they enable and disable others.
-  std::stable_partition(named.begin(), named.end(), [](const NamedControl& control) {
-    return control.isCheck || ClassOf(control.target) != "Button" ||
-           (GetWindowLongA(control.target, GWL_STYLE) & BS_TYPEMASK) != BS_AUTORADIOBUTTON;
-  });
-  return named;
-}
-
-void PressLetter(HWND dialog, char letter) {
-  constexpr LPARAM kAltHeld = 0x20000001;
-  PostMessageA(FocusOf(dialog), WM_SYSCHAR, static_cast<WPARAM>(letter), kAltHeld);
-  Settle(dialog);
-}
-
-// From the control before.
-void ExpectLettersReach(HWND dialog, std::size_t atLeast) {
-  const std::vector<NamedControl> named = NamedControls(dialog);
-  EXPECT_GE(named.size(), atLeast);
-  for (const auto& [letter, target, isCheck] : named) {
-    GiveFocus(dialog, GetNextDlgTabItem(dialog, target, TRUE));
-    const LRESULT before = SendMessageA(target, BM_GETCHECK, 0, 0);
-    PressLetter(dialog, letter);
-    EXPECT_EQ(FocusOf(dialog), target) << letter << " does not lead to " << GetDlgCtrlID(target);
-    EXPECT_TRUE(!isCheck || SendMessageA(target, BM_GETCHECK, 0, 0) != before)
-        << letter << " does not turn " << GetDlgCtrlID(target);
-  }
-}
-
-TEST(Keyboard, LettersLeadToWhatTheyAreUnderlinedIn) {
-  RunDialog(kBothFormats, [](HWND dialog) {
-    AskForLittle(dialog);
-    Choose(dialog, kEffect, kSimple);
-    GiveFocus(dialog, GetDlgItem(dialog, kText));
-    PressLetter(dialog, 't');
-    ASSERT_TRUE(WaitUntil([&] { return host.ended == 1; })) << "Test is a button, and Alt+T presses it";
-    ExpectLettersReach(dialog, 14);
-    const HWND gradient = OpenEditor(dialog, 0);
-    ExpectLettersReach(gradient, 7);
-    CloseEditor(gradient, IDCANCEL);
-  });
-}
-
-// --- Menus, names and help by key ---
+// --- Menus and names by key ---
 
 HWND OpenMenu() {
   HWND menu = nullptr;
@@ -198,41 +125,6 @@ TEST(Keyboard, MenuKeyAndF2ActOnTheSelectedEntry) {
         PostMessageA(control, WM_KEYDOWN, VK_F2, 1);
         EXPECT_NE(AnswerMessage().find("cannot be edited"), std::string::npos) << "a shipped name stays";
       }
-      CloseEditor(window, IDCANCEL);
-    }
-  });
-}
-
-void PressF1(HWND control) {
-  HELPINFO asked{};
-  asked.cbSize = sizeof asked;
-  asked.iContextType = HELPINFO_WINDOW;
-  asked.iCtrlId = GetDlgCtrlID(control);
-  asked.hItemHandle = control;
-  SendMessageA(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&asked));
-}
-
-TEST(Keyboard, F1AsksForTheFocusedPart) {
-  std::string topic;
-  host.instead = [&](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) -> std::optional<std::uint64_t> {
-    if (operation != HostOpShowHelp) return std::nullopt;
-    topic = reinterpret_cast<const char*>(b);
-    return 1;
-  };
-  RunDialog(kBothFormats, [&](HWND dialog) {
-    Choose(dialog, kEffect, kSimple);
-    for (const auto& [id, part] : {std::pair{+kText, "TEXT"},
-                                   {+kEffect, "SIMPLE"},
-                                   {kFill, "MATERIALS"},
-                                   {+kDelay, "OUTPUT"},
-                                   {kShadowDirection, "COMMON"}}) {
-      PressF1(GetDlgItem(dialog, id));
-      EXPECT_EQ(topic, std::string("TLMPLGM4.HTML#") + part);
-    }
-    for (const auto& [editor, part] : {std::pair{0, "GRADIENT"}, {1, "TEXTURE"}, {2, "TILE"}}) {
-      const HWND window = OpenEditor(dialog, editor);
-      PressF1(GetDlgItem(window, IDOK));
-      EXPECT_EQ(topic, std::string("TLMPLGM4.HTML#") + part);
       CloseEditor(window, IDCANCEL);
     }
   });
@@ -376,39 +268,6 @@ TEST(Drags, OneThatIsInterruptedStaysWhereItWasAndNothingMovesLater) {
   const std::string released = DocumentAfterDrags(End::Released);
   EXPECT_NE(released.find("\nSDWDIR120=0\n"), std::string::npos) << "the picker takes the press";
   for (const End end : kThefts) EXPECT_EQ(DocumentAfterDrags(end), released) << static_cast<int>(end);
-}
-
-// A texture of the shipped group that is changed parts from its entry in the list.
-TEST(Drags, CurvesKeepToThem) {
-  constexpr int kList = 102, kType = 106, kRed = 525;
-  RunDialog(kBothFormats, [](HWND dialog) {
-    const HWND texture = OpenEditor(dialog, 1);
-    const HWND list = GetDlgItem(texture, kList);
-    Choose(texture, kType, 5);  // with curves
-    const HWND curve = GetDlgItem(texture, kRed);
-    ASSERT_TRUE(IsWindowVisible(curve));
-    const auto chosen = [&] { return static_cast<int>(SendMessageA(list, LB_GETCURSEL, 0, 0)); };
-    for (const End end : kThefts) {
-      // The one entry with curves of its own is looked for.
-      int entry = 0;
-      for (const int count = static_cast<int>(SendMessageA(list, LB_GETCOUNT, 0, 0)); entry < count; ++entry) {
-        SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
-        SendMessageA(texture, WM_COMMAND, MAKEWPARAM(kList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
-        if (IsWindowVisible(curve)) break;
-      }
-      ASSERT_EQ(chosen(), entry) << "no shipped texture has curves";
-      Mouse(curve, WM_LBUTTONDOWN, 30, 9);
-      EXPECT_EQ(CaptureOf(texture), curve);
-      EXPECT_EQ(chosen(), -1) << "the curve follows the pointer";
-      Steal(curve, end);
-      SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
-      SendMessageA(texture, WM_COMMAND, MAKEWPARAM(kList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
-      Mouse(curve, WM_MOUSEMOVE, 30, 30);
-      Mouse(curve, WM_LBUTTONUP, 30, 40);
-      EXPECT_EQ(chosen(), entry) << "it follows no longer";
-    }
-    CloseEditor(texture, IDCANCEL);
-  });
 }
 
 TEST(Drags, AFillThatLosesTheMouseOpensNothing) {
