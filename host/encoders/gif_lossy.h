@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Lossy frames of a GIF: pixels may be written as near colours, or stay as they are on the screen, where that makes the
 // file smaller. Every pixel is judged by what the viewer then sees against what the frame wants, so that errors do not
-// add up from frame to frame.
+// add up from frame to frame. What a lossy frame shows is then compressed once more without loss, and so is the frame
+// as it is meant: the one that costs least in bits and errors is kept.
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include "host/encoders/gif_file.h"
@@ -20,25 +22,32 @@ class GifLossyCompressor {
   /// The screen's size in pixels; loss 1 to 200: a pixel may be off by 5 * loss in squared levels of a channel.
   GifLossyCompressor(int width, int height, int loss);
 
+  /// 0 to 9, as of GifFrameCompressor.
+  void SetEffort(int effort) { exact_.SetEffort(effort); }
+
   /// Compresses a frame whose symbols are slots of the palette. May change `pixels`, and reduces `crop` to what the
   /// frame still changes, unless the crop is cleared after it.
   GifStream Compress(GifPixels& pixels, const GifPalette& palette, GifBox& crop, GifDisposal disposal);
 
  private:
+  struct Frame;
+
   void MeasurePalette(const GifPalette& palette);
-  void FreeNearPixels(GifPixels& pixels, const GifPalette& palette, const GifBox& crop);
-  static void Shrink(GifPixels& pixels, std::vector<std::uint16_t>& errors, GifBox& crop);
-  void Show(const GifPalette& palette, const GifBox& crop, int wildcard);
+  void MeasureScreen(const GifPalette& palette, Frame& frame) const;
+  std::uint64_t Search(Frame& near, GifDisposal disposal);
+  Frame ShownBy(const Frame& near, const GifPalette& palette, GifDisposal disposal) const;
+  void Show(const Frame& frame, const GifPalette& palette, GifDisposal disposal);
 
   int width_;
   LossyLimits limits_;
   std::vector<std::uint32_t> screen_;  // red, green << 8, blue << 16, or kClear
   std::vector<std::uint32_t> measured_;
   SlotErrors errors_;
-  std::vector<std::uint16_t> wildcardErrors_;
+  std::unordered_map<std::uint32_t, std::uint8_t> slots_;  // of the measured colours
   std::vector<std::uint8_t> hidden_, written_;
   LossyLzwCompressor lzw_;
   LzwCodes codes_;
+  GifFrameCompressor exact_;
 };
 
 }  // namespace glyphmotion

@@ -202,6 +202,8 @@ struct GifWriter::State {
   Workers workers;
   std::vector<GifFrameCompressor> compressors;  // by lane
   std::optional<GifLossyCompressor> lossy;
+  std::vector<GifFileFrame> lossyFrames;  // the same frames with loss
+  int lossyReserved = 0;                  // entries of the common palette that these need
 
   explicit State(int threads) : workers(threads), compressors(static_cast<std::size_t>(workers.Lanes())) {}
 
@@ -229,6 +231,7 @@ GifWriter::GifWriter(GifWriter&&) noexcept = default;
 void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 void GifWriter::SetEffort(int effort) {
   for (GifFrameCompressor& compressor : state_->compressors) compressor.SetEffort(effort);
+  if (state_->lossy) state_->lossy->SetEffort(effort);
 }
 void GifWriter::SetLoss(int loss) {
   if (loss > 0) state_->lossy.emplace(state_->width, state_->height, loss);
@@ -473,30 +476,37 @@ void GifWriter::State::Settle() {
   const std::vector<bool> own = ChoosePalettes();
   const std::size_t first = encoded.size();
   encoded.resize(first + held.size());
+  const auto commonOf = [&](std::size_t i) { return own[i] ? nullptr : &common; };
   const auto encode = [&](int lane, int number) {
     const auto i = static_cast<std::size_t>(number);
-    encoded[first + i] = EncodeFrame(held[i], own[i] ? nullptr : &common, ids.colours, seeThrough,
-                                     compressors[static_cast<std::size_t>(lane)], lossy ? &*lossy : nullptr);
-    held[i] = {};
+    HeldFrame frame = lossy ? held[i] : std::move(held[i]);
+    encoded[first + i] =
+        EncodeFrame(frame, commonOf(i), ids.colours, seeThrough, compressors[static_cast<std::size_t>(lane)], nullptr);
   };
-  const int count = static_cast<int>(held.size());
-  if (lossy) {
-    for (int i = 0; i < count; ++i) encode(0, i);
-  } else {
-    workers.InOrder(count, encode, [](int) { return true; });
-  }
+  workers.InOrder(static_cast<int>(held.size()), encode, [](int) { return true; });
+  if (lossy)
+    for (std::size_t i = 0; i < held.size(); ++i) {
+      lossyFrames.push_back(EncodeFrame(held[i], commonOf(i), ids.colours, seeThrough, compressors[0], &*lossy));
+      held[i] = {};
+      if (!lossyFrames.back().own) lossyReserved = std::max(lossyReserved, lossyFrames.back().wildcard + 1);
+    }
   for (std::size_t i = first; i < encoded.size(); ++i)
     if (!encoded[i].own) common.Reserve(encoded[i].wildcard + 1);
   held.clear();
   heldBytes = 0;
 }
 
+// Errors of a frame may cost the next ones more than they saved, so the file without loss is a candidate, too.
 std::vector<std::uint8_t> GifWriter::Finish() {
   State& s = *state_;
   s.WritePending({}, GifDisposal::Keep);
   if (s.held.empty() && s.encoded.empty()) return {};
   s.Settle();
-  return GifFileOf(s.width, s.height, s.common, s.encoded, s.comment, s.loops);
+  std::vector<std::uint8_t> file = GifFileOf(s.width, s.height, s.common, s.encoded, s.comment, s.loops);
+  if (!s.lossy) return file;
+  s.common.reserved = std::max(static_cast<int>(s.common.colours.size()), s.lossyReserved);
+  std::vector<std::uint8_t> lossy = GifFileOf(s.width, s.height, s.common, s.lossyFrames, s.comment, s.loops);
+  return lossy.size() < file.size() ? lossy : file;
 }
 
 }  // namespace glyphmotion

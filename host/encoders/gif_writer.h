@@ -39,7 +39,8 @@ class GifWriter {
   void SetComment(const std::string& text);
   /// Sets how often several frames play: 0 to 65535; 0, the default, is for ever.
   void SetLoops(int loops);
-  /// How lossy the compression is: 0, the default, for not at all, to 200. Before the first frame.
+  /// How lossy the compression is: 0, the default, for not at all, to 200. Before the first frame. The file is never
+  /// larger than without loss.
   void SetLoss(int loss);
   /// 0 to 9: time for a smaller file.
   void SetEffort(int effort);
