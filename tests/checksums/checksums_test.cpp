@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The bytes of every effect under twenty sets of options, for a palette host and a true-colour host, and those of the
-// GIF file. checksums.txt keeps them, a row each: effect, options, frames of the palette host, GIF file, frames of the
-// true-colour host. Faster, threaded or rewritten code has to give the same list: two threads make all of it, other
-// numbers of threads a seventh each.
+// The bytes of every effect under two dozen sets of options, for a palette host and a true-colour host, and those of
+// the GIF file. checksums.txt keeps them, a row each: effect, options, frames of the palette host, GIF file, frames of
+// the true-colour host, or "-" where all options are about palettes. Faster, threaded or rewritten code has to give the
+// same list: two threads make all of it, other numbers of threads a seventh each.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -22,11 +22,20 @@ using testing::ReadBytes;
 using testing::TemporaryFolder;
 using Settings = std::vector<Job::Setting>;
 
+// What there is for palette formats beside the settings.
+struct PaletteOptions {
+  Job::Palette palette = Job::Palette::Dialog;
+  int colours = 256;
+  Job::Dithering dithering = Job::Dithering::Diffuse;
+  int loss = 0;
+};
+
 struct OptionSet {
   const char* name;
   const char* text;
   const char *fill, *shadow, *background, *outline;
   Settings settings;
+  std::optional<PaletteOptions> palettes = {};
 };
 
 const std::vector<OptionSet>& OptionSets() {
@@ -63,6 +72,23 @@ const std::vector<OptionSet>& OptionSets() {
       {"accents", "\u00c4\u00e9\u0142", "fountain:Ice", "", "", "", {}},
       {"greek-cyrillic", "\u03a9\u03bb\u0416\u044f", "", "", "", "", {{"MainFontName", "Liberation Serif"}}},
       {"alpha", "Ag3", "", "", "", "", {{"MainAlphaTrans", "1"}, {"UseAlphaGreyBack", "0"}}},
+      {"cjk", "\u6f22\u5b57\u304b\ud55c", "", "", "", "", {{"MainFontName", "WenQuanYi Zen Hei"}}},
+      {"best",
+       "Ag3",
+       "fountain:Sunrise",
+       "",
+       "",
+       "",
+       {{"MainDither", "1"}},
+       PaletteOptions{Job::Palette::Best, 256, Job::Dithering::Stable, 20}},
+      {"few-colours",
+       "Ag3",
+       "fountain:Ocean",
+       "",
+       "",
+       "",
+       {{"MainDither", "1"}},
+       PaletteOptions{Job::Palette::Dialog, 40, Job::Dithering::Ordered, 120}},
   };
   return sets;
 }
@@ -104,6 +130,11 @@ Job JobOf(const std::string& effect, const OptionSet& set, bool palette) {
     const bool alpha = setting.first.find("Alpha") != std::string::npos;
     if (palette ? !alpha : !onlyPalette.contains(setting.first)) job.settings.push_back(setting);
   }
+  if (set.palettes) {
+    job.palette = set.palettes->palette;
+    job.colours = set.palettes->colours;
+    job.dithering = set.palettes->dithering;
+  }
   if (palette) job.defaults = {{"10", "0"}, {"14", set.name == std::string("safe216") ? "0" : "1"}};
   return job;
 }
@@ -122,8 +153,11 @@ Sums SumsOf(const std::string& effect, const OptionSet& set, bool palette, int t
     frames.Add({task.width, task.height, task.depth, task.imageCount, task.transparentIndex});
     frames.Add(task.palette);
     if (palette)
-      encoder = FindFormat(".gif")->open(
-          output, {.width = task.width, .height = task.height, .imageCount = task.imageCount, .threads = threads});
+      encoder = FindFormat(".gif")->open(output, {.width = task.width,
+                                                  .height = task.height,
+                                                  .imageCount = task.imageCount,
+                                                  .threads = threads,
+                                                  .loss = set.palettes ? set.palettes->loss : 0});
     return true;
   };
   sink.image = [&](const Image& image) {
@@ -147,8 +181,8 @@ Sums SumsOf(const std::string& effect, const OptionSet& set, bool palette, int t
 
 std::string RowOf(const std::string& effect, const OptionSet& set, int threads, const TemporaryFolder& folder) {
   const Sums palette = SumsOf(effect, set, true, threads, folder / "sums.gif");
-  const Sums trueColour = SumsOf(effect, set, false, threads, {});
-  return effect + "," + set.name + "," + palette.frames + "," + palette.file + "," + trueColour.frames;
+  const std::string trueColour = set.palettes ? "-" : SumsOf(effect, set, false, threads, {}).frames;
+  return effect + "," + set.name + "," + palette.frames + "," + palette.file + "," + trueColour;
 }
 
 // A row for each effect and set of options, in the order of the file.

@@ -143,8 +143,7 @@ TEST(BuildDriver, GivesTheCallsOfTheListForEveryChoiceOfOptions) {
   for (const char* background : {"#ffffff", "#204060", "gradient:#ff8000-#0000ff"}) {
     for (int i = 0; i < 128; ++i) {
       // Dither and true colour, which overrides most other options, are chosen now and then.
-      Job job = PaletteJob({{"MainPalette", "5"},
-                            {"Truecolour", i < 64 && i % 7 == 6 ? "1" : "0"},
+      Job job = PaletteJob({{"Truecolour", i < 64 && i % 7 == 6 ? "1" : "0"},
                             {"14", i < 64 ? bit(i, 0) : "1"},
                             {"15", i % 3 == 0 ? "1" : "0"},
                             {"19", bit(i, 1)},
@@ -152,6 +151,7 @@ TEST(BuildDriver, GivesTheCallsOfTheListForEveryChoiceOfOptions) {
                             {"21", bit(i, 3)},
                             {"22", bit(i, 4)},
                             {"MainAntialias", bit(i, 5)}});
+      if (i < 64) job.settings.insert(job.settings.begin(), {"MainPalette", "5"});
       job.background = background;
       job.fill = i & 32 ? "gradient:#00ff00-#ff00ff" : "#000000";
       if (i >= 64) {
