@@ -5,13 +5,19 @@
 
 static uint64_t HostCall(void* task, uint32_t operation, uint64_t a, uint64_t b) {
   (void)task; (void)a;
-  if (operation == HostOpAddImage) {
-    const HostImageRecord* record = (const HostImageRecord*)(uintptr_t)b;
-    const int32_t* header = GlyphmotionLockBlock(record->image);
-    printf("frame %u: %d x %d, delay %u\n", record->number, header[1], header[2], record->delay);
-    GlyphmotionUnlockBlock(record->image);
+  switch (operation) {
+    case HostOpAddImage: {
+      const HostImageRecord* record = (const HostImageRecord*)(uintptr_t)b;
+      const int32_t* header = GlyphmotionLockBlock(record->image);
+      printf("frame %u: %d x %d, delay %u\n", record->number, header[1], header[2], record->delay);
+      GlyphmotionUnlockBlock(record->image);
+      return 1;
+    }
+    case HostOpNewTask: case HostOpNewTestTask:
+      return 1;
+    default:
+      return 0;
   }
-  return 1;
 }
 
 static void Driver(GlyphmotionDialog* dialog, void* context) {

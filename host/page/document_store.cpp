@@ -123,6 +123,10 @@ std::string DocumentStore::OptionsOf(const std::string& document) const {
 void DocumentStore::Remember(const KeptDocument& document) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const std::vector<fs::path> paths = Newest(folder_ + "recent/");
+  // First the new one: a process that is killed in between leaves a document twice, not none.
+  if (!AtomicWriteFile(folder_ + "recent/" + Stamp() + ".json",
+                       JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace)))
+    return;
   std::error_code error;
   std::size_t left = 1;
   for (const fs::path& path : paths) {
@@ -130,8 +134,6 @@ void DocumentStore::Remember(const KeptDocument& document) {
     const bool same = other && other->name == document.name && other->path == document.path;
     if (same || ++left > kMostRecent) fs::remove(path, error);
   }
-  AtomicWriteFile(folder_ + "recent/" + Stamp() + ".json",
-                  JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 std::string DocumentStore::UnsavedPath(const std::string& session) const {

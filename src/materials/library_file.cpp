@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+
+#include "platform/files.h"
 
 namespace glyphmotion {
 namespace {
@@ -70,13 +73,15 @@ bool RemoveFile(const std::string& path) noexcept {
 
 void BackUpFile(const std::string& path) noexcept {
   try {
-    std::error_code error;
     const std::filesystem::path file = PathOf(path), copy = PathOf(path + ".bak");
-    if (!std::filesystem::exists(file, error)) return;
-    std::filesystem::remove(copy, error);
-    std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing, error);
-    // The copy of a read-only file is read-only too and would block the next copy.
-    std::filesystem::permissions(copy, std::filesystem::perms::owner_write, std::filesystem::perm_options::add, error);
+    const auto bytes = ReadWholeFile(path, std::numeric_limits<std::size_t>::max());
+    if (!bytes) return;
+    // The copy of a read-only file is writeable, or it would block the next copy.
+    constexpr auto writeable = std::filesystem::perms::owner_write;
+    std::error_code error;
+    std::filesystem::permissions(copy, writeable, std::filesystem::perm_options::add, error);
+    if (!AtomicWriteFile(path + ".bak", *bytes)) return;
+    std::filesystem::permissions(copy, std::filesystem::status(file, error).permissions() | writeable, error);
   } catch (...) {
   }
 }

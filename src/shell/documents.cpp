@@ -59,7 +59,7 @@ std::string_view NextLine(std::string_view& rest) {
   const std::size_t end = rest.find('\n');
   std::string_view line = rest.substr(0, end);
   rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-  return line.substr(0, line.find_first_of(std::string_view("\r\0", 2)));
+  return line.substr(0, std::min(line.find('\r'), line.find('\0')));
 }
 
 /// The id after the stem; 0 or less when there is none.

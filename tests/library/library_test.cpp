@@ -10,6 +10,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <set>
 #include <thread>
 
@@ -260,6 +261,32 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
 }
 
 // The functions agree with each other at every depth, and with libpng about where the top left is.
+// What --list controls says of a number is what the dialog takes; the range of Delay depends on the host.
+TEST(Library, EveryNumberOfTheDialogIsTakenAtBothEndsAndRefusedOnePast) {
+  const auto status = [](const std::string& panel, std::vector<Job::Setting> settings) {
+    Job job;
+    job.effect = panel.empty() ? "vortex" : panel;
+    job.settings = std::move(settings);
+    job.action = Job::Action::None;
+    return Render(job, {}).status;
+  };
+  std::map<std::string, std::vector<Job::Setting>> first, last;  // by panel
+  for (const ControlInfo& control : Controls()) {
+    long low = 0, high = 0;
+    if (control.kind != "number" || std::sscanf(control.range.c_str(), "%ld,%ld", &low, &high) != 2) continue;
+    if (control.key == "MainDelay") continue;
+    const std::string id = std::to_string(control.id);
+    first[control.panel].emplace_back(id, std::to_string(low));
+    last[control.panel].emplace_back(id, std::to_string(high));
+    for (const long value : {low - 1, high + 1})
+      EXPECT_EQ(status(control.panel, {{id, std::to_string(value)}}), RenderStatus::BadJob) << id << " " << value;
+  }
+  EXPECT_EQ(first.size(), EffectNames().size() + 1);
+  for (const auto* ends : {&first, &last}) {
+    for (const auto& [panel, settings] : *ends) EXPECT_EQ(status(panel, settings), RenderStatus::Done) << panel;
+  }
+}
+
 TEST(Library, ImageGivesRowsPaletteAndPixels) {
   const struct {
     std::vector<Job::Setting> settings;

@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+// Both sides of the host's contract, and frames on their way into a GIF.
+#include <gif_lib.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "fuzz/readers.h"
+#include "glyphmotion/host_contract.h"
+#include "host/encoders/gif_writer.h"
+#include "host/recording/animation.h"
+
+namespace glyphmotion::fuzz {
+namespace {
+
+// What a hostile host answers, in order. One run at a time.
+struct HostileHost {
+  Numbers numbers;
+
+  std::uint64_t Answer(std::uint32_t operation, std::uint64_t b) {
+    const std::uint8_t answer = numbers.Byte();
+    switch (operation) {
+      case HostOpChooseImageFile: {
+        const std::string_view path = numbers.Take(answer);
+        std::memcpy(reinterpret_cast<char*>(b), path.data(), path.size());
+        return answer & 1;
+      }
+      case HostOpLoadImage: {
+        const std::string_view bytes = numbers.Take(std::size_t{answer} * 4);
+        const std::uint64_t block = GlyphmotionAllocateBlock(bytes.size());
+        if (void* to = GlyphmotionLockBlock(block)) {
+          std::memcpy(to, bytes.data(), bytes.size());
+          GlyphmotionUnlockBlock(block);
+        }
+        return block;
+      }
+      case HostOpPickColor:
+        reinterpret_cast<HostColorPickRecord*>(b)->color = numbers.Word();
+        return answer & 1;
+      case HostOpGetFileDialogSize: {
+        const std::uint32_t size[2] = {numbers.Word(), numbers.Word()};
+        std::memcpy(reinterpret_cast<void*>(b), size, sizeof size);
+        return answer;
+      }
+      default:
+        return answer % 8 ? 1 : answer / 8;  // mostly yes, or nobody gets far
+    }
+  }
+};
+
+HostileHost*& CurrentHost() {
+  static thread_local HostileHost* host = nullptr;
+  return host;
+}
+
+// A user of a few presses: buttons, materials, and mostly Test and Build.
+void Play(GlyphmotionDialog* dialog, void*) {
+  Numbers& numbers = CurrentHost()->numbers;
+  GlyphmotionSetText(dialog, 52, "I");
+  for (int i = 0; i < 6 && numbers.Any(); ++i) {
+    const std::uint32_t word = numbers.Word();
+    const int id = static_cast<int>(word & 1023), value = static_cast<int>(word >> 10 & 255);
+    switch (word >> 30) {
+      case 0:
+        GlyphmotionSetNumber(dialog, id, value % 12);
+        break;
+      case 1:
+        GlyphmotionSetCheck(dialog, id, value & 1);
+        break;
+      case 2:
+        GlyphmotionSelect(dialog, id, value);
+        break;
+      default:
+        GlyphmotionPress(dialog, value & 1 ? 24 : id);
+    }
+  }
+  GlyphmotionPress(dialog, 1);
+}
+
+using Screen = std::vector<std::uint32_t>;  // 0xFFBBGGRR, 0: nothing there
+
+struct Shown {
+  Screen screen;
+  long delay = 0;
+};
+
+// Equal screens in a row are one.
+void Show(std::vector<Shown>& shown, const Screen& screen, long delay) {
+  if (!shown.empty() && shown.back().screen == screen) {
+    shown.back().delay += delay;
+  } else {
+    shown.push_back({screen, delay});
+  }
+}
+
+std::vector<Shown> Decode(const std::vector<std::uint8_t>& bytes, int width) {
+  struct Source {
+    const std::vector<std::uint8_t>& bytes;
+    std::size_t at = 0;
+  } source{bytes};
+  int error = 0;
+  GifFileType* file = DGifOpen(
+      &source,
+      [](GifFileType* from, GifByteType* to, int count) {
+        auto* bytesOf = static_cast<Source*>(from->UserData);
+        const std::size_t n = std::min(static_cast<std::size_t>(count), bytesOf->bytes.size() - bytesOf->at);
+        std::copy_n(bytesOf->bytes.data() + bytesOf->at, n, to);
+        bytesOf->at += n;
+        return static_cast<int>(n);
+      },
+      &error);
+  Require(file && DGifSlurp(file) == GIF_OK && source.at == bytes.size());
+  std::vector<Shown> shown;
+  Screen screen(static_cast<std::size_t>(file->SWidth * file->SHeight));
+  for (int i = 0; i < file->ImageCount; ++i) {
+    const SavedImage& image = file->SavedImages[i];
+    const GifImageDesc& place = image.ImageDesc;
+    const ColorMapObject& map = place.ColorMap ? *place.ColorMap : *file->SColorMap;
+    GraphicsControlBlock control{0, false, 0, NO_TRANSPARENT_COLOR};
+    DGifSavedExtensionToGCB(file, i, &control);
+    const auto pixel = [&](int x, int y) -> std::uint32_t& {
+      return screen.at(static_cast<std::size_t>((place.Top + y) * width + place.Left + x));
+    };
+    for (int y = 0; y < place.Height; ++y) {
+      for (int x = 0; x < place.Width; ++x) {
+        const int index = image.RasterBits[y * place.Width + x];
+        if (index == control.TransparentColor) continue;
+        Require(index < map.ColorCount);
+        const GifColorType& colour = map.Colors[index];
+        pixel(x, y) = 0xFF000000u | colour.Red | colour.Green << 8 | std::uint32_t{colour.Blue} << 16;
+      }
+    }
+    Show(shown, screen, control.DelayTime);
+    if (control.DisposalMode != DISPOSE_BACKGROUND) continue;
+    for (int y = 0; y < place.Height; ++y)
+      for (int x = 0; x < place.Width; ++x) pixel(x, y) = 0;
+  }
+  DGifCloseFile(file, &error);
+  return shown;
+}
+
+}  // namespace
+
+void ReadHostAnswers(std::string_view input) {
+  HostileHost host{Numbers(input)};
+  CurrentHost() = &host;
+  HostCallTable table{};
+  table.version = HostInterfaceVersion;
+  table.HostCall = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) {
+    return CurrentHost()->Answer(operation, b);
+  };
+  table.hostFlags = host.numbers.Byte() & 3;
+  std::uint64_t before[2], after[2];
+  GlyphmotionLiveBlocks(&before[0], &before[1]);
+  GlyphmotionSetDriver(Play, nullptr);
+  Require(PLUGIN16DoBuild(nullptr, &table) == 1);
+  GlyphmotionSetDriver(nullptr, nullptr);
+  GlyphmotionLiveBlocks(&after[0], &after[1]);
+  Require(after[0] == before[0] && after[1] == before[1]);
+}
+
+// Records of any plug-in: those that are taken make a GIF.
+void ReadHostRecords(std::string_view input) {
+  Numbers numbers(input);
+  TaskReceiver receiver(numbers.Byte() & 1 ? 10 : 1);
+  HostTaskRecord task{};
+  task.size = numbers.Byte() & 1 ? sizeof task : numbers.Word();
+  task.version = HostInterfaceVersion;
+  task.width = numbers.Byte();
+  task.height = numbers.Byte();
+  task.imageCount = numbers.Byte();
+  receiver.Open(&task, numbers.Byte() & 1);
+  while (numbers.Any()) {
+    const std::uint8_t what = numbers.Byte();
+    const void* owner = what & 128 ? nullptr : &task;
+    if (what % 8 == 0) {
+      receiver.SetBackground(owner, 100u + (what >> 3 & 1), numbers.Word());
+    } else if (what % 8 == 1) {
+      receiver.AddComment(owner, std::string(numbers.Take(what)).c_str());
+    } else {
+      HostImageRecord image{};
+      image.size = sizeof image;
+      image.version = HostInterfaceVersion;
+      image.standAlone = what >> 3 & 1;
+      image.delay = what & 16 ? numbers.Word() : 5;
+      image.number = numbers.Byte();
+      image.transparentIndex = what & 32 ? static_cast<std::int32_t>(numbers.Word()) : numbers.Byte() - 1;
+      // A whole header unless it is arbitrary, too; then anything for pixels.
+      std::string dib(40, '\0');
+      const std::uint8_t bits[] = {1, 4, 8, 24, 32};
+      const std::uint8_t header[] = {40, 0, 0, 0, numbers.Byte(),    0, 0, 0, numbers.Byte(), 0,
+                                     0,  0, 1, 0, bits[what / 8 % 5]};
+      std::memcpy(dib.data(), header, sizeof header);
+      if (what & 64) dib.clear();
+      const std::size_t size = numbers.Byte() * std::size_t{numbers.Byte()};
+      dib += numbers.Take(std::min<std::size_t>(size, 600));
+      if (what % 8 > 3) dib.resize(dib.size() + 4096);
+      receiver.AddImage(owner, &image, {reinterpret_cast<const std::uint8_t*>(dib.data()), dib.size()});
+    }
+  }
+  const auto animation = receiver.End(&task, true);
+  std::string error;
+  if (animation) Require(GifOf(*animation, error).empty() != error.empty());
+}
+
+// Another decoder shows what was written: each screen, and how long it lasts.
+void WriteGifs(std::string_view input) {
+  Numbers numbers(input);
+  const int width = 1 + numbers.Byte() % 40, height = 1 + numbers.Byte() % 24;
+  GifWriter writer(width, height);
+  writer.SetEffort(numbers.Byte() % 10);
+  std::array<std::uint8_t, 768> palette{};
+  std::vector<Shown> meant;
+  Screen screen(static_cast<std::size_t>(width * height));
+  for (int i = 0; i < 12 && numbers.Any(); ++i) {
+    const std::uint8_t what = numbers.Byte();
+    // Colours of their own, of one byte each, from a place that varies.
+    if (i == 0 || what & 1) {
+      for (std::size_t at = std::size_t{numbers.Byte()} * 3, n = numbers.Byte(); n > 0 && at < palette.size();
+           --n, ++at)
+        palette[at] = numbers.Byte();
+    }
+    GifFrame frame{1 + (what & 2 ? numbers.Byte() % width : width - 1),
+                   1 + (what & 2 ? numbers.Byte() % height : height - 1),
+                   {},
+                   palette,
+                   numbers.Byte(),
+                   what & 4 ? numbers.Byte() : -1,
+                   (what & 8) != 0};
+    std::vector<std::uint8_t> indices(static_cast<std::size_t>(frame.width * frame.height));
+    // Runs of a byte or copies of what the input holds, then a repeating pattern.
+    const std::string_view pattern = numbers.Take(what >> 4 ? std::size_t{1} << (what >> 4) / 2 : 1);
+    for (std::size_t p = 0; p < indices.size() && !pattern.empty(); ++p)
+      indices[p] = static_cast<std::uint8_t>(pattern[p % pattern.size()]);
+    frame.indices = indices;
+    Require(writer.Add(frame));
+    if (frame.standAlone) std::fill(screen.begin(), screen.end(), 0);
+    for (int y = 0; y < frame.height; ++y) {
+      for (int x = 0; x < frame.width; ++x) {
+        const std::size_t index = indices[static_cast<std::size_t>(y * frame.width + x)];
+        if (static_cast<int>(index) == frame.transparentIndex) continue;
+        const std::uint8_t* colour = &palette[3 * index];
+        screen[static_cast<std::size_t>(y * width + x)] =
+            0xFF000000u | colour[0] | colour[1] << 8 | std::uint32_t{colour[2]} << 16;
+      }
+    }
+    Show(meant, screen, frame.delay);
+  }
+  const std::vector<std::uint8_t> file = writer.Finish();
+  Require(file.empty() == meant.empty());
+  if (file.empty()) return;
+  const std::vector<Shown> shown = Decode(file, width);
+  Require(shown.size() == meant.size());
+  for (std::size_t i = 0; i < meant.size(); ++i) {
+    Require(shown[i].screen == meant[i].screen);
+    Require(meant.size() == 1 || shown[i].delay == meant[i].delay);
+  }
+}
+
+}  // namespace glyphmotion::fuzz
