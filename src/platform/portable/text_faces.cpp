@@ -220,12 +220,28 @@ Face* Match(Selection& selection, char32_t character = 0) {
   return nullptr;
 }
 
-/// Whether `has` holds for all characters that have a shape, as they are, composed with the last one, or decomposed.
+/// What the beginning of the text, of two characters or more, composes to and `has` holds for: the longest such, such
+/// as a Hangul syllable of its jamo. `length` gets its characters. 0: nothing.
+template <typename Has>
+hb_codepoint_t ComposedStart(std::u32string_view text, Has has, std::size_t& length) {
+  hb_codepoint_t composed = text[0], found = 0;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    if (!hb_unicode_compose(hb_unicode_funcs_get_default(), composed, text[i], &composed)) break;
+    if (!has(composed)) continue;
+    found = composed;
+    length = i + 1;
+  }
+  return found;
+}
+
+/// Whether `has` holds for all characters that have a shape, as they are, composed with others, or decomposed.
 template <typename Has>
 bool CoversAll(std::u32string_view text, Has has) {
   hb_unicode_funcs_t* unicode = hb_unicode_funcs_get_default();
   hb_codepoint_t last = 0;
-  for (const char32_t c : text) {
+  for (std::size_t i = 0, length = 1; i < text.size(); i += length) {
+    const char32_t c = text[i];
+    length = 1;
     if (c <= 32 || IsSteering(c)) continue;
     hb_codepoint_t first = c, second = 0;
     if (last && !has(c) && hb_unicode_compose(unicode, last, c, &first) && has(first)) {
@@ -234,6 +250,10 @@ bool CoversAll(std::u32string_view text, Has has) {
     }
     last = c;
     if (has(c)) continue;
+    if (const hb_codepoint_t composed = ComposedStart(text.substr(i), has, length)) {
+      last = composed;
+      continue;
+    }
     if (!hb_unicode_decompose(unicode, c, &first, &second) || !has(first) || (second && !has(second))) return false;
   }
   return true;
