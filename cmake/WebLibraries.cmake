@@ -19,12 +19,12 @@ function(find_sources variable library)
 endfunction()
 
 function(add_web_library target)
-  cmake_parse_arguments(ARG "" "ALIAS" "INCLUDE;SOURCES;DEFINITIONS" ${ARGN})
+  cmake_parse_arguments(ARG "" "ALIAS" "INCLUDE;SOURCES;DEFINITIONS;OPTIONS" ${ARGN})
   add_library(${target} STATIC ${ARG_SOURCES})
   add_library(${ARG_ALIAS} ALIAS ${target})
   target_include_directories(${target} SYSTEM PUBLIC ${ARG_INCLUDE})
   target_compile_definitions(${target} PRIVATE ${ARG_DEFINITIONS})
-  target_compile_options(${target} PRIVATE -w -ffp-contract=off)
+  target_compile_options(${target} PRIVATE -w -ffp-contract=off ${ARG_OPTIONS})
 endfunction()
 
 find_sources(zlib zlib)
@@ -39,9 +39,10 @@ add_web_library(web_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sour
 target_link_libraries(web_png PUBLIC web_zlib)
 
 find_sources(webp libwebp)
-file(GLOB sources ${webp}/src/dec/*.c ${webp}/src/enc/*.c ${webp}/src/utils/*.c ${webp}/src/mux/*.c ${webp}/src/dsp/*.c)
+file(GLOB sources ${webp}/src/dec/*.c ${webp}/src/enc/*.c ${webp}/src/utils/*.c ${webp}/src/mux/*.c ${webp}/src/dsp/*.c
+  ${webp}/sharpyuv/*.c)
 list(FILTER sources EXCLUDE REGEX "_(sse2|sse41|neon|msa|mips32|mips_dsp_r2)\\.c$")
-add_web_library(web_webp ALIAS PkgConfig::WEBP INCLUDE ${webp}/src SOURCES ${sources})
+add_web_library(web_webp ALIAS PkgConfig::WEBP INCLUDE ${webp}/src SOURCES ${sources} OPTIONS -Os)
 target_include_directories(web_webp PRIVATE ${webp})
 
 # Fonts of TrueType and OpenType. The smooth rasteriser has two subdivisions of curves and picks one by the machine's
@@ -69,8 +70,11 @@ add_web_library(web_freetype ALIAS Freetype::Freetype INCLUDE ${made}/freetype $
 target_link_libraries(web_freetype PUBLIC web_png)
 
 find_sources(harfbuzz harfbuzz)
-add_web_library(web_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src SOURCES ${harfbuzz}/src/harfbuzz.cc)
-target_compile_options(web_harfbuzz PRIVATE -fno-exceptions -fno-rtti -fno-threadsafe-statics)
+add_web_library(web_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src SOURCES ${harfbuzz}/src/harfbuzz.cc
+  DEFINITIONS HB_DISABLE_DEPRECATED HB_NDEBUG HB_NO_BUFFER_MESSAGE HB_NO_BUFFER_SERIALIZE HB_NO_BUFFER_VERIFY HB_NO_COLOR
+    HB_NO_DRAW HB_NO_GETENV HB_NO_LAYOUT_COLLECT_GLYPHS HB_NO_LAYOUT_UNUSED HB_NO_MATH HB_NO_META HB_NO_METRICS HB_NO_MMAP
+    HB_NO_NAME HB_NO_SETLOCALE HB_NO_STYLE HB_NO_VERTICAL HB_NO_LANGUAGE_LONG HB_OPTIMIZE_SIZE
+  OPTIONS -Os -fno-exceptions -fno-rtti -fno-threadsafe-statics)
 
 find_sources(fribidi fribidi)
 file(GLOB sources ${fribidi}/lib/*.c)

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 std::string Home() {
   const char* home = std::getenv("GLYPHMOTION_HOME");
-  std::string folder = home && *home ? home : "/home/glyphmotion";
+  std::string folder = home && *home ? home : "/glyphmotion";
   if (folder.back() != '/') folder += '/';
   return folder;
 }

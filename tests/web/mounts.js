@@ -1,0 +1,8 @@
+// What the list's test finds in the module's file system: the sources, the shipped libraries and Debian's fonts.
+Module.preRun = () => {
+  const source = require('path').resolve(__dirname, '../..');
+  for (const [there, here] of [['/source', source], ['/share/glyphmotion', source + '/share/glyphmotion'], ['/fonts', '/usr/share/fonts/truetype/liberation']]) {
+    FS.mkdirTree(there);
+    FS.mount(NODEFS, { root: here }, there);
+  }
+};
