@@ -1,25 +1,35 @@
-# The program as a WebAssembly module, for Node and for workers.
-set(EMSCRIPTEN_FLAGS -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB)
-file(GLOB host_sources CONFIGURE_DEPENDS host/encoders/*.cpp host/recording/*.cpp host/program/*.cpp host/web/edit.cpp)
-list(FILTER host_sources EXCLUDE REGEX "host/program/(edit|main)\\.cpp$")
-add_library(glyphmotion_host STATIC ${host_sources})
-target_include_directories(glyphmotion_host PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
-target_link_libraries(glyphmotion_host PUBLIC glyphmotion PRIVATE glyphmotion_settings PNG::PNG PkgConfig::WEBP CLI11::CLI11
-  nlohmann_json::nlohmann_json)
-
+# The library as a WebAssembly module for pages and Node, and the program as one for the package's command.
 # What loops over pixels is compiled for speed, the rest for size.
-target_compile_options(glyphmotion_host PRIVATE -Os)
-file(GLOB rest src/shell/*.cpp src/controls/*.cpp src/resources/*.cpp src/platform/*.cpp src/platform/portable/*.cpp
-  src/platform/web/*.cpp host/render/*.cpp)
-set_source_files_properties(${rest} PROPERTIES COMPILE_OPTIONS -Os)
-set_source_files_properties(host/encoders/lzw.cpp host/encoders/gif_frame.cpp PROPERTIES COMPILE_OPTIONS -O3)
+set(small_sources ${engine_sources})
+list(FILTER small_sources EXCLUDE REGEX "src/(image|materials|text|effects)/|encoders/(lzw|gif_frame|gif_writer)\\.cpp")
+set_source_files_properties(${small_sources} PROPERTIES COMPILE_OPTIONS -Os)
+set(module_flags -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB)
 
-add_executable(engine host/web/engine.cpp)
-set_target_properties(engine PROPERTIES SUFFIX .mjs)
-target_link_libraries(engine PRIVATE glyphmotion_settings glyphmotion_host nlohmann_json::nlohmann_json)
-target_link_options(engine PRIVATE ${EMSCRIPTEN_FLAGS} --no-entry -sMODULARIZE=1 -sEXPORT_ES6=1 -sENVIRONMENT=web,worker,node
-  -sEXPORTED_RUNTIME_METHODS=FS,ENV,ccall -sFORCE_FILESYSTEM=1 -lnodefs.js
-  "SHELL:--extern-pre-js ${CMAKE_CURRENT_SOURCE_DIR}/cmake/node_names.js")
+function(add_module name)
+  add_executable(${name} ${ARGN})
+  set_target_properties(${name} PROPERTIES SUFFIX .mjs)
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PRIVATE glyphmotion_settings glyphmotion)
+  target_compile_options(${name} PRIVATE -Os)
+  target_link_options(${name} PRIVATE ${module_flags} --no-entry -sMODULARIZE=1 -sEXPORT_ES6=1 -sENVIRONMENT=web,worker,node
+    -sEXPORTED_RUNTIME_METHODS=FS,ENV,ccall,UTF8ToString,getValue -sFORCE_FILESYSTEM=1 -lnodefs.js
+    "SHELL:--extern-pre-js ${CMAKE_CURRENT_SOURCE_DIR}/cmake/node_names.js")
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/node_names.js)
+endfunction()
+
+add_module(engine host/web/library.cpp bindings/c/c_api.cpp)
+set(api _malloc _free _GlyphmotionOptionTable)
+foreach(call options formats job_new job_free job_set job_error job_note render_to_memory)
+  list(APPEND api _glyphmotion_${call})
+endforeach()
+list(JOIN api "," api)
+target_link_options(engine PRIVATE "-sEXPORTED_FUNCTIONS=${api}")
+
+file(GLOB program_sources CONFIGURE_DEPENDS host/recording/*.cpp host/program/*.cpp)
+list(FILTER program_sources EXCLUDE REGEX "host/program/(batch.*|edit|main)\\.cpp$")
+add_module(program host/web/program.cpp host/web/left_out.cpp ${program_sources})
+target_link_libraries(program PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json)
+target_link_options(program PRIVATE -sEXPORTED_FUNCTIONS=_malloc,_free,_GlyphmotionRun)
 
 # The list of checksums, compared where the engine runs: every row has to be that of the native program.
 if(GLYPHMOTION_TESTS)
@@ -27,9 +37,9 @@ if(GLYPHMOTION_TESTS)
   add_executable(web_checksums tests/checksums/checksums_test.cpp ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
   set_target_properties(web_checksums PROPERTIES SUFFIX .cjs)
   target_include_directories(web_checksums SYSTEM PRIVATE ${googletest}/include ${googletest})
-  target_include_directories(web_checksums PRIVATE tests)
+  target_include_directories(web_checksums PRIVATE tests ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_compile_definitions(web_checksums PRIVATE GLYPHMOTION_SOURCE_DIR="/source")
-  target_link_libraries(web_checksums PRIVATE glyphmotion_settings glyphmotion_host)
-  target_link_options(web_checksums PRIVATE -O1 ${EMSCRIPTEN_FLAGS} -sENVIRONMENT=node -sEXIT_RUNTIME=1 -lnodefs.js
+  target_link_libraries(web_checksums PRIVATE glyphmotion_settings glyphmotion)
+  target_link_options(web_checksums PRIVATE -O1 ${module_flags} -sENVIRONMENT=node -sEXIT_RUNTIME=1 -lnodefs.js
     "SHELL:--pre-js ${CMAKE_CURRENT_SOURCE_DIR}/tests/web/mounts.js")
 endif()
