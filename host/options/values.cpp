@@ -50,8 +50,7 @@ TimeValue TimeInRange(const std::string& option, const std::string& value, int u
     if (row.name == rest) scale = row.milliseconds;
   }
   const double exact = number * scale / unit, rounded = std::round(exact);
-  if (!read || scale == 0 || !(rounded >= static_cast<double>(minimum)) ||
-      rounded > static_cast<double>(maximum)) {
+  if (!read || scale == 0 || !(rounded >= static_cast<double>(minimum)) || rounded > static_cast<double>(maximum)) {
     Refuse(option + " " + value + " is not allowed: it takes a whole number from " + std::to_string(minimum) + " to " +
            std::to_string(maximum) + (unit == 10 ? " (1/100 s)" : " (ms)") + ", or a time such as 80ms, 8cs or 0.1s, " +
            std::to_string(minimum * unit) + " to " + std::to_string(maximum * unit) + " ms");

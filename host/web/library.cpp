@@ -15,7 +15,11 @@ extern "C" EMSCRIPTEN_KEEPALIVE const char* GlyphmotionOptionTable() {
       const glyphmotion::OptionRow* row = glyphmotion::FindOption(name);
       if (!row || name == "text") continue;
       lines += name + '\t' + row->help + '\t' + std::to_string(row->minimum) + '\t' + std::to_string(row->maximum) +
-               '\t' + row->words + '\t' + (!row->form ? "flag" : row->repeats ? "repeats" : "value") + '\n';
+               '\t' + row->words + '\t' +
+               (!row->form     ? "flag"
+                : row->repeats ? "repeats"
+                               : "value") +
+               '\n';
     }
     return lines;
   }();

@@ -135,7 +135,7 @@ typedef struct HostColorPickRecord {
     const uint8_t* palette; /* 256 times red, green, blue, to offer */
     uint64_t paletteWord;
   };
-  uint32_t depth;         /* 24 */
+  uint32_t depth; /* 24 */
   uint32_t reserved20;
   uint32_t color; /* in: the colour to start from. out: the colour chosen. 0x00BBGGRR */
   uint32_t reserved28;

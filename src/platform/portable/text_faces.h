@@ -72,7 +72,7 @@ struct Selection {
   Face* face = nullptr;  // null: no face could be opened
   std::unordered_map<char32_t, Face*> lenders;
   std::shared_ptr<const void> sorted, emoji;  // the font list's, when first asked for
-  std::vector<Face*> recent;  // those that lent to graphemes, for the next one
+  std::vector<Face*> recent;                  // those that lent to graphemes, for the next one
 };
 
 /// Opens the machine's fonts for this thread. False when there is no such thing.

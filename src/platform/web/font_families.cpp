@@ -21,10 +21,10 @@ namespace fs = std::filesystem;
 // The names of other systems' fonts of the same metrics, and the generic names.
 constexpr struct {
   const char *name, *family;
-} kAliases[] = {{"Arial", "Liberation Sans"},         {"Helvetica", "Liberation Sans"},
-                {"sans-serif", "Liberation Sans"},    {"Times New Roman", "Liberation Serif"},
-                {"Times", "Liberation Serif"},        {"serif", "Liberation Serif"},
-                {"Courier New", "Liberation Mono"},   {"Courier", "Liberation Mono"},
+} kAliases[] = {{"Arial", "Liberation Sans"},       {"Helvetica", "Liberation Sans"},
+                {"sans-serif", "Liberation Sans"},  {"Times New Roman", "Liberation Serif"},
+                {"Times", "Liberation Serif"},      {"serif", "Liberation Serif"},
+                {"Courier New", "Liberation Mono"}, {"Courier", "Liberation Mono"},
                 {"monospace", "Liberation Mono"}};
 
 struct FontFolder {
@@ -57,13 +57,16 @@ void ReadIndex(const std::string& folder, std::vector<FolderFace>& faces) {
     for (std::string field; std::getline(rest, field, '\t');) fields.push_back(field);
     if (fields.size() < 8) continue;
     faces.push_back({{{folder + '/' + fields[0], NumberOf(fields[1]), {}}, fields[2], fields[3], fields[6] == "1"},
-                     NumberOf(fields[4]), fields[5] == "1", fields[7] == "1"});
+                     NumberOf(fields[4]),
+                     fields[5] == "1",
+                     fields[7] == "1"});
   }
 }
 
 FolderFace FactsOf(FT_Face ft, const std::string& file, int index) {
   FolderFace face;
-  face.listed = {{file, index, {}}, ft->family_name ? ft->family_name : "", ft->style_name ? ft->style_name : "", false};
+  face.listed = {
+      {file, index, {}}, ft->family_name ? ft->family_name : "", ft->style_name ? ft->style_name : "", false};
   face.listed.variable = FT_HAS_MULTIPLE_MASTERS(ft);
   const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(ft, FT_SFNT_OS2));
   const bool known = os2 && os2->version != 0xFFFF && os2->usWeightClass;
