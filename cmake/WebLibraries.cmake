@@ -1,14 +1,8 @@
 # The libraries of the WebAssembly build, compiled from the sources that scripts/build-web unpacks below
 # GLYPHMOTION_WEB_SOURCES, under the names that find_package and pkg-config give them elsewhere.
 set(GLYPHMOTION_WEB_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/build/web-sources CACHE PATH "Unpacked sources of the libraries")
-set(GLYPHMOTION_WEB_THREADS OFF CACHE BOOL "Shared memory and threads, for the page")
-set(web_flags -fwasm-exceptions -sSUPPORT_LONGJMP=wasm -msimd128)
-if(GLYPHMOTION_WEB_THREADS)
-  list(APPEND web_flags -pthread)
-endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
-add_compile_options(${web_flags})
-add_link_options(${web_flags})
+add_compile_options(-msimd128)
 set(made ${CMAKE_BINARY_DIR}/libraries)
 
 function(find_sources variable library)
@@ -75,7 +69,7 @@ add_web_library(web_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src S
   DEFINITIONS HB_DISABLE_DEPRECATED HB_NDEBUG HB_NO_BUFFER_MESSAGE HB_NO_BUFFER_SERIALIZE HB_NO_BUFFER_VERIFY HB_NO_COLOR
     HB_NO_DRAW HB_NO_GETENV HB_NO_LAYOUT_COLLECT_GLYPHS HB_NO_LAYOUT_UNUSED HB_NO_MATH HB_NO_META HB_NO_METRICS HB_NO_MMAP
     HB_NO_NAME HB_NO_SETLOCALE HB_NO_STYLE HB_NO_VERTICAL HB_NO_LANGUAGE_LONG HB_OPTIMIZE_SIZE
-  OPTIONS -Os -fno-exceptions -fno-rtti -fno-threadsafe-statics)
+  OPTIONS -Oz -fno-exceptions -fno-rtti -fno-threadsafe-statics)
 
 find_sources(fribidi fribidi)
 file(GLOB sources ${fribidi}/lib/*.c)
@@ -92,10 +86,10 @@ add_web_library(web_fribidi ALIAS PkgConfig::FRIBIDI INCLUDE ${made}/fribidi ${f
 
 file(MAKE_DIRECTORY ${made}/headers)
 # Headers alone, which Debian's packages install for every compiler.
-foreach(folder CLI nlohmann)
+foreach(folder CLI nlohmann toml++)
   file(CREATE_LINK /usr/include/${folder} ${made}/headers/${folder} SYMBOLIC)
 endforeach()
-foreach(name CLI11 nlohmann_json)
+foreach(name CLI11 nlohmann_json tomlplusplus)
   add_library(web_${name} INTERFACE)
   target_include_directories(web_${name} SYSTEM INTERFACE ${made}/headers)
   add_library(${name}::${name} ALIAS web_${name})

@@ -2,6 +2,7 @@
 // The library as a function: render({text, effect, ...}) gives the bytes of a picture file, in Node and in browsers.
 import { openModule } from './module.js';
 
+const kOutOfMemory = 4;
 /** @type {ReturnType<typeof openModule> | undefined} */ let engine;
 /** @type {Promise<unknown>} */ let last = Promise.resolve();
 
@@ -32,6 +33,7 @@ async function renderNow(options) {
   FS.chdir('/job');
   const job = module._glyphmotion_job_new(), places = module._malloc(8);
   const check = (/** @type {number} */ status) => {
+    if (status === kOutOfMemory) engine = undefined;  // what it was doing stays undone
     if (status !== 0) throw new Error(module.ccall('glyphmotion_job_error', 'string', ['number'], [job]));
   };
   try {

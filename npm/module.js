@@ -61,6 +61,11 @@ export async function openModule(name, { stdin = () => null, stdout = () => {}, 
   const { FS } = module;
   FS.mkdirTree('/share/glyphmotion');
   for (const file of share) FS.writeFile(`/share/glyphmotion/${file}`, await load(`share/${file}`));
+  if (disk) {  // looks are for the command alone
+    FS.mkdirTree('/share/glyphmotion/looks');
+    const looks = new URL('share/looks/', import.meta.url);
+    for (const file of disk.readdirSync(looks)) FS.writeFile(`/share/glyphmotion/looks/${file}`, disk.readFileSync(new URL(file, looks)));
+  }
   const wanted = await lendFonts(FS);
   /**
    * Calls `work`, and again when it has missed a font, until it has all.

@@ -47,7 +47,7 @@ struct Workers::State {
   Loop* loop = nullptr;
   bool ending = false;
   std::atomic<bool> looping{false};
-  std::vector<std::thread> threads;
+  std::vector<std::jthread> threads;
 
   explicit State(int wanted) : lanes(wanted) {}
   ~State() {
@@ -56,7 +56,6 @@ struct Workers::State {
       ending = true;
     }
     mayBegin.notify_all();
-    for (std::thread& thread : threads) thread.join();
   }
 
   void Start() noexcept {
