@@ -2,7 +2,6 @@
 #include "host/options/arguments.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 
 #include "host/options/argument_parts.h"
@@ -12,6 +11,7 @@
 #include "materials/colour_text.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
+#include "platform/number_text.h"
 #include "platform/text_engine.h"
 
 namespace glyphmotion {
@@ -86,10 +86,8 @@ std::vector<std::pair<std::string, double>> AxesOfOption(const std::string& list
     const std::size_t end = std::min(list.find(',', begin), list.size());
     const std::string pair = list.substr(begin, end - begin);
     double value = 0;
-    const char* last = pair.data() + pair.size();
-    const bool named = pair.size() > 5 && pair[4] == '=';
-    const auto [stop, error] = named ? std::from_chars(pair.data() + 5, last, value) : std::from_chars_result{};
-    if (!named || error != std::errc{} || stop != last)
+    const std::string number = pair.size() > 5 && pair[4] == '=' ? pair.substr(5) : std::string();
+    if (number.empty() || ReadNumber(number, value) != number.size())
       Refuse("--font-variation '" + pair +
              "' is not an axis; write AXIS=V with four letters and a number, as in wght=650");
     axes.emplace_back(pair.substr(0, 4), value);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/options/typed_words.h"
+#include "platform/number_text.h"
 
 namespace glyphmotion {
 namespace {
@@ -42,16 +43,14 @@ TimeValue TimeInRange(const std::string& option, const std::string& value, int u
     double milliseconds;
   } units[] = {{"ms", 1}, {"cs", 10}, {"s", 1000}};
   double number = 0;
-  const char* last = value.data() + value.size();
-  const auto [end, error] = std::from_chars(value.data(), last, number);
-  const std::string_view rest(end, static_cast<std::size_t>(last - end));
+  const std::size_t read = ReadNumber(value, number);
+  const std::string_view rest = std::string_view(value).substr(read);
   double scale = rest.empty() && number == std::floor(number) ? unit : 0;
   for (const auto& row : units) {
     if (row.name == rest) scale = row.milliseconds;
   }
   const double exact = number * scale / unit, rounded = std::round(exact);
-  if (error != std::errc{} || scale == 0 || !(rounded >= static_cast<double>(minimum)) ||
-      rounded > static_cast<double>(maximum)) {
+  if (!read || scale == 0 || !(rounded >= static_cast<double>(minimum)) || rounded > static_cast<double>(maximum)) {
     Refuse(option + " " + value + " is not allowed: it takes a whole number from " + std::to_string(minimum) + " to " +
            std::to_string(maximum) + (unit == 10 ? " (1/100 s)" : " (ms)") + ", or a time such as 80ms, 8cs or 0.1s, " +
            std::to_string(minimum * unit) + " to " + std::to_string(maximum * unit) + " ms");

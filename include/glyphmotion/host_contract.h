@@ -80,7 +80,10 @@ typedef struct HostCallTable {
   uint32_t version;    /* byte 1 is the major version: 0x1000 for 16; below 16 is refused */
   uint32_t skinSwitch; /* nonzero asks for the skinned button look */
   uint32_t reserved12;
-  HostCallFunction HostCall;
+  union {
+    HostCallFunction HostCall;
+    uint64_t HostCallWord; /* a pointer takes eight bytes, of which a 32-bit machine uses the first four */
+  };
   uint64_t reserved24;
   uint32_t hostFlags; /* HostFlag... */
   uint32_t reserved36;
@@ -128,8 +131,11 @@ typedef struct HostImageRecord {
 typedef struct HostColorPickRecord {
   uint32_t size; /* 40 */
   uint32_t version;
-  const uint8_t* palette; /* 256 times red, green, blue, to offer */
-  uint32_t depth;         /* 24 */
+  union {
+    const uint8_t* palette; /* 256 times red, green, blue, to offer */
+    uint64_t paletteWord;
+  };
+  uint32_t depth; /* 24 */
   uint32_t reserved20;
   uint32_t color; /* in: the colour to start from. out: the colour chosen. 0x00BBGGRR */
   uint32_t reserved28;

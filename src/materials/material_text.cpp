@@ -2,7 +2,6 @@
 #include "materials/material_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <optional>
 #include <string_view>
@@ -13,6 +12,7 @@
 #include "materials/texture_library.h"
 #include "materials/tile.h"
 #include "platform/ascii.h"
+#include "platform/number_text.h"
 #include "platform/run_state.h"
 #include "resources/shipped_fountains.h"
 #include "resources/shipped_tiles.h"
@@ -59,9 +59,8 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 std::optional<double> NumberOf(std::string_view text) {
   double value = 0;
   if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (failure != std::errc() || end != text.data() + text.size() || !(value > -1e12 && value < 1e12))
-    return std::nullopt;
+  const std::size_t read = ReadNumber(text, value);
+  if (!read || read != text.size() || !(value > -1e12 && value < 1e12)) return std::nullopt;
   return value;
 }
 

@@ -2,7 +2,6 @@
 #include "materials/texture_library.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +13,7 @@
 #include "platform/ascii.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
+#include "platform/number_text.h"
 #include "resources/strings.h"
 
 namespace glyphmotion {
@@ -67,14 +67,8 @@ bool SplitLine(std::string_view line, std::string_view& key, std::string& value)
 float FloatOf(std::string_view text) {
   if (text.starts_with('+')) text.remove_prefix(1);
   double value = 0.0;
-  std::from_chars(text.data(), text.data() + text.size(), value);
+  ReadNumber(text, value);
   return static_cast<float>(std::clamp(value, -3.0e38, 3.0e38));
-}
-
-std::string TextOfFloat(float number) {
-  char text[64];
-  const auto written = std::to_chars(text, std::end(text), static_cast<double>(number), std::chars_format::fixed, 6);
-  return std::string(text, written.ptr);
 }
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
@@ -114,7 +108,7 @@ void AppendItem(std::string& text, const NamedTexture& texture) {
     if (field.isFloat) {
       float number;
       std::memcpy(&number, place, sizeof(number));
-      value = TextOfFloat(number);
+      value = FixedText(number);
     } else {
       std::uint32_t number;
       std::memcpy(&number, place, sizeof(number));

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <tuple>
 
-#include "platform/portable/font_families.h"
+#include "platform/portable/font_list.h"
 #include FT_MULTIPLE_MASTERS_H
 #include <hb.h>
 
@@ -100,15 +100,11 @@ std::string NameOfCharacter(char32_t c) {
 
 std::vector<FontFaceInfo> FontFaces() {
   if (!OpenEngine()) return {};
-  const FontSet fonts = InstalledFaces();
   std::vector<FontFaceInfo> faces;
-  for (int i = 0; i < fonts->nfont; ++i) {
-    const FcPattern* font = fonts->fonts[i];
-    const int index = NumberOf(font, FC_INDEX, 0);
-    FontFaceInfo info{TextOf(font, FC_FAMILY), TextOf(font, FC_STYLE), TextOf(font, FC_FILE), index & 0xFFFF, {}};
-    FcBool variable = FcFalse;
-    if (FcPatternGetBool(font, FC_VARIABLE, 0, &variable) == FcResultMatch && variable) {
-      if (const Face* face = OpenFace(font)) info.axes = AxesOf(face->face.get());
+  for (const ListedFace& listed : ListedFaces()) {
+    FontFaceInfo info{listed.family, listed.style, listed.key.file, listed.key.index & 0xFFFF, {}};
+    if (listed.variable) {
+      if (const Face* face = OpenFace(listed.key)) info.axes = AxesOf(face->face.get());
     }
     faces.push_back(std::move(info));
   }

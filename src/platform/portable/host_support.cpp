@@ -12,7 +12,9 @@ namespace {
 
 using glyphmotion::Dialog;
 
-glyphmotion::BlockHandle HandleOf(std::uint64_t value) { return reinterpret_cast<glyphmotion::BlockHandle>(value); }
+glyphmotion::BlockHandle HandleOf(std::uint64_t value) {
+  return reinterpret_cast<glyphmotion::BlockHandle>(static_cast<std::uintptr_t>(value));
+}
 Dialog& DialogOf(GlyphmotionDialog* dialog) { return *reinterpret_cast<Dialog*>(dialog); }
 
 /// A user action for a C caller: exceptions are caught and count as failure.

@@ -27,6 +27,12 @@ struct Slot {
   std::uint64_t run = 0;  ///< number of the run that made the block
 };
 
+// A handle has as many bits as a pointer: a quarter of a million blocks and 14 bits of generation where that is 32.
+constexpr unsigned kNumberBits = sizeof(void*) == 8 ? 32 : 18;
+constexpr unsigned kGenerationBits = 8 * sizeof(void*) - kNumberBits;
+constexpr std::uint32_t kLastNumber = std::uint32_t{0xFFFFFFFF} >> (32 - kNumberBits);
+constexpr std::uint32_t kLastGeneration = std::uint32_t{0xFFFFFFFF} >> (32 - kGenerationBits);
+
 // Chunk k holds the slots from number 2^(k+8) on, as many again.
 constexpr unsigned kFirstChunkBits = 8, kChunks = 32 - kFirstChunkBits;
 constexpr std::uint32_t kFirstNumber = 1u << kFirstChunkBits;
@@ -57,7 +63,7 @@ std::uint32_t TakeFreeSlot() {
   }
   const std::uint32_t number = table.count + 1, place = number - 1 + kFirstNumber;
   const auto chunk = static_cast<unsigned>(std::bit_width(place)) - 1 - kFirstChunkBits;
-  if (chunk >= kChunks) return 0;
+  if (chunk >= kChunks || number > kLastNumber) return 0;
   if (!table.chunks[chunk].load(std::memory_order_relaxed)) {
     Slot* slots = new (std::nothrow) Slot[kFirstNumber << chunk];
     if (!slots) return 0;
@@ -68,13 +74,16 @@ std::uint32_t TakeFreeSlot() {
 }
 
 BlockHandle HandleOf(std::uint32_t number, std::uint32_t generation) {
-  return reinterpret_cast<BlockHandle>((std::uintptr_t{generation} << 32) | std::uintptr_t{number});
+  return reinterpret_cast<BlockHandle>((std::uintptr_t{generation} << kNumberBits) | std::uintptr_t{number});
+}
+
+std::uint32_t NumberOf(BlockHandle handle) {
+  return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(handle)) & kLastNumber;
 }
 
 Slot* SlotOf(BlockHandle handle) {
-  const auto value = reinterpret_cast<std::uintptr_t>(handle);
-  const auto number = static_cast<std::uint32_t>(value);
-  const auto generation = static_cast<std::uint32_t>(value >> 32);
+  const std::uint32_t number = NumberOf(handle);
+  const auto generation = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(handle) >> kNumberBits);
   Slot* slot = number && generation ? SlotAt(number) : nullptr;
   return slot && slot->live.load(std::memory_order_acquire) == generation ? slot : nullptr;
 }
@@ -155,9 +164,9 @@ void FreeBlock(BlockHandle block) noexcept {
     slot->live.store(0, std::memory_order_release);
     slot->bytes = nullptr;
     slot->size = 0;
-    if (!++slot->generation) slot->generation = 1;
+    slot->generation = slot->generation == kLastGeneration ? 1 : slot->generation + 1;
     slot->nextFree = table.firstFree;
-    table.firstFree = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(block));
+    table.firstFree = NumberOf(block);
   }
   std::free(bytes);
 }

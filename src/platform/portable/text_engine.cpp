@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text engine on Fontconfig (which face) and FreeType (its numbers and outlines).
+// Text engine on the font list (which face) and FreeType (its numbers and outlines).
 //
 // Nothing here depends on hinting or on a face's bitmaps: advances come from the font's own units, outlines are scaled
 // without hints, so that the same font file gives the same pixels everywhere. Sizes are em sizes in pixels; the em
@@ -11,7 +11,7 @@
 #include <cmath>
 
 #include "platform/portable/clusters.h"
-#include "platform/portable/font_families.h"
+#include "platform/portable/font_list.h"
 #include "platform/portable/glyph_drawing.h"
 #include FT_ADVANCES_H
 
@@ -73,7 +73,7 @@ bool Draw(const FontRequest& font, char32_t character, bool antialias, double pe
 
 bool StartTextEngine() noexcept try {
   if (!OpenEngine()) return false;
-  if (CurrentTextRun().fontFile.path.empty() && InstalledFonts()->nfont == 0) return false;
+  if (CurrentTextRun().fontFile.path.empty() && !HasFonts()) return false;
   CountStart();
   return true;
 } catch (const std::bad_alloc&) {

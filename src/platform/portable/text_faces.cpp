@@ -13,7 +13,7 @@
 #include FT_TRUETYPE_TABLES_H
 #include <hb-ot.h>
 
-#include "platform/portable/font_families.h"
+#include "platform/portable/font_list.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -128,149 +128,6 @@ std::string NameOf(const std::vector<AxisValue>& axes) {
   return name;
 }
 
-// ---- Choosing ----
-
-struct Style {
-  int weight, slant, width = -1;
-};
-
-Pattern Query(const std::string& family, const Style& style, bool variable, char32_t character = 0) {
-  Pattern query(Required(FcPatternCreate()));
-  FcPattern* p = query.get();
-  if (!family.empty()) AddFamily(p, family);
-  Required(FcPatternAddInteger(p, FC_WEIGHT, style.weight));
-  Required(FcPatternAddInteger(p, FC_SLANT, style.slant));
-  if (style.width >= 0) Required(FcPatternAddInteger(p, FC_WIDTH, style.width));
-  Required(FcPatternAddBool(p, FC_OUTLINE, FcTrue));
-  Required(FcPatternAddBool(p, FC_COLOR, FcFalse));
-  // Instances rather than the bare variable font, unless its axes are wanted.
-  Required(FcPatternAddBool(p, FC_VARIABLE, variable ? FcTrue : FcFalse));
-  if (character) {
-    const CharSet set(Required(FcCharSetCreate()));
-    Required(FcCharSetAddChar(set.get(), character));
-    Required(FcPatternAddCharSet(p, FC_CHARSET, set.get()));
-  }
-  Required(FcConfigSubstitute(nullptr, p, FcMatchPattern));
-  FcDefaultSubstitute(p);
-  return query;
-}
-
-/// The query for a selection's face, or for one that has a character.
-Pattern QueryFor(const Selection& selection, bool variable, char32_t character = 0) {
-  const bool bold = selection.bold, italic = selection.italic;
-  Style style{bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN};
-  const std::optional<StyledName>& styled = selection.styled;
-  if (!styled) return Query(selection.family, style, variable, character);
-  style.weight = bold ? std::max(style.weight, styled->weight) : styled->weight;
-  style.slant = std::max(style.slant, styled->slant);
-  style.width = styled->width;
-  return Query(styled->family, style, variable, character);
-}
-
-bool HasFamily(const FcPattern* pattern, const std::string& family) {
-  FcChar8* name = nullptr;
-  for (int n = 0; FcPatternGetString(pattern, FC_FAMILY, n, &name) == FcResultMatch; ++n) {
-    if (FcStrCmpIgnoreCase(name, reinterpret_cast<const FcChar8*>(family.c_str())) == 0) return true;
-  }
-  return false;
-}
-
-FcCharSet* CharSetOf(const FcPattern* pattern) {
-  FcCharSet* set = nullptr;
-  return FcPatternGetCharSet(pattern, FC_CHARSET, 0, &set) == FcResultMatch ? set : nullptr;
-}
-
-bool HasCharacter(const FcPattern* pattern, char32_t character) {
-  const FcCharSet* set = CharSetOf(pattern);
-  return set && FcCharSetHasChar(set, character);
-}
-
-bool Draws(const Face* face, char32_t character) {
-  return face && !face->picturesOnly && (!character || GlyphOf(*face, character));
-}
-
-/// The best match that can be opened and, when a character is given, has it.
-Face* Match(Selection& selection, char32_t character = 0) {
-  const std::vector<AxisValue> none, &axes = character ? none : selection.axes;
-  Pattern query = QueryFor(selection, !axes.empty(), character);
-  FcResult result = FcResultNoMatch;
-  Pattern best(FcFontMatch(nullptr, query.get(), &result));
-  if (best && !character && !HasFamily(best.get(), selection.family)) {
-    // "DejaVu Sans Condensed Oblique" is a family and a style.
-    selection.styled = FindStyledName(selection.family);
-    if (selection.styled) {
-      query = QueryFor(selection, !axes.empty());
-      best.reset(FcFontMatch(nullptr, query.get(), &result));
-    }
-  }
-  if (!best) {
-    if (InstalledFonts()->nfont > 0) throw std::bad_alloc();
-    return nullptr;
-  }
-  if (character && !HasCharacter(best.get(), character)) return nullptr;  // coverage ranks first: nobody has it
-  Face* face = OpenFace(best.get(), axes);
-  if (Draws(face, character)) return face;
-  // The best one was damaged, or has pictures for glyphs: walk down the list.
-  const FontSet sorted(Required(FcFontSort(nullptr, query.get(), FcFalse, nullptr, &result)));
-  for (int i = 0; i < sorted->nfont; ++i) {
-    if (character && !HasCharacter(sorted->fonts[i], character)) continue;
-    face = OpenFace(sorted->fonts[i], axes);
-    if (Draws(face, character)) return face;
-  }
-  return nullptr;
-}
-
-/// What the beginning of the text, of two characters or more, composes to and `has` holds for: the longest such, such
-/// as a Hangul syllable of its jamo. `length` gets its characters. 0: nothing.
-template <typename Has>
-hb_codepoint_t ComposedStart(std::u32string_view text, Has has, std::size_t& length) {
-  hb_codepoint_t composed = text[0], found = 0;
-  for (std::size_t i = 1; i < text.size(); ++i) {
-    if (!hb_unicode_compose(hb_unicode_funcs_get_default(), composed, text[i], &composed)) break;
-    if (!has(composed)) continue;
-    found = composed;
-    length = i + 1;
-  }
-  return found;
-}
-
-/// Whether `has` holds for all characters that have a shape, as they are, composed with others, or decomposed.
-template <typename Has>
-bool CoversAll(std::u32string_view text, Has has) {
-  hb_unicode_funcs_t* unicode = hb_unicode_funcs_get_default();
-  hb_codepoint_t last = 0;
-  for (std::size_t i = 0, length = 1; i < text.size(); i += length) {
-    const char32_t c = text[i];
-    length = 1;
-    if (c <= 32 || IsSteering(c)) continue;
-    hb_codepoint_t first = c, second = 0;
-    if (last && !has(c) && hb_unicode_compose(unicode, last, c, &first) && has(first)) {
-      last = first;
-      continue;
-    }
-    last = c;
-    if (has(c)) continue;
-    if (const hb_codepoint_t composed = ComposedStart(text.substr(i), has, length)) {
-      last = composed;
-      continue;
-    }
-    if (!hb_unicode_decompose(unicode, c, &first, &second) || !has(first) || (second && !has(second))) return false;
-  }
-  return true;
-}
-
-/// The first face of a sorted list that covers the text.
-template <typename Accept>
-Face* FirstOf(const FcFontSet& fonts, std::u32string_view text, Accept accept) {
-  for (int i = 0; i < fonts.nfont; ++i) {
-    const FcCharSet* set = CharSetOf(fonts.fonts[i]);
-    if (!set || !CoversAll(text, [&](char32_t c) { return FcCharSetHasChar(set, c); })) continue;
-    Face* face = OpenFace(fonts.fonts[i]);
-    if (face && accept(*face) && ShaperOf(*face) && Covers(*face, text)) return face;
-  }
-  return nullptr;
-}
-
 Face* Remember(Selection& selection, Face* face) {
   constexpr std::size_t kMost = 8;
   std::vector<Face*>& recent = selection.recent;
@@ -305,7 +162,7 @@ bool GiveUpFaces() noexcept {
 bool OpenEngine() {
   Engine& engine = TheEngine();
   if (engine.library) return true;
-  Required(FcInit());
+  OpenFontList();
   if (FT_New_Library(&engine.memory, &engine.library)) engine.library = nullptr;
   if (engine.library) {
     FT_Add_Default_Modules(engine.library);
@@ -350,16 +207,6 @@ Face* OpenFace(const FaceKey& key) {
   RequireMemory();
   place->second = std::move(face);
   return place->second.get();
-}
-
-Face* OpenFace(const FcPattern* pattern, const std::vector<AxisValue>& axes) {
-  FcChar8* file = nullptr;
-  int index = 0;
-  if (FcPatternGetString(pattern, FC_FILE, 0, &file) != FcResultMatch) return nullptr;
-  FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
-  // The upper half of 0x8000 stands for the font with all its instances.
-  if ((index >> 16) == 0x8000) index &= 0xFFFF;
-  return OpenFace({reinterpret_cast<const char*>(file), index, axes});
 }
 
 hb_font_t* ShaperOf(Face& face) {
@@ -424,6 +271,43 @@ Face* FaceFor(Selection& selection, char32_t character) {
   return lender;
 }
 
+// What the beginning of the text, of two characters or more, composes to and `has` holds for: the longest such, as a
+// Hangul syllable of its jamo. `length` gets its characters. 0: nothing.
+static hb_codepoint_t ComposedStart(std::u32string_view text, const std::function<bool(char32_t)>& has,
+                                    std::size_t& length) {
+  hb_codepoint_t composed = text[0], found = 0;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    if (!hb_unicode_compose(hb_unicode_funcs_get_default(), composed, text[i], &composed)) break;
+    if (!has(composed)) continue;
+    found = composed;
+    length = i + 1;
+  }
+  return found;
+}
+
+bool CoversAll(std::u32string_view text, const std::function<bool(char32_t)>& has) {
+  hb_unicode_funcs_t* unicode = hb_unicode_funcs_get_default();
+  hb_codepoint_t last = 0;
+  for (std::size_t i = 0, length = 1; i < text.size(); i += length) {
+    const char32_t c = text[i];
+    length = 1;
+    if (c <= 32 || IsSteering(c)) continue;
+    hb_codepoint_t first = c, second = 0;
+    if (last && !has(c) && hb_unicode_compose(unicode, last, c, &first) && has(first)) {
+      last = first;
+      continue;
+    }
+    last = c;
+    if (has(c)) continue;
+    if (const hb_codepoint_t composed = ComposedStart(text.substr(i), has, length)) {
+      last = composed;
+      continue;
+    }
+    if (!hb_unicode_decompose(unicode, c, &first, &second) || !has(first) || (second && !has(second))) return false;
+  }
+  return true;
+}
+
 bool Covers(const Face& face, std::u32string_view text) {
   return CoversAll(text, [&](char32_t c) { return GlyphOf(face, c) != 0; });
 }
@@ -432,12 +316,7 @@ Face* FaceForAll(Selection& selection, std::u32string_view text) {
   const auto draws = [](const Face& face) { return !face.picturesOnly; };
   if (Covers(*selection.face, text) && ShaperOf(*selection.face)) return selection.face;
   if (Face* known = FindAmong(selection.recent, text, draws)) return Remember(selection, known);
-  if (!selection.sorted) {
-    const Pattern query = QueryFor(selection, false);
-    FcResult result = FcResultNoMatch;
-    selection.sorted.reset(Required(FcFontSort(nullptr, query.get(), FcFalse, nullptr, &result)));
-  }
-  Face* found = FirstOf(*selection.sorted, text, draws);
+  Face* found = FirstListed(selection, text);
   return found ? Remember(selection, found) : nullptr;
 }
 
@@ -445,23 +324,8 @@ Face* EmojiFaceFor(Selection& selection, std::u32string_view grapheme) {
   const auto coloured = [](const Face& face) { return face.colour; };
   if (selection.face->colour && Covers(*selection.face, grapheme)) return selection.face;
   if (Face* known = FindAmong(selection.recent, grapheme, coloured)) return known;
-  if (!selection.emoji) {
-    const Pattern query(Required(FcPatternCreate()));
-    AddFamily(query.get(), "emoji");
-    Required(FcPatternAddBool(query.get(), FC_COLOR, FcTrue));
-    Required(FcConfigSubstitute(nullptr, query.get(), FcMatchPattern));
-    FcDefaultSubstitute(query.get());
-    FcResult result = FcResultNoMatch;
-    selection.emoji.reset(Required(FcFontSort(nullptr, query.get(), FcFalse, nullptr, &result)));
-  }
-  const FcFontSet& fonts = *selection.emoji;
-  for (int i = 0; i < fonts.nfont; ++i) {
-    FcBool colour = FcFalse;
-    if (FcPatternGetBool(fonts.fonts[i], FC_COLOR, 0, &colour) != FcResultMatch || !colour) continue;
-    Face* face = OpenFace(fonts.fonts[i]);
-    if (face && face->colour && ShaperOf(*face) && Covers(*face, grapheme)) return Remember(selection, face);
-  }
-  return nullptr;
+  Face* found = FirstListedEmoji(selection, grapheme);
+  return found ? Remember(selection, found) : nullptr;
 }
 
 double EmOf(const Face& face, int cellHeight) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Faces of font files, and which of them draws what: for the files of the text engine on Fontconfig and FreeType.
+// Faces of font files, and which of them draws what: for the files of the text engine on FreeType.
 #pragma once
 
-#include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 
+#include <functional>
 #include <memory>
 #include <new>
 #include <optional>
@@ -31,21 +31,6 @@ struct DestroyShaper {
   void operator()(hb_font_t* font) const;
 };
 
-struct DestroyPattern {
-  void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
-};
-using Pattern = std::unique_ptr<FcPattern, DestroyPattern>;
-
-struct DestroyCharSet {
-  void operator()(FcCharSet* set) const { FcCharSetDestroy(set); }
-};
-using CharSet = std::unique_ptr<FcCharSet, DestroyCharSet>;
-
-struct DestroyFontSet {
-  void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
-};
-using FontSet = std::unique_ptr<FcFontSet, DestroyFontSet>;
-
 template <typename T>
 T Required(T made) {
   if (!made) throw std::bad_alloc();
@@ -71,10 +56,10 @@ struct Face {
   FT_F26Dot6 size = 0;        ///< em that is set now
 };
 
-/// A full name taken apart, in Fontconfig's numbers.
+/// A full name taken apart, in the font list's own numbers.
 struct StyledName {
   std::string family;
-  int weight = FC_WEIGHT_REGULAR, slant = FC_SLANT_ROMAN, width = FC_WIDTH_NORMAL;
+  int weight = 0, slant = 0, width = 0;
 };
 
 /// What a request's family and style came to: the face, and the faces that lend it glyphs.
@@ -86,8 +71,8 @@ struct Selection {
   std::optional<StyledName> styled;
   Face* face = nullptr;  // null: no face could be opened
   std::unordered_map<char32_t, Face*> lenders;
-  FontSet sorted, emoji;      // Fontconfig's lists, when first asked for
-  std::vector<Face*> recent;  // those that lent to graphemes, for the next one
+  std::shared_ptr<const void> sorted, emoji;  // the font list's, when first asked for
+  std::vector<Face*> recent;                  // those that lent to graphemes, for the next one
 };
 
 /// Opens the machine's fonts for this thread. False when there is no such thing.
@@ -103,7 +88,6 @@ bool GiveUpFaces() noexcept;
 
 /// The face of a file, opened once; null when it cannot be read or has no glyphs to draw.
 Face* OpenFace(const FaceKey& key);
-Face* OpenFace(const FcPattern* pattern, const std::vector<AxisValue>& axes = {});
 
 /// FreeType's code of a character in this face; symbol fonts keep theirs at 0xF000.
 FT_UInt GlyphOf(const Face& face, char32_t character);
@@ -114,11 +98,13 @@ Selection& Select(const FontRequest& font);
 /// which the run takes note of).
 Face* FaceFor(Selection& selection, char32_t character);
 
+/// Whether `has` holds for all characters that have a shape, as they are, composed with the last one, or decomposed.
+bool CoversAll(std::u32string_view text, const std::function<bool(char32_t)>& has);
+
 /// True when the face has what it takes to draw the grapheme: each character, or its composition with the one before.
 bool Covers(const Face& face, std::u32string_view grapheme);
 
-/// The face for all of `text`: the selection's own, one that lent before, the first of Fontconfig's sorted list; or
-/// null.
+/// The face for all of `text`: the selection's own, one that lent before, the first that the font list sorts; or null.
 Face* FaceForAll(Selection& selection, std::u32string_view text);
 /// A face with coloured glyphs for the grapheme, or null.
 Face* EmojiFaceFor(Selection& selection, std::u32string_view grapheme);

@@ -1,0 +1,62 @@
+# The library as a WebAssembly module for pages and Node, and the program as one for the package's command.
+# What loops over pixels is compiled for speed, the rest for size.
+set(fast_sources ${engine_sources})
+list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text|effects)/|encoders/(lzw|gif_frame|gif_writer)\\.cpp")
+set(small_sources ${engine_sources})
+list(REMOVE_ITEM small_sources ${fast_sources})
+set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
+set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
+set(module_flags -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB -fexceptions)
+# Only words that people write are refused by an exception. Everywhere else one means that memory has run out, which ends
+# a module: its owner opens another.
+set(refusing_sources ${engine_sources})
+list(FILTER refusing_sources INCLUDE REGEX "host/options/")
+list(APPEND refusing_sources bindings/c/c_api.cpp)
+set_property(SOURCE ${refusing_sources} APPEND PROPERTY COMPILE_OPTIONS -fexceptions)
+
+function(add_module name)
+  add_executable(${name} ${ARGN})
+  set_target_properties(${name} PROPERTIES SUFFIX .mjs)
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PRIVATE glyphmotion_settings glyphmotion)
+  target_compile_options(${name} PRIVATE -Oz)
+  target_link_options(${name} PRIVATE ${module_flags} -Oz --no-entry -sMODULARIZE=1 -sEXPORT_ES6=1 -sFORCE_FILESYSTEM=1
+    -sDYNAMIC_EXECUTION=0)
+endfunction()
+
+# A module for pages and for Node, with the files of both.
+function(add_package_module name)
+  add_module(${name} ${ARGN})
+  target_link_options(${name} PRIVATE -sENVIRONMENT=web,worker,node
+    -sEXPORTED_RUNTIME_METHODS=FS,ENV,ccall,UTF8ToString,getValue -lnodefs.js
+    "SHELL:--extern-pre-js ${CMAKE_CURRENT_SOURCE_DIR}/cmake/node_names.js")
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cmake/node_names.js)
+endfunction()
+
+add_package_module(engine host/web/library.cpp bindings/c/c_api.cpp)
+set(api _malloc _free _GlyphmotionOptionTable)
+foreach(call options formats job_new job_free job_set job_error job_note render_to_memory)
+  list(APPEND api _glyphmotion_${call})
+endforeach()
+list(JOIN api "," api)
+target_link_options(engine PRIVATE "-sEXPORTED_FUNCTIONS=${api}")
+
+file(GLOB program_sources CONFIGURE_DEPENDS host/recording/*.cpp host/program/*.cpp)
+list(FILTER program_sources EXCLUDE REGEX "host/program/(batch.*|edit|main)\\.cpp$")
+add_package_module(program EXCLUDE_FROM_ALL host/web/program.cpp host/web/left_out.cpp ${program_sources})
+target_compile_options(program PRIVATE -fexceptions)
+target_link_libraries(program PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json tomlplusplus::tomlplusplus)
+target_link_options(program PRIVATE -sEXPORTED_FUNCTIONS=_malloc,_free,_GlyphmotionRun)
+
+# The list of checksums, compared where the engine runs: every row has to be that of the native program.
+if(GLYPHMOTION_TESTS)
+  set(googletest /usr/src/googletest/googletest)
+  add_executable(web_checksums tests/checksums/checksums_test.cpp ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
+  set_target_properties(web_checksums PROPERTIES SUFFIX .cjs)
+  target_include_directories(web_checksums SYSTEM PRIVATE ${googletest}/include ${googletest})
+  target_include_directories(web_checksums PRIVATE tests ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_compile_definitions(web_checksums PRIVATE GLYPHMOTION_SOURCE_DIR="/source")
+  target_link_libraries(web_checksums PRIVATE glyphmotion_settings glyphmotion)
+  target_link_options(web_checksums PRIVATE -O1 ${module_flags} -sENVIRONMENT=node -sEXIT_RUNTIME=1 -lnodefs.js
+    "SHELL:--pre-js ${CMAKE_CURRENT_SOURCE_DIR}/tests/web/mounts.js")
+endif()

@@ -1,0 +1,57 @@
+// @ts-check
+// The library as a function: render({text, effect, ...}) gives the bytes of a picture file, in Node and in browsers.
+import { openModule } from './module.js';
+
+const kOutOfMemory = 4;
+/** @type {ReturnType<typeof openModule> | undefined} */ let engine;
+/** @type {Promise<unknown>} */ let last = Promise.resolve();
+
+/** @type {typeof import('./index.d.ts').render} */
+export function render(options = {}) {
+  const mine = last.then(() => renderNow(options));
+  last = mine.catch(() => {});
+  return mine;
+}
+
+/** The value of an option as the library's text. @param {any} value */
+const textOf = (value) => (typeof value === 'boolean' ? String(Number(value)) : String(value));
+
+/** All pairs of an option and a value. @param {Record<string, any>} options */
+function* settingsOf(options) {
+  for (const [name, value] of Object.entries(options)) {
+    if (value === undefined || name === 'files' || name === 'format' || name === 'onNote') continue;
+    if (Array.isArray(value)) for (const each of value) yield [name, textOf(each)];
+    else if (typeof value === 'object') for (const [key, each] of Object.entries(value)) yield [name, `${key}=${textOf(each)}`];
+    else yield [name, textOf(value)];
+  }
+}
+
+/** @param {import('./index.d.ts').RenderOptions} options */
+async function renderNow(options) {
+  const { module, FS, withFonts } = await (engine ??= openModule('engine'));
+  FS.mkdirTree('/job');
+  FS.chdir('/job');
+  const job = module._glyphmotion_job_new(), places = module._malloc(8);
+  const check = (/** @type {number} */ status) => {
+    if (status === kOutOfMemory) engine = undefined;  // what it was doing stays undone
+    if (status !== 0) throw new Error(module.ccall('glyphmotion_job_error', 'string', ['number'], [job]));
+  };
+  try {
+    for (const [name, bytes] of Object.entries(options.files ?? {})) FS.writeFile(`/job/${name.replaceAll('/', '_')}`, bytes);
+    for (const setting of settingsOf(options)) {
+      check(module.ccall('glyphmotion_job_set', 'number', ['number', 'string', 'string'], [job, ...setting]));
+    }
+    const draw = () => module.ccall('glyphmotion_render_to_memory', 'number', ['number', 'string', 'number', 'number'],
+      [job, options.format ?? 'gif', places, places + 4]);
+    check(await withFonts(draw));
+    for (let i = 0, note; (note = module.ccall('glyphmotion_job_note', 'string', ['number', 'number'], [job, i])); ++i) options.onNote?.(note);
+    const bytes = module.getValue(places, '*'), size = module.getValue(places + 4, 'i32');
+    const file = module.HEAPU8.slice(bytes, bytes + size);
+    module._free(bytes);
+    return file;
+  } finally {
+    module._glyphmotion_job_free(job);
+    module._free(places);
+    for (const name of FS.readdir('/job')) if (!/^\.\.?$/.test(name)) FS.unlink(`/job/${name}`);
+  }
+}

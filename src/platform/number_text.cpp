@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "platform/number_text.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
+namespace glyphmotion {
+
+#ifdef __cpp_lib_to_chars
+
+std::size_t ReadNumber(std::string_view text, double& value) noexcept {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() ? static_cast<std::size_t>(end - text.data()) : 0;
+}
+
+std::string FixedText(double value) {
+  char text[400];
+  const auto written = std::to_chars(text, std::end(text), value, std::chars_format::fixed, 6);
+  return std::string(text, written.ptr);
+}
+
+#else  // a C++ library without the floating-point part, as that of WebAssembly, where C knows one locale
+
+std::size_t ReadNumber(std::string_view text, double& value) noexcept try {
+  // Not what strtod alone takes: blanks, a plus, hexadecimal digits.
+  const std::size_t sign = text.starts_with('-') ? 1 : 0;
+  const std::string_view digits = text.substr(sign);
+  if (digits.empty() || digits[0] <= ' ' || digits[0] == '+' || digits[0] == '-') return 0;
+  const bool hexadecimal = digits.size() > 1 && digits[0] == '0' && (digits[1] | 32) == 'x';
+  const std::string copy(hexadecimal ? text.substr(0, sign + 1) : text);
+  char* end = nullptr;
+  errno = 0;
+  const double read = std::strtod(copy.c_str(), &end);
+  if (end == copy.c_str() || errno == ERANGE) return 0;
+  value = read;
+  return static_cast<std::size_t>(end - copy.c_str());
+} catch (...) {
+  return 0;
+}
+
+std::string FixedText(double value) {
+  char text[400];
+  std::snprintf(text, sizeof text, "%.6f", value);
+  return text;
+}
+
+#endif
+
+}  // namespace glyphmotion

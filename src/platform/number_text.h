@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// Numbers as text, with a decimal point whatever the process's locale.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace glyphmotion {
+
+/// Reads the decimal number that `text` begins with, as std::from_chars does. How many characters it takes; 0, with
+/// `value` unchanged, when there is none or it is out of range.
+std::size_t ReadNumber(std::string_view text, double& value) noexcept;
+
+/// With six digits after the point.
+std::string FixedText(double value);
+
+}  // namespace glyphmotion
