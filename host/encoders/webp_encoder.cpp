@@ -248,7 +248,7 @@ class LossyWebp {
     if (!encoder_ || !WebPAnimEncoderAdd(encoder_, nullptr, time_, nullptr) ||
         !WebPAnimEncoderAssemble(encoder_, &data))
       return Failure();
-    const std::string error = KeepWriting(output_, {data.bytes, data.size});
+    std::string error = KeepWriting(output_, {data.bytes, data.size});
     WebPDataClear(&data);
     return error;
   }
@@ -272,7 +272,7 @@ class LossyWebp {
 template <typename Webp>
 Encoder Open(Output& output, const EncoderSettings& settings) {
   // A screen that is too large is refused before it is made.
-  const std::string trouble = SizeTrouble(settings);
+  std::string trouble = SizeTrouble(settings);
   const auto webp = trouble.empty() ? std::make_shared<Webp>(output, settings) : nullptr;
   Encoder encoder;
   encoder.add = [webp, trouble](const Image& image) -> std::string {

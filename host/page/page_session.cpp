@@ -50,9 +50,9 @@ void PageSession::End() {
   wake_.notify_all();
 }
 
-std::string PageSession::Upload(std::string bytes) {
+std::string PageSession::Upload(const std::string& bytes) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const std::string name = "picture" + std::to_string(uploaded_++ % kMostUploads);
+  std::string name = "picture" + std::to_string(uploaded_++ % kMostUploads);
   const std::string path = scratch_.Path() + "/" + name;
   if (!WriteScratchFile(path, bytes)) return {};
   uploads_[name] = path;

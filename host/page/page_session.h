@@ -46,7 +46,7 @@ class PageSession {
   void Post(Json event);
   void End();
   /// Keeps the bytes of a picture that the page was given, for the answer to a question; its name.
-  std::string Upload(std::string bytes);
+  std::string Upload(const std::string& bytes);
 
  private:
   // --- page_session.cpp: the dialogs, questions, the host's side

@@ -329,7 +329,7 @@ RenderResult Render(const Job& job, const Sink& sink) try {
                      std::to_string(Workers::kMost) + ", or 0 for as many as the machine has cores";
     return result;
   }
-  const FolderOverrides folders = CurrentFolderOverrides();
+  const FolderOverrides& folders = CurrentFolderOverrides();
   RunState run;
   const RunScope scope(run);
   PrepareRun(job, sink, folders);
