@@ -61,7 +61,7 @@ std::string GradientWord(const Material& material, const Material& plain) {
   }
   const FountainSpec& fountain = material.Fountain;
   std::string word = "fountain:" + HexColour(fountain.StartColour);
-  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(fountain.MarkerCount, 64); ++i) {
+  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(+fountain.MarkerCount, 64); ++i) {
     word += "," + HexColour(fountain.Markers[i]) + "@" + std::to_string(fountain.Markers[i] >> 24);
   }
   word += "," + HexColour(fountain.EndColour);

@@ -128,8 +128,9 @@ Json ItemsOf(const Dialog& dialog, int id) {
 
 Json MarkersOf(const FountainSpec& fountain) {
   Json markers = Json::array();
-  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(fountain.MarkerCount, 64); ++i) {
-    markers.push_back({fountain.Markers[i] >> 24, HexColour(fountain.Markers[i])});
+  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(+fountain.MarkerCount, 64); ++i) {
+    const std::uint32_t marker = fountain.Markers[i];  // a packed field, which no reference may be bound to
+    markers.push_back({marker >> 24, HexColour(marker)});
   }
   return markers;
 }

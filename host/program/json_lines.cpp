@@ -87,7 +87,7 @@ void AddOption(const std::string& folder, const std::string& key, const Json& va
   for (std::string& text : ValuesOf(row, key, value)) {
     if (text.empty()) Refuse("'" + key + "' has an empty value; give a value or leave it out");
     if (text == "-" && (written || key == "text-file")) Refuse("'" + key + "' cannot be '-' in a batch; name a file");
-    if (written && key != "settings" && !folder.empty()) text = Inside(folder, key, text);
+    if (written && !folder.empty()) text = Inside(folder, key, text);
     if (written) job.writes.insert(key == "output" ? job.writes.begin() : job.writes.end(), text);
     job.words.push_back("--" + key + "=" + text);
   }

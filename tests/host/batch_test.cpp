@@ -72,6 +72,7 @@ TEST(Batch, EachLineMakesWhatASingleRunMakesAndAWrongOneFailsAlone) {
       {R"({"text-file":"-","output":"x.gif"})", "cannot be '-'"},
       {R"({"text":"x","output":"../x.gif"})", "not inside the folder"},
       {R"({"text":"x","output":"/x.gif"})", "not inside the folder"},
+      {R"({"text":"x","output":"x.gif","settings":"../s.ini"})", "not inside the folder"},
       {R"({"text":"x"})", "no output"},
       {R"({"output":"x2.gif"})", "there is no text"},
       {R"({"text":"x","output":"in/../a.gif"})", "as line 1 does"},
