@@ -53,11 +53,12 @@ debian_package(python python3-glyphmotion python
   "${what}\nThis package has the module for Python, which gives files, NumPy arrays and\nimages of Pillow.")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-numpy, python3-pil")
 
-foreach(component PROGRAM LIBRARY PYTHON)
+foreach(component PROGRAM LIBRARY DEVELOPMENT PYTHON)
   set(CPACK_DEBIAN_${component}_PACKAGE_SHLIBDEPS ON)
 endforeach()
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "fonts-liberation, xdg-utils")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "fonts-liberation")
 configure_file(packaging/debian/shlibs.in ${CMAKE_CURRENT_BINARY_DIR}/shlibs @ONLY)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_BINARY_DIR}/shlibs)  # cpack adds calls of ldconfig
+# cpack itself adds calls of ldconfig, which the trigger makes superfluous, but not the trigger.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_BINARY_DIR}/shlibs ${CMAKE_CURRENT_SOURCE_DIR}/packaging/debian/triggers)
 include(CPack)

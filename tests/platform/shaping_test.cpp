@@ -32,8 +32,8 @@ struct Glyph {
 void Reference(const std::string& font, const std::string& text, const std::string& direction, double& pen,
                std::vector<Glyph>& glyphs) {
   setenv("SHAPED_TEXT", text.c_str(), 1);
-  const std::string command = "hb-shape --no-glyph-names --no-clusters --direction=" + direction + " --font-file='" +
-                              font + "' --text=\"$SHAPED_TEXT\" --output-format=json";
+  const std::string command = "LC_ALL=C.UTF-8 hb-shape --no-glyph-names --no-clusters --direction=" + direction +
+                              " --font-file='" + font + "' --text=\"$SHAPED_TEXT\" --output-format=json";
   std::FILE* pipe = popen(command.c_str(), "r");
   ASSERT_NE(pipe, nullptr);
   std::string json;
