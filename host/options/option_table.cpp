@@ -51,7 +51,7 @@ constexpr OptionRow kRows[] = {
     Number("--width", kOutput, nullptr, 1, 16383, "Width of the picture in pixels (default: that of the text)"),
     Number("--height", kOutput, nullptr, 1, 16383, "Height of the picture in pixels (default: that of the text)"),
     Word("--fit", kOutput, "HOW", "shrink,none",
-         "A text too large for --width and --height: shrink its size (default), or cut off its edges"),
+         "A text too large for --width and --height; shrink (default): set it smaller; none: cut off its edges"),
     Flag("--sample", kOutput, nullptr, nullptr, "Write the still sample picture instead of an animation"),
     Flag("--add-comment", kOutput, "AddDescriptiveCommentBlock", "1", "Add a comment that names the program"),
 
