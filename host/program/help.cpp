@@ -87,6 +87,7 @@ std::string BatchHelp() {
 std::string HelpText() {
   std::string text =
       "Turns a line of text into an animated picture.\n\nUsage: glyphmotion [options] [TEXT]\n"
+      "       glyphmotion edit [FILE.GM4]                    the page in the browser\n"
       "       glyphmotion swatch MATERIAL -o FILE.png        a fill by itself\n"
       "       glyphmotion gallery FOLDER [--text T] [--look L]   effects, looks and fills on one page\n"
       "       glyphmotion batch JOBS.jsonl                   many pictures at once, see help batch\n"
