@@ -36,6 +36,7 @@ if(NOT GLYPHMOTION_PROGRAM)
   return()
 endif()
 install(TARGETS glyphmotion_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+install(TARGETS glyphmotion_full RUNTIME DESTINATION ${full_program_folder} COMPONENT program)
 install(FILES README.md CHANGELOG.md DESTINATION ${doc_folder}/glyphmotion COMPONENT program)
 install(DIRECTORY docs DESTINATION ${doc_folder}/glyphmotion COMPONENT program)
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
+// The full program. host/quick/main.cpp is what people start.
 #include <exception>
 
-#include "host/program/interrupts.h"
 #include "host/program/program.h"
-#include "platform/heap.h"
 
 namespace {
 
@@ -12,10 +11,4 @@ namespace {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  glyphmotion::OpenStandardStreams();
-  glyphmotion::KeepFreedMemory();
-  glyphmotion::CatchInterrupts();
-  const int code = glyphmotion::RunMain(argc, argv);
-  return code != glyphmotion::kExitDone && glyphmotion::InterruptedCode() ? glyphmotion::InterruptedCode() : code;
-}
+int main(int argc, char** argv) { return glyphmotion::Main(argc, argv); }

@@ -40,6 +40,7 @@
 #include "host/render/size_limit.h"
 #include "materials/material_text.h"
 #include "platform/files.h"
+#include "platform/heap.h"
 #include "platform/text_engine.h"
 
 namespace glyphmotion {
@@ -392,6 +393,14 @@ int RunMain(int argc, char** argv) noexcept try {
   return RunProgram({argv + (argc > 0 ? 1 : 0), argv + argc});
 } catch (const std::bad_alloc&) {
   return FailForMemory();
+}
+
+int Main(int argc, char** argv) noexcept {
+  OpenStandardStreams();
+  KeepFreedMemory();
+  CatchInterrupts();
+  const int code = RunMain(argc, argv);
+  return code != kExitDone && InterruptedCode() ? InterruptedCode() : code;
 }
 
 void EndWithoutMemory() noexcept {

@@ -20,6 +20,9 @@ int RunProgram(const std::vector<std::string>& words);
 /// The same with the arguments of main(); also reports running out of memory during its own start.
 int RunMain(int argc, char** argv) noexcept;
 
+/// main(): also prepares the process, its streams and its signals.
+int Main(int argc, char** argv) noexcept;
+
 /// For std::set_terminate: reports an uncaught std::bad_alloc and exits with kExitFailed; aborts on anything else.
 [[noreturn]] void EndWithoutMemory() noexcept;
 

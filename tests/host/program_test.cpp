@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "host/host_helpers.h"
 
@@ -35,6 +36,17 @@ Outcome StartAfter(const char* before, const std::string& arguments) {
 Outcome Start(const std::string& arguments) { return StartAfter("", arguments); }
 
 const char* const kSmall = " Hi -e simple -s 20 --frames 6 ";
+
+// The other tests run what it passes on.
+TEST(Program, SaysWhereItLookedForItsSecondFile) {
+  const TemporaryFolder folder;
+  std::filesystem::copy_file(GLYPHMOTION_PROGRAM, folder / "glyphmotion");
+  for (const char* words : {"edit --no-open", "batch jobs.jsonl", "Hi -o hi.WebM", "Hi -o - --format=avif"}) {
+    const Outcome outcome = Shell("'" + folder / "glyphmotion" + "' " + words);
+    EXPECT_EQ(outcome.code, 1) << words;
+    EXPECT_NE(outcome.output.find("is missing in " + folder.path.string()), std::string::npos) << outcome.output;
+  }
+}
 
 TEST(Program, WritesEachFormatAndSaysNothingOnAPipe) {
   const TemporaryFolder folder;
