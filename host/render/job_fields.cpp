@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/text_engine.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -35,12 +37,18 @@ std::optional<std::string> FixedNumber(Job::Palette palette) {
   return std::to_string(static_cast<int>(palette) - static_cast<int>(Job::Palette::BlackAndWhite));
 }
 
+// The dialog's letters are bold at first; a style in the font's name says what it wants.
+std::optional<bool> BoldOf(const Job& job) {
+  if (!job.bold && job.font && IsStyledFontName(*job.font)) return false;
+  return job.bold;
+}
+
 std::vector<FieldSetting> FieldSettings(const Job& job) {
   return {{"font", "MainFontName", job.font},
           {"size", "MainFontSize", Text(job.size)},
           {"pad", "MainPadding", Text(job.pad)},
           {"space", "MainFontSpace", Text(job.space)},
-          {"bold", "MainFontBold", Text(job.bold)},
+          {"bold", "MainFontBold", Text(BoldOf(job))},
           {"italic", "MainFontItalic", Text(job.italic)},
           {"antialias", "MainAntialias", Text(job.antialias)},
           {"delay", "MainDelay", Text(job.delay, job.paletteFormat)},

@@ -35,11 +35,11 @@ struct Job {
   std::string outline;
 
   /// The dialog's common options. Nothing: as the document or settings file says, else the built-in default.
-  std::optional<std::string> font;                         ///< a family of FontNames()
-  std::optional<int> size;                                 ///< height of a line of text in pixels, 4 to 144
-  std::optional<int> pad;                                  ///< empty pixels around the text, 0 to 512
-  std::optional<int> space;                                ///< distance of the characters in percent, 50 to 150
-  std::optional<bool> bold, italic, antialias;             ///< of the letters
+  std::optional<std::string> font;              ///< a family of FontNames(), or with a style
+  std::optional<int> size;                      ///< height of a line of text in pixels, 4 to 144
+  std::optional<int> pad;                       ///< empty pixels around the text, 0 to 512
+  std::optional<int> space;                     ///< distance of the characters in percent, 50 to 150
+  std::optional<bool> bold, italic, antialias;  ///< of the letters; not bold by itself where the font has a style
   std::optional<std::chrono::milliseconds> delay, pause;   ///< of a frame and of the resting one; GIF rounds to 10 ms
   std::optional<int> frames;                               ///< 2 to 32760, for effects that let one choose
   std::optional<int> seed;                                 ///< 100 to 32760, for effects that use chance

@@ -85,6 +85,10 @@ std::vector<std::string> FontFamilies();
 /// stand-in for it (as Liberation Sans for Arial).
 bool HasFontFamily(const std::string& family);
 
+/// The name is not a family's, but a family's and a style's: "DejaVu Sans Condensed Oblique". (Not on Windows, where
+/// families of one style are listed as such.)
+bool IsStyledFontName(const std::string& name);
+
 /// The family that a request's text is drawn with: its own when that is installed, otherwise the machine's stand-in;
 /// empty when there is none. (On Windows nobody asks, and it does not exist.)
 std::string FamilyUsed(const FontRequest& font);

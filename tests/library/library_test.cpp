@@ -157,6 +157,9 @@ TEST(Library, EveryFieldMeansTheProgramsOption) {
        {"--text-direction", "rtl", "--line-space", "80"}},
       {"a.gif", [](Job& job) { job.text = "A❤️", job.colourEmoji = false; }, {"--emoji", "mono"}},
       {"a.gif",
+       [](Job& job) { job.font = "DejaVu Sans Condensed Oblique"; },
+       {"--font", "DejaVu Sans Condensed Oblique", "--no-bold"}},
+      {"a.gif",
        [](Job& job) {
          job.fontFile = kVariableFont, job.fontVariation = {{"wght", 650}}, job.threads = 1;
        },

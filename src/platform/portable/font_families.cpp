@@ -161,4 +161,6 @@ bool HasFontFamily(const std::string& family) {
   return IsRunsOwnFont(family) || FindFamily(family) || FindStyledName(family);
 }
 
+bool IsStyledFontName(const std::string& name) { return OpenEngine() && FindStyledName(name); }
+
 }  // namespace glyphmotion

@@ -175,4 +175,8 @@ bool HasFontFamily(const std::string& family) {
   return IsRunsOwnFont(family) || !FamilyOf(family).empty() || FindStyledFace(family);
 }
 
+bool IsStyledFontName(const std::string& name) {
+  return OpenEngine() && FamilyOf(name).empty() && FindStyledFace(name);
+}
+
 }  // namespace glyphmotion
