@@ -97,6 +97,15 @@ void FillFast(const ColourMatcher::State& state, Cube cube, std::uint8_t* indice
 
 }  // namespace
 
+bool MatchedRows::Fit(int newWidth, int newHeight) noexcept {
+  if (bytes && width == newWidth && height == newHeight) return true;
+  width = newWidth;
+  height = newHeight;
+  block.Reset(AllocateBlock(static_cast<std::size_t>(height) * RowBytes()));
+  bytes = static_cast<std::uint8_t*>(LockBlock(block.Handle()));
+  return bytes != nullptr;
+}
+
 bool PrepareMatching(ColourMatcher::State& state) noexcept {
   if (state.table) return true;
   state.block.Reset(AllocateBlock(std::size_t{kCubeCount} * kCubeColours));

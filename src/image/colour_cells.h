@@ -17,12 +17,25 @@ namespace glyphmotion {
 constexpr std::uint32_t kCubeCount = 32768;
 constexpr std::uint32_t kCubeColours = 512;
 
+/// The last picture that was matched row by row, and its indices: rows that return are copied.
+struct MatchedRows {
+  MovableBlock block;             ///< of `bytes`, locked as long as it exists
+  std::uint8_t* bytes = nullptr;  ///< rows of width blue-green-red triples, width indices and 1 once filled
+  int width = 0, height = 0;
+
+  /// Prepares for pictures of a size; false when out of memory.
+  bool Fit(int newWidth, int newHeight) noexcept;
+  std::uint8_t* Row(int r) const { return bytes + static_cast<std::size_t>(r) * RowBytes(); }
+  std::size_t RowBytes() const { return 4 * static_cast<std::size_t>(width) + 1; }
+};
+
 struct ColourMatcher::State {
   Palette palette{};
   int depth = 8;
   int count = 256;  ///< entries offered, 0 to 256
   RemapOptions options;
 
+  MatchedRows rows;
   MovableBlock block;                    ///< of `table`, locked as long as it exists
   std::uint8_t* table = nullptr;         ///< kCubeCount x kCubeColours indices, or null before PrepareMatching
   std::array<bool, kCubeCount> known{};  ///< cubes that have been filled

@@ -49,8 +49,16 @@ void LightRow(const std::uint8_t* from, int width, std::uint8_t* indices) {
   for (int x = 0; x < width; ++x, from += 3) indices[x] = IsLight({from[2], from[1], from[0]});
 }
 
-void MatchRow(const std::uint8_t* from, int width, ColourMatcher::State& state, std::uint8_t* indices) {
+// Row r, whose indices are those of the picture before where it is the same.
+const std::uint8_t* MatchRow(const std::uint8_t* from, int r, ColourMatcher::State& state) {
+  const int width = state.rows.width;
+  const auto bytes = 3 * static_cast<std::size_t>(width);
+  std::uint8_t *const row = state.rows.Row(r), *const indices = row + bytes, &filled = indices[width];
+  if (filled && std::memcmp(row, from, bytes) == 0) return indices;
+  filled = 1;
+  std::memcpy(row, from, bytes);
   for (int x = 0; x < width; ++x, from += 3) indices[x] = Match(state, from[2], from[1], from[0]);
+  return indices;
 }
 
 }  // namespace
@@ -106,16 +114,20 @@ PackedDib RemapImage(const PackedDib& image, ColourMatcher& matcher) noexcept {
   const LockedBlock<std::uint8_t> indices(line.Handle());
   if (!target || !indices || !PrepareMatching(state)) return {};
   const int width = source.Width(), bits = target.Bits();
+  const bool matched = source.Bits() == 24 && bits != 1;
+  if (matched && !state.rows.Fit(width, source.Height())) return {};
   const IndexTable table = source.Bits() < 9 ? TranslationOf(source, state, bits) : IndexTable{};
   for (int r = 0; r < source.Height(); ++r) {
     if (EndRequested()) return {};
     const std::uint8_t* from = source.StoredRow(r);
+    if (matched) {
+      PackIndices(target.StoredRow(r), MatchRow(from, r, state), width, bits);
+      continue;
+    }
     if (source.Bits() < 9) {
       TranslateRow(source, r, table, indices.get());
-    } else if (bits == 1) {
-      LightRow(from, width, indices.get());
     } else {
-      MatchRow(from, width, state, indices.get());
+      LightRow(from, width, indices.get());
     }
     PackIndices(target.StoredRow(r), indices.get(), width, bits);
   }
