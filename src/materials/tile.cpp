@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <string_view>
+#include <vector>
 
 #include "materials/library_file.h"
 #include "materials/shipped.h"
@@ -62,6 +64,25 @@ void PutName(char (&field)[N], const std::string& name) {
   std::memcpy(field, name.data(), std::min(name.size(), N - 1));
 }
 
+// Tiles of the shipped library that the run has read: there are 71 material buttons, and all begin with the same one.
+struct ShippedTiles {
+  std::map<std::uint32_t, std::vector<std::uint8_t>> byIndex;
+};
+
+PackedDib LoadShippedTile(std::uint32_t index) {
+  auto& known = CurrentRun().Member<ShippedTiles>().byIndex;
+  if (const auto at = known.find(index); at != known.end()) {
+    PackedDib tile(AllocateBlock(at->second.size()));
+    const LockedBlock<std::uint8_t> bytes(tile.Handle());
+    if (bytes) std::memcpy(bytes.get(), at->second.data(), at->second.size());
+    return tile;
+  }
+  PackedDib tile = LoadMatrixTile(ShippedLibraryPath(kTileLibraryName), index);
+  if (const LockedBlock<std::uint8_t> bytes(tile.Handle()); bytes)
+    known.try_emplace(index, bytes.get(), bytes.get() + BlockSize(tile.Handle()));
+  return tile;
+}
+
 void Append(std::string& bytes, const void* data, std::size_t count) {
   bytes.append(static_cast<const char*>(data), count);
 }
@@ -98,7 +119,7 @@ void LoadTileOf(TileSpec& tile) noexcept {
     const std::string path = PathOfTile(tile);
     if (path.empty()) return;
     PackedDib loaded = LoadMatrixTile(path, tile.TileIndex);
-    if (!loaded && IsShippedName(path)) loaded = LoadMatrixTile(ShippedLibraryPath(kTileLibraryName), tile.TileIndex);
+    if (!loaded && IsShippedName(path)) loaded = LoadShippedTile(tile.TileIndex);
     tile.TileBitmap = WordOf(loaded.Release());
   } catch (...) {
   }
