@@ -27,6 +27,7 @@
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/build_driver.h"
+#include "shell/host_arguments.h"
 #include "shell/main_dialog.h"
 #include "shell/operation_names.h"
 #include "shell/settings.h"
@@ -34,16 +35,6 @@
 
 namespace glyphmotion {
 namespace {
-
-template <typename T>
-T* PointerIn(std::uint64_t value) {
-  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(value));
-}
-
-template <typename T>
-std::span<const std::uint8_t> BytesOf(const T* record) {
-  return {reinterpret_cast<const std::uint8_t*>(record), sizeof(T)};
-}
 
 // The host's side of one run.
 class Session {
@@ -165,17 +156,8 @@ class Session {
       case HostOpSetBackground:
         if (sink_.background) sink_.background(a == 101, static_cast<std::uint32_t>(b));
         return 1;
-      case HostOpGetFileDialogSize: {
-        auto* size = PointerIn<std::int32_t>(b);
-        size[0] = 640;
-        size[1] = 480;
-        return 1;
-      }
-      case HostOpIsRegistered:
-      case HostOpBeforeWork:
-        return 1;
       default:
-        return 0;  // there is no user to choose a file, a colour or a page
+        return AnswerUnasked(operation, b);  // there is no user to choose a file, a colour or a page
     }
   }
 
