@@ -7,8 +7,8 @@
 #include <span>
 #include <string_view>
 
-#include "host/encoders/dib_reader.h"
 #include "host/encoders/out_of_memory.h"
+#include "host/encoders/picture_encoder.h"
 #include "host/encoders/screen.h"
 
 namespace glyphmotion {
@@ -103,14 +103,7 @@ struct AvifState {
 }  // namespace
 
 Encoder OpenAvif(Output& output, const EncoderSettings& settings) {
-  auto state = std::make_shared<AvifState>(output, settings);
-  Encoder encoder;
-  encoder.add = [state](const Image& image) -> std::string {
-    const DibPixels dib = ReadDib(image.dib);
-    return dib ? state->Add(dib, image) : std::string(kBadImage);
-  };
-  encoder.finish = [state] { return state->Finish(); };
-  return encoder;
+  return EncoderOf(std::make_shared<AvifState>(output, settings));
 }
 
 }  // namespace glyphmotion

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "host/encoders/dib_reader.h"
 #include "host/encoders/out_of_memory.h"
+#include "host/encoders/picture_encoder.h"
 #include "host/encoders/screen.h"
 #include "host/encoders/webm_file.h"
 
@@ -170,14 +170,7 @@ struct WebmState {
 }  // namespace
 
 Encoder OpenWebm(Output& output, const EncoderSettings& settings) {
-  auto state = std::make_shared<WebmState>(output, settings);
-  Encoder encoder;
-  encoder.add = [state](const Image& image) -> std::string {
-    const DibPixels dib = ReadDib(image.dib);
-    return dib ? state->Add(dib, image) : std::string(kBadImage);
-  };
-  encoder.finish = [state] { return state->Finish(); };
-  return encoder;
+  return EncoderOf(std::make_shared<WebmState>(output, settings));
 }
 
 }  // namespace glyphmotion

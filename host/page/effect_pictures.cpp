@@ -50,40 +50,10 @@ Size SampleSize(const Job& job) {
 }  // namespace
 
 EffectPictures::EffectPictures(const PageServices& services, SendMessage send, std::string folder)
-    : services_(services), send_(std::move(send)), folder_(std::move(folder)), thread_([this] { Work(); }) {}
-
-EffectPictures::~EffectPictures() {
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    ending_ = true;
-    cancel_ = true;
-  }
-  wake_.notify_all();
-  thread_.join();
-}
-
-void EffectPictures::Wish(std::deque<PictureWish> wishes) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  wishes_ = std::move(wishes);
-  cancel_ = true;
-  wake_.notify_all();
-}
-
-void EffectPictures::Work() {
-  std::unique_lock<std::mutex> lock(mutex_);
-  while (!ending_) {
-    if (wishes_.empty()) {
-      wake_.wait(lock);
-      continue;
-    }
-    const PictureWish wish = std::move(wishes_.front());
-    wishes_.pop_front();
-    cancel_ = false;
-    lock.unlock();
-    Make(wish);
-    lock.lock();
-  }
-}
+    : services_(services),
+      send_(std::move(send)),
+      folder_(std::move(folder)),
+      thread_([this](const PictureWish& wish) { Make(wish); }) {}
 
 void EffectPictures::Make(const PictureWish& wish) {
   const std::string document = folder_ + "/picture.gm4";
@@ -104,10 +74,10 @@ void EffectPictures::Make(const PictureWish& wish) {
     return true;
   };
   sink.image = [&](const Image& image) { return frames.Add(image); };
-  sink.stop = &cancel_;
+  sink.stop = &thread_.Cancelled();
   const int size = std::clamp(static_cast<int>(kTrialSize * fit), kSmallest, kLargest);
   const RenderResult result = Render(SmallJob(*job, wish, size), sink);
-  if (result.status != RenderStatus::Done || cancel_) return;
+  if (result.status != RenderStatus::Done || thread_.Cancelled()) return;
   PageMessage message{{{"type", "thumb"},
                        {"key", wish.key},
                        {"width", frames.Width()},

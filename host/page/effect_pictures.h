@@ -2,15 +2,13 @@
 // Small animations of the effects with a document's own text, made one after the other beside the dialog.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <string>
-#include <thread>
+#include <vector>
 
 #include "host/page/page_message.h"
 #include "host/page/page_services.h"
+#include "host/page/wish_thread.h"
 
 namespace glyphmotion {
 
@@ -27,26 +25,17 @@ struct PictureWish {
 class EffectPictures {
  public:
   EffectPictures(const PageServices& services, SendMessage send, std::string folder);
-  ~EffectPictures();
-  EffectPictures(const EffectPictures&) = delete;
-  EffectPictures& operator=(const EffectPictures&) = delete;
 
   /// Forgets what was wished before and not begun.
-  void Wish(std::deque<PictureWish> wishes);
+  void Wish(std::deque<PictureWish> wishes) { thread_.Set(std::move(wishes)); }
 
  private:
-  void Work();
   void Make(const PictureWish& wish);
 
   const PageServices& services_;
   const SendMessage send_;
   const std::string folder_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  std::deque<PictureWish> wishes_;
-  bool ending_ = false;
-  std::atomic<bool> cancel_{false};
-  std::thread thread_;
+  WishThread<PictureWish> thread_;  // the last member: it uses the others
 };
 
 }  // namespace glyphmotion

@@ -2,6 +2,7 @@
 #include "host/page/live_build.h"
 
 #include "host/encoders/encoders.h"
+#include "host/encoders/out_of_memory.h"
 #include "host/page/frames.h"
 #include "host/page/scratch.h"
 #include "platform/files.h"
@@ -46,50 +47,22 @@ struct BuildSink {
 }  // namespace
 
 LiveBuild::LiveBuild(const PageServices& services, SendMessage send, std::string folder)
-    : services_(services), send_(std::move(send)), folder_(std::move(folder)), thread_([this] { Work(); }) {}
-
-LiveBuild::~LiveBuild() {
-  {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    ending_ = true;
-    cancel_ = true;
-  }
-  wake_.notify_all();
-  thread_.join();
-}
+    : services_(services),
+      send_(std::move(send)),
+      folder_(std::move(folder)),
+      thread_([this](const Wanted& wanted) { Build(wanted); }) {}
 
 void LiveBuild::Request(Wanted wanted, bool hasText) {
+  std::deque<Wanted> wishes;
+  if (hasText) wishes.push_back(std::move(wanted));
   const std::lock_guard<std::mutex> lock(mutex_);
-  cancel_ = true;
-  wanted_.reset();
-  if (!hasText) return;
-  due_ = Clock::now() + (finishedRevision_ < 0 ? Clock::duration{} : kPause);
-  wanted_ = std::move(wanted);
-  wake_.notify_all();
+  thread_.Set(std::move(wishes), finishedRevision_ < 0 ? Clock::time_point{} : Clock::now() + kPause);
 }
 
 std::optional<std::string> LiveBuild::GifOf(int revision) {
   const std::lock_guard<std::mutex> lock(mutex_);
   if (revision != finishedRevision_) return std::nullopt;
   return finished_;
-}
-
-void LiveBuild::Work() {
-  std::unique_lock<std::mutex> lock(mutex_);
-  while (!ending_) {
-    if (!wanted_) {
-      wake_.wait(lock);
-    } else if (Clock::now() < due_) {
-      wake_.wait_until(lock, due_);
-    } else {
-      const Wanted wanted = std::move(*wanted_);
-      wanted_.reset();
-      cancel_ = false;
-      lock.unlock();
-      Build(wanted);
-      lock.lock();
-    }
-  }
 }
 
 void LiveBuild::Build(const Wanted& wanted) {
@@ -109,10 +82,12 @@ void LiveBuild::Build(const Wanted& wanted) {
   BuildSink sink;
   sink.output = Output::File(picture, error);
   if (!error.empty()) return fail(error);
-  const RenderResult result = Render(*job, sink.SinkFor(cancel_));
-  if (cancel_ || result.status == RenderStatus::Cancelled) return;
-  if (result.status != RenderStatus::Done || !sink.encoder)
-    return fail(!sink.error.empty() ? sink.error : !result.message.empty() ? result.message : "nothing was built");
+  const RenderResult result = Render(*job, sink.SinkFor(thread_.Cancelled()));
+  if (thread_.Cancelled() || result.status == RenderStatus::Cancelled) return;
+  if (result.status != RenderStatus::Done || !sink.encoder) {
+    const std::string& reason = sink.error.empty() ? result.message : sink.error;
+    return fail(reason.empty() ? kOutOfMemory : reason);
+  }
   error = sink.encoder->finish();
   if (error.empty()) error = sink.output.Keep();
   std::optional<std::string> gif = error.empty() ? ReadWholeFile(picture) : std::nullopt;
@@ -133,7 +108,7 @@ void LiveBuild::Build(const Wanted& wanted) {
     const std::lock_guard<std::mutex> lock(mutex_);
     finishedRevision_ = wanted.revision;
     finished_ = std::move(*gif);
-    if (cancel_) return;
+    if (thread_.Cancelled()) return;
   }
   send_(std::move(message));
 }

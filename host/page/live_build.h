@@ -2,16 +2,14 @@
 // The animation of the current document, built beside the dialog: a little after the last change, given up at the next.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "host/page/page_message.h"
 #include "host/page/page_services.h"
+#include "host/page/wish_thread.h"
 
 namespace glyphmotion {
 
@@ -19,10 +17,6 @@ class LiveBuild {
  public:
   /// `folder`: a private folder for the document and the picture under way.
   LiveBuild(const PageServices& services, SendMessage send, std::string folder);
-  ~LiveBuild();
-  LiveBuild(const LiveBuild&) = delete;
-  LiveBuild& operator=(const LiveBuild&) = delete;
-
   struct Wanted {
     int revision;
     std::string document;
@@ -34,21 +28,15 @@ class LiveBuild {
   std::optional<std::string> GifOf(int revision);
 
  private:
-  void Work();
   void Build(const Wanted& wanted);
 
   const PageServices& services_;
   const SendMessage send_;
   const std::string folder_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  std::optional<Wanted> wanted_;
-  std::chrono::steady_clock::time_point due_{};
-  bool ending_ = false;
+  std::mutex mutex_;  ///< of what is finished
   int finishedRevision_ = -1;
   std::string finished_;
-  std::atomic<bool> cancel_{false};
-  std::thread thread_;
+  WishThread<Wanted> thread_;  // the last member: it uses the others
 };
 
 }  // namespace glyphmotion

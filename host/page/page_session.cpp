@@ -11,6 +11,7 @@
 #include "platform/run_state.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
+#include "shell/host_arguments.h"
 #include "shell/main_dialog.h"
 
 namespace glyphmotion {
@@ -25,11 +26,6 @@ constexpr int kMostUploads = 8;  // the last ones are kept
 struct CurrentPage {
   PageSession* session = nullptr;
 };
-
-template <typename T>
-T* PointerIn(std::uint64_t value) {
-  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(value));
-}
 
 }  // namespace
 
@@ -232,17 +228,8 @@ std::uint64_t PageSession::HostCall(std::uint32_t operation, std::uint64_t, std:
     case HostOpShowHelp:
       Send({{"type", "help"}, {"topic", std::string(PointerIn<const char>(b))}});
       return 1;
-    case HostOpGetFileDialogSize: {
-      auto* size = PointerIn<std::int32_t>(b);
-      size[0] = 640;
-      size[1] = 480;
-      return 1;
-    }
-    case HostOpIsRegistered:
-    case HostOpBeforeWork:
-      return 1;
     default:
-      return 0;
+      return AnswerUnasked(operation, b);
   }
 }
 

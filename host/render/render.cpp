@@ -27,6 +27,7 @@
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/build_driver.h"
+#include "shell/host_arguments.h"
 #include "shell/main_dialog.h"
 #include "shell/operation_names.h"
 #include "shell/settings.h"
@@ -34,16 +35,6 @@
 
 namespace glyphmotion {
 namespace {
-
-template <typename T>
-T* PointerIn(std::uint64_t value) {
-  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(value));
-}
-
-template <typename T>
-std::span<const std::uint8_t> BytesOf(const T* record) {
-  return {reinterpret_cast<const std::uint8_t*>(record), sizeof(T)};
-}
 
 // The host's side of one run.
 class Session {
@@ -165,17 +156,8 @@ class Session {
       case HostOpSetBackground:
         if (sink_.background) sink_.background(a == 101, static_cast<std::uint32_t>(b));
         return 1;
-      case HostOpGetFileDialogSize: {
-        auto* size = PointerIn<std::int32_t>(b);
-        size[0] = 640;
-        size[1] = 480;
-        return 1;
-      }
-      case HostOpIsRegistered:
-      case HostOpBeforeWork:
-        return 1;
       default:
-        return 0;  // there is no user to choose a file, a colour or a page
+        return AnswerUnasked(operation, b);  // there is no user to choose a file, a colour or a page
     }
   }
 
@@ -289,15 +271,22 @@ void Perform(const HostCallTable& table) noexcept {
   }
 }
 
-// Every run ends by writing the settings file, so a file of another kind must not be accepted as one.
-std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settings) {
+// Every run ends by writing the settings file, so a file of another kind must not be accepted as one. `status` becomes
+// Failed for a file that may be one but cannot be read.
+std::string SettingsFileTrouble(const std::string& path, SettingsSummary& settings, RenderStatus& status) {
   std::error_code code;
+  status = RenderStatus::BadJob;
   if (std::filesystem::is_directory(path, code)) return "'" + path + "' is a folder; name a settings file";
   if (!std::filesystem::exists(path, code)) return {};
   if (!std::filesystem::is_regular_file(path, code))
     return "'" + path + "' is not a regular file; name a settings file";
-  const std::optional<std::string> bytes = ReadFileIfAny(path);
-  if (!bytes || (!bytes->empty() && bytes->find("[PlugIn]") == std::string::npos))
+  std::string why;
+  const std::optional<std::string> bytes = ReadWholeFile(path, kLargestFile, &why);
+  if (!bytes) {
+    status = RenderStatus::Failed;
+    return why == kNoMemoryReason ? kOutOfMemory : "the settings file '" + path + "' cannot be read: " + why;
+  }
+  if (!bytes->empty() && bytes->find("[PlugIn]") == std::string::npos)
     return "'" + path + "' is not a settings file of this program and would be overwritten; name another one";
   settings = SummariseSettings(*bytes);
   return {};
@@ -318,8 +307,9 @@ std::string WriteSettings(const Job& job, const ScriptedUser& user) {
 RenderResult Render(const Job& job, const Sink& sink) try {
   RenderResult result;
   SettingsSummary settings;
-  if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings); !trouble.empty()) {
-    result.status = RenderStatus::BadJob;
+  RenderStatus status;
+  if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings, status); !trouble.empty()) {
+    result.status = status;
     result.message = trouble;
     return result;
   }

@@ -13,6 +13,7 @@
 #include "image/packed_dib.h"
 #include "platform/encoding.h"
 #include "platform/win32/wide_text.h"
+#include "shell/host_arguments.h"
 #include "shell/operation_names.h"
 
 namespace glyphmotion {
@@ -21,20 +22,9 @@ namespace {
 constexpr std::size_t kPathBuffer = 261, kLongestText = 4096;
 constexpr int kFileDialogWidth = 720, kFileDialogHeight = 500;  // at 96 dpi
 
-template <typename T>
-T* PointerIn(std::uint64_t value) {
-  return reinterpret_cast<T*>(static_cast<std::uintptr_t>(value));
-}
-
 std::string TextIn(std::uint64_t value) {
   const auto* text = PointerIn<const char>(value);
   return text ? TextFromBytes(std::string_view(text, strnlen(text, kLongestText))) : std::string();
-}
-
-template <typename Record>
-std::span<const std::uint8_t> BytesOf(const Record* record) {
-  if (!record || record->size < sizeof(Record)) return {};
-  return {reinterpret_cast<const std::uint8_t*>(record), sizeof(Record)};
 }
 
 /// The owner that the plug-in names, or the foreground window if that is invalid.

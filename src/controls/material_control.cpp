@@ -18,7 +18,8 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kArrowWidth = 16, kInset = 2;
-constexpr std::size_t kLongestCaption = 260;
+constexpr std::size_t kLongestCaption = 260;  // bytes
+constexpr std::size_t kLongestPath = 260;     // characters
 constexpr std::uint32_t kFacePressed = 1, kArrowPressed = 2;
 
 MaterialWindows& Windows() { return CurrentRun().Member<MaterialWindows>(); }
@@ -319,7 +320,7 @@ MovableBlock DuplicateMaterial(const Dialog& dialog, int id) noexcept {
 std::string MaterialPath(int id) {
   char name[32];
   std::snprintf(name, sizeof(name), "Material%.5d.mtrl", id);
-  return JoinPath(PerControlFolder(), name).substr(0, 260);
+  return std::string(CutCharacters(JoinPath(PerControlFolder(), name), kLongestPath));
 }
 
 void InitialiseMaterial(Dialog& dialog, int id, Colour colour) {

@@ -170,7 +170,7 @@ bool SaveMaterial(BlockHandle block, const std::string& path) noexcept {
   try {
     std::string bytes(kDiskBytes, '\0');
     ToDisk(reinterpret_cast<std::uint8_t*>(bytes.data()), *material);
-    return AtomicWriteFile(path.substr(0, 260), bytes);
+    return AtomicWriteFile(path, bytes);
   } catch (...) {
     return false;
   }

@@ -22,6 +22,9 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit = kLargestFile,
                                          std::string* why = nullptr) noexcept;
 
+/// Whether a file can have this name.
+inline bool IsPath(std::string_view path) noexcept { return !path.empty() && path.find('\0') == std::string::npos; }
+
 /// The reason when memory ran out.
 inline constexpr std::string_view kNoMemoryReason = "out of memory";
 
@@ -41,11 +44,6 @@ inline std::optional<std::string> ReadFileIfAny(const std::string& path) {
 /// The new file keeps the old one's permissions and, if this user may set it, its owner. Folders are not created.
 class AtomicFile {
  public:
-  AtomicFile() noexcept;
-  AtomicFile(AtomicFile&&) noexcept;
-  AtomicFile& operator=(AtomicFile&&) noexcept;
-  ~AtomicFile();
-
   /// Converts to false when the file cannot be created: a folder, a device, a read-only file, no permission.
   static AtomicFile Begin(const std::string& path, std::string& why) noexcept;
   explicit operator bool() const noexcept { return state_ != nullptr; }
@@ -58,7 +56,15 @@ class AtomicFile {
 
  private:
   struct State;
-  std::unique_ptr<State> state_;
+  struct Closer {
+    void operator()(State* state) const noexcept;
+  };
+  using Owner = std::unique_ptr<State, Closer>;
+  // The machine's part of Begin and Keep; may throw std::bad_alloc.
+  static Owner Open(const std::string& path, std::string& why);
+  static bool Finish(State& state, std::string& why);
+
+  Owner state_;
 };
 
 /// Writes a whole file with AtomicFile. A target that is not a regular file (a terminal, a pipe with a reader) is

@@ -8,18 +8,52 @@
 #include <string>
 
 #include "platform/text_engine.h"
+#include "platform/text_run.h"
+#include "platform/text_scripts.h"
 
 namespace glyphmotion {
+
+/// All that a row of the current run depends on.
+inline std::string RowKey(const FontRequest& font, std::u32string_view text) {
+  std::string key = font.family;
+  key += '\0';
+  key.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char32_t));
+  for (const int value :
+       {font.cellHeight, int{font.bold}, int{font.italic}, static_cast<int>(CurrentTextRun().options.direction)}) {
+    key += ' ' + std::to_string(value);
+  }
+  return key;
+}
+
+/// Whether a text of the current run has to be shaped.
+inline bool WantsShaping(std::u32string_view text) {
+  return CurrentTextRun().options.direction == TextDirection::RightToLeft || NeedsShaping(text);
+}
+
+/// `take` gets each line of a text, between the breaks.
+template <typename Take>
+void ForEachLine(std::u32string_view text, Take take) {
+  for (std::size_t begin = 0;;) {
+    const std::size_t end = text.find(kLineBreak, begin);
+    take(text.substr(begin, end == text.npos ? end : end - begin));
+    if (end == text.npos) return;
+    begin = end + 1;
+  }
+}
 
 /// `Row` has a `key` of all that it depends on, `clusters`, the `text` and the code of its `first` cluster. Codes are
 /// given once and never again, so that what remembers pictures by code never shows another's. Any thread may ask.
 template <typename Row>
 class ShapedRows {
  public:
-  std::shared_ptr<Row> Find(char32_t code) {
+  using Cluster = typename decltype(Row::clusters)::value_type;
+
+  /// The cluster of a code, which keeps its row alive; null for other codes.
+  std::shared_ptr<const Cluster> Find(char32_t code) {
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const auto& row : rows_) {
-      if (code >= row->first && code - row->first < row->clusters.size()) return row;
+      if (code >= row->first && code - row->first < row->clusters.size())
+        return std::shared_ptr<const Cluster>(row, &row->clusters[code - row->first]);
     }
     return nullptr;
   }

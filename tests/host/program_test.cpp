@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -355,22 +356,28 @@ TEST(Program, ClosedStreamsDoNotGetTheirNumbersInTheFile) {
   }
 }
 
-TEST(Program, APictureThatCannotBeWrittenLeavesOneSentenceAndNothingElse) {
+TEST(Program, WhatCannotBeWrittenIsNamedInOneSentenceAndNothingElseIsLeft) {
   const TemporaryFolder folder;
   testing::WriteBytes(folder / "fixed.gif", {1});
   chmod((folder / "fixed.gif").c_str(), 0444);
+  const std::string big = "'Hello there' -e gumdrops -s 90 --frames 4 -o ", small = "Hi -s 12 --test-run ";
   const struct {
-    std::string before, name;
+    std::string arguments, name;
     const char* says;
-  } cases[] = {{"", "fixed.gif", "read-only"},
-               {"ulimit -f 1; ", "new.gif", "ulimit -f"},
-               {"ulimit -f 1; ", "new.png", "ulimit -f"},
-               {"ulimit -f 1; ", "frames --frames-as png", "ulimit -f"}};
+  } cases[] = {{big, "fixed.gif", "read-only"},
+               {big, "new.gif", "ulimit -f"},
+               {big, "new.png", "ulimit -f"},
+               {"--frames-as png " + big, "frames", "ulimit -f"},
+               {"swatch texture:Marble -o ", "new.png", "ulimit -f"},
+               {small + "--settings ", "new.ini", "free disk space"},
+               {small + "--save-document ", "new.gm4", "free disk space"}};
   for (const auto& c : cases) {
-    const Outcome outcome =
-        StartAfter(c.before.c_str(), "'Hello there' -e gumdrops -s 90 --frames 4 -o " + folder / c.name);
+    const std::string path = folder / c.name, before = c.says[0] == 'r' ? "" : "ulimit -f 1; ";
+    const Outcome outcome = StartAfter(before.c_str(), c.arguments + path);
     EXPECT_EQ(outcome.code, 1) << c.name << outcome.output;
     EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
+    EXPECT_NE(outcome.output.find("'" + path + "'"), std::string::npos) << outcome.output;
+    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 1) << outcome.output;
     EXPECT_EQ(folder.Entries(), 1u) << c.name;
   }
   const std::string longest = std::string(251, 'n') + ".gif";

@@ -10,6 +10,7 @@
 #include "platform/font_files.h"
 #include "platform/portable/clusters.h"
 #include "platform/text_scripts.h"
+#include "text_run_fixture.h"
 
 namespace glyphmotion {
 namespace {
@@ -112,17 +113,7 @@ const std::vector<Row>& Table() {
   return table;
 }
 
-class Shaping : public testing::Test {
- protected:
-  void SetUp() override {
-    CurrentTextRun() = {};
-    ASSERT_TRUE(StartTextEngine());
-  }
-  void TearDown() override {
-    StopTextEngine();
-    CurrentTextRun() = {};
-  }
-};
+using Shaping = TextRunTest;
 
 TEST_F(Shaping, GlyphsOrderAndPlacesAreThoseOfHarfBuzz) {
   ASSERT_GE(Table().size(), 40u);

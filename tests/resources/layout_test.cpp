@@ -435,6 +435,7 @@ TEST(Panels, ListsHaveTheItemsThatTheirNumbersMean) {
     EXPECT_EQ(items(id).size(), 9u) << id;
     EXPECT_EQ(items(id)[5], "Diag. left") << id;
   }
+  EXPECT_STREQ(FindControlOfId(527)->caption, "Random dela&y:") << "the one check that has always had a colon";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <algorithm>
 #include <atomic>
 #include <barrier>
 #include <chrono>
@@ -175,6 +176,41 @@ TEST(Runs, ARunAndADialogWithinARunWorkOnTheirOwn) {
   EXPECT_EQ(within.bytes, innerAlone);
   EXPECT_EQ(dialog.shown, "Inside");
   EXPECT_GT(dialog.images, 1);
+}
+
+/// What a dialog shows as the softness of White Noise, the one number without a key, before it is set to `next`.
+std::string SoftnessBefore(int next) {
+  struct Person {
+    int effect, next;
+    char shown[8] = "";
+  };
+  const std::vector<std::string> effects = EffectNames();
+  Person person{static_cast<int>(std::find(effects.begin(), effects.end(), "White Noise") - effects.begin()), next};
+  HostCallTable table{};
+  table.version = HostInterfaceVersion;
+  table.HostCall = [](void*, std::uint32_t, std::uint64_t, std::uint64_t) { return std::uint64_t{0}; };
+  const GlyphmotionDriver driver = [](GlyphmotionDialog* dialog, void* context) {
+    auto& own = *static_cast<Person*>(context);
+    GlyphmotionSelect(dialog, 58, own.effect);
+    GlyphmotionGetText(dialog, 511, own.shown, sizeof own.shown);
+    GlyphmotionSetNumber(dialog, 511, own.next);
+    GlyphmotionPress(dialog, 2);
+  };
+  GlyphmotionSetDriver(driver, &person);
+  EXPECT_EQ(PLUGIN16DoBuild(nullptr, &table), 1);
+  GlyphmotionSetDriver(nullptr, nullptr);
+  return person.shown;
+}
+
+TEST(Runs, ANumberWithoutAKeyPassesToTheNextDialogAndToNoRun) {
+  Job job = JobOf(0);
+  job.effect = "White Noise";
+  const Bytes alone = FramesOf(job).bytes;
+  const std::string before = SoftnessBefore(33);
+  EXPECT_EQ(SoftnessBefore(std::stoi(before)), "33");
+  SoftnessBefore(0);
+  EXPECT_EQ(FramesOf(job).bytes, alone);
+  EXPECT_EQ(SoftnessBefore(std::stoi(before)), "0");
 }
 
 TEST(Runs, DialogsInSeveralThreadsAtOnceAreIndependent) {

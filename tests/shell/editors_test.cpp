@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 // From the main dialog into the editors behind its material buttons, and back with what was chosen there.
 #include <cstring>
+#include <map>
 
+#include "controls/boxes.h"
+#include "controls/gradient_editor.h"
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
 #include "main_dialog_fixture.h"
 #include "materials/tile.h"
+#include "resources/box_templates.h"
 #include "resources/texture_controls.h"
 #include "resources/tile_controls.h"
 
@@ -29,6 +33,8 @@ class EditorsOfTheMainDialog : public MainDialogTest {
         return WordOf(SolidDib(20, 10, 0x2040FF).Release());
       case HostOpShowHelp:
         helpAsked = At<char>(b);
+        return 1;
+      case HostOpIsRegistered:
         return 1;
       default:
         return 0;
@@ -106,6 +112,54 @@ TEST_F(EditorsOfTheMainDialog, ThePictureOfTheHostBecomesATile) {
         EXPECT_EQ(helpAsked, "TLMPLGM4.HTML#TILE");
         Click(dialog, accept ? TileControl::Ok : TileControl::Cancel);
       });
+}
+
+// F1 in each control of each dialog over the main one. The gradient's fountain has a topic of its own.
+TEST_F(EditorsOfTheMainDialog, F1OpensTheTopicOfTheFocusedPartInEveryDialog) {
+  constexpr int kBarMenuFirst = 103, kManageLibrary = 104;
+  const std::string page =
+      ReadWholeFile(GLYPHMOTION_SOURCE_DIR "/share/glyphmotion/TLMPLGM4.HTML").value_or(std::string());
+  std::map<const DialogTemplate*, const char*> left = {{&kTextureDialogTemplate, "TEXTURE"},
+                                                       {&kTexturePreviewTemplate, "TEXTURE"},
+                                                       {&kTileDialogTemplate, "TILE"},
+                                                       {&kGradientDialogTemplate, "GRADIENT"},
+                                                       {&kMarkerPositionDialogTemplate, "FOUNTAIN"},
+                                                       {&kFountainLibraryDialogTemplate, "FOUNTAIN"},
+                                                       {&kRegistrationDialog, "PREFACE"},
+                                                       {&kAboutBox, "PREFACE"},
+                                                       {&kMessageBox, "TROUBLE"},
+                                                       {&kNamePrompt, "MATERIALS"}};
+  responder_.menu = [this](Dialog*, std::span<const MenuItem> items) {
+    return items[0].id == kBarMenuFirst ? kManageLibrary : kCommandFirstKind + kind;
+  };
+  Run(
+      [&](Dialog& dialog, int fill) {
+        for (const MaterialKind wanted : {kGradient, kTexture, kTile}) Edit(dialog, fill, wanted);
+        for (const int button : {MainControl::Register, MainControl::About}) Click(dialog, button);
+        RunMessageBox(&dialog, nullptr, {"T", "So."});
+        RunNamePrompt(&dialog, "T", "");
+      },
+      [&](Dialog& dialog, int id) {
+        const auto found = std::find_if(left.begin(), left.end(), [&](const auto& row) { return row.first->id == id; });
+        ASSERT_NE(found, left.end()) << id;
+        const std::string topic = found->second;
+        EXPECT_NE(page.find(" id=\"" + topic + "\""), std::string::npos) << topic;
+        left.erase(found);
+        if (id == kGradientDialogTemplate.id) Click(dialog, GradientControl::MultiColor);
+        int pressed = 0;
+        for (const int control : Children(dialog)) {
+          helpAsked.clear();
+          if (!PressKey(dialog, control, kKeyF1)) continue;
+          const bool fountain = KindOf(dialog, control) == ControlKind::FountainButton;
+          EXPECT_EQ(helpAsked, "TLMPLGM4.HTML#" + (fountain ? "FOUNTAIN" : topic)) << id << ": " << control;
+          ++pressed;
+        }
+        EXPECT_GT(pressed, 0) << id;
+        if (id == kTextureDialogTemplate.id) Click(dialog, TextureControl::ShowPreview);
+        if (id != kGradientDialogTemplate.id) return;
+        for (const KeyCode key : {kKeyMenu, kKeyRight, kKeyF2}) PressKey(dialog, GradientControl::Fountain, key);
+      });
+  for (const auto& [dialog, topic] : left) ADD_FAILURE() << "did not open: " << dialog->title << " for " << topic;
 }
 
 }  // namespace

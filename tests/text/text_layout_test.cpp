@@ -1,24 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Lines of a text in their block, against the same lines measured one by one.
-#include <gtest/gtest.h>
-
 #include <numeric>
 
 #include "text/text_raster.h"
+#include "text_run_fixture.h"
 
 namespace glyphmotion {
 namespace {
 
-class Layout : public testing::Test {
+class Layout : public TextRunTest {
  protected:
-  void SetUp() override {
-    CurrentTextRun() = {};
-    ASSERT_TRUE(StartTextEngine());
-  }
-  void TearDown() override {
-    StopTextEngine();
-    CurrentTextRun() = {};
-  }
   // As the composer asks for it.
   TextLine Block(const std::u32string& text, TextAlign align = TextAlign::Start, int lineSpace = 100, int space = 100) {
     TextLine line{{"DejaVu Sans", 30, false, false}, true, {}, space, align, lineSpace};

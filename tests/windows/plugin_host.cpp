@@ -65,10 +65,6 @@ std::uint64_t HostCall(void* task, std::uint32_t operation, std::uint64_t a, std
     case HostOpStatusText:
       host.stages.emplace_back(reinterpret_cast<const char*>(b));
       return 1;
-    case HostOpGetFileDialogSize:
-      reinterpret_cast<std::int32_t*>(b)[0] = 640;
-      reinterpret_cast<std::int32_t*>(b)[1] = 480;
-      return 1;
     default:
       return 0;
   }

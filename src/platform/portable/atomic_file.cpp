@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <exception>
 
 #include "platform/files.h"
 #include "platform/portable/descriptors.h"
@@ -108,18 +107,10 @@ bool AtomicFile::State::GiveName() {
   return false;
 }
 
-AtomicFile::AtomicFile() noexcept = default;
-AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
-AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
-AtomicFile::~AtomicFile() = default;
+void AtomicFile::Closer::operator()(State* state) const noexcept { delete state; }
 
-AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept try {
-  AtomicFile begun;
-  if (path.empty() || path.find('\0') != std::string::npos) {
-    why = "it is not a file name";
-    return {};
-  }
-  auto state = std::make_unique<State>();
+AtomicFile::Owner AtomicFile::Open(const std::string& path, std::string& why) {
+  Owner state(new State);
   state->target = TargetOfLinks(path);
   struct stat old;
   bool exists = false;
@@ -138,11 +129,7 @@ AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept
     why = ReasonOf(errno);
     return {};
   }
-  begun.state_ = std::move(state);
-  return begun;
-} catch (const std::exception&) {
-  why.assign(kNoMemoryReason);
-  return {};
+  return state;
 }
 
 bool AtomicFile::Write(std::string_view bytes) noexcept {
@@ -158,21 +145,16 @@ bool AtomicFile::Write(std::string_view bytes) noexcept {
 
 std::string AtomicFile::Trouble() const { return state_ && state_->error ? ReasonOf(state_->error) : ""; }
 
-bool AtomicFile::Keep(std::string& why) noexcept try {
-  const auto state = std::move(state_);
-  if (!state) return false;
-  if (!state->Flush() || fsync(*state->file) != 0 || !state->GiveName()) {
-    const int error = state->error ? state->error : errno;
-    state->Forget();
+bool AtomicFile::Finish(State& state, std::string& why) {
+  if (!state.Flush() || fsync(*state.file) != 0 || !state.GiveName()) {
+    const int error = state.error ? state.error : errno;
+    state.Forget();
     why = ReasonOf(error);
     return false;
   }
   // Flushing the folder makes the name durable. Some file systems cannot do that; the file is kept all the same.
-  if (const Descriptor folder = OpenFile(state->folder, O_RDONLY | O_DIRECTORY)) (void)fsync(*folder);
+  if (const Descriptor folder = OpenFile(state.folder, O_RDONLY | O_DIRECTORY)) (void)fsync(*folder);
   return true;
-} catch (const std::exception&) {
-  why.assign(kNoMemoryReason);
-  return false;
 }
 
 }  // namespace glyphmotion

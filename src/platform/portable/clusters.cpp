@@ -120,9 +120,7 @@ void AddOutlines(const Cluster& of, const Cluster& box, JoinedOutline& all) {
 }  // namespace
 
 std::shared_ptr<const Cluster> FindCluster(char32_t code) {
-  if (!IsCluster(code) || !CurrentTextRun().clusters) return nullptr;
-  const std::shared_ptr<ClusterRow> row = Store().Find(code);
-  return row ? std::shared_ptr<const Cluster>(row, &row->clusters[code - row->first]) : nullptr;
+  return IsCluster(code) && CurrentTextRun().clusters ? Store().Find(code) : nullptr;
 }
 
 bool FindRow(const std::string& key, ShapedText& text) { return Store().FindByKey(key, text); }

@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/dialog.h"
 #include "platform/dialog_driver.h"
+#include "platform/dialog_parts.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -57,24 +57,7 @@ struct Dialog {
   bool visible = false, ended = false;
 };
 
-/// The control of an id, or null.
-inline Control* FindControl(Dialog& dialog, int id) {
-  const auto found = dialog.byId.find(id);
-  return found == dialog.byId.end() ? nullptr : found->second;
-}
-inline const Control* FindControl(const Dialog& dialog, int id) {
-  const auto found = dialog.byId.find(id);
-  return found == dialog.byId.end() ? nullptr : found->second;
-}
-
 inline bool IsEdit(ControlKind kind) { return kind == ControlKind::Edit || kind == ControlKind::NumberEdit; }
-inline bool IsPictureList(ControlKind kind) {
-  return kind == ControlKind::PictureList || kind == ControlKind::PictureGrid;
-}
-inline bool IsList(ControlKind kind) { return kind == ControlKind::List || IsPictureList(kind); }
-inline bool HasItems(ControlKind kind) {
-  return kind == ControlKind::Combo || kind == ControlKind::SortedCombo || IsList(kind);
-}
 
 /// Appends the controls of a template to the dialog; on std::bad_alloc none of them.
 void AppendControls(Dialog& dialog, const DialogTemplate& dialogTemplate, bool visible);

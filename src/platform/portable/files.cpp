@@ -9,11 +9,10 @@
 #include <exception>
 
 #include "platform/portable/descriptors.h"
+#include "platform/special_file.h"
 
 namespace glyphmotion {
 namespace {
-
-bool IsPath(const std::string& path) { return !path.empty() && path.find('\0') == std::string::npos; }
 
 void Say(std::string* why, const std::string& reason) {
   if (why) *why = reason;
@@ -58,15 +57,6 @@ std::optional<std::string> ReadAll(int descriptor, std::size_t size, std::size_t
   }
 }
 
-/// A pipe without a reader is refused; a slow reader blocks the write.
-bool WriteInPlace(const std::string& path, std::string_view bytes, std::string* why) {
-  const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
-  const bool written =
-      file && fcntl(*file, F_SETFL, fcntl(*file, F_GETFL) & ~O_NONBLOCK) == 0 && WriteAll(*file, bytes);
-  if (!written) Say(why, ReasonOf(errno));
-  return written;
-}
-
 }  // namespace
 
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit, std::string* why) noexcept try {
@@ -78,20 +68,17 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   return std::nullopt;
 }
 
-bool AtomicWriteFile(const std::string& path, std::string_view bytes, std::string* why) noexcept try {
+bool IsSpecialFile(const std::string& path) {
   struct stat status;
-  if (IsPath(path) && stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
-    return WriteInPlace(path, bytes, why);
-  }
-  std::string unheard;
-  std::string& reason = why ? *why : unheard;
-  AtomicFile file = AtomicFile::Begin(path, reason);
-  if (!file) return false;
-  file.Write(bytes);
-  return file.Keep(reason);
-} catch (const std::exception&) {
-  if (why) why->assign(kNoMemoryReason);
-  return false;
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+bool WriteSpecialFile(const std::string& path, std::string_view bytes, std::string& why) {
+  const Descriptor file = OpenFile(path, O_WRONLY | O_NONBLOCK);
+  const bool written =
+      file && fcntl(*file, F_SETFL, fcntl(*file, F_GETFL) & ~O_NONBLOCK) == 0 && WriteAll(*file, bytes);
+  if (!written) why = ReasonOf(errno);
+  return written;
 }
 
 std::string_view LineEnd() noexcept { return "\n"; }

@@ -13,6 +13,7 @@
 #include <span>
 
 #include "platform/portable/clusters.h"
+#include "platform/shaped_rows.h"
 #include "platform/text_scripts.h"
 
 namespace glyphmotion {
@@ -360,34 +361,12 @@ Line ReadLine(std::u32string_view text) {
   return line;
 }
 
-template <typename Take>
-void ForEachLine(std::u32string_view text, Take take) {
-  for (std::size_t begin = 0;;) {
-    const std::size_t end = text.find(kLineBreak, begin);
-    take(text.substr(begin, end == text.npos ? end : end - begin));
-    if (end == text.npos) return;
-    begin = end + 1;
-  }
-}
-
-std::string KeyOf(const FontRequest& font, std::u32string_view text) {
-  std::string key = font.family;
-  key += '\0';
-  key.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char32_t));
-  for (const int value :
-       {font.cellHeight, int{font.bold}, int{font.italic}, static_cast<int>(CurrentTextRun().options.direction)}) {
-    key += ' ' + std::to_string(value);
-  }
-  return key;
-}
-
 }  // namespace
 
 ShapedText ShapeText(const FontRequest& font, std::u32string_view text) {
-  const bool rightToLeft = CurrentTextRun().options.direction == TextDirection::RightToLeft;
-  if ((!rightToLeft && !NeedsShaping(text)) || !OpenEngine()) return {std::u32string(text), {}};
+  if (!WantsShaping(text) || !OpenEngine()) return {std::u32string(text), {}};
   ClusterRow row;
-  row.key = KeyOf(font, text);
+  row.key = RowKey(font, text);
   ShapedText known;
   if (FindRow(row.key, known)) return known;
   Selection& selection = Select(font);

@@ -3,12 +3,9 @@
 #include "platform/folders.h"
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace glyphmotion {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::string Home() {
   const char* home = std::getenv("GLYPHMOTION_HOME");
@@ -37,15 +34,5 @@ std::vector<std::string> ShippedFolders() { return {"/share/glyphmotion/"}; }
 std::string RegisteredOwner() { return {}; }
 
 std::string RegisteredOrganization() { return {}; }
-
-bool EnsureFolder(const std::string& folder) noexcept try {
-  if (folder.empty()) return false;
-  std::error_code error;
-  const fs::path path = fs::path(folder) / "";  // with or without a trailing separator
-  fs::create_directories(path.parent_path(), error);
-  return fs::is_directory(path, error);
-} catch (...) {
-  return false;
-}
 
 }  // namespace glyphmotion

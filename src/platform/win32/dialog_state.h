@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/dialog.h"
+#include "platform/dialog_parts.h"
 #include "platform/run_state.h"
 #include "platform/win32/windows_headers.h"
 
@@ -46,21 +46,6 @@ struct Dialog {
   SIZE backgroundSize{};
 };
 
-inline Control* FindControl(Dialog& dialog, int id) {
-  const auto found = dialog.byId.find(id);
-  return found == dialog.byId.end() ? nullptr : found->second;
-}
-inline const Control* FindControl(const Dialog& dialog, int id) {
-  const auto found = dialog.byId.find(id);
-  return found == dialog.byId.end() ? nullptr : found->second;
-}
-
-inline bool IsCombo(ControlKind kind) { return kind == ControlKind::Combo || kind == ControlKind::SortedCombo; }
-inline bool IsPictureList(ControlKind kind) {
-  return kind == ControlKind::PictureList || kind == ControlKind::PictureGrid;
-}
-inline bool IsList(ControlKind kind) { return kind == ControlKind::List || IsPictureList(kind); }
-inline bool HasItems(ControlKind kind) { return IsCombo(kind) || IsList(kind); }
 /// Kinds with a window class of this program, drawn and handled entirely by their procedure.
 inline bool IsDrawn(ControlKind kind) { return kind >= ControlKind::MaterialButton; }
 

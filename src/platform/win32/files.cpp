@@ -7,6 +7,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/special_file.h"
 #include "platform/win32/retry.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_headers.h"
@@ -30,8 +31,6 @@ struct OpenFile {
 
 constexpr DWORD kPiece = DWORD{1} << 20;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-bool IsPath(const std::string& path) { return !path.empty() && path.find('\0') == std::string::npos; }
 
 bool WriteAll(HANDLE file, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -122,11 +121,6 @@ bool PutInPlace(const std::wstring& name, const std::wstring& path, bool exists)
   return MoveFileExW(name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
-bool WriteInPlace(const std::wstring& path, std::string_view bytes) {
-  OpenFile file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  return file && WriteAll(file.handle, bytes) && file.Close();
-}
-
 /// The target of a link; the path itself if it is not a link.
 std::wstring TargetOf(const std::wstring& path) {
   const OpenFile file(CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -178,18 +172,10 @@ struct AtomicFile::State {
   }
 };
 
-AtomicFile::AtomicFile() noexcept = default;
-AtomicFile::AtomicFile(AtomicFile&&) noexcept = default;
-AtomicFile& AtomicFile::operator=(AtomicFile&&) noexcept = default;
-AtomicFile::~AtomicFile() = default;
+void AtomicFile::Closer::operator()(State* state) const noexcept { delete state; }
 
-AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept try {
-  AtomicFile begun;
-  if (!IsPath(path)) {
-    why = "it is not a file name";
-    return {};
-  }
-  auto state = std::make_unique<State>();
+AtomicFile::Owner AtomicFile::Open(const std::string& path, std::string& why) {
+  Owner state(new State);
   state->target = WideOf(path);
   const DWORD attributes = GetFileAttributesW(state->target.c_str());
   state->exists = attributes != INVALID_FILE_ATTRIBUTES;
@@ -207,14 +193,8 @@ AtomicFile AtomicFile::Begin(const std::string& path, std::string& why) noexcept
   const std::wstring folder = FolderOf(state->target);
   ClearStaleTemporaries(folder);
   state->file.handle = CreateIn(folder, state->name);
-  if (!state->file) {
-    why = ReasonOf(GetLastError());
-    return {};
-  }
-  begun.state_ = std::move(state);
-  return begun;
-} catch (const std::exception&) {
-  why.assign(kNoMemoryReason);
+  if (state->file) return state;
+  why = ReasonOf(GetLastError());
   return {};
 }
 
@@ -227,19 +207,14 @@ bool AtomicFile::Write(std::string_view bytes) noexcept {
 
 std::string AtomicFile::Trouble() const { return state_ && state_->error ? ReasonOf(state_->error) : ""; }
 
-bool AtomicFile::Keep(std::string& why) noexcept try {
-  const auto state = std::move(state_);
-  if (!state) return false;
-  const bool whole = !state->error && FlushFileBuffers(state->file.handle);
-  const bool closed = state->file.Close();
-  if (whole && closed && RetryBriefly([&] { return PutInPlace(state->name, state->target, state->exists); })) {
-    state->name.clear();
+bool AtomicFile::Finish(State& state, std::string& why) {
+  const bool whole = !state.error && FlushFileBuffers(state.file.handle);
+  const bool closed = state.file.Close();
+  if (whole && closed && RetryBriefly([&] { return PutInPlace(state.name, state.target, state.exists); })) {
+    state.name.clear();
     return true;
   }
-  why = ReasonOf(state->error ? state->error : GetLastError());
-  return false;
-} catch (const std::exception&) {
-  why.assign(kNoMemoryReason);
+  why = ReasonOf(state.error ? state.error : GetLastError());
   return false;
 }
 
@@ -259,20 +234,16 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   return std::nullopt;
 }
 
-bool AtomicWriteFile(const std::string& path, std::string_view bytes, std::string* why) noexcept try {
-  const DWORD attributes = IsPath(path) ? GetFileAttributesW(WideOf(path).c_str()) : INVALID_FILE_ATTRIBUTES;
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DEVICE)) {
-    return WriteInPlace(WideOf(path), bytes);
-  }
-  std::string unheard;
-  std::string& reason = why ? *why : unheard;
-  AtomicFile file = AtomicFile::Begin(path, reason);
-  if (!file) return false;
-  file.Write(bytes);
-  return file.Keep(reason);
-} catch (const std::exception&) {
-  if (why) why->assign(kNoMemoryReason);
-  return false;
+bool IsSpecialFile(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(WideOf(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DEVICE);
+}
+
+bool WriteSpecialFile(const std::string& path, std::string_view bytes, std::string& why) {
+  OpenFile file(CreateFileW(WideOf(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  const bool written = file && WriteAll(file.handle, bytes) && file.Close();
+  if (!written) why = ReasonOf(GetLastError());
+  return written;
 }
 
 std::string_view LineEnd() noexcept { return "\r\n"; }

@@ -224,17 +224,6 @@ class LineShaper {
   ClusterRow& row_;
 };
 
-std::string KeyOf(const FontRequest& font, std::u32string_view text) {
-  std::string key = font.family;
-  key += '\0';
-  key.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char32_t));
-  for (const int value :
-       {font.cellHeight, int{font.bold}, int{font.italic}, static_cast<int>(CurrentTextRun().options.direction)}) {
-    key += ' ' + std::to_string(value);
-  }
-  return key;
-}
-
 /// A bitmap of 32 bits to draw on.
 struct Canvas {
   HDC context = CreateCompatibleDC(nullptr);
@@ -263,28 +252,22 @@ struct Canvas {
 }  // namespace
 
 std::shared_ptr<const Cluster> FindCluster(char32_t code) {
-  if (!IsCluster(code) || !CurrentTextRun().clusters) return nullptr;
-  const std::shared_ptr<ClusterRow> row = Store().Find(code);
-  return row ? std::shared_ptr<const Cluster>(row, &row->clusters[code - row->first]) : nullptr;
+  return IsCluster(code) && CurrentTextRun().clusters ? Store().Find(code) : nullptr;
 }
 
 ShapedText ShapeText(const FontRequest& font, std::u32string_view text) {
-  const bool rightToLeft = CurrentTextRun().options.direction == TextDirection::RightToLeft;
-  if (!rightToLeft && !NeedsShaping(text)) return {std::u32string(text), {}};
+  if (!WantsShaping(text)) return {std::u32string(text), {}};
   ClusterRow row;
-  row.key = KeyOf(font, text);
+  row.key = RowKey(font, text);
   ShapedText known;
   if (Store().FindByKey(row.key, known)) return known;
   LineShaper shaper(font, row);
-  for (std::size_t begin = 0;;) {
-    const std::size_t end = text.find(kLineBreak, begin);
-    const std::wstring line = WideLine(text.substr(begin, end == text.npos ? end : end - begin));
+  ForEachLine(text, [&](std::u32string_view part) {
+    if (!row.text.rightToLeft.empty()) row.text.codes.push_back(kLineBreak);
+    const std::wstring line = WideLine(part);
     row.text.rightToLeft.push_back(IsRightToLeft(line));
     shaper.Add(line, row.text.rightToLeft.back());
-    if (end == text.npos) break;
-    row.text.codes.push_back(kLineBreak);
-    begin = end + 1;
-  }
+  });
   return Store().Keep(std::move(row));
 }
 
