@@ -22,8 +22,10 @@
 #include "image/remap.h"
 #include "image/supercompress.h"
 #include "image/surface.h"
+#include "materials/fountain.h"
 #include "materials/gradient.h"
 #include "materials/material.h"
+#include "materials/tile.h"
 #include "platform/random.h"
 #include "text/text_raster.h"
 
@@ -52,6 +54,7 @@ class OperationSums : public ::testing::Test {
     for (int i = 0; i < width * height; ++i) {
       if (kind == 1 && Any(0, 3)) view.SetPixel(i % width, i / width, 0);
       if (kind == 2) view.SetPixel(i % width, i / width, flat);
+      if (bits == 32) view.SetPixel(i % width, i / width, view.GetPixel(i % width, i / width) ^ (dice() & 0xFF000000));
     }
     return dib;
   }
@@ -81,7 +84,7 @@ class OperationSums : public ::testing::Test {
   void Palettes();
   void Remapping();
   void Shapes();
-  void Gradients();
+  void Materials();
   void Warps();
   void Painters();
   void Texts();
@@ -250,6 +253,11 @@ void OperationSums::Shapes() {
     const int left = place(), top = place(), width = Any(-3, 90), height = Any(-3, 90);
     surface.FillEllipse({left, top, left + width, top + (round % 3 ? height : width)}, 0x332211);
   });
+  row("rectangle", [&](DrawingSurface& surface) {
+    const int left = anywhere(), top = anywhere(), right = anywhere(), bottom = anywhere();
+    if (round % 2) surface.FillRect({left, top, right, bottom}, 0x332211);
+    if (round % 2 == 0) surface.FillRectangle({left, top, right, bottom}, 0x332211);
+  });
   row("thin line", [&](DrawingSurface& s) { s.Polyline(points(4, anywhere), round % 2, 0x332211); });
   row("wide line", [&](DrawingSurface& s) {
     const auto list = points(5, place);
@@ -257,10 +265,10 @@ void OperationSums::Shapes() {
   });
 }
 
-void OperationSums::Gradients() {
+void OperationSums::Materials() {
+  Material material;
   for (const std::uint32_t type : {0u, 1u, 2u, 3u}) {
     Row("gradient " + std::to_string(type), 60, [&] {
-      Material material;
       DefaultMaterial(material, AnyColour());
       GradientSpec& gradient = material.Gradient;
       gradient.GradientType = type;
@@ -274,6 +282,43 @@ void OperationSums::Gradients() {
       gradient.Midpoint = OneOf({50, 1, 10, 99});
       const int width = Any(1, 130), height = Any(1, 200);
       Take(RenderGradient(width, height, gradient, material.Fountain));
+      const auto table = GradientTable(gradient, material.Fountain, OneOf({1, 200, 255, 256}));
+      ASSERT_TRUE(table);
+      for (const Colour colour : *table) hash.Add({colour});
+    });
+  }
+  for (std::uint32_t type = 0; type < 6; ++type) {
+    Row("texture " + std::to_string(type), 12, [&] {
+      DefaultMaterial(material, 0);
+      material.Kind = kTexture;
+      TextureSpec& texture = material.Texture;
+      texture.TextureType = type;
+      texture.MatrixSize = static_cast<std::uint32_t>(OneOf({0, 1, 3, 16, 32, 64, 100, 128, 300}));
+      texture.SeedValue[0] = static_cast<std::uint32_t>(Any(0, 30000));
+      texture.CreaterCount = static_cast<std::uint32_t>(OneOf({0, 20, 200}));
+      texture.BubbleCount = static_cast<std::uint32_t>(OneOf({0, 9, 30, -1}));
+      texture.BubbleShape = static_cast<std::uint32_t>(Any(0, 4));
+      const int width = Any(1, 90), height = Any(1, 90);
+      Take(MaterialToBitmap(material, width, height));
+      hash.Add({RandomState()});
+    });
+  }
+  Row("fountain", 40, [&] {
+    FountainSpec fountain;
+    DefaultFountain(fountain, round % 3);
+    fountain.Flags = round % 2 ? kFountainLooped : 0;
+    fountain.MarkerCount = static_cast<std::uint32_t>(Any(0, 9));
+    for (int i = 0; i < 9; ++i) fountain.Markers[i] = dice();
+    Take(FountainToBitmap(fountain, Any(1, 300), 2));
+  });
+  for (const int bits : {1, 4, 8, 24, 32}) {
+    Row("tile " + std::to_string(bits), 20, [&] {
+      const PackedDib tile = AnyPicture(bits, 30, 30);
+      TileSpec parameters{};
+      parameters.TileBitmap = WordOf(tile.Handle());
+      parameters.Right = Any(1, 70);
+      parameters.Bottom = Any(1, 70);
+      Take(RenderTile(parameters));
     });
   }
 }
@@ -411,7 +456,7 @@ TEST_F(OperationSums, AreThoseOfTheList) {
   Palettes();
   Remapping();
   Shapes();
-  Gradients();
+  Materials();
   Warps();
   Painters();
   Texts();

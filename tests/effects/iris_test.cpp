@@ -5,7 +5,6 @@
 #include <array>
 
 #include "effects/effect_checks.h"
-#include "effects/iris_mask.h"
 
 namespace glyphmotion::test {
 namespace {
@@ -88,32 +87,6 @@ TEST(Iris, BackgroundsStandInAlphaRunsToo) {
   ASSERT_EQ(built.frames.size(), 5u) << built.result.message;
   EXPECT_EQ(built.frames[0].bits, 32);
   EXPECT_EQ(PixelOf(built.frames[0], 0, 0), 0x563412u);
-}
-
-double Mean(const PackedDib& mask) {
-  const DibView view(mask);
-  double sum = 0;
-  for (int y = 0; y < view.Height(); ++y) {
-    for (int x = 0; x < view.Width(); ++x) sum += view.GetPixel(x, y);
-  }
-  return sum / view.Width() / view.Height();
-}
-
-TEST(IrisMask, EveryStyleClosesFromWhiteToNothing) {
-  for (int style = 0; style <= kIrisNone; ++style) {
-    EXPECT_EQ(Mean(IrisMask(70, 40, style, 12, 0.0)), 255.0) << style;
-    double before = 255.0;
-    for (double phase : {0.1, 0.3, 0.5, 0.7, 0.9, 0.99}) {
-      const double mean = Mean(IrisMask(70, 40, style, 12, phase));
-      if (style == kIrisNone) {
-        EXPECT_EQ(mean, 0.0);
-      } else {
-        EXPECT_LT(mean, before) << style << " " << phase;
-      }
-      before = mean;
-    }
-    EXPECT_LT(before, 40.0) << style;
-  }
 }
 
 }  // namespace

@@ -57,15 +57,6 @@ TEST(PackedDib, PixelsKeepTheirValueAndTheirNeighbours) {
   }
 }
 
-TEST(PackedDib, TopLeftIsInTheLastStoredRowAndBlueComesFirst) {
-  const PackedDib dib = BlankDib(2, 2, nullptr, 24);
-  const DibView view(dib);
-  view.SetPixel(0, 0, 0x030201);
-  EXPECT_EQ(view.StoredRow(1)[0], 3);
-  EXPECT_EQ(view.StoredRow(1)[2], 1);
-  EXPECT_EQ(view.Row(0), view.StoredRow(1));
-}
-
 TEST(PackedDib, ImpossibleSizesGiveNothing) {
   EXPECT_FALSE(BlankDib(0, 5, nullptr, 24));
   EXPECT_FALSE(BlankDib(5, -1, nullptr, 24));

@@ -99,26 +99,6 @@ TEST(Surface, PolygonsFillWhatTheRuleCovers) {
   }
 }
 
-TEST(Surface, RectanglesAreHalfOpenAndThoseOfThePenLoseOneMore) {
-  for (int round = 0; round < 600; ++round) {
-    const bool far = round % 2;
-    const Rect r = {RandomPlace(20, far), RandomPlace(20, far), RandomPlace(20, far), RandomPlace(20, far)};
-    DrawingSurface filled(19, 23), drawn(19, 23);
-    filled.FillRect(r, kInk);
-    ExpectShape(
-        filled, [&](int x, int y) { return x >= r.left && x < r.right && y >= r.top && y < r.bottom; }, "FillRect");
-    drawn.FillRectangle(r, kInk);
-    const auto [left, right] = std::minmax(r.left, r.right);
-    const auto [top, bottom] = std::minmax(r.top, r.bottom);
-    ExpectShape(
-        drawn,
-        [&, l = left, r2 = right, t = top, b = bottom](int x, int y) {
-          return x >= l && x < Exact{r2} - 1 && y >= t && y < Exact{b} - 1;
-        },
-        "FillRectangle");
-  }
-}
-
 TEST(Surface, EllipsesOfWorkedExamples) {
   const struct {
     Rect box;

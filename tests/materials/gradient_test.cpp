@@ -28,18 +28,6 @@ FountainSpec Spectrum() {
   return fountain;
 }
 
-TEST(Gradient, LinearRunsDownFromTheStartColour) {
-  const GradientSpec gradient = TwoColours(0, 0x000000, 0xFFFFFF);
-  const PackedDib picture = RenderGradient(3, 252, gradient, Spectrum());
-  const DibView view(picture);
-  // 256 bands of one row over the box that is 2 pixels larger on each side.
-  const std::vector<Colour> table = *GradientTable(gradient, Spectrum(), 256);
-  for (int y = 0; y < 252; ++y) ASSERT_EQ(view.GetPixel(1, y), table[static_cast<std::size_t>(y + 2)]) << y;
-  GradientSpec odd = gradient;
-  odd.GradientType = 9;
-  EXPECT_EQ(PixelsOf(RenderGradient(3, 252, odd, Spectrum())), PixelsOf(picture));
-}
-
 TEST(Gradient, LinearCoversEveryPixelAtEveryAngle) {
   const GradientSpec red = TwoColours(0, 0x0000FF, 0x0000FF);
   for (int rotation = -360; rotation <= 360; rotation += 7) {
@@ -78,17 +66,6 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   }
 }
 
-// With pad 45 the middle stop is at 2, before the first stop at 114: the blend to the end begins at 2.
-TEST(GradientTable, LateMidpointMovesThePenBack) {
-  GradientSpec gradient = TwoColours(0, 0x0000FF, 0xFF0000);
-  gradient.EdgePad = 45;
-  gradient.Midpoint = 10;
-  const auto table = *GradientTable(gradient, Spectrum(), 255);
-  EXPECT_EQ(table[1], 0x0000FFu);
-  EXPECT_NEAR(static_cast<int>(table[4] & 0xFF), 0x7D, 2) << "just after the mean of the two";
-  EXPECT_GT(table[200] >> 16, 0xD0u);
-}
-
 TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
   for (std::uint32_t type = 0; type < 4; ++type) {
     GradientSpec gradient = TwoColours(type, 0x112233, 0x112233);
@@ -109,26 +86,6 @@ TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
   twice.Rotation = 361;
   EXPECT_EQ(PixelsOf(RenderGradient(33, 20, once, Spectrum())), PixelsOf(RenderGradient(33, 20, twice, Spectrum())));
   EXPECT_EQ(LiveBlocks().blocks, 0u);
-}
-
-TEST(Fountain, MarkersAreDrawnInTheirOrder) {
-  FountainSpec fountain;
-  DefaultFountain(fountain, 0);
-  fountain.StartColour = 0x0000FF;
-  fountain.EndColour = 0xFF0000;
-  const auto first = [&](int x) { return DibView(FountainToBitmap(fountain, 255, 2)).GetPixel(x, 1); };
-  EXPECT_GT(first(0) & 0xFF, 0xF0u);
-  EXPECT_GT(first(254) >> 16, 0xF0u);
-  fountain.MarkerCount = 1;
-  fountain.Markers[0] = MakeMarker(128, 0x00FF00);
-  EXPECT_GT((first(126) >> 8) & 0xFF, 0xF0u);
-  fountain.Flags = kFountainLooped;
-  EXPECT_GT(first(254) & 0xFF, 0xF0u) << "looped: back to the start colour";
-  // A marker at 0 in last position moves the pen back to the left edge.
-  fountain.Flags = 0;
-  fountain.MarkerCount = 2;
-  fountain.Markers[1] = MakeMarker(0, 0xFFFFFF);
-  EXPECT_GT((first(3) >> 8) & 0xFF, 0xF0u);
 }
 
 TEST(Fountain, FormsKeepTheirBytes) {

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "material_helpers.h"
-#include "materials/fractal_texture.h"
 #include "materials/material_cache.h"
 #include "materials/material_text.h"
 #include "materials/surface_texture.h"
@@ -20,39 +19,6 @@ TextureSpec TextureOf(std::uint32_t type, int side) {
   parameters.TextureType = type;
   SetTextureBounds(parameters, side);
   return parameters;
-}
-
-TEST(FractalTexture, SizesOfTheMatrix) {
-  const auto pixels = [](std::uint32_t matrix) {
-    TextureSpec parameters = TextureOf(1, 40);
-    parameters.MatrixSize = matrix;
-    return PixelsOf(GenerateFractalTexture(parameters, WholeOf(parameters)));
-  };
-  EXPECT_EQ(pixels(100), pixels(128));
-  EXPECT_EQ(pixels(64), pixels(64));
-  EXPECT_NE(pixels(64), pixels(128));
-  for (std::uint32_t small : {0u, 1u, 2u, 3u, 16u}) EXPECT_EQ(pixels(small).size(), 40u * 40 * 3) << small;
-  EXPECT_TRUE(pixels(4097).empty());
-  EXPECT_TRUE(pixels(0xFFFFFFFF).empty());
-}
-
-TEST(CraterTexture, FlatSurfaceIsTheMiddleBlendAndTheLastColumnStays) {
-  TextureSpec parameters = TextureOf(4, 9);
-  parameters.CreaterCount = 0;
-  const PackedDib picture = GenerateCraterTexture(parameters, WholeOf(parameters));
-  const DibView view(picture);
-  EXPECT_EQ(view.GetPixel(4, 4), Blend(+parameters.BackColour, +parameters.ForeColour[0], 128));
-  EXPECT_EQ(view.GetPixel(8, 4), +parameters.BackColour);
-}
-
-TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
-  TextureSpec parameters = TextureOf(5, 16);
-  parameters.MatrixSize = 32;
-  parameters.BubbleCount = 0;
-  const PackedDib picture = GeneratePerturbationTexture(parameters, WholeOf(parameters));
-  const DibView view(picture);
-  for (int i = 0; i < 256; ++i) ASSERT_EQ(view.GetPixel(i % 16, i / 16), view.GetPixel(0, 0));
-  EXPECT_NEAR(RedOf(view.GetPixel(0, 0)), 127, 2);
 }
 
 TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {

@@ -216,36 +216,5 @@ TEST(Documents, AnyTextStaysOneLine) {
   });
 }
 
-TEST(Documents, DamagedFilesDoNoHarm) {
-  std::mt19937 random(15);
-  WithDialog([&](Dialog& dialog, const fs::path& folder) {
-    const std::string path = (folder / "a.gm4").string();
-    ASSERT_EQ(SaveDocument(dialog, path), 1);
-    const std::string whole = ReadWholeFile(path).value();
-    int damaged = 0;
-    for (int round = 0; round < 400; ++round) {
-      std::string bytes = whole;
-      for (int change = static_cast<int>(random() % 12); change > 0 && !bytes.empty(); --change) {
-        // Every other time the first line stays whole, so that the rest is read.
-        const std::size_t from = std::min(round % 2 ? 0 : sizeof kHead, bytes.size() - 1);
-        const std::size_t at = from + random() % (bytes.size() - from);
-        if (random() % 2) {
-          bytes[at] = static_cast<char>(random());
-        } else {
-          bytes.insert(at, bytes.substr(random() % bytes.size(), random() % 60));
-        }
-      }
-      if (round % 4 == 1) bytes.resize(random() % (bytes.size() + 1));
-      const Texts shown = LoadBytes(dialog, folder, bytes);
-      ASSERT_TRUE(shown.empty() || shown == Texts{kDamaged});
-      ASSERT_EQ(seen.refreshes, shown.empty());
-      damaged += !shown.empty();
-      for (const std::string& line : seen.lines) ASSERT_TRUE(IsUtf8(line));
-    }
-    EXPECT_GT(damaged, 20);
-    EXPECT_LT(damaged, 380);
-  });
-}
-
 }  // namespace
 }  // namespace glyphmotion

@@ -64,19 +64,6 @@ TEST(Text, AccentsTakeTheirBaseLettersWidthButKeepTheirShape) {
             Pixels(RasteriseText(plain, measure, 0, 0, 60, 60, 255, cache)));
 }
 
-TEST(Text, LevelsBoundTheMask) {
-  GlyphCache cache;
-  const TextLine line = Line(U"Level "), bits = Line(U"Level ", 40, false);
-  const TextMeasure measure = MeasureText(line, true, cache);
-  for (const int level : {0, 1, 128, 255}) {
-    const auto pixels = Pixels(RasteriseText(line, measure, 0, 0, measure.width, 40, level, cache));
-    EXPECT_EQ(*std::max_element(pixels.begin(), pixels.end()), level);
-    for (const int v : Pixels(RasteriseText(bits, measure, 0, 0, measure.width, 40, level, cache))) {
-      ASSERT_TRUE(v == 0 || v == level);
-    }
-  }
-}
-
 TEST(Text, FullCacheForgetsAndDrawsTheSame) {
   const BlockCounters before = LiveBlocks();
   {
