@@ -343,29 +343,5 @@ TEST(Program, ClosedStreamsDoNotGetTheirNumbersInTheFile) {
   }
 }
 
-TEST(Program, APictureThatCannotBeWrittenLeavesOneSentenceAndNothingElse) {
-  const TemporaryFolder folder;
-  testing::WriteBytes(folder / "fixed.gif", {1});
-  chmod((folder / "fixed.gif").c_str(), 0444);
-  const struct {
-    std::string before, name;
-    const char* says;
-  } cases[] = {{"", "fixed.gif", "read-only"},
-               {"ulimit -f 1; ", "new.gif", "ulimit -f"},
-               {"ulimit -f 1; ", "new.png", "ulimit -f"},
-               {"ulimit -f 1; ", "frames --frames-as png", "ulimit -f"}};
-  for (const auto& c : cases) {
-    const Outcome outcome =
-        StartAfter(c.before.c_str(), "'Hello there' -e gumdrops -s 90 --frames 4 -o " + folder / c.name);
-    EXPECT_EQ(outcome.code, 1) << c.name << outcome.output;
-    EXPECT_NE(outcome.output.find(c.says), std::string::npos) << outcome.output;
-    EXPECT_EQ(folder.Entries(), 1u) << c.name;
-  }
-  const std::string longest = std::string(251, 'n') + ".gif";
-  for (int round = 0; round < 2; ++round) EXPECT_EQ(Start(kSmall + ("-o " + folder / longest)).code, 0);
-  EXPECT_EQ(folder.Entries(), 2u);
-  EXPECT_EQ(Start("Hi -q -s 16 -e vortex --still-text -o " + folder / "quiet.gif").output, "");
-}
-
 }  // namespace
 }  // namespace glyphmotion

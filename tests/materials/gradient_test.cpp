@@ -51,7 +51,7 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   gradient.Midpoint = 50;
   const auto table = *GradientTable(gradient, Spectrum(), 200);
   EXPECT_EQ(table[90], 0u);
-  EXPECT_EQ(table[100], 0x007F00u) << "half way through the 20 entries between the pads";
+  EXPECT_EQ(table[100], 0x007F00u) << "halfway through the 20 entries between the pads";
   EXPECT_EQ(table[110], 0x00FF00u);
   gradient.TwoColor = 0;
   EXPECT_EQ((*GradientTable(gradient, Spectrum(), 200))[150], 0x00FF00u) << "the fountain's pads are the two colours";
