@@ -27,16 +27,5 @@ TEST(Elastic, StretchesHoldsThePeakAndSettlesBack) {
   }
 }
 
-TEST(Elastic, RestsUnbentWhateverTheEnergy) {
-  const std::string gradient = "gradient:#ff0000-#0000ff";
-  const Built weak = BuildWith("elastic", {{kFrames, "2"}, {"575", gradient}, {"Style012Energy", "5"}});
-  const Built strong = BuildWith("elastic", {{kFrames, "2"}, {"575", gradient}, {"Style012Energy", "100"}});
-  const Built sample = SampleWith("elastic", {{"575", gradient}, {"Style012Energy", "100"}});
-  ASSERT_EQ(weak.frames.size() + strong.frames.size() + sample.frames.size(), 9u);
-  EXPECT_EQ(weak.frames[0], strong.frames[0]);
-  EXPECT_EQ(sample.frames[0], strong.frames[0]);
-  EXPECT_FALSE(weak.frames[1] == strong.frames[1]);
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

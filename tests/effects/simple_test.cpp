@@ -54,17 +54,5 @@ TEST(Simple, EveryDirectionFollowsItsScheduleAndHoldsAtRest) {
   }
 }
 
-TEST(Simple, AlphaRunsGivePlanesAndTheShadowPaintsNoColour) {
-  const Settings base = {{"22", "0"}, {"62", "1"}, {"63", "1"}};
-  Settings other = base;
-  other.emplace_back("102", "#ff0000");
-  const Built grey = BuildWith("simple", base), red = BuildWith("simple", other);
-  ASSERT_EQ(grey.frames.size(), 1u) << grey.result.message;
-  EXPECT_EQ(grey.frames[0].bits, 32);
-  EXPECT_TRUE(grey.frames[0].standAlone);
-  EXPECT_EQ(grey.frames[0], red.frames[0]);
-  EXPECT_EQ(PixelOf(grey.frames[0], 0, 0), 8355711u) << "the key colour";
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

@@ -21,28 +21,6 @@ TextureSpec TextureOf(std::uint32_t type, int side) {
   return parameters;
 }
 
-TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {
-  const auto pixels = [](std::uint32_t seed, std::uint32_t bubbles, std::uint32_t shape) {
-    TextureSpec parameters = TextureOf(5, 60);
-    parameters.MatrixSize = 300;
-    parameters.SeedValue[0] = seed;
-    parameters.BubbleCount = bubbles;
-    parameters.BubbleShape = shape;
-    return PixelsOf(GeneratePerturbationTexture(parameters, WholeOf(parameters)));
-  };
-  pixels(1, 0, 0);
-  EXPECT_EQ(pixels(2, 0, 0), pixels(3, 0, 0));
-  EXPECT_NE(pixels(2, 9, 0), pixels(3, 9, 0));
-  EXPECT_EQ(pixels(2, 9, 7), pixels(3, 9, 7)) << "an unknown shape adds nothing";
-  pixels(5, 1, 7);
-  const std::uint32_t after = RandomState();
-  SeedRandom(5);
-  NextRandom();
-  NextRandom();
-  EXPECT_EQ(after, RandomState()) << "but each bubble draws its two numbers";
-  EXPECT_EQ(pixels(2, 0xFFFFFFFF, 0), pixels(3, 0, 0)) << "below 0: none";
-}
-
 // Wide and tall windows, craters and bubbles across their edges, and a texture far too large to be made as a whole.
 TEST(Texture, AWindowShowsItsPartOfTheWhole) {
   for (std::uint32_t type = 0; type < 6; ++type) {
@@ -87,15 +65,6 @@ TEST(Texture, TwoRunsGiveTheSamePixelsAndWildNumbersDoNoHarm) {
     }
   }
   EXPECT_EQ(LiveBlocks().blocks, 0u);
-}
-
-TEST(Texture, OblongFillsAreTheMiddleOfASquare) {
-  Material material;
-  DefaultMaterial(material, 0);
-  material.Kind = kTexture;
-  const PackedDib oblong = MaterialToBitmap(material, 120, 40), square = MaterialToBitmap(material, 120, 120);
-  EXPECT_EQ(+material.Texture.Bottom, 120);
-  EXPECT_EQ(PixelsOf(oblong), PixelsOf(CropDib(square, {0, 40, 120, 80})));
 }
 
 TEST(MaterialCache, HitsAreWhatRenderingAnewWouldBe) {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <numeric>
 
 namespace glyphmotion {
 namespace {
@@ -20,26 +19,6 @@ std::vector<int> Pixels(const PackedDib& mask) {
     for (int x = 0; x < view.Width(); ++x) values.push_back(static_cast<int>(view.GetPixel(x, y)));
   }
   return values;
-}
-
-TEST(Text, AdvancesAreTruncatedBoxesLessTheBlanks) {
-  const FontRequest font{"Arial", 37, false, true};
-  GlyphBox blank, letter;
-  ASSERT_TRUE(MeasureGlyph(font, U' ', blank) && MeasureGlyph(font, U'm', letter));
-  const int space = static_cast<int>(blank.width), m = static_cast<int>(letter.width) - space;
-  GlyphCache cache;
-  for (const int percent : {50, 99, 100, 150}) {
-    const TextMeasure measure = MeasureText({font, true, U"m m\u00FE ", percent}, true, cache);
-    ASSERT_EQ(measure.advances.size(), 5u);
-    EXPECT_EQ(measure.advances[0], m * percent / 100);
-    EXPECT_EQ(measure.advances[1], space * percent / 100);
-    EXPECT_EQ(measure.advances[2], measure.advances[0]);
-    EXPECT_EQ(measure.width, std::accumulate(measure.advances.begin(), measure.advances.end(), 0));
-    EXPECT_EQ(measure.height, 37);
-  }
-  const TextMeasure empty = MeasureText({font, true, U"", 100}, true, cache);
-  EXPECT_EQ(empty.width, 0);
-  EXPECT_EQ(empty.height, 37);
 }
 
 TEST(Text, AccentsTakeTheirBaseLettersWidthButKeepTheirShape) {
