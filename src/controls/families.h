@@ -34,13 +34,13 @@ struct ControlFamily {
 };
 
 /// The family for a kind of control, or null for kinds that persist nothing (labels, groups, plain buttons). Up-downs
-/// have a family without a line: told to store, they have their edit store its value.
+/// have a family without a line: asked to store, they pass the request on to their edit.
 /// SPNSGN is for numbers whose variable is a text; FNTBOX for the font combo, whose load never applies the value.
 const ControlFamily* FamilyOfKind(ControlKind kind) noexcept;
 extern const ControlFamily kColourFamily, kNumberFamily, kSignedNumberFamily, kUpDownFamily, kCheckFamily, kTextFamily,
     kSelectionFamily, kFontFamily;
 
-/// Ties a control to its family and its variable (null: none) and shows the variable's value in it. The variable stands
+/// Ties a control to its family and its variable (null: none) and shows the variable's value in it. The variable is
 /// in the control's word; direction pickers get a data block there that begins with the 32-bit index; material and
 /// fountain buttons get theirs from InitialiseMaterial and the like.
 void InstallFamily(Dialog& dialog, int id, const ControlFamily& family, Variable* variable);

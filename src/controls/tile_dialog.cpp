@@ -21,7 +21,7 @@ namespace {
 using namespace TileControl;
 
 /// Private message that the dialog posts to itself. a = 0: adjusts the list's height; a = 1: opens the menu of an item,
-/// b says whether by key.
+/// b is 1 when a key asked for it.
 constexpr std::uint32_t kMessageList = 0x4C8;
 constexpr const char* kHelpTopic = "TILE";
 constexpr int kItemInset = 4, kChosenInset = 2, kPreviewInset = 2;

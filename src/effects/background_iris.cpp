@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Background Iris: up to five backgrounds open into one another through patterns, while the text stands in front.
+// Background Iris: up to five backgrounds open into one another through patterns, while the text rests in front.
 #include "effects/effect_table.h"
 #include "effects/iris_cycle.h"
 #include "resources/panel_background_iris.h"
@@ -14,7 +14,7 @@ constexpr IrisControls kControls = IrisControlsOf(kPanel, kRoles.background, "Ba
 PackedDib Render(EffectContext& context) {
   const IrisParams& params = ParametersOf<IrisParams>(context);
   FrameComposer composer = MakeComposer(context, kRoles);
-  // The backgrounds stand also where alpha runs of other effects have their key colour.
+  // The backgrounds also fill the area that has the key colour in alpha runs of other effects.
   composer.makeFrame = [&](int width, int height) { return RenderIris(composer, params, width, height); };
   return composer.Compose();
 }

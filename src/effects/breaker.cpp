@@ -30,7 +30,7 @@ PackedDib TwistWindow(const PackedDib& working, int angle, double phase, bool le
   if (!to) return {};
   const int width = to.Width(), side = to.Height();
   const int travelled = static_cast<int>((width - side) * phase);
-  // From the right, the window stands a pixel short of the end.
+  // From the right, the window ends a pixel short.
   const int left = leftToRight ? travelled : width - travelled - side - 1;
   const PackedDib square = Twist(CropDib(working, {left, 0, left + side, side}), angle, tables);
   const DibView from(square);

@@ -36,10 +36,12 @@ void BulgeTo(BulgeTables::Entry& entry, int percent) {
 }
 
 GLYPHMOTION_CLONES
-void BulgeRow(const double* __restrict factor, const double* __restrict dx, std::size_t places, double dy,
-              double aspectX, double aspectY, double* __restrict belowX, double* __restrict belowY,
-              double* __restrict aboveX, double* __restrict aboveY) {
-  for (std::size_t i = 0; i < places; ++i) {
+void BulgeRow(const DiscRow& row, const double* __restrict factor, RowOffsets& to) {
+  const double* __restrict dx = row.dx;
+  double* __restrict belowX = to.belowX.data(), * __restrict belowY = to.belowY.data();
+  double* __restrict aboveX = to.aboveX.data(), * __restrict aboveY = to.aboveY.data();
+  const double dy = row.dy, aspectX = row.aspectX, aspectY = row.aspectY;
+  for (std::size_t i = 0, places = row.places; i < places; ++i) {
     belowX[i] = (dx[i] * factor[i]) / aspectX;
     belowY[i] = (dy * factor[i]) / aspectY;
     aboveX[i] = belowX[i];
@@ -60,9 +62,8 @@ PackedDib BulgeBitmap(const PackedDib& source, int percent, BulgeTables& tables)
   const DiscQuarter& quarter = entry.quarter;
   RowOffsets offsets(quarter.dx.size());
   for (int row = 0; row < quarter.Rows(); ++row) {
-    BulgeRow(entry.factor.data() + quarter.start[static_cast<std::size_t>(row)], quarter.dx.data(),
-             quarter.PlacesOf(row), quarter.dy[static_cast<std::size_t>(row)], quarter.aspectX, quarter.aspectY,
-             offsets.belowX.data(), offsets.belowY.data(), offsets.aboveX.data(), offsets.aboveY.data());
+    const DiscRow places = RowOf(quarter, row);
+    BulgeRow(places, entry.factor.data() + places.start, offsets);
     SampleMirrored(quarter, row, offsets, from, to);
   }
   return result;

@@ -13,7 +13,7 @@ struct BulgeTables {
   struct Entry {
     DiscQuarter quarter;
     std::vector<double> sine;    ///< by place: from 0 at the centre to 1 at the rim
-    int percent = 0;             ///< what `factor` stands for; 0: nothing yet
+    int percent = 0;             ///< that `factor` was computed for; 0: none yet
     std::vector<double> factor;  ///< by place: of the distance from the centre
   };
   RecentSizes<Entry, 2> recent;

@@ -7,10 +7,10 @@
 namespace glyphmotion {
 
 /// Zeroes the profile and adds half a sine of height 1 over `length` columns from `start` on, as far as they lie in the
-/// profile: what would stand beyond the right end is lost. A negative or zero length adds nothing.
+/// profile: what would lie beyond the right end is lost. A negative or zero length adds nothing.
 void SetBumpProfile(std::span<float> profile, int start, int length) noexcept;
 
-/// Given for the height, this stands for the curve of a sample: 0.6875 high in the alternate form, otherwise 1.
+/// As the height: selects the curve of the sample, 0.6875 high in the alternate form, otherwise 1.
 constexpr double kSampleHorizon = 100.99;
 
 /// Sets the curve to half a sine of height `v` (0 to 1) about its middle, zero elsewhere. The plain form widens from

@@ -29,7 +29,7 @@ void ForEachRun(const DibView& to, int left, std::span<const int> values, Work w
   }
 }
 
-// Multiplying by it and shifting divides: exact up to 100 bytes' sum, the most that one sample stands for.
+// Multiplying by it and shifting divides: exact up to 100 bytes' sum, the most that one sample averages.
 constexpr int kShift = 22;
 constexpr std::uint32_t ReciprocalOf(int count) {
   return ((std::uint32_t{1} << kShift) + static_cast<std::uint32_t>(count) - 1) / static_cast<std::uint32_t>(count);

@@ -18,7 +18,7 @@ constexpr int kWarpScale = 4;
 void LowerColumns(const DibView& from, const DibView& to, int left, std::span<const int> drop) noexcept;
 
 /// Squeezes column left + x of `from` to percent[left + x] percent (0 to 100) of its height, about its middle, into
-/// column x of `to`, on the terms of LowerColumns. Each sample is the whole-number mean of those it stands for. 100
+/// column x of `to`, on the terms of LowerColumns. Each sample is the whole-number mean of those that it replaces. 100
 /// copies; 0 leaves the column blank.
 void SqueezeColumns(const DibView& from, const DibView& to, int left, std::span<const int> percent) noexcept;
 

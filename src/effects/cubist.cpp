@@ -115,7 +115,7 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(*context.dialog, kFrames);
     CubistParams params;
     if (!BeginRun(context, &params, Render, frames)) return false;
-    // The trial was the first frame.
+    // BeginRun has rendered the first frame.
     return AppendPhases<CubistParams>(context, Render, PlanEvenly(context, frames), frames,
                                       [](CubistParams& lane, double i) { lane.frame = static_cast<int>(i) + 1; });
   });

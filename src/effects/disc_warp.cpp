@@ -66,14 +66,14 @@ struct Samples {
   std::ptrdiff_t step;
 };
 
-// Fractions closer to 1 than this go the careful way, since X + 1 may be rounded up to the next whole number there.
+// Fractions closer to 1 than this take the slow path, since X + 1 may be rounded up to the next whole number there.
 constexpr double kSafeFraction = 1.0 - 1.0 / (1 << 20);
 
 // Where a run of places samples, a block at a time, so that the compiler makes vectors of the arithmetic.
 struct Places {
   static constexpr std::size_t kMost = 256;
   double fx[kMost], fy[kMost];  // right and below of the upper left pixel
-  std::int32_t offset[kMost];   // of the upper left pixel from the top row; rows below stand before it
+  std::int32_t offset[kMost];   // of the upper left pixel from the top row; rows below precede it
   std::int32_t plain[kMost];    // all ones where all four pixels are inside, or 0
   std::int32_t p00[kMost], p10[kMost], p01[kMost], p11[kMost];
   std::int32_t mixed[kMost];

@@ -37,6 +37,18 @@ struct DiscQuarter {
 
 DiscQuarter MakeDiscQuarter(int width, int height);
 
+/// The places of one row of a quarter; see DiscQuarter.
+struct DiscRow {
+  std::size_t places, start;  ///< how many, and where they begin in arrays of one value a place
+  const double* dx;
+  double dy, aspectX, aspectY;
+};
+inline DiscRow RowOf(const DiscQuarter& quarter, int row) {
+  const auto at = static_cast<std::size_t>(row);
+  return {quarter.PlacesOf(row), quarter.start[at], quarter.dx.data(),
+          quarter.dy[at],        quarter.aspectX,   quarter.aspectY};
+}
+
 /// Where the places of one row of a quarter are sampled, as offsets from the centre in pixels, x and y. `below` is for
 /// the pixels right of and below the centre and, negated, for those left and above; `above` for right and above and,
 /// negated, left and below.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Event Horizon: the text comes out of a flat line. Each column of the letters is squeezed towards the middle row; a
-// bump of height spreads until the whole text stands, the text rests, and the same frames run backwards.
+// bump of height spreads until the whole text is upright, the text rests, and the same frames run backwards.
 #include <algorithm>
 #include <cmath>
 #include <span>

@@ -201,7 +201,7 @@ std::uint8_t ExactSum(const Contributions& list, int c, Sample sample) {
   return static_cast<std::uint8_t>(std::clamp(sum, 0.0, 255.0) + 0.5);
 }
 
-// Sums anew what depends on the one pixel that has no mirror image.
+// Recomputes what depends on the one pixel that has no mirror image.
 void PatchCentre(const Quarter& quarter, const Contributions& list, const std::vector<std::uint8_t>& middle,
                  DropImage& image) {
   const int half = quarter.Half(), centre = half - 1;

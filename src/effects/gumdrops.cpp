@@ -47,7 +47,7 @@ class DropImages {
 };
 
 struct GumdropParams {
-  int frame = 0;      // the first is drawn as a trial
+  int frame = 0;      // BeginRun renders the first
   double step = 0.0;  // 100 / frames
   std::vector<GumdropRecord> drops;
   bool ready = false;
@@ -168,7 +168,7 @@ int Build(EffectContext& context) noexcept {
     const int frames = ReadNumber(*context.dialog, kFrames);
     GumdropParams params;
     if (!BeginRun(context, &params, Render, frames)) return false;
-    // The trial was the first frame.
+    // BeginRun has rendered the first frame.
     return AppendPhases<GumdropParams>(context, Render, PlanEvenly(context, frames), frames,
                                        [](GumdropParams& lane, double i) { lane.frame = static_cast<int>(i) + 1; });
   });

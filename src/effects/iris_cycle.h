@@ -43,7 +43,7 @@ struct IrisParams {
 /// Both materials at the frame's size, mixed; nothing when one is missing.
 PackedDib RenderIris(FrameComposer& composer, const IrisParams& params, int width, int height);
 
-/// The sample: the first pair, half way.
+/// The sample: halfway through the first pair.
 int TestIris(EffectContext& context, const IrisControls& controls, Renderer render) noexcept;
 
 /// The cycle over the enabled materials and back to the first. Each transition begins at rest.

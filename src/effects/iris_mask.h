@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A pattern of openings that closes over a grid, and the mix of two pictures through it.
+// A pattern of holes that closes over a grid, and the mix of two pictures through it.
 #pragma once
 
 #include "image/packed_dib.h"
@@ -19,7 +19,7 @@ enum IrisStyle : int {
   kIrisNone = 9  ///< no shapes: black but for phase 0
 };
 
-/// A mask of width x height, white at phase 0; towards phase 1 its white shapes, which stand on a grid of `size` pixels
+/// A mask of width x height, white at phase 0; towards phase 1 its white shapes, which lie on a grid of `size` pixels
 /// from the top left, shrink to nothing. Drawn at four times the size and reduced. Empty when out of memory.
 PackedDib IrisMask(int width, int height, int style, int size, double phase) noexcept;
 

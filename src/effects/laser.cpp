@@ -46,7 +46,7 @@ PackedDib MakeStrip(int size, int diffusion, int height) {
 }
 
 // A beam crosses a dozen columns of a frame, so that pixels are read and blended one by one. What lies outside a mask
-// counts as 255, so that the beam's own strength stands there.
+// counts as 255, so that the beam keeps its own strength there.
 int LevelAt(const DibView& mask, int x, int y) { return static_cast<int>(mask.GetPixel(x, y) & 0xFF); }
 
 bool LightFill(const FrameLayers& layers, const DibView& strip, double phase, Colour colour) {
@@ -60,7 +60,7 @@ bool LightFill(const FrameLayers& layers, const DibView& strip, double phase, Co
   return true;
 }
 
-// Half the light of the strip's place (k, y) on the frame's (x, y), whose outline stands one column to the right.
+// Half the light of the strip's place (k, y) on the frame's (x, y), whose outline is one column to the right.
 void LightNeighbour(const FrameLayers& layers, const DibView& strip, int k, int x, int y, Colour colour) {
   BlendPixel(layers, x, y, colour, std::min(LevelAt(strip, k, y), LevelAt(layers.mask, x + 1, y)) >> 1);
 }

@@ -17,9 +17,9 @@ ColumnSpan PlaceBump(PassingBump& bump, const BumpStyle& style, int width, int l
   const int columns = width * kWarpScale;
   bump.profile.resize(static_cast<std::size_t>(columns));
   int start = 0, length = 0;
-  const float way = static_cast<float>(bump.position) / static_cast<float>(bump.total);
-  if (!(way < 0.0f)) {
-    start = static_cast<int>(static_cast<float>(columns) * way);
+  const float covered = static_cast<float>(bump.position) / static_cast<float>(bump.total);
+  if (!(covered < 0.0f)) {
+    start = static_cast<int>(static_cast<float>(columns) * covered);
     length = static_cast<int>(columns * (lengthPercent / 100.0));
   }
   SetBumpProfile(bump.profile, start, length);

@@ -20,7 +20,7 @@ struct BumpStyle {
   void (*warp)(const DibView& from, const DibView& to, int left, std::span<const int> values) noexcept;
 };
 
-/// The parameter block: the bump is at position / total of the way; position -1 for none.
+/// The parameter block: the bump has covered position / total of its path; position -1: there is none.
 struct PassingBump {
   int total = 0, position = 0;
   std::vector<float> profile;  ///< a height for each column of the frame, enlarged
@@ -31,7 +31,7 @@ struct PassingBump {
 /// Renders the frame of the context's PassingBump.
 PackedDib RenderBump(EffectContext& context, const BumpStyle& style);
 
-/// The sample: the bump half way.
+/// The sample: the bump halfway.
 int TestBump(EffectContext& context, Renderer render) noexcept;
 
 /// `steps` frames at positions 0, 1, ... of half the number of frames, each with progress (position, steps); then the

@@ -107,7 +107,7 @@ int GuardBuild(EffectContext& context, Body body) noexcept {
   bool done = false;
   try {
     done = body();
-  } catch (...) {  // out of memory: a build that fails says so by its result
+  } catch (...) {  // out of memory: the result reports that the build failed
   }
   if (done) return 1;
   FreeBlock(context.result);

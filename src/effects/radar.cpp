@@ -43,8 +43,8 @@ Point OnRim(double radius, int degrees, Point centre) {
           static_cast<int>(-radius * std::cos(angle)) + centre.y};
 }
 
-// One wedge for about each pixel of the rim, of a grey that grows towards the leading end. Their sides stand at whole
-// degrees, so that most wedges have no width and paint nothing. The last of the trace is left out.
+// One wedge for about each pixel of the rim, of a grey that grows towards the leading end. Their sides lie at whole
+// degrees, so that most wedges have no width and paint nothing. The last one of the trace is skipped.
 void DrawWedges(DrawingSurface& surface, const Sweep& sweep, Point centre) {
   const double x = centre.x, y = centre.y;
   const int radius = static_cast<int>(std::sqrt(y * y + x * x) + 0.5);  // to the corner
@@ -120,7 +120,7 @@ int Build(EffectContext& context) noexcept {
       return false;
     }
     const int frames = 360 / step;
-    // The sense of rotation is in the drawing; the angle falls either way.
+    // The sense of rotation is in the drawing; the angle falls in both cases.
     if (!BeginRun(context, &turn, Render, frames)) return false;
     return AppendPhases<Turn>(context, Render, PlanEvenly(context, frames), frames,
                               [step, increment = turn.increment](Turn& lane, double i) {

@@ -13,7 +13,7 @@ constexpr const PanelRoles& kRoles = kPanel.roles;
 constexpr int kFrames = kPanel.Option("Frames"), kRange = kPanel.Option("Range"),
               kRippleSize = kPanel.Option("Wavesize");
 
-// How far down a column comes to stand: a flat one by the whole range, the peak of the bump not at all.
+// How far a column is lowered: a flat one by the whole range, the peak of the bump not at all.
 int DropOf(float height, int range) { return range - static_cast<int>(static_cast<float>(range) * height); }
 
 constexpr BumpStyle kStyle{kRoles, kFrames, kRippleSize, kRange, true, DropOf, LowerColumns};

@@ -36,7 +36,7 @@ struct Rings {
   }
 };
 
-// The place that mirrors `at` about a centre, which stands on a whole or a half pixel.
+// The place that mirrors `at` about a centre, which lies on a whole or a half pixel.
 int Mirror(int at, double centre) { return static_cast<int>(2 * centre) - at; }
 
 // The waves along row y. The half right of the centre mirrors the left one: the distances are the same numbers.

@@ -28,7 +28,7 @@ void CreateClass(StarfieldState& field, const StarClass& kind, bool reverse) {
     StarRecord star;
     star.x = DrawBelow(field.width - std::max(2 * kind.margin, 1)) + kind.margin;
     star.y = DrawBelow(field.height);
-    NextRandom();  // stands for nothing, but the sequence goes by it
+    NextRandom();  // unused, but part of the sequence
     star.size = kind.base - DrawBelow(std::max(kind.base / 9, 1));
     star.speed = static_cast<double>(field.width) / field.frames;
     star.speedFactor = kind.speedFactor;

@@ -22,7 +22,7 @@ struct StarRecord {
 /// The parameter block of an effect of stars: made by the first render, moved on to the frame by each.
 struct StarfieldState {
   int frame = 0;  ///< to paint
-  int at = 0;     ///< for which the stars stand
+  int at = 0;     ///< the frame that the stars' places belong to
   bool ready = false;
   std::vector<StarRecord> stars;
   int width = 0, height = 0;  ///< the canvas of the first render

@@ -47,10 +47,12 @@ void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
 
 // The places of one row, turned.
 GLYPHMOTION_CLONES
-void TurnRow(const double* __restrict cosine, const double* __restrict sine, const double* __restrict dx,
-             std::size_t places, double dy, double aspectX, double aspectY, double* __restrict belowX,
-             double* __restrict belowY, double* __restrict aboveX, double* __restrict aboveY) {
-  for (std::size_t i = 0; i < places; ++i) {
+void TurnRow(const DiscRow& row, const double* __restrict cosine, const double* __restrict sine, RowOffsets& to) {
+  const double* __restrict dx = row.dx;
+  double* __restrict belowX = to.belowX.data(), * __restrict belowY = to.belowY.data();
+  double* __restrict aboveX = to.aboveX.data(), * __restrict aboveY = to.aboveY.data();
+  const double dy = row.dy, aspectX = row.aspectX, aspectY = row.aspectY;
+  for (std::size_t i = 0, places = row.places; i < places; ++i) {
     const double cx = cosine[i] * dx[i], sx = sine[i] * dx[i], cy = cosine[i] * dy, sy = sine[i] * dy;
     belowX[i] = (cx - sy) / aspectX;
     belowY[i] = (sx + cy) / aspectY;
@@ -63,10 +65,8 @@ void TwistInto(const DibView& from, const DibView& to, const TwistTables::Entry&
   const DiscQuarter& quarter = entry.quarter;
   RowOffsets offsets(quarter.dx.size());
   for (int row = 0; row < quarter.Rows(); ++row) {
-    const std::size_t start = quarter.start[static_cast<std::size_t>(row)];
-    TurnRow(entry.cosine.data() + start, entry.sine.data() + start, quarter.dx.data(), quarter.PlacesOf(row),
-            quarter.dy[static_cast<std::size_t>(row)], quarter.aspectX, quarter.aspectY, offsets.belowX.data(),
-            offsets.belowY.data(), offsets.aboveX.data(), offsets.aboveY.data());
+    const DiscRow places = RowOf(quarter, row);
+    TurnRow(places, entry.cosine.data() + places.start, entry.sine.data() + places.start, offsets);
     SampleMirrored(quarter, row, offsets, from, to);
   }
 }

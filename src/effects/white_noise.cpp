@@ -137,7 +137,7 @@ PackedDib Render(EffectContext& context) {
   const double phase = ParametersOf<Picture>(context).phase;
   FrameComposer composer = MakeComposer(context, kRoles);
   composer.makeFillBitmap = [&](int width, int height) {
-    // A texture seeds the generator anew, and the noise then follows from that.
+    // A texture reseeds the generator, so the noise follows from its seed.
     const PackedDib light = composer.RenderMaterial(kRoles.fill, width, height);
     const PackedDib dark = composer.RenderMaterial(kDarkFill, width, height);
     return PaintNoiseFill(light, dark, width, height,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The textual form of materials, as used on the command line.
 //
-//   #RRGGBB, #RGB, the name of a colour in CSS (red, steelblue); wherever a # stands below, a name may stand
+//   #RRGGBB, #RGB, the name of a colour in CSS (red, steelblue); a name may replace each # below
 //   gradient:[linear|conical|elliptical|rectangular,]#first-...-#last[,rotation=-360..360][,pad=0..45][,mid=1..99]
 //            [,cx=-50..50][,cy=-50..50]
 //            more than two colours are spread evenly

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -19,6 +18,7 @@
 #include "platform/folders.h"
 #include "platform/memory.h"
 #include "platform/shell_ui.h"
+#include "temporary_folder.h"
 
 namespace glyphmotion {
 
@@ -26,8 +26,8 @@ class EditorDialog : public testing::Test {
  protected:
   using Script = std::function<void(Dialog&)>;
 
-  std::filesystem::path home =
-      std::filesystem::temp_directory_path() / ("glyphmotion-editors-" + std::to_string(getpid()));
+  const TemporaryFolder scratch;
+  const std::filesystem::path home = scratch.path;
   std::vector<std::string> messages;
   MessageButtons buttons = MessageButtons::Ok;  ///< of the last message
   bool yes = true;                              ///< the answer to every question
@@ -69,7 +69,6 @@ class EditorDialog : public testing::Test {
     SetFolderOverrides({});
     SetModalDriver({});
     FailAllocation(0);
-    std::filesystem::remove_all(home);
     ExpectNothingAlive();
   }
   static void ExpectNothingAlive() {

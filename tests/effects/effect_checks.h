@@ -46,19 +46,6 @@ inline Settings OptionEnds(const DialogTemplate& panel) {
   return ends;
 }
 
-/// Columns of two frames of one size that differ, from the first to the last; {-1, -1} for equal frames.
-inline std::pair<int, int> DifferingColumns(const BuiltFrame& a, const BuiltFrame& b) {
-  std::pair<int, int> columns{-1, -1};
-  for (int x = 0; x < a.width; ++x) {
-    for (int y = 0; y < a.height; ++y) {
-      if (PixelOf(a, x, y) == PixelOf(b, x, y)) continue;
-      if (columns.first < 0) columns.first = x;
-      columns.second = x;
-    }
-  }
-  return columns;
-}
-
 /// How many pixels of a frame have a colour.
 inline int PixelsOf(const BuiltFrame& frame, std::uint32_t colour) {
   int pixels = 0;

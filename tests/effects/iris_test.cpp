@@ -5,9 +5,6 @@
 #include <array>
 
 #include "effects/effect_checks.h"
-#include "effects/iris_mask.h"
-#include "image/filters.h"
-#include "image/random_images.h"
 
 namespace glyphmotion::test {
 namespace {
@@ -90,106 +87,6 @@ TEST(Iris, BackgroundsStandInAlphaRunsToo) {
   ASSERT_EQ(built.frames.size(), 5u) << built.result.message;
   EXPECT_EQ(built.frames[0].bits, 32);
   EXPECT_EQ(PixelOf(built.frames[0], 0, 0), 0x563412u);
-}
-
-// The red channel of a mask's reading in three channels.
-int RedAt(const PackedDib& picture, int x, int y) { return RedOf(DibView(picture).GetPixel(x, y)); }
-
-TEST(IrisMask, SquaresShrinkTowardsTheirCells) {
-  for (int size : {4, 5, 12, 64}) {
-    for (double phase : {0.01, 0.3, 0.5, 0.77, 0.999}) {
-      const int width = 53, height = 31, cell = size * 4, inset = static_cast<int>(cell * phase) / 2;
-      const PackedDib large = BlankDib(width * 4, height * 4, nullptr, 24);
-      const DibView view(large);
-      for (int y = 0; y < height * 4; ++y) {
-        for (int x = 0; x < width * 4; ++x) {
-          const auto inside = [&](int v) { return v % cell >= inset && v % cell < cell - inset; };
-          if (inside(x) && inside(y)) view.SetPixel(x, y, 0xFFFFFF);
-        }
-      }
-      const PackedDib small = ResampleByPercent(large, 25, 25);
-      const PackedDib mask = IrisMask(width, height, kIrisSquare, size, phase);
-      ASSERT_TRUE(mask);
-      for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-          ASSERT_EQ(static_cast<int>(DibView(mask).GetPixel(x, y)), RedAt(small, x, y)) << size << " " << phase;
-        }
-      }
-    }
-  }
-}
-
-double Mean(const PackedDib& mask) {
-  const DibView view(mask);
-  double sum = 0;
-  for (int y = 0; y < view.Height(); ++y) {
-    for (int x = 0; x < view.Width(); ++x) sum += view.GetPixel(x, y);
-  }
-  return sum / view.Width() / view.Height();
-}
-
-TEST(IrisMask, EveryStyleClosesFromWhiteToNothing) {
-  for (int style = 0; style <= kIrisNone; ++style) {
-    EXPECT_EQ(Mean(IrisMask(70, 40, style, 12, 0.0)), 255.0) << style;
-    double before = 255.0;
-    for (double phase : {0.1, 0.3, 0.5, 0.7, 0.9, 0.99}) {
-      const double mean = Mean(IrisMask(70, 40, style, 12, phase));
-      if (style == kIrisNone) {
-        EXPECT_EQ(mean, 0.0);
-      } else {
-        EXPECT_LT(mean, before) << style << " " << phase;
-      }
-      before = mean;
-    }
-    EXPECT_LT(before, 40.0) << style;
-  }
-}
-
-TEST(IrisMask, TheLinesOfAStyleRunItsWay) {
-  const int width = 120, height = 60;
-  // One step along the line from (x, y) leads to the same value, well inside.
-  const struct {
-    int style, x0, x1, y0, y1, dx, dy;
-  } rows[] = {{kIrisHorizontalBlind, 10, 100, 10, 50, 1, 0}, {kIrisVerticalBlind, 10, 100, 10, 50, 0, 1},
-              {kIrisDiagonalLeft, 10, 100, 10, 50, 1, 1},    {kIrisDiagonalRight, 10, 100, 10, 50, -1, 1},
-              {kIrisChevronLeft, 10, 100, 5, 24, 1, 1},      {kIrisChevronLeft, 10, 100, 36, 55, -1, 1},
-              {kIrisChevronRight, 10, 100, 5, 24, 1, 1},     {kIrisChevronRight, 10, 100, 36, 55, -1, 1},
-              {kIrisSquare, 10, 100, 10, 40, 12, 12},        {kIrisDiamond, 13, 100, 13, 34, 12, 12},
-              {kIrisCircle, 13, 100, 13, 34, 12, 0}};
-  for (const auto& row : rows) {
-    const PackedDib mask = IrisMask(width, height, row.style, 12, 0.55);
-    const DibView view(mask);
-    ASSERT_TRUE(view);
-    for (int y = row.y0; y < row.y1; ++y) {
-      for (int x = row.x0; x < row.x1; ++x) {
-        ASSERT_NEAR(static_cast<int>(view.GetPixel(x, y)), static_cast<int>(view.GetPixel(x + row.dx, y + row.dy)), 1)
-            << row.style << " at " << x << "," << y;
-      }
-    }
-  }
-}
-
-TEST(IrisMask, TheMixDividesEachProductByItself) {
-  Dice dice(4);
-  for (int round = 0; round < 10; ++round) {
-    const int width = Roll(dice, 1, 80), height = Roll(dice, 1, 20);
-    const PackedDib first = RandomImage(dice, width, height, 24), second = RandomImage(dice, width, height, 24);
-    const PackedDib mask = RandomImage(dice, width, height, 8);
-    const PackedDib mixed = MixThroughMask(first, second, mask);
-    ASSERT_TRUE(mixed);
-    for (int y = 0; y < height; ++y) {
-      for (int x = 0; x < width; ++x) {
-        const auto m = DibView(mask).GetPixel(x, y), a = DibView(first).GetPixel(x, y),
-                   b = DibView(second).GetPixel(x, y);
-        std::uint32_t expected = 0;
-        for (int shift = 0; shift < 24; shift += 8) {
-          expected |= ((a >> shift & 0xFF) * m / 255 + (b >> shift & 0xFF) * (255 - m) / 255) << shift;
-        }
-        ASSERT_EQ(DibView(mixed).GetPixel(x, y), expected);
-      }
-    }
-  }
-  EXPECT_FALSE(MixThroughMask({}, SolidDib(2, 2, 0), BlankMask(2, 2)));
 }
 
 }  // namespace

@@ -113,24 +113,6 @@ TEST(Schedules, TheSampleIsAFrameOfTheRun) {
   }
 }
 
-// Effects that rest on the plain text, and the frame that does.
-TEST(Schedules, TheRestIsThePlainText) {
-  const BuiltFrame plain = BuildWith("simple", {{"22", "0"}}).frames.at(0);
-  const struct {
-    const char* effect;
-    Settings settings;
-    std::size_t frame;
-  } rows[] = {{"simple", {{"@frames", "2"}, {"@scroll", "left"}}, 0},
-              {"pulse", {{"@frames", "24"}}, 0},
-              {"pulse", {{"@frames", "24"}}, 24},
-              {"nebula", {{"@frames", "5"}}, 2}};
-  for (const auto& row : rows) {
-    Settings room = {{"22", "0"}, {"MainPadding", "16"}};  // half of the cloud's size
-    const BuiltFrame rest = row.effect == std::string("nebula") ? BuildWith("simple", room).frames.at(0) : plain;
-    EXPECT_EQ(BuildWith(row.effect, row.settings).frames.at(row.frame), rest) << row.effect;
-  }
-}
-
 TEST(Schedules, OneSeedGivesOneRun) {
   for (const char* effect :
        {"cubist", "gumdrops", "hyperspace", "background-hyperspace", "phasers-on-stun", "white-noise", "nebula"}) {

@@ -19,74 +19,6 @@ Built BuildText(const std::string& effect, const std::string& text, const Settin
   return RunJob(job);
 }
 
-// Without smoothing and softness the rest of the picture is the plain text, pixel for pixel.
-TEST(Shapes, BreakerChangesOnlyTheSquareUnderTheWave) {
-  const Settings bare = {{"@soft", "0"}, {"@shadowenable", "0"}, {"@outlineenable", "0"}};
-  Settings still = bare;
-  still.emplace_back("22", "0");
-  const BuiltFrame plain = BuildText("simple", "MMMMMMMMMM", still).frames.at(0);
-  const int width = plain.width, side = plain.height;
-  for (const bool fromLeft : {false, true}) {
-    Settings settings = bare;
-    settings.insert(settings.end(), {{"@frames", "9"}, {"@smooth", "0"}, {"@scroll", fromLeft ? "1" : "0"}});
-    const Built built = BuildText("breaker", "MMMMMMMMMM", settings);
-    ASSERT_EQ(built.frames.size(), 9u) << built.result.message;
-    for (int i = 0; i < 8; ++i) {
-      const int travelled = static_cast<int>((width - side) * (i / 8.0));
-      const int left = fromLeft ? travelled : width - travelled - side - 1;
-      const auto [first, last] = DifferingColumns(plain, built.frames[static_cast<std::size_t>(i)]);
-      EXPECT_GE(first, left) << i;
-      EXPECT_LT(last, left + side) << i;
-      EXPECT_GE(last - first, side / 2) << i << ": the wave is there";
-    }
-  }
-  // Higher than wide: the window runs the other way and hangs over both sides.
-  for (const char* direction : {"0", "1"})
-    EXPECT_EQ(
-        BuildText("breaker", "i", {{"@frames", "6"}, {"MainFontSize", "60"}, {"@scroll", direction}}).frames.size(),
-        6u);
-}
-
-// Sharp and without a shadow, what has not been swallowed is the plain text.
-TEST(Shapes, SingularityWidensItsStripFromOneEnd) {
-  const Settings bare = {{"@soft", "0"}, {"@shadowenable", "0"}};
-  Settings still = bare;
-  still.emplace_back("22", "0");
-  const BuiltFrame plain = BuildWith("simple", still).frames.at(0);
-  for (const bool fromLeft : {false, true}) {
-    Settings settings = bare;
-    settings.insert(settings.end(), {{"@frames", "32"}, {"@scroll", fromLeft ? "1" : "0"}});
-    const Built built = BuildWith("singularity", settings);
-    ASSERT_EQ(built.frames.size(), 33u);
-    for (int i = 0; i <= 16; ++i) {
-      const auto [first, last] = DifferingColumns(plain, built.frames[static_cast<std::size_t>(i)]);
-      // The outline's mask is four columns wider and one to the right.
-      const int strip = static_cast<int>((plain.width + 4) * (i / 16.0));
-      EXPECT_TRUE(first == -1 || strip >= 4) << "too narrow to turn: " << i;
-      EXPECT_TRUE(first == -1 || (fromLeft ? last < strip : first >= plain.width + 4 - strip - 5)) << i;
-    }
-    EXPECT_FALSE(built.frames[16] == plain);
-  }
-}
-
-TEST(Shapes, EventHorizonSpreadsFromNothingInTheMiddle) {
-  const Built plain =
-      BuildText("event-horizon", "HHHHHHHHHHHHHHHH", {{"@frames", "32"}, {"@alternate", "0"}, {"@shadowenable", "0"}});
-  ASSERT_EQ(plain.frames.size(), 33u) << plain.result.message;
-  EXPECT_TRUE(IsBlank(plain.frames[0]));
-  int before = 0;
-  for (std::size_t i = 1; i < 8; ++i) {
-    const auto [first, last] = DifferingColumns(plain.frames[i], plain.frames[0]);
-    EXPECT_GT(last - first, before) << i;
-    EXPECT_NEAR(first + last, plain.frames[0].width, 8) << i;
-    EXPECT_TRUE(i > 1 || last - first < plain.frames[0].width / 4);
-    before = last - first;
-  }
-  // The full text is the same whatever rises to it, and a run below four frames has nothing else.
-  const Built only = BuildWith("event-horizon", {{"@frames", "3"}});
-  EXPECT_EQ(BuildWith("event-horizon", {{"@frames", "8"}, {"@radius", "32"}}).frames.at(4), only.frames.at(0));
-}
-
 TEST(Shapes, NebulaEndsOnTheBareBackground) {
   for (const char* frames : {"2", "3", "16"}) {
     const Built built = BuildWith("nebula", {{"@frames", frames}});
@@ -97,58 +29,6 @@ TEST(Shapes, NebulaEndsOnTheBareBackground) {
   ASSERT_EQ(alpha.frames.size(), 4u);
   EXPECT_EQ(alpha.frames[0].bits, 32);
   EXPECT_EQ(alpha.frames[3].bits, 24) << "the bare frame has no alpha plane";
-}
-
-struct Bump {
-  const char *effect, *frames, *length;
-};
-constexpr Bump kBumps[] = {{"ripple", "Style001Frames", "Style001Wavesize"},
-                           {"pinch", "Style003Frames", "Style003Wavesize"}};
-
-TEST(Shapes, OnlyTheColumnsUnderAPassingBumpMove) {
-  for (const Bump& bump : kBumps) {
-    const Built built = BuildText(bump.effect, "HHHHHHHHHHHHHHHH", {{bump.frames, "40"}, {bump.length, "20"}});
-    ASSERT_GE(built.frames.size(), 20u) << built.result.message;
-    const int width = built.frames[0].width;
-    for (int k = 0; k < 19; ++k) {
-      const auto [first, last] = DifferingColumns(built.frames[static_cast<std::size_t>(k)], built.frames.back());
-      const int start = width * k / 20, end = start + width / 5;
-      EXPECT_GE(first, start - 4) << bump.effect << k;
-      EXPECT_LE(last, end + 4) << bump.effect << k;
-      EXPECT_GT(last - first, std::min(end, width) - start - 14) << bump.effect << k;
-    }
-    EXPECT_EQ(BuildWith(bump.effect, {{bump.frames, "4"}, {bump.length, "10"}}).frames.back(),
-              BuildWith(bump.effect, {{bump.frames, "30"}, {bump.length, "50"}}).frames.back())
-        << bump.effect << ": at rest there is no bump";
-  }
-}
-
-TEST(Shapes, RippleMakesRoomForItsBumpAndPinchDoesNot) {
-  const struct {
-    const char* effect;
-    Settings settings;
-    int height;
-  } rows[] = {{"ripple", {{"Style001Range", "8"}, {"Style001OutlineEnable", "0"}}, 16 + 2},
-              {"ripple", {{"Style001Range", "60"}, {"Style001OutlineEnable", "1"}}, 16 + 15 + 2},
-              {"ripple", {{"Style001Range", "11"}, {"MainPadding", "5"}}, 16 + 2 + 10},
-              {"pinch", {{"Style003Waveheight", "99"}, {"Style003OutlineEnable", "1"}}, 16 + 2}};
-  for (const auto& row : rows) EXPECT_EQ(SampleWith(row.effect, row.settings).frames.at(0).height, row.height);
-}
-
-// A fill of one colour stays outside the bump's empty corners, which are black in a pattern.
-TEST(Shapes, PatternsRideTheBumpAndFlatColoursStay) {
-  const auto darkens = [](const char* fill) {
-    int dark = 0;
-    const Built built =
-        BuildWith("pinch", {{"@frames", "8"}, {"@outlineenable", "0"}, {"Style003Waveheight", "70"}, {"221", fill}});
-    for (const BuiltFrame& frame : built.frames) {
-      for (int i = 0; i < frame.width * frame.height; ++i)
-        dark += (PixelOf(frame, i % frame.width, i / frame.width) & 0xFF) != 0xFF;
-    }
-    return dark > 0;
-  };
-  EXPECT_FALSE(darkens("#ff0000"));
-  EXPECT_TRUE(darkens("gradient:#ff0000-#ff0000"));
 }
 
 TEST(Shapes, FuseShowsEachFillAloneWhenItRests) {

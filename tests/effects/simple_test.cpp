@@ -54,41 +54,5 @@ TEST(Simple, EveryDirectionFollowsItsScheduleAndHoldsAtRest) {
   }
 }
 
-TEST(Simple, MarginsFollowSoftnessOutlineAndShadow) {
-  const auto size = [](const Settings& settings) {
-    Settings all = settings;
-    all.emplace_back("22", "0");
-    const Built built = BuildWith("simple", all);
-    return built.frames.empty() ? std::make_pair(0, 0) : std::make_pair(built.frames[0].width, built.frames[0].height);
-  };
-  const auto bare = size({{"Style000Soft", "0"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowEnable", "0"}});
-  EXPECT_EQ(bare.second, 16) << "the cell height";
-  const struct {
-    Settings settings;
-    int grow;
-  } rows[] = {
-      {{{"Style000Soft", "0"}, {"Style000ShadowEnable", "0"}}, 2},    // the outline's pixel
-      {{{"Style000Soft", "40"}, {"Style000ShadowEnable", "0"}}, 10},  // softness without a shadow
-      {{{"Style000Soft", "9"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowEnable", "0"}}, 2},  // 1 + 9 / 10
-      {{{"Style000Soft", "0"}, {"Style000OutlineEnable", "0"}, {"Style000ShadowOffset", "255"}},
-       255},  // the offset grows both sides
-      {{{"Style000Soft", "0"}, {"Style000ShadowEnable", "0"}, {"MainPadding", "7"}}, 14},
-  };
-  for (const auto& row : rows)
-    EXPECT_EQ(size(row.settings), std::make_pair(bare.first + row.grow, bare.second + row.grow));
-}
-
-TEST(Simple, AlphaRunsGivePlanesAndTheShadowPaintsNoColour) {
-  const Settings base = {{"22", "0"}, {"62", "1"}, {"63", "1"}};
-  Settings other = base;
-  other.emplace_back("102", "#ff0000");
-  const Built grey = BuildWith("simple", base), red = BuildWith("simple", other);
-  ASSERT_EQ(grey.frames.size(), 1u) << grey.result.message;
-  EXPECT_EQ(grey.frames[0].bits, 32);
-  EXPECT_TRUE(grey.frames[0].standAlone);
-  EXPECT_EQ(grey.frames[0], red.frames[0]);
-  EXPECT_EQ(PixelOf(grey.frames[0], 0, 0), 8355711u) << "the key colour";
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

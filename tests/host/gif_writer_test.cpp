@@ -187,19 +187,6 @@ TEST(GifWriter, AFrameOf256ColoursMayNeedATransparentIndex) {
     }
 }
 
-TEST(GifWriter, PalettesMayDifferFromFrameToFrame) {
-  Animation animation = Moving(70, 50, 6, 256, 30);
-  for (std::size_t i = 0; i < animation.size(); ++i) animation[i].palette = RandomPalette(static_cast<unsigned>(i / 2));
-  animation[4].width = 35;
-  animation[4].height = 100;
-  ExpectShown(animation, 70, 50, "a palette for every two frames");
-  for (std::size_t i = 1; i < animation.size(); ++i) {
-    animation[i].transparentIndex = 9;
-    animation[i].standAlone = i % 2 == 0;
-  }
-  ExpectShown(animation, 70, 50, "and transparent pixels");
-}
-
 TEST(GifWriter, HundredsOfPalettesStartTheNumberingAfresh) {
   // Every colour comes once in the animation, so that the numbers run out to the last one.
   Animation animation;

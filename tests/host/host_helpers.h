@@ -3,34 +3,19 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "glyphmotion/render.h"
+#include "temporary_folder.h"
 
 namespace glyphmotion::testing {
 
-using Bytes = std::vector<std::uint8_t>;
+using glyphmotion::TemporaryFolder;
 
-/// An empty folder of its own, removed at the end.
-struct TemporaryFolder {
-  std::filesystem::path path;
-  TemporaryFolder() {
-    std::random_device random;
-    path = std::filesystem::temp_directory_path() / ("glyphmotion-test-" + std::to_string(random()));
-    std::filesystem::create_directories(path);
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path); }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  std::string operator/(const std::string& name) const { return (path / name).string(); }
-  std::size_t Entries() const {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(path), {}));
-  }
-};
+using Bytes = std::vector<std::uint8_t>;
 
 inline Bytes ReadBytes(const std::string& path) {
   std::ifstream file(path, std::ios::binary);

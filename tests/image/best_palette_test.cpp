@@ -153,29 +153,5 @@ TEST(BestPalette, DependsOnTheColoursAloneNotOnTheirPlaces) {
   EXPECT_EQ(a.palette, b.palette);
 }
 
-TEST(BestPalette, FailsWithoutLeaksOnMalformedPicturesAndWithoutMemory) {
-  Palette palette;
-  int count = 256;
-  TestFrames none, deep;
-  EXPECT_FALSE(BestPalette(none.list, {}, count, palette));
-  deep.Append(BlankDib(3, 3, nullptr, 32));
-  EXPECT_FALSE(BestPalette(deep.list, {}, count, palette));
-  Dice dice(4);
-  TestFrames frames;
-  frames.Append(NoisyGradient(dice, 400, 250));
-  frames.Append(SolidDib(400, 250, 77));
-  const auto before = LiveBlocks();
-  std::uint64_t n = 1;
-  for (bool done = false; !done; ++n) {
-    FailAllocation(n);
-    done = BestPalette(frames.list, {}, count, palette);
-    EXPECT_EQ(done, AllocationsAsked() < n);
-    EXPECT_EQ(LiveBlocks().blocks, before.blocks);
-    EXPECT_EQ(LiveBlocks().locks, before.locks);
-  }
-  EXPECT_GT(n, 2u);
-  FailAllocation(0);
-}
-
 }  // namespace
 }  // namespace glyphmotion

@@ -57,15 +57,6 @@ TEST(PackedDib, PixelsKeepTheirValueAndTheirNeighbours) {
   }
 }
 
-TEST(PackedDib, TopLeftIsInTheLastStoredRowAndBlueComesFirst) {
-  const PackedDib dib = BlankDib(2, 2, nullptr, 24);
-  const DibView view(dib);
-  view.SetPixel(0, 0, 0x030201);
-  EXPECT_EQ(view.StoredRow(1)[0], 3);
-  EXPECT_EQ(view.StoredRow(1)[2], 1);
-  EXPECT_EQ(view.Row(0), view.StoredRow(1));
-}
-
 TEST(PackedDib, ImpossibleSizesGiveNothing) {
   EXPECT_FALSE(BlankDib(0, 5, nullptr, 24));
   EXPECT_FALSE(BlankDib(5, -1, nullptr, 24));
@@ -89,23 +80,6 @@ TEST(PackedDib, ViewsRefuseHeadersThatLie) {
   }
   EXPECT_FALSE(DibView(dib));
   EXPECT_EQ(LiveBlocks().locks, 0u);
-}
-
-TEST(PackedDib, CropIsZeroBeyondEverySide) {
-  PackedDib dib = BlankDib(3, 3, &GreyRamp(), 8);
-  {
-    const DibView view(dib);
-    for (int i = 0; i < 9; ++i) view.SetPixel(i % 3, i / 3, static_cast<std::uint32_t>(i + 1));
-  }
-  const PackedDib crop = CropDib(dib, {-1, -1, 4, 2});
-  const DibView view(crop);
-  ASSERT_EQ(view.Width(), 5);
-  ASSERT_EQ(view.Height(), 3);
-  EXPECT_EQ(view.GetPixel(0, 1), 0u);
-  EXPECT_EQ(view.GetPixel(1, 1), 1u);
-  EXPECT_EQ(view.GetPixel(3, 2), 6u);
-  EXPECT_EQ(view.GetPixel(4, 2), 0u);
-  EXPECT_EQ(view.TableEntry(200), (Rgb{200, 200, 200}));
 }
 
 TEST(PackedDib, TrimKeepsTheColumnsThatHoldSomething) {
@@ -133,15 +107,6 @@ TEST(PackedDib, RegionsCopyOnlyWhatLiesInBoth) {
   for (int i = 0; i < 16; ++i) painted += target.GetPixel(i % 4, i / 4) == 0x112233;
   EXPECT_EQ(painted, 1) << "x: columns 3 of the source at 0; y: one row";
   CopyRegion(target, INT32_MAX, 0, source, INT32_MIN, 0, INT32_MAX, 4);
-}
-
-TEST(PackedDib, MergeJoinsColourAndPlane) {
-  const PackedDib colour = SolidDib(2, 2, 0x332211), alpha = BlankMask(2, 2), small = BlankMask(1, 2);
-  DibView(alpha).SetPixel(1, 0, 0x80);
-  const PackedDib merged = MergeColourAndAlpha(colour, alpha);
-  EXPECT_EQ(DibView(merged).GetPixel(1, 0), 0x80332211u);
-  EXPECT_EQ(DibView(merged).GetPixel(0, 1), 0x00332211u);
-  EXPECT_FALSE(MergeColourAndAlpha(colour, small));
 }
 
 TEST(Colour, DivisionBy255IsExact) {

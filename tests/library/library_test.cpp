@@ -9,13 +9,14 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
 #include <thread>
 
 #include "glyphmotion/glyphmotion.h"
 #include "glyphmotion/render.h"
+#include "host/host_helpers.h"
 #include "host/program/program.h"
 
 using namespace glyphmotion;
@@ -23,20 +24,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-struct Folder {
-  std::filesystem::path path;
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "library_XXXXXX").string();
-    path = mkdtemp(name.data());
-  }
-  ~Folder() { std::filesystem::remove_all(path); }
-  std::string operator/(const std::string& name) const { return (path / name).string(); }
-};
+using Folder = TemporaryFolder;
 
-std::string BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string BytesOf(const std::string& path) { return glyphmotion::testing::ReadText(path); }
 
 std::string TextOf(const std::vector<std::uint8_t>& bytes) { return {bytes.begin(), bytes.end()}; }
 
@@ -393,24 +383,11 @@ TEST(CApi, MakesTheProgramsBytes) {
   EXPECT_EQ(glyphmotion_job_set_flag(job.job, "bold", 0), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("dither", "1"), GLYPHMOTION_OK);
   EXPECT_EQ(job.Set("dither", nullptr), GLYPHMOTION_OK);
-  const Words words = {"Ab",
-                       "-e",
-                       "vortex",
-                       "-s",
-                       "24",
-                       "--frames",
-                       "4",
-                       "--fill",
-                       "texture:Marble",
-                       "--set",
-                       "@rotate=90",
-                       "--set",
-                       "MainPadding=3",
-                       "--delay",
-                       "80ms",
-                       "--no-bold",
-                       "--look",
-                       "gold"};
+  Words words;
+  std::istringstream line(
+      "Ab -e vortex -s 24 --frames 4 --fill texture:Marble --set @rotate=90 --set MainPadding=3 --delay 80ms --no-bold "
+      "--look gold");
+  for (std::string word; line >> word;) words.push_back(word);
   glyphmotion_job* copy = glyphmotion_job_copy(job.job);
   for (const char* const* format = glyphmotion_formats(); *format; ++format) {
     const std::string wanted = ProgramBytes(folder, words, std::string("a.") + *format);

@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <filesystem>
 
-#include "image/surface.h"
 #include "material_helpers.h"
 #include "materials/fountain.h"
 #include "materials/library_file.h"
@@ -28,105 +26,6 @@ FountainSpec Spectrum() {
   FountainSpec fountain;
   DefaultFountain(fountain, 2);
   return fountain;
-}
-
-Colour EntryOf(const std::vector<Colour>& table, int i) {
-  return i >= 0 && i < static_cast<int>(table.size()) ? table[static_cast<std::size_t>(i)] : 0;
-}
-
-// The conical shape pixel by pixel, as it is defined.
-PackedDib PlainConical(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) {
-  PackedDib picture = BlankDib(width, height, nullptr, 24);
-  const DibView view(picture);
-  const std::vector<Colour> table = *GradientTable(gradient, fountain, 360);
-  int phase = 360 - gradient.Rotation;
-  if (phase < 0) phase += 360;
-  const int r = static_cast<int>((0.5 - gradient.CenterY / 100.0) * height);
-  const int q = static_cast<int>((gradient.CenterX / 100.0 + 0.5) * width);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const int d = x - q;
-      float a = y - r < 1 ? 90.0f : 270.0f;
-      if (d) {
-        const float ratio = static_cast<float>(y - r) / static_cast<float>(d);
-        a = static_cast<float>(std::atan(static_cast<double>(ratio)) * 57.29577951308232);
-        if (d > 0) a += 180.0f;
-        while (a < 0.0f) a += 360.0f;
-      }
-      a += static_cast<float>(phase);
-      while (a > 360.0f) a -= 360.0f;
-      if (a > 180.0f) a = 360.0f - a;
-      const float t = std::clamp(static_cast<float>(static_cast<int>(a / 180.0 * 256.0)) * 0.00390625f, 0.0f, 1.0f);
-      view.SetPixel(x, y, EntryOf(table, static_cast<int>(t * 359.0)));
-    }
-  }
-  return picture;
-}
-
-// Ring upon ring, each drawn whole.
-PackedDib PlainRings(int width, int height, const GradientSpec& gradient, const FountainSpec& fountain) {
-  const int halfW = width / 2, halfH = height / 2;
-  const int n = static_cast<int>(std::sqrt(static_cast<double>(halfW * halfW + halfH * halfH)) + 0.5);
-  const std::vector<Colour> table = *GradientTable(gradient, fountain, n);
-  const auto w2 = static_cast<float>(width * std::sqrt(2.0)), h2 = static_cast<float>(height * std::sqrt(2.0));
-  const auto count = static_cast<float>(n);
-  float left = static_cast<float>(halfW) - w2 * 0.5f, right = static_cast<float>(halfW) + w2 * 0.5f;
-  float top = static_cast<float>(halfH) - h2 * 0.5f, bottom = static_cast<float>(halfH) + h2 * 0.5f;
-  const float sx = w2 * 0.5f / count, sy = h2 * 0.5f / count;
-  const float dx = w2 / count * static_cast<float>(gradient.CenterX) / 100.0f;
-  const float dy = h2 / count * static_cast<float>(gradient.CenterY) / 100.0f;
-  DrawingSurface surface(width, height);
-  surface.FillRect({0, 0, width, height}, EntryOf(table, 0));
-  for (int i = 0; i < n; ++i) {
-    const Rect box = {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right), static_cast<int>(bottom)};
-    const Colour colour = EntryOf(table, i);
-    gradient.GradientType == 2 ? surface.FillEllipse(box, colour) : surface.FillRectangle(box, colour);
-    left += sx;
-    left += dx;
-    top += sy + dy;
-    right = right - sx + dx;
-    bottom = bottom - sy + dy;
-  }
-  return surface.End();
-}
-
-TEST(Gradient, FastShapesGiveThePlainPixels) {
-  const FountainSpec fountain = Spectrum();
-  const int sizes[][2] = {{64, 64}, {97, 31}, {1, 40}, {40, 1}, {2, 3}, {130, 200}};
-  for (const auto& size : sizes) {
-    for (int centre : {0, 7, 50, -50, 300}) {
-      for (int rotation : {0, 45, 90, -133, 360, -360}) {
-        GradientSpec gradient = TwoColours(1, 0x0000FF, 0xFF8000);
-        gradient.TwoColor = static_cast<std::uint32_t>(rotation & 1);
-        gradient.Rotation = rotation;
-        gradient.CenterX = centre;
-        gradient.CenterY = -centre / 2;
-        EXPECT_EQ(PixelsOf(RenderGradient(size[0], size[1], gradient, fountain)),
-                  PixelsOf(PlainConical(size[0], size[1], gradient, fountain)))
-            << size[0] << " x " << size[1] << " centre " << centre << " rotation " << rotation;
-      }
-      for (std::uint32_t type : {2u, 3u}) {
-        GradientSpec gradient = TwoColours(type, 0x0000FF, 0xFF8000);
-        gradient.CenterX = centre;
-        gradient.CenterY = -centre / 2;
-        EXPECT_EQ(PixelsOf(RenderGradient(size[0], size[1], gradient, fountain)),
-                  PixelsOf(PlainRings(size[0], size[1], gradient, fountain)))
-            << size[0] << " x " << size[1] << " centre " << centre << " type " << type;
-      }
-    }
-  }
-}
-
-TEST(Gradient, LinearRunsDownFromTheStartColour) {
-  const GradientSpec gradient = TwoColours(0, 0x000000, 0xFFFFFF);
-  const PackedDib picture = RenderGradient(3, 252, gradient, Spectrum());
-  const DibView view(picture);
-  // 256 bands of one row over the box that is 2 pixels larger on each side.
-  const std::vector<Colour> table = *GradientTable(gradient, Spectrum(), 256);
-  for (int y = 0; y < 252; ++y) ASSERT_EQ(view.GetPixel(1, y), table[static_cast<std::size_t>(y + 2)]) << y;
-  GradientSpec odd = gradient;
-  odd.GradientType = 9;
-  EXPECT_EQ(PixelsOf(RenderGradient(3, 252, odd, Spectrum())), PixelsOf(picture));
 }
 
 TEST(Gradient, LinearCoversEveryPixelAtEveryAngle) {
@@ -152,7 +51,7 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
   gradient.Midpoint = 50;
   const auto table = *GradientTable(gradient, Spectrum(), 200);
   EXPECT_EQ(table[90], 0u);
-  EXPECT_EQ(table[100], 0x007F00u) << "half way through the 20 entries between the pads";
+  EXPECT_EQ(table[100], 0x007F00u) << "halfway through the 20 entries between the pads";
   EXPECT_EQ(table[110], 0x00FF00u);
   gradient.TwoColor = 0;
   EXPECT_EQ((*GradientTable(gradient, Spectrum(), 200))[150], 0x00FF00u) << "the fountain's pads are the two colours";
@@ -165,17 +64,6 @@ TEST(GradientTable, EndsAreExactAndPadsAreFlat) {
     gradient.TwoColor = two;
     EXPECT_EQ(GradientTable(gradient, Spectrum(), 256), halves) << two;
   }
-}
-
-// With pad 45 the middle stop is at 2, before the first stop at 114: the blend to the end begins at 2.
-TEST(GradientTable, LateMidpointMovesThePenBack) {
-  GradientSpec gradient = TwoColours(0, 0x0000FF, 0xFF0000);
-  gradient.EdgePad = 45;
-  gradient.Midpoint = 10;
-  const auto table = *GradientTable(gradient, Spectrum(), 255);
-  EXPECT_EQ(table[1], 0x0000FFu);
-  EXPECT_NEAR(static_cast<int>(table[4] & 0xFF), 0x7D, 2) << "just after the mean of the two";
-  EXPECT_GT(table[200] >> 16, 0xD0u);
 }
 
 TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
@@ -198,26 +86,6 @@ TEST(Gradient, OnePixelAndHostileNumbersAreSafe) {
   twice.Rotation = 361;
   EXPECT_EQ(PixelsOf(RenderGradient(33, 20, once, Spectrum())), PixelsOf(RenderGradient(33, 20, twice, Spectrum())));
   EXPECT_EQ(LiveBlocks().blocks, 0u);
-}
-
-TEST(Fountain, MarkersAreDrawnInTheirOrder) {
-  FountainSpec fountain;
-  DefaultFountain(fountain, 0);
-  fountain.StartColour = 0x0000FF;
-  fountain.EndColour = 0xFF0000;
-  const auto first = [&](int x) { return DibView(FountainToBitmap(fountain, 255, 2)).GetPixel(x, 1); };
-  EXPECT_GT(first(0) & 0xFF, 0xF0u);
-  EXPECT_GT(first(254) >> 16, 0xF0u);
-  fountain.MarkerCount = 1;
-  fountain.Markers[0] = MakeMarker(128, 0x00FF00);
-  EXPECT_GT((first(126) >> 8) & 0xFF, 0xF0u);
-  fountain.Flags = kFountainLooped;
-  EXPECT_GT(first(254) & 0xFF, 0xF0u) << "looped: back to the start colour";
-  // A marker at 0 in last position moves the pen back to the left edge.
-  fountain.Flags = 0;
-  fountain.MarkerCount = 2;
-  fountain.Markers[1] = MakeMarker(0, 0xFFFFFF);
-  EXPECT_GT((first(3) >> 8) & 0xFF, 0xF0u);
 }
 
 TEST(Fountain, FormsKeepTheirBytes) {

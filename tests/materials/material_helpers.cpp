@@ -1,30 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "material_helpers.h"
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "temporary_folder.h"
+
 namespace glyphmotion {
-namespace {
-
-struct Scratch {
-  std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / ("glyphmotion-materials-" + std::to_string(getpid()));
-  Scratch() { std::filesystem::create_directories(folder); }
-  ~Scratch() {
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
-  }
-};
-
-}  // namespace
-
 std::string TemporaryFile(const std::string& name) {
-  static const Scratch scratch;
-  return (scratch.folder / name).string();
+  static const TemporaryFolder scratch;
+  return scratch / name;
 }
 
 std::string FileBytes(const std::string& path) {

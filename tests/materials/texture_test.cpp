@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "material_helpers.h"
-#include "materials/fractal_texture.h"
 #include "materials/material_cache.h"
 #include "materials/material_text.h"
 #include "materials/surface_texture.h"
@@ -20,61 +19,6 @@ TextureSpec TextureOf(std::uint32_t type, int side) {
   parameters.TextureType = type;
   SetTextureBounds(parameters, side);
   return parameters;
-}
-
-TEST(FractalTexture, SizesOfTheMatrix) {
-  const auto pixels = [](std::uint32_t matrix) {
-    TextureSpec parameters = TextureOf(1, 40);
-    parameters.MatrixSize = matrix;
-    return PixelsOf(GenerateFractalTexture(parameters, WholeOf(parameters)));
-  };
-  EXPECT_EQ(pixels(100), pixels(128));
-  EXPECT_EQ(pixels(64), pixels(64));
-  EXPECT_NE(pixels(64), pixels(128));
-  for (std::uint32_t small : {0u, 1u, 2u, 3u, 16u}) EXPECT_EQ(pixels(small).size(), 40u * 40 * 3) << small;
-  EXPECT_TRUE(pixels(4097).empty());
-  EXPECT_TRUE(pixels(0xFFFFFFFF).empty());
-}
-
-TEST(CraterTexture, FlatSurfaceIsTheMiddleBlendAndTheLastColumnStays) {
-  TextureSpec parameters = TextureOf(4, 9);
-  parameters.CreaterCount = 0;
-  const PackedDib picture = GenerateCraterTexture(parameters, WholeOf(parameters));
-  const DibView view(picture);
-  EXPECT_EQ(view.GetPixel(4, 4), Blend(+parameters.BackColour, +parameters.ForeColour[0], 128));
-  EXPECT_EQ(view.GetPixel(8, 4), +parameters.BackColour);
-}
-
-TEST(PerturbationTexture, MatrixOf32HasNoNoise) {
-  TextureSpec parameters = TextureOf(5, 16);
-  parameters.MatrixSize = 32;
-  parameters.BubbleCount = 0;
-  const PackedDib picture = GeneratePerturbationTexture(parameters, WholeOf(parameters));
-  const DibView view(picture);
-  for (int i = 0; i < 256; ++i) ASSERT_EQ(view.GetPixel(i % 16, i / 16), view.GetPixel(0, 0));
-  EXPECT_NEAR(RedOf(view.GetPixel(0, 0)), 127, 2);
-}
-
-TEST(PerturbationTexture, NoiseIsKeptAndBubblesFollowTheSeed) {
-  const auto pixels = [](std::uint32_t seed, std::uint32_t bubbles, std::uint32_t shape) {
-    TextureSpec parameters = TextureOf(5, 60);
-    parameters.MatrixSize = 300;
-    parameters.SeedValue[0] = seed;
-    parameters.BubbleCount = bubbles;
-    parameters.BubbleShape = shape;
-    return PixelsOf(GeneratePerturbationTexture(parameters, WholeOf(parameters)));
-  };
-  pixels(1, 0, 0);
-  EXPECT_EQ(pixels(2, 0, 0), pixels(3, 0, 0));
-  EXPECT_NE(pixels(2, 9, 0), pixels(3, 9, 0));
-  EXPECT_EQ(pixels(2, 9, 7), pixels(3, 9, 7)) << "an unknown shape adds nothing";
-  pixels(5, 1, 7);
-  const std::uint32_t after = RandomState();
-  SeedRandom(5);
-  NextRandom();
-  NextRandom();
-  EXPECT_EQ(after, RandomState()) << "but each bubble draws its two numbers";
-  EXPECT_EQ(pixels(2, 0xFFFFFFFF, 0), pixels(3, 0, 0)) << "below 0: none";
 }
 
 // Wide and tall windows, craters and bubbles across their edges, and a texture far too large to be made as a whole.
@@ -121,15 +65,6 @@ TEST(Texture, TwoRunsGiveTheSamePixelsAndWildNumbersDoNoHarm) {
     }
   }
   EXPECT_EQ(LiveBlocks().blocks, 0u);
-}
-
-TEST(Texture, OblongFillsAreTheMiddleOfASquare) {
-  Material material;
-  DefaultMaterial(material, 0);
-  material.Kind = kTexture;
-  const PackedDib oblong = MaterialToBitmap(material, 120, 40), square = MaterialToBitmap(material, 120, 120);
-  EXPECT_EQ(+material.Texture.Bottom, 120);
-  EXPECT_EQ(PixelsOf(oblong), PixelsOf(CropDib(square, {0, 40, 120, 80})));
 }
 
 TEST(MaterialCache, HitsAreWhatRenderingAnewWouldBe) {

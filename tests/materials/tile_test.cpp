@@ -17,23 +17,6 @@ PackedDib Numbered(int width, int height, int depth) {
   return dib;
 }
 
-TEST(Tile, RepeatsFromTheTopLeftCorner) {
-  for (int depth : {1, 4, 8, 24, 32}) {
-    const PackedDib tile = Numbered(5, 3, depth);
-    TileSpec parameters{};
-    parameters.TileBitmap = WordOf(tile.Handle());
-    for (int side : {1, 4, 17}) {
-      parameters.Right = side;
-      parameters.Bottom = side + 2;
-      const PackedDib picture = RenderTile(parameters);
-      const DibView from(tile), to(picture);
-      for (int y = 0; y < side + 2; ++y) {
-        for (int x = 0; x < side; ++x) ASSERT_EQ(to.GetPixel(x, y), from.GetPixel(x % 5, y % 3) & 0xFFFFFF) << depth;
-      }
-    }
-  }
-}
-
 TEST(Tile, WithoutOneTheBuiltInShows) {
   TileSpec parameters{};
   parameters.Right = parameters.Bottom = 40;

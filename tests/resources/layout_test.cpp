@@ -145,7 +145,7 @@ TEST(Layout, EveryCaptionFitsItsControl) {
   }
 }
 
-// A label stands directly before the control it names: that is how a mnemonic and a screen reader find it.
+// A label comes directly before the control it names: that is how a mnemonic and a screen reader find it.
 TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
   std::vector<const DialogTemplate*> all = Panels();
   all.push_back(&kMainDialogTemplate);
@@ -216,7 +216,7 @@ bool IsNamed(const Controls& shown, std::size_t i) {
   return i && (shown[i - 1].kind == Kind::Label || shown[i - 1].kind == Kind::Paragraph) && *shown[i - 1].caption;
 }
 
-TEST(Layout, EditorsStandOnTheirGridWithEveryKind) {
+TEST(Layout, EditorsKeepToTheirGridWithEveryKind) {
   for (const auto& [dialog, kinds, shows] : kEditors) {
     for (int kind = 0; kind < kinds; ++kind) {
       const Controls shown = ShownBy({dialog, kinds, shows}, kind);

@@ -23,7 +23,7 @@ TEST(SettingsTable, KeysAreUniqueAndEachHasOneKind) {
   }
   const auto ofEffects =
       std::count_if(keys.begin(), keys.end(), [](const auto& key) { return key.starts_with("Style"); });
-  EXPECT_EQ(keys.size() - static_cast<std::size_t>(ofEffects), 44u) << "the effects' own stand in their panels";
+  EXPECT_EQ(keys.size() - static_cast<std::size_t>(ofEffects), 44u) << "the effects' own are in their panels";
   EXPECT_EQ(numbers, (std::map<std::uint32_t, int>{{100, 1}, {101, 1}, {102, 1}, {103, 1}}));
 }
 

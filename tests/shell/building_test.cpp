@@ -47,7 +47,7 @@ TEST_F(BuildingTest, ARefusedImageEndsItsTaskAndRestoresAlpha) {
   AtomicWriteFile(Path("settings.ini"),
                   "MainText = I\nMainFontSize = 12\nMainRolling = 0\nTruecolour = 1\nMainAlphaTrans = 1\n");
   Dialog* main = nullptr;
-  bool accept = false, memoryIsOut = false;
+  bool accept = false, outOfMemory = false;
   std::vector<std::uint64_t> ends;
   host.answer = [&](std::uint32_t operation, std::uint64_t a, std::uint64_t) -> std::uint64_t {
     const int alpha = main ? GetCheck(*main, ControlId::AlphaTransparency) : 0;
@@ -63,13 +63,13 @@ TEST_F(BuildingTest, ARefusedImageEndsItsTaskAndRestoresAlpha) {
   };
   responder_.message = [&](Dialog*, const std::string& text, MessageButtons) {
     messages_.push_back(text);
-    if (std::exchange(memoryIsOut, false)) throw std::bad_alloc();
+    if (std::exchange(outOfMemory, false)) throw std::bad_alloc();
     return true;
   };
   RunDialog(kColourHost, [&](Dialog& dialog) {
     main = &dialog;
     for (const bool out : {false, true}) {
-      memoryIsOut = out;
+      outOfMemory = out;
       Click(dialog, MainControl::Test);
       EXPECT_EQ(GetCheck(dialog, ControlId::AlphaTransparency), 1);
       EXPECT_FALSE(HasEnded(dialog));

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -19,6 +18,7 @@
 #include "platform/text_engine.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
+#include "temporary_folder.h"
 
 namespace glyphmotion {
 
@@ -51,10 +51,7 @@ T* At(std::uint64_t address) {
 
 class MainDialogTest : public testing::Test {
  protected:
-  MainDialogTest()
-      : folder_(std::filesystem::temp_directory_path() / ("glyphmotion-main-dialog-" + std::to_string(getpid()))) {
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
+  MainDialogTest() {
     FolderOverrides overrides;
     overrides.settingsFile = Path("settings.ini");
     overrides.perControlFolder = "";
@@ -70,7 +67,6 @@ class MainDialogTest : public testing::Test {
   ~MainDialogTest() override {
     StopTextEngine();
     SetFolderOverrides({});
-    std::filesystem::remove_all(folder_);
   }
 
   std::string Path(const std::string& name) const { return (folder_ / name).string(); }
@@ -96,7 +92,8 @@ class MainDialogTest : public testing::Test {
     return result;
   }
 
-  std::filesystem::path folder_;
+  const TemporaryFolder scratch_;
+  const std::filesystem::path folder_ = scratch_.path;
   UiResponder responder_;
   std::vector<std::string> messages_;
   std::function<void(Dialog&, int)> inner_;  ///< drives the dialogs over the main one

@@ -117,35 +117,6 @@ TEST_F(MainDialogTest, OnePanelShowsAndItIsThatOfTheChosenEffect) {
   }
 }
 
-TEST_F(MainDialogTest, EveryControlStartsWithItsSetting) {
-  RunDialog(kBothHost, [&](Dialog& dialog) {
-    for (const EffectDescriptor* effect : Effects()) {
-      for (const ControlTemplate& control : effect->panel->controls) {
-        const Variable* variable = control.key ? FindVariable(control.key) : nullptr;
-        const auto number = variable ? static_cast<int>(variable->row->defaultNumber) : 0;
-        if (control.kind == ControlKind::NumberEdit && variable) {
-          EXPECT_EQ(ReadNumber(dialog, control.id), number) << control.key;
-        }
-        if (control.kind == ControlKind::Check) {
-          EXPECT_EQ(GetCheck(dialog, control.id), number) << control.key;
-        }
-        if (control.kind == ControlKind::Combo) {
-          EXPECT_EQ(GetSelection(dialog, control.id), number) << control.key;
-        }
-        if (control.kind == ControlKind::ColourButton) {
-          EXPECT_EQ(ReadColour(dialog, control.id), static_cast<Colour>(number)) << control.key;
-        }
-        if (control.kind >= ControlKind::ShadowDirection) {
-          EXPECT_EQ(ReadDirection(dialog, control.id), number) << control.key;
-        }
-      }
-    }
-    EXPECT_EQ(ReadNumber(dialog, 511), 20);  // White Noise's softness, which no key keeps
-    EXPECT_EQ(EffectRow(10).transparentColourFunction(dialog, 0), 0x000000u);
-    EXPECT_EQ(EffectRow(1).transparentColourFunction(dialog, 0), 0xE4CAAFu);
-  });
-}
-
 // --- Options ---
 
 TEST_F(MainDialogTest, OptionsKeepEachOtherInBounds) {

@@ -2,11 +2,8 @@
 #include "shell/settings.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <random>
 
@@ -14,11 +11,10 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
+#include "temporary_folder.h"
 
 namespace glyphmotion {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Every variable as text, by key.
 std::map<std::string, std::string> AllValues(bool withNeverRead = true) {
@@ -60,19 +56,16 @@ void Randomise(std::mt19937& random) {
 
 /// A folder for the settings file and the machine's answers, as long as a test runs.
 struct SettingsInFolder {
-  fs::path folder;
+  TemporaryFolder folder;
   FolderOverrides before = CurrentFolderOverrides();
   UiResponder responder = SetUiResponder({});
   SettingsInFolder() {
-    std::string name = (fs::temp_directory_path() / "settings-XXXXXX").string();
-    folder = mkdtemp(name.data());
-    UseFile((folder / "tlmplgm4.ini").string());
+    UseFile(folder / "tlmplgm4.ini");
     ResetVariables();
   }
   ~SettingsInFolder() {
     SetFolderOverrides(before);
     SetUiResponder(responder);
-    fs::remove_all(folder);
     ResetVariables();
   }
   void UseFile(const std::string& path) const {
@@ -256,29 +249,9 @@ TEST(Settings, WithoutAFileThereAreDefaultsAndTheFolderOfTheStart) {
     EXPECT_EQ(AllValues(), expected) << path;
   };
   check("");
-  check((place.folder / "no" / "such" / "folder").string());
-  check(place.folder.string());
-  EXPECT_TRUE(fs::is_empty(place.folder));
-}
-
-TEST(Settings, AFailedSaveLeavesTheOldFile) {
-  SettingsInFolder place;
-  SaveSettings();
-  const auto old = ReadWholeFile(SettingsFilePath());
-  ASSERT_TRUE(old);
-  FindVariable("MainDelay")->number = 99;
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit fullDisk{1024, before.rlim_max};
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &fullDisk);
-  SaveSettings();
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_EQ(ReadWholeFile(SettingsFilePath()), old);
-  SaveSettings();
-  LoadSettings();
-  EXPECT_EQ(NumberVariable("MainDelay"), 99u);
+  check(place.folder / "no/such/folder");
+  check(place.folder.path.string());
+  EXPECT_EQ(place.folder.Entries(), 0u);
 }
 
 /// Damages a text: truncates, repeats, swaps pieces and inserts random bytes.

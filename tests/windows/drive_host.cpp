@@ -252,7 +252,7 @@ void TryRudePlugin(const Program& program) {
   const std::string gif = program.folder + "\\rude.gif";
   const Outcome outcome = program.Run("--once --plugin \"" + plugin + "\" -o \"" + gif + "\"");
   const std::string got = std::to_string(outcome.code) + " " + outcome.errors;
-  Check(outcome.code == 1 && ReadAll(gif).empty(), "a rude plug-in is refused, and the host stands: " + got);
+  Check(outcome.code == 1 && ReadAll(gif).empty(), "a rude plug-in is refused, and the host survives: " + got);
   Check(outcome.errors.find("win.ini' is not a readable picture") != std::string::npos,
         "the rude plug-in has run: " + got);
 }

@@ -104,7 +104,7 @@ void TryShapes(const FontRequest& font) {
   Check(word.size() == 3 && ShapeText(font, U"\u05D0").rightToLeft.at(0), "Hebrew has a cluster a letter");
   Check(coverageOf(word[0]) == coverageOf(shape(U"\u05D2")[0]) &&
             coverageOf(word[2]) == coverageOf(shape(U"\u05D0")[0]) && coverageOf(word[0]) != coverageOf(word[1]),
-        "Hebrew stands from right to left");
+        "Hebrew runs from right to left");
   const std::u32string joined = shape(U"\u0628\u0628\u0628");
   GlyphBox box;
   Check(joined.size() == 3 && coverageOf(joined[0]) != coverageOf(joined[2]) && MeasureGlyph(font, joined[0], box) &&

@@ -8,7 +8,7 @@ import {faceOf} from './face.js';
 /** @typedef {import('./model.js').Facts} Facts */
 
 const kShipped = 'tlmplgm4';  // the group that comes with the program
-const kEcho = 700;  // milliseconds for which a person's own typing stands
+const kEcho = 700;  // milliseconds for which typing takes precedence over echoes
 
 /**
  * Keeps a field's value, but never under the fingers of who types in it.

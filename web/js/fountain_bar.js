@@ -134,7 +134,7 @@ export class FountainBar {
     event.preventDefault();
   }
 
-  /** To the next free position that way. @param {number} index @param {number} wanted @param {number} [direction] */
+  /** To the next free position in that direction. @param {number} index @param {number} wanted @param {number} [direction] */
   move(index, wanted, direction = 0) {
     const taken = new Set(this.facts.fountain.markers.map((/** @type {[number, string]} */ [position]) => position));
     let position = clamp(wanted, 1, 255);
@@ -143,7 +143,7 @@ export class FountainBar {
     while (direction && taken.has(position) && position > 1 && position < 255) position += direction;
     if (taken.has(position)) return;
     this.post({op: 'marker', id: this.id, do: 'move', index, position});
-    // Where it will stand among the others, so that the next step finds it.
+    // Its index among the others, so that the next step finds it.
     const to = this.facts.fountain.markers.filter((/** @type {[number, string]} */ [each], /** @type {number} */ i) => i !== index && each < position).length;
     const [moved] = this.facts.fountain.markers.splice(index, 1);
     moved[0] = position;

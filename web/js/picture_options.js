@@ -29,7 +29,7 @@ const kWords = {
   palette: {'': 'As above', best: 'Best colors, larger file', auto: 'Best where it shows'},
   start: {'': 'As it is built', rest: 'The resting one'},
 };
-/** What a number says when it is left alone. @type {{[name: string]: string}} */
+/** The placeholder of a number that is not set. @type {{[name: string]: string}} */
 const kBlank = {width: 'auto', height: 'auto', 'max-bytes': 'any'};
 /** @type {{[name: string]: string}} */
 const kUnits = {'line-space': '%', loop: '0: for ever', 'max-bytes': 'bytes'};
