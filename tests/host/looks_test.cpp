@@ -106,7 +106,7 @@ TEST(Looks, MistakesAreNamedByFileLineAndKey) {
       {"\n\nfill = 'texture:Nope'", {"line 3", "fill", "Nope"}},
       {"fill = 'texture:Marbel'", {"line 1", "did you mean 'Marble'?"}},
       {"fill = 'tile:Brick'", {"line 1", "did you mean 'Bricks'?"}},
-      {"fill = 'gradient:crimsn-red'", {"line 1", "did you mean 'crimson'?"}},
+      {"fill = 'gradient:red-crimsn'", {"line 1", "did you mean 'crimson'?"}},
       {"shadow = 'redd'", {"line 1", "shadow", "did you mean 'red'?"}},
       {"outline = 'redd'", {"line 1", "--outline", "did you mean 'red'?"}},
       {"dither = 'wild'", {"line 1", "--dither", "stable or ordered"}},
