@@ -51,6 +51,7 @@ const kHandlers = {
     options.render();
     text.attach(dialog);
     document.body.classList.add('ready');
+    performance.mark('ready');
   },
   options(message) { picture.take(message.options); },
   changes(message) {
