@@ -13,3 +13,9 @@ foreach(target conformance conformance_plugin)
 endforeach()
 install(TARGETS conformance RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
 install(TARGETS conformance_plugin LIBRARY DESTINATION ${conformance_folder} COMPONENT development)
+set(conformance_manual ${PROJECT_BINARY_DIR}/glyphmotion-conformance.1.gz)
+add_custom_command(OUTPUT ${conformance_manual} VERBATIM
+  COMMAND sh -c "gzip -9nc '${PROJECT_SOURCE_DIR}/tools/conformance/glyphmotion-conformance.1' >'${conformance_manual}'"
+  DEPENDS ${PROJECT_SOURCE_DIR}/tools/conformance/glyphmotion-conformance.1)
+add_custom_target(conformance_manual ALL DEPENDS ${conformance_manual})
+install(FILES ${conformance_manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT development)

@@ -11,6 +11,7 @@
 #include "materials/colour_text.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
+#include "platform/nearest_name.h"
 #include "platform/number_text.h"
 #include "platform/text_engine.h"
 
@@ -163,7 +164,8 @@ void CheckMaterial(const char* option, const std::string& value, bool mayBeNone)
   for (const char* prefix : kPrefixes)
     if (value.rfind(prefix, 0) == 0) return;
   Refuse(std::string(option) + " '" + value + "' is not a material; use #RRGGBB, the name of a colour, gradient:..., " +
-         "fountain:..., texture:NAME, tile:NAME, mtrl:FILE or image:FILE" + (mayBeNone ? ", or none" : ""));
+         "fountain:..., texture:NAME, tile:NAME, mtrl:FILE or image:FILE" + (mayBeNone ? ", or none" : "") +
+         ColourSuggestion(value, mayBeNone));
 }
 
 void ReadMaterials(Reading& reading) {
@@ -174,7 +176,8 @@ void ReadMaterials(Reading& reading) {
   job.outline = reading.typed.Value("--outline");
   Colour colour = 0;
   if (!job.outline.empty() && Lowered(job.outline) != "none" && !ParseColour(job.outline, colour))
-    Refuse("--outline '" + job.outline + "' is not an opaque colour; use #RRGGBB, a name such as red, or none");
+    Refuse("--outline '" + job.outline + "' is not an opaque colour; use #RRGGBB, a name such as red, or none" +
+           ColourSuggestion(job.outline, true));
 }
 
 void ReadSets(Reading& reading) {

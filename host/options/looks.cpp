@@ -17,6 +17,7 @@
 #include "materials/material_text.h"
 #include "platform/files.h"
 #include "platform/folders.h"
+#include "platform/nearest_name.h"
 
 namespace glyphmotion {
 namespace {
@@ -75,7 +76,7 @@ class LookReader {
     if (entry.values.empty()) return;
     try {
       for (const std::string& value : entry.values) {
-        if (row->form) CheckValue(*row, value);
+        if (row->form || node.is_string()) CheckValue(*row, value);
       }
     } catch (const UsageError& error) {
       Refuse(origin + ": " + error.sentence);
@@ -105,7 +106,8 @@ class LookReader {
 
   std::vector<std::string> Values(const OptionRow& row, const std::string& key, const toml::node& node,
                                   const std::string& origin) const {
-    if (!row.form) {
+    const bool isWord = *row.words && node.is_string();  // as in dither = "stable"
+    if (!row.form && !isWord) {
       const auto on = node.value_exact<bool>();
       if (!on) Refuse(origin + ": '" + key + "' takes true or false");
       return FlagValue(row, key, *on);
@@ -192,7 +194,7 @@ std::string LookText(const std::vector<Look::Entry>& entries) {
     const std::string& value = values.back();
     if (option == "--set") {
       settings[value.substr(0, value.find('='))] = value.substr(value.find('=') + 1);
-    } else if (!FindOption(option)->form) {
+    } else if (!FindOption(option)->form && (value == "0" || value == "1")) {
       text << option.substr(2) << " = " << (value == "1" ? "true" : "false") << "\n";
     } else if (const auto number = WholeNumber(value)) {
       text << option.substr(2) << " = " << *number << "\n";

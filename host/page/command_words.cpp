@@ -184,11 +184,15 @@ std::string CommandFor(const Dialog& dialog, const std::string& blank, const std
   const std::string text = GetText(dialog, ControlId::Text);
   std::string command = "glyphmotion " + std::string(text.starts_with('-') ? "-- " : "");
   std::string words = " -e " + option;
+  const bool hasFontFile = std::find(options.begin(), options.end(), "--font-file") != options.end();
   const auto add = [&](const ControlTemplate& control) {
     const auto value = now.find(control.id);
     const auto old = before.find(control.id);
     const bool same = value == now.end() || (old != before.end() && old->second == value->second);
     if (same || control.id == ControlId::Text || control.id == ControlId::Effect) return;
+    const bool ofFont =
+        control.id == ControlId::Font || control.id == ControlId::Bold || control.id == ControlId::Italic;
+    if (hasFontFile && ofFont) return;
     words += WordsOf(control, effect.panel->roles, value->second);
   };
   for (const ControlTemplate& control : kMainDialogTemplate.controls) add(control);

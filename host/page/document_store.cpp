@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostRecent = 12, kMostRescued = 20;
+constexpr std::size_t kMostRecent = 12, kMostRescued = 20, kMostFonts = 24;
 
 bool IsPlainName(const std::string& name) {
   return !name.empty() && name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-/") == std::string::npos &&
@@ -40,12 +40,12 @@ std::optional<KeptDocument> Read(const fs::path& path) {
   return KeptDocument{text("name"), text("path"), text("document"), text("text"), text("effect"), text("options")};
 }
 
-/// Of the files of a folder that end in .json, the newest first.
-std::vector<fs::path> Newest(const fs::path& folder) {
+/// What a folder has with this ending, the newest first.
+std::vector<fs::path> Newest(const fs::path& folder, const char* ending = ".json") {
   std::vector<std::pair<fs::file_time_type, fs::path>> found;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder, error)) {
-    if (entry.path().extension() == ".json") found.emplace_back(entry.last_write_time(error), entry.path());
+    if (entry.path().extension() == ending) found.emplace_back(entry.last_write_time(error), entry.path());
   }
   std::sort(found.rbegin(), found.rend());
   std::vector<fs::path> paths;
@@ -167,6 +167,20 @@ void DocumentStore::Forget(const std::string& key) {
   const std::lock_guard<std::mutex> lock(mutex_);
   std::error_code error;
   fs::remove(folder_ + key + ".json", error);
+}
+
+// A folder for each content, so that the file keeps its name, which commands show.
+std::string DocumentStore::KeepFont(const std::string& name, const std::string& bytes) {
+  std::uint64_t digest = 0xcbf29ce484222325u;  // FNV-1a
+  for (const char c : bytes) digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x100000001b3u;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const fs::path fonts = folder_ + "fonts", folder = fonts / std::to_string(digest);
+  const std::string path = (folder / name).string();
+  if (!EnsureFolder(folder.string() + "/") || !AtomicWriteFile(path, bytes)) return {};
+  std::error_code error;
+  const std::vector<fs::path> kept = Newest(fonts, "");
+  for (std::size_t i = kMostFonts; i < kept.size(); ++i) fs::remove_all(kept[i], error);
+  return path;
 }
 
 }  // namespace glyphmotion

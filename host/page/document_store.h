@@ -45,6 +45,10 @@ class DocumentStore {
   void Release(const std::string& session);
   void Forget(const std::string& key);
 
+  /// Keeps a font file for the documents that use it, the last ones only; its path, or nothing when the disk is full.
+  /// `name` is a plain file name, and that of the path ends with it.
+  std::string KeepFont(const std::string& name, const std::string& bytes);
+
  private:
   std::string UnsavedPath(const std::string& session) const;
   Json List(const std::string& sub, std::size_t most) const;

@@ -24,6 +24,7 @@ Job SmallJob(const Job& job, const PictureWish& wish, int size) {
   small.text = wish.text;
   small.paletteFormat = true;
   small.trueColourFormat = true;
+  small.width = small.height = 0;
   for (const auto& [key, value] : std::initializer_list<Job::Setting>{{"MainFontSize", std::to_string(size)},
                                                                       {"MainPadding", "2"},
                                                                       {"Truecolour", "1"},

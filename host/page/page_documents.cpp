@@ -76,6 +76,7 @@ void PageSession::Snapshot() {
 // A new state has come about: undo knows it, the page sees it, the animation follows.
 void PageSession::Settle(Dialog& dialog) {
   if (!std::exchange(touched_, false)) return;
+  DropUnusedFont(dialog);
   std::string now = DocumentText(dialog), options = options_.Lines();
   if (now == document_ && options == settledOptions_) return;
   document_ = std::move(now);
@@ -102,6 +103,8 @@ void PageSession::SendDocument(Dialog& dialog) {
   text_ = GetText(dialog, ControlId::Text);
   effect_ = GetText(dialog, ControlId::Effect);
   transparent_ = GetCheck(dialog, MainControl::Transparent);
+  bold_ = GetCheck(dialog, ControlId::Bold);
+  italic_ = GetCheck(dialog, ControlId::Italic);
   Send({{"type", "document"},
         {"name", name_},
         {"path", path_},
@@ -111,37 +114,39 @@ void PageSession::SendDocument(Dialog& dialog) {
         {"revision", revision_},
         {"text", text_},
         {"effect", effect_},
-        {"command", CommandFor(dialog, blank_, document_, options_.Words(PictureOptions::Use::File), name_)}});
+        {"font", FileName(options_.FontFile())},
+        {"command", CommandFor(dialog, blank_, document_, OptionWords(PictureOptions::Use::File), name_)}});
 }
 
 void PageSession::SendLists() { Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}}); }
 
 void PageSession::RequestBuild() {
-  build_->Request({revision_, document_, options_.Words(PictureOptions::Use::Stage)}, !text_.empty());
+  build_->Request({revision_, document_, OptionWords(PictureOptions::Use::Stage)}, !text_.empty());
 }
 
 // The dialog's own sample follows the options, too: they are members of this run.
-void PageSession::TakeOptions(PictureOptions options) {
+bool PageSession::TakeOptions(PictureOptions options) {
   std::vector<std::string> words = options.Words(PictureOptions::Use::Stage);
   words.insert(words.end(), {"-o", scratch_.Path() + "/options.gif"});
   std::string error;
   const std::optional<Job> job = services_.job(words, error);
   if (job) error = PrepareText(*job);
   if (job && error.empty()) error = PrepareCanvas(*job);
-  if (!error.empty()) return Notice(error);
+  if (!error.empty()) {
+    Notice(error);
+    if (const std::optional<Job> old = services_.job(OptionWords(PictureOptions::Use::Stage), error)) PrepareText(*old);
+    return false;
+  }
   options_ = std::move(options);
   Send({{"type", "options"}, {"options", options_.Facts()}});
+  return true;
 }
 
 // The document's lines with its font, which the dialog itself leaves as it is.
 void PageSession::TakeLines(Dialog& dialog, const std::string& lines) {
   TakeDocumentText(dialog, lines);
   const std::string font = SummariseDocumentText(lines).font;
-  if (!font.empty() && HasFontFamily(font)) {
-    int index = SelectText(dialog, ControlId::Font, font);
-    if (index < 0) index = AddItem(dialog, ControlId::Font, font);
-    Choose(dialog, ControlId::Font, index);
-  }
+  if (!font.empty() && HasFontFamily(font)) ChooseFont(dialog, font);
   Pump(dialog);
 }
 
@@ -172,6 +177,7 @@ void PageSession::NewDocument(Dialog& dialog) {
   document_ = DocumentText(dialog);
   savedDocument_ = document_;
   TakeOptions({});
+  optionsOfLook_.clear();
   savedOptions_ = settledOptions_ = options_.Lines();
   history_.Begin(document_);
   store_.DropUnsaved(start_.key);
@@ -188,9 +194,14 @@ bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::s
   std::filesystem::create_directory(folder, code);
   const std::string file = folder + (own.empty() || own.size() > kLongestName ? kUntitled : own);
   if (!WriteScratchFile(file, document)) return Notice("there is no room for the document; is the disk full?"), false;
+  // First what is beside it: its font may be that of a file.
+  const PictureOptions before = options_;
+  const std::string beside = options ? *options : store_.OptionsOf(document);
+  TakeOptions(WithoutLostFont(PictureOptions::OfLines(beside)));
   TakeLines(dialog, LinesThatDiffer(document_, blank_));
   const bool opened = Apply(dialog, {"--document", file}, true);
   if (!opened) {
+    TakeOptions(before);
     TakeLines(dialog, LinesThatDiffer(DocumentText(dialog), document_));
     return false;
   }
@@ -198,7 +209,8 @@ bool PageSession::OpenText(Dialog& dialog, const std::string& name, const std::s
   path_ = path;
   document_ = DocumentText(dialog);
   savedDocument_ = saved ? document_ : std::string();
-  TakeOptions(PictureOptions::OfLines(options ? *options : store_.OptionsOf(document_)));
+  if (beside.empty()) TakeOptions(PictureOptions::OfLines(store_.OptionsOf(document_)));
+  optionsOfLook_.clear();
   savedOptions_ = settledOptions_ = options_.Lines();
   history_.Begin(document_ + settledOptions_);
   ++revision_;

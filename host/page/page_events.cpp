@@ -7,6 +7,8 @@
 #include "controls/fountain_control.h"
 #include "controls/material_control.h"
 #include "effects/effect_table.h"
+#include "host/options/looks.h"
+#include "host/options/typed_words.h"
 #include "host/page/carried_lines.h"
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
@@ -70,6 +72,7 @@ void PageSession::Handle(Dialog& dialog, const Json& event) {
   } else if (mirror_.Level() == 1) {
     HandleDocument(dialog, op, event);
   }
+  if (const std::string step = TextIn(event, "step"); touched_ && !step.empty()) tag_ = step;
   if (shift) SetUiResponder(Responder());
   colour_.reset();
   position_.reset();
@@ -202,6 +205,28 @@ bool PageSession::IsLook(const std::string& name) const {
                      [&](const Json& look) { return TextIn(look, "name") == name; });
 }
 
+// As its picture shows it: nothing of what was chosen before but the text, and options beside the dialog that the look
+// leaves open. What an earlier look has set goes with that one.
+void PageSession::ApplyLook(Dialog& dialog, const std::string& look) {
+  PictureOptions options = options_;
+  for (const auto& [name, value] : std::exchange(optionsOfLook_, {})) {
+    if (options.Value(name) == value) options.Set(name, {});
+  }
+  try {
+    for (const Look::Entry& entry : ReadLook(look).entries) {
+      const std::string name = entry.option.substr(2), &value = entry.values.front();
+      if (options.Set(name, value).empty()) optionsOfLook_[name] = value;
+    }
+  } catch (const UsageError& error) {
+    return Notice(error.sentence);
+  }
+  const std::string text = GetText(dialog, ControlId::Text);
+  TakeLines(dialog, LinesThatDiffer(document_, blank_));
+  Apply(dialog, {"--look", look, "--set", "MainText=" + text}, false);
+  TakeOptions(std::move(options));
+  touched_ = true;
+}
+
 // What the program would refuse changes nothing, and the page shows the old value again.
 void PageSession::SetOption(const Json& event) {
   const std::string name = TextIn(event, "name");
@@ -222,7 +247,7 @@ void PageSession::WishPictures(const Json& event) {
   const int width = std::clamp(NumberIn(event, "width", 132), 32, 400);
   const int height = std::clamp(NumberIn(event, "height", 58), 24, 240);
   const int current = std::max(FindEffect(effect_), 0);
-  const std::vector<std::string> text = options_.Words(PictureOptions::Use::Thumbnail);
+  const std::vector<std::string> text = OptionWords(PictureOptions::Use::Thumbnail);
   std::deque<PictureWish> wishes;
   const auto list = event.find("effects");
   if (list != event.end() && list->is_array()) {
@@ -248,12 +273,19 @@ void PageSession::WishPictures(const Json& event) {
 bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Json& event) {
   if (op == "thumbs") return WishPictures(event), true;
   if (op == "option") return SetOption(event), true;
+  if (op == "font") {
+    SetFont(dialog, event);
+    tag_ = "font";
+    return touched_ = true;
+  }
   if (op == "undo" || op == "redo") {
     const bool undo = op == "undo";
     if (undo ? !history_.CanUndo() : !history_.CanRedo()) return true;
-    TakeLines(dialog, undo ? history_.Undo() : history_.Redo());
-    PictureOptions options = PictureOptions::OfLines(history_.Text());
+    const std::string difference = undo ? history_.Undo() : history_.Redo();
+    PictureOptions options = WithoutLostFont(PictureOptions::OfLines(history_.Text()));
     const std::string lines = options.Lines();
+    if (lines != options_.Lines()) TakeOptions(std::move(options));
+    TakeLines(dialog, difference);
     // A line may move controls that depend on its own; what they were then differs again.
     constexpr int kMostPasses = 3;
     for (int pass = 1; pass < kMostPasses; ++pass) {
@@ -261,7 +293,6 @@ bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Js
       if (now == history_.Text()) break;
       TakeLines(dialog, LinesThatDiffer(now, history_.Text()));
     }
-    if (lines != options_.Lines()) TakeOptions(std::move(options));
     touched_ = true;
     tag_ = "history";
     return true;
@@ -276,12 +307,7 @@ bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Js
   }
   if (op == "apply") {
     const std::string look = TextIn(event, "look");
-    if (!IsLook(look)) return true;
-    // As its picture shows it: nothing of what was chosen before but the text.
-    const std::string text = GetText(dialog, ControlId::Text);
-    TakeLines(dialog, LinesThatDiffer(document_, blank_));
-    Apply(dialog, {"--look", look, "--set", "MainText=" + text}, false);
-    touched_ = true;
+    if (IsLook(look)) ApplyLook(dialog, look);
     return true;
   }
   if (op == "fill") {

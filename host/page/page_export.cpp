@@ -81,7 +81,7 @@ void PageSession::Export(const Json& event) {
   if (!WriteScratchFile(base + ".gm4", document_)) return fail("there is no room for the picture; is the disk full?");
   std::vector<std::string> words = {"--document", base + ".gm4", "-q", "-o", base + (frames ? "" : format->extension)};
   if (frames) words.insert(words.end(), {"--frames-as", "png"});
-  const auto options = options_.Words(PictureOptions::Use::File, frames ? "" : format->extension);
+  const auto options = OptionWords(PictureOptions::Use::File, frames ? "" : format->extension);
   words.insert(words.end(), options.begin(), options.end());
   if ((frames || format->hasAlpha) && transparent_) words.push_back("--alpha");
   exports_.emplace_back([=, this] {

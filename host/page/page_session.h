@@ -73,7 +73,15 @@ class PageSession {
   void WishPictures(const Json& event);
   void SubscribeFace(Dialog& dialog, const Json& event);
   void SetOption(const Json& event);
-  void TakeOptions(PictureOptions options);
+  bool TakeOptions(PictureOptions options);
+  void ApplyLook(Dialog& dialog, const std::string& look);
+
+  // --- page_fonts.cpp: the letters' own font file
+  void SetFont(Dialog& dialog, const Json& event);
+  void ChooseFont(Dialog& dialog, const std::string& family);
+  void DropUnusedFont(const Dialog& dialog);
+  PictureOptions WithoutLostFont(PictureOptions options);
+  std::vector<std::string> OptionWords(PictureOptions::Use use, std::string_view extension = ".gif") const;
 
   // --- page_documents.cpp: documents, their history, files
   void BeginDocument(Dialog& dialog);
@@ -122,9 +130,10 @@ class PageSession {
   std::string document_, savedDocument_;  ///< current, and as it was saved or opened
   PictureOptions options_;                ///< beside the document, with it in the history
   std::string settledOptions_, savedOptions_;
+  std::map<std::string, std::string> optionsOfLook_;  ///< what the last look has set
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
-  bool touched_ = false, transparent_ = false;
+  bool touched_ = false, transparent_ = false, bold_ = false, italic_ = false;
   bool isSeen_ = false;       ///< a page has asked for a snapshot
   std::vector<Json> unseen_;  ///< notices from before
   int exported_ = 0;

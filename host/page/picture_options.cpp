@@ -23,7 +23,8 @@ struct Offer {
   const char* words = nullptr;  ///< in place of the table's
 };
 
-constexpr const char *kCanvas = "canvas", *kLines = "lines", *kFile = "file";
+constexpr const char *kCanvas = "canvas", *kLines = "lines", *kFile = "file", *kOfLooks = "";
+constexpr const char* kFontFile = "font-file";
 constexpr Offer kOffers[] = {
     {"width", "Width", kCanvas, "", Use::Stage},
     {"height", "Height", kCanvas, "", Use::Stage},
@@ -33,7 +34,9 @@ constexpr Offer kOffers[] = {
     {"line-space", "Line spacing", kLines, "100", Use::Stage},
     {"text-direction", "Direction", kLines, "auto", Use::Thumbnail},
     {"emoji", "Emoji", kLines, "color", Use::Thumbnail},
-    {"palette", "GIF palette", kFile, "", Use::Stage, {}, true, "best,auto"},
+    {"font-variation", "", kOfLooks, "", Use::Thumbnail},
+    {"dither", "", kOfLooks, "", Use::Stage, {}, true},
+    {"palette", "Palette", kFile, "", Use::Stage, {}, true, "best,auto"},
     {"colors", "Most colors", kFile, "256", Use::Stage, {}, true},
     {"lossy", "GIF loss", kFile, "0", Use::File, {}, true},
     {"max-bytes", "Most bytes", kFile, "", Use::File, {}, true},
@@ -84,12 +87,28 @@ std::string PictureOptions::Set(const std::string& name, const std::string& valu
   return {};
 }
 
+std::string PictureOptions::Value(const std::string& name) const {
+  const auto value = values_.find(name);
+  return value == values_.end() ? std::string() : value->second;
+}
+
+void PictureOptions::SetFontFile(const std::string& path) {
+  values_.erase(kFontFile);
+  if (!path.empty()) values_[kFontFile] = path;
+}
+
 std::vector<std::string> PictureOptions::Words(Use use, std::string_view extension) const {
   std::vector<std::string> words;
+  if (!FontFile().empty()) words = {"--font-file", FontFile()};
   for (const Offer& offer : kOffers) {
     const auto value = values_.find(offer.name);
     if (value == values_.end() || offer.from > use || !IsUsable(offer.needs) || !IsTakenBy(offer, extension)) continue;
-    words.insert(words.end(), {std::string("--") + offer.name, value->second});
+    const std::string name = std::string("--") + offer.name;
+    if (FindOption(offer.name)->form) {
+      words.insert(words.end(), {name, value->second});
+    } else {
+      words.push_back(name + "=" + value->second);
+    }
   }
   return words;
 }
@@ -97,6 +116,7 @@ std::vector<std::string> PictureOptions::Words(Use use, std::string_view extensi
 Json PictureOptions::Facts() const {
   Json list = Json::array();
   for (const Offer& offer : kOffers) {
+    if (offer.group == kOfLooks) continue;
     const OptionRow& row = *FindOption(offer.name);
     const auto value = values_.find(offer.name);
     Json facts = {{"name", offer.name},
@@ -128,8 +148,9 @@ PictureOptions PictureOptions::OfLines(std::string_view text) {
     std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     const std::size_t equals = line.find('=');
-    if (line.starts_with(";;") && equals != std::string_view::npos)
-      options.Set(std::string(line.substr(2, equals - 2)), std::string(line.substr(equals + 1)));
+    if (!line.starts_with(";;") || equals == std::string_view::npos) continue;
+    const std::string name(line.substr(2, equals - 2)), value(line.substr(equals + 1));
+    name == kFontFile ? options.SetFontFile(value) : void(options.Set(name, value));
   }
   return options;
 }

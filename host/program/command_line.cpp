@@ -6,9 +6,9 @@
 #include <cstdint>
 
 #include "glyphmotion/version.h"
-#include "host/options/names.h"
 #include "host/options/option_table.h"
 #include "host/program/help.h"
+#include "platform/nearest_name.h"
 
 namespace glyphmotion {
 namespace {

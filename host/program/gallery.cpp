@@ -12,6 +12,7 @@
 #include "effects/effect_table.h"
 #include "host/options/looks.h"
 #include "host/options/names.h"
+#include "host/options/typed_words.h"
 #include "host/program/progress.h"
 #include "materials/material_text.h"
 #include "platform/files.h"
@@ -44,6 +45,11 @@ std::string Read(const std::vector<std::string>& words, Request& request) {
     if (!known) return "gallery takes --text TEXT and --look NAME after its folder, not '" + words[i] + "'";
     if (i + 1 == words.size() || words[i + 1].empty()) return words[i] + " needs a value after it";
     (words[i] == "--text" ? request.text : request.look) = words[i + 1];
+  }
+  try {
+    if (!request.look.empty()) ReadLook(request.look);
+  } catch (const UsageError& error) {
+    return error.sentence;
   }
   return {};
 }

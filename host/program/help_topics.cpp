@@ -10,6 +10,7 @@
 #include "host/program/effect_manual.h"
 #include "host/program/help.h"
 #include "platform/ascii.h"
+#include "platform/nearest_name.h"
 
 namespace glyphmotion {
 namespace {

@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "host/options/names.h"
 #include "host/options/option_table.h"
 #include "host/program/command_line.h"
+#include "platform/nearest_name.h"
 
 namespace glyphmotion {
 namespace {

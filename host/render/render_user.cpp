@@ -203,8 +203,8 @@ bool ScriptedUser::LoadDocumentFirst(Dialog& dialog) {
 // A font file is set as it is: bold and italic only for whom asks.
 bool ScriptedUser::SetFontFile(Dialog& dialog) {
   const FontFile& file = CurrentTextRun().fontFile;
-  return file.path.empty() || (Apply(dialog, {"MainFontName", file.family}) && Apply(dialog, {"MainFontBold", "0"}) &&
-                               Apply(dialog, {"MainFontItalic", "0"}));
+  return job_.fontFile.empty() || (Apply(dialog, {"MainFontName", file.family}) &&
+                                   Apply(dialog, {"MainFontBold", "0"}) && Apply(dialog, {"MainFontItalic", "0"}));
 }
 
 bool ScriptedUser::CheckAxes(Dialog& dialog) {
@@ -376,7 +376,7 @@ bool ScriptedUser::SetColour(Dialog& dialog, int id, const std::string& text) {
   if (number && *number >= 0 && *number <= 0xFFFFFF) {
     colour = static_cast<Colour>(*number);
   } else if (!ParseColour(text, colour)) {
-    return Fail(Quote(text) + " is not an opaque colour; write #RRGGBB or a name such as red");
+    return Fail(Quote(text) + " is not an opaque colour; write #RRGGBB or a name such as red" + ColourSuggestion(text));
   }
   return SetByLine(dialog, id, std::to_string(colour));
 }

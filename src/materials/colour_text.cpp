@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "platform/ascii.h"
+#include "platform/nearest_name.h"
 
 namespace glyphmotion {
 namespace {
@@ -202,6 +204,13 @@ bool ParseColour(const std::string& text, Colour& colour) noexcept {
   if (!ParseColourAndAlpha(text, parsed, alpha) || alpha != 255) return false;
   colour = parsed;
   return true;
+}
+
+std::string ColourSuggestion(const std::string& text, bool orNone) {
+  std::vector<std::string> names;
+  if (orNone) names.emplace_back("none");
+  for (const NamedColour& colour : kNamedColours) names.emplace_back(colour.name);
+  return text.starts_with('#') ? std::string() : Suggestion(text, names);
 }
 
 }  // namespace glyphmotion

@@ -12,6 +12,7 @@
 #include "materials/texture_library.h"
 #include "materials/tile.h"
 #include "platform/ascii.h"
+#include "platform/nearest_name.h"
 #include "platform/number_text.h"
 #include "platform/run_state.h"
 #include "resources/shipped_fountains.h"
@@ -86,7 +87,7 @@ bool NumberWithin(const std::string& key, const std::string& text, double least,
 bool ColourPart(const std::string& text, Colour& colour, std::string& error) {
   int alpha = 0;
   if (!ParseColourAndAlpha(text, colour, alpha))
-    return Fail(error, Quote(text) + " is not a colour; write #RRGGBB or a name such as red");
+    return Fail(error, Quote(text) + " is not a colour; write #RRGGBB or a name such as red" + ColourSuggestion(text));
   return alpha == 255 || Fail(error, Quote(text) + " has an alpha, which this colour cannot have; write #RRGGBB");
 }
 
@@ -375,10 +376,12 @@ bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& 
     parameters.TextureType = static_cast<std::uint32_t>(found - types);
     return true;
   }
+  std::vector<std::string> names;
   for (const std::string& path : PathsOf(kTextureLibraryName)) {
     TextureLibrary library;
     ReadTextureLibrary(path, library);
     for (const NamedTexture& texture : library.textures) {
+      names.push_back(texture.name);
       if (Plain(texture.name) != Plain(name)) continue;
       parameters = texture.parameters;
       return true;
@@ -390,7 +393,8 @@ bool TakeTexture(const std::string& name, TextureSpec& parameters, std::string& 
   return Fail(
       error,
       "there is no texture " + Quote(name) +
-          "; write the name of a shipped texture or of your own, or fractal2 to fractal5, craters or perturbation");
+          "; write the name of a shipped texture or of your own, or fractal2 to fractal5, craters or perturbation" +
+          Suggestion(name, names));
 }
 
 bool ParseTexture(const std::string& text, Material& material, std::string& error) {
@@ -436,7 +440,8 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
   } else {
     if (shipped) path = kTileLibraryName;
     return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
-                           "; name an .mtx library with at least that many tiles, or a tile of --list tiles");
+                           "; name an .mtx library with at least that many tiles, or a tile of --list tiles" +
+                           Suggestion(path, {std::begin(kShippedTileNames), std::end(kShippedTileNames)}));
   }
   if (path.size() >= sizeof(material.Tile.TilePath))
     return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes; use a shorter one");
@@ -488,7 +493,7 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
   for (const auto& form : forms) {
     if (text.starts_with(form.prefix)) return form.parse(text.substr(form.prefix.size()), material, error);
   }
-  return Fail(error, Quote(text) + " is not a fill; " + kForms);
+  return Fail(error, Quote(text) + " is not a fill; " + kForms + ColourSuggestion(text));
 }
 
 void SetImageLoader(ImageLoader loader) { Loader() = std::move(loader); }

@@ -79,14 +79,16 @@ TEST(Looks, LieBeneathTheOptionsOfTheCommandLine) {
 
   const std::string saved = folder / "b.toml";
   const Arguments first =
-      *Parse({"--look", look, "--size", "41", "--set", "@rotate=80", "--save-look", saved}).arguments;
+      *Parse({"--look", look, "--size", "41", "--set", "@rotate=80", "--dither=stable", "--save-look", saved})
+           .arguments;
   EXPECT_EQ(first.job.action, Job::Action::None);
   const std::string text = LookText(first.look);
   testing::WriteBytes(saved, {text.begin(), text.end()});
   const Job again = Parse({"Hi", "-o", "a.gif", "--look", saved}).arguments->job;
   EXPECT_EQ(Summary(again),
             "vortex red #00f 200 MainFontName=Any @rotate=80 MainPadding=5 MainDelay=5 "
-            "MainFontSize=41 MainFontBold=1 MainAntialias=0 @frames=9 @soft=3");
+            "MainFontSize=41 MainFontBold=1 MainAntialias=0 @frames=9 @soft=3 MainDither=1");
+  EXPECT_EQ(again.dithering, Job::Dithering::Stable);
 }
 
 TEST(Looks, MistakesAreNamedByFileLineAndKey) {
@@ -102,8 +104,12 @@ TEST(Looks, MistakesAreNamedByFileLineAndKey) {
       {"size = 3.5", {"line 1", "'size'", "whole number"}},
       {"bold = 1", {"line 1", "'bold'", "true or false"}},
       {"\n\nfill = 'texture:Nope'", {"line 3", "fill", "Nope"}},
-      {"shadow = 'redd'", {"line 1", "shadow", "redd"}},
-      {"outline = 'redd'", {"line 1", "--outline", "redd"}},
+      {"fill = 'texture:Marbel'", {"line 1", "did you mean 'Marble'?"}},
+      {"fill = 'tile:Brick'", {"line 1", "did you mean 'Bricks'?"}},
+      {"fill = 'gradient:red-crimsn'", {"line 1", "did you mean 'crimson'?"}},
+      {"shadow = 'redd'", {"line 1", "shadow", "did you mean 'red'?"}},
+      {"outline = 'redd'", {"line 1", "--outline", "did you mean 'red'?"}},
+      {"dither = 'wild'", {"line 1", "--dither", "stable or ordered"}},
       {"effect = 'swirl'", {"line 1", "swirl"}},
       {"fill = 'image:a.png'", {"line 1", "--fill", "file beside the look"}},
       {"output = 'a.gif'", {"line 1", "'output' cannot be part of a look"}},

@@ -289,6 +289,8 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"swatch '#fff' -o " + folder / "a.gif", 2, "unknown file type for a swatch"},
       {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
       {"gallery", 2, "gallery needs a folder; write gallery FOLDER"},
+      {"gallery " + folder / "none --look goldd", 2,
+       "there is no look 'goldd'; did you mean 'gold'? (see --list looks)"},
       {std::string(240, 'W') + " -s 144 --still-text -e simple -o " + folder / "a.webp", 1, "at most 16383 pixels"},
       {"Hi --sample --alpha -o " + folder / "a.png", 2, "leave --alpha out"},
       {"Hi --sample --transparent " + out, 2, "leave --transparent out"},

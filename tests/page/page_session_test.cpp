@@ -11,6 +11,8 @@
 #include "host/host_helpers.h"
 #include "host/program/program.h"
 #include "host/render/image_loader.h"
+#include "platform/files.h"
+#include "text/compositing.h"
 
 namespace glyphmotion {
 namespace {
@@ -27,8 +29,9 @@ const PageServices& Services() {
 // A session on a thread of its own, and what it has said.
 class Talk {
  public:
-  Talk(DocumentStore& store, const std::string& key)
-      : session_(Services(), store, {key, {}, {"Hi", "-e", "simple", "-s", "30", "--set", "@frames=3"}},
+  Talk(DocumentStore& store, const std::string& key, Json looks = Json::array())
+      : session_(Services(), store,
+                 {key, {}, {"Hi", "-e", "simple", "-s", "30", "--set", "@frames=3"}, std::move(looks)},
                  [this](PageMessage message) { Hear(std::move(message)); }),
         thread_([this] { session_.Run(); }) {
     Post({{"op", "snapshot"}});
@@ -40,6 +43,7 @@ class Talk {
   Talk(const Talk&) = delete;
   Talk& operator=(const Talk&) = delete;
 
+  PageSession& Session() { return session_; }
   void Post(Json event) { session_.Post(std::move(event)); }
   void SetOption(const char* name, const char* value) { Post({{"op", "option"}, {"name", name}, {"value", value}}); }
   // The first message from here on that is wanted. A fault that would wait for ever ends by itself.
@@ -91,12 +95,12 @@ TEST(PictureOptions, TakeWhatTheProgramTakesAndKeepBackWhatItWouldRefuse) {
   const struct {
     const char *name, *value;
     bool allowed;
-  } rows[] = {{"width", "400", true},      {"width", "0", false},      {"width", "16384", false},
-              {"width", "12a", false},     {"fit", "none", true},      {"fit", "grow", false},
-              {"align", "justify", true},  {"line-space", "9", false}, {"palette", "best", true},
-              {"palette", "bw", false},    {"start", "rest", true},    {"start", "3", false},
-              {"output", "/tmp/x", false}, {"record", "/tmp", false},  {"loop", "65535", true},
-              {"max-bytes", "1", true},    {"emoji", "mono", true}};
+  } rows[] = {
+      {"width", "400", true},      {"width", "0", false},     {"width", "16384", false},  {"width", "12a", false},
+      {"fit", "none", true},       {"fit", "grow", false},    {"align", "justify", true}, {"line-space", "9", false},
+      {"palette", "best", true},   {"palette", "bw", false},  {"start", "rest", true},    {"start", "3", false},
+      {"output", "/tmp/x", false}, {"record", "/tmp", false}, {"loop", "65535", true},    {"font-file", "/x", false},
+      {"dither", "stable", true},  {"dither", "wild", false}, {"max-bytes", "1", true},   {"emoji", "mono", true}};
   for (const auto& row : rows) {
     PictureOptions options;
     EXPECT_EQ(options.Set(row.name, row.value).empty(), row.allowed) << row.name << " " << row.value;
@@ -182,6 +186,78 @@ TEST(PageSession, TheCanvasIsUndoneKeptOverAKillAndInTheCommandButNotInTheDocume
       "top");
   again.SetOption("height", "");
   again.Await("options", [](const Json& each) { return OptionNamed(each, "valign")["enabled"] == false; });
+}
+
+std::string UploadOf(PageSession& session, const std::string& path) {
+  return session.Upload(ReadWholeFile(path).value_or(""));
+}
+
+TEST(PageSession, AFontFileIsInThePictureUntilAnotherFontIsChosenAndComesBackByUndoAndAfterAKill) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  const auto fontIs = [](const char* name) { return [=](const Json& each) { return each["font"] == name; }; };
+  std::string command;
+  {
+    Talk talk(store, "a");
+    talk.Size();
+    talk.Post({{"op", "type"}, {"id", ControlId::Text}, {"text", "AAA"}});
+    const std::string plain = talk.Size();
+    for (const auto& [name, upload] : {std::pair{"../mine.ttf", "x"}, {"mine.exe", "x"}, {"mine.ttf", "x"}}) {
+      talk.Post({{"op", "font"}, {"name", name}, {"upload", upload}});
+      talk.Await("notice");
+    }
+    talk.Post({{"op", "font"}, {"name", "bad.ttf"}, {"upload", talk.Session().Upload("no font")}});
+    EXPECT_EQ(talk.Await("notice").json["text"],
+              "'bad.ttf' is not a font that can be read; give a sound TTF, OTF or TTC file");
+    talk.Post({{"op", "font"},
+               {"name", "mine.ttf"},
+               {"upload", UploadOf(talk.Session(), GLYPHMOTION_SOURCE_DIR "/tests/fonts/two_squares.ttf")}});
+    const Json document = talk.Await("document", fontIs("mine.ttf")).json;
+    const Json build = talk.Await("build",
+                                  [&](const Json& each) {
+                                    return each["state"] == "done" && each["revision"] == document["revision"];
+                                  })
+                           .json;
+    command = document["command"];
+    EXPECT_NE(command.find("/mine.ttf --no-bold --no-italic"), std::string::npos) << command;
+    EXPECT_EQ(command.find(" -f "), std::string::npos) << command;
+    EXPECT_NE(build["width"].dump() + " x " + build["height"].dump(), plain);
+    EXPECT_EQ(build["notes"], Json::array());
+    talk.Post({{"op", "choose"}, {"id", ControlId::Font}, {"index", 0}});
+    talk.Await("document", fontIs(""));
+    talk.Post({{"op", "undo"}});
+    EXPECT_EQ(talk.Await("document", fontIs("mine.ttf")).json["command"], command);
+  }
+  Talk again(store, "a");
+  EXPECT_EQ(again.Await("document", fontIs("mine.ttf")).json["command"], command);
+  again.Post({{"op", "font"}});
+  again.Await("document", fontIs(""));
+}
+
+TEST(PageSession, ALookSetsItsOptionsBesideTheDialogAndTakesThoseOfTheLastOneAway) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  const std::string wide = folder / "wide.toml", plain = folder / "plain.toml";
+  AtomicWriteFile(wide,
+                  "width = 300\nheight = 80\nvalign = \"top\"\npalette = \"best\"\ndither = \"stable\"\nsize = 20\n");
+  AtomicWriteFile(plain, "size = 22\nloop = 2\n");
+  Talk talk(store, "a", {{{"name", wide}}, {{"name", plain}}});
+  talk.SetOption("line-space", "120");
+  const auto apply = [&](const std::string& look, const std::string& words) {
+    talk.Post({{"op", "apply"}, {"look", look}});
+    const Json document = talk.Await("document",
+                                     [&](const Json& each) {
+                                       return each["command"].get<std::string>().find(words) != std::string::npos;
+                                     })
+                              .json;
+    return document["command"].get<std::string>();
+  };
+  const std::string first =
+      apply(wide, " --width 300 --height 80 --valign top --line-space 120 --dither=stable --palette best");
+  EXPECT_NE(first.find(" -s 20"), std::string::npos) << first;
+  const std::string second = apply(plain, " --line-space 120 --loop 2");
+  EXPECT_EQ(second.find("--width"), std::string::npos) << second;
+  EXPECT_EQ(second.find("--dither="), std::string::npos) << second;
 }
 
 }  // namespace

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-// What is dropped on the page: a document, a picture for a tile, or text.
+// What is dropped on the page: a document, a picture for a tile, a font, or text.
 import {byId} from './dom.js';
+import {isFontName} from './font_file.js';
 import {toast} from './toast.js';
 
 const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
 
 export class Drops {
-  /** @param {import('./model.js').Model} model @param {import('./asks.js').Asks} asks */
-  constructor(model, asks) {
+  /** @param {import('./model.js').Model} model @param {import('./asks.js').Asks} asks @param {import('./font_file.js').FontFile} font */
+  constructor(model, asks, font) {
     this.model = model;
+    this.font = font;
     this.asks = asks;
     let depth = 0;
     addEventListener('dragenter', event => {
@@ -31,6 +33,7 @@ export class Drops {
     const file = data.files[0];
     if (!file) return this.text(data.getData('text/plain'));
     if (file.type.startsWith('image/')) return this.picture(file);
+    if (isFontName(file.name)) return this.model.dialogs.length > 1 ? undefined : this.font.take(file);
     if (file.size > 8e6) return toast(`${file.name} is too large for a document`, 'error');
     const words = await file.text();
     if (/\.gm4$/i.test(file.name) || words.startsWith(';This is a document')) {

@@ -3,6 +3,7 @@
 import {Asks} from './asks.js';
 import {Connection} from './connection.js';
 import {Drops} from './drops.js';
+import {FontFile} from './font_file.js';
 import {Gallery} from './gallery.js';
 import {Header} from './header.js';
 import {Help} from './help.js';
@@ -21,12 +22,13 @@ const help = new Help();
 const stage = new Stage(byId('stage'));
 const gallery = new Gallery(model);
 const picture = new PictureOptions(model);
-const options = new Options(model, byId('options'), help, picture);
+const font = new FontFile(model);
+const options = new Options(model, byId('options'), help, picture, font);
 const header = new Header(model, stage);
 const layers = new Layers(model, help);
 const asks = new Asks(model);
 const text = new TextField(model, byId('text'));
-new Drops(model, asks);
+new Drops(model, asks, font);
 let offered = false;
 
 /** @type {{[type: string]: (message: any, payload: Uint8Array) => void}} */
@@ -49,6 +51,7 @@ const kHandlers = {
     options.render();
     text.attach(dialog);
     document.body.classList.add('ready');
+    performance.mark('ready');
   },
   options(message) { picture.take(message.options); },
   changes(message) {
@@ -67,6 +70,7 @@ const kHandlers = {
     model.document = message;
     header.follow(message);
     gallery.follow(message);
+    font.follow(message);
   },
   ask(message) { asks.show(message); },
   answered() { asks.settle(); },
@@ -99,7 +103,7 @@ function offerRescued() {
   if (offered) return;
   offered = true;
   for (const each of model.hello.rescued.slice(0, 3)) {
-    toast(`“${each.text}” was not saved when the program ended.`, 'info', [
+    toast(`“${each.text}” was not saved.`, 'info', [
       {text: 'Open it', action: () => model.post({op: 'rescue', key: each.key, keep: true}, model.main)},
       {text: 'Forget it', action: () => model.post({op: 'rescue', key: each.key, keep: false}, model.main)}]);
   }

@@ -2,13 +2,14 @@
 // The options of the main dialog, in sections. What there is, its names and its ranges come with the dialog.
 import {checkBox, rowOf} from './controls.js';
 import {icon, make} from './dom.js';
+import {isOfPalette, paletteRow} from './palette_row.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Facts} Facts */
 
 const kEffect = 58;
 /** Names that read better without their dialog around them. @type {{[label: string]: string}} */
-const kNames = {Antialias: 'Smooth edges', Pad: 'Padding', 'Character space': 'Spacing'};
+const kNames = {Antialias: 'Smooth edges', Pad: 'Padding', 'Character space': 'Spacing', Delay: 'Delay, 1/100 s', Pause: 'Pause, 1/100 s'};
 const kPlainTitle = {letters: 'Letters', timing: 'Timing', output: 'Colors and file'};
 
 /** A fountain as CSS. @param {{start: string, end: string, loop: boolean, markers: [number, string][]}} fountain */
@@ -18,12 +19,13 @@ function gradientOf({start, end, loop, markers}) {
 }
 
 export class Options {
-  /** @param {Model} model @param {HTMLElement} place @param {import('./help.js').Help} help @param {import('./picture_options.js').PictureOptions} picture */
-  constructor(model, place, help, picture) {
+  /** @param {Model} model @param {HTMLElement} place @param {import('./help.js').Help} help @param {import('./picture_options.js').PictureOptions} picture @param {import('./font_file.js').FontFile} font */
+  constructor(model, place, help, picture, font) {
     this.model = model;
     this.place = place;
     this.help = help;
     this.picture = picture;
+    this.font = font;
     this.effect = -1;
   }
 
@@ -36,6 +38,7 @@ export class Options {
     this.picture.begin();
     const own = dialog.order.filter(facts => facts.effect === effect);
     const general = dialog.order.filter(facts => facts.effect === undefined);
+    const output = general.filter(facts => !isOfPalette(facts.id));
     const of = (/** @type {Facts[]} */ list, /** @type {string} */ section) => list.filter(facts => facts.section === section && facts.kind !== 'paragraph');
     this.place.replaceChildren(...[
       this.section('letters', kPlainTitle.letters, of(general, 'letters')),
@@ -46,8 +49,9 @@ export class Options {
       this.background(of(own, 'background')),
       this.frame('canvas', 'Canvas and lines', [...this.picture.rows('canvas'), ...this.picture.rows('lines')]),
       this.section('timing', kPlainTitle.timing, of(general, 'timing')),
-      this.section('output', kPlainTitle.output, of(general, 'output'), '', true, this.picture.rows('file')),
+      this.section('output', kPlainTitle.output, of(output, 'output'), '', true, [paletteRow(this.model, this.picture), ...this.picture.rows('file')]),
     ].filter(section => section));
+    this.place.querySelector('.letters .row')?.after(this.font.row);
     this.place.scrollTop = scroll;
   }
 
@@ -59,8 +63,9 @@ export class Options {
   /** @param {Facts} facts */
   row(facts, extra = /** @type {Node|null} */ (null)) {
     const dialog = this.model.main;
-    if (kNames[facts.label]) facts.label = kNames[facts.label];
-    return rowOf(this.model, dialog, facts.id, this.help.option(this.model.hello.effects[this.effect], facts.label), extra);
+    const caption = Object.keys(kNames).find(name => kNames[name] === facts.label) ?? facts.label;
+    if (kNames[caption]) facts.label = kNames[caption];
+    return rowOf(this.model, dialog, facts.id, this.help.option(this.model.hello.effects[this.effect], caption), extra);
   }
 
   /**

@@ -26,9 +26,10 @@ const kWords = {
   align: {'': 'Automatic'},
   'text-direction': {auto: 'As the letters say', ltr: 'Left to right', rtl: 'Right to left'},
   emoji: {color: 'In color', mono: 'In the fill'},
-  palette: {'': 'As above', best: 'Best colors, larger file', auto: 'Best where it shows'},
   start: {'': 'As it is built', rest: 'The resting one'},
 };
+/** What has a place of its own. */
+const kElsewhere = ['width', 'height', 'palette'];
 /** The placeholder of a number that is not set. @type {{[name: string]: string}} */
 const kBlank = {width: 'auto', height: 'auto', 'max-bytes': 'any'};
 /** @type {{[name: string]: string}} */
@@ -121,7 +122,7 @@ export class PictureOptions {
   rows(group) {
     const rows = group === 'canvas' ? this.canvas() : [];
     for (const option of this.options.values()) {
-      if (option.group !== group || option.name === 'width' || option.name === 'height') continue;
+      if (option.group !== group || kElsewhere.includes(option.name)) continue;
       const id = freshId(), title = `${option.help}.`;
       const field = option.words ? this.choice(option, id) : this.number(option, id);
       const row = make('div', {class: 'row wide'}, make('label', {class: 'label', for: id, title}, option.label),

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// How quick the page is: node figures.mjs [ROUNDS] prints a table of medians, with the load that the machine had.
+import {execFileSync} from 'node:child_process';
+import {loadavg} from 'node:os';
+import {join} from 'node:path';
+import {built, closeBrowser, newFolder, openPage, program, settled, startProgram} from './fixture.mjs';
+
+const rounds = Number(process.argv[2]) || 9;
+const median = list => list.sort((a, b) => a - b)[list.length >> 1];
+const home = newFolder(), document = join(home, 'default.gm4');
+
+/** From a key in the text to the paint after the sample, and after the animation, of that text. */
+async function keys(page) {
+  const sample = [], playing = [];
+  for (let i = 0; i < rounds; i++) {
+    await built(page);
+    await page.focus('#text');
+    await page.evaluate(() => {
+      const {connection, document: before} = window.glyphmotion, receive = connection.receive;
+      const times = window.times = {key: 0, still: 0, build: 0};
+      addEventListener('keydown', event => { times.key = event.timeStamp; }, {once: true, capture: true});
+      connection.receive = (message, payload) => {
+        receive(message, payload);
+        const wanted = message.type === 'still' || (message.type === 'build' && message.state === 'done');
+        if (!wanted || message.revision <= before.revision || times[message.type]) return;
+        // The task after a frame's callbacks runs once that frame is painted.
+        requestAnimationFrame(() => setTimeout(() => { times[message.type] ||= performance.now(); }));
+        if (message.type === 'build') connection.receive = receive;
+      };
+    });
+    await page.keyboard.press(i % 2 ? 'Backspace' : 'x');
+    await page.waitForFunction(() => window.times.build && window.times.still, null, {timeout: 60000});
+    const {key, still, build} = await page.evaluate(() => window.times);
+    sample.push(still - key);
+    playing.push(build - key);
+  }
+  return [median(sample), median(playing)];
+}
+
+/** Frames a second while a marker of a gradient follows the pointer for two seconds. */
+async function drag(page) {
+  await page.locator('.section.fill .kinds').first().selectOption({index: 1});
+  await settled(page);
+  await page.locator('.section.fill .swatch').first().click();
+  const layer = page.locator('dialog.t9995');
+  await layer.getByRole('radio', {name: 'Multi-color'}).check();
+  await layer.getByRole('button', {name: 'Add a color'}).click();
+  await settled(page);
+  const marker = await layer.locator('.marker').nth(1).boundingBox(), strip = await layer.locator('.fountain-strip').boundingBox();
+  await page.mouse.move(marker.x + marker.width / 2, marker.y + marker.height / 2);
+  await page.mouse.down();
+  await page.evaluate(() => {
+    window.painted = 0;
+    window.began = performance.now();
+    const count = () => { window.painted++; window.frame = requestAnimationFrame(count); };
+    count();
+  });
+  for (const until = Date.now() + 2000; Date.now() < until;) await page.mouse.move(strip.x + strip.width * (0.3 + 0.4 * ((Date.now() / 1000) % 1)), marker.y + 8);
+  const rate = await page.evaluate(() => {
+    cancelAnimationFrame(window.frame);
+    return window.painted * 1000 / (performance.now() - window.began);
+  });
+  await page.mouse.up();
+  return rate;
+}
+
+/** From the navigation to controls that can be used. */
+async function ready(address) {
+  const times = [];
+  for (let i = 0; i < rounds; i++) {
+    const page = await openPage(address);
+    times.push(await page.evaluate(() => performance.getEntriesByName('ready')[0]?.startTime ?? NaN));
+    await page.context().close();
+  }
+  return median(times);
+}
+
+/** @param {string[]} words  a job, saved as the document that the page opens */
+async function withJob(words, work) {
+  execFileSync(program, [...words, '--save-document', document], {env: {...process.env, GLYPHMOTION_HOME: home}});
+  const server = await startProgram({words: [document]}), page = await openPage(server.address);
+  const figures = await work(page, server);
+  await page.context().close();
+  await server.stop();
+  return figures;
+}
+
+const load = () => loadavg()[0].toFixed(1);
+const before = load();
+const [sample56] = await withJob(['Glyphmotion', '-s', '56'], keys);
+const [, playing] = await withJob(['This space for rent...'], keys);
+const [shown, rate] = await withJob(['Glyphmotion'], async (page, server) => [await ready(server.address), await drag(page)]);
+console.log(`Load ${before} to ${load()}, medians of ${rounds}\n
+| | Measured | Aim |
+|---|---|---|
+| Key press to the repainted sample, 56 pixels | ${sample56.toFixed(0)} ms | 100 ms |
+| Key press to the playing animation, default job | ${playing.toFixed(0)} ms | 400 ms |
+| Page ready | ${shown.toFixed(0)} ms | 300 ms |
+| Frames a second while a marker is dragged | ${rate.toFixed(0)} | 60 |`);
+await closeBrowser();
