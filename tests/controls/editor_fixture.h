@@ -37,7 +37,6 @@ class EditorDialog : public testing::Test {
   int menuChoice = 0, menus = 0;
   std::vector<std::string> menuItems;  ///< of the last menu
   std::map<int, Script> scripts;       ///< what the person does, by template
-  static inline std::string topic;     ///< the last requested help topic
   UiResponder responder;
 
   void SetUp() override {
@@ -60,8 +59,6 @@ class EditorDialog : public testing::Test {
       return menuChoice;
     };
     SetUiResponder(responder);
-    topic.clear();
-    SetEditorServices({[](Dialog&, const char* asked) { topic = asked; }, nullptr});
   }
   void TearDown() override {
     SetEditorServices({});

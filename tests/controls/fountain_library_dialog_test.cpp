@@ -15,7 +15,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kLibraryDialog = 9997, kFountainId = 120;
-constexpr int kOk = 1, kCancel = 2, kHelp = 9, kList = 101, kUse = 102, kMoveUp = 103, kMoveDown = 104, kDelete = 105;
+constexpr int kOk = 1, kCancel = 2, kList = 101, kUse = 102, kMoveUp = 103, kMoveDown = 104, kDelete = 105;
 constexpr ControlTemplate kOwnerControls[] = {{ControlKind::FountainButton, kFountainId, "", 0, 0, 132, 31}};
 constexpr DialogTemplate kOwner{1, "Owner", 200, 100, kOwnerControls};
 
@@ -173,11 +173,6 @@ TEST_F(FountainLibrary, ItemsShowTheFountainAtTheirWidth) {
       EXPECT_GT(item.At(width - 4, 16) & 0xFF, 0xF0u) << "up to the white end at the right";
       EXPECT_EQ(item.At(1, 16), GetSystemColour(SystemColour::Selection));
       EXPECT_EQ(Paint(dialog, kList, width, 32, 2).At(1, 16), GetSystemColour(SystemColour::Window));
-    }
-    for (const bool byKey : {false, true}) {
-      topic.clear();
-      byKey ? PressKey(dialog, kList, kKeyF1) : Click(dialog, kHelp);
-      EXPECT_EQ(topic, "FOUNTAIN");
     }
   });
 }

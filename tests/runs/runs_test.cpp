@@ -131,7 +131,7 @@ TEST(Runs, AnImpossibleNumberOfThreadsIsRefused) {
 struct Visit {
   std::string text, shown;
   int images = 0;
-  std::function<void()> meanwhile;  ///< called while the dialog is open, with the text set
+  std::function<void(GlyphmotionDialog*)> meanwhile;  ///< called while the dialog is open, with the text set
 };
 thread_local Visit* visit = nullptr;
 
@@ -144,8 +144,8 @@ void PlayVisit(GlyphmotionDialog* dialog, void* context) {
   Visit& own = *static_cast<Visit*>(context);
   GlyphmotionSetText(dialog, 52, own.text.c_str());
   GlyphmotionSetNumber(dialog, 57, 14);
-  if (own.meanwhile) own.meanwhile();
-  char text[261];
+  if (own.meanwhile) own.meanwhile(dialog);
+  char text[261] = "";
   GlyphmotionGetText(dialog, 52, text, sizeof text);
   own.shown = text;
   GlyphmotionPress(dialog, 1);
@@ -169,7 +169,7 @@ TEST(Runs, ARunAndADialogWithinARunWorkOnTheirOwn) {
   const Bytes outerAlone = FramesOf(outer).bytes, innerAlone = FramesOf(inner).bytes;
   ASSERT_NE(outerAlone, innerAlone);
   Frames within;
-  Visit dialog{"Inside", "", 0, [&] { within = FramesOf(inner); }};
+  Visit dialog{"Inside", "", 0, [&](GlyphmotionDialog*) { within = FramesOf(inner); }};
   const Frames around = FramesOf(outer, [&] { Open(dialog); });
   EXPECT_EQ(around.result.status, RenderStatus::Done) << around.result.message;
   EXPECT_EQ(around.bytes, outerAlone);
@@ -180,26 +180,17 @@ TEST(Runs, ARunAndADialogWithinARunWorkOnTheirOwn) {
 
 /// What a dialog shows as the softness of White Noise, the one number without a key, before it is set to `next`.
 std::string SoftnessBefore(int next) {
-  struct Person {
-    int effect, next;
-    char shown[8] = "";
-  };
   const std::vector<std::string> effects = EffectNames();
-  Person person{static_cast<int>(std::find(effects.begin(), effects.end(), "White Noise") - effects.begin()), next};
-  HostCallTable table{};
-  table.version = HostInterfaceVersion;
-  table.HostCall = [](void*, std::uint32_t, std::uint64_t, std::uint64_t) { return std::uint64_t{0}; };
-  const GlyphmotionDriver driver = [](GlyphmotionDialog* dialog, void* context) {
-    auto& own = *static_cast<Person*>(context);
-    GlyphmotionSelect(dialog, 58, own.effect);
-    GlyphmotionGetText(dialog, 511, own.shown, sizeof own.shown);
-    GlyphmotionSetNumber(dialog, 511, own.next);
-    GlyphmotionPress(dialog, 2);
-  };
-  GlyphmotionSetDriver(driver, &person);
-  EXPECT_EQ(PLUGIN16DoBuild(nullptr, &table), 1);
-  GlyphmotionSetDriver(nullptr, nullptr);
-  return person.shown;
+  const auto effect = std::find(effects.begin(), effects.end(), "White Noise") - effects.begin();
+  char shown[8] = "";
+  Visit person{"", "", 0, [&](GlyphmotionDialog* dialog) {
+                 GlyphmotionSelect(dialog, 58, static_cast<int>(effect));
+                 GlyphmotionGetText(dialog, 511, shown, sizeof shown);
+                 GlyphmotionSetNumber(dialog, 511, next);
+                 GlyphmotionPress(dialog, 2);
+               }};
+  Open(person);
+  return shown;
 }
 
 TEST(Runs, ANumberWithoutAKeyPassesToTheNextDialogAndToNoRun) {
@@ -219,7 +210,7 @@ TEST(Runs, DialogsInSeveralThreadsAtOnceAreIndependent) {
   std::vector<Visit> visits(kThreads);
   std::vector<std::thread> threads;
   for (std::size_t t = 0; t < kThreads; ++t) {
-    visits[t] = {std::string(t + 1, 'i'), "", 0, [&] { together.arrive_and_wait(); }};
+    visits[t] = {std::string(t + 1, 'i'), "", 0, [&](GlyphmotionDialog*) { together.arrive_and_wait(); }};
     threads.emplace_back([&, t] { Open(visits[t]); });
   }
   for (std::thread& thread : threads) thread.join();

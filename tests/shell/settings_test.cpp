@@ -101,6 +101,13 @@ TEST(Settings, TheFileHasItsHeadAndALineForEveryKeyInOrder) {
   EXPECT_EQ(lines.back(), "Style020Soft = 20");
 }
 
+TEST(Settings, OnlyWholeKeysInTheirCaseNameTheirVariables) {
+  for (std::size_t i = 0; i < SettingsTable().size(); ++i)
+    ASSERT_EQ(FindVariable(SettingsTable()[i].key), &VariableAt(i)) << SettingsTable()[i].key;
+  for (const char* key : {"", "Main", "MainTex", "MainText ", "mainText", "Style000", "Style021Soft", "~", " "})
+    EXPECT_TRUE(!FindVariable(key) && !NumberVariable(key) && TextVariable(key).empty()) << key;
+}
+
 TEST(Settings, RandomValuesComeBack) {
   std::mt19937 random(4);
   for (int round = 0; round < 50; ++round) {

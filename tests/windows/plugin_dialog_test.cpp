@@ -242,34 +242,5 @@ TEST_F(Documents, AFileDialogOfTheHostsSizeLaysOutItsContents) {
   });
 }
 
-// --- Settings ---
-
-/// Holds Shift on this thread, which runs the dialog.
-struct ShiftHeld {
-  BYTE before[256];
-  ShiftHeld() {
-    GetKeyboardState(before);
-    BYTE keys[256];
-    std::copy(before, before + 256, keys);
-    keys[VK_SHIFT] = keys[VK_LSHIFT] = 0x80;
-    SetKeyboardState(keys);
-  }
-  ~ShiftHeld() { SetKeyboardState(before); }
-};
-
-TEST(Settings, ShiftAtTheStartBringsTheDefaultsBack) {
-  RunDialog(kPalette, [](HWND dialog) {
-    Type(dialog, kText, "Mine");
-    Choose(dialog, kEffect, 4);
-  });
-  const ShiftHeld shift;
-  RunDialog(kPalette, [](HWND dialog) {
-    EXPECT_EQ(TextOf(dialog, kText), "This space for rent...");
-    EXPECT_EQ(SelectionOf(dialog, kEffect), 17);
-    EXPECT_EQ(TextOf(dialog, kDelay), "4");
-    EXPECT_EQ(TextOf(dialog, kPause), "100");
-  });
-}
-
 }  // namespace
 }  // namespace glyphmotion::test

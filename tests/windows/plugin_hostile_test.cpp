@@ -92,16 +92,6 @@ TEST(Refused, AHostWithoutATableOrTooOld) {
   EXPECT_TRUE(host.operations.empty());
 }
 
-TEST(Refused, ATableWithoutItsFunctionIsReportedAndTheDialogCloses) {
-  HostCallTable table = TableOf(kBothFormats);
-  table.HostCall = nullptr;
-  std::string text;
-  std::thread user([&] { text = AnswerMessage(); });
-  EXPECT_EQ(DoBuild(nullptr, &table), 1);
-  user.join();
-  EXPECT_EQ(text, "Internal error");
-}
-
 // --- During a run ---
 
 TEST(Hostile, AHostThatThrowsEndsTheDialogAndNothingElse) {
