@@ -11,7 +11,8 @@ namespace glyphmotion {
 
 class ScratchFolder {
  public:
-  /// In the system's folder for temporary files, for this user alone. Path() is empty when it cannot be made.
+  /// In the system's folder for temporary files, for this user alone. Path() is empty when it cannot be made. Removes
+  /// the folders of processes that were killed.
   ScratchFolder();
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
@@ -20,6 +21,7 @@ class ScratchFolder {
 
  private:
   std::string path_;
+  int lock_ = -1;  ///< a file in it, locked while this process lives
 };
 
 /// Nobody waits for the disk. False when it refuses.

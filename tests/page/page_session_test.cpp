@@ -3,12 +3,16 @@
 #include "host/page/page_session.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <condition_variable>
+#include <csignal>
 #include <functional>
 #include <thread>
 
 #include "host/host_helpers.h"
+#include "host/page/scratch.h"
 #include "host/program/program.h"
 #include "host/render/image_loader.h"
 #include "platform/files.h"
@@ -258,6 +262,23 @@ TEST(PageSession, ALookSetsItsOptionsBesideTheDialogAndTakesThoseOfTheLastOneAwa
   const std::string second = apply(plain, " --line-space 120 --loop 2");
   EXPECT_EQ(second.find("--width"), std::string::npos) << second;
   EXPECT_EQ(second.find("--dither="), std::string::npos) << second;
+}
+
+TEST(ScratchFolder, ClearsWhatAKilledProcessHasLeft) {
+  const ScratchFolder mine;
+  const TemporaryFolder names;
+  if (fork() == 0) {
+    const ScratchFolder its;
+    WriteScratchFile(its.Path() + "/build.gif", "GIF");
+    WriteScratchFile(names / "path", its.Path());
+    raise(SIGKILL);
+  }
+  wait(nullptr);
+  const std::string left = testing::ReadText(names / "path");
+  ASSERT_TRUE(std::filesystem::exists(left + "/build.gif"));
+  const ScratchFolder next;
+  EXPECT_FALSE(std::filesystem::exists(left));
+  EXPECT_TRUE(std::filesystem::exists(mine.Path()));
 }
 
 }  // namespace
