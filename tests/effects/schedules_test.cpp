@@ -113,6 +113,11 @@ TEST(Schedules, TheSampleIsAFrameOfTheRun) {
   }
 }
 
+TEST(Schedules, TwoFramesOfPinchBeginWithTheBump) {
+  const Built built = BuildWith("pinch", {{"@frames", "2"}, {"Style003Wavesize", "50"}});
+  EXPECT_EQ(built.Distinct(), 2u) << built.result.message;
+}
+
 TEST(Schedules, OneSeedGivesOneRun) {
   for (const char* effect :
        {"cubist", "gumdrops", "hyperspace", "background-hyperspace", "phasers-on-stun", "white-noise", "nebula"}) {

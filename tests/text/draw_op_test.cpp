@@ -134,6 +134,11 @@ TEST(DrawOp, ShapesStandInAMarginOfFour) {
   const DibView frame(bitmap);
   EXPECT_EQ(frame.GetPixel(14, 9), 0u) << "an absent fill leaves the inside black";
   EXPECT_EQ(frame.GetPixel(14, 4), 0x00FF00u);
+  record.outline = kNoColour;
+  record.fill = 0x0000FF;
+  record.cornerRadius = 1;
+  const PackedDib rounded = DrawOp(record).bitmap;
+  EXPECT_EQ(DibView(rounded).GetPixel(4, 4), 0x0000FFu) << "a circle of two pixels fills its first one";
   record.bounds = {0, 0, 1 << 30, 1 << 30};
   EXPECT_FALSE(DrawOp(record).bitmap);
 }
