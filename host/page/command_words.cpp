@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
+#include <filesystem>
 #include <map>
 #include <string_view>
 
 #include "effects/effect_table.h"
 #include "host/page/control_facts.h"
 #include "materials/material.h"
+#include "materials/shipped.h"
+#include "materials/tile.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 #include "text/compositing.h"
@@ -123,8 +125,10 @@ std::string MaterialWord(const std::string& hexadecimal) {
     case kTexture:
       return TextureWord(material->Texture, plain.Texture);
     case kTile: {
-      const char* path = material->Tile.TilePath;
-      const std::string file(path, strnlen(path, sizeof material->Tile.TilePath));
+      std::string file = PathOfTile(material->Tile);
+      std::error_code error;
+      // The user's own copy of the shipped library comes about when it is edited.
+      if (file == OwnLibraryPath(kTileLibraryName) && !std::filesystem::exists(file, error)) file.clear();
       return "tile:" + file + "#" + std::to_string(material->Tile.TileIndex + 1);
     }
     default:

@@ -173,6 +173,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await layer(9998).locator('.ok').click();
   await layer(9998).waitFor({state: 'detached'});
   await openEditor(3, 9981);
+  await becomes(async () => (await facts(page, 102)).selection, 0);  // the tile that the picture shows
   await layer(9981).locator('.tile-item').nth(5).click();
   await settled(page);
   await becomes(async () => (await facts(page, 102)).selection, 5);
@@ -195,9 +196,17 @@ test('What is downloaded is what the program makes of the saved document, and th
   writeFileSync(file, document);
   execFileSync(program, ['--document', file, '-o', out, '-q'], {env: {...process.env, GLYPHMOTION_HOME: server.home}});
   assert.ok(gif.equals(readFileSync(out)), 'the document gives another picture');
-  const {command} = await state(page);
-  execFileSync('sh', ['-c', command.replace(/^glyphmotion/, program)], {cwd: folder, env: {...process.env, GLYPHMOTION_HOME: server.home}});
-  assert.ok(gif.equals(readFileSync(join(folder, 'untitled.gif'))), command);
+  const run = async () => {
+    const {command} = await state(page);
+    execFileSync('sh', ['-c', command.replace(/^glyphmotion/, program)], {cwd: folder, env: {...process.env, GLYPHMOTION_HOME: server.home}});
+    return readFileSync(join(folder, 'untitled.gif'));
+  };
+  assert.ok(gif.equals(await run()), 'the command gives another picture');
+  for (const kind of [2, 3]) {
+    await setKind(kind);
+    await built(page);
+    assert.ok((await download(() => page.click('#download'))).equals(await run()), `kind ${kind}`);
+  }
   const formats = await page.evaluate(() => window.glyphmotion.hello.formats);
   for (const [format, name, start] of [['webp', 'Animated WebP', 'RIFF'], ['apng', 'Animated PNG', '\x89PNG'], ['avif', 'AVIF', '\0\0\0'], ['webm', 'WebM video', '\x1a\x45\xdf\xa3'], ['frames', 'Frames', 'PK']]) {
     if (format !== 'frames' && !formats.includes(format)) continue;  // built without its library
