@@ -13,6 +13,7 @@
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
 #include "materials/material_text.h"
+#include "materials/tile.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
 #include "shell/main_dialog.h"
@@ -108,6 +109,9 @@ bool PageSession::HandleControl(Dialog& dialog, const std::string& op, const Jso
     const int kind =
         op == "kind" ? kCommandFirstKind + std::clamp(NumberIn(event, "kind", 0), 0, 3) : kCommandEditMaterial;
     if (!IsReachable(dialog, id) || KindOf(dialog, id) != ControlKind::MaterialButton) return true;
+    // A fill of another kind that came from a document or an option has no tile yet; the build of the document will.
+    if (const auto material = LockMaterial(dialog, id); material && kind == kCommandFirstKind + int{kTile})
+      if (!material->Tile.TileBitmap) LoadTileOf(material->Tile);
     SendToControl(dialog, id, {kMessageCommand, static_cast<std::uint64_t>(kind), 0});
     return true;
   }

@@ -363,10 +363,8 @@ bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {
   material.Preview = material.Fountain.Preview = material.Tile.TileBitmap = 0;
   std::string error;
   if (!ParseMaterial(text, material, error)) return Fail(error);
-  // A one-off tile comes with the text and has no library; any other is named by path and index. Where the dialog goes
-  // on, another kind keeps its tile, which a person may choose next.
-  const bool needsTile = material.Kind == kTile || job_.action == Job::Action::None;
-  if (needsTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
+  // A one-off tile comes with the text and has no library; any other is named by path and index.
+  if (material.Kind == kTile && !material.Tile.TileBitmap) LoadTileOf(material.Tile);
   if (SetMaterial(dialog, id, material)) return true;
   FreeBlock(HandleOf(material.Tile.TileBitmap));
   return FailRun(kOutOfMemory);
