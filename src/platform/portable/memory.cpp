@@ -2,8 +2,11 @@
 // Movable blocks on the heap, behind a table of slots. A handle is a slot number and the slot's generation, so that
 // handles of freed blocks and foreign handles are recognised. The table only grows, in chunks that never move: handles
 // are looked up without a lock, and only allocating and freeing take one.
+// The frames of a long or large animation can need gigabytes, of which a run uses a few at a time. Once the blocks have
+// filled kHeapLimit, large ones are paged: a block leaves the process's memory with its last lock.
 #include "platform/memory.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <bit>
@@ -12,6 +15,7 @@
 #include <mutex>
 #include <new>
 
+#include "platform/portable/paged_memory.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -25,6 +29,7 @@ struct Slot {
   void* bytes = nullptr;
   std::size_t size = 0;
   std::uint64_t run = 0;  ///< number of the run that made the block
+  bool paged = false;     ///< otherwise on the heap
 };
 
 // A handle has as many bits as a pointer: a quarter of a million blocks and 14 bits of generation where that is 32.
@@ -37,11 +42,15 @@ constexpr std::uint32_t kLastGeneration = std::uint32_t{0xFFFFFFFF} >> (32 - kGe
 constexpr unsigned kFirstChunkBits = 8, kChunks = 32 - kFirstChunkBits;
 constexpr std::uint32_t kFirstNumber = 1u << kFirstChunkBits;
 
+constexpr std::size_t kHeapLimit = std::size_t{384} << 20;
+constexpr std::size_t kSmallestPaged = std::size_t{256} << 10;
+
 struct BlockTable {
   std::mutex mutex;  ///< guards allocating and freeing
   std::array<std::atomic<Slot*>, kChunks> chunks{};
   std::uint32_t count = 0;  ///< slots made
   std::uint32_t firstFree = 0;
+  std::atomic<std::size_t> onHeap{0};  ///< bytes of all blocks there
 };
 
 // Never destroyed: a static object of the application may free its blocks after all other static objects are destroyed.
@@ -88,6 +97,27 @@ Slot* SlotOf(BlockHandle handle) {
   return slot && slot->live.load(std::memory_order_acquire) == generation ? slot : nullptr;
 }
 
+struct Memory {
+  void* bytes = nullptr;
+  bool paged = false;
+};
+
+/// Zeroed; empty when out of memory.
+Memory TakeMemory(std::size_t bytes) {
+  if (bytes >= kSmallestPaged && table.onHeap.load(std::memory_order_relaxed) + bytes > kHeapLimit) {
+    if (void* paged = AllocatePaged(bytes)) return {paged, true};
+  }
+  void* heap = std::calloc(bytes ? bytes : 1, 1);
+  if (heap) table.onHeap.fetch_add(bytes, std::memory_order_relaxed);
+  return {heap, false};
+}
+
+void GiveBack(Memory memory, std::size_t bytes) {
+  if (memory.paged) return FreePaged(memory.bytes, bytes);
+  if (memory.bytes) table.onHeap.fetch_sub(bytes, std::memory_order_relaxed);
+  std::free(memory.bytes);
+}
+
 template <typename Counts>
 BlockCounters Count(Counts counts) noexcept {
   const std::lock_guard lock(table.mutex);
@@ -105,17 +135,18 @@ BlockCounters Count(Counts counts) noexcept {
 
 BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   if (!MayAllocate()) return nullptr;
-  void* memory = std::calloc(bytes ? bytes : 1, 1);
-  if (!memory) return nullptr;
+  const Memory memory = TakeMemory(bytes);
+  if (!memory.bytes) return nullptr;
   const std::uint64_t run = CurrentRun().Number();
   const std::lock_guard lock(table.mutex);
   const std::uint32_t number = TakeFreeSlot();
   if (!number) {
-    std::free(memory);
+    GiveBack(memory, bytes);
     return nullptr;
   }
   Slot& slot = *SlotAt(number);
-  slot.bytes = memory;
+  slot.bytes = memory.bytes;
+  slot.paged = memory.paged;
   slot.size = bytes;
   slot.run = run;
   slot.locks.store(0, std::memory_order_relaxed);
@@ -126,10 +157,20 @@ BlockHandle AllocateBlock(std::size_t bytes) noexcept {
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
   Slot* slot = SlotOf(block);
   if (!slot || slot->locks.load(std::memory_order_relaxed) || !MayAllocate()) return false;
-  void* memory = std::realloc(slot->bytes, bytes ? bytes : 1);
-  if (!memory) return false;
-  if (bytes > slot->size) std::memset(static_cast<char*>(memory) + slot->size, 0, bytes - slot->size);
-  slot->bytes = memory;
+  if (slot->paged) {
+    const Memory memory = TakeMemory(bytes);
+    if (!memory.bytes) return false;
+    std::memcpy(memory.bytes, slot->bytes, std::min(bytes, slot->size));
+    GiveBack({slot->bytes, true}, slot->size);
+    slot->bytes = memory.bytes;
+    slot->paged = memory.paged;
+  } else {
+    void* memory = std::realloc(slot->bytes, bytes ? bytes : 1);
+    if (!memory) return false;
+    if (bytes > slot->size) std::memset(static_cast<char*>(memory) + slot->size, 0, bytes - slot->size);
+    table.onHeap.fetch_add(bytes - slot->size, std::memory_order_relaxed);  // modulo 2^64
+    slot->bytes = memory;
+  }
   slot->size = bytes;
   return true;
 }
@@ -147,6 +188,7 @@ void UnlockBlock(BlockHandle block) noexcept {
   std::uint32_t locks = slot->locks.load(std::memory_order_relaxed);
   while (locks && !slot->locks.compare_exchange_weak(locks, locks - 1, std::memory_order_relaxed)) {
   }
+  if (locks == 1 && slot->paged) PageOut(slot->bytes, slot->size);
 }
 
 std::size_t BlockSize(BlockHandle block) noexcept {
@@ -157,10 +199,12 @@ std::size_t BlockSize(BlockHandle block) noexcept {
 void FreeBlock(BlockHandle block) noexcept {
   Slot* slot = SlotOf(block);
   if (!slot) return;
-  void* bytes = nullptr;
+  Memory memory;
+  std::size_t bytes = 0;
   {
     const std::lock_guard lock(table.mutex);
-    bytes = slot->bytes;
+    memory = {slot->bytes, slot->paged};
+    bytes = slot->size;
     slot->live.store(0, std::memory_order_release);
     slot->bytes = nullptr;
     slot->size = 0;
@@ -168,7 +212,7 @@ void FreeBlock(BlockHandle block) noexcept {
     slot->nextFree = table.firstFree;
     table.firstFree = NumberOf(block);
   }
-  std::free(bytes);
+  GiveBack(memory, bytes);
 }
 
 BlockCounters LiveBlocks() noexcept {
