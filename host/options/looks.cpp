@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <locale>
 #include <map>
 #include <optional>
 #include <sstream>
@@ -188,6 +189,7 @@ std::vector<LookInfo> Looks() {
 
 std::string LookText(const std::vector<Look::Entry>& entries) {
   std::ostringstream text;
+  text.imbue(std::locale::classic());  // the application's may group digits
   std::map<std::string, std::string> settings;
   text << "# A look of your own\n";
   for (const auto& [option, values, origin] : entries) {

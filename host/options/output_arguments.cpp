@@ -11,6 +11,7 @@
 #include "host/options/values.h"
 #include "host/render/picture_output.h"
 #include "platform/ascii.h"
+#include "platform/number_text.h"
 
 namespace glyphmotion {
 namespace {
@@ -88,8 +89,7 @@ void SetFramesPerSecond(Reading& reading) {
            std::to_string(most) + (hundredths ? "/100 s" : " ms") + ", so it takes " +
            std::to_string((units + most - 1) / most) + " to " + std::to_string(units));
   if (delay * fps != units) {
-    char rate[32];
-    std::snprintf(rate, sizeof rate, "%.1f", static_cast<double>(units) / static_cast<double>(delay));
+    const std::string rate = FixedText(static_cast<double>(units) / static_cast<double>(delay), 1);
     reading.arguments.notes.push_back("--fps " + std::to_string(fps) + " becomes " + rate + ": a frame takes " +
                                       std::to_string(delay) + (hundredths ? "/100 s" : " ms"));
   }

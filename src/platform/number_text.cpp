@@ -16,9 +16,15 @@ std::size_t ReadNumber(std::string_view text, double& value) noexcept {
   return error == std::errc() ? static_cast<std::size_t>(end - text.data()) : 0;
 }
 
-std::string FixedText(double value) {
+std::string FixedText(double value, int digits) {
   char text[400];
-  const auto written = std::to_chars(text, std::end(text), value, std::chars_format::fixed, 6);
+  const auto written = std::to_chars(text, std::end(text), value, std::chars_format::fixed, digits);
+  return std::string(text, written.ptr);
+}
+
+std::string ShortText(double value) {
+  char text[32];
+  const auto written = std::to_chars(text, std::end(text), value, std::chars_format::general, 6);
   return std::string(text, written.ptr);
 }
 
@@ -41,9 +47,15 @@ std::size_t ReadNumber(std::string_view text, double& value) noexcept try {
   return 0;
 }
 
-std::string FixedText(double value) {
+std::string FixedText(double value, int digits) {
   char text[400];
-  std::snprintf(text, sizeof text, "%.6f", value);
+  std::snprintf(text, sizeof text, "%.*f", digits, value);
+  return text;
+}
+
+std::string ShortText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", value);
   return text;
 }
 

@@ -12,7 +12,10 @@ namespace glyphmotion {
 /// `value` unchanged, when there is none or it is out of range.
 std::size_t ReadNumber(std::string_view text, double& value) noexcept;
 
-/// With six digits after the point.
-std::string FixedText(double value);
+/// With six digits after the point, or as many as given.
+std::string FixedText(double value, int digits = 6);
+
+/// Six digits of it, without zeros at the end: "0.5", "1e+20".
+std::string ShortText(double value);
 
 }  // namespace glyphmotion

@@ -5,10 +5,14 @@
 #include <png.h>
 
 #include <algorithm>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <locale>
 #include <map>
 #include <set>
 #include <sstream>
@@ -253,7 +257,6 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.path));
 }
 
-// The functions agree with each other at every depth, and with libpng about where the top left is.
 // What --list controls says of a number is what the dialog takes; the range of Delay depends on the host.
 TEST(Library, EveryNumberOfTheDialogIsTakenAtBothEndsAndRefusedOnePast) {
   const auto status = [](const std::string& panel, std::vector<Job::Setting> settings) {
@@ -280,6 +283,44 @@ TEST(Library, EveryNumberOfTheDialogIsTakenAtBothEndsAndRefusedOnePast) {
   }
 }
 
+// What an application makes of its own numbers: 1.234,5.
+struct Commas : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(Library, AnApplicationsLocaleAndTimeZoneChangeNoByte) {
+  const Folder folder;
+  const auto made = [&] {
+    Words words = SmallWords();
+    for (const char* word : {"--fill", "texture:fractal3,size=9,red=0/1/.5/1,power2=3.25", "--width", "1200",
+                             "--height", "40", "--font-file", kVariableFont, "--font-variation", "wght=650.5"})
+      words.emplace_back(word);
+    const std::string look = folder / "l.toml", document = folder / "d.gm4", settings = folder / "s.ini";
+    words.insert(words.end(), {"--save-look", look, "--save-document", document, "--settings", settings});
+    Words all = {ProgramBytes(folder, words, "a.gif")};
+    for (const std::string& file : {look, document, settings}) all.push_back(BytesOf(file));
+    all.push_back(ProgramBytes(folder, {"Ab", "--look", look, "--font-file", kVariableFont}, "b.gif"));
+    std::filesystem::remove(settings);
+    return all;
+  };
+  setenv("SOURCE_DATE_EPOCH", "1000000000", 1);  // settings say when they were saved
+  const Words before = made();
+  const std::locale own = std::locale::global(std::locale(std::locale(), new Commas));
+  std::setlocale(LC_ALL, "de_DE.UTF-8");  // where it is installed
+  setenv("TZ", "Asia/Kathmandu", 1);
+  tzset();
+  const Words after = made();
+  unsetenv("SOURCE_DATE_EPOCH");
+  unsetenv("TZ");
+  tzset();
+  std::setlocale(LC_ALL, "C");
+  std::locale::global(own);
+  for (std::size_t i = 0; i < before.size(); ++i) EXPECT_TRUE(after[i] == before[i]) << i << "\n" << after[1];
+}
+
+// The functions agree with each other at every depth, and with libpng about where the top left is.
 TEST(Library, ImageGivesRowsPaletteAndPixels) {
   const struct {
     std::vector<Job::Setting> settings;

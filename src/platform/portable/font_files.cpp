@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <tuple>
 
+#include "platform/number_text.h"
 #include "platform/portable/font_list.h"
 #include FT_MULTIPLE_MASTERS_H
 #include <hb.h>
@@ -39,12 +40,6 @@ void SplitSpec(const std::string& name, FontFile& file) {
   if (!numbered || std::filesystem::exists(name, ignored)) return;
   file.path = name.substr(0, hash);
   file.index = std::stoi(name.substr(hash + 1));
-}
-
-std::string ShortNumber(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", value);
-  return text;
 }
 
 // The first package of Debian that has the script, in the order in which they are looked up.
@@ -151,14 +146,13 @@ std::string AxesTrouble(const FontRequest& font) {
   if (axes.empty()) return "the font '" + font.family + "' is not variable; leave its axes out";
   std::string known;
   for (const FontAxis& axis : axes) {
-    known +=
-        (known.empty() ? "" : ", ") + axis.tag + ' ' + ShortNumber(axis.minimum) + " to " + ShortNumber(axis.maximum);
+    known += (known.empty() ? "" : ", ") + axis.tag + ' ' + ShortText(axis.minimum) + " to " + ShortText(axis.maximum);
   }
   for (const AxisValue& value : wanted) {
     const auto axis = std::find_if(axes.begin(), axes.end(), [&](const FontAxis& a) { return a.tag == value.tag; });
     if (axis == axes.end()) return "the font '" + font.family + "' has no axis '" + value.tag + "'; it has " + known;
     if (value.value < axis->minimum || value.value > axis->maximum)
-      return "the font '" + font.family + "' has no " + value.tag + " of " + ShortNumber(value.value) + "; it has " +
+      return "the font '" + font.family + "' has no " + value.tag + " of " + ShortText(value.value) + "; it has " +
              known;
   }
   return {};
