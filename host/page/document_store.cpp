@@ -124,10 +124,13 @@ void DocumentStore::Remember(const KeptDocument& document) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const std::vector<fs::path> paths = Newest(folder_ + "recent/");
   // First the new one: a process that is killed in between leaves a document twice, not none.
-  if (!AtomicWriteFile(folder_ + "recent/" + Stamp() + ".json",
-                       JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace)))
-    return;
+  const std::string added = folder_ + "recent/" + Stamp() + ".json";
+  if (!AtomicWriteFile(added, JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace))) return;
   std::error_code error;
+  // Also newest when the clock has been set back.
+  const auto newest = paths.empty() ? fs::file_time_type::min() : fs::last_write_time(paths.front(), error);
+  if (fs::last_write_time(added, error) <= newest)
+    fs::last_write_time(added, newest + std::chrono::microseconds(1), error);
   std::size_t left = 1;
   for (const fs::path& path : paths) {
     const auto other = Read(path);

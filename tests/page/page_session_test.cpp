@@ -6,8 +6,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -128,6 +130,27 @@ TEST(PictureOptions, TakeWhatTheProgramTakesAndKeepBackWhatItWouldRefuse) {
   EXPECT_EQ(options.Set("height", ""), "");
   EXPECT_EQ(options.Set("valign", "middle"), "");
   EXPECT_EQ(options.Lines(), ";;loop=2\n");
+}
+
+TEST(DocumentStore, TheLastDocumentIsTheNewestAlsoWhenTheClockWasSetBack) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  const auto remember = [&](const std::string& name) {
+    KeptDocument kept;
+    kept.name = name;
+    kept.document = name;
+    store.Remember(kept);
+  };
+  for (int i = 0; i < 12; ++i) remember("old" + std::to_string(i));
+  for (const auto& each : std::filesystem::directory_iterator(folder / "recent/"))
+    std::filesystem::last_write_time(each, each.last_write_time() + std::chrono::hours(1));
+  remember("b");
+  remember("c");
+  const Json recent = store.Recent();
+  ASSERT_EQ(recent.size(), 12u);
+  EXPECT_EQ(recent[0]["name"], "c");
+  EXPECT_EQ(recent[1]["name"], "b");
+  EXPECT_EQ(recent[2]["name"], "old11");
 }
 
 TEST(PageSession, TheCanvasIsUndoneKeptOverAKillAndInTheCommandButNotInTheDocument) {
