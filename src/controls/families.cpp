@@ -33,9 +33,7 @@ void SaveLine(Dialog& dialog, int id, const ControlFamily& family, std::string& 
   if (!family.save) return;
   std::string value;
   family.save(dialog, id, value);
-  for (char& c : value) {
-    if (c == '\r' || c == '\n' || c == '\0') c = ' ';
-  }
+  BlankLineEnds(value);
   document += family.stem + std::to_string(id) + "=" + value + "\n";
 }
 

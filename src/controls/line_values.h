@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Parsing the values in a document's lines.
+// The values in a document's lines.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
+#include <string>
 #include <string_view>
 
 namespace glyphmotion {
@@ -24,6 +26,13 @@ inline std::int32_t LeadingNumber(std::string_view text) noexcept {
     value = std::min(value * 10 + (text[i] - '0'), kMost + 1);
   }
   return static_cast<std::int32_t>(negative ? -value : std::min(value, kMost));
+}
+
+/// What would end a line becomes a blank.
+inline void BlankLineEnds(std::string& text) {
+  for (const char end : {'\r', '\n', '\0'}) {
+    for (std::size_t at = 0; (at = text.find(end, at)) != std::string::npos;) text[at] = ' ';
+  }
 }
 
 }  // namespace glyphmotion

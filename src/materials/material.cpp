@@ -2,6 +2,7 @@
 #include "materials/material.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "materials/fountain.h"
@@ -18,6 +19,12 @@ namespace {
 constexpr std::size_t kDiskBytes = 1270;
 constexpr char kSignature[] = "TESSCMAT";
 constexpr std::size_t kSignatureBytes = 8;
+
+constexpr auto kHexValues = [] {
+  std::array<std::int8_t, 256> values{};
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<std::int8_t>(HexDigit(static_cast<char>(i)));
+  return values;
+}();
 
 // Identifies a control's own record, in memory and on disk.
 void SetHead(std::uint8_t* record) {
@@ -85,14 +92,14 @@ void DefaultMaterial(Material& material, Colour colour) noexcept {
 
 Colour AverageBitmapColour(const PackedDib& bitmap) noexcept {
   const DibView view(bitmap);
-  if (!view) return 0;
+  if (!view || view.Bits() != 24) return 0;
   std::uint64_t red = 0, green = 0, blue = 0;
   for (int y = 0; y < view.Height(); ++y) {
-    for (int x = 0; x < view.Width(); ++x) {
-      const Colour colour = view.GetPixel(x, y);
-      red += colour & 0xFF;
-      green += (colour >> 8) & 0xFF;
-      blue += (colour >> 16) & 0xFF;
+    const std::uint8_t* pixel = view.Row(y);
+    for (int x = 0; x < view.Width(); ++x, pixel += 3) {
+      blue += pixel[0];
+      green += pixel[1];
+      red += pixel[2];
     }
   }
   const auto count = static_cast<std::uint64_t>(view.Width()) * static_cast<std::uint64_t>(view.Height());
@@ -120,9 +127,12 @@ PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept {
 
 std::string HexEncode(const void* bytes, std::size_t count) {
   const auto* from = static_cast<const std::uint8_t*>(bytes);
-  std::string text;
-  text.reserve(2 * count);
-  for (std::size_t i = 0; i < count; ++i) AppendHex(text, from[i]);
+  std::string text(2 * count, '\0');
+  char* digits = text.data();
+  for (std::size_t i = 0; i < count; ++i) {
+    *digits++ = kHexDigits[from[i] >> 4];
+    *digits++ = kHexDigits[from[i] & 15];
+  }
   return text;
 }
 
@@ -130,13 +140,16 @@ MovableBlock HexDecode(const std::string& text, std::size_t count) {
   MovableBlock block(AllocateBlock(count + 1));
   auto* bytes = static_cast<std::uint8_t*>(LockBlock(block.Handle()));
   if (!bytes) throw std::bad_alloc();
+  const std::size_t pairs = std::min(count, text.size() / 2);
+  const auto* pair = reinterpret_cast<const std::uint8_t*>(text.data());
   bool valid = true;
-  for (std::size_t i = 0; i < count && valid; ++i) {
-    // The text ends at its first NUL, in either half of a pair.
-    if (2 * i + 1 >= text.size() || !text[2 * i] || !text[2 * i + 1]) break;
-    const int high = HexDigit(text[2 * i]), low = HexDigit(text[2 * i + 1]);
-    valid = high >= 0 && low >= 0;
-    if (valid) bytes[i] = static_cast<std::uint8_t>(high << 4 | low);
+  for (std::size_t i = 0; i < pairs; ++i, pair += 2) {
+    const int value = kHexValues[pair[0]] * 16 | kHexValues[pair[1]];
+    if (value < 0) {  // the text ends at its first NUL, in either half of a pair
+      valid = !pair[0] || !pair[1];
+      break;
+    }
+    bytes[i] = static_cast<std::uint8_t>(value);
   }
   UnlockBlock(block.Handle());
   return valid ? std::move(block) : MovableBlock{};

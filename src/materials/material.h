@@ -122,7 +122,7 @@ void DefaultMaterial(Material& material, Colour colour) noexcept;
 /// requested size into the record, which therefore stays locked during the call. An unknown kind gives black.
 PackedDib MaterialToBitmap(Material& material, int width, int height) noexcept;
 
-/// The mean of each channel over all pixels, in integers.
+/// The mean of each channel over all pixels of a 24-bit bitmap, in integers; black for any other.
 Colour AverageBitmapColour(const PackedDib& bitmap) noexcept;
 
 /// Two capital hexadecimal digits a byte.

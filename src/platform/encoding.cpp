@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace glyphmotion {
 namespace {
@@ -50,6 +51,12 @@ void AppendCodePoint(std::string& text, unsigned point) {
 
 bool IsUtf8(std::string_view bytes) noexcept {
   for (std::size_t i = 0; i < bytes.size();) {
+    std::uint64_t eight = 0x80;  // most text is ASCII
+    if (bytes.size() - i >= sizeof eight) std::memcpy(&eight, bytes.data() + i, sizeof eight);
+    if (!(eight & 0x8080808080808080)) {
+      i += sizeof eight;
+      continue;
+    }
     const std::size_t length = CharacterLength(bytes, i);
     if (length == 0) return false;
     i += length;

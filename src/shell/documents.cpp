@@ -40,9 +40,7 @@ std::string LineOfControl(Dialog& dialog, int id) {
   SendToControl(dialog, id, {kMessageSaveControl, 0, PointerArgument(&line)});
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
   if (!IsUtf8(line)) line = TextFromBytes(line);
-  for (char& character : line) {
-    if (character == '\n' || character == '\r' || character == '\0') character = ' ';
-  }
+  BlankLineEnds(line);
   return line;
 }
 
