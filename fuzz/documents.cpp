@@ -3,16 +3,20 @@
 #include <glyphmotion/host_contract.h>
 
 #include <condition_variable>
+#include <cstdlib>
 #include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
 
+#include "controls/families.h"
+#include "controls/line_values.h"
 #include "controls/variables.h"
 #include "fuzz/readers.h"
 #include "host/render/image_loader.h"
 #include "platform/dialog_driver.h"
 #include "platform/encoding.h"
+#include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/run_state.h"
 #include "shell/documents.h"
@@ -60,17 +64,33 @@ class OpenDialog {
   const std::function<void(Dialog&)>* work_ = nullptr;
 };
 
+std::string LineOf(Dialog& dialog, int id) {
+  std::string line;
+  SendToControl(dialog, id, {kMessageSaveControl, 0, PointerArgument(&line)});
+  return line.substr(0, line.find('\n'));
+}
+
 }  // namespace
 
 // Opening a dialog takes longer than reading a document: each input finds the dialog as the one before it left it.
 void ReadDocuments(std::string_view input) {
   static OpenDialog& dialog = *new OpenDialog;  // as long as the process
   dialog.Do([&](Dialog& main) {
-    const std::string text = TextFromBytes(std::string(input));
-    SummariseDocumentText(text);
+    const std::string text = TextFromBytes(input);
+    const DocumentSummary summary = SummariseDocumentText(text);
     if (!TakeDocumentText(main, text)) return;
-    // What a dialog has taken it writes, and takes again.
-    Require(TakeDocumentText(main, DocumentText(main)));
+    // What a dialog has taken it writes and takes again: some controls, and for one input in sixteen all of them.
+    int some = 4;
+    for (const std::string& control : summary.controls) {
+      const int id = std::atoi(control.c_str() + kStemLength);
+      if (!HasControl(main, id) || some-- <= 0) continue;
+      const std::string line = LineOf(main, id);
+      SendToControl(main, id, {kMessageLoadControl, 0, PointerArgument(&line)});
+      Require(LineOf(main, id) == line);
+    }
+    if (std::hash<std::string_view>{}(input) % 16) return;
+    const std::string written = DocumentText(main);
+    Require(TakeDocumentText(main, written) && DocumentText(main) == written);
   });
 }
 
@@ -85,6 +105,11 @@ void ReadSettings(std::string_view input) {
   folders.settingsFile = FileOf(input);
   SetFolderOverrides(folders);
   LoadSettings();
+  SaveSettings();
+  const auto written = ReadWholeFile(*folders.settingsFile);
+  LoadSettings();
+  SaveSettings();
+  Require(ReadWholeFile(*folders.settingsFile) == written);
   ResetVariables();
   SummariseSettings(std::string(input));
 }

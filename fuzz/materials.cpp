@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
-// Texts and files of materials. What is read is also drawn, as small as it can be.
+// Texts and files of materials. What is read is also drawn, as small as it can be, and written: what was written reads
+// as the same.
 #include "materials/material.h"
+
+#include <filesystem>
+#include <functional>
 
 #include "fuzz/readers.h"
 #include "materials/fountain.h"
 #include "materials/material_text.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
+#include "platform/files.h"
 
 namespace glyphmotion::fuzz {
 namespace {
@@ -19,11 +24,22 @@ void MakeSmall(TextureSpec& texture) {
   texture.Right = texture.Bottom = 12;
 }
 
+/// The bytes that `write` writes to the path that it gets; empty when it refuses.
+std::string Written(const std::function<bool(const std::string&)>& write) {
+  const std::string& path = FileOf({}, ".written");
+  std::filesystem::remove(path);
+  return write(path) ? ReadWholeFile(path).value_or("") : std::string();
+}
+
 }  // namespace
 
 void ReadFountains(std::string_view input) {
   std::vector<FountainSpec> fountains;
   ReadFountainLibrary(FileOf(input), fountains);
+  const std::string written = Written([&](auto& path) { return WriteFountainLibrary(path, fountains, 0); });
+  std::vector<FountainSpec> again;
+  ReadFountainLibrary(FileOf(written), again);
+  Require(Written([&](auto& path) { return WriteFountainLibrary(path, again, 0); }) == written);
   for (FountainSpec& fountain : fountains) {
     FountainToBitmap(fountain, 60, 2);
     FreePosition(fountain, 40);
@@ -33,6 +49,10 @@ void ReadFountains(std::string_view input) {
 
 void ReadMaterialFiles(std::string_view input) {
   const MovableBlock block = LoadMaterial(FileOf(input), 0x123456, true);
+  const std::string written = Written([&](auto& path) { return SaveMaterial(block.Handle(), path); });
+  const BlockHandle again = LoadMaterial(FileOf(written), 0, true).Release();
+  Require(Written([&](auto& path) { return SaveMaterial(again, path); }) == written);
+  FreeMaterial(again);
   const LockedBlock<Material> material(block.Handle());
   if (!material) return;
   MakeSmall(material->Texture);
@@ -54,6 +74,10 @@ void ReadTextures(std::string_view input) {
   TextureLibrary library;
   ReadTextureLibrary(FileOf(input), library);
   if (library.textures.empty()) return;
+  const std::string written = Written([&](auto& path) { return WriteTextureLibrary(path, library, {}); });
+  TextureLibrary again;
+  ReadTextureLibrary(FileOf(written), again);
+  Require(Written([&](auto& path) { return WriteTextureLibrary(path, again, {}); }) == written);
   TextureSpec& texture = library.textures.front().parameters;
   MakeSmall(texture);
   GenerateTexture(texture, WholeOf(texture));
@@ -63,6 +87,10 @@ void ReadTiles(std::string_view input) {
   TileLibrary library;
   const std::string& path = FileOf(input);
   ReadTileLibrary(path, library);
+  const std::string written = Written([&](auto& to) { return WriteTileLibrary(to, library, {}); });
+  TileLibrary again;
+  ReadTileLibrary(FileOf(written, ".mtx"), again);
+  Require(Written([&](auto& to) { return WriteTileLibrary(to, again, {}); }) == written);
   for (const PackedDib& tile : library.tiles) TileTo24Bit(tile);
   for (std::uint32_t i = 0; i < 3; ++i) {
     TileSpec tile{};

@@ -35,8 +35,8 @@ std::vector<std::string> LinesOf(std::string_view text) {
   return lines;
 }
 
-void Parse(const std::vector<std::string>& words) {
-  const ParsedArguments parsed = ParseArguments(words, Names());
+void Parse(const std::vector<std::string>& words, const Catalogue& names = Names()) {
+  const ParsedArguments parsed = ParseArguments(words, names);
   Require(parsed.arguments ? parsed.error.empty() : parsed.exitCode == 0 || !parsed.error.empty());
 }
 
@@ -69,6 +69,12 @@ void ReadBatchLines(std::string_view input) {
 
 // A look that was read and written reads as the same.
 void ReadLooks(std::string_view input) {
+  static const Catalogue names = [] {
+    Catalogue files = Names();
+    files.readLook = ReadLook;
+    return files;
+  }();
+  Parse({"Hi", "-o", "a.gif", "--look", FileOf(input, ".toml")}, names);
   try {
     const Look look = ReadLook(FileOf(input, ".toml"));
     const Look again = ReadLook(FileOf(LookText(look.entries), ".toml"));
