@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -30,6 +31,8 @@ int OpenNameless() noexcept {
 }  // namespace
 
 void* AllocatePaged(std::size_t bytes) noexcept {
+  rlimit most{};  // beyond it the system would end the process
+  if (getrlimit(RLIMIT_FSIZE, &most) != 0 || most.rlim_cur < bytes) return nullptr;
   const int file = OpenNameless();
   if (file < 0) return nullptr;
   // Without room of its own a page of a full disk would end the process when it is touched.
