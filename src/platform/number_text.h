@@ -15,4 +15,7 @@ std::size_t ReadNumber(std::string_view text, double& value) noexcept;
 /// With six digits after the point.
 std::string FixedText(double value);
 
+/// The shortest text that reads back as the same value, as std::to_chars writes it.
+std::string ShortestText(float value);
+
 }  // namespace glyphmotion
