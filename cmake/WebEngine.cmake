@@ -4,7 +4,7 @@ set(fast_sources ${engine_sources})
 list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text|effects)/|encoders/(lzw|gif_frame|gif_writer)\\.cpp")
 set(small_sources ${engine_sources})
 list(REMOVE_ITEM small_sources ${fast_sources})
-set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -Os)
+set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
 set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
 set(module_flags -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB -fexceptions)
 # Only words that people write are refused by an exception. Everywhere else one means that memory has run out, which ends
