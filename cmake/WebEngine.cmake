@@ -48,6 +48,32 @@ target_compile_options(program PRIVATE -fexceptions)
 target_link_libraries(program PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json tomlplusplus::tomlplusplus)
 target_link_options(program PRIVATE -sEXPORTED_FUNCTIONS=_malloc,_free,_GlyphmotionRun)
 
+# The page's dialog and the work beside it. A file of host/web replaces the one of its name in host/page; what a page does
+# not need stays out. The dialog waits in the middle of its calls, so its stack can be put aside.
+file(GLOB page_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} host/page/*.cpp)
+list(FILTER page_sources EXCLUDE REGEX
+  "/(event_queue|work_beside|live_build|zip_folder|page_server|guarded_stream|session_hall)\\.cpp$")
+set(page_exports _malloc _free)
+foreach(call Page Post Upload Work)
+  list(APPEND page_exports _Glyphmotion${call})
+endforeach()
+list(JOIN page_exports "," page_exports)
+set_source_files_properties(host/web/page_words.cpp PROPERTIES COMPILE_OPTIONS -fexceptions)
+add_module(page host/web/page.cpp host/web/page_words.cpp host/web/orders.cpp host/web/event_queue.cpp
+  host/web/work_beside.cpp host/web/zip_folder.cpp ${page_sources})
+target_link_libraries(page PRIVATE nlohmann_json::nlohmann_json web::minizip)
+set(shipped ${CMAKE_CURRENT_SOURCE_DIR}/share/glyphmotion)
+target_link_options(page PRIVATE -sENVIRONMENT=worker -sEXPORTED_RUNTIME_METHODS=FS,ccall
+  -sEXPORTED_FUNCTIONS=${page_exports} -sASYNCIFY=1 -sASYNCIFY_STACK_SIZE=65536
+  -sASYNCIFY_REMOVE=@never_waits_option
+  "SHELL:--preload-file ${shipped}@/share/glyphmotion --exclude-file *.HTML")
+file(GLOB_RECURSE page_files CONFIGURE_DEPENDS ${shipped}/*)
+set_property(TARGET page APPEND PROPERTY LINK_DEPENDS ${page_files} ${CMAKE_CURRENT_SOURCE_DIR}/cmake/never_waits.mjs)
+find_program(GLYPHMOTION_NODE NAMES node nodejs REQUIRED)
+find_program(GLYPHMOTION_NM NAMES llvm-nm llvm-nm-14 REQUIRED CMAKE_FIND_ROOT_PATH_BOTH)
+add_custom_command(TARGET page PRE_LINK COMMAND ${GLYPHMOTION_NODE} ${CMAKE_CURRENT_SOURCE_DIR}/cmake/never_waits.mjs
+  ${GLYPHMOTION_NM} never_waits)
+
 # The list of checksums, compared where the engine runs: every row has to be that of the native program.
 if(GLYPHMOTION_TESTS)
   set(googletest /usr/src/googletest/googletest)

@@ -24,13 +24,18 @@ endfunction()
 
 find_sources(zlib zlib)
 file(GLOB sources ${zlib}/*.c)
-add_web_library(web_zlib ALIAS ZLIB::ZLIB INCLUDE ${zlib} SOURCES ${sources} DEFINITIONS HAVE_UNISTD_H)
+add_web_library(web_zlib ALIAS ZLIB::ZLIB INCLUDE ${zlib} SOURCES ${sources} DEFINITIONS HAVE_UNISTD_H OPTIONS -O2)
+
+# Archives, which come with zlib's source.
+add_web_library(web_minizip ALIAS web::minizip INCLUDE ${zlib}/contrib/minizip
+  SOURCES ${zlib}/contrib/minizip/zip.c ${zlib}/contrib/minizip/ioapi.c DEFINITIONS USE_FILE32API NOCRYPT OPTIONS -Oz)
+target_link_libraries(web_minizip PUBLIC web_zlib)
 
 find_sources(png libpng1.6)
 configure_file(${png}/scripts/pnglibconf.h.prebuilt ${made}/png/pnglibconf.h COPYONLY)
 file(GLOB sources ${png}/png*.c)
 list(FILTER sources EXCLUDE REGEX "pngtest\\.c$")
-add_web_library(web_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources})
+add_web_library(web_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources} OPTIONS -Os)
 target_link_libraries(web_png PUBLIC web_zlib)
 
 find_sources(webp libwebp)
@@ -45,30 +50,38 @@ target_include_directories(web_webp PRIVATE ${webp})
 find_sources(freetype freetype)
 set(sources "")
 foreach(file base/ftbase base/ftbbox base/ftbitmap base/ftdebug base/ftglyph base/ftinit base/ftmm base/ftstroke base/ftsynth
-    base/ftsystem cff/cff gzip/ftgzip psaux/psaux pshinter/pshinter psnames/psnames raster/raster sfnt/sfnt smooth/smooth
+    base/ftsystem cff/cff gzip/ftgzip psaux/psaux psnames/psnames raster/raster sfnt/sfnt smooth/smooth
     truetype/truetype)
   list(APPEND sources ${freetype}/src/${file}.c)
 endforeach()
-set_source_files_properties(${freetype}/src/smooth/smooth.c PROPERTIES COMPILE_DEFINITIONS __aarch64__)
+set_source_files_properties(${freetype}/src/smooth/smooth.c PROPERTIES COMPILE_DEFINITIONS __aarch64__ COMPILE_OPTIONS -O2)
+# Glyphs are never hinted, and only of the formats below.
+file(WRITE ${made}/freetype/ftoptions.h "#include <freetype/config/ftoption.h>\n")
+foreach(option TT_CONFIG_OPTION_BYTECODE_INTERPRETER TT_USE_BYTECODE_INTERPRETER TT_CONFIG_OPTION_SUBPIXEL_HINTING
+    TT_SUPPORT_SUBPIXEL_HINTING_INFINALITY TT_SUPPORT_SUBPIXEL_HINTING_MINIMAL TT_CONFIG_OPTION_BDF FT_CONFIG_OPTION_MAC_FONTS
+    FT_CONFIG_OPTION_USE_LZW FT_CONFIG_OPTION_INCREMENTAL)
+  file(APPEND ${made}/freetype/ftoptions.h "#undef ${option}\n")
+endforeach()
 file(WRITE ${made}/freetype/ftmodules.h "\
 FT_USE_MODULE( FT_Driver_ClassRec, tt_driver_class )
 FT_USE_MODULE( FT_Driver_ClassRec, cff_driver_class )
 FT_USE_MODULE( FT_Module_Class, psaux_module_class )
 FT_USE_MODULE( FT_Module_Class, psnames_module_class )
-FT_USE_MODULE( FT_Module_Class, pshinter_module_class )
 FT_USE_MODULE( FT_Module_Class, sfnt_module_class )
 FT_USE_MODULE( FT_Renderer_Class, ft_smooth_renderer_class )
 FT_USE_MODULE( FT_Renderer_Class, ft_raster1_renderer_class )
 ")
 add_web_library(web_freetype ALIAS Freetype::Freetype INCLUDE ${made}/freetype ${freetype}/include SOURCES ${sources}
-  DEFINITIONS FT2_BUILD_LIBRARY FT_CONFIG_OPTION_SYSTEM_ZLIB FT_CONFIG_OPTION_USE_PNG "FT_CONFIG_MODULES_H=<ftmodules.h>")
+  DEFINITIONS FT2_BUILD_LIBRARY FT_CONFIG_OPTION_SYSTEM_ZLIB FT_CONFIG_OPTION_USE_PNG "FT_CONFIG_MODULES_H=<ftmodules.h>"
+    "FT_CONFIG_OPTIONS_H=<ftoptions.h>"
+  OPTIONS -Os)
 target_link_libraries(web_freetype PUBLIC web_png)
 
 find_sources(harfbuzz harfbuzz)
 add_web_library(web_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src SOURCES ${harfbuzz}/src/harfbuzz.cc
   DEFINITIONS HB_DISABLE_DEPRECATED HB_NDEBUG HB_NO_BUFFER_MESSAGE HB_NO_BUFFER_SERIALIZE HB_NO_BUFFER_VERIFY HB_NO_COLOR
     HB_NO_DRAW HB_NO_GETENV HB_NO_LAYOUT_COLLECT_GLYPHS HB_NO_LAYOUT_UNUSED HB_NO_MATH HB_NO_META HB_NO_METRICS HB_NO_MMAP
-    HB_NO_NAME HB_NO_SETLOCALE HB_NO_STYLE HB_NO_VERTICAL HB_NO_LANGUAGE_LONG HB_OPTIMIZE_SIZE
+    HB_NO_NAME HB_NO_OT_FONT_GLYPH_NAMES HB_NO_FACE_COLLECT_UNICODES HB_NO_ATEXIT HB_NO_ERRNO HB_NO_SETLOCALE HB_NO_STYLE HB_NO_VERTICAL HB_NO_LANGUAGE_LONG HB_OPTIMIZE_SIZE
   OPTIONS -Oz -fno-exceptions -fno-rtti -fno-threadsafe-statics)
 
 find_sources(fribidi fribidi)
@@ -81,7 +94,7 @@ set(FRIBIDI_MINOR_VERSION 0)
 set(FRIBIDI_MICRO_VERSION 8)
 set(FRIBIDI_INTERFACE_VERSION 4)
 configure_file(${fribidi}/lib/fribidi-config.h.in ${made}/fribidi/fribidi-config.h @ONLY)
-add_web_library(web_fribidi ALIAS PkgConfig::FRIBIDI INCLUDE ${made}/fribidi ${fribidi}/lib SOURCES ${sources}
+add_web_library(web_fribidi ALIAS PkgConfig::FRIBIDI INCLUDE ${made}/fribidi ${fribidi}/lib SOURCES ${sources} OPTIONS -Oz
   DEFINITIONS HAVE_STRINGIZE HAVE_STRING_H HAVE_STDLIB_H DONT_HAVE_FRIBIDI_CONFIG_H=0)
 
 file(MAKE_DIRECTORY ${made}/headers)
@@ -94,3 +107,4 @@ foreach(name CLI11 nlohmann_json tomlplusplus)
   target_include_directories(web_${name} SYSTEM INTERFACE ${made}/headers)
   add_library(${name}::${name} ALIAS web_${name})
 endforeach()
+set(TOMLPLUSPLUS_INCLUDE_DIRS ${made}/headers)

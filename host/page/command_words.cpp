@@ -12,6 +12,7 @@
 #include "materials/material.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
+#include "platform/number_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
 #include "text/compositing.h"
@@ -71,12 +72,6 @@ std::string GradientWord(const Material& material, const Material& plain) {
   return word + GradientTail(gradient, plain.Gradient);
 }
 
-std::string FloatWord(float value) {
-  char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  return std::string(digits, end);
-}
-
 std::string TextureWord(const TextureSpec& texture, const TextureSpec& plain) {
   static constexpr const char* types[] = {"fractal2", "fractal3", "fractal4", "fractal5", "craters", "perturbation"};
   static constexpr const char* shapes[] = {"ellipse", "fuzzy", "luminous", "sphere"};
@@ -89,23 +84,23 @@ std::string TextureWord(const TextureSpec& texture, const TextureSpec& plain) {
     const std::string number = std::to_string(i + 1);
     add("seed" + number, texture.SeedValue[i], plain.SeedValue[i], whole);
     add("fore" + number, texture.ForeColour[i], plain.ForeColour[i], HexColour);
-    add("power" + number, texture.Power[i], plain.Power[i], FloatWord);
-    add("density" + number, texture.Dimension[i], plain.Dimension[i], FloatWord);
+    add("power" + number, texture.Power[i], plain.Power[i], ShortestText);
+    add("density" + number, texture.Dimension[i], plain.Dimension[i], ShortestText);
   }
   add("size", texture.MatrixSize, plain.MatrixSize, whole);
   add("back", texture.BackColour, plain.BackColour, HexColour);
   add("craters", texture.CreaterCount, plain.CreaterCount, whole);
-  add("depth", texture.CreaterDepth, plain.CreaterDepth, FloatWord);
+  add("depth", texture.CreaterDepth, plain.CreaterDepth, ShortestText);
   add("bubbles", texture.BubbleCount, plain.BubbleCount, whole);
   add("bubblesize", texture.BubbleSize, plain.BubbleSize, whole);
-  add("bubblepower", texture.BubblePower, plain.BubblePower, FloatWord);
+  add("bubblepower", texture.BubblePower, plain.BubblePower, ShortestText);
   add("shape", texture.BubbleShape, plain.BubbleShape,
       [](std::uint32_t i) { return std::string(shapes[std::min(i, 3u)]); });
-  add("noise", texture.PerturbationPower, plain.PerturbationPower, FloatWord);
+  add("noise", texture.PerturbationPower, plain.PerturbationPower, ShortestText);
   const auto curve = [&](const char* key, const float(&values)[4], const float(&usual)[4]) {
     if (std::equal(values, values + 4, usual)) return;
     word += std::string(",") + key + "=";
-    for (int i = 0; i < 4; ++i) word += (i ? "/" : "") + FloatWord(values[i]);
+    for (int i = 0; i < 4; ++i) word += (i ? "/" : "") + ShortestText(values[i]);
   };
   curve("red", texture.ColorRed, plain.ColorRed);
   curve("green", texture.ColorGreen, plain.ColorGreen);

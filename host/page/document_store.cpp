@@ -59,9 +59,10 @@ std::string Stamp() {
 
 }  // namespace
 
-DocumentStore::DocumentStore(std::string folder) : folder_(std::move(folder)) {
+DocumentStore::DocumentStore(std::string folder, std::string owner)
+    : folder_(std::move(folder)), own_(std::move(owner)) {
   for (const char* sub : {"recent/", "unsaved/"}) EnsureFolder(folder_ + sub);
-  own_ = std::to_string(::getpid()) + "x" + Stamp();
+  if (own_.empty()) own_ = std::to_string(::getpid()) + "x" + Stamp();
   lock_ = ::open((folder_ + "unsaved/" + own_ + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   if (lock_ >= 0) ::flock(lock_, LOCK_EX | LOCK_NB);
 }

@@ -23,7 +23,8 @@ struct KeptDocument {
 /// Any thread may call it. A folder that cannot be written keeps nothing, and nobody is bothered.
 class DocumentStore {
  public:
-  explicit DocumentStore(std::string folder);
+  /// `owner` begins the names of its unsaved documents, one word; empty: a word of this process's own.
+  explicit DocumentStore(std::string folder, std::string owner = {});
   DocumentStore(const DocumentStore&) = delete;
   DocumentStore& operator=(const DocumentStore&) = delete;
   ~DocumentStore();
@@ -55,8 +56,8 @@ class DocumentStore {
   bool IsOfTheDead(const std::string& fileName) const;
 
   const std::string folder_;
-  std::string own_;  ///< begins the names of this process's unsaved documents
-  int lock_ = -1;    ///< held for as long as the process lives
+  std::string own_;
+  int lock_ = -1;  ///< held for as long as the process lives
   std::set<std::string> active_;
   mutable std::mutex mutex_;
 };

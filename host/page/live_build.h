@@ -5,38 +5,31 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "host/page/page_message.h"
-#include "host/page/page_services.h"
+#include "host/page/page_work.h"
 #include "host/page/wish_thread.h"
 
 namespace glyphmotion {
 
 class LiveBuild {
  public:
-  /// `folder`: a private folder for the document and the picture under way.
-  LiveBuild(const PageServices& services, SendMessage send, std::string folder);
-  struct Wanted {
-    int revision;
-    std::string document;
-    std::vector<std::string> words;  ///< more options of the command line
-  };
+  /// The place must outlive this.
+  explicit LiveBuild(const WorkPlace& place);
+
   /// Builds this document after a pause, unless another one comes. Returns at once.
-  void Request(Wanted wanted, bool hasText);
+  void Request(BuildOrder order);
+  void Cancel() { thread_.Set({}); }
   /// The finished GIF of a revision, if it is the last one built.
   std::optional<std::string> GifOf(int revision);
 
  private:
-  void Build(const Wanted& wanted);
+  void Build(const BuildOrder& order);
 
-  const PageServices& services_;
-  const SendMessage send_;
-  const std::string folder_;
+  const WorkPlace& place_;
   std::mutex mutex_;  ///< of what is finished
   int finishedRevision_ = -1;
   std::string finished_;
-  WishThread<Wanted> thread_;  // the last member: it uses the others
+  WishThread<BuildOrder> thread_;  // the last member: it uses the others
 };
 
 }  // namespace glyphmotion

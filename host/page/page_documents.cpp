@@ -49,6 +49,7 @@ void PageSession::BeginDocument(Dialog& dialog) {
 }
 
 void PageSession::Snapshot() {
+  greeted_ = true;
   Json effects = Json::array();
   for (int i = 0; i < kEffectCount; ++i) effects.push_back(EffectRow(i).name);
   Send({{"type", "hello"},
@@ -121,7 +122,9 @@ void PageSession::SendDocument(Dialog& dialog) {
 void PageSession::SendLists() { Send({{"type", "lists"}, {"recent", store_.Recent()}, {"rescued", store_.Rescued()}}); }
 
 void PageSession::RequestBuild() {
-  build_->Request({revision_, document_, OptionWords(PictureOptions::Use::Stage)}, !text_.empty());
+  if (!greeted_) return;
+  if (text_.empty()) return beside_->CancelBuild();
+  beside_->Build({revision_, document_, OptionWords(PictureOptions::Use::Stage)});
 }
 
 // The dialog's own sample follows the options, too: they are members of this run.
@@ -230,6 +233,14 @@ void PageSession::OpenKept(Dialog& dialog, const std::string& key) {
 }
 
 KeptDocument PageSession::Kept() const { return {name_, path_, document_, text_, effect_, options_.Lines()}; }
+
+void PageSession::Export(const Json& event) {
+  const std::string format = TextIn(event, "format");
+  std::vector<std::string> words = OptionWords(PictureOptions::Use::File, ExtensionOf(format));
+  if (transparent_ && HasAlpha(format)) words.push_back("--alpha");
+  const auto built = options_.ChangeFile() ? std::nullopt : std::optional(revision_);
+  beside_->Export({++exported_, TextIn(event, "tag"), format, name_, document_, std::move(words)}, built);
+}
 
 void PageSession::KeepUnsaved() {
   if (IsSaved()) return store_.DropUnsaved(start_.key);

@@ -271,7 +271,7 @@ void PageSession::WishPictures(const Json& event) {
       wishes.push_back({current, key, blank_, TextIn(event, "text"), width, height, {"--look", look}, look});
     }
   }
-  pictures_->Wish(std::move(wishes));
+  beside_->MakePictures(std::move(wishes));
 }
 
 bool PageSession::HandleDocument(Dialog& dialog, const std::string& op, const Json& event) {

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Files that a person asks for: made by the command line from the document, beside the dialog.
-#include <zip.h>
-
+// Files that a person asks for: made by the command line from the document.
 #include <algorithm>
 #include <filesystem>
 
 #include "host/encoders/encoders.h"
-#include "host/page/event_fields.h"
-#include "host/page/page_session.h"
+#include "host/page/page_work.h"
+#include "host/page/scratch.h"
+#include "host/page/zip_folder.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
@@ -30,29 +29,25 @@ std::string StemOf(const std::string& name) {
   return stem.empty() ? "glyphmotion" : stem;
 }
 
-// The pictures of a folder, stored: they are compressed already.
-std::string ZipFolder(const std::string& folder, const std::string& path) {
-  int error = 0;
-  zip_t* archive = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-  if (!archive) return "the archive cannot be written; is the disk full?";
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::directory_iterator(folder)) files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-  bool added = true;
-  for (const fs::path& file : files) {
-    zip_source_t* source = zip_source_file(archive, file.c_str(), 0, -1);
-    const auto index = source ? zip_file_add(archive, file.filename().c_str(), source, ZIP_FL_ENC_UTF_8) : -1;
-    added = added && index >= 0 &&
-            zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0) == 0;
-  }
-  if (added && zip_close(archive) == 0) return {};
-  zip_discard(archive);
-  return "the archive cannot be written; is the disk full?";
+const ExportFormat* FormatOf(std::string_view name) {
+  const auto* found =
+      std::find_if(std::begin(kFormats), std::end(kFormats), [&](const ExportFormat& row) { return row.name == name; });
+  return found == std::end(kFormats) ? nullptr : found;
 }
 
 }  // namespace
 
-Json PageSession::ExportFormats() {
+std::string_view ExtensionOf(std::string_view format) {
+  const ExportFormat* row = FormatOf(format);
+  return row ? row->extension : "";
+}
+
+bool HasAlpha(std::string_view format) {
+  const ExportFormat* row = FormatOf(format);
+  return row ? row->hasAlpha : format == "frames";
+}
+
+Json ExportFormats() {
   Json formats = Json::array();
   for (const ExportFormat& row : kFormats) {
     const EncoderFormat* format = FindFormat(row.extension);
@@ -61,42 +56,39 @@ Json PageSession::ExportFormats() {
   return formats;
 }
 
-void PageSession::Export(const Json& event) {
-  const std::string tag = TextIn(event, "tag"), wanted = TextIn(event, "format");
-  const auto fail = [this, tag](const std::string& sentence) {
-    Send({{"type", "file"}, {"for", tag}, {"error", sentence}});
+void SendGif(const SendMessage& send, const ExportOrder& order, const std::string& gif) {
+  send({{{"type", "file"}, {"for", order.tag}, {"name", StemOf(order.name) + ".gif"}, {"mime", "image/gif"}},
+        {gif.begin(), gif.end()}});
+}
+
+void MakeExport(const WorkPlace& place, const ExportOrder& order) {
+  const auto fail = [&](const std::string& sentence) {
+    place.send({{{"type", "file"}, {"for", order.tag}, {"error", sentence}}, {}});
   };
-  const auto give = [this, tag](const std::string& name, const char* mime, const std::string& bytes) {
-    send_({{{"type", "file"}, {"for", tag}, {"name", name}, {"mime", mime}}, {bytes.begin(), bytes.end()}});
-  };
-  const std::string stem = StemOf(name_);
-  if (wanted == "gif" && !options_.ChangeFile()) {
-    if (const auto gif = build_->GifOf(revision_)) return give(stem + ".gif", "image/gif", *gif);
-  }
-  const bool frames = wanted == "frames";
-  const auto* format = std::find_if(std::begin(kFormats), std::end(kFormats),
-                                    [&](const ExportFormat& row) { return row.name == wanted; });
-  if (!frames && format == std::end(kFormats)) return fail("there is no format '" + wanted + "'");
-  const std::string base = scratch_.Path() + "/export" + std::to_string(++exported_);
-  if (!WriteScratchFile(base + ".gm4", document_)) return fail("there is no room for the picture; is the disk full?");
+  const bool frames = order.format == "frames";
+  const ExportFormat* format = FormatOf(order.format);
+  if (!frames && !format) return fail("there is no format '" + order.format + "'");
+  const std::string base = place.folder + "/export" + std::to_string(order.number);
+  if (!WriteScratchFile(base + ".gm4", order.document))
+    return fail("there is no room for the picture; is the disk full?");
   std::vector<std::string> words = {"--document", base + ".gm4", "-q", "-o", base + (frames ? "" : format->extension)};
   if (frames) words.insert(words.end(), {"--frames-as", "png"});
-  const auto options = OptionWords(PictureOptions::Use::File, frames ? "" : format->extension);
-  words.insert(words.end(), options.begin(), options.end());
-  if ((frames || format->hasAlpha) && transparent_) words.push_back("--alpha");
-  exports_.emplace_back([=, this] {
-    std::string trouble = services_.run(words);
-    if (trouble.empty() && frames) trouble = ZipFolder(base, base + ".zip");
-    const std::string path = base + (frames ? ".zip" : format->extension);
-    const auto bytes = trouble.empty() ? ReadWholeFile(path, std::size_t{1} << 30) : std::nullopt;
-    if (bytes) {
-      give(stem + (frames ? "-frames.zip" : format->extension), frames ? "application/zip" : format->mime, *bytes);
-    } else {
-      fail(trouble.empty() ? "the picture could not be read again" : trouble);
-    }
-    std::error_code error;
-    for (const std::string& each : {base, base + ".gm4", path}) fs::remove_all(each, error);
-  });
+  words.insert(words.end(), order.words.begin(), order.words.end());
+  std::string trouble = place.services.run(words);
+  if (trouble.empty() && frames) trouble = ZipFolder(base, base + ".zip");
+  const std::string path = base + (frames ? ".zip" : format->extension);
+  const auto bytes = trouble.empty() ? ReadWholeFile(path, std::size_t{1} << 30) : std::nullopt;
+  if (bytes) {
+    place.send({{{"type", "file"},
+                 {"for", order.tag},
+                 {"name", StemOf(order.name) + (frames ? "-frames.zip" : format->extension)},
+                 {"mime", frames ? "application/zip" : format->mime}},
+                {bytes->begin(), bytes->end()}});
+  } else {
+    fail(trouble.empty() ? "the picture could not be read again" : trouble);
+  }
+  std::error_code error;
+  for (const std::string& each : {base, base + ".gm4", path}) fs::remove_all(each, error);
 }
 
 }  // namespace glyphmotion

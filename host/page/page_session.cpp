@@ -30,21 +30,16 @@ struct CurrentPage {
 }  // namespace
 
 PageSession::PageSession(const PageServices& services, DocumentStore& store, Start start, SendMessage send)
-    : services_(services), store_(store), start_(std::move(start)), send_(std::move(send)), mirror_(send_) {}
+    : services_(services),
+      store_(store),
+      start_(std::move(start)),
+      send_([this, send = std::move(send)](PageMessage message) {
+        if (greeted_) send(std::move(message));
+      }),
+      mirror_(send_),
+      isSeen_(start_.listens) {}
 
 PageSession::~PageSession() = default;
-
-void PageSession::Post(Json event) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  events_.push_back(std::move(event));
-  wake_.notify_all();
-}
-
-void PageSession::End() {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  ending_ = true;
-  wake_.notify_all();
-}
 
 std::string PageSession::Upload(const std::string& bytes) {
   const std::lock_guard<std::mutex> lock(mutex_);
@@ -55,19 +50,8 @@ std::string PageSession::Upload(const std::string& bytes) {
   return name;
 }
 
-std::optional<Json> PageSession::Next(int milliseconds) {
-  std::unique_lock<std::mutex> lock(mutex_);
-  wake_.wait_for(lock, std::chrono::milliseconds(milliseconds), [&] { return ending_ || !events_.empty(); });
-  if (ending_ || events_.empty()) return std::nullopt;
-  Json event = std::move(events_.front());
-  events_.pop_front();
-  return event;
-}
-
 void PageSession::Run() {
-  const std::string folder = scratch_.Path();
-  build_.emplace(services_, send_, folder);
-  pictures_.emplace(services_, send_, folder);
+  beside_.emplace(WorkPlace{services_, send_, scratch_.Path()});
   {
     FolderOverrides folders = CurrentFolderOverrides();
     folders.settingsFile = "";
@@ -85,9 +69,7 @@ void PageSession::Run() {
     table.hostFlags = HostFlagPaletteFormat;
     RunMainDialog(nullptr, &table);
   }
-  for (std::thread& each : exports_) each.join();
-  pictures_.reset();
-  build_.reset();
+  beside_.reset();
 }
 
 void PageSession::Observe(Dialog& dialog, const DialogChange& change) {
@@ -103,13 +85,13 @@ void PageSession::Drive(Dialog& dialog, int templateId) {
   FireTimersByTheClock();
   mirror_.Opened(dialog, templateId);
   if (templateId == kMainDialogTemplate.id) BeginDocument(dialog);
-  while (!ending_ && !HasEnded(dialog)) {
+  while (!events_.Ended() && !HasEnded(dialog)) {
     Pump(dialog);
     if (mirror_.Level() == 1 && !HasEnded(dialog)) Settle(dialog);
     mirror_.Flush();
     if (HasEnded(dialog)) break;
     const int timer = MillisecondsToNextTimer();
-    const auto event = Next(timer < 0 ? kIdle : timer);
+    const auto event = events_.Next(timer < 0 ? kIdle : timer);
     if (!event) continue;
     try {
       Handle(dialog, *event);
@@ -130,8 +112,8 @@ Json PageSession::Ask(const char* kind, Json question) {
   mirror_.Flush();
   Send(question);
   Json answer;
-  for (bool answered = false; !answered && !ending_;) {
-    const auto event = Next(kIdle);
+  for (bool answered = false; !answered && !events_.Ended();) {
+    const auto event = events_.Next(kIdle);
     if (!event) continue;
     if (!event->is_object()) continue;
     const std::string op = TextIn(*event, "op");
@@ -188,7 +170,7 @@ void PageSession::Notice(const std::string& sentence, const char* kind) {
   for (std::size_t at = text.find(folder); at != std::string::npos; at = text.find(folder))
     text.erase(at, folder.size());
   Json notice = {{"type", "notice"}, {"kind", kind}, {"text", text}};
-  if (!isSeen_) unseen_.push_back(notice);
+  if (!isSeen_ || !greeted_) unseen_.push_back(notice);
   Send(std::move(notice));
 }
 

@@ -3,25 +3,21 @@
 // session's own thread, in the modal driver, which waits for events and for timers.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "host/page/dialog_mirror.h"
 #include "host/page/document_history.h"
 #include "host/page/document_store.h"
-#include "host/page/effect_pictures.h"
-#include "host/page/live_build.h"
+#include "host/page/event_queue.h"
 #include "host/page/page_services.h"
 #include "host/page/picture_options.h"
 #include "host/page/scratch.h"
+#include "host/page/work_beside.h"
 #include "platform/shell_ui.h"
 
 namespace glyphmotion {
@@ -33,6 +29,7 @@ class PageSession {
     std::string path;                ///< a document to open first; empty: none
     std::vector<std::string> words;  ///< options of the command line that a new document begins with
     Json looks = Json::array();      ///< what the page offers as looks: {name, about}
+    bool listens = false;            ///< the page hears the first message; otherwise it asks for a snapshot
   };
 
   PageSession(const PageServices& services, DocumentStore& store, Start start, SendMessage send);
@@ -43,8 +40,8 @@ class PageSession {
   /// Runs the dialog on the calling thread, until End or until the dialog ends itself.
   void Run();
   /// From any thread; both return at once.
-  void Post(Json event);
-  void End();
+  void Post(Json event) { events_.Post(std::move(event)); }
+  void End() { events_.End(); }
   /// Keeps the bytes of a picture that the page was given, for the answer to a question; its name.
   std::string Upload(const std::string& bytes);
 
@@ -52,7 +49,6 @@ class PageSession {
   // --- page_session.cpp: the dialogs, questions, the host's side
   void Drive(Dialog& dialog, int templateId);
   void Observe(Dialog& dialog, const DialogChange& change);
-  std::optional<Json> Next(int milliseconds);
   Json Ask(const char* kind, Json question);
   UiResponder Responder();
   std::optional<std::uint32_t> AskForColour(std::uint32_t start);
@@ -100,7 +96,6 @@ class PageSession {
   void OpenKept(Dialog& dialog, const std::string& key);
   void Save(Dialog& dialog, const Json& event);
   void Export(const Json& event);
-  static Json ExportFormats();
   void KeepUnsaved();
   KeptDocument Kept() const;
 
@@ -110,13 +105,10 @@ class PageSession {
   const SendMessage send_;
   ScratchFolder scratch_;
   DialogMirror mirror_;
-  std::optional<LiveBuild> build_;
-  std::optional<EffectPictures> pictures_;
+  std::optional<WorkBeside> beside_;
+  EventQueue events_;
 
   std::mutex mutex_;
-  std::condition_variable wake_;
-  std::deque<Json> events_;
-  std::atomic<bool> ending_{false};
   std::map<std::string, std::string> uploads_;  ///< name to path; under the mutex, with their number
   int uploaded_ = 0;
 
@@ -134,10 +126,10 @@ class PageSession {
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
   bool touched_ = false, transparent_ = false, bold_ = false, italic_ = false;
-  bool isSeen_ = false;       ///< a page has asked for a snapshot
+  bool greeted_ = false;      ///< the first message, hello, is out; what comes earlier is part of it
+  bool isSeen_ = false;       ///< a page has had a snapshot
   std::vector<Json> unseen_;  ///< notices from before
   int exported_ = 0;
-  std::vector<std::thread> exports_;
   std::string tag_;
 };
 

@@ -16,22 +16,13 @@
 #include "host/options/looks.h"
 #include "host/page/page_server.h"
 #include "host/page/scratch.h"
+#include "host/page/welcome.h"
 #include "host/program/program.h"
 #include "host/render/image_loader.h"
 #include "platform/folders.h"
 
 namespace glyphmotion {
 namespace {
-
-// What a new document shows.
-const std::vector<std::string> kWelcome = {"Glyphmotion",  "-e",
-                                           "vortex",       "-s",
-                                           "72",           "--bold",
-                                           "--pad",        "12",
-                                           "--fill",       "fountain:Candy,rotation=90",
-                                           "--background", "#14152b",
-                                           "--shadow",     "#000000",
-                                           "--set",        "Style008OutlineEnable=0"};
 
 struct EditWords {
   std::string path;
@@ -116,7 +107,7 @@ std::string Edit(const std::vector<std::string>& words, const std::function<bool
   options.helpFile = shipped + "TLMPLGM4.HTML";
   options.storeFolder = SettingsFolder() + "page/";
   options.path = read->path;
-  options.words = kWelcome;
+  options.words = WelcomeWords();
   for (const auto& [name, about] : Looks()) options.looks.push_back({{"name", name}, {"about", about}});
   options.interrupted = interrupted;
   options.ready = [&](const std::string& address) {

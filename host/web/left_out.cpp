@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Subcommands that a module cannot have: the page's server, and many jobs on threads of one process.
+// Subcommands that a module cannot have: the page's server, and many jobs on threads of one process. And a function
+// that the module's C++ library lacks.
+#include <cxxabi.h>
+
 #include "host/program/batch.h"
 #include "host/program/edit.h"
 #include "host/program/program.h"
+
+// In a module, an exception that nobody catches means that memory has run out.
+extern "C" std::type_info* __cxxabiv1::__cxa_current_exception_type() { return nullptr; }
 
 namespace glyphmotion {
 

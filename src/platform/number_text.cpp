@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/number_text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 
 namespace glyphmotion {
@@ -26,6 +28,11 @@ std::string ShortText(double value) {
   char text[32];
   const auto written = std::to_chars(text, std::end(text), value, std::chars_format::general, 6);
   return std::string(text, written.ptr);
+}
+
+std::string ShortestText(float value) {
+  char text[32];
+  return std::string(text, std::to_chars(text, std::end(text), value).ptr);
 }
 
 #else  // a C++ library without the floating-point part, as that of WebAssembly, where C knows one locale
@@ -57,6 +64,18 @@ std::string ShortText(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%g", value);
   return text;
+}
+
+std::string ShortestText(float value) {
+  constexpr int kMostDigits = 9;
+  char text[32], plain[400];
+  int digits = 0;
+  do std::snprintf(text, sizeof text, "%.*e", digits, static_cast<double>(value));
+  while (std::strtof(text, nullptr) != value && ++digits < kMostDigits);
+  const char* exponent = std::strchr(text, 'e');
+  if (!exponent) return text;
+  std::snprintf(plain, sizeof plain, "%.*f", std::max(digits - std::atoi(exponent + 1), 0), static_cast<double>(value));
+  return std::strlen(plain) <= std::strlen(text) ? plain : text;
 }
 
 #endif

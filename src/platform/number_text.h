@@ -18,4 +18,7 @@ std::string FixedText(double value, int digits = 6);
 /// Six digits of it, without zeros at the end: "0.5", "1e+20".
 std::string ShortText(double value);
 
+/// The shortest text that reads back as the same value, as std::to_chars writes it.
+std::string ShortestText(float value);
+
 }  // namespace glyphmotion

@@ -78,6 +78,7 @@ class Talk {
  private:
   void Hear(PageMessage message) {
     const std::lock_guard<std::mutex> lock(mutex_);
+    EXPECT_TRUE(!heard_.empty() || message.json["type"] == "hello");
     heard_.push_back(std::move(message));
     wake_.notify_all();
   }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The line to the program: a stream of messages in, posts of events out. It comes back by itself.
 
+import {queueUp} from './event_queue.js';
+
 /** @typedef {{[key: string]: any}} Json */
 /** @typedef {(message: Json, payload: Uint8Array) => void} Receive */
 
@@ -120,17 +122,9 @@ export class Connection {
     }
   }
 
-  /**
-   * Posts an event; returns at once. Moves of the pointer and steps of one slider that wait are replaced by the next.
-   * @param {Json} event
-   */
+  /** Posts an event; returns at once. @param {Json} event */
   post(event) {
-    const last = this.queue[this.queue.length - 1];
-    const follows = last && last.op === event.op && last.id === event.id && last.level === event.level &&
-        (event.op === 'type' || (event.op === 'mouse' && event.what === 'move' && last.what === 'move') ||
-         (event.op === 'colour' && last.index === event.index) || (event.op === 'face' && last.item === event.item));
-    if (follows) this.queue[this.queue.length - 1] = event;
-    else this.queue.push(event);
+    queueUp(this.queue, event);
     if (!this.posting) this.flush();
   }
 
@@ -147,6 +141,11 @@ export class Connection {
     }
     this.posting = false;
   }
+
+  /** The program has the system's fonts, and takes no others. @type {((fonts: {name: string, blob: Blob}[]) => Promise<void>)|undefined} */
+  addFonts;
+  /** @type {(() => import('./menu.js').Item[])|undefined} for the File menu */
+  fontItems;
 
   /** @param {Blob} picture @returns {Promise<string>} its name for an answer */
   async upload(picture) {

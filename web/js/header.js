@@ -82,7 +82,7 @@ export class Header {
   }
 
   fileMenu() {
-    const {hello} = this.model;
+    const {hello, connection} = this.model, fonts = connection.fontItems?.() ?? [];
     openMenu(byId('files'), [
       {text: 'New', action: () => this.model.post({op: 'new'}, this.model.main)},
       {text: 'New tab', action: () => open(location.href, '_blank', 'noopener')},
@@ -93,6 +93,7 @@ export class Header {
       {text: 'Save', keys: 'Ctrl+S', action: () => this.save(false)},
       {text: 'Save a copy…', action: () => this.save(true)},
       {line: true},
+      ...(fonts.length ? [...fonts, {line: true}] : []),
       {text: 'About Glyphmotion', action: () => this.model.post({op: 'click', id: 18}, this.model.main)},
     ]);
   }

@@ -43,7 +43,6 @@ const kHandlers = {
   },
   lists(message) { Object.assign(model.hello, message); },
   dialog(message) {
-    if (!model.hello) return;  // a snapshot follows
     const dialog = new Dialog(message);
     model.dialogs.length = message.level - 1;
     model.dialogs.push(dialog);
@@ -86,6 +85,7 @@ const kHandlers = {
 
 /** @param {any} message @param {Uint8Array} payload */
 function receive(message, payload) {
+  if (!model.hello && message.type !== 'hello') return;  // of a session that goes on; its snapshot follows
   kHandlers[message.type]?.(message, payload);
 }
 

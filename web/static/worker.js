@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// A worker with the engine: with the dialog of a session, or for orders of work.
+// @ts-ignore: it is built
+import createEngine from '../engine/page.mjs';
+import {lendFonts} from './fonts.js';
+import {Store} from './store.js';
+
+/** @type {any} */ let engine;
+/** @type {Promise<void>} */ let opening;
+/** @type {Store|undefined} */ let store;
+let received = 0;
+
+/** @param {{compiled: WebAssembly.Module, session?: string}} options */
+async function open({compiled, session}) {
+  const files = Store.open(session);
+  engine = await createEngine({
+    locateFile: (/** @type {string} */ name) => new URL(`../engine/${name}`, import.meta.url).href,
+    instantiateWasm(/** @type {any} */ imports, /** @type {(instance: WebAssembly.Instance) => void} */ done) {
+      WebAssembly.instantiate(compiled, imports).then(done);
+      return {};
+    },
+    give(/** @type {string} */ json, /** @type {Uint8Array} */ payload) { postMessage({json, payload, files: filesOf(json)}, {transfer: [payload.buffer]}); },
+    onAbort: fail,
+    idle() {
+      postMessage({idle: received});
+      store?.keep(engine.FS);
+    },
+  });
+  await lendFonts(engine.FS);
+  store = await files;
+  store?.restore(engine.FS);
+  if (session) engine.ccall('GlyphmotionPage', null, ['string'], [session], {async: true}).catch(fail);
+}
+
+/** The font files that orders of work name, which only this worker has. @param {string} json @returns {[string, Uint8Array][]} */
+function filesOf(json) {
+  if (!json.includes('"--font-file"')) return [];
+  const {orders = []} = JSON.parse(json);
+  const paths = orders.flatMap((/** @type {any} */ {words = [], options = []}) => [...words, ...options].filter((_, at, all) => all[at - 1] === '--font-file'));
+  return [...new Set(paths)].filter(path => engine.FS.analyzePath(path).exists).map(path => [path, engine.FS.readFile(path)]);
+}
+
+/** @param {unknown} error */
+function fail(error) { postMessage({failed: error instanceof Error ? error.message : `${error}`}); }
+
+addEventListener('unhandledrejection', event => {
+  event.preventDefault();
+  fail(event.reason);
+});
+
+onmessage = async ({data}) => {
+  try {
+    if (data.open) return await (opening = open(data.open));
+    await opening;
+    if (data.events) {
+      ++received;
+      engine.ccall('GlyphmotionPost', null, ['string'], [data.events]);
+      engine.wake();
+    } else if (data.upload) {
+      const bytes = engine._malloc(data.upload.length);
+      engine.HEAPU8.set(data.upload, bytes);
+      postMessage({ticket: data.ticket, uploaded: engine.ccall('GlyphmotionUpload', 'string', ['number', 'number'], [bytes, data.upload.length])});
+      engine._free(bytes);
+    } else if (data.save) {
+      await store?.write(engine.FS);
+      postMessage({saved: true});
+    } else if (data.work) {
+      for (const [path, bytes] of data.files) {
+        engine.FS.mkdirTree(path.slice(0, path.lastIndexOf('/')));
+        engine.FS.writeFile(path, bytes);
+      }
+      engine.ccall('GlyphmotionWork', null, ['string'], [data.work]);
+      postMessage({done: true});
+    }
+  } catch (error) {
+    fail(error);
+  }
+};
