@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "glyphmotion/render.h"
+#include "host/options/names.h"
 #include "host/options/option_table.h"
 #include "host/options/values.h"
-#include "host/options/names.h"
 #include "platform/nearest_name.h"
 
 namespace glyphmotion {
