@@ -9,6 +9,22 @@ import {Store} from './store.js';
 /** @type {Promise<void>} */ let opening;
 /** @type {Store|undefined} */ let store;
 let received = 0;
+const encoder = new TextEncoder(), decoder = new TextDecoder();
+
+/**
+ * Calls the engine while its dialog waits. (Its own ccall would wait for the dialog's end.)
+ * @param {string} name @param {Uint8Array} bytes @returns {number} what it returns
+ */
+function call(name, bytes) {
+  const at = engine._malloc(bytes.length);
+  engine.HEAPU8.set(bytes, at);
+  const result = engine[`_${name}`](at, bytes.length);
+  engine._free(at);
+  return result;
+}
+
+/** @param {string} text */
+const terminated = text => encoder.encode(`${text}\0`);
 
 /** @param {{compiled: WebAssembly.Module, session?: string}} options */
 async function open({compiled, session}) {
@@ -54,13 +70,11 @@ onmessage = async ({data}) => {
     await opening;
     if (data.events) {
       ++received;
-      engine.ccall('GlyphmotionPost', null, ['string'], [data.events]);
+      call('GlyphmotionPost', terminated(data.events));
       engine.wake();
     } else if (data.upload) {
-      const bytes = engine._malloc(data.upload.length);
-      engine.HEAPU8.set(data.upload, bytes);
-      postMessage({ticket: data.ticket, uploaded: engine.ccall('GlyphmotionUpload', 'string', ['number', 'number'], [bytes, data.upload.length])});
-      engine._free(bytes);
+      const name = call('GlyphmotionUpload', data.upload);
+      postMessage({ticket: data.ticket, uploaded: decoder.decode(engine.HEAPU8.subarray(name, engine.HEAPU8.indexOf(0, name)))});
     } else if (data.save) {
       await store?.write(engine.FS);
       postMessage({saved: true});
@@ -69,7 +83,7 @@ onmessage = async ({data}) => {
         engine.FS.mkdirTree(path.slice(0, path.lastIndexOf('/')));
         engine.FS.writeFile(path, bytes);
       }
-      engine.ccall('GlyphmotionWork', null, ['string'], [data.work]);
+      call('GlyphmotionWork', terminated(data.work));
       postMessage({done: true});
     }
   } catch (error) {
