@@ -68,6 +68,8 @@ for (const [name, headers] of [['without isolation', {}], ['isolated', kIsolatio
     // A font file for this document, which the workers of its animation get; then one for all, with which the engine
     // starts anew on the same document.
     const font = [...readFileSync(fileURLToPath(new URL('../fonts/two_squares.ttf', import.meta.url)))];
+    const families = () => page.evaluate(() => window.glyphmotion.main.order.find(facts => facts.label === 'Font').items.length);
+    const before = await families();
     const upload = bytes => page.evaluate(async given => {
       const model = window.glyphmotion, name = await model.connection.upload(new Blob([new Uint8Array(given)]));
       model.post({op: 'font', name: 'squares.ttf', upload: name}, model.main);
@@ -77,8 +79,6 @@ for (const [name, headers] of [['without isolation', {}], ['isolated', kIsolatio
     await built(page);
     await page.evaluate(() => window.glyphmotion.post({op: 'font'}, window.glyphmotion.main));
     await becomes(async () => (await state(page)).font, '');
-    const families = () => page.evaluate(() => window.glyphmotion.main.order.find(facts => facts.label === 'Font').items.length);
-    const before = await families();
     await page.evaluate(bytes => window.glyphmotion.connection.addFonts([{name: 'squares.ttf', blob: new Blob([new Uint8Array(bytes)])}]), font);
     await becomes(families, before + 1);
     await becomes(async () => (await state(page)).text, 'Größe');
