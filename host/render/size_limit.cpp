@@ -20,6 +20,8 @@ struct Step {
 constexpr Step kSteps[] = {{20, 256, false}, {40, 256, false}, {70, 256, false}, {100, 128, false},
                            {140, 64, false}, {200, 32, false}, {40, 256, true},  {80, 128, true},
                            {120, 64, true},  {200, 32, true},  {200, 16, true}};
+// Where none of them fits.
+constexpr Step kLastSteps[] = {{200, 8, true}, {200, 4, true}, {200, 2, true}};
 
 std::string Saying(const Step& step, const Job& job) {
   std::string text;
@@ -66,12 +68,16 @@ FittedPictures RenderWithin(const Job& job, const Sink& sink, bool countColours)
   if (!best.trouble.empty() || best.bytes.size() <= mostBytes) return best;
   std::size_t smallest = best.bytes.size();
   const Step* fits = nullptr;
+  const auto tryStep = [&](const Step& step) {
+    FittedPictures made = Try(job, step, sink, countColours);
+    if (made.trouble.empty()) smallest = std::min(smallest, made.bytes.size());
+    return made;
+  };
   // Files shrink along the steps, or nearly so: the first one that fits, by bisection.
   for (const Step *from = std::begin(kSteps), *to = std::end(kSteps); from < to;) {
     const Step* middle = from + (to - from) / 2;
-    FittedPictures made = Try(job, *middle, sink, countColours);
+    FittedPictures made = tryStep(*middle);
     if (!made.trouble.empty()) return made;
-    smallest = std::min(smallest, made.bytes.size());
     if (made.bytes.size() > mostBytes) {
       from = middle + 1;
       continue;
@@ -79,13 +85,20 @@ FittedPictures RenderWithin(const Job& job, const Sink& sink, bool countColours)
     best = std::move(made);
     fits = to = middle;
   }
+  for (const Step* step = std::begin(kLastSteps); !fits && step < std::end(kLastSteps); ++step) {
+    FittedPictures made = tryStep(*step);
+    if (!made.trouble.empty()) return made;
+    if (made.bytes.size() > mostBytes) continue;
+    best = std::move(made);
+    fits = step;
+  }
   if (fits) {
     best.result.notes.push_back("to fit " + std::to_string(mostBytes) + " bytes: " + Saying(*fits, job) + " (" +
                                 std::to_string(best.bytes.size()) + " bytes)");
     return best;
   }
   best.bytes.clear();
-  best.trouble = "no file of " + std::to_string(mostBytes) + " bytes can be made; the smallest found has " +
+  best.trouble = "no file of " + std::to_string(mostBytes) + " bytes was found; the smallest has " +
                  std::to_string(smallest) +
                  " bytes: allow that, or choose a smaller size, fewer frames or plainer fills";
   return best;
