@@ -35,10 +35,11 @@ void ReadEffect(Reading& reading) {
 
 std::string TextOfFile(const std::string& path) {
   std::error_code error;
-  const auto size = std::filesystem::file_size(path, error);
+  if (!std::filesystem::exists(path, error)) Refuse("the text file '" + path + "' cannot be found; check its name");
   if (error || !std::filesystem::is_regular_file(path, error))
-    Refuse("the text file '" + path + "' cannot be read; check its name");
-  if (size > kMostTextBytes) Refuse("the text file '" + path + "' is too long for a text");
+    Refuse("'" + path + "' is not a file; a pipe is read by --text-file -");
+  if (std::filesystem::file_size(path, error) > kMostTextBytes)
+    Refuse("the text file '" + path + "' is too long for a text");
   const auto text = ReadWholeFile(path);
   if (!text) Refuse("the text file '" + path + "' cannot be read; check its permissions");
   return *text;

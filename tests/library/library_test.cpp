@@ -217,7 +217,7 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
       {[](Job& job) {
          job.fontVariation = {{"wght", 500}};
        },
-       "gif", "is not variable; leave its axes out"},
+       "gif", "is not variable; choose one that is"},
       {[](Job& job) { job.start = 99; }, "gif", "there is no such frame to start with; the animation has 4 frames"},
       {[](Job& job) {
          job.settings = {{"nokey", "1"}};

@@ -143,7 +143,7 @@ std::string AxesTrouble(const FontRequest& font) {
   if (wanted.empty() || !OpenEngine()) return {};
   const Face* face = Select(font).face;
   const std::vector<FontAxis> axes = face ? AxesOf(face->face.get()) : std::vector<FontAxis>();
-  if (axes.empty()) return "the font '" + font.family + "' is not variable; leave its axes out";
+  if (axes.empty()) return "the font '" + font.family + "' is not variable; choose one that is, or leave the axes out";
   std::string known;
   for (const FontAxis& axis : axes) {
     known += (known.empty() ? "" : ", ") + axis.tag + ' ' + ShortText(axis.minimum) + " to " + ShortText(axis.maximum);
