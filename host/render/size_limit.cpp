@@ -98,7 +98,7 @@ FittedPictures RenderWithin(const Job& job, const Sink& sink, bool countColours)
     return best;
   }
   best.bytes.clear();
-  best.trouble = "no file of " + std::to_string(mostBytes) + " bytes was found; the smallest has " +
+  best.trouble = "no file of " + std::to_string(mostBytes) + " bytes was reached; the smallest found has " +
                  std::to_string(smallest) +
                  " bytes: allow that, or choose a smaller size, fewer frames or plainer fills";
   return best;
