@@ -231,7 +231,7 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
       {[](Job& job) { job.lossy = 3; }, "png", "lossy is for gif, webp, avif and webm"},
       {[](Job& job) { job.lossy = 101; }, "webp", "lossy takes a whole number from 0 to 100, not '101'"},
       {[](Job& job) { job.maxBytes = 9; }, "webp", "maxBytes is for gif; leave it out"},
-      {[](Job& job) { job.maxBytes = 9; }, "gif", "no file of 9 bytes can be made"},
+      {[](Job& job) { job.maxBytes = 9; }, "gif", "no file of 9 bytes was reached"},
       {[](Job& job) { job.effort = 10; }, "gif", "effort takes a whole number from 0 to 9"},
       {[](Job& job) { job.loops = -1; }, "gif", "loops takes a whole number from 0 to 65535"},
       {[](Job&) {}, "bmp", "there is no format 'bmp'; use gif, png"},
