@@ -179,7 +179,7 @@ std::string DocumentStore::KeepFont(const std::string& name, const std::string& 
   for (const char c : bytes) digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x100000001b3u;
   const std::lock_guard<std::mutex> lock(mutex_);
   const fs::path fonts = folder_ + "fonts", folder = fonts / std::to_string(digest);
-  const std::string path = (folder / name).string();
+  std::string path = (folder / name).string();
   if (!EnsureFolder(folder.string() + "/") || !AtomicWriteFile(path, bytes)) return {};
   std::error_code error;
   const std::vector<fs::path> kept = Newest(fonts, "");
