@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/digest.h"
 #include "platform/files.h"
 #include "platform/folders.h"
 
@@ -175,10 +176,8 @@ void DocumentStore::Forget(const std::string& key) {
 
 // A folder for each content, so that the file keeps its name, which commands show.
 std::string DocumentStore::KeepFont(const std::string& name, const std::string& bytes) {
-  std::uint64_t digest = 0xcbf29ce484222325u;  // FNV-1a
-  for (const char c : bytes) digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x100000001b3u;
   const std::lock_guard<std::mutex> lock(mutex_);
-  const fs::path fonts = folder_ + "fonts", folder = fonts / std::to_string(digest);
+  const fs::path fonts = folder_ + "fonts", folder = fonts / std::to_string(DigestOf(bytes));
   std::string path = (folder / name).string();
   if (!EnsureFolder(folder.string() + "/") || !AtomicWriteFile(path, bytes)) return {};
   std::error_code error;

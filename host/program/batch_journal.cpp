@@ -13,18 +13,13 @@
 #include <vector>
 
 #include "glyphmotion/version.h"
+#include "platform/digest.h"
 
 namespace glyphmotion {
 namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kEnding = ".journal";
-
-std::uint64_t DigestOf(std::string_view text) {  // FNV-1a
-  std::uint64_t digest = 0xcbf29ce484222325u;
-  for (const char c : text) digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x100000001b3u;
-  return digest;
-}
 
 // Another version may draw another picture.
 std::uint64_t DigestOfLine(const std::string& line) { return DigestOf(GLYPHMOTION_VERSION "\n" + line); }
