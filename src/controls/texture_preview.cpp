@@ -105,7 +105,7 @@ std::int64_t PreviewProcedure(Dialog& dialog, const Message& message) {
       ShowHelpTopic(dialog, "TEXTURE");
       return 1;
     case kMessageCommand:
-      if (message.a == Ok || message.a == Cancel) EndDialog(dialog, 0);
+      if (message.a == Cancel) EndDialog(dialog, 0);
       return 1;
     default:
       return 0;

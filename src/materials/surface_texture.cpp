@@ -66,13 +66,15 @@ class HeightField {
 // The profile of large craters of one radius: at each position of the stamp, the height above the level of the impact
 // and the weight of the old surface. Both depend only on the distance from the centre.
 struct CraterStamp {
+  int side;
   std::vector<double> profile, keep;
 };
 
 CraterStamp MakeStamp(int radius, double depth) {
   const double r = radius;
-  const auto side = static_cast<std::size_t>(2 * radius + 1);
-  CraterStamp stamp{std::vector<double>(side * side), std::vector<double>(side * side)};
+  const int side = 2 * radius + 1;
+  const auto places = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+  CraterStamp stamp{side, std::vector<double>(places), std::vector<double>(places)};
   const double scale = std::pow(r, depth);
   std::size_t at = 0;
   for (int v = radius; v >= -radius; --v) {
@@ -91,10 +93,9 @@ CraterStamp MakeStamp(int radius, double depth) {
 void StampLargeCrater(HeightField& field, int x, int y, int radius, double level, const CraterStamp& stamp) {
   const int top = std::max(y - radius, field.First()), bottom = std::min(field.End() - 1, y + radius);
   const int left = std::max(x - radius, 0), right = std::min(field.Width() - 1, x + radius);
-  const int side = 2 * radius + 1;
   for (int yy = top; yy <= bottom; ++yy) {
     std::uint16_t* row = field.Row(yy);
-    const auto start = static_cast<std::size_t>(yy - y + radius) * static_cast<std::size_t>(side);
+    const auto start = static_cast<std::size_t>(yy - y + radius) * static_cast<std::size_t>(stamp.side);
     for (int xx = left; xx <= right; ++xx) {
       const std::size_t at = start + static_cast<std::size_t>(xx - x + radius);
       const double p = stamp.profile[at], w = stamp.keep[at];

@@ -13,6 +13,7 @@
 #include "editor_fixture.h"
 #include "materials/shipped.h"
 #include "platform/dialog_driver.h"
+#include "platform/encoding.h"
 #include "platform/folders.h"
 #include "platform/shell_ui.h"
 
@@ -136,6 +137,8 @@ TEST_F(FillControls, AStolenMouseEndsAPressAndADragWithoutAChoice) {
     Mouse(dialog, kFountainId, kMessageLeftUp, bar.left + 120, 200);
     SendToControl(dialog, kFountainId, {kMessageSaveControl, 0, PointerArgument(&later)});
     EXPECT_EQ(later, dragged);
+    const MovableBlock stored = HexDecode(later.substr(later.find('=') + 1), sizeof(FountainSpec));
+    EXPECT_EQ(+LockedBlock<FountainSpec>(stored.Handle())->Preview, 0u) << "a handle is meaningless in a file";
   });
 }
 

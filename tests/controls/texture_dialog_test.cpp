@@ -388,6 +388,7 @@ TEST_F(TextureWindow, ThePreviewWindowShowsTheTextureBehindAndInAText) {
     }
     EXPECT_GT(inked, text.width * text.height / 12);
     EXPECT_GT(empty, text.width * text.height / 3);
+    EXPECT_TRUE(Click(dialog, Cancel) && HasEnded(dialog));
   };
   Use([](Dialog& dialog) {
     Choose(dialog, Types, 4);

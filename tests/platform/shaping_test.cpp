@@ -33,8 +33,9 @@ struct Glyph {
 void Reference(const std::string& font, const std::string& text, const std::string& direction, double& pen,
                std::vector<Glyph>& glyphs) {
   setenv("SHAPED_TEXT", text.c_str(), 1);
-  const std::string command = "LC_ALL=C.UTF-8 hb-shape --no-glyph-names --no-clusters --direction=" + direction +
-                              " --font-file='" + font + "' --text=\"$SHAPED_TEXT\" --output-format=json";
+  const std::string command =
+      "LC_ALL=C.UTF-8 hb-shape --no-glyph-names --no-clusters --bot --eot --direction=" + direction + " --font-file='" +
+      font + "' --text=\"$SHAPED_TEXT\" --output-format=json";
   std::FILE* pipe = popen(command.c_str(), "r");
   ASSERT_NE(pipe, nullptr);
   std::string json;
@@ -102,6 +103,8 @@ const std::vector<Row>& Table() {
       {"DejaVu Sans", "e\u0301a\u0308o\u0302"},
       {"DejaVu Sans", "a\u0323\u0302\u0301z\u0335"},
       {"DejaVu Sans", "AVo\u0302To"},
+      {"DejaVu Sans", "\u0301e"},
+      {"DejaVu Sans", "\u064eب"},
       {"Noto Color Emoji", "👩‍👩‍👧"},
       {"Noto Color Emoji", "👨‍👩‍👧‍👦❤️"},
       {"Noto Color Emoji", "🇩🇪🇫🇷"},

@@ -49,7 +49,7 @@ T* At(std::uint64_t address) {
   return reinterpret_cast<T*>(static_cast<std::uintptr_t>(address));
 }
 
-class MainDialogTest : public testing::Test {
+class MainDialogTest : public ::testing::Test {
  protected:
   MainDialogTest() {
     FolderOverrides overrides;

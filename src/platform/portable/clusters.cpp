@@ -111,7 +111,7 @@ void AddOutlines(const Cluster& of, const Cluster& box, JoinedOutline& all) {
     const GlyphSpec glyphSource = SpecOf(glyph);
     FT_Outline* outline = glyphSource.face && !glyphSource.face->picturesOnly ? LoadOutline(glyphSource) : nullptr;
     RequireMemory();
-    if (!outline || outline->n_points == 0) continue;
+    if (!outline) continue;
     FT_Outline_Translate(outline, To26Dot6(LeftIn(box, glyph)), To26Dot6(-glyph.y));
     all.Add(*outline);
   }
