@@ -8,9 +8,9 @@
 
 namespace glyphmotion {
 
-/// Files are collected in a hidden folder beside the target, which is finally renamed to the target and replaces the
-/// old folder as a whole. Without Keep the hidden folder is removed; that of a killed process is removed by the next
-/// write to the same place. For `why` see platform/files.h.
+/// Keep gathers the files in a hidden folder beside the target and renames it to the target; it replaces the old folder
+/// as a whole. Without Keep nothing is left. Should the process be killed while there is a hidden folder, the next write
+/// to the same place removes it. For `why` see platform/files.h.
 class AtomicFolder {
  public:
   AtomicFolder() noexcept;

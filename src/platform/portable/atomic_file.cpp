@@ -18,16 +18,6 @@ namespace {
 constexpr std::size_t kBuffer = std::size_t{1} << 16;
 constexpr int kAttempts = 100;
 
-std::string LinkNameOf(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
-
-Descriptor OpenUnnamed([[maybe_unused]] const std::string& folder) {
-#ifdef O_TMPFILE
-  Descriptor file = OpenFile(folder, O_TMPFILE | O_WRONLY, 0666);
-  if (file && access(LinkNameOf(*file).c_str(), F_OK) == 0) return file;
-#endif
-  return Descriptor();
-}
-
 /// Skips names that exist.
 Descriptor OpenNamed(const std::string& folder, std::string& name) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -90,18 +80,15 @@ struct AtomicFile::State {
     name.clear();
     return true;
   }
-  bool LinkAs(const std::string& path) const {
-    return linkat(AT_FDCWD, LinkNameOf(*file).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
-  }
   bool GiveName();
 };
 
 bool AtomicFile::State::GiveName() {
   if (!name.empty()) return Rename();
-  if (LinkAs(target)) return true;
+  if (NameFile(*file, target)) return true;
   for (int attempt = 0; errno == EEXIST && attempt < kAttempts; ++attempt) {
     name = TemporaryName(folder);
-    if (LinkAs(name)) return Rename();
+    if (NameFile(*file, name)) return Rename();
     name.clear();
   }
   return false;

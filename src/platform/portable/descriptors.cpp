@@ -7,10 +7,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -49,6 +51,12 @@ class FileSizeSignalBlocked {
   bool before_;
 };
 
+std::array<char, 32> LinkName(int descriptor) noexcept {
+  std::array<char, 32> name;
+  std::snprintf(name.data(), name.size(), "/proc/self/fd/%d", descriptor);
+  return name;
+}
+
 /// The process id in ".glyphmotion-PID-N.tmp"; 0 for other names.
 pid_t ProcessOf(std::string_view name) noexcept {
   if (!name.starts_with(kNameStart) || !name.ends_with(kNameEnd)) return 0;
@@ -82,6 +90,18 @@ Descriptor OpenFile(const std::string& path, int flags, mode_t mode) noexcept {
     descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode);
   } while (descriptor < 0 && errno == EINTR);
   return Descriptor(descriptor);
+}
+
+Descriptor OpenUnnamed([[maybe_unused]] const std::string& folder) noexcept {
+#ifdef O_TMPFILE
+  Descriptor file = OpenFile(folder, O_TMPFILE | O_WRONLY, 0666);
+  if (file && access(LinkName(*file).data(), F_OK) == 0) return file;
+#endif
+  return Descriptor();
+}
+
+bool NameFile(int descriptor, const std::string& path) noexcept {
+  return linkat(AT_FDCWD, LinkName(descriptor).data(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 bool WriteAll(int descriptor, std::string_view bytes) noexcept {

@@ -34,6 +34,12 @@ Descriptor OpenFile(const std::string& path, int flags, mode_t mode = 0) noexcep
 /// suppressed. On failure errno has the reason.
 bool WriteAll(int descriptor, std::string_view bytes) noexcept;
 
+/// A file for writing in `folder` that vanishes with its last descriptor unless it gets a name. Empty where the system
+/// has no such files.
+Descriptor OpenUnnamed(const std::string& folder) noexcept;
+/// Gives such a file a name that is not used yet. On failure errno has the reason.
+bool NameFile(int descriptor, const std::string& path) noexcept;
+
 /// The reason for an errno as the second half of a sentence.
 std::string ReasonOf(int error);
 
