@@ -61,8 +61,8 @@ bool RayPainter::PrepareAxis(int source, int target, Axis& axis) {
   if (!FindContributions(source, target, kResampleFilters[kLanczosFilter], axis.windows)) return false;
   const auto first = [&](int c) { return axis.windows.first[static_cast<std::size_t>(c)]; };
   const auto end = [&](int c) { return first(c) + axis.windows.taps[static_cast<std::size_t>(c)].count; };
-  axis.from.assign(static_cast<std::size_t>(source) + 1, 0);
-  axis.end.assign(static_cast<std::size_t>(source) + 1, 0);
+  axis.from.resize(static_cast<std::size_t>(source) + 1);
+  axis.end.resize(static_cast<std::size_t>(source) + 1);
   int from = 0, before = 0;
   for (int position = 0; position <= source; ++position) {
     while (from < target && end(from) <= position) ++from;

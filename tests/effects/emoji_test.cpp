@@ -57,6 +57,29 @@ TEST(Emoji, ColoursMoveWithTheMask) {
   }
 }
 
+// Pictures of a font of pictures are scaled from their one size, and stand where a letter would.
+TEST(Emoji, PicturesStandOnTheLineInTheSizeOfLetters) {
+  for (const int size : {24, 80}) {
+    Job job = SmallJob("White Noise");
+    job.text = "\U0001F600";
+    job.font = "Noto Color Emoji";
+    job.size = size;
+    job.outline = job.shadow = "none";
+    job.background = "#0000ff";
+    const Built built = RunJob(job);
+    ASSERT_GT(built.frames.size(), 0u) << built.result.message;
+    int top = 999, bottom = 0;
+    for (const BuiltFrame& frame : built.frames) {
+      for (int y = 0; y < frame.height; ++y) {
+        const bool shown = (PixelOf(frame, frame.width / 2, y) >> 8 & 0xFF) > 128;  // the face is yellow
+        if (shown) top = std::min(top, y), bottom = std::max(bottom, y);
+      }
+    }
+    EXPECT_NEAR(100 * top / size, 15, 8) << size;
+    EXPECT_NEAR(100 * bottom / size, 98, 6) << size;
+  }
+}
+
 // Beside the emoji nothing changes: neither pixels nor random numbers.
 TEST(Emoji, EverythingElseStaysAsItIs) {
   for (int effect = 0; effect < kEffectCount; ++effect) {
