@@ -55,6 +55,7 @@ BatchJournal::BatchJournal(const std::string& jobsFile, const std::string& shard
   // A full disk or a lost machine may have left half a line.
   if (file_ >= 0) (void)!write(file_, "\n", 1);
   const fs::path place = fs::path(PlaceOf(jobsFile));
+  folder_ = place.parent_path().string();
   std::vector<fs::path> journals;
   for (const auto& entry : fs::directory_iterator(place.parent_path(), error)) {
     const std::string name = entry.path().filename().string();
@@ -81,10 +82,15 @@ void BatchJournal::Load(const std::string& path) {
   }
 }
 
+// By its place beside the journal, so that the entries hold after the folder has been moved or copied.
+std::uint64_t BatchJournal::DigestOfPlace(const std::string& output) const {
+  return DigestOf(fs::path(PlaceOf(output)).lexically_relative(folder_).generic_string());
+}
+
 bool BatchJournal::Made(const std::string& output, const std::string& line) {
   std::error_code error;
   if (!fs::exists(output, error)) return false;
-  const auto entry = made_.find(DigestOf(PlaceOf(output)));
+  const auto entry = made_.find(DigestOfPlace(output));
   if (entry != made_.end()) return entry->second == DigestOfLine(line);
   // Made without an entry: the process was killed in between, or there is no journal.
   if (begun_ != INT64_MAX && TimeOf(output) < begun_) return false;
@@ -93,7 +99,7 @@ bool BatchJournal::Made(const std::string& output, const std::string& line) {
 }
 
 void BatchJournal::Add(const std::string& output, const std::string& line) {
-  if (file_ >= 0) Append(file_, DigestOf(PlaceOf(output)), DigestOfLine(line));
+  if (file_ >= 0) Append(file_, DigestOfPlace(output), DigestOfLine(line));
 }
 
 }  // namespace glyphmotion

@@ -27,8 +27,10 @@ class BatchJournal {
 
  private:
   void Load(const std::string& path);
+  std::uint64_t DigestOfPlace(const std::string& output) const;
 
   int file_ = -1;
+  std::string folder_;                                     // of the file of jobs
   std::int64_t begun_ = INT64_MAX;                         // the first journal's time, in ticks of the file system
   std::unordered_map<std::uint64_t, std::uint64_t> made_;  // digests: output to line
 };

@@ -201,10 +201,12 @@ TEST(Batch, AfterAKillWhatIsMadeIsWholeAndIsNotMadeAgain) {
   std::size_t skipped = 0;
   for (const auto& [line, result] : Results(folder)) skipped += result.contains("skipped");
   EXPECT_EQ(skipped, before.size() - 1);
-  // A line that has changed is made again, alone.
-  WriteText(folder / "jobs.jsonl", Job(0, "\"frames\":3,") + lines.substr(Job(0).size()));
-  ASSERT_EQ(Start(folder, "batch jobs.jsonl --out made --resume"), 0);
-  const auto last = Identities(folder);
+  // A line that has changed is made again, alone, also after everything has moved.
+  const TemporaryFolder moved;
+  for (const char* name : {"made", "jobs.jsonl.journal"}) fs::rename(folder / name, moved / name);
+  WriteText(moved / "jobs.jsonl", Job(0, "\"frames\":3,") + lines.substr(Job(0).size()));
+  ASSERT_EQ(Start(moved, "batch jobs.jsonl --out made --resume"), 0);
+  const auto last = Identities(moved);
   for (const auto& [name, identity] : last) EXPECT_EQ(after.at(name) == identity, name != "0.gif") << name;
 }
 
