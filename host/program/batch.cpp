@@ -256,6 +256,10 @@ void Batch::Work(Conveyor& conveyor) {
 }
 
 BatchOutcome Batch::Run(LineReader& reader) {
+  if (options_.resume && !journal_.Unread().empty()) {
+    return {"'" + journal_.Unread() + "' cannot be read; make it readable, or make everything anew without --resume",
+            kExitFailed};
+  }
   Conveyor conveyor(2 * static_cast<std::size_t>(options_.jobs));
   std::vector<std::jthread> workers;
   try {

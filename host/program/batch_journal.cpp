@@ -80,6 +80,7 @@ void BatchJournal::Load(const std::string& path) {
       made_[output] = line;
     }
   }
+  if (!file.is_open() || file.bad()) unread_ = path;
 }
 
 // By its place beside the journal, so that the entries hold after the folder has been moved or copied.

@@ -20,6 +20,8 @@ class BatchJournal {
   ~BatchJournal();
   BatchJournal(const BatchJournal&) = delete;
 
+  /// A journal that could not be read; without it, old outputs would pass for those of changed lines. Empty: none.
+  const std::string& Unread() const { return unread_; }
   /// True when the output exists and was made from this line.
   bool Made(const std::string& output, const std::string& line);
   /// Notes that the output has been made. May be called from several threads.
@@ -30,6 +32,7 @@ class BatchJournal {
   std::uint64_t DigestOfPlace(const std::string& output) const;
 
   int file_ = -1;
+  std::string unread_;
   std::string folder_;                                     // of the file of jobs
   std::int64_t begun_ = INT64_MAX;                         // the first journal's time, in ticks of the file system
   std::unordered_map<std::uint64_t, std::uint64_t> made_;  // digests: output to line
