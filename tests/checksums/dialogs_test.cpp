@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What every dialog shows at its start: places and texts of its controls, and the faces that are drawn, in each state.
 // dialogs.txt keeps a checksum of both for each dialog and for the panel of each effect.
+#include <functional>
+#include <map>
 #include <set>
+#include <utility>
 
 #include "checksums/checksum_list.h"
 #include "controls/boxes.h"
@@ -55,6 +58,7 @@ class DialogSums : public MainDialogTest {
     plain.item = 1;
     if (control.kind == ControlKind::List) AddFace(hash, dialog, control.id, plain, {0, 0, 90, 40});
   }
+  void ExpectChangesAreAnnounced(Dialog& dialog);
   /// A row for the visible controls; each name is taken once.
   void Take(Dialog& dialog, const std::string& name) {
     if (!taken.insert(name).second) return;
@@ -73,16 +77,82 @@ class DialogSums : public MainDialogTest {
   }
 };
 
-TEST_F(DialogSums, AreThoseOfTheList) {
+// What a person does with one control.
+std::vector<std::function<void(Dialog&)>> ActionsOn(const ControlView& control) {
+  const int id = control.id, width = control.place.right - control.place.left,
+            height = control.place.bottom - control.place.top;
+  std::vector<std::function<void(Dialog&)>> actions;
+  for (const KeyCode key : {kKeyRight, kKeyUp, kKeyDown, kKeyDelete}) {
+    actions.push_back([=](Dialog& dialog) { PressKey(dialog, id, key); });
+  }
+  for (const auto& [x, y] : {std::pair{width / 3, height / 4}, {width / 2, height / 2}, {width - 9, height - 5}}) {
+    for (const MessageNumber what : {kMessageLeftDown, kMessageMouseMove, kMessageLeftUp, kMessageDoubleClick}) {
+      actions.push_back([=](Dialog& dialog) { Mouse(dialog, id, what, what == kMessageMouseMove ? x + 4 : x, y); });
+    }
+  }
+  if (control.kind == ControlKind::Check) actions.push_back([=](Dialog& dialog) { Click(dialog, id); });
+  for (const int item : {0, 2, control.selection}) {
+    actions.push_back([=](Dialog& dialog) { Choose(dialog, id, item); });
+  }
+  if (control.kind == ControlKind::NumberEdit) actions.push_back([=](Dialog& dialog) { Type(dialog, id, "7"); });
+  return actions;
+}
+
+// A view paints only what is announced, so no face may change in silence.
+void DialogSums::ExpectChangesAreAnnounced(Dialog& dialog) {
+  std::set<int> announced;
+  SetDialogObserver([&](Dialog& changed, const DialogChange& change) {
+    if (&changed == &dialog) announced.insert(change.id);
+  });
+  const auto faces = [&] {
+    std::map<int, std::string> seen;
+    for (int i = 0; i < ControlCount(dialog); ++i) {
+      const ControlView control = ControlAt(dialog, i);
+      if (!control.visible || control.id < 0 || control.id == MainControl::Sample) continue;
+      testing::Hash hash;
+      AddFace(hash, dialog, control.id, {}, control.place);
+      seen[control.id] = hash.Text();
+    }
+    return seen;
+  };
+  std::map<int, std::string> shown = faces();
+  for (int i = 0; i < ControlCount(dialog); ++i) {
+    const ControlView control = ControlAt(dialog, i);
+    if (!control.visible || control.kind == ControlKind::Button || control.kind == ControlKind::DefaultButton) continue;
+    int number = 0;
+    for (const auto& action : ActionsOn(control)) {
+      announced = {FocusOf(dialog)};  // which a view knows to paint when the focus moves
+      action(dialog);
+      ++number;
+      for (const auto& [id, face] : faces()) {
+        const auto before = shown.find(id);
+        if (before != shown.end() && before->second != face) {
+          EXPECT_TRUE(announced.contains(id) || announced.contains(0))
+              << id << " after " << number << " on " << control.id;
+        }
+      }
+      shown = faces();
+    }
+  }
+  SetDialogObserver({});
+}
+
+TEST_F(DialogSums, AreThoseOfTheListAndChangesAreAnnounced) {
   SetFolderOverrides({Path("settings.ini"), "", Path("data")});
   skinned_ = true;
-  int kind = 0;
+  int kind = 0, depth = 0;
   responder_.menu = [&](Dialog*, std::span<const MenuItem> items) {
+    if (depth) return 0;
     constexpr int kBarMenuFirst = 103, kManageLibrary = 104;
     return items[0].id == kBarMenuFirst ? kManageLibrary : kCommandFirstKind + kind;
   };
-
+  const auto use = [&](Dialog& dialog) {
+    ++depth;
+    ExpectChangesAreAnnounced(dialog);
+    --depth;
+  };
   inner_ = [&](Dialog& dialog, int id) {
+    if (depth) return;
     Take(dialog, "dialog " + std::to_string(id));
     if (id == kTextureDialogTemplate.id) {
       for (int type = 0; Choose(dialog, TextureControl::Types, type); ++type) {
@@ -90,12 +160,17 @@ TEST_F(DialogSums, AreThoseOfTheList) {
       }
       Choose(dialog, TextureControl::Types, 0);
       Click(dialog, TextureControl::ShowPreview);
+      for (const int type : {0, 5}) {
+        Choose(dialog, TextureControl::Types, type);
+        use(dialog);
+      }
     }
     if (id == kGradientDialogTemplate.id) {
       Click(dialog, GradientControl::MultiColor);
       Take(dialog, "multicolour gradient");
       for (const KeyCode key : {kKeyMenu, kKeyRight, kKeyF2}) PressKey(dialog, GradientControl::Fountain, key);
     }
+    if (id != kTextureDialogTemplate.id) use(dialog);
   };
   RunDialog(kBothHost, [&](Dialog& dialog) {
     for (int i = 0; Choose(dialog, ControlId::Effect, i); ++i) Take(dialog, "effect " + std::to_string(i));
@@ -107,6 +182,7 @@ TEST_F(DialogSums, AreThoseOfTheList) {
     for (const int button : {MainControl::Register, MainControl::About}) Click(dialog, button);
     RunMessageBox(&dialog, nullptr, {"T", "So."});
     RunNamePrompt(&dialog, "T", "");
+    use(dialog);
   });
   testing::ExpectList("dialogs.txt", rows);
 }
