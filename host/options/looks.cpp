@@ -171,7 +171,10 @@ Look ReadLook(const std::string& nameOrFile) {
     if (found == files.end()) {
       std::vector<std::string> names;
       for (const auto& [name, file] : files) names.push_back(name);
-      if (names.empty()) Refuse("no look is installed; install the program together with its share folder");
+      if (names.empty())
+        Refuse(
+            "no look is installed; install the program together with its share folder, or name that in "
+            "GLYPHMOTION_DATA");
       Refuse("there is no look '" + nameOrFile + "'" + Suggestion(nameOrFile, names) + " (see --list looks)");
     }
     path = found->second.string();
