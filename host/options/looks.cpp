@@ -56,7 +56,8 @@ class LookReader {
       const toml::table table = toml::parse(*text, path_);
       for (const auto& [key, node] : table) ReadKey(look, std::string(key.str()), node);
     } catch (const toml::parse_error& error) {
-      Refuse(At(error.source().begin.line) + ": " + std::string(error.description()));
+      Refuse(At(error.source().begin.line) + ": " + std::string(error.description()) +
+             "; a text needs quotation marks, as in fill = \"gold\"");
     }
   }
 

@@ -282,6 +282,7 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
     const char* says;
   } cases[] = {
       {"Hi -e ripple --shadow '#fff' " + out, 2, "Ripple has no shadow; leave it out"},
+      {"Hi -e ripple --shadow none -s 20 " + out, 0, ""},
       {"'' --test-run", 1, "the text is empty"},
       {"Hi --save-document " + folder / "no/a.gm4", 1, "cannot be written"},
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
