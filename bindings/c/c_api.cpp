@@ -42,7 +42,9 @@ namespace {
 
 // Runs a function that returns a status and may throw; nothing is thrown into C.
 template <typename Work>
-glyphmotion_status Guarded(glyphmotion_job& job, Work work) noexcept {
+glyphmotion_status Guarded(glyphmotion_job* target, Work work) noexcept {
+  if (!target) return GLYPHMOTION_OUT_OF_MEMORY;
+  glyphmotion_job& job = *target;
   try {
     job.error.clear();
     job.outOfMemory = false;
@@ -231,8 +233,8 @@ const char* const* glyphmotion_formats(void) { return KeptNames<OutputFormats>()
 glyphmotion_job* glyphmotion_job_new(void) { return new (std::nothrow) glyphmotion_job; }
 
 glyphmotion_job* glyphmotion_job_copy(const glyphmotion_job* job) {
-  glyphmotion_job* copy = glyphmotion_job_new();
-  if (copy && Guarded(*copy, [&] {
+  glyphmotion_job* copy = job ? glyphmotion_job_new() : nullptr;
+  if (copy && Guarded(copy, [&] {
                 copy->typed = job->typed;
                 return GLYPHMOTION_OK;
               }) == GLYPHMOTION_OK)
@@ -244,34 +246,37 @@ glyphmotion_job* glyphmotion_job_copy(const glyphmotion_job* job) {
 void glyphmotion_job_free(glyphmotion_job* job) { delete job; }
 
 glyphmotion_status glyphmotion_job_set(glyphmotion_job* job, const char* option, const char* value) {
-  return Guarded(*job, [&] { return SetText(*job, option, value); });
+  return Guarded(job, [&] { return SetText(*job, option, value); });
 }
 
 glyphmotion_status glyphmotion_job_set_number(glyphmotion_job* job, const char* option, long value) {
-  return Guarded(*job, [&] { return SetText(*job, option, std::to_string(value).c_str()); });
+  return Guarded(job, [&] { return SetText(*job, option, std::to_string(value).c_str()); });
 }
 
 glyphmotion_status glyphmotion_job_set_flag(glyphmotion_job* job, const char* option, int on) {
-  return Guarded(*job, [&] { return SetText(*job, option, on ? "1" : "0"); });
+  return Guarded(job, [&] { return SetText(*job, option, on ? "1" : "0"); });
 }
 
 const char* glyphmotion_job_error(const glyphmotion_job* job) {
-  return job->outOfMemory ? kOutOfMemory : job->error.c_str();
+  return !job || job->outOfMemory ? kOutOfMemory : job->error.c_str();
 }
 
 const char* glyphmotion_job_note(const glyphmotion_job* job, size_t index) {
-  return index < job->notes.size() ? job->notes[index].c_str() : nullptr;
+  return job && index < job->notes.size() ? job->notes[index].c_str() : nullptr;
 }
 
 void glyphmotion_job_on_progress(glyphmotion_job* job, glyphmotion_progress progress, void* user) {
+  if (!job) return;
   job->progress = progress;
   job->user = user;
 }
 
-void glyphmotion_job_cancel(glyphmotion_job* job) { job->cancelled = true; }
+void glyphmotion_job_cancel(glyphmotion_job* job) {
+  if (job) job->cancelled = true;
+}
 
 glyphmotion_status glyphmotion_render_to_file(glyphmotion_job* job, const char* path) {
-  return Guarded(*job, [&] {
+  return Guarded(job, [&] {
     job->notes.clear();
     const std::string target = PathOf(path);
     const Arguments arguments = Read(*job, target, nullptr);
@@ -284,7 +289,7 @@ glyphmotion_status glyphmotion_render_to_memory(glyphmotion_job* job, const char
                                                 size_t* size) {
   *bytes = nullptr;
   *size = 0;
-  return Guarded(*job, [&] {
+  return Guarded(job, [&] {
     job->notes.clear();
     std::vector<std::uint8_t> file;
     const Arguments arguments = Read(*job, "-", format ? format : "");
@@ -308,7 +313,7 @@ int glyphmotion_frame_duration(const glyphmotion_frame* frame) { return frame->d
 const unsigned char* glyphmotion_frame_rgba(const glyphmotion_frame* frame) { return frame->rgba; }
 
 glyphmotion_status glyphmotion_render_frames(glyphmotion_job* job, glyphmotion_frame_sink sink, void* user) {
-  return Guarded(*job, [&] {
+  return Guarded(job, [&] {
     job->notes.clear();
     const Arguments arguments = Read(*job, "-", "rgba");
     Watcher watcher(*job);

@@ -55,7 +55,14 @@ bool NeedsNoText(const Reading& reading) {
          std::any_of(sets.begin(), sets.end(), [](const auto& set) { return set.starts_with("MainText="); });
 }
 
-// The text of the command line, of a file or of a pipe.
+[[noreturn]] void RefuseForNoText(const Reading& reading) {
+  Refuse(reading.catalogue.input
+             ? "there is no text; write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, use "
+               "--text-file, or pipe it in"
+             : "there is no text; add \"text\" or \"text-file\"");
+}
+
+// The text of the command line, where "-" means a pipe if there is one; of a file; or of a pipe.
 void FindText(Reading& reading) {
   std::optional<std::string>& text = reading.typed.text;
   const auto input = [&](bool asked) {
@@ -65,14 +72,13 @@ void FindText(Reading& reading) {
     const std::string& path = reading.typed.Value("--text-file");
     if (text) Refuse("a text and --text-file cannot be used together; leave one out");
     text = path == "-" ? input(true).value_or("") : TextOfFile(path);
-  } else if (text || NeedsNoText(reading)) {
+  } else if (text != "-" && (text || NeedsNoText(reading))) {
     return;
   } else {
-    text = input(false);
-    if (!text || text->empty())
-      Refuse(
-          "there is no text; write it in quotation marks, for example glyphmotion \"Hello\" -o hello.gif, use "
-          "--text-file, or pipe it in");
+    const std::optional<std::string> piped = input(false);
+    if (!piped && text) return;  // a dash
+    if (piped.value_or("").empty()) RefuseForNoText(reading);
+    text = piped;
   }
   // The line's end belongs to the file.
   if (text->ends_with('\n')) text->pop_back();

@@ -56,7 +56,8 @@ class LookReader {
       const toml::table table = toml::parse(*text, path_);
       for (const auto& [key, node] : table) ReadKey(look, std::string(key.str()), node);
     } catch (const toml::parse_error& error) {
-      Refuse(At(error.source().begin.line) + ": " + std::string(error.description()));
+      Refuse(At(error.source().begin.line) + ": " + std::string(error.description()) +
+             "; a text needs quotation marks, as in fill = \"gold\"");
     }
   }
 
@@ -171,7 +172,10 @@ Look ReadLook(const std::string& nameOrFile) {
     if (found == files.end()) {
       std::vector<std::string> names;
       for (const auto& [name, file] : files) names.push_back(name);
-      if (names.empty()) Refuse("no look is installed; install the program together with its share folder");
+      if (names.empty())
+        Refuse(
+            "no look is installed; install the program together with its share folder, or name that in "
+            "GLYPHMOTION_DATA");
       Refuse("there is no look '" + nameOrFile + "'" + Suggestion(nameOrFile, names) + " (see --list looks)");
     }
     path = found->second.string();

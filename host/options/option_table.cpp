@@ -37,9 +37,8 @@ constexpr OptionRow kRows[] = {
          "gif, png, apng, webp, avif, webm, y4m or rgba, whatever the name of the output; -o - needs it"),
     Word("--frames-as", kOutput, "png", "png", "Write a folder of numbered pictures, which -o names"),
     {"--lossy", "N", kOutput,
-     "Quality of a lossy .webp or .avif (default: lossless) or of .webm, 0 to 100; of a .gif its loss: 0 (none) to "
-     "200, "
-     "from 20 on often a third smaller",
+     "Quality of a lossy .webp or .avif (default: lossless) or of .webm, at most 100; of a .gif its loss, often a "
+     "third smaller from 20 on",
      nullptr, 0, 200},
     Number("--max-bytes", kOutput, nullptr, 1, 2000000000,
            "Most bytes of a .gif: gives up what it must, first by --lossy, then --colors, then every second frame"),

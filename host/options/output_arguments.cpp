@@ -199,7 +199,7 @@ void ReadAction(Reading& reading) {
   const bool wantsPictures = !arguments.output.empty() || !arguments.recordFolder.empty() || test;
   if (wantsPictures) return;
   if (job.saveDocumentFile.empty() && arguments.saveLookFile.empty())
-    Refuse("there is no output file; add -o FILE, for example -o hello.gif");
+    Refuse("there is no output file; add -o FILE, for example glyphmotion \"Hello\" -o hello.gif");
   job.action = Job::Action::None;
 }
 

@@ -288,7 +288,8 @@ bool IsBatch(const std::vector<std::string>& words) { return !words.empty() && w
 BatchOutcome RunBatch(const std::vector<std::string>& words, const Catalogue& catalogue,
                       const std::function<RunReport(const Arguments&)>& run) {
   try {
-    const TypedWords typed = SortWords({words.begin() + 1, words.end()}, BatchRows());
+    const TypedWords typed = SortWords({words.begin() + 1, words.end()}, BatchRows(),
+                                       "batch takes one file of jobs, whose lines have the options of their pictures");
     if (typed.IsOn("--help")) {
       std::fputs(BatchHelp().c_str(), stdout);
       return {};
@@ -297,6 +298,8 @@ BatchOutcome RunBatch(const std::vector<std::string>& words, const Catalogue& ca
     LineReader reader(options.file);
     if (!reader) return {"'" + options.file + "' cannot be read: " + std::strerror(errno), kExitUsage};
     std::error_code error;
+    if (!options.out.empty() && (fs::create_directories(options.out, error), error))
+      return {"the folder '" + options.out + "' cannot be created: " + error.message(), kExitFailed};
     if (fs::is_regular_file(options.file, error)) options.style.size = fs::file_size(options.file, error);
     return Batch(options, catalogue, run).Run(reader);
   } catch (const UsageError& error) {

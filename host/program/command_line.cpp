@@ -13,13 +13,24 @@
 namespace glyphmotion {
 namespace {
 
-std::string ExtraArgument(const std::string& word) {
-  return "unexpected argument '" + word + "'; put a text of several words in quotation marks";
+// The option that a word names, with or without a value after "="; null for none.
+const OptionRow* RowOf(const std::string& word, std::span<const OptionRow> rows) {
+  const std::string name = word.substr(0, word.find('='));
+  for (const OptionRow& row : rows) {
+    if (name == LongName(row) || (!name.empty() && name == NegativeName(row))) return &row;
+    if (name.size() == 2 && name[0] == '-' && name[1] == ShortName(row)) return &row;
+  }
+  return nullptr;
 }
 
-// A word that is no option and no text.
-std::string UnknownWord(const std::string& word, std::span<const OptionRow> rows) {
-  if (word.size() < 2 || word[0] != '-') return ExtraArgument(word);
+std::string ExtraArgument(const std::string& word, const std::string& remedy) {
+  return "unexpected argument '" + word + "'; " + remedy;
+}
+
+// A word that is neither an option nor a text.
+std::string UnknownWord(const std::string& word, std::span<const OptionRow> rows, const std::string& remedy) {
+  if (word.size() < 2 || word[0] != '-') return ExtraArgument(word, remedy);
+  if (RowOf(word, OptionRows())) return "'" + word + "' cannot be used here; " + remedy;
   std::vector<std::string> names;
   for (const OptionRow& row : rows) {
     names.push_back(LongName(row));
@@ -45,9 +56,21 @@ std::string SentenceOf(const CLI::ParseError& error) {
   return text + "; see --help";
 }
 
+// CLI11 takes an option for the value of the one before it, and "--bold=" for "--bold".
+void CheckThatValuesFollow(const std::vector<std::string>& words, std::span<const OptionRow> rows) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const OptionRow* row = RowOf(words[i], rows);
+    if (!row) continue;
+    if (!row->form && words[i].ends_with('=')) Refuse("'" + words[i] + "' has an empty value; leave the '=' out");
+    if (!row->form || words[i].find('=') != std::string::npos || ++i == words.size()) continue;
+    if (RowOf(words[i], rows))
+      Refuse(LongName(*row) + " needs a value after it, but '" + words[i] + "' follows; see --help");
+  }
+}
+
 }  // namespace
 
-TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows) {
+TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows, const std::string& remedy) {
   TypedWords typed;
   CLI::App app;
   app.set_help_flag();
@@ -70,6 +93,7 @@ TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> 
   const auto dashes = std::find(words.begin(), words.end(), "--");
   std::vector<std::string> texts(dashes == words.end() ? dashes : dashes + 1, words.end());
   words.erase(dashes, words.end());
+  CheckThatValuesFollow(words, rows);
   std::reverse(words.begin(), words.end());  // CLI11 takes them last first
   try {
     app.parse(words);
@@ -80,8 +104,8 @@ TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> 
     typed.text = texts.front();
     texts.erase(texts.begin());
   }
-  if (!texts.empty()) Refuse(ExtraArgument(texts.front()));
-  if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front(), rows));
+  if (!texts.empty()) Refuse(ExtraArgument(texts.front(), remedy));
+  if (const auto extras = app.remaining(); !extras.empty()) Refuse(UnknownWord(extras.front(), rows, remedy));
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::string name = LongName(rows[i]);
     if (!values[i].empty()) typed.Put(name, values[i]);

@@ -12,9 +12,10 @@
 
 namespace glyphmotion {
 
-/// Throws UsageError for words that are no options, values that are missing or empty, and a second text. What follows
-/// "--" is text, whatever it looks like.
-TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows = OptionRows());
+/// Throws UsageError for unknown options, values that are missing or empty, and a second text; `remedy` says what to do
+/// about words too many. What follows "--" is text, whatever it looks like.
+TypedWords SortWords(std::vector<std::string> words, std::span<const OptionRow> rows = OptionRows(),
+                     const std::string& remedy = "put a text of several words in quotation marks");
 
 /// A parsed command line: arguments to run with, or a text to print and an exit code.
 struct ParsedArguments {

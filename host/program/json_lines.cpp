@@ -62,7 +62,7 @@ void AddFlag(const OptionRow& row, const std::string& key, const Json& value, st
     words.push_back("--" + key + "=" + value.get<std::string>());
     return;
   }
-  if (!value.is_boolean()) Refuse("'" + key + "' takes true or false");
+  if (!value.is_boolean()) Refuse("'" + key + "' takes true or false, not " + value.dump());
   const std::string name = "--" + key, negative = NegativeName(row);
   if (value.get<bool>()) {
     words.push_back(name);

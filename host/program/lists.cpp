@@ -76,7 +76,9 @@ ListTable ControlTable(const Catalogue& catalogue) {
 ListTable LookTable(std::string& trouble) {
   ListTable table{{{"name", 16}, {"summary"}}, {}};
   for (const auto& [name, summary] : Looks()) table.rows.push_back({name, summary});
-  if (table.rows.empty()) trouble = "no look is installed; install the program together with its share folder";
+  if (table.rows.empty())
+    trouble =
+        "no look is installed; install the program together with its share folder, or name that in GLYPHMOTION_DATA";
   return table;
 }
 

@@ -293,9 +293,9 @@ int Execute(const Arguments& arguments) {
   return kExitDone;
 }
 
-int ExecuteBatch(const std::vector<std::string>& words, Catalogue catalogue) {
-  catalogue.input = nullptr;  // the lines may come from there
-  const BatchOutcome outcome = RunBatch(words, catalogue, Perform);
+int ExecuteBatch(const std::vector<std::string>& words) {
+  // Standard input is not for texts: the lines may come from there.
+  const BatchOutcome outcome = RunBatch(words, LibraryCatalogue(), Perform);
   if (!outcome.error.empty()) return Fail(outcome.error, outcome.code);
   return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
 }
@@ -316,7 +316,7 @@ bool AskForJson(const std::vector<std::string>& words) {
 }  // namespace
 
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
-  Catalogue catalogue = ProgramCatalogue();
+  Catalogue catalogue = LibraryCatalogue();
   catalogue.textOptional = true;
   const ParsedArguments parsed = ParseArguments(words, catalogue);
   error = parsed.error;
@@ -325,7 +325,7 @@ std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& err
 }
 
 std::string RunWords(const std::vector<std::string>& words) {
-  const ParsedArguments parsed = ParseArguments(words, ProgramCatalogue());
+  const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
   if (!parsed.arguments) return parsed.error;
   return Perform(*parsed.arguments).error;
 }
@@ -371,7 +371,7 @@ int RunProgram(const std::vector<std::string>& words) {
       return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
     }
     const Catalogue catalogue = ProgramCatalogue();
-    if (IsBatch(words)) return ExecuteBatch(words, catalogue);
+    if (IsBatch(words)) return ExecuteBatch(words);
     if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
     if (!parsed.error.empty()) return FailAsAsked(AskForJson(words), parsed.error, parsed.exitCode);

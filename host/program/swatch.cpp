@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/program/swatch.h"
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 
 #include "host/encoders/encoders.h"
+#include "host/options/option_table.h"
+#include "host/options/values.h"
+#include "host/program/command_line.h"
 #include "materials/material_text.h"
 #include "materials/texture_library.h"
 #include "materials/tile.h"
@@ -12,28 +14,30 @@
 namespace glyphmotion {
 namespace {
 
-constexpr int kMaxSide = 8192;
+constexpr OptionRow kRows[] = {
+    {"-o,--output", "FILE", "", "The file to write: .png or .webp"},
+    {"--width", "N", "", "Width in pixels", nullptr, 1, 8192},
+    {"--height", "N", "", "Height in pixels", nullptr, 1, 8192},
+};
+constexpr const char* kUsage = "write swatch MATERIAL -o FILE.png [--width N] [--height N]";
 
 struct Request {
   std::string material, output;
   int width = 256, height = 256;
 };
 
-std::string Parse(const std::vector<std::string>& words, Request& request) {
-  const std::string usage = "write swatch MATERIAL -o FILE.png [--width N] [--height N]";
-  if (words.size() == 1) return "swatch needs a material; " + usage;
-  CLI::App app;
-  app.add_option("material", request.material)->required();
-  app.add_option("-o,--output", request.output)->required();
-  app.add_option("--width", request.width)->check(CLI::Range(1, kMaxSide));
-  app.add_option("--height", request.height)->check(CLI::Range(1, kMaxSide));
-  std::vector<std::string> reversed(words.rbegin(), words.rend() - 1);
-  try {
-    app.parse(reversed);
-  } catch (const CLI::ParseError& error) {
-    return std::string(error.what()) + "; " + usage;
+// Throws UsageError.
+Request Read(const std::vector<std::string>& words) {
+  const TypedWords typed = SortWords({words.begin() + 1, words.end()}, kRows, kUsage);
+  if (typed.text.value_or("").empty()) Refuse(std::string("swatch needs a material; ") + kUsage);
+  if (!typed.Has("--output")) Refuse(std::string("swatch needs an output; ") + kUsage);
+  Request request{*typed.text, typed.Value("--output")};
+  for (const OptionRow& row : kRows) {
+    for (const std::string& value : typed.Values(LongName(row))) CheckValue(row, value);
   }
-  return {};
+  if (typed.Has("--width")) request.width = static_cast<int>(*WholeNumber(typed.Value("--width")));
+  if (typed.Has("--height")) request.height = static_cast<int>(*WholeNumber(typed.Value("--height")));
+  return request;
 }
 
 const EncoderFormat* FormatOf(const std::string& path) {
@@ -62,14 +66,18 @@ std::string Write(const PackedDib& picture, const std::string& path) {
 
 bool IsSwatch(const std::vector<std::string>& words) {
   if (words.empty() || words[0] != "swatch") return false;
-  return words.size() == 1 || words[1].starts_with('#') || words[1].find(':') != std::string::npos;
+  return words.size() == 1 || !words[1].starts_with('-');
 }
 
 std::string WriteSwatch(const std::vector<std::string>& words, bool& badUsage) {
   badUsage = true;
   Request request;
-  std::string error = Parse(words, request);
-  if (!error.empty()) return error;
+  try {
+    request = Read(words);
+  } catch (const UsageError& error) {
+    return error.sentence;
+  }
+  std::string error;
   if (!FormatOf(request.output))
     return "'" + request.output + "' has an unknown file type for a swatch; use a name that ends in .png or .webp";
   Material material;

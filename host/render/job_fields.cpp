@@ -87,7 +87,9 @@ std::string InFieldTerms(std::string sentence, const Job& job) {
     if (!row.value) continue;
     if (const std::size_t at = sentence.find(quoted); at != std::string::npos)
       return sentence.replace(at, quoted.size(), row.field);
-    if (sentence.starts_with(key + " ")) return sentence.replace(0, key.size(), row.field);
+    if (!sentence.starts_with(key + " ")) continue;
+    const bool hundredths = job.paletteFormat && (key == "MainDelay" || key == "MainPause");
+    return sentence.replace(0, key.size(), row.field) + (hundredths ? ", in 1/100 s" : "");
   }
   return sentence;
 }

@@ -59,13 +59,13 @@ class Session {
     if (!image) return;
     Image out = image.Describe();
     out.sample = true;
-    if (!Give(out)) refused = true;
+    if (!Give(out)) Decline();
   }
 
   std::exception_ptr exception;
   ShortFrames shortFrames;
   int images = 0;
-  bool finished = false, cancelled = false, refused = false;
+  bool finished = false, cancelled = false, refused = false, declined = false;  // the last: by the sink
 
  private:
   // An image's bytes, valid during one call.
@@ -171,7 +171,7 @@ class Session {
     task.palette = record.palette;
     task.transparentIndex = record.transparentIndex;
     task.test = test;
-    return !sink_.task || sink_.task(task) ? 1 : Refuse();
+    return !sink_.task || sink_.task(task) ? 1 : Decline();
   }
 
   std::uint64_t AddImage(const HostImageRecord& record) {
@@ -184,7 +184,12 @@ class Session {
     out.delayUnit = job_.paletteFormat ? 10 : 1;
     out.transparentIndex = record.transparentIndex;
     out.standAlone = record.standAlone != 0;
-    return Give(out) ? 1 : Refuse();
+    return Give(out) ? 1 : Decline();
+  }
+
+  std::uint64_t Decline() {
+    declined = true;
+    return Refuse();
   }
 
   std::uint64_t Refuse() {
@@ -248,6 +253,7 @@ std::string CanvasNote(const Job& job) {
 }
 
 std::string Explain(const Job& job, const Session& session, const std::vector<std::string>& messages) {
+  if (session.declined) return "the sink ended the run";
   if (session.refused) return messages.empty() ? "the host refused the run" : messages.back();
   // A dialog that cannot be created has no message; a panel fails only when out of memory.
   if (messages.empty()) return kOutOfMemory;

@@ -233,8 +233,11 @@ bool ScriptedUser::SetMaterials(Dialog& dialog) {
 bool ScriptedUser::SetRole(Dialog& dialog, const std::string& value, const RoleControls& role) {
   if (value.empty()) return true;
   const std::string effect = std::string("the effect ") + CurrentEffect(dialog).name;
-  if (!role.material) return Fail(effect + " has no " + role.name + "; leave it out");
-  if (role.enable && EqualsIgnoringCase(value, "none")) return SetByLine(dialog, role.enable, "0");
+  const bool none = EqualsIgnoringCase(value, "none");
+  if (!role.material)  // a shadow that is not wanted suits an effect without one
+    return (none && role.name == std::string_view("shadow")) ||
+           Fail(effect + " has no " + role.name + "; leave it out");
+  if (role.enable && none) return SetByLine(dialog, role.enable, "0");
   Colour colour = 0;
   int alpha = 255;
   if (!ParseColourAndAlpha(value, colour, alpha) || alpha == 255) return FillWith(dialog, role.material, value);

@@ -57,7 +57,8 @@ GLYPHMOTION_EXPORT const char* const* glyphmotion_formats(void);
 
 typedef struct glyphmotion_job glyphmotion_job;
 
-/* A new job without options; null when out of memory. Free it with glyphmotion_job_free(), which takes null as well. */
+/* A new job without options; null when out of memory. Free it with glyphmotion_job_free(). All functions take a null
+ * job as well: those with a status return GLYPHMOTION_OUT_OF_MEMORY, the others do nothing. */
 GLYPHMOTION_EXPORT glyphmotion_job* glyphmotion_job_new(void);
 /* A new job with the options of another one, but not its callback; null when out of memory. */
 GLYPHMOTION_EXPORT glyphmotion_job* glyphmotion_job_copy(const glyphmotion_job* job);

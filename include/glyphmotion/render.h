@@ -185,7 +185,8 @@ struct HostCallEvent {
   bool hasTask = false;
 };
 
-/// Receives the run. Empty members are skipped. Returning false ends the run as a refusal by the host does.
+/// Receives the run. Empty members are skipped. Returning false ends the run with RenderStatus::Failed, as a refusal by
+/// the host does; `cancelled` and `stop` end it with RenderStatus::Cancelled.
 struct Sink {
   std::function<bool(const Task&)> task;
   std::function<bool(const Image&)> image;
@@ -220,7 +221,9 @@ struct RenderResult {
 
 /// Runs a job on the calling thread, which also calls the sink. Throws only what the sink throws. Every run has a state
 /// of its own: any number of threads may render at once, with the same bytes as alone, and a sink may render another
-/// job before it returns. Several runs may share a Job and a Sink if their functions are thread-safe.
+/// job before it returns. Several runs may share a Job and a Sink if their functions are thread-safe. For whole frames
+/// in true colour, with delays in milliseconds, set `paletteFormat` to false; set `delay` and `pause` as well, because
+/// the built-in ones are 4 and 100 in whatever unit.
 GLYPHMOTION_EXPORT RenderResult Render(const Job& job, const Sink& sink);
 
 /// Renders a job into a file, whose format its extension names: one of OutputFormats(). The file appears whole or not
@@ -246,7 +249,8 @@ GLYPHMOTION_EXPORT std::vector<LookInfo> Looks();
 /// what suits both. Returns one sentence, with the job as it was, when the look cannot be read; otherwise empty.
 GLYPHMOTION_EXPORT std::string ApplyLook(Job& job, const std::string& nameOrFile);
 
-/// "gif", "png" (animated), "webp", "y4m", "rgba"; the last two are uncompressed video.
+/// "gif", "png" (animated) and its other name "apng", "webp", "y4m" and "rgba", which are uncompressed video, and,
+/// where the build found their libraries, "avif" and "webm".
 GLYPHMOTION_EXPORT std::vector<std::string> OutputFormats();
 
 /// The version of the library that runs, as GLYPHMOTION_VERSION has that of the headers.

@@ -143,6 +143,8 @@ TEST(Arguments, TheRestOfTheJob) {
   EXPECT_TRUE(a->quiet);
   EXPECT_EQ(a->progress, false);
   EXPECT_EQ(Parse({"-", "-o", "a.gif"}).arguments->job.text, "-");
+  EXPECT_EQ(Parse({"-", "-o", "a.gif"}, "Piped\n").arguments->job.text, "Piped");
+  EXPECT_EQ(Parse({"-", "-o", "a.gif"}, "").exitCode, 2);
   EXPECT_EQ(Parse({"--set", "MainText=x", "-o", "a.gif"}).exitCode, 2) << "not in this catalogue";
   const auto piped = Parse({"-o", "-", "--format", "y4m", "--start", "rest"}, "Piped\r\n").arguments;
   ASSERT_TRUE(piped);
@@ -222,6 +224,9 @@ TEST(Arguments, BadUsageIsOneSentenceThatNamesTheValueAndWhatIsAllowed) {
       {{"Hi", "-o", "a.gif", "--sizes", "9"}, {"--sizes", "'--size'"}},
       {{"Hi", "there", "-o", "a.gif"}, {"there", "quotation"}},
       {{"Hi", "-o", "a.gif", "-s", "9", "-s", "8"}, {"--size is given more than once"}},
+      {{"Hi", "--width", "-o", "a.gif"}, {"--width needs a value", "'-o' follows"}},
+      {{"Hi", "-o", "a.gif", "-s", "--no-bold"}, {"--size needs a value", "'--no-bold' follows"}},
+      {{"Hi", "-o", "a.gif", "--no-bold="}, {"'--no-bold=' has an empty value"}},
       {{"", "-o", "a.png", "--sample"}, {"empty"}},
       {{"Hi", "-o", "a.gif", "--fit", "none"}, {"--fit", "--width or --height"}},
       {{"Hi", "-o", "a.gif", "--width", "9", "--valign", "top"}, {"--valign", "--height"}},

@@ -65,7 +65,7 @@ TEST(Batch, EachLineMakesWhatASingleRunMakesAndAWrongOneFailsAlone) {
       {R"({"text":"x","output":"x1.gif","size":900})", "--size 900 is not allowed"},
       {R"({"text":"x","output":"x.gif","size":[20]})", "not an array"},
       {R"({"text":"x","output":"x.gif","size":true})", "not true or false"},
-      {R"({"text":"x","output":"x.gif","bold":1})", "'bold' takes true or false"},
+      {R"({"text":"x","output":"x.gif","bold":1})", "'bold' takes true or false, not 1"},
       {R"({"text":"x","output":"x.gif","fill":""})", "'fill' has an empty value"},
       {R"({"text":"x","output":"x.gif","list":"fonts"})", "not for a line of a batch"},
       {R"({"text":"x","output":"-"})", "cannot be '-'"},

@@ -209,6 +209,7 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
   } rows[] = {
       {[](Job& job) { job.size = 500; }, "gif", "size takes a whole number from 4 to 144, not '500'"},
       {[](Job& job) { job.frames = 1; }, "gif", "frames takes"},
+      {[](Job& job) { job.delay = std::chrono::seconds(1); }, "gif", "from 1 to 25, not '100', in 1/100 s"},
       {[](Job& job) { job.effect = "vortx"; }, "gif", "the effects are Background Hyperspace"},
       {[](Job& job) { job.font = "No Such"; }, "gif", "there is no font 'No Such'"},
       {[](Job& job) { job.fill = "texture:Nothing"; }, "gif", "there is no texture 'Nothing'"},
@@ -250,8 +251,11 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
   EXPECT_TRUE(open.fill.empty());
   EXPECT_EQ(RenderToFile(SmallJob(), folder / "a.bmp").status, RenderStatus::BadJob);
   EXPECT_EQ(RenderToFile(SmallJob(), folder / "none/a.gif").status, RenderStatus::Failed);
-  std::atomic<bool> stop = true;
   Sink sink;
+  sink.image = [](const Image& image) { return image.number < 2; };
+  const RenderResult ended = RenderToFile(SmallJob(), folder / "ended.gif", sink);
+  EXPECT_TRUE(ended.status == RenderStatus::Failed && ended.message == "the sink ended the run") << ended.message;
+  std::atomic<bool> stop = true;
   sink.stop = &stop;
   EXPECT_EQ(RenderToFile(SmallJob(), folder / "stopped.gif", sink).status, RenderStatus::Cancelled);
   EXPECT_TRUE(std::filesystem::is_empty(folder.path));
@@ -471,6 +475,12 @@ TEST(CApi, FramesAreWhatAViewerSees) {
 }
 
 TEST(CApi, EveryWrongValueIsASentenceWithoutSwitches) {
+  CJob none;
+  glyphmotion_job_free(std::exchange(none.job, nullptr));
+  std::string nothing;
+  EXPECT_TRUE(none.Set("size", "20") == GLYPHMOTION_OUT_OF_MEMORY &&
+              none.Memory("gif", nothing) == GLYPHMOTION_OUT_OF_MEMORY && none.Error().starts_with("out of memory"));
+  EXPECT_TRUE(!glyphmotion_job_copy(nullptr) && !glyphmotion_job_note(nullptr, 0));
   int refused = 0;
   for (const char* const* option = glyphmotion_options(); *option; ++option) {
     for (const char* value : {"?", "-7", "none"}) {
