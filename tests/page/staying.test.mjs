@@ -57,7 +57,9 @@ test('A document given at the start is opened and saved where it is', async () =
   await page.context().close();
   await maker.stop();
   const server = await startProgram({words: [file]});
-  const again = await openPage(server.address);
+  // Also a page that had its session with an earlier program is the first of this one.
+  const session = '0123456789abcdef', again = await openPage(server.address, {session});
+  assert.equal(await again.evaluate(() => window.glyphmotion.hello.session), session);
   assert.equal((await state(again)).text, 'From a file');
   await again.fill('#text', 'And changed');
   await settled(again);
