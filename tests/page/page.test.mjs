@@ -39,6 +39,16 @@ async function download(click) {
   return readFileSync(await (await waiting).path());
 }
 
+test('The page names every module that it begins with, so that none waits for another', () => {
+  const web = new URL('../../web/', import.meta.url), html = readFileSync(new URL('index.html', web), 'utf8');
+  const named = [...html.matchAll(/(?:src|modulepreload" href)="(js\/[^"]+)"/g)].map(found => found[1]);
+  const needed = new Set(['js/line.js', 'js/main.js']);
+  for (const name of needed) {
+    for (const [, other] of readFileSync(new URL(name, web), 'utf8').matchAll(/^import .* from '\.\/(.+)';$/gm)) needed.add(`js/${other}`);
+  }
+  assert.deepEqual(named.sort(), [...needed].sort());
+});
+
 test('Typed text is in the document and in the picture, and each effect is chosen and built', async () => {
   await page.fill('#text', 'Größe');
   await page.getByRole('spinbutton', {name: 'Size'}).fill('24');
