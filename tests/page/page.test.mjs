@@ -290,6 +290,8 @@ test('A font, lines and a picture are dropped on the page', async () => {
   assert.ok((await download(() => page.click('#download'))).equals(readFileSync(join(folder, 'untitled.gif'))), command);
   await section('letters').getByRole('button', {name: 'Remove'}).click();
   await becomes(async () => (await state(page)).font, '');
+  await drop('mine.exe', '', [77, 90, 0, 3]);
+  await page.locator('.toast', {hasText: 'mine.exe is not a document'}).waitFor();
   await drop('mine.ttf', 'font/ttf', [1, 2, 3]);
   await page.locator('.toast', {hasText: "'mine.ttf' is not a font"}).waitFor();
   const fill = await fillOf(), picture = await page.evaluate(async () => {
