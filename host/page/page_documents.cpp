@@ -124,7 +124,7 @@ void PageSession::SendLists() { Send({{"type", "lists"}, {"recent", store_.Recen
 void PageSession::RequestBuild() {
   if (!greeted_) return;
   if (text_.empty()) return beside_->CancelBuild();
-  beside_->Build({revision_, document_, OptionWords(PictureOptions::Use::Stage)});
+  beside_->Build({revision_, document_, OptionWords(PictureOptions::Use::Stage), changed_});
 }
 
 // The dialog's own sample follows the options, too: they are members of this run.

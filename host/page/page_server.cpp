@@ -204,6 +204,7 @@ std::string PageServer::Serve() {
   if (options_.port) port_ = options_.port;
   std::thread listener([this] { server_.listen_after_bind(); });
   while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  hall_.Prepare();
   options_.ready("http://127.0.0.1:" + std::to_string(port_) + "/#" + token_);
   while (!options_.interrupted() && hall_.Sweep()) std::this_thread::sleep_for(std::chrono::milliseconds(100));
   hall_.EndAll();

@@ -93,6 +93,7 @@ void PageSession::Drive(Dialog& dialog, int templateId) {
     const int timer = MillisecondsToNextTimer();
     const auto event = events_.Next(timer < 0 ? kIdle : timer);
     if (!event) continue;
+    changed_ = std::chrono::steady_clock::now();
     try {
       Handle(dialog, *event);
     } catch (const std::bad_alloc&) {

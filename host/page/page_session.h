@@ -3,6 +3,7 @@
 // session's own thread, in the modal driver, which waits for events and for timers.
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -125,6 +126,7 @@ class PageSession {
   std::map<std::string, std::string> optionsOfLook_;  ///< what the last look has set
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
+  std::chrono::steady_clock::time_point changed_{};  ///< when the last event came
   bool touched_ = false, transparent_ = false, bold_ = false, italic_ = false;
   bool greeted_ = false;      ///< the first message, hello, is out; what comes earlier is part of it
   bool isSeen_ = false;       ///< a page has had a snapshot

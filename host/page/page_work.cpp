@@ -21,7 +21,8 @@ constexpr int kGifUnit = 10;  // milliseconds
 // The images of a run go to the page and, as the program would write them, into a file.
 struct BuildSink {
   FrameCollector frames{kGifUnit};
-  Output output;
+  std::vector<std::uint8_t> gif;
+  Output output = Output::Memory(gif);
   std::optional<Encoder> encoder;
   std::string error;
 
@@ -104,8 +105,6 @@ std::optional<std::string> BuildDocument(const WorkPlace& place, const BuildOrde
   const std::optional<Job> job = place.services.job(words, error);
   if (!job) return fail(error);
   BuildSink sink;
-  sink.output = Output::File(picture, error);
-  if (!error.empty()) return fail(error);
   const RenderResult result = Render(*job, sink.SinkFor(cancel));
   if (cancel || result.status == RenderStatus::Cancelled) return std::nullopt;
   if (result.status != RenderStatus::Done || !sink.encoder) {
@@ -113,9 +112,7 @@ std::optional<std::string> BuildDocument(const WorkPlace& place, const BuildOrde
     return fail(reason.empty() ? kOutOfMemory : reason);
   }
   error = sink.encoder->finish();
-  if (error.empty()) error = sink.output.Keep();
-  std::optional<std::string> gif = error.empty() ? ReadWholeFile(picture) : std::nullopt;
-  if (!gif) return fail(error.empty() ? "the picture could not be kept" : error);
+  if (!error.empty()) return fail(error);
   const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started).count();
   PageMessage message{{{"type", "build"},
                        {"state", "done"},
@@ -124,13 +121,13 @@ std::optional<std::string> BuildDocument(const WorkPlace& place, const BuildOrde
                        {"height", sink.frames.Height()},
                        {"delays", sink.frames.Delays()},
                        {"format", sink.frames.IsIndexed() ? "indexed" : "rgba"},
-                       {"bytes", gif->size()},
+                       {"bytes", sink.gif.size()},
                        {"notes", result.notes},
                        {"ms", taken}},
                       sink.frames.Take()};
   if (cancel) return std::nullopt;
   place.send(std::move(message));
-  return gif;
+  return std::string(sink.gif.begin(), sink.gif.end());
 }
 
 void MakePicture(const WorkPlace& place, const PictureWish& wish, const std::atomic<bool>& cancel) {

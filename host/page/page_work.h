@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,7 +18,12 @@ namespace glyphmotion {
 struct BuildOrder {
   int revision = 0;
   std::string document;
-  std::vector<std::string> words;  ///< options of the command line, on top
+  std::vector<std::string> words;                   ///< options of the command line, on top
+  std::chrono::steady_clock::time_point changed{};  ///< when the document became this one
+
+  bool IsFor(const BuildOrder& other) const {
+    return revision == other.revision && document == other.document && words == other.words;
+  }
 };
 
 struct PictureWish {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/page/session_hall.h"
 
+#include <algorithm>
 #include <exception>
 #include <vector>
 
@@ -82,7 +83,10 @@ SessionHall::~SessionHall() {
   for (auto& [key, member] : members_) member->thread.join();
 }
 
-void SessionHall::Start(const std::string& key, Member& member) {
+void SessionHall::Start(const std::string& key, bool spare) {
+  const auto made = std::make_shared<Member>();
+  Member& member = *made;
+  member.spare = spare;
   PageSession::Start start;
   start.key = key;
   start.words = options_.words;
@@ -101,6 +105,7 @@ void SessionHall::Start(const std::string& key, Member& member) {
     member.over = true;
     member.outbox.Close();
   });
+  members_[key] = made;
 }
 
 std::string SessionHall::Enter(const std::string& key) {
@@ -112,13 +117,27 @@ std::string SessionHall::Enter(const std::string& key) {
     return key;
   }
   if (members_.size() >= kMost) return {};
+  const auto spare =
+      std::find_if(members_.begin(), members_.end(), [](const auto& each) { return each.second->spare; });
   const bool known = key.size() == 16 && key.find_first_not_of("0123456789abcdef") == std::string::npos;
-  const std::string fresh = known && found == members_.end() ? key : RandomKey(8);
-  auto member = std::make_shared<Member>();
-  Start(fresh, *member);
-  members_[fresh] = std::move(member);
+  const bool returns = known && found == members_.end();
+  const std::string fresh = returns ? key : spare != members_.end() ? spare->first : RandomKey(8);
   hadOne_ = true;
+  if (spare == members_.end()) return Start(fresh, false), fresh;
+  // Who comes back from an earlier program has a document of his own; the first page's goes with it.
+  Member& first = *spare->second;
+  first.spare = false;
+  first.alone = returns ? Clock::time_point{} : Clock::now();
+  if (returns) {
+    gaveFirst_ = false;
+    Start(fresh, false);
+  }
   return fresh;
+}
+
+void SessionHall::Prepare() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  Start(RandomKey(8), true);
 }
 
 std::shared_ptr<SessionHall::Member> SessionHall::Find(const std::string& key) {
@@ -148,7 +167,7 @@ bool SessionHall::Sweep() {
       Member& member = *at->second;
       const auto grace =
           std::chrono::milliseconds(member.leaving ? options_.graceMilliseconds / 2 : options_.graceMilliseconds);
-      const bool late = member.listeners == 0 && Clock::now() - member.alone > grace;
+      const bool late = !member.spare && member.listeners == 0 && Clock::now() - member.alone > grace;
       if (!late && !member.over) {
         ++at;
         continue;

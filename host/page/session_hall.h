@@ -52,9 +52,12 @@ class SessionHall {
     int listeners = 0;
     std::chrono::steady_clock::time_point alone{};  ///< since when nobody listens
     bool leaving = false;
+    bool spare = false;  ///< made before anybody asked for it
     std::atomic<bool> over{false};
   };
 
+  /// Makes the first session before its page is there, which then finds all that it shows.
+  void Prepare();
   /// An old session, or with an unknown key a new one; its key, empty when there are too many.
   std::string Enter(const std::string& key);
   std::shared_ptr<Member> Find(const std::string& key);
@@ -65,7 +68,7 @@ class SessionHall {
   bool Sweep();
 
  private:
-  void Start(const std::string& key, Member& member);
+  void Start(const std::string& key, bool spare);
 
   const PageServices& services_;
   const PageServerOptions& options_;

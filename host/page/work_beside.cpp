@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// On threads: one builds, one makes pictures, and each export has its own.
+// On threads: one builds, one makes pictures when that one rests, and each export has its own.
 #include "host/page/work_beside.h"
 
 #include <thread>
@@ -13,10 +13,15 @@ namespace glyphmotion {
 struct WorkBeside::State {
   WorkPlace place;
   LiveBuild build{place};
-  WishThread<PictureWish> pictures{[this](const PictureWish& wish) { MakePicture(place, wish, pictures.Cancelled()); }};
+  WishThread<PictureWish> pictures{[this](const PictureWish& wish) { Make(wish); }};
   std::vector<std::thread> exports;
 
   explicit State(WorkPlace given) : place(std::move(given)) {}
+  // The cores are the large picture's while it is built.
+  void Make(const PictureWish& wish) {
+    build.AwaitPause(pictures.Cancelled());
+    if (!pictures.Cancelled()) MakePicture(place, wish, pictures.Cancelled());
+  }
   ~State() {
     for (std::thread& each : exports) each.join();
   }
@@ -25,7 +30,9 @@ struct WorkBeside::State {
 WorkBeside::WorkBeside(WorkPlace place) : state_(std::make_unique<State>(std::move(place))) {}
 WorkBeside::~WorkBeside() = default;
 
-void WorkBeside::Build(BuildOrder order) { state_->build.Request(std::move(order)); }
+void WorkBeside::Build(BuildOrder order) {
+  if (state_->build.Request(std::move(order))) state_->pictures.Set({});  // they show what the document was
+}
 
 void WorkBeside::CancelBuild() { state_->build.Cancel(); }
 

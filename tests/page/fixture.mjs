@@ -34,9 +34,10 @@ let browser;
 export const openBrowser = async () => (browser ??= await chromium.launch({executablePath: process.env.CHROMIUM || '/usr/bin/chromium', args: kFlags}));
 export const closeBrowser = async () => browser?.close();
 
-/** A page of its own; what its console says must be nothing. */
-export async function openPage(address, options = {}) {
+/** A page of its own, perhaps one that had a session before; what its console says must be nothing. */
+export async function openPage(address, {session, ...options} = {}) {
   const context = await (await openBrowser()).newContext({viewport: {width: 1280, height: 900}, acceptDownloads: true, ...options});
+  if (session) await context.addInitScript(key => sessionStorage.setItem('session', key), session);
   await context.grantPermissions(['clipboard-read', 'clipboard-write']);
   const page = await context.newPage();
   const said = [];

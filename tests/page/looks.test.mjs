@@ -86,6 +86,7 @@ test('Two thousand random events leave no message, no leak and a session that an
   }, [count, seed]);
   await round(200, 7);
   await settled(page);
+  await page.waitForFunction(() => !document.querySelector('.tile:not(.ready)'), null, {timeout: 90000});
   const start = await heap();
   for (let i = 1; i <= 9; i++) await round(200, i * 97);
   for (let i = 0; i < 6; i++) {

@@ -39,6 +39,16 @@ async function download(click) {
   return readFileSync(await (await waiting).path());
 }
 
+test('The page names every module that it begins with, so that none waits for another', () => {
+  const web = new URL('../../web/', import.meta.url), html = readFileSync(new URL('index.html', web), 'utf8');
+  const named = [...html.matchAll(/(?:src|modulepreload" href)="(js\/[^"]+)"/g)].map(found => found[1]);
+  const needed = new Set(['js/line.js', 'js/main.js']);
+  for (const name of needed) {
+    for (const [, other] of readFileSync(new URL(name, web), 'utf8').matchAll(/^import .* from '\.\/(.+)';$/gm)) needed.add(`js/${other}`);
+  }
+  assert.deepEqual(named.sort(), [...needed].sort());
+});
+
 test('Typed text is in the document and in the picture, and each effect is chosen and built', async () => {
   await page.fill('#text', 'Größe');
   await page.getByRole('spinbutton', {name: 'Size'}).fill('24');
@@ -280,6 +290,8 @@ test('A font, lines and a picture are dropped on the page', async () => {
   assert.ok((await download(() => page.click('#download'))).equals(readFileSync(join(folder, 'untitled.gif'))), command);
   await section('letters').getByRole('button', {name: 'Remove'}).click();
   await becomes(async () => (await state(page)).font, '');
+  await drop('mine.exe', '', [77, 90, 0, 3]);
+  await page.locator('.toast', {hasText: 'mine.exe is not a document'}).waitFor();
   await drop('mine.ttf', 'font/ttf', [1, 2, 3]);
   await page.locator('.toast', {hasText: "'mine.ttf' is not a font"}).waitFor();
   const fill = await fillOf(), picture = await page.evaluate(async () => {

@@ -288,6 +288,27 @@ TEST(PageSession, ALookSetsItsOptionsBesideTheDialogAndTakesThoseOfTheLastOneAwa
   EXPECT_EQ(second.find("--dither="), std::string::npos) << second;
 }
 
+TEST(PageSession, APageThatComesLaterGetsTheAnimationThatIsThereAndAChangeEndsThePicturesOfWhatWas) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  Talk talk(store, "a");
+  talk.Size();
+  talk.Post({{"op", "snapshot"}});
+  talk.Await("document");
+  const PageMessage again = talk.Await("build");
+  EXPECT_EQ(again.json["state"], "done");
+  EXPECT_FALSE(again.payload.empty());
+
+  Json effects = Json::array();
+  for (int i = 0; i < 60; ++i) effects.push_back(i % 20);
+  talk.Post({{"op", "thumbs"}, {"key", "old"}, {"text", "A long line of text"}, {"effects", effects}});
+  talk.Await("thumb");
+  talk.Post({{"op", "type"}, {"id", ControlId::Text}, {"text", "Ho"}});
+  talk.Size();
+  talk.Post({{"op", "thumbs"}, {"key", "new"}, {"text", "Ho"}, {"effects", {1}}});
+  EXPECT_EQ(talk.Await("thumb").json["key"], "new");
+}
+
 TEST(ScratchFolder, ClearsWhatAKilledProcessHasLeft) {
   const ScratchFolder mine;
   const TemporaryFolder names;

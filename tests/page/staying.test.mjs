@@ -38,6 +38,15 @@ test('Tabs have dialogs of their own, a reload keeps its own, and the last one e
   await one.waitForSelector('body.ready');
   assert.equal((await state(one)).text, 'One');
   assert.equal((await state(two)).text, 'Two');
+  const copy = await one.context().newPage();
+  await copy.addInitScript(key => sessionStorage.setItem('session', key), await one.evaluate(() => window.glyphmotion.hello.session));
+  await copy.goto(server.address);
+  await copy.waitForSelector('body.ready');
+  assert.notEqual((await state(copy)).text, 'One');  // a duplicated tab does not take the other's line away
+  await copy.close();
+  await two.route('**/api/events*', route => route.abort(), {times: 1});
+  await two.fill('#text', 'Two times');
+  await two.waitForFunction(() => window.glyphmotion.document.text === 'Two times');
   await one.context().close();
   await two.fill('#text', 'Still here');
   await settled(two);
@@ -57,7 +66,9 @@ test('A document given at the start is opened and saved where it is', async () =
   await page.context().close();
   await maker.stop();
   const server = await startProgram({words: [file]});
-  const again = await openPage(server.address);
+  // Also a page that had its session with an earlier program is the first of this one.
+  const session = '0123456789abcdef', again = await openPage(server.address, {session});
+  assert.equal(await again.evaluate(() => window.glyphmotion.hello.session), session);
   assert.equal((await state(again)).text, 'From a file');
   await again.fill('#text', 'And changed');
   await settled(again);

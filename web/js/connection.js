@@ -7,6 +7,23 @@ import {queueUp} from './event_queue.js';
 /** @typedef {(message: Json, payload: Uint8Array) => void} Receive */
 
 const kSilence = 7000;  // milliseconds without a beat
+const kRetry = 400;  // milliseconds after a post that did not get through
+
+/**
+ * Whether this tab alone has the session from now on. One that was duplicated has it not; one that is reloaded lets go a moment after it has gone.
+ * @param {string} session @returns {Promise<boolean>}
+ */
+async function hold(session) {
+  for (let tries = 0; tries < 8; tries++) {
+    const own = await new Promise(resolve => navigator.locks.request(`glyphmotion-${session}`, {ifAvailable: true}, lock => {
+      resolve(Boolean(lock));
+      return lock && new Promise(() => {});
+    }));
+    if (own) return true;
+    await new Promise(resolve => setTimeout(resolve, 60));
+  }
+  return false;
+}
 
 /** Takes exact numbers of bytes off a stream of chunks. */
 class ByteReader {
@@ -66,6 +83,7 @@ export class Connection {
   }
 
   async start() {
+    if (this.session && navigator.locks && !await hold(this.session)) this.session = '';
     for (let wait = 200; !this.leaving; wait = Math.min(wait * 1.6, 3000)) {
       const state = await this.listen();
       if (state === 'refused') return;
@@ -92,7 +110,10 @@ export class Connection {
         this.changed('refused', answer.error);
         return 'refused';
       }
-      if (answer.session !== this.session) this.queue = [];
+      if (answer.session !== this.session) {
+        this.queue = [];
+        if (navigator.locks) hold(answer.session);
+      }
       this.session = answer.session;
       sessionStorage.setItem('session', this.session);
       const response = await this.call(`/api/stream?session=${this.session}`, {signal: gone.signal});
@@ -129,14 +150,16 @@ export class Connection {
   }
 
   async flush() {
+    if (this.posting) return;
     this.posting = true;
     await Promise.resolve();
     while (this.queue.length && this.live) {
-      const events = this.queue.splice(0);
+      const events = this.queue.splice(0), {session} = this;
       try {
         await this.call(`/api/events?session=${this.session}`, {method: 'POST', body: JSON.stringify(events)});
-      } catch {
-        break;  // the stream hears of it
+      } catch {  // the stream may live on
+        if (session === this.session) this.queue.unshift(...events);
+        await new Promise(resolve => setTimeout(resolve, kRetry));
       }
     }
     this.posting = false;

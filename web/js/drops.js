@@ -5,6 +5,7 @@ import {isFontName} from './font_file.js';
 import {toast} from './toast.js';
 
 const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
+const kNoText = /[\0-\x08\x0e-\x1f\ufffd]/;
 
 export class Drops {
   /** @param {import('./model.js').Model} model @param {import('./asks.js').Asks} asks @param {import('./font_file.js').FontFile} font */
@@ -33,12 +34,15 @@ export class Drops {
     const file = data.files[0];
     if (!file) return this.text(data.getData('text/plain'));
     if (file.type.startsWith('image/')) return this.picture(file);
-    if (isFontName(file.name)) return this.model.dialogs.length > 1 ? undefined : this.font.take(file);
+    if (this.model.dialogs.length > 1) return toast('Close the editor first, then drop the file once more');
+    if (isFontName(file.name)) return this.font.take(file);
     if (file.size > 8e6) return toast(`${file.name} is too large for a document`, 'error');
     const words = await file.text();
     if (/\.gm4$/i.test(file.name) || words.startsWith(';This is a document')) {
       return this.model.post({op: 'open', name: file.name, document: words}, this.model.main);
     }
+    if (!words.trim()) return toast(`${file.name} is empty`, 'error');
+    if (kNoText.test(words)) return toast(`${file.name} is not a document, a picture, a font or text`, 'error');
     this.text(words);
   }
 

@@ -1,20 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The dialogs above the main one, each a layer of the page.
-import {buildAbout, buildPosition, buildTexturePreview} from './small_layers.js';
-import {buildFountainLibrary} from './fountain_library.js';
-import {buildGradient} from './gradient_editor.js';
-import {buildGeneric} from './generic_layer.js';
-import {buildTexture} from './texture_editor.js';
-import {buildTiles} from './tile_editor.js';
 import {icon, make} from './dom.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Dialog} Dialog */
-/** @typedef {(model: Model, dialog: Dialog, help: import('./help.js').Help) => HTMLElement} Build */
 
 const kOk = 1, kCancel = 2, kHelp = 9;
-/** @type {{[template: number]: Build}} */
-const kBuilders = {9995: buildGradient, 9998: buildTexture, 9981: buildTiles, 9997: buildFountainLibrary, 9996: buildPosition, 9994: buildTexturePreview, 9005: buildAbout};
 /** @type {{[template: number]: string}} */
 const kTitles = {9981: 'Tiles', 9994: 'How the texture looks'};
 
@@ -25,12 +16,18 @@ export class Layers {
     this.help = help;
     /** @type {{level: number, element: HTMLDialogElement, before: Element|null}[]} */
     this.open = [];
+    /** @type {Promise<typeof import('./editors.js')>|undefined} */
+    this.editors = undefined;
   }
 
+  /** The editors' modules, fetched once there is time, or when the first is opened. */
+  fetch() { return this.editors ??= import('./editors.js'); }
+
   /** @param {Dialog} dialog */
-  show(dialog) {
+  async show(dialog) {
     this.closeFrom(dialog.level);
-    const build = kBuilders[dialog.template] || buildGeneric;
+    const {builderOf} = await this.fetch();
+    if (this.model.dialogs[dialog.level - 1] !== dialog) return;  // it has ended meanwhile
     const name = kTitles[dialog.template] || dialog.title;
     const has = (/** @type {number} */ id) => dialog.controls.has(id);
     const post = (/** @type {number} */ id) => () => this.model.post({op: 'click', id}, dialog);
@@ -43,7 +40,7 @@ export class Layers {
     make('header', {class: 'layer-head'}, make('h2', {id: titleId}, name),
       has(kHelp) ? make('button', {class: 'quiet', onclick: post(kHelp)}, 'Help') : null,
       make('button', {class: 'icon', 'aria-label': 'Close', onclick: post(close)}, icon('close'))),
-    build(this.model, dialog, this.help),
+    builderOf(dialog.template)(this.model, dialog, this.help),
     make('footer', {class: 'layer-buttons'}, has(kCancel) && has(kOk) ? make('button', {onclick: post(kCancel)}, 'Cancel') : null,
       make('button', {class: 'main ok', onclick: post(has(kOk) ? kOk : kCancel)}, dialog.get(has(kOk) ? kOk : kCancel).label)));
     this.open.push({level: dialog.level, element, before: document.activeElement});

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The page: wires the parts to the line that the program's messages come on.
 import {Asks} from './asks.js';
-import {Connection} from './connection.js';
 import {Drops} from './drops.js';
 import {FontFile} from './font_file.js';
 import {Gallery} from './gallery.js';
 import {Header} from './header.js';
 import {Help} from './help.js';
 import {Layers} from './layers.js';
+import {connection, listen} from './line.js';
 import {Dialog, Model} from './model.js';
 import {Options} from './options.js';
 import {PictureOptions} from './picture_options.js';
@@ -16,7 +16,6 @@ import {TextField} from './text_field.js';
 import {byId} from './dom.js';
 import {toast} from './toast.js';
 
-const connection = new Connection(receive, changed);
 const model = new Model(connection);
 const help = new Help();
 const stage = new Stage(byId('stage'));
@@ -29,7 +28,7 @@ const layers = new Layers(model, help);
 const asks = new Asks(model);
 const text = new TextField(model, byId('text'));
 new Drops(model, asks, font);
-let offered = false;
+let offered = false, usable = false;
 
 /** @type {{[type: string]: (message: any, payload: Uint8Array) => void}} */
 const kHandlers = {
@@ -50,7 +49,6 @@ const kHandlers = {
     options.render();
     text.attach(dialog);
     document.body.classList.add('ready');
-    performance.mark('ready');
   },
   options(message) { picture.take(message.options); },
   changes(message) {
@@ -62,7 +60,12 @@ const kHandlers = {
     layers.closeFrom(message.level);
   },
   face(message, payload) { model.dialogs[message.level - 1]?.faces.get(`${message.id}/${message.item ?? -1}`)?.(message, payload); },
-  still(message, payload) { stage.still(message, payload); },
+  still(message, payload) {
+    stage.still(message, payload);
+    // The task after a frame's callbacks runs once that frame is painted.
+    if (!usable) requestAnimationFrame(() => setTimeout(complete));
+    usable = true;
+  },
   build(message, payload) { stage.built(message, payload); },
   thumb(message, payload) { gallery.show(message, payload); },
   document(message) {
@@ -98,6 +101,14 @@ function changed(state, words) {
   if (state === 'live') connection.flush();
 }
 
+/** Fetches what a page does without until it is usable. */
+async function complete() {
+  performance.mark('ready');
+  layers.fetch();
+  await help.load(connection);
+  if (model.main) options.render();
+}
+
 /** Documents that a crash has left, once a visit. */
 function offerRescued() {
   if (offered) return;
@@ -110,5 +121,4 @@ function offerRescued() {
 }
 
 Object.assign(window, {glyphmotion: model});  // for the browser's tests and for the curious
-help.load(connection).then(() => { if (model.main) options.render(); });
-connection.start();
+listen({receive, changed});

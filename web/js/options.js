@@ -9,7 +9,7 @@ import {isOfPalette, paletteRow} from './palette_row.js';
 
 const kEffect = 58;
 /** Names that read better without their dialog around them. @type {{[label: string]: string}} */
-const kNames = {Antialias: 'Smooth edges', Pad: 'Padding', 'Character space': 'Spacing', Delay: 'Delay, 1/100 s', Pause: 'Pause, 1/100 s'};
+const kNames = {Antialias: 'Smooth edges', Pad: 'Padding', 'Character space': 'Spacing', Delay: 'Delay, 1/100\u00a0s', Pause: 'Pause, 1/100\u00a0s'};
 const kPlainTitle = {letters: 'Letters', timing: 'Timing', output: 'Colors and file'};
 
 /** A fountain as CSS. @param {{start: string, end: string, loop: boolean, markers: [number, string][]}} fountain */

@@ -63,15 +63,19 @@ export class Animation {
     return this.delays.slice(0, frame).reduce((sum, delay) => sum + seen(delay), 0);
   }
 
-  /** A frame that shows what the effect does: where it differs most from the first one, of a few. */
+  /** A frame that shows what the effect does: of a few, one that differs from the first one, and that has something on it. */
   poster() {
     const size = this.frames.length / Math.max(this.count, 1);
     let best = 0, most = -1;
     for (let step = 1; step < 12; step++) {
       const frame = Math.min(Math.floor(this.count * step / 12), this.count - 1);
-      let difference = 0;
-      for (let i = 0; i < size; i += 7) if (this.frames[frame * size + i] !== this.frames[i]) difference++;
-      const calm = difference * (1 - Math.abs(step - 5) / 14);
+      const start = frame * size;
+      let difference = 0, ink = 0;
+      for (let i = 0; i < size; i += 7) {
+        if (this.frames[start + i] !== this.frames[i]) difference++;
+        if (this.frames[start + i] !== this.frames[start + i % 4]) ink++;
+      }
+      const calm = difference * Math.sqrt(ink) * (1 - Math.abs(step - 5) / 14);
       if (calm > most) {
         most = calm;
         best = frame;

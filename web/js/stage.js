@@ -40,8 +40,8 @@ export class Stage {
     this.zoomText = make('button', {class: 'zoom-text', title: 'Fit or actual size', onclick: () => this.setZoom(this.zoom === 0 ? 100 : 0)});
     const scale = (/** @type {number} */ by) => () => this.setZoom(clamp(Math.round((this.zoom || this.shownZoom()) * by / 25) * 25, 25, 800));
     this.backgrounds = make('div', {class: 'backgrounds', role: 'radiogroup', 'aria-label': 'Background of the preview'},
-      ...kBackgrounds.map(([name, words]) => make('label', {class: `ground ${name}`, title: words},
-        make('input', {type: 'radio', name: 'ground', value: name, 'aria-label': words, onchange: () => this.setBackground(name)}))));
+      ...kBackgrounds.map(([name, words]) => make('label', {class: `backdrop ${name}`, title: words},
+        make('input', {type: 'radio', name: 'backdrop', value: name, 'aria-label': words, onchange: () => this.setBackground(name)}))));
     this.place.append(this.view, this.empty, this.trouble, this.busy, make('div', {class: 'bar'},
       make('div', {class: 'transport'}, make('button', {class: 'icon', 'aria-label': 'One frame back', onclick: step(-1)}, icon('back')),
         this.toggle, make('button', {class: 'icon', 'aria-label': 'One frame on', onclick: step(1)}, icon('forward'))),

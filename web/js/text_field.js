@@ -25,6 +25,8 @@ export class TextField {
 
   /** @param {import('./model.js').Dialog} dialog */
   attach(dialog) {
+    this.field.readOnly = false;
+    if (document.activeElement === document.body) this.field.focus({preventScroll: true});
     const {limit} = dialog.get(kText);
     if (limit) this.field.maxLength = limit;
     dialog.watch(kText, facts => {
