@@ -1,68 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Documents, settings and pictures.
-#include <glyphmotion/host_contract.h>
-
-#include <condition_variable>
 #include <cstdlib>
 #include <functional>
-#include <mutex>
 #include <string>
-#include <thread>
 
 #include "controls/families.h"
 #include "controls/line_values.h"
 #include "controls/variables.h"
+#include "fuzz/open_dialog.h"
 #include "fuzz/readers.h"
 #include "host/render/image_loader.h"
-#include "platform/dialog_driver.h"
 #include "platform/encoding.h"
 #include "platform/files.h"
 #include "platform/folders.h"
-#include "platform/run_state.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
 #include "shell/settings.h"
 
 namespace glyphmotion::fuzz {
 namespace {
-
-/// The main dialog, open on a thread of its own.
-class OpenDialog {
- public:
-  OpenDialog() {
-    std::thread([this] { Run(); }).detach();
-  }
-  void Do(const std::function<void(Dialog&)>& work) {
-    std::unique_lock lock(mutex_);
-    work_ = &work;
-    changed_.notify_all();
-    changed_.wait(lock, [&] { return !work_; });
-  }
-
- private:
-  void Run() {
-    RunState run;
-    const RunScope scope(run);
-    SetModalDriver([this](Dialog& dialog, int) {
-      for (;;) {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return work_ != nullptr; });
-        (*work_)(dialog);
-        work_ = nullptr;
-        changed_.notify_all();
-      }
-    });
-    HostCallTable table{};
-    table.version = HostInterfaceVersion;
-    table.HostCall = [](void*, std::uint32_t, std::uint64_t, std::uint64_t) { return std::uint64_t{0}; };
-    table.hostFlags = HostFlagPaletteFormat;
-    RunMainDialog(nullptr, &table);
-  }
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  const std::function<void(Dialog&)>* work_ = nullptr;
-};
 
 std::string LineOf(Dialog& dialog, int id) {
   std::string line;

@@ -21,7 +21,8 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
     const char* word = (*argv)[i];
     if (std::strncmp(word, option, std::strlen(option)) == 0) Chosen() = FindReader(word + std::strlen(option));
     if (std::strcmp(word, "--list") != 0) continue;
-    for (const Reader& reader : Readers()) std::printf("%s %zu %s\n", reader.name, reader.longest, reader.sources);
+    for (const Reader& reader : Readers())
+      std::printf("%s %zu %s|%s\n", reader.name, reader.longest, reader.sources, reader.apart);
     std::exit(0);
   }
   if (!Chosen()) {

@@ -7,10 +7,14 @@
 #include <cstring>
 #include <vector>
 
+#include "controls/variables.h"
+#include "fuzz/open_dialog.h"
 #include "fuzz/readers.h"
 #include "glyphmotion/host_contract.h"
 #include "host/encoders/gif_writer.h"
 #include "host/recording/animation.h"
+#include "platform/folders.h"
+#include "shell/build_driver.h"
 
 namespace glyphmotion::fuzz {
 namespace {
@@ -55,10 +59,13 @@ HostileHost*& CurrentHost() {
   return host;
 }
 
-// A user of a few presses: buttons, materials, and mostly Test and Build.
-void Play(GlyphmotionDialog* dialog, void*) {
+std::uint64_t Answer(void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) {
+  return CurrentHost() ? CurrentHost()->Answer(operation, b) : 0;  // a dialog opens between two inputs
+}
+
+// A user of a few presses: buttons, materials, and mostly Test.
+void PressSome(GlyphmotionDialog* dialog) {
   Numbers& numbers = CurrentHost()->numbers;
-  GlyphmotionSetText(dialog, 52, "I");
   for (int i = 0; i < 6 && numbers.Any(); ++i) {
     const std::uint32_t word = numbers.Word();
     const int id = static_cast<int>(word & 1023), value = static_cast<int>(word >> 10 & 255);
@@ -76,7 +83,24 @@ void Play(GlyphmotionDialog* dialog, void*) {
         GlyphmotionPress(dialog, value & 1 ? 24 : id);
     }
   }
+}
+
+// A dialog over the main one, or the main one of a whole run.
+void Play(GlyphmotionDialog* dialog, void*) {
+  GlyphmotionSetText(dialog, 52, "I");
+  GlyphmotionSetNumber(dialog, 57, 6);
+  PressSome(dialog);
   GlyphmotionPress(dialog, 1);
+}
+
+GlyphmotionDialog* InC(Dialog& dialog) { return reinterpret_cast<GlyphmotionDialog*>(&dialog); }
+
+// A host of the kind that the flags say.
+OpenDialog& DialogFor(std::uint32_t hostFlags) {
+  static std::array<OpenDialog*, 4> dialogs{};
+  OpenDialog*& open = dialogs[hostFlags & 3];
+  if (!open) open = new OpenDialog(hostFlags & 3, Answer, [](Dialog& over) { Play(InC(over), nullptr); });
+  return *open;
 }
 
 using Screen = std::vector<std::uint32_t>;  // 0xFFBBGGRR, 0: nothing there
@@ -143,19 +167,41 @@ std::vector<Shown> Decode(const std::vector<std::uint8_t>& bytes, int width) {
 
 }  // namespace
 
+// The first byte: a host's flags, and in 4 whether it opens the dialog for this input and presses Build. The second:
+// how the palette is made, and whether there is a registration that the host can deny.
 void ReadHostAnswers(std::string_view input) {
   HostileHost host{Numbers(input)};
+  const std::uint8_t kind = host.numbers.Byte(), palette = host.numbers.Byte();
+  if (!(kind & 4)) {
+    OpenDialog& open = DialogFor(kind);
+    open.Do([&](Dialog& dialog) {
+      CurrentHost() = &host;
+      open.Restore(dialog);
+      CurrentPaletteRun() = {static_cast<PaletteRun::Kind>(palette % 4), palette & 16 ? 5 : 256,
+                             static_cast<Dithering>(palette / 4 % 3)};
+      for (const char* name : {"RegistrationName", "RegistrationCode"})
+        FindVariable(name)->text = palette & 32 ? "x" : "";
+      GlyphmotionSetText(InC(dialog), 52, "I");
+      GlyphmotionSetNumber(InC(dialog), 57, 6);
+      PressSome(InC(dialog));
+      GlyphmotionPress(InC(dialog), 24);
+      CurrentHost() = nullptr;
+    });
+    return;
+  }
   CurrentHost() = &host;
+  FolderOverrides folders;
+  folders.settingsFile = "";  // nothing of an input remains for the next
+  SetFolderOverrides(folders);
   HostCallTable table{};
   table.version = HostInterfaceVersion;
-  table.HostCall = [](void*, std::uint32_t operation, std::uint64_t, std::uint64_t b) {
-    return CurrentHost()->Answer(operation, b);
-  };
-  table.hostFlags = host.numbers.Byte() & 3;
+  if (kind & 8) table.version = host.numbers.Word();
+  table.HostCall = Answer;
+  table.hostFlags = kind & 3;
   std::uint64_t before[2], after[2];
   GlyphmotionLiveBlocks(&before[0], &before[1]);
   GlyphmotionSetDriver(Play, nullptr);
-  Require(PLUGIN16DoBuild(nullptr, &table) == 1);
+  PLUGIN16DoBuild(nullptr, &table);
   GlyphmotionSetDriver(nullptr, nullptr);
   GlyphmotionLiveBlocks(&after[0], &after[1]);
   Require(after[0] == before[0] && after[1] == before[1]);

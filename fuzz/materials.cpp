@@ -3,6 +3,7 @@
 // as the same.
 #include "materials/material.h"
 
+#include <cstring>
 #include <filesystem>
 #include <functional>
 
@@ -44,6 +45,10 @@ void ReadFountains(std::string_view input) {
     FountainToBitmap(fountain, 60, 2);
     FreePosition(fountain, 40);
     SortMarkers(fountain);
+    int positions[kMaxMarkers];
+    MarkerPositions(fountain, 60, positions);
+    while (RemoveMarker(fountain, static_cast<int>(fountain.MarkerCount / 2))) {
+    }
   }
 }
 
@@ -53,6 +58,9 @@ void ReadMaterialFiles(std::string_view input) {
   const BlockHandle again = LoadMaterial(FileOf(written), 0, true).Release();
   Require(Written([&](auto& path) { return SaveMaterial(again, path); }) == written);
   FreeMaterial(again);
+  const MovableBlock decoded = HexDecode(HexEncode(input.data(), input.size()), input.size());
+  const LockedBlock<std::uint8_t> bytes(decoded.Handle());
+  Require(input.empty() || (bytes && std::memcmp(bytes.get(), input.data(), input.size()) == 0));
   const LockedBlock<Material> material(block.Handle());
   if (!material) return;
   MakeSmall(material->Texture);
@@ -92,6 +100,11 @@ void ReadTiles(std::string_view input) {
   ReadTileLibrary(FileOf(written, ".mtx"), again);
   Require(Written([&](auto& to) { return WriteTileLibrary(to, again, {}); }) == written);
   for (const PackedDib& tile : library.tiles) TileTo24Bit(tile);
+  TileSpec named{};
+  SetTilePath(named, std::string(input.substr(0, 300)));
+  named.TileIndex = static_cast<std::uint32_t>(input.size() % 4);
+  LoadTileOf(named);
+  FreeBlock(HandleOf(named.TileBitmap));
   for (std::uint32_t i = 0; i < 3; ++i) {
     TileSpec tile{};
     tile.Right = tile.Bottom = 40;

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 // What people and scripts write: words, lines of a batch, looks, KEY=VALUE.
+#include <algorithm>
 #include <filesystem>
+#include <utility>
 
+#include "fuzz/open_dialog.h"
 #include "fuzz/readers.h"
 #include "host/options/arguments.h"
 #include "host/options/library_options.h"
 #include "host/options/looks.h"
 #include "host/program/command_line.h"
 #include "host/program/json_lines.h"
+#include "host/render/render_user.h"
+#include "shell/settings.h"
 
 namespace glyphmotion::fuzz {
 namespace {
@@ -72,9 +77,13 @@ void ReadLooks(std::string_view input) {
   static const Catalogue names = [] {
     Catalogue files = Names();
     files.readLook = ReadLook;
+    files.hasFont = [](const std::string& family) { return family != "x"; };
     return files;
   }();
-  Parse({"Hi", "-o", "a.gif", "--look", FileOf(input, ".toml")}, names);
+  const std::string& file = FileOf(input, ".toml");
+  Parse({"Hi", "-o", "a.gif", "--look", file}, names);
+  Parse({"Hi", "-o", "a.gif", "--look", file, "--effect", "iris", "--fps", "20"}, names);
+  Parse({"Hi", "-o", "a.gif", "--look", std::string(input.substr(0, 40))}, names);
   try {
     const Look look = ReadLook(FileOf(input, ".toml"));
     const Look again = ReadLook(FileOf(LookText(look.entries), ".toml"));
@@ -84,19 +93,72 @@ void ReadLooks(std::string_view input) {
   }
 }
 
-// The first line is the effect's number and the text's first characters, each other one KEY=VALUE.
+// The first byte is the effect's number, the second the host's formats and, in 4, a whole run with all lines; then
+// lines of KEY=VALUE, or --OPTION=VALUE. What follows a line that begins with "[" is a document.
 void ReadSetValues(std::string_view input) {
   static const std::vector<std::string> effects = EffectNames();
+  static OpenDialog& open = *new OpenDialog;
+  Numbers numbers(input);
+  const std::uint8_t effect = numbers.Byte(), kind = numbers.Byte();
+  TypedWords typed;
+  typed.Put("--output", {"a.gif"});
   Job job;
-  job.effect = effects[Numbers(input).Byte() % effects.size()];
-  for (const std::string& line : LinesOf(input)) {
+  const std::string_view rest = numbers.Rest();
+  const std::size_t end = rest.find("\n["), document = rest.find('\n', std::min(end, rest.size()) + 1);
+  for (const std::string& line : LinesOf(rest.substr(0, end))) {
     const std::size_t equals = line.find('=');
-    if (equals != std::string::npos) job.settings.emplace_back(line.substr(0, equals), line.substr(equals + 1));
+    if (equals == std::string::npos) continue;
+    if (!line.starts_with("--")) {
+      job.settings.emplace_back(line.substr(0, equals), line.substr(equals + 1));
+      continue;
+    }
+    try {
+      SetLibraryOption(typed, line.substr(2, equals - 2), line.substr(equals + 1));
+    } catch (const UsageError&) {
+    }
   }
+  try {
+    Job ofOptions = ReadOptions(std::move(typed), Names()).job;
+    ofOptions.settings.insert(ofOptions.settings.end(), job.settings.begin(), job.settings.end());
+    job = std::move(ofOptions);
+  } catch (const UsageError&) {
+  }
+  if (!job.effect) job.effect = effects[effect % effects.size()];
+  job.settingsFile.clear();  // an input names no file that is written
+  job.saveDocumentFile = kind & 16 ? FileOf({}, ".saved.gm4") : std::string();
+  job.documentFile = document < rest.size() ? FileOf(rest.substr(document + 1), ".gm4") : std::string();
+  job.paletteFormat = !(kind & 1);
+  job.trueColourFormat = kind & 2;
+  if (kind & 32) job.defaults = {{"MainDelay", "4"}, {"MainPause", "100"}, {"MainFontSize", "9"}, {"14", "1"}};
   job.action = Job::Action::None;
-  const RenderResult result = Render(job, {});
-  Require(result.blocks == 0 && result.locks == 0);
-  Require((result.status == RenderStatus::Done) == result.message.empty());
+  if (kind & 4) {
+    job.action = kind & 8 ? Job::Action::Sample : Job::Action::None;
+    const RenderResult result = Render(job, {});
+    Require(result.blocks == 0 && result.locks == 0);
+    Require((result.status == RenderStatus::Done) == result.message.empty());
+    return;
+  }
+  // Line by line: one that is refused does not hide those after it.
+  open.Do([&](Dialog& dialog) {
+    open.Restore(dialog);
+    const std::vector<Job::Setting> settings = std::exchange(job.settings, {});
+    const auto play = [&] {
+      const std::vector<std::string> messages;
+      ScriptedUser user(job, messages, SummariseSettings(kind & 64 ? "[PlugIn]\nMainDelay = 3000\n" : ""));
+      user.Play(dialog, {});
+      Require(user.Played() == user.Error().empty());
+    };
+    play();
+    for (const Job::Setting& setting : settings) {
+      Job line;
+      line.paletteFormat = job.paletteFormat;
+      line.trueColourFormat = job.trueColourFormat;
+      line.action = Job::Action::None;
+      line.settings = {setting};
+      job = std::move(line);
+      play();
+    }
+  });
 }
 
 }  // namespace glyphmotion::fuzz

@@ -15,6 +15,7 @@ struct Reader {
   void (*read)(std::string_view input);
   const char* sources;         ///< whose lines it has to reach, by blanks
   std::size_t longest = 4096;  ///< bytes of an input
+  const char* apart = "";      ///< functions of the sources that read nothing: they write, draw, or ask a person
 };
 std::span<const Reader> Readers();
 /// Null for none.

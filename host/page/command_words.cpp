@@ -72,12 +72,14 @@ std::string GradientWord(const Material& material, const Material& plain) {
   return word + GradientTail(gradient, plain.Gradient);
 }
 
-std::string TextureWord(const TextureSpec& texture, const TextureSpec& plain) {
+std::string TextureWord(const TextureSpec& given, const TextureSpec& usual) {
+  // A material's own lie at odd addresses, which a reference to a field may not have.
+  alignas(std::uint32_t) const TextureSpec texture = given, plain = usual;
   static constexpr const char* types[] = {"fractal2", "fractal3", "fractal4", "fractal5", "craters", "perturbation"};
   static constexpr const char* shapes[] = {"ellipse", "fuzzy", "luminous", "sphere"};
   std::string word = std::string("texture:") + types[std::min<std::uint32_t>(texture.TextureType, 5)];
-  const auto add = [&](const std::string& key, const auto& value, const auto& usual, const auto& shown) {
-    if (value != usual) word += "," + key + "=" + shown(value);
+  const auto add = [&](const std::string& key, const auto& value, const auto& standard, const auto& shown) {
+    if (value != standard) word += "," + key + "=" + shown(value);
   };
   const auto whole = [](std::uint32_t value) { return std::to_string(value); };
   for (std::size_t i = 0; i < 5; ++i) {
@@ -97,8 +99,8 @@ std::string TextureWord(const TextureSpec& texture, const TextureSpec& plain) {
   add("shape", texture.BubbleShape, plain.BubbleShape,
       [](std::uint32_t i) { return std::string(shapes[std::min(i, 3u)]); });
   add("noise", texture.PerturbationPower, plain.PerturbationPower, ShortestText);
-  const auto curve = [&](const char* key, const float(&values)[4], const float(&usual)[4]) {
-    if (std::equal(values, values + 4, usual)) return;
+  const auto curve = [&](const char* key, const float(&values)[4], const float(&standard)[4]) {
+    if (std::equal(values, values + 4, standard)) return;
     word += std::string(",") + key + "=";
     for (int i = 0; i < 4; ++i) word += (i ? "/" : "") + ShortestText(values[i]);
   };

@@ -286,6 +286,10 @@ TEST(PageSession, ALookSetsItsOptionsBesideTheDialogAndTakesThoseOfTheLastOneAwa
   const std::string second = apply(plain, " --line-space 120 --loop 2");
   EXPECT_EQ(second.find("--width"), std::string::npos) << second;
   EXPECT_EQ(second.find("--dither="), std::string::npos) << second;
+  // A texture's numbers, which a material keeps at odd addresses.
+  talk.Post({{"op", "kind"}, {"id", 100}, {"kind", 2}});
+  talk.Await("document",
+             [](const Json& each) { return each["command"].get<std::string>().find("texture:") != std::string::npos; });
 }
 
 TEST(PageSession, APageThatComesLaterGetsTheAnimationThatIsThereAndAChangeEndsThePicturesOfWhatWas) {
