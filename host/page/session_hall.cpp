@@ -4,6 +4,8 @@
 #include <exception>
 #include <vector>
 
+#include "platform/ascii.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -112,7 +114,7 @@ std::string SessionHall::Enter(const std::string& key) {
     return key;
   }
   if (members_.size() >= kMost) return {};
-  const bool known = key.size() == 16 && key.find_first_not_of("0123456789abcdef") == std::string::npos;
+  const bool known = key.size() == 16 && key.find_first_not_of(kSmallHexDigits) == std::string::npos;
   const std::string fresh = known && found == members_.end() ? key : RandomKey(8);
   auto member = std::make_shared<Member>();
   Start(fresh, *member);

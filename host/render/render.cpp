@@ -243,7 +243,7 @@ std::string PixelsOf(const Job& job) {
 std::string CanvasNote(const Job& job) {
   const Canvas& canvas = CurrentCanvas();
   if (canvas.fittedSize)
-    return "the text is set in size " + std::to_string(canvas.fittedSize) + ", which fits " + PixelsOf(job);
+    return "the text is set at size " + std::to_string(canvas.fittedSize) + ", which fits " + PixelsOf(job);
   return canvas.cropped ? "the text is too large for " + PixelsOf(job) + ", so its edges are cut off" : std::string();
 }
 
@@ -257,7 +257,7 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
   if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
   if (CurrentCanvas().tooSmall)
     return "the text does not fit " + PixelsOf(job) +
-           " in any size; use a shorter text, less padding or a larger canvas";
+           " at any size; use a shorter text, less padding or a larger canvas";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
   return "out of memory, or the effect makes no frame with these options: try a smaller size or another number of "
          "frames";

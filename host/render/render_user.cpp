@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 
@@ -14,6 +13,7 @@
 #include "host/render/job_fields.h"
 #include "host/render/picker_words.h"
 #include "host/render/run_notes.h"
+#include "materials/colour_text.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/ascii.h"
@@ -62,13 +62,6 @@ std::string WithInnerBreaks(const std::string& text) {
     }
   }
   return inner;
-}
-
-// "#rrggbb"
-std::string Opaque(Colour colour) {
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", RedOf(colour) & 255, GreenOf(colour) & 255, BlueOf(colour) & 255);
-  return text;
 }
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
@@ -239,8 +232,9 @@ bool ScriptedUser::SetRole(Dialog& dialog, const std::string& value, const RoleC
   int alpha = 255;
   if (!ParseColourAndAlpha(value, colour, alpha) || alpha == 255) return FillWith(dialog, role.material, value);
   if (!role.opacity)
-    return Fail(std::string("the ") + role.name + " " + Quote(value) + " has an alpha, which it cannot have here");
-  return FillWith(dialog, role.material, Opaque(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
+    return Fail(std::string("the ") + role.name + " " + Quote(value) +
+                " has an alpha value, which is not possible here; write #RRGGBB");
+  return FillWith(dialog, role.material, HexColour(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
 }
 
 bool ScriptedUser::SetOutline(Dialog& dialog) {
