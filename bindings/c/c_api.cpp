@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The C API: a job is the options as they were given, read anew for each rendering.
+// The C API: a job is the options as they were given, read again for each rendering.
 #include <glyphmotion/glyphmotion.h>
 
 #include <atomic>

@@ -25,6 +25,7 @@ Encoder OpenGif(Output& output, const EncoderSettings& settings) {
   state->writer.SetLoops(settings.loops);
   state->writer.SetLoss(settings.loss);
   state->writer.SetEffort(settings.effort);
+  state->writer.SetStop(settings.stop);
   Encoder encoder;
   encoder.add = [state, settings](const Image& image) -> std::string {
     const DibPixels dib = ReadDib(image.dib);

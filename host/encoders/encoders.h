@@ -2,6 +2,7 @@
 // File formats: a table with one row per format, looked up by the extension of the output's name.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <span>
@@ -24,6 +25,8 @@ struct EncoderSettings {
   int threads = 0;            ///< as in Workers; the bytes do not depend on it
   int loss = 0;               ///< of a GIF: 0 (none) to 200
   int effort = 6;             ///< time for size, 0 to 9: libwebp's settings, attempts at a GIF's frames, zlib's level
+  /// Once this is true the encoder gives up as soon as it can; what it then returns means nothing. Null: not used.
+  const std::atomic<bool>* stop = nullptr;
 };
 
 /// One encoding in progress. Each function returns an empty text on success, otherwise one sentence.

@@ -163,6 +163,7 @@ struct GifFrameCompressor::Best {
 
 // Compresses the frame and keeps the result if it is shorter than the best so far.
 void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, Best& best) {
+  if (stop_ && *stop_ && best.cost != SIZE_MAX) return;
   const bool plain = strategy == Strategy::Plain, choice = strategy == Strategy::Choice;
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
   if (!plain && !choice) {

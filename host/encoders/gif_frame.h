@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -49,6 +50,8 @@ class GifFrameCompressor {
  public:
   /// 0 to 9: how many attempts are made at a frame. More never make it larger.
   void SetEffort(int effort) { effort_ = effort; }
+  /// Once `stop` is true the first attempt that is complete is the last; null: not used.
+  void SetStop(const std::atomic<bool>* stop) { stop_ = stop; }
 
   /// May change `pixels`. A wildcard of 2^paletteBits or more makes the palette grow.
   GifStream Compress(GifPixels& pixels, int paletteBits);
@@ -63,6 +66,7 @@ class GifFrameCompressor {
   void Try(const Task& task, Strategy strategy, LzwMode mode, Best& best);
 
   int effort_ = 6;
+  const std::atomic<bool>* stop_ = nullptr;
   LzwCompressor lzw_;
   LzwCodes best_, attempt_;
   std::vector<std::uint8_t> reached_, free_, open_, written_;  // per pixel

@@ -24,6 +24,11 @@ class GifLossyCompressor {
 
   /// 0 to 9, as of GifFrameCompressor.
   void SetEffort(int effort) { exact_.SetEffort(effort); }
+  /// Once `stop` is true the compression is cut short; null: not used.
+  void SetStop(const std::atomic<bool>* stop) {
+    lzw_.SetStop(stop);
+    exact_.SetStop(stop);
+  }
 
   /// Compresses a frame whose symbols are slots of the palette. May change `pixels`, and reduces `crop` to what the
   /// frame still changes, unless the crop is cleared after it.

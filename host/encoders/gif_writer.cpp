@@ -204,9 +204,11 @@ struct GifWriter::State {
   std::optional<GifLossyCompressor> lossy;
   std::vector<GifFileFrame> lossyFrames;  // the same frames with loss
   int lossyReserved = 0;                  // entries of the common palette that these need
+  const std::atomic<bool>* stop = nullptr;
 
   explicit State(int threads) : workers(threads), compressors(static_cast<std::size_t>(workers.Lanes())) {}
 
+  bool Stopped() const { return stop && *stop; }
   std::size_t Size() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
   void Translate(const GifFrame& frame);
   const std::array<Id, 256>& IdsOf(const GifFrame& frame);
@@ -232,6 +234,11 @@ void GifWriter::SetComment(const std::string& text) { state_->comment = text; }
 void GifWriter::SetEffort(int effort) {
   for (GifFrameCompressor& compressor : state_->compressors) compressor.SetEffort(effort);
   if (state_->lossy) state_->lossy->SetEffort(effort);
+}
+void GifWriter::SetStop(const std::atomic<bool>* stop) {
+  state_->stop = stop;
+  for (GifFrameCompressor& compressor : state_->compressors) compressor.SetStop(stop);
+  if (state_->lossy) state_->lossy->SetStop(stop);
 }
 void GifWriter::SetLoss(int loss) {
   if (loss > 0) state_->lossy.emplace(state_->width, state_->height, loss);
@@ -478,6 +485,7 @@ void GifWriter::State::Settle() {
   encoded.resize(first + held.size());
   const auto commonOf = [&](std::size_t i) { return own[i] ? nullptr : &common; };
   const auto encode = [&](int lane, int number) {
+    if (Stopped()) return;
     const auto i = static_cast<std::size_t>(number);
     HeldFrame frame = lossy ? held[i] : std::move(held[i]);
     encoded[first + i] =
@@ -485,7 +493,7 @@ void GifWriter::State::Settle() {
   };
   workers.InOrder(static_cast<int>(held.size()), encode, [](int) { return true; });
   if (lossy)
-    for (std::size_t i = 0; i < held.size(); ++i) {
+    for (std::size_t i = 0; i < held.size() && !Stopped(); ++i) {
       lossyFrames.push_back(EncodeFrame(held[i], commonOf(i), ids.colours, seeThrough, compressors[0], &*lossy));
       held[i] = {};
       if (!lossyFrames.back().own) lossyReserved = std::max(lossyReserved, lossyFrames.back().wildcard + 1);
@@ -502,6 +510,7 @@ std::vector<std::uint8_t> GifWriter::Finish() {
   s.WritePending({}, GifDisposal::Keep);
   if (s.held.empty() && s.encoded.empty()) return {};
   s.Settle();
+  if (s.Stopped()) return {};
   std::vector<std::uint8_t> file = GifFileOf(s.width, s.height, s.common, s.encoded, s.comment, s.loops);
   if (!s.lossy) return file;
   s.common.reserved = std::max(static_cast<int>(s.common.colours.size()), s.lossyReserved);

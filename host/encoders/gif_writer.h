@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -44,6 +45,8 @@ class GifWriter {
   void SetLoss(int loss);
   /// 0 to 9: time for a smaller file.
   void SetEffort(int effort);
+  /// Once `stop` is true the file is given up, and Finish returns nothing; null: not used.
+  void SetStop(const std::atomic<bool>* stop);
   /// Ends the animation and returns the whole file; empty without a frame. The writer cannot be used afterwards.
   std::vector<std::uint8_t> Finish();
 

@@ -184,7 +184,7 @@ void LossyLzwCompressor::Compress(const LossyPixels& pixels, const SlotErrors& e
     best = shorter;
     next = early;
   };
-  for (std::size_t i = 0;;) {
+  for (std::size_t i = 0; !stop_ || !*stop_;) {
     Match next;
     if (i + match.length < size) {
       next = search.Best(i + match.length);

@@ -3,6 +3,7 @@
 // and the error is worth it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -34,6 +35,8 @@ struct LossyLimits {
 class LossyLzwCompressor {
  public:
   LossyLzwCompressor();
+  /// Once `stop` is true Compress returns soon, with fewer codes; null: not used.
+  void SetStop(const std::atomic<bool>* stop) { stop_ = stop; }
   ~LossyLzwCompressor();
 
   /// minCodeSize  2 to 8, for all symbols and the wildcard. out, written  overwritten: the codes as of LzwCompressor,
@@ -44,6 +47,7 @@ class LossyLzwCompressor {
  private:
   struct Memory;
   std::unique_ptr<Memory> memory_;
+  const std::atomic<bool>* stop_ = nullptr;
 };
 
 }  // namespace glyphmotion

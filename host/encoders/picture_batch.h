@@ -3,6 +3,7 @@
 // then passed on in their order. With one thread each is encoded as it comes.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -19,8 +20,10 @@ class PictureBatch {
   using Encode = std::function<void(Picture&)>;       ///< on any thread
   using Keep = std::function<std::string(Picture&)>;  ///< on the caller's; an empty text, or why it failed
 
-  PictureBatch(int threads, Encode encode, Keep keep)
-      : workers_(threads),
+  /// Once `stop` is true no picture is encoded or passed on; null: not used.
+  PictureBatch(int threads, const std::atomic<bool>* stop, Encode encode, Keep keep)
+      : stop_(stop),
+        workers_(threads),
         pictures_(workers_.Lanes() == 1 ? 1 : static_cast<std::size_t>(workers_.Lanes()) * kForEach),
         encode_(std::move(encode)),
         keep_(std::move(keep)) {}
@@ -38,8 +41,11 @@ class PictureBatch {
   /// Encodes and passes on all that were added.
   std::string Flush() {
     std::string error;
-    const auto encode = [&](int, int i) { encode_(pictures_[static_cast<std::size_t>(i)]); };
+    const auto encode = [&](int, int i) {
+      if (!Stopped()) encode_(pictures_[static_cast<std::size_t>(i)]);
+    };
     const auto keep = [&](int i) {
+      if (Stopped()) return false;
       error = keep_(pictures_[static_cast<std::size_t>(i)]);
       return error.empty();
     };
@@ -51,6 +57,9 @@ class PictureBatch {
  private:
   static constexpr std::size_t kForEach = 4, kMostBytes = std::size_t{32} << 20;
 
+  bool Stopped() const { return stop_ && *stop_; }
+
+  const std::atomic<bool>* stop_;
   Workers workers_;
   std::vector<Picture> pictures_;
   std::size_t count_ = 0, bytes_ = 0;

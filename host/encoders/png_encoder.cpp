@@ -77,7 +77,7 @@ struct PngState {
         settings(wanted),
         animation(wanted.imageCount, wanted.loops),
         screen(wanted.width, wanted.height),
-        batch(wanted.threads, Encode, [this](PngWork& work) { return Keep(work); }) {}
+        batch(wanted.threads, wanted.stop, Encode, [this](PngWork& work) { return Keep(work); }) {}
 
   std::string Keep(const PngWork& work) {
     const Bytes bytes = work.file.empty() ? Bytes() : animation.Add(work.file, work.place);
@@ -156,7 +156,7 @@ struct FolderState {
       : output(out),
         settings(wanted),
         batch(
-            wanted.threads,
+            wanted.threads, wanted.stop,
             [this](FolderWork& work) {
               work.file = PngOfImage(ReadDib(work.dib), work.transparentIndex, settings.effort);
             },

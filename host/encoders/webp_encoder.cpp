@@ -11,6 +11,7 @@
 #include <webp/mux.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -36,11 +37,12 @@ std::string SizeTrouble(const EncoderSettings& settings) {
 
 struct WebpWork {
   int effort = 0;
+  const std::atomic<bool>* stop = nullptr;
   Bytes pixels;   // red, green, blue, alpha
   Bytes overlay;  // the same, transparent where the picture before shows through; empty: not possible, or no use
   ScreenPart part;
   bool laidOver = false;  // the file has the overlay
-  Bytes file;             // empty: out of memory
+  Bytes file;             // empty: out of memory, or stopped
 };
 
 // Libwebp's settings, by effort. With either form to choose from, those of the default make files no larger than method
@@ -60,7 +62,13 @@ struct Writer {
   ~Writer() { WebPMemoryWriterClear(&memory); }
 };
 
-Bytes FileOf(const Bytes& pixels, const ScreenPart& part, const Level& level) {
+// Called by libwebp between its stages; 0 ends the compression.
+int MayGoOn(int, const WebPPicture* picture) {
+  const auto* stop = static_cast<const std::atomic<bool>*>(picture->user_data);
+  return !stop || !*stop;
+}
+
+Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
   WebPConfig config;
   WebPPicture picture;
   if (!WebPConfigInit(&config) || !WebPPictureInit(&picture)) return {};
@@ -68,12 +76,15 @@ Bytes FileOf(const Bytes& pixels, const ScreenPart& part, const Level& level) {
   config.method = level.method;
   config.quality = level.quality;
   Writer writer;
-  picture.width = part.width;
-  picture.height = part.height;
+  picture.width = work.part.width;
+  picture.height = work.part.height;
   picture.use_argb = 1;
   picture.writer = WebPMemoryWrite;
   picture.custom_ptr = &writer.memory;
-  const bool done = WebPPictureImportRGBA(&picture, pixels.data(), part.width * 4) && WebPEncode(&config, &picture);
+  picture.progress_hook = MayGoOn;
+  picture.user_data = const_cast<std::atomic<bool>*>(work.stop);
+  const bool done =
+      WebPPictureImportRGBA(&picture, pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
   WebPPictureFree(&picture);
   return done ? Bytes(writer.memory.mem, writer.memory.mem + writer.memory.size) : Bytes();
 }
@@ -83,13 +94,13 @@ void Compress(WebpWork& work) {
   work.file.clear();
   if (!work.overlay.empty()) {
     const Level& quick = kLevels[std::min(work.effort, kQuickest)];
-    Bytes opaque = FileOf(work.pixels, work.part, quick), overlay = FileOf(work.overlay, work.part, quick);
+    Bytes opaque = FileOf(work.pixels, work, quick), overlay = FileOf(work.overlay, work, quick);
     if (opaque.empty() || overlay.empty()) return;
     work.laidOver = overlay.size() < opaque.size();
     work.file = std::move(work.laidOver ? overlay : opaque);
     if (work.effort <= kQuickest) return;
   }
-  work.file = FileOf(work.laidOver ? work.overlay : work.pixels, work.part, kLevels[work.effort]);
+  work.file = FileOf(work.laidOver ? work.overlay : work.pixels, work, kLevels[work.effort]);
 }
 
 // A part with the pixels that are as before transparent. Empty when none is, or when another pixel is not opaque: it
@@ -127,7 +138,7 @@ class LosslessWebp {
       : output_(output),
         settings_(settings),
         screen_(settings.width, settings.height),
-        batch_(settings.threads, Compress, [this](WebpWork& work) { return Keep(work); }) {}
+        batch_(settings.threads, settings.stop, Compress, [this](WebpWork& work) { return Keep(work); }) {}
 
   std::string Add(const DibPixels& dib, const Image& image) {
     before_ = screen_.pixels;
@@ -140,6 +151,7 @@ class LosslessWebp {
     }
     WebpWork& work = batch_.Next();
     work.effort = settings_.effort;
+    work.stop = settings_.stop;
     work.part =
         first ? ScreenPart{0, 0, settings_.width, settings_.height} : AtEvenPlace(screen_.DifferenceTo(before_));
     screen_.Cut(work.part, true, work.pixels);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A look: options that stand below those of the command line.
+// A look: options that those of the command line override.
 #pragma once
 
 #include <string>

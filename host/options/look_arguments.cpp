@@ -48,7 +48,7 @@ std::vector<std::string> InstalledFont(Reading& reading, const Look::Entry& entr
     if (!hasFont || hasFont(family)) return {family};
   }
   reading.arguments.notes.push_back("the look's font '" + entry.values.front() +
-                                    "' is not installed; the usual one is used");
+                                    "' is not installed; the default font is used");
   return {};
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Looks: TOML files of long option names without their dashes, which stand below the options of the command line. The
+// Looks: TOML files of long option names without their dashes, which the options of the command line override. The
 // first line, a comment, says what the look shows.
 //
 //   # Neon: glass tubes at night

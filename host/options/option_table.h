@@ -14,7 +14,7 @@ struct OptionRow {
   const char* group;              ///< heading in the help
   const char* help;               ///< one sentence without its period
   const char* key = nullptr;      ///< the setting that it makes, by key or "@name"
-  long minimum = 0, maximum = 0;  ///< of a whole number; equal: the value is no such number
+  long minimum = 0, maximum = 0;  ///< of a whole number; equal: the value is not such a number
   /// What a flag sets: its value, or "01" for a pair of flags.
   const char* value = nullptr;
   /// The words that the value can be, by commas; empty: any. A flag with words takes one of them after "=", or none.

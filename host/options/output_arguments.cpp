@@ -243,7 +243,7 @@ void ReadControls(Reading& reading) {
   }
   RefuseTransparentSample(reading);
   if (reading.typed.IsOn("--alpha") && reading.arguments.extension == ".y4m")
-    Refuse("--alpha needs a format with alpha; leave it out, then .y4m has the colours on the background");
+    Refuse("--alpha needs a format with alpha; leave it out to write the background into the .y4m");
   NoteIdleOptions(reading);
 }
 

@@ -9,9 +9,11 @@
 
 #include "effects/effect_table.h"
 #include "host/page/control_facts.h"
+#include "materials/colour_text.h"
 #include "materials/material.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
+#include "platform/ascii.h"
 #include "platform/number_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -181,7 +183,7 @@ std::string CommandFor(const Dialog& dialog, const std::string& blank, const std
   const auto before = ValuesOf(blank), now = ValuesOf(document);
   const EffectDescriptor& effect = EffectRow(GetSelection(dialog, ControlId::Effect));
   std::string option = effect.name;
-  for (char& c : option) c = c == ' ' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  for (char& c : option) c = c == ' ' ? '-' : ToLower(c);
   const std::string text = GetText(dialog, ControlId::Text);
   std::string command = "glyphmotion " + std::string(text.starts_with('-') ? "-- " : "");
   std::string words = " -e " + option;

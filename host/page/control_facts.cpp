@@ -2,7 +2,6 @@
 #include "host/page/control_facts.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <unordered_map>
 #include <utility>
@@ -13,6 +12,7 @@
 #include "controls/material_control.h"
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
+#include "materials/colour_text.h"
 #include "materials/material_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"
@@ -226,12 +226,6 @@ Json ShippedFountainFacts() {
     list.push_back(std::move(facts));
   }
   return list;
-}
-
-std::string HexColour(std::uint32_t colour) {
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF);
-  return text;
 }
 
 std::int64_t ColourOfHex(const std::string& text) {

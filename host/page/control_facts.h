@@ -23,8 +23,7 @@ Json FactsOf(const Dialog& dialog, int index, const ControlPlace& place);
 /// The shipped fountains: {name, start, end, loop, markers}.
 Json ShippedFountainFacts();
 
-/// 0x00BBGGRR as "#rrggbb", and back; -1 for what is not a colour.
-std::string HexColour(std::uint32_t colour);
+/// The opposite of HexColour; -1 for what is not a colour.
 std::int64_t ColourOfHex(const std::string& text);
 
 }  // namespace glyphmotion

@@ -48,7 +48,7 @@ void PageSession::SetFont(Dialog& dialog, const Json& event) {
     const auto upload = uploads_.find(TextIn(event, "upload"));
     if (upload != uploads_.end()) bytes = ReadWholeFile(upload->second);
   }
-  if (!bytes) return Notice("the font file did not arrive; give it once more");
+  if (!bytes) return Notice("the font file did not arrive; add it again");
   const std::string path = store_.KeepFont(name, *bytes);
   if (path.empty()) return Notice("there is no room for the font; is the disk full?");
   FontFile file;
@@ -81,7 +81,7 @@ PictureOptions PageSession::WithoutLostFont(PictureOptions options) {
   const std::string path = options.FontFile();
   std::error_code error;
   if (path.empty() || fs::is_regular_file(path, error)) return options;
-  Notice("the font file '" + fs::path(path).filename().string() + "' is no longer kept; give it once more");
+  Notice("the font file '" + fs::path(path).filename().string() + "' is no longer kept; add it again");
   options.SetFontFile({});
   return options;
 }

@@ -11,6 +11,7 @@
 
 #include "host/page/guarded_stream.h"
 #include "host/page/session_hall.h"
+#include "platform/ascii.h"
 #include "platform/files.h"
 
 namespace glyphmotion {
@@ -120,8 +121,7 @@ void PageServer::OpenSession(const Request& request, Response& response) {
   const std::string key = hall_.Enter(named ? wish["session"].get<std::string>() : std::string());
   if (key.empty()) {
     response.status = 503;
-    return response.set_content("{\"error\":\"16 tabs are open, which is as many as there can be; close one\"}",
-                                "application/json");
+    return response.set_content("{\"error\":\"16 tabs are open, the most allowed; close one\"}", "application/json");
   }
   response.set_content(Json{{"session", key}}.dump(), "application/json");
 }
@@ -200,7 +200,7 @@ std::string PageServer::Serve() {
   Route();
   const bool bound = options_.port ? server_.bind_to_port("127.0.0.1", options_.port)
                                    : (port_ = server_.bind_to_any_port("127.0.0.1")) > 0;
-  if (!bound) return "port " + std::to_string(options_.port) + " is taken; give another one, or none";
+  if (!bound) return "port " + std::to_string(options_.port) + " is in use; choose another one, or leave --port out";
   if (options_.port) port_ = options_.port;
   std::thread listener([this] { server_.listen_after_bind(); });
   while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -219,9 +219,7 @@ std::string RandomKey(int bytes) {
   std::random_device source;
   std::string key;
   for (int i = 0; i < bytes; ++i) {
-    constexpr const char* digits = "0123456789abcdef";
-    const unsigned byte = source() & 0xFF;
-    key += {digits[byte >> 4], digits[byte & 15]};
+    AppendHex(key, static_cast<std::uint8_t>(source() & 0xFF), kSmallHexDigits);
   }
   return key;
 }

@@ -6,6 +6,7 @@
 
 #include "glyphmotion/host_contract.h"
 #include "host/page/event_fields.h"
+#include "materials/colour_text.h"
 #include "platform/dialog_driver.h"
 #include "platform/folders.h"
 #include "platform/run_state.h"

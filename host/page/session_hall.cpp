@@ -5,6 +5,8 @@
 #include <exception>
 #include <vector>
 
+#include "platform/ascii.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -119,7 +121,7 @@ std::string SessionHall::Enter(const std::string& key) {
   if (members_.size() >= kMost) return {};
   const auto spare =
       std::find_if(members_.begin(), members_.end(), [](const auto& each) { return each.second->spare; });
-  const bool known = key.size() == 16 && key.find_first_not_of("0123456789abcdef") == std::string::npos;
+  const bool known = key.size() == 16 && key.find_first_not_of(kSmallHexDigits) == std::string::npos;
   const bool returns = known && found == members_.end();
   const std::string fresh = returns ? key : spare != members_.end() ? spare->first : RandomKey(8);
   hadOne_ = true;

@@ -32,7 +32,7 @@ constexpr std::size_t kMostLineBytes = std::size_t{1} << 20;
 
 struct BatchOptions {
   std::string file;  // "-": standard input
-  std::string out;   // empty: names are as they stand
+  std::string out;   // empty: names are used as given
   int jobs = 1;
   long shard = 1, shards = 1;
   bool resume = false;
@@ -73,7 +73,7 @@ BatchOptions ReadOptions(const TypedWords& typed) {
 
 struct BatchLine {
   long number = 0;   // from 1
-  std::string text;  // as it stands in the file
+  std::string text;  // as in the file
   JobLine job;
   RunReport refusal;  // its error says why the line cannot be run
 };

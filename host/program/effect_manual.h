@@ -9,7 +9,7 @@ namespace glyphmotion {
 
 class EffectManual {
  public:
-  /// Reads the manual that ships with the program. If it is missing there are no sentences.
+  /// Reads the manual that ships with the program. Without it there are no sentences.
   static EffectManual Shipped();
   /// Reads the text of a manual: sections with a heading, paragraphs and a list of options.
   explicit EffectManual(const std::string& page);

@@ -168,7 +168,7 @@ Entry EffectEntry(const EffectDescriptor& effect, const Request& request) {
 
 Entry LookEntry(const std::string& name, const std::string& summary, const Request& request) {
   std::string title = name;
-  title[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(title[0])));
+  if (title[0] >= 'a' && title[0] <= 'z') title[0] = static_cast<char>(title[0] - 'a' + 'A');
   return {title, summary, "", "look-" + name + ".webp", {request.text.empty() ? title : request.text, "--look", name},
           true};
 }
@@ -192,10 +192,10 @@ std::string TileName(const std::string& line) {
 
 std::vector<Section> Sections(const Request& request) {
   std::vector<Section> sections = {{"Effects", "What sets the text in motion: -e NAME.", {}},
-                                   {"Looks", "A finished style each: --look NAME. Options change any of it.", {}},
+                                   {"Looks", "Finished styles: --look NAME. Options override any part of one.", {}},
                                    {"Textures", "For --fill, --shadow and --background.", {}},
-                                   {"Tiles", "Likewise; they repeat.", {}},
-                                   {"Fountains", "Likewise: gradients of many colours.", {}}};
+                                   {"Tiles", "For the same options; a tile repeats.", {}},
+                                   {"Fountains", "For the same options: gradients of many colours.", {}}};
   for (const EffectDescriptor* effect : Effects()) sections[0].entries.push_back(EffectEntry(*effect, request));
   for (const auto& [name, summary] : Looks()) sections[1].entries.push_back(LookEntry(name, summary, request));
   for (const std::string& name : TextureNames()) sections[2].entries.push_back(MaterialEntry("texture", name));

@@ -2,13 +2,13 @@
 #include "host/program/help_topics.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 
 #include "effects/effect_table.h"
 #include "host/options/names.h"
 #include "host/program/effect_manual.h"
 #include "host/program/help.h"
+#include "materials/colour_text.h"
 #include "platform/ascii.h"
 #include "platform/nearest_name.h"
 
@@ -16,18 +16,18 @@ namespace glyphmotion {
 namespace {
 
 constexpr const char* kMaterials =
-    "A material M fills letters, shadow or background. Colours are #RGB, #RRGGBB or a name of CSS (red, steelblue); a\n"
-    "fill or shadow of one colour may have an alpha as well, #RRGGBBAA.\n\n"
+    "A material M fills letters, shadow or background. Colours are #RGB, #RRGGBB or a CSS name (red, steelblue); a\n"
+    "fill or shadow of one colour may also have an alpha value, #RRGGBBAA.\n\n"
     "  red   #cc2200   #cc220080            one colour\n"
     "  none                                 no shadow (--shadow), no outline (--outline)\n"
     "  gradient:red-gold                    two colours or more, spread evenly\n"
     "  gradient:conical,#fff-#08f-#004      a shape first: linear, conical, elliptical or rectangular\n"
-    "      and by commas: rotation=-360..360, pad=0..45, mid=1..99, cx=-50..50, cy=-50..50\n"
+    "      then, after commas: rotation=-360..360, pad=0..45, mid=1..99, cx=-50..50, cy=-50..50\n"
     "  fountain:Sunrise                     a shipped one: see --list fountains\n"
     "  fountain:navy,#f80@90,gold@200,white colours at positions from 0 to 255\n"
     "      with a shape and options as above, and loop=1\n"
     "  texture:Marble                       see --list textures\n"
-    "  texture:fractal2,back=navy,fore1=#fff  fractal2 to fractal5, craters or perturbation, and by commas\n"
+    "  texture:fractal2,back=navy,fore1=#fff  fractal2 to fractal5, craters or perturbation, then, after commas,\n"
     "      seed=, seed1= to seed5=, size=, back=, fore=, fore1= to fore5=, power=, power1= to power5=, density=,\n"
     "      density1= to density5=, craters=, depth=, red=, green=, blue= (0/0.3/0.7/1), bubbles=, bubblesize=,\n"
     "      bubblepower=, shape= (ellipse, fuzzy, luminous, sphere), noise=\n"
@@ -44,12 +44,7 @@ constexpr std::size_t kStem = 8;  // "Style008"
 // A stored value as a person would type it: "#333333", "down-right", "360".
 std::string Typed(const ControlInfo& control, const std::string& value) {
   const long number = std::strtol(value.c_str(), nullptr, 10);
-  if (control.kind == "colour") {
-    char text[8];
-    const auto colour = static_cast<unsigned>(number);
-    std::snprintf(text, sizeof text, "#%02x%02x%02x", colour & 255, colour >> 8 & 255, colour >> 16 & 255);
-    return text;
-  }
+  if (control.kind == "colour") return HexColour(static_cast<Colour>(number));
   if (number >= 0 && number < std::ssize(control.words)) return control.words[static_cast<std::size_t>(number)];
   return value;
 }

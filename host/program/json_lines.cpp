@@ -111,7 +111,7 @@ JobLine ReadJobLine(const std::string& line, const std::string& folder) {
   const Json json = Json::parse(line, nullptr, false);
   if (!json.is_object())
     Refuse(std::string(json.is_discarded() ? "the line is not JSON" : "the line is not an object") +
-           "; write one object a line, for example " + kExample);
+           "; write one object per line, for example " + kExample);
   JobLine job;
   std::vector<std::string> text;
   for (const auto& [key, value] : json.items()) {

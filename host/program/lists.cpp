@@ -24,7 +24,7 @@ ListTable Names(const std::vector<std::string>& names, const char* what, std::st
 ListTable Palettes(const Catalogue& catalogue) {
   ListTable table{{{"name", 16}, {"number", 4, true}, {"title"}},
                   {{"custom", "", "made for the picture"},
-                   {"best", "", "the finest that is possible, in larger files"},
+                   {"best", "", "the highest quality, in larger files"},
                    {"auto", "", "best where custom is below 45 dB"}}};
   for (std::size_t i = 0; i < std::min(PaletteOptionNames().size(), catalogue.palettes.size()); ++i)
     table.rows.push_back({PaletteOptionNames()[i], std::to_string(i), catalogue.palettes[i]});

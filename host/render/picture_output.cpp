@@ -18,8 +18,8 @@ void PictureOutput::Open(int taskWidth, int taskHeight, int count) {
   if (!output_) return;
   const int unit = job_.paletteFormat ? 10 : 1;
   const int lossy = job_.lossy.value_or(-1);
-  encoder_ = format_->open(
-      output_, {width, height, count, unit, static_cast<double>(lossy), job_.loops, job_.threads, lossy, job_.effort});
+  encoder_ = format_->open(output_, {width, height, count, unit, static_cast<double>(lossy), job_.loops, job_.threads,
+                                     lossy, job_.effort, stop_});
   if (halfRate_) encoder_ = AtHalfRate(std::move(*encoder_));
   if (job_.start) order_.emplace(*job_.start, encoder_->add);
 }
@@ -60,7 +60,7 @@ Sink PictureOutput::Attach(Sink sink) {
 }
 
 std::string PictureOutput::Finish(const RenderResult& result) {
-  if (!error_.empty()) return error_;
+  if (!error_.empty()) return Stopped() ? std::string() : error_;
   if (result.status != RenderStatus::Done) {
     if (!result.message.empty()) return result.message;
     return result.dialogMessages.empty() ? kOutOfMemory : result.dialogMessages.front();
@@ -71,8 +71,9 @@ std::string PictureOutput::Finish(const RenderResult& result) {
   if (!output_) return {};
   if (!encoder_) return "no picture was made; use a text with visible characters";
   std::string error = order_ ? order_->Finish() : std::string();
-  if (error.empty()) error = encoder_->finish();
-  if (!error.empty() || (stop_ && *stop_)) return error;
+  if (error.empty() && !Stopped()) error = encoder_->finish();
+  if (Stopped()) return {};  // what the encoder says of a stop is no error
+  if (!error.empty()) return error;
   error = output_.Keep();
   kept_ = error.empty();
   return error;

@@ -25,7 +25,7 @@ class PictureOutput {
   Sink Attach(Sink sink);
 
   /// After Render: completes the output and, unless the sink's `stop` is set by now, gives it its name. Empty when
-  /// done; otherwise one sentence, also for a run that failed.
+  /// done or stopped; otherwise one sentence, also for a run that failed.
   std::string Finish(const RenderResult& result);
 
   /// The output has its name.
@@ -39,6 +39,7 @@ class PictureOutput {
   void Open(int taskWidth, int taskHeight, int count);
   bool Add(const Image& image);
   std::string AddSample(Image image);
+  bool Stopped() const { return stop_ && *stop_; }
 
   const Job& job_;
   const EncoderFormat* format_;

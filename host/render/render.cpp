@@ -248,7 +248,7 @@ std::string PixelsOf(const Job& job) {
 std::string CanvasNote(const Job& job) {
   const Canvas& canvas = CurrentCanvas();
   if (canvas.fittedSize)
-    return "the text is set in size " + std::to_string(canvas.fittedSize) + ", which fits " + PixelsOf(job);
+    return "the text is set at size " + std::to_string(canvas.fittedSize) + ", which fits " + PixelsOf(job);
   return canvas.cropped ? "the text is too large for " + PixelsOf(job) + ", so its edges are cut off" : std::string();
 }
 
@@ -263,7 +263,7 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
   if (job.text && job.text->empty()) return "the text is empty; give the words to animate";
   if (CurrentCanvas().tooSmall)
     return "the text does not fit " + PixelsOf(job) +
-           " in any size; use a shorter text, less padding or a larger canvas";
+           " at any size; use a shorter text, less padding or a larger canvas";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
   return "out of memory, or the effect makes no frame with these options: try a smaller size or another number of "
          "frames";
@@ -308,40 +308,20 @@ std::string WriteSettings(const Job& job, const ScriptedUser& user) {
   return "the settings file '" + job.settingsFile + "' cannot be written; check its folder and the free disk space";
 }
 
-}  // namespace
+// What must hold before a run begins: one sentence, and the status it means. Reads the settings file once for both.
+std::string JobTrouble(const Job& job, SettingsSummary& settings, RenderStatus& status) {
+  std::string trouble = SettingsFileTrouble(job.settingsFile, settings, status);
+  if (!trouble.empty() || (job.threads >= 0 && job.threads <= Workers::kMost)) return trouble;
+  status = RenderStatus::BadJob;
+  return std::to_string(job.threads) + " threads are not possible; choose 1 to " + std::to_string(Workers::kMost) +
+         ", or 0 for as many as the machine has cores";
+}
 
-RenderResult Render(const Job& job, const Sink& sink) try {
-  RenderResult result;
-  SettingsSummary settings;
-  RenderStatus status;
-  if (const std::string trouble = SettingsFileTrouble(job.settingsFile, settings, status); !trouble.empty()) {
-    result.status = status;
-    result.message = trouble;
-    return result;
-  }
-  if (job.threads < 0 || job.threads > Workers::kMost) {
-    result.status = RenderStatus::BadJob;
-    result.message = std::to_string(job.threads) + " threads are not possible; choose 1 to " +
-                     std::to_string(Workers::kMost) + ", or 0 for as many as the machine has cores";
-    return result;
-  }
-  const FolderOverrides& folders = CurrentFolderOverrides();
-  RunState run;
-  const RunScope scope(run);
-  PrepareRun(job, sink, folders);
-  std::string trouble = PrepareText(job);
-  if (trouble.empty()) trouble = PreparePalette(job);
-  if (trouble.empty()) trouble = PrepareCanvas(job);
-  if (!trouble.empty()) {
-    result.status = RenderStatus::BadJob;
-    result.message = trouble;
-    return result;
-  }
-  Session session(job, sink);
-  ScriptedUser user(job, result.dialogMessages, std::move(settings));
+// Opens the dialog in the current run; the user plays, the session answers the plug-in's calls.
+void ShowDialog(const Job& job, Session& session, ScriptedUser& user, std::vector<std::string>& messages) {
   UiResponder responder;
   responder.message = [&](Dialog*, const std::string& text, MessageButtons) {
-    result.dialogMessages.push_back(text);
+    messages.push_back(text);
     return true;
   };
   SetUiResponder(std::move(responder));
@@ -358,23 +338,24 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   table.HostCall = HostCall;
   if (job.paletteFormat) table.hostFlags |= HostFlagPaletteFormat;
   if (job.trueColourFormat) table.hostFlags |= HostFlagTrueColorFormat;
-  run.Member<CurrentSession>().session = &session;
+  CurrentRun().Member<CurrentSession>().session = &session;
   Perform(table);
-  const std::string settingsTrouble = WriteSettings(job, user);
-  const bool allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
-  const BlockCounters live = LiveBlocksOf(run);
-  result.blocks = live.blocks;
-  result.locks = live.locks;
-  result.images = session.images;
-  result.notes = user.Notes();
-  if (const std::string note = session.shortFrames.Note(); !note.empty()) result.notes.push_back(note);
-  if (const std::string note = CanvasNote(job); !note.empty()) result.notes.push_back(note);
-  if (const std::string note = MissingNote(); !note.empty()) result.notes.push_back(note);
-  if (session.exception) std::rethrow_exception(session.exception);
+}
 
+std::vector<std::string> NotesOf(const Job& job, const Session& session, const ScriptedUser& user) {
+  std::vector<std::string> notes = user.Notes();
+  for (std::string note : {session.shortFrames.Note(), CanvasNote(job), MissingNote()}) {
+    if (!note.empty()) notes.push_back(std::move(note));
+  }
+  return notes;
+}
+
+// How a run ended, with its sentence.
+void SetOutcome(const Job& job, const Session& session, const ScriptedUser& user, RenderResult& result) {
   // A request that arrives after everything has been delivered is too late.
-  const bool cancelled = session.cancelled || (run.EndRequested() && !session.finished);
+  const bool cancelled = session.cancelled || (EndRequested() && !session.finished);
   const bool wantsFrames = job.action == Job::Action::Build || job.action == Job::Action::Test;
+  const bool allocationFailed = job.failAllocation != 0 && AllocationsAsked() >= job.failAllocation;
   if (cancelled) {
     result.status = RenderStatus::Cancelled;
     result.message = "the run was interrupted";
@@ -386,9 +367,44 @@ RenderResult Render(const Job& job, const Sink& sink) try {
   } else {
     result.message = Explain(job, session, result.dialogMessages);
   }
+}
+
+}  // namespace
+
+RenderResult Render(const Job& job, const Sink& sink) try {
+  RenderResult result;
+  SettingsSummary settings;
+  RenderStatus status = RenderStatus::BadJob;
+  std::string trouble = JobTrouble(job, settings, status);
+  const FolderOverrides& folders = CurrentFolderOverrides();
+  RunState run;
+  const RunScope scope(run);
+  if (trouble.empty()) {
+    status = RenderStatus::BadJob;
+    PrepareRun(job, sink, folders);
+    trouble = PrepareText(job);
+    if (trouble.empty()) trouble = PreparePalette(job);
+    if (trouble.empty()) trouble = PrepareCanvas(job);
+  }
+  if (!trouble.empty()) {
+    result.status = status;
+    result.message = std::move(trouble);
+    return result;
+  }
+  Session session(job, sink);
+  ScriptedUser user(job, result.dialogMessages, std::move(settings));
+  ShowDialog(job, session, user, result.dialogMessages);
+  std::string settingsTrouble = WriteSettings(job, user);
+  const BlockCounters live = LiveBlocksOf(run);
+  result.blocks = live.blocks;
+  result.locks = live.locks;
+  result.images = session.images;
+  result.notes = NotesOf(job, session, user);
+  if (session.exception) std::rethrow_exception(session.exception);
+  SetOutcome(job, session, user, result);
   if (result.status == RenderStatus::Done && !settingsTrouble.empty()) {
     result.status = RenderStatus::Failed;
-    result.message = settingsTrouble;
+    result.message = std::move(settingsTrouble);
   }
   return result;
 } catch (const std::bad_alloc&) {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 
@@ -14,6 +13,7 @@
 #include "host/render/job_fields.h"
 #include "host/render/picker_words.h"
 #include "host/render/run_notes.h"
+#include "materials/colour_text.h"
 #include "materials/material_text.h"
 #include "materials/tile.h"
 #include "platform/ascii.h"
@@ -62,13 +62,6 @@ std::string WithInnerBreaks(const std::string& text) {
     }
   }
   return inner;
-}
-
-// "#rrggbb"
-std::string Opaque(Colour colour) {
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", RedOf(colour) & 255, GreenOf(colour) & 255, BlueOf(colour) & 255);
-  return text;
 }
 
 std::string Quote(const std::string& text) { return "'" + text + "'"; }
@@ -242,8 +235,9 @@ bool ScriptedUser::SetRole(Dialog& dialog, const std::string& value, const RoleC
   int alpha = 255;
   if (!ParseColourAndAlpha(value, colour, alpha) || alpha == 255) return FillWith(dialog, role.material, value);
   if (!role.opacity)
-    return Fail(std::string("the ") + role.name + " " + Quote(value) + " has an alpha, which it cannot have here");
-  return FillWith(dialog, role.material, Opaque(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
+    return Fail(std::string("the ") + role.name + " " + Quote(value) +
+                " has an alpha value, which is not possible here; write #RRGGBB");
+  return FillWith(dialog, role.material, HexColour(colour)) && SetByLine(dialog, role.opacity, std::to_string(alpha));
 }
 
 bool ScriptedUser::SetOutline(Dialog& dialog) {
@@ -284,61 +278,31 @@ bool ScriptedUser::Apply(Dialog& dialog, const Job::Setting& setting) {
   return true;
 }
 
+// Controls of hidden panels take their value as they do from a document.
 bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting) {
   const std::string& value = setting.second;
-  const std::string key = setting.first.starts_with('@') ? Quote(setting.first) : setting.first;
   const int id = control.id;
-  // Controls of hidden panels take their value as they do from a document.
-  const bool reachable = IsVisible(dialog, id);
-  const auto refused = [&] {
-    return Fail(key + " cannot be set here: the control is disabled for this kind of output");
-  };
-  if (reachable && !IsEnabled(dialog, id)) {
-    return GetText(dialog, id) == value || std::to_string(GetCheck(dialog, id)) == value || refused();
+  const Target to{id, setting.first.starts_with('@') ? Quote(setting.first) : setting.first, IsVisible(dialog, id)};
+  if (to.reachable && !IsEnabled(dialog, id)) {
+    return GetText(dialog, id) == value || std::to_string(GetCheck(dialog, id)) == value || Refused(to);
   }
   switch (control.kind) {
-    case ControlKind::NumberEdit: {
-      const ControlRange range = RangeOf(dialog, id + kUpDownOffset);
-      const std::optional<std::int64_t> number = ParseInteger(value);
-      if (!number || *number < range.minimum || *number > range.maximum) {
-        return Fail(key + " takes a whole number from " + std::to_string(range.minimum) + " to " +
-                    std::to_string(range.maximum) + ", not " + Quote(value));
-      }
-      return reachable ? Type(dialog, id, std::to_string(*number)) || refused()
-                       : SetByLine(dialog, id, std::to_string(*number));
-    }
+    case ControlKind::NumberEdit:
+      return ApplyNumber(dialog, to, value);
     case ControlKind::Check: {
       const std::optional<bool> on = ParseSwitch(value);
-      if (!on) return Fail(key + " takes 0 or 1, not " + Quote(value));
-      if (!reachable) return SetByLine(dialog, id, *on ? "1" : "0");
-      return GetCheck(dialog, id) == *on || Click(dialog, id) || refused();
+      if (!on) return Fail(to.key + " takes 0 or 1, not " + Quote(value));
+      if (!to.reachable) return SetByLine(dialog, id, *on ? "1" : "0");
+      return GetCheck(dialog, id) == *on || Click(dialog, id) || Refused(to);
     }
-    case ControlKind::Edit: {
-      if (value.find('\0') != std::string::npos) return Fail("the text has a NUL byte; remove it");
-      const std::string text = WithInnerBreaks(value);
-      if (CountCharacters(text) > kMaxLongText) {
-        return Fail("the text is too long: at most " + std::to_string(kMaxLongText) + " characters are allowed");
-      }
-      if (id == ControlId::Text) LimitText(dialog, id, static_cast<int>(kMaxLongText));
-      return Type(dialog, id, text) || refused();
-    }
+    case ControlKind::Edit:
+      return ApplyText(dialog, to, value);
     case ControlKind::Combo:
     case ControlKind::SortedCombo:
-    case ControlKind::List: {
-      if (id == ControlId::Font) {
-        fontAsked_ = value;
-        return SetFont(dialog, value);
-      }
-      const std::optional<std::int64_t> number = ParseInteger(value);
-      int index = number && *number >= 0 && *number < ItemCount(dialog, id) ? static_cast<int>(*number) : -1;
-      for (int i = 0; index < 0 && i < ItemCount(dialog, id); ++i) {
-        if (EqualsIgnoringCase(ItemText(dialog, id, i), value)) index = i;
-      }
-      if (index < 0)
-        return Fail(key + " takes an index from 0 to " + std::to_string(ItemCount(dialog, id) - 1) + ", not " +
-                    Quote(value));
-      return reachable ? Choose(dialog, id, index) || refused() : SetByLine(dialog, id, std::to_string(index));
-    }
+    case ControlKind::List:
+      if (id != ControlId::Font) return ApplyChoice(dialog, to, value);
+      fontAsked_ = value;
+      return SetFont(dialog, value);
     case ControlKind::ColourButton:
       return SetColour(dialog, id, value);
     case ControlKind::MaterialButton:
@@ -347,13 +311,51 @@ bool ScriptedUser::ApplyToControl(Dialog& dialog, const ControlTemplate& control
       break;
   }
   const auto words = PickerWords(control.kind);
-  if (words.empty()) return Fail(key + " names a control that holds no value");
+  if (words.empty()) return Fail(to.key + " names a control that holds no value");
   const int cell = PickerCell(control.kind, value);
   if (cell < 0) {
-    return Fail(key + " takes " + Listed(words) + ", or an index from 0 to " + std::to_string(words.size() - 1) +
+    return Fail(to.key + " takes " + Listed(words) + ", or an index from 0 to " + std::to_string(words.size() - 1) +
                 ", not " + Quote(value));
   }
   return SetByLine(dialog, id, std::to_string(cell));
+}
+
+bool ScriptedUser::Refused(const Target& to) {
+  return Fail(to.key + " cannot be set here: the control is disabled for this kind of output");
+}
+
+bool ScriptedUser::ApplyNumber(Dialog& dialog, const Target& to, const std::string& value) {
+  const ControlRange range = RangeOf(dialog, to.id + kUpDownOffset);
+  const std::optional<std::int64_t> number = ParseInteger(value);
+  if (!number || *number < range.minimum || *number > range.maximum) {
+    return Fail(to.key + " takes a whole number from " + std::to_string(range.minimum) + " to " +
+                std::to_string(range.maximum) + ", not " + Quote(value));
+  }
+  return to.reachable ? Type(dialog, to.id, std::to_string(*number)) || Refused(to)
+                      : SetByLine(dialog, to.id, std::to_string(*number));
+}
+
+bool ScriptedUser::ApplyText(Dialog& dialog, const Target& to, const std::string& value) {
+  if (value.find('\0') != std::string::npos) return Fail("the text has a NUL byte; remove it");
+  const std::string text = WithInnerBreaks(value);
+  if (CountCharacters(text) > kMaxLongText) {
+    return Fail("the text is too long: at most " + std::to_string(kMaxLongText) + " characters are allowed");
+  }
+  if (to.id == ControlId::Text) LimitText(dialog, to.id, static_cast<int>(kMaxLongText));
+  return Type(dialog, to.id, text) || Refused(to);
+}
+
+// An item by its index or its text.
+bool ScriptedUser::ApplyChoice(Dialog& dialog, const Target& to, const std::string& value) {
+  const int count = ItemCount(dialog, to.id);
+  const std::optional<std::int64_t> number = ParseInteger(value);
+  int index = number && *number >= 0 && *number < count ? static_cast<int>(*number) : -1;
+  for (int i = 0; index < 0 && i < count; ++i) {
+    if (EqualsIgnoringCase(ItemText(dialog, to.id, i), value)) index = i;
+  }
+  if (index < 0)
+    return Fail(to.key + " takes an index from 0 to " + std::to_string(count - 1) + ", not " + Quote(value));
+  return to.reachable ? Choose(dialog, to.id, index) || Refused(to) : SetByLine(dialog, to.id, std::to_string(index));
 }
 
 bool ScriptedUser::FillWith(Dialog& dialog, int id, const std::string& text) {

@@ -42,6 +42,13 @@ class ScriptedUser {
   const std::vector<std::string>& Notes() const { return notes_; }
 
  private:
+  /// The control that a setting is for, and what its user calls it.
+  struct Target {
+    int id;
+    std::string key;
+    bool reachable;  ///< its panel is visible
+  };
+
   bool LoadDocumentFirst(Dialog& dialog);
   bool ApplyAll(Dialog& dialog, const std::vector<Job::Setting>& settings);
   bool ApplyOptions(Dialog& dialog);
@@ -55,6 +62,10 @@ class ScriptedUser {
   bool SetOutline(Dialog& dialog);
   bool Apply(Dialog& dialog, const Job::Setting& setting);
   bool ApplyToControl(Dialog& dialog, const ControlTemplate& control, const Job::Setting& setting);
+  bool Refused(const Target& to);
+  bool ApplyNumber(Dialog& dialog, const Target& to, const std::string& value);
+  bool ApplyText(Dialog& dialog, const Target& to, const std::string& value);
+  bool ApplyChoice(Dialog& dialog, const Target& to, const std::string& value);
   bool FillWith(Dialog& dialog, int id, const std::string& text);
   bool SetColour(Dialog& dialog, int id, const std::string& text);
   bool SetFont(Dialog& dialog, const std::string& family);

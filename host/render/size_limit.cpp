@@ -53,7 +53,10 @@ FittedPictures Try(Job job, const Step& step, const Sink& sink, bool countColour
   made.result = Render(job, pictures.Attach(colours ? Counting(sink, *colours) : sink));
   if (colours) made.colours = colours->Count();
   made.trouble = pictures.Finish(made.result);
-  if (made.trouble.empty() && !pictures.Kept()) made.trouble = "the run was interrupted";
+  if (made.trouble.empty() && !pictures.Kept()) {
+    made.result.status = RenderStatus::Cancelled;
+    made.trouble = "the run was interrupted";
+  }
   made.width = pictures.width;
   made.height = pictures.height;
   made.frames = step.halfRate ? (made.result.images + 1) / 2 : made.result.images;

@@ -37,7 +37,7 @@ struct GumdropRecord {
 // The drops of a run come in few sizes and strengths, each of them many times.
 class DropImages {
  public:
-  // Null when out of memory. Stands until the next call.
+  // Null when out of memory. Valid until the next call.
   const DropImage* Get(int diameter, int strength, bool bevel);
 
  private:

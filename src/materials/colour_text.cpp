@@ -206,6 +206,13 @@ bool ParseColour(const std::string& text, Colour& colour) noexcept {
   return true;
 }
 
+std::string HexColour(Colour colour) {
+  std::string text = "#";
+  for (const int part : {RedOf(colour), GreenOf(colour), BlueOf(colour)})
+    AppendHex(text, static_cast<std::uint8_t>(part), kSmallHexDigits);
+  return text;
+}
+
 std::string ColourSuggestion(const std::string& text, bool orNone) {
   std::vector<std::string> names;
   if (orNone) names.emplace_back("none");

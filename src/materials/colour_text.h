@@ -15,6 +15,9 @@ bool ParseColourAndAlpha(const std::string& text, Colour& colour, int& alpha) no
 /// The same for places that have no opacity: what is not opaque is refused.
 bool ParseColour(const std::string& text, Colour& colour) noexcept;
 
+/// "#rrggbb"
+std::string HexColour(Colour colour);
+
 /// For a text that is not a colour: "; did you mean 'crimson'?", or nothing. With `orNone`, 'none' is a name, too.
 std::string ColourSuggestion(const std::string& text, bool orNone = false);
 

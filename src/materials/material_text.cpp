@@ -88,7 +88,7 @@ bool ColourPart(const std::string& text, Colour& colour, std::string& error) {
   int alpha = 0;
   if (!ParseColourAndAlpha(text, colour, alpha))
     return Fail(error, Quote(text) + " is not a colour; write #RRGGBB or a name such as red" + ColourSuggestion(text));
-  return alpha == 255 || Fail(error, Quote(text) + " has an alpha, which this colour cannot have; write #RRGGBB");
+  return alpha == 255 || Fail(error, Quote(text) + " has an alpha value, which is not possible here; write #RRGGBB");
 }
 
 // A part that must be a colour, if it is anything: #..., a name, either with a position.

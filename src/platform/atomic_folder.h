@@ -9,8 +9,8 @@
 namespace glyphmotion {
 
 /// Keep gathers the files in a hidden folder beside the target and renames it to the target; it replaces the old folder
-/// as a whole. Without Keep nothing is left. Should the process be killed while there is a hidden folder, the next write
-/// to the same place removes it. For `why` see platform/files.h.
+/// as a whole. Without Keep nothing is left. Should the process be killed while there is a hidden folder, the next
+/// write to the same place removes it. For `why` see platform/files.h.
 class AtomicFolder {
  public:
   AtomicFolder() noexcept;

@@ -6,12 +6,19 @@
 #include "platform/run_state.h"
 
 namespace glyphmotion {
+namespace {
+
+// Guards the missing characters, which any thread of the run may note.
+struct MissingLock {
+  std::mutex mutex;
+};
+
+}  // namespace
 
 TextRun& CurrentTextRun() { return CurrentRun().Member<TextRun>(); }
 
 void NoteMissing(char32_t character) {
-  static std::mutex mutex;
-  const std::lock_guard<std::mutex> lock(mutex);
+  const std::lock_guard lock(CurrentRun().Member<MissingLock>().mutex);
   CurrentTextRun().missing.insert(character);
 }
 

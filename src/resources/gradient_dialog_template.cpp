@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Dialog 9995, the gradient editor. The preview stands at the left, the shape and its numbers beside it, the colours in
+// Dialog 9995, the gradient editor. The preview is at the left, the shape and its numbers beside it, the colours in
 // a box of their own below: a row for two colours, a row for many. The order is the tab order.
 #include "resources/panel_layout.h"
 #include "resources/templates.h"

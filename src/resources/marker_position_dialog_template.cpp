@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Dialog 9996: where along the bar a fountain's marker stands.
+// Dialog 9996: the position of a marker on a fountain's bar.
 #include "resources/panel_layout.h"
 #include "resources/templates.h"
 

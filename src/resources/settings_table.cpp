@@ -9,14 +9,12 @@
 namespace glyphmotion {
 namespace {
 
-// `extra` and `number` are of the four rows with a flag of their own, which are numbered 100 to 103.
-constexpr SettingsRow Switch(const char* key, std::uint32_t initial) { return {key, kSettingSwitch, 0, initial, ""}; }
-constexpr SettingsRow Number(const char* key, std::uint32_t initial, std::uint32_t extra = 0,
-                             std::uint32_t number = 0) {
-  return {key, kSettingNumber | extra, number, initial, ""};
+constexpr SettingsRow Switch(const char* key, std::uint32_t initial) { return {key, kSettingSwitch, initial, ""}; }
+constexpr SettingsRow Number(const char* key, std::uint32_t initial, std::uint32_t extraFlag = 0) {
+  return {key, kSettingNumber | extraFlag, initial, ""};
 }
-constexpr SettingsRow Text(const char* key, const char* initial, std::uint32_t extra = 0, std::uint32_t number = 0) {
-  return {key, kSettingText | extra, number, 0, initial};
+constexpr SettingsRow Text(const char* key, const char* initial, std::uint32_t extraFlag = 0) {
+  return {key, kSettingText | extraFlag, 0, initial};
 }
 
 // clang-format off
@@ -54,16 +52,16 @@ constexpr SettingsRow kRows[] = {
     Text("MatrixDefaultTile", ""),
     Number("MainTransparent", 0),
     Text("OpenPath", ""),
-    Number("PatchLevel", 1, kSettingNeverRead, 100),
-    Text("RegistrationCode", "", kSettingRegistration, 101),
-    Text("RegistrationName", "", kSettingRegistration, 102),
+    Number("PatchLevel", 1, kSettingNeverRead),
+    Text("RegistrationCode", "", kSettingRegistration),
+    Text("RegistrationName", "", kSettingRegistration),
     Switch("SampleWindowKeyLine", 0),
     Switch("SolidBackground", 1),
     Switch("ShowFileOpenPreview", 1),
     Switch("Truecolour", 1),
     Number("UpdateDelay", 1000),
     Switch("UseAlphaGreyBack", 1),
-    Number("VersionNumber", 512, kSettingNeverRead, 103),
+    Number("VersionNumber", 512, kSettingNeverRead),
     Switch("BestPalette", 0),
 
     // Style000

@@ -19,7 +19,6 @@ enum SettingsFlags : std::uint32_t {
 struct SettingsRow {
   const char* key;
   std::uint32_t flags;
-  std::uint32_t number;         ///< 100 to 103 on four rows; nothing reads it
   std::uint32_t defaultNumber;  ///< of switches and numbers
   const char* defaultText;      ///< of texts
 };

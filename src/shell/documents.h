@@ -29,7 +29,7 @@ int LoadDocument(Dialog& dialog, const std::string& path) noexcept;
 
 /// The document that SaveDocument writes.
 std::string DocumentText(Dialog& dialog, const DocumentChanges& changes = {});
-/// LoadDocument of a text, without a message: false when it is no document.
+/// LoadDocument of a text, without a message: false when it is not a document.
 bool TakeDocumentText(Dialog& dialog, std::string_view text);
 
 /// What a document says beyond what loading it does.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lines of a text and where they stand in the block that they make.
+// The lines of a text and their places in the block that they form.
 #include <algorithm>
 
 #include "text/text_raster.h"

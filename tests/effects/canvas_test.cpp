@@ -97,7 +97,7 @@ TEST(Canvas, ATextThatIsTooLargeShrinksOrLosesItsEdges) {
     size = i;
     EXPECT_TRUE(Shows(fitted.frames.at(0), frame, (120 - frame.width) / 2, (60 - frame.height) / 2, 0xFFFFFF));
   }
-  EXPECT_EQ(fitted.result.notes[0], "the text is set in size " + std::to_string(size) + ", which fits 120 x 60 pixels");
+  EXPECT_EQ(fitted.result.notes[0], "the text is set at size " + std::to_string(size) + ", which fits 120 x 60 pixels");
 
   Job job = CanvasJob("laser", 0, 0, {{"MainFontSize", "90"}, {"@frames", "2"}});
   const BuiltFrame whole = RunJob(job).frames.at(0);
@@ -114,7 +114,7 @@ TEST(Canvas, ATextThatIsTooLargeShrinksOrLosesItsEdges) {
 
   const Built none = RunJob(Still(5, 0, large));
   EXPECT_TRUE(none.frames.empty());
-  EXPECT_NE(none.result.message.find("does not fit a width of 5 pixels in any size"), std::string::npos);
+  EXPECT_NE(none.result.message.find("does not fit a width of 5 pixels at any size"), std::string::npos);
   EXPECT_EQ(RunJob(Still(16384, 0)).result.status, RenderStatus::BadJob);
   EXPECT_EQ(RunJob(Still(0, -1)).result.status, RenderStatus::BadJob);
 }

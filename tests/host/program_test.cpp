@@ -192,7 +192,8 @@ TEST(Program, ARefusedOptionIsNamedAsItWasTyped) {
       {"-e vortex --direction 3", "error: --direction takes left, right, or an index from 0 to 1, not '3'"},
       {"-e vortex --direction up", "error: --direction takes left, right, or an index from 0 to 1, not 'up'"},
       {"-e vortex --set @rotat=1", "error: the effect Vortex has no option '@rotat'; its options are "},
-      {"--background '#ff000080'", "error: the background '#ff000080' has an alpha, which it cannot have here"},
+      {"--background '#ff000080'",
+       "error: the background '#ff000080' has an alpha value, which is not possible here; write #RRGGBB"},
       {"-e radar --frames 8", "error: the effect Radar has no option --frames"},
       {"-e pinch --softness 3", "error: the effect Pinch has no option --softness"},
       {"--set FastRemap=7", "error: FastRemap takes 0 or 1, not '7'"}};

@@ -236,7 +236,7 @@ TEST(PageSession, AFontFileIsInThePictureUntilAnotherFontIsChosenAndComesBackByU
     }
     talk.Post({{"op", "font"}, {"name", "bad.ttf"}, {"upload", talk.Session().Upload("no font")}});
     EXPECT_EQ(talk.Await("notice").json["text"],
-              "'bad.ttf' is not a font that can be read; give a sound TTF, OTF or TTC file");
+              "'bad.ttf' is not a font that can be read; use a valid TTF, OTF or TTC file");
     talk.Post({{"op", "font"},
                {"name", "mine.ttf"},
                {"upload", UploadOf(talk.Session(), GLYPHMOTION_SOURCE_DIR "/tests/fonts/two_squares.ttf")}});

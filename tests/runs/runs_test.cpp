@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -286,6 +287,40 @@ TEST(Runs, ARunThatIsAskedToEndDoesSoAtOnceAtAnySize) {
       continue;
     }
     EXPECT_LT(WorkToEnd(job, std::chrono::milliseconds(250)), kMostWork) << effect;
+  }
+}
+
+// Also one that comes while the file is completed, after all images.
+TEST(Runs, AFileThatIsAskedToEndIsCancelledInEveryFormat) {
+  struct {
+    const char* format;
+    std::optional<int> lossy;
+    std::uint64_t maxBytes;
+  } constexpr kFiles[] = {{"gif", {}, 0},  {"gif", 80, 0},  {"gif", {}, 1}, {"png", {}, 0},
+                          {"webp", {}, 0}, {"webp", 80, 0}, {"y4m", {}, 0}};
+  for (const auto& file : kFiles) {
+    for (const bool late : {false, true}) {
+      SCOPED_TRACE(std::string(file.format) +
+                   (file.lossy      ? " lossy"
+                    : file.maxBytes ? " limited"
+                                    : "") +
+                   (late ? ", late" : ""));
+      Job job = JobOf(1);
+      job.lossy = file.lossy;
+      job.maxBytes = file.maxBytes;
+      std::atomic<bool> stop = false;
+      Sink sink;
+      sink.stop = &stop;
+      if (late)
+        sink.end = [&](bool) { stop = true; };
+      else
+        sink.image = [&](const Image& image) { return stop = image.number == 2, true; };
+      const RenderedBytes made = RenderToMemory(job, file.format, sink);
+      EXPECT_EQ(made.result.status, RenderStatus::Cancelled);
+      EXPECT_EQ(made.result.message, "the run was interrupted");
+      EXPECT_EQ(made.bytes.size(), 0u);
+      EXPECT_EQ(made.result.blocks + made.result.locks, 0u);
+    }
   }
 }
 

@@ -24,9 +24,9 @@ const kSizes = [['As large as the text', '', ''], ['Emoji', '128', '128'], ['Sma
 const kWords = {
   fit: {shrink: 'Make it smaller', none: 'Cut its edges off'},
   align: {'': 'Automatic'},
-  'text-direction': {auto: 'As the letters say', ltr: 'Left to right', rtl: 'Right to left'},
+  'text-direction': {auto: 'From the letters', ltr: 'Left to right', rtl: 'Right to left'},
   emoji: {color: 'In color', mono: 'In the fill'},
-  start: {'': 'As it is built', rest: 'The resting one'},
+  start: {'': 'First as built', rest: 'The longest'},
 };
 /** What has a place of its own. */
 const kElsewhere = ['width', 'height', 'palette'];
@@ -102,7 +102,7 @@ export class PictureOptions {
       if (!size) return fields[0].focus();
       this.set('width', size[1]);
       this.set('height', size[2]);
-    }}, ...kSizes.map(([name, w, h]) => make('option', {}, w ? `${name}, ${w} × ${h}` : name)), make('option', {}, 'A size of my own'));
+    }}, ...kSizes.map(([name, w, h]) => make('option', {}, w ? `${name}, ${w} × ${h}` : name)), make('option', {}, 'Custom size'));
     const fields = [width, height].map(option => {
       const field = this.number(option, freshId());
       field.setAttribute('aria-label', option.label);

@@ -21,7 +21,7 @@ async function chooseLocal(taker) {
   } catch {
     fonts = /** @type {LocalFont[]} */ ([]);
   }
-  if (!fonts.length) return toast('The browser does not lend the fonts of this computer; use a font file', 'error');
+  if (!fonts.length) return toast('The browser gives no access to the fonts of this computer; use a font file', 'error');
   const families = [...new Set(fonts.map(font => font.family))].sort((a, b) => a.localeCompare(b));
   const list = make('select', {size: 12, required: true, 'aria-label': 'Family'}, ...families.map(family => make('option', {}, family)));
   const box = make('dialog', {class: 'layer ask', 'aria-label': 'Fonts of this computer', onclose: () => box.remove()},

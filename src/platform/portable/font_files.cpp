@@ -130,7 +130,7 @@ bool OpenFontFile(const std::string& name, FontFile& file, std::string& error) {
   Face* face = OpenFace({file.path, file.index, {}});
   if (!face || !ShaperOf(*face)) {
     GiveUpFaces();  // what cannot be read now may be another file next time
-    error = "'" + file.path + "' is not a font that can be read; give a sound TTF, OTF or TTC file";
+    error = "'" + file.path + "' is not a font that can be read; use a valid TTF, OTF or TTC file";
     return false;
   }
   const char* family = face->face->family_name;

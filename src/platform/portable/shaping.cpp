@@ -72,7 +72,7 @@ void FindLevels(Line& line) {
   }
 }
 
-/// Pieces in the order in which they stand: every stretch at or above a level is turned round, from the highest level
+/// Pieces in visual order: every stretch at or above a level is reversed, from the highest level
 /// down to the lowest odd one.
 void OrderPieces(std::vector<Piece>& pieces) {
   FriBidiLevel highest = 0;

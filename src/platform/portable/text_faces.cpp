@@ -23,7 +23,7 @@ constexpr std::size_t kMaxSelections = 64, kMaxFaces = 128, kMaxRemembered = 819
 
 // FreeType overlooks some failed allocations (an optional table that cannot be read counts as missing), and
 // Fontconfig's answer to one is the same nothing as for a font that does not exist. So FreeType allocates here, where a
-// failure is remembered; what met one fails as a whole, and nothing that was made on the way is kept.
+// failure is remembered; what met one fails as a whole, and nothing made by then is kept.
 void* AllocateForFreeType(FT_Memory memory, long size) {
   void* block = std::malloc(static_cast<std::size_t>(size));
   if (!block) *static_cast<bool*>(memory->user) = true;

@@ -83,7 +83,7 @@ void CountStop() noexcept;
 FT_Library FreeTypeLibrary();
 /// Throws std::bad_alloc when an allocation of FreeType has failed since the last call.
 void RequireMemory();
-/// For the end of a call that ran out of memory: nothing that was made on the way is kept. Gives false.
+/// For the end of a call that ran out of memory: keeps nothing made by then. Returns false.
 bool GiveUpFaces() noexcept;
 
 /// The face of a file, opened once; null when it cannot be read or has no glyphs to draw.

@@ -32,7 +32,7 @@ class Key {
     Destroy(nullptr);
     if (made_) pthread_key_delete(key_);
   }
-  // Without a key, or when it cannot be set, the state merely is not destroyed at the thread's end.
+  // Without a key, or when it cannot be set, the state is just not destroyed at the thread's end.
   void WatchThread() const noexcept {
     if (made_) pthread_setspecific(key_, &storage);
   }
