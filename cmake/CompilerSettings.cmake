@@ -23,9 +23,6 @@ if(MSVC)
 else()
   target_compile_options(glyphmotion_settings INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor
     $<$<BOOL:${GLYPHMOTION_WERROR}>:-Werror> -ffp-contract=off $<$<CONFIG:Release>:-O3>)
-  if(GLYPHMOTION_PRECOMPILE)  # GCC forgets which precompiled headers are the system's, and then warns of its own library
-    target_compile_options(glyphmotion_settings INTERFACE -Wno-error)
-  endif()
   # GCC 12 warns of overlap in its own std::string at -O3 (its bug 105651).
   target_compile_options(glyphmotion_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 endif()

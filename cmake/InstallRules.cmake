@@ -50,7 +50,7 @@ if(NOT CMAKE_CROSSCOMPILING)
     COMMAND sh -c "'${program}' completion bash >'${pages}/glyphmotion'"
     COMMAND sh -c "'${program}' completion zsh >'${pages}/_glyphmotion'"
     COMMAND sh -c "'${program}' completion fish >'${pages}/glyphmotion.fish'"
-    DEPENDS glyphmotion_program VERBATIM)
+    DEPENDS glyphmotion_program glyphmotion_full VERBATIM)
   add_custom_target(program_pages ALL DEPENDS ${pages}/glyphmotion.1.gz)
   install(FILES ${pages}/glyphmotion.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
   install(FILES ${pages}/glyphmotion DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)

@@ -1,69 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "host/program/program.h"
 
-#include <cxxabi.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <exception>
 #include <optional>
-#include <typeinfo>
 
 #include "glyphmotion/render.h"
 #include "host/encoders/colour_count.h"
-#include "host/encoders/encoders.h"
 #include "host/encoders/out_of_memory.h"
 #include "host/encoders/output_file.h"
 #include "host/options/looks.h"
-#include "host/program/batch.h"
 #include "host/program/command_line.h"
-#include "host/program/completion.h"
-#include "host/program/edit.h"
-#include "host/program/gallery.h"
-#include "host/program/help.h"
-#include "host/program/help_topics.h"
 #include "host/program/interrupts.h"
 #include "host/program/json_lines.h"
 #include "host/program/lists.h"
-#include "host/program/manual.h"
+#include "host/program/outcome.h"
 #include "host/program/progress.h"
-#include "host/program/swatch.h"
 #include "host/recording/recorder.h"
-#include "host/render/image_loader.h"
 #include "host/render/picture_output.h"
 #include "host/render/size_limit.h"
-#include "materials/material_text.h"
 #include "platform/files.h"
 #include "platform/heap.h"
-#include "platform/text_engine.h"
 
 namespace glyphmotion {
 namespace {
-
-int Fail(const std::string& sentence, int code = kExitFailed) {
-  std::string line = sentence;
-  std::replace(line.begin(), line.end(), '\n', ' ');
-  std::fprintf(stderr, "glyphmotion: error: %s\n", line.c_str());
-  return code;
-}
-
-// These two do not allocate: standard error is unbuffered.
-int FailForMemory() noexcept {
-  std::fputs("glyphmotion: error: ", stderr);
-  std::fputs(kOutOfMemory, stderr);
-  std::fputs("\n", stderr);
-  return kExitFailed;
-}
-int FailUnexpectedly(const char* what) noexcept {
-  std::fprintf(stderr, "glyphmotion: error: unexpected failure: %s; please report it\n", what);
-  return kExitFailed;
-}
 
 void PrintNotes(const Arguments& arguments, const std::vector<std::string>& notes) {
   if (arguments.quiet || arguments.json) return;
@@ -79,12 +43,6 @@ std::optional<std::string> StandardInput(bool asked) {
   std::string text;
   for (int c; text.size() < 65536 && (c = std::fgetc(stdin)) != EOF;) text += static_cast<char>(c);
   return text;
-}
-
-Catalogue ProgramCatalogue() {
-  Catalogue catalogue = LibraryCatalogue();
-  catalogue.input = StandardInput;
-  return catalogue;
 }
 
 // The parts of one run.
@@ -170,38 +128,6 @@ void Conclude(Run& run, const RenderResult& result, RunReport& report) {
   if (run.colours) report.colours = run.colours->Count();
 }
 
-// The exit code of a run that prints. When the reader closes the pipe (head), there is no message.
-int PrintedWell(int code) {
-  errno = 0;
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
-  if (errno == EPIPE) return kExitFailed;
-  return Fail(std::string("cannot write to standard output: ") + std::strerror(errno ? errno : EIO));
-}
-
-// help, man and completion with what belongs to them; anything else is a text.
-bool IsPage(const std::vector<std::string>& words) {
-  if (words.empty() || words.size() > 2 || (words.size() == 2 && words[1].starts_with('-'))) return false;
-  return words[0] == "help" || words[0] == "completion" || (words[0] == "man" && words.size() == 1);
-}
-
-int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue) {
-  std::string text;
-  if (words[0] == "man") {
-    text = ManualPage();
-  } else if (words[0] == "completion") {
-    text = words.size() == 2 ? Completion(words[1]) : std::string();
-    if (text.empty()) return Fail("completion takes a shell: bash, zsh or fish", kExitUsage);
-  } else if (words.size() == 1) {
-    text = HelpText();
-  } else if (const auto topic = HelpTopic(words[1], catalogue)) {
-    text = *topic;
-  } else {
-    return Fail(NoSuchTopic(words[1], catalogue), kExitUsage);
-  }
-  std::fputs(text.c_str(), stdout);
-  return PrintedWell(kExitDone);
-}
-
 bool KeepLook(const Arguments& arguments) {
   return arguments.saveLookFile.empty() || AtomicWriteFile(arguments.saveLookFile, LookText(arguments.look));
 }
@@ -250,27 +176,6 @@ void PerformOnce(const Arguments& arguments, RunReport& report) {
   }
 }
 
-// Everything between the arguments and the report; prints nothing but the progress bar.
-RunReport Perform(const Arguments& arguments) {
-  const auto begin = std::chrono::steady_clock::now();
-  RunReport report;
-  report.file = arguments.output;
-  report.notes = arguments.notes;
-  if (arguments.job.maxBytes) {
-    PerformWithin(arguments, report);
-  } else {
-    PerformOnce(arguments, report);
-  }
-  if (report.error.empty() && !KeepLook(arguments)) {
-    report.error =
-        "the look '" + arguments.saveLookFile + "' cannot be written; check its folder and the free disk space";
-    report.code = kExitFailed;
-  }
-  const auto time = std::chrono::steady_clock::now() - begin;
-  report.time = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
-  return report;
-}
-
 // An error in words, or as JSON on standard output.
 int FailAsAsked(bool json, const std::string& error, int code) {
   if (!json) return Fail(error, code);
@@ -293,13 +198,6 @@ int Execute(const Arguments& arguments) {
   return kExitDone;
 }
 
-int ExecuteBatch(const std::vector<std::string>& words) {
-  // Standard input is not for texts: the lines may come from there.
-  const BatchOutcome outcome = RunBatch(words, LibraryCatalogue(), Perform);
-  if (!outcome.error.empty()) return Fail(outcome.error, outcome.code);
-  return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
-}
-
 int PrintList(const Arguments& arguments, const Catalogue& catalogue) {
   std::string trouble;
   const ListTable table = TableOf(arguments.list, catalogue, trouble);
@@ -314,6 +212,32 @@ bool AskForJson(const std::vector<std::string>& words) {
 }
 
 }  // namespace
+
+Catalogue ProgramCatalogue() {
+  Catalogue catalogue = LibraryCatalogue();
+  catalogue.input = StandardInput;
+  return catalogue;
+}
+
+RunReport Perform(const Arguments& arguments) {
+  const auto begin = std::chrono::steady_clock::now();
+  RunReport report;
+  report.file = arguments.output;
+  report.notes = arguments.notes;
+  if (arguments.job.maxBytes) {
+    PerformWithin(arguments, report);
+  } else {
+    PerformOnce(arguments, report);
+  }
+  if (report.error.empty() && !KeepLook(arguments)) {
+    report.error =
+        "the look '" + arguments.saveLookFile + "' cannot be written; check its folder and the free disk space";
+    report.code = kExitFailed;
+  }
+  const auto time = std::chrono::steady_clock::now() - begin;
+  report.time = std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+  return report;
+}
 
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error) {
   Catalogue catalogue = LibraryCatalogue();
@@ -330,49 +254,9 @@ std::string RunWords(const std::vector<std::string>& words) {
   return Perform(*parsed.arguments).error;
 }
 
-namespace {
-
-// A picture of the gallery, on any thread.
-std::string GalleryPicture(const std::vector<std::string>& words) {
-  try {
-    if (!IsSwatch(words)) return RunWords(words);
-    bool badUsage = false;
-    return WriteSwatch(words, badUsage);
-  } catch (const std::bad_alloc&) {
-    return kOutOfMemory;
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-}
-
-}  // namespace
-
-int RunProgram(const std::vector<std::string>& words) {
-  try {
-    if (IsEdit(words)) {
-      bool usage = false;
-      const std::string trouble = Edit(
-          words, [] { return InterruptedCode() != 0; }, usage);
-      if (!trouble.empty()) return Fail(trouble, usage ? kExitUsage : kExitFailed);
-      return InterruptedCode() ? InterruptedCode() : kExitDone;
-    }
-    if (IsSwatch(words)) {
-      SetImageLoader(LoadPicture);
-      bool badUsage = false;
-      const std::string trouble = WriteSwatch(words, badUsage);
-      if (trouble == kOutOfMemory) return FailForMemory();
-      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
-    }
-    if (IsGallery(words)) {
-      bool badUsage = false;
-      const std::string trouble = WriteGallery(
-          words, GalleryPicture, [] { return InterruptedCode() != 0; }, badUsage);
-      if (InterruptedCode()) return Fail("interrupted; the gallery is incomplete", InterruptedCode());
-      return trouble.empty() ? kExitDone : Fail(trouble, badUsage ? kExitUsage : kExitFailed);
-    }
+int RunLine(const std::vector<std::string>& words) {
+  return EndingWell([&] {
     const Catalogue catalogue = ProgramCatalogue();
-    if (IsBatch(words)) return ExecuteBatch(words);
-    if (IsPage(words)) return PrintPage(words, catalogue);
     const ParsedArguments parsed = ParseArguments(words, catalogue);
     if (!parsed.error.empty()) return FailAsAsked(AskForJson(words), parsed.error, parsed.exitCode);
     if (!parsed.arguments) {
@@ -382,11 +266,7 @@ int RunProgram(const std::vector<std::string>& words) {
     if (parsed.arguments->list != ListKind::None) return PrintList(*parsed.arguments, catalogue);
     PrintNotes(*parsed.arguments, parsed.arguments->notes);
     return Execute(*parsed.arguments);
-  } catch (const std::bad_alloc&) {
-    return FailForMemory();
-  } catch (const std::exception& error) {
-    return FailUnexpectedly(error.what());
-  }
+  });
 }
 
 int RunMain(int argc, char** argv) noexcept try {
@@ -401,14 +281,6 @@ int Main(int argc, char** argv) noexcept {
   CatchInterrupts();
   const int code = RunMain(argc, argv);
   return code != kExitDone && InterruptedCode() ? InterruptedCode() : code;
-}
-
-void EndWithoutMemory() noexcept {
-  const std::type_info* type = abi::__cxa_current_exception_type();
-  // No type: even the exception could not be allocated.
-  if (type && *type != typeid(std::bad_alloc)) std::abort();
-  FailForMemory();
-  std::_Exit(kExitFailed);
 }
 
 }  // namespace glyphmotion

@@ -23,8 +23,9 @@ bool EndsWith(std::string_view word, const char* end) {
 
 bool NeedsFullProgram(int argc, char** argv) {
   if (argc < 2) return false;
-  const std::string_view command = argv[1];
-  if (command == "edit" || command == "batch") return true;
+  for (const std::string_view command : {"edit", "batch", "gallery", "swatch", "help", "man", "completion"}) {
+    if (command == argv[1]) return true;
+  }
   for (int i = 1; i < argc; ++i) {
     if (EndsWith(argv[i], "avif") || EndsWith(argv[i], "webm")) return true;
   }

@@ -3,8 +3,8 @@
 
 namespace glyphmotion {
 
-/// The arguments ask for the page, a batch, or a file of a format that only the full program writes. True for a few
-/// others as well, which costs them ten milliseconds.
+/// The arguments begin with a subcommand, or ask for a file of a format that only the full program writes. True for a
+/// few others as well, which costs them ten milliseconds.
 bool NeedsFullProgram(int argc, char** argv);
 
 /// Replaces this process; standard streams and environment remain. Returns an exit code if the file is missing, after a

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "host/program/edit.h"
+#include "host/program/program.h"
 
 namespace glyphmotion {
 
-// main() has passed this command on.
-bool IsEdit(const std::vector<std::string>&) { return false; }
-std::string Edit(const std::vector<std::string>&, const std::function<bool()>&, bool&) { return {}; }
+// main() has passed the subcommands on.
+int RunProgram(const std::vector<std::string>& words) { return RunLine(words); }
 
 }  // namespace glyphmotion

@@ -110,12 +110,13 @@ PackedDib RemapImage(const PackedDib& image, ColourMatcher& matcher) noexcept {
   if (!source || source.Bits() == 32 || state.depth < 1 || state.depth > 8) return {};
   PackedDib remapped = BlankDib(source.Width(), source.Height(), &state.palette, state.depth);
   const DibView target(remapped);
-  const MovableBlock line(AllocateBlock(static_cast<std::size_t>(source.Width())));
-  const LockedBlock<std::uint8_t> indices(line.Handle());
-  if (!target || !indices || !PrepareMatching(state)) return {};
+  if (!target || !PrepareMatching(state)) return {};
   const int width = source.Width(), bits = target.Bits();
   const bool matched = source.Bits() == 24 && bits != 1;
   if (matched && !state.rows.Fit(width, source.Height())) return {};
+  const MovableBlock line(matched ? BlockHandle{} : AllocateBlock(static_cast<std::size_t>(width)));
+  const LockedBlock<std::uint8_t> indices(line.Handle());
+  if (!matched && !indices) return {};
   const IndexTable table = source.Bits() < 9 ? TranslationOf(source, state, bits) : IndexTable{};
   for (int r = 0; r < source.Height(); ++r) {
     if (EndRequested()) return {};
