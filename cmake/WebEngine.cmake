@@ -1,11 +1,19 @@
 # The library as a WebAssembly module for pages and Node, and the program as one for the package's command.
-# What loops over pixels is compiled for speed, the rest for size.
-set(fast_sources ${engine_sources})
-list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text|effects)/|encoders/(lzw|gif_frame|gif_writer)\\.cpp")
+# What loops over pixels is compiled for speed, the effects for some of it, the rest for size.
+set_property(SOURCE ${engine_sources} APPEND PROPERTY COMPILE_OPTIONS -fno-rtti)
 set(small_sources ${engine_sources})
-list(REMOVE_ITEM small_sources ${fast_sources})
+set(fast_sources ${engine_sources})
+list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text)/|encoders/(lzw|gif_frame|gif_writer)\\.cpp")
+list(FILTER fast_sources EXCLUDE REGEX "materials/(.*_text|shipped|.*library.*|material_cache)\\.cpp")
+set(effect_sources ${engine_sources})
+list(FILTER effect_sources INCLUDE REGEX "src/effects/")
+list(REMOVE_ITEM small_sources ${fast_sources} ${effect_sources})
 set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
+set_property(SOURCE ${effect_sources} APPEND PROPERTY COMPILE_OPTIONS -Os)
 set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
+# A module has one thread. With bulk memory the compiler would have variables of a thread in memory that threads share.
+set_property(SOURCE src/platform/portable/thread_state.cpp src/platform/run_state.cpp src/platform/web/font_families.cpp
+  APPEND PROPERTY COMPILE_OPTIONS -mno-bulk-memory)
 set(module_flags -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB -fexceptions)
 # Only words that people write are refused by an exception. Everywhere else one means that memory has run out, which ends
 # a module: its owner opens another.
@@ -19,8 +27,9 @@ function(add_module name)
   set_target_properties(${name} PROPERTIES SUFFIX .mjs)
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PRIVATE glyphmotion_settings glyphmotion)
-  target_compile_options(${name} PRIVATE -Oz)
-  target_link_options(${name} PRIVATE ${module_flags} -Oz --no-entry -sMODULARIZE=1 -sEXPORT_ES6=1 -sFORCE_FILESYSTEM=1
+  target_compile_options(${name} PRIVATE -Oz -fno-rtti)
+  # -Oz would bring a memcpy and a memset of single bytes.
+  target_link_options(${name} PRIVATE ${module_flags} -Os --no-entry -sMODULARIZE=1 -sEXPORT_ES6=1 -sFORCE_FILESYSTEM=1
     -sDYNAMIC_EXECUTION=0)
 endfunction()
 
@@ -44,7 +53,7 @@ target_link_options(engine PRIVATE "-sEXPORTED_FUNCTIONS=${api}")
 file(GLOB program_sources CONFIGURE_DEPENDS host/recording/*.cpp host/program/*.cpp)
 list(FILTER program_sources EXCLUDE REGEX "host/program/(batch.*|edit|main)\\.cpp$")
 add_package_module(program EXCLUDE_FROM_ALL host/web/program.cpp host/web/left_out.cpp ${program_sources})
-target_compile_options(program PRIVATE -fexceptions)
+target_compile_options(program PRIVATE -fexceptions -frtti)
 target_link_libraries(program PRIVATE CLI11::CLI11 nlohmann_json::nlohmann_json tomlplusplus::tomlplusplus)
 target_link_options(program PRIVATE -sEXPORTED_FUNCTIONS=_malloc,_free,_GlyphmotionRun)
 
@@ -61,7 +70,7 @@ list(JOIN page_exports "," page_exports)
 set_source_files_properties(host/web/page_words.cpp PROPERTIES COMPILE_OPTIONS -fexceptions)
 add_module(page host/web/page.cpp host/web/page_words.cpp host/web/orders.cpp host/web/event_queue.cpp
   host/web/work_beside.cpp host/web/zip_folder.cpp ${page_sources})
-target_link_libraries(page PRIVATE nlohmann_json::nlohmann_json web::minizip)
+target_link_libraries(page PRIVATE nlohmann_json::nlohmann_json own::minizip)
 set(shipped ${CMAKE_CURRENT_SOURCE_DIR}/share/glyphmotion)
 target_link_options(page PRIVATE -sENVIRONMENT=worker -sEXPORTED_RUNTIME_METHODS=FS,ccall
   -sEXPORTED_FUNCTIONS=${page_exports} -sASYNCIFY=1 -sASYNCIFY_STACK_SIZE=65536
@@ -74,15 +83,10 @@ find_program(GLYPHMOTION_NM NAMES llvm-nm llvm-nm-14 REQUIRED CMAKE_FIND_ROOT_PA
 add_custom_command(TARGET page PRE_LINK COMMAND ${GLYPHMOTION_NODE} ${CMAKE_CURRENT_SOURCE_DIR}/cmake/never_waits.mjs
   ${GLYPHMOTION_NM} never_waits)
 
-# The list of checksums, compared where the engine runs: every row has to be that of the native program.
 if(GLYPHMOTION_TESTS)
-  set(googletest /usr/src/googletest/googletest)
-  add_executable(web_checksums tests/checksums/checksums_test.cpp ${googletest}/src/gtest-all.cc ${googletest}/src/gtest_main.cc)
+  include(ChecksumsTest)
+  add_checksums_test(web_checksums /source)
   set_target_properties(web_checksums PROPERTIES SUFFIX .cjs)
-  target_include_directories(web_checksums SYSTEM PRIVATE ${googletest}/include ${googletest})
-  target_include_directories(web_checksums PRIVATE tests ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
-  target_compile_definitions(web_checksums PRIVATE GLYPHMOTION_SOURCE_DIR="/source")
-  target_link_libraries(web_checksums PRIVATE glyphmotion_settings glyphmotion)
   target_link_options(web_checksums PRIVATE -O1 ${module_flags} -sENVIRONMENT=node -sEXIT_RUNTIME=1 -lnodefs.js
     "SHELL:--pre-js ${CMAKE_CURRENT_SOURCE_DIR}/tests/web/mounts.js")
 endif()

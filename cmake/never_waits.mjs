@@ -22,7 +22,7 @@ function functionsOf(files, kinds) {
 
 const objects = ['glyphmotion', 'page'].flatMap((target) => objectsIn(`CMakeFiles/${target}.dir`));
 const above = functionsOf(objects.filter((name) => !kBelow.test(name)), /[tTwW]/);
-const libraries = readdirSync('.').filter((name) => /^libweb_.*\.a$/.test(name));
+const libraries = readdirSync('.').filter((name) => /^libown_.*\.a$/.test(name));
 const below = functionsOf([...libraries, ...objects.filter((name) => kBelow.test(name))], /[tT]/);
 // The list's reader pairs brackets. Functions of one name in several files are numbered at the end.
 const count = (/** @type {string} */ name, /** @type {RegExp} */ bracket) => (name.match(bracket) ?? []).length;

@@ -5,12 +5,13 @@ import { pathToFileURL } from 'node:url';
 const { openModule } = await import(pathToFileURL(path.resolve(process.argv[2], 'module.js')).href);
 const { module } = await openModule('engine');
 const table = module.ccall('GlyphmotionOptionTable', 'string', [], []);
+const kAbsent = ['avif', 'webm'];  // formats of libraries that the modules are built without
 
 /** @param {string} line */
 function field(line) {
   const [name, help, minimum, maximum, words, kind] = line.split('\t');
   const isNumber = Number(maximum) > Number(minimum);
-  const literals = words.split(',').filter(Boolean).map((word) => `'${word}'`);
+  const literals = words.split(',').filter((word) => word && !(name === 'format' && kAbsent.includes(word))).map((word) => `'${word}'`);
   const types = [...(isNumber ? ['number'] : []), ...literals, ...(kind === 'flag' ? ['boolean'] : [])];
   if (kind === 'repeats') types.push('string', 'string[]', 'Record<string, string | number | boolean>');
   const range = isNumber ? `, ${minimum} to ${maximum}` : '';

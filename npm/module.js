@@ -1,9 +1,9 @@
 // @ts-check
-// A WebAssembly module of this package with its files: the shipped libraries, and fonts that are read when used.
+// A WebAssembly module of this package with its files: the shipped libraries and looks, and fonts that are read when used.
 
 const inNode = typeof process === 'object' && Boolean(process.versions?.node);
 const disk = inNode ? await import(/* webpackIgnore: true */ 'node:fs') : null;
-const share = ['FountainLibrary.fll', 'tlmplgm4.fft', 'tlmplgm4.mtx'];
+const kLibraries = ['FountainLibrary.fll', 'tlmplgm4.fft', 'tlmplgm4.mtx'];
 
 /** @param {string} name a file of this package */
 async function load(name) {
@@ -48,6 +48,7 @@ async function lendFonts(FS) {
  *   environment?: Record<string, string>}} around the process around it
  */
 export async function openModule(name, { stdin = () => null, stdout = () => {}, stderr = () => {}, environment = {} } = {}) {
+  const share = kLibraries.map(async (file) => /** @type {const} */ ([file, await load(`share/${file}`)]));
   const { default: create } = await import(`./${name}.mjs`);
   const module = await create({
     wasmBinary: await load(`${name}.wasm`),
@@ -59,13 +60,10 @@ export async function openModule(name, { stdin = () => null, stdout = () => {}, 
     ],
   });
   const { FS } = module;
-  FS.mkdirTree('/share/glyphmotion');
-  for (const file of share) FS.writeFile(`/share/glyphmotion/${file}`, await load(`share/${file}`));
-  if (disk) {  // looks are for the command alone
-    FS.mkdirTree('/share/glyphmotion/looks');
-    const looks = new URL('share/looks/', import.meta.url);
-    for (const file of disk.readdirSync(looks)) FS.writeFile(`/share/glyphmotion/looks/${file}`, disk.readFileSync(new URL(file, looks)));
-  }
+  FS.mkdirTree('/share/glyphmotion/looks');
+  for (const [file, bytes] of await Promise.all(share)) FS.writeFile(`/share/glyphmotion/${file}`, bytes);
+  const looks = JSON.parse(new TextDecoder().decode(await load('share/looks.json')));
+  for (const [file, text] of Object.entries(looks)) FS.writeFile(`/share/glyphmotion/looks/${file}`, text);
   const wanted = await lendFonts(FS);
   /**
    * Calls `work`, and again when it has missed a font, until it has all.

@@ -2,15 +2,17 @@
 // the native program makes, nothing leaves the browser, and work outlives a reload and a lost net.
 import assert from 'node:assert/strict';
 import {execFileSync} from 'node:child_process';
-import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync} from 'node:fs';
 import {createServer} from 'node:http';
 import {tmpdir} from 'node:os';
 import path from 'node:path';
+import {setTimeout as sleep} from 'node:timers/promises';
 import {after, test} from 'node:test';
 import {fileURLToPath} from 'node:url';
-import {becomes, built, closeBrowser, openPage, program, settled, state} from '../page/fixture.mjs';
+import {constants, brotliCompressSync, gzipSync} from 'node:zlib';
+import {becomes, built, closeBrowser, openBrowser, openPage, program, settled, state} from '../page/fixture.mjs';
 
-const root = fileURLToPath(new URL('../../build/web/page', import.meta.url));
+const web = fileURLToPath(new URL('../../build/web', import.meta.url));
 const folder = mkdtempSync(path.join(tmpdir(), 'glyphmotion-web-'));
 const kPlace = '/tools/animated-text/';  // the page lives in any folder
 const kTypes = {'.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css', '.svg': 'image/svg+xml', '.wasm': 'application/wasm', '.webmanifest': 'application/manifest+json'};
@@ -20,26 +22,82 @@ after(async () => {
   rmSync(folder, {recursive: true});
 });
 
-/** A server that knows files and nothing else. */
-async function serve(headers) {
+const kLink = {rate: 1250000, delay: 20, chunk: 12500};  // 10 Mbit/s: bytes a second, milliseconds
+const kCodings = {
+  gzip: bytes => gzipSync(bytes, {level: 9}),
+  br: bytes => brotliCompressSync(bytes, {params: {[constants.BROTLI_PARAM_QUALITY]: 11, [constants.BROTLI_PARAM_LGWIN]: 24}}),
+};
+const packed = new Map();
+
+/** What a host keeps of a file that it compresses. */
+function compressed(coding, name) {
+  const key = `${coding} ${name}`;
+  if (!packed.has(key)) packed.set(key, kCodings[coding](readFileSync(name)));
+  return packed.get(key);
+}
+
+/** A server that knows files and nothing else; with a coding, it compresses and all answers share one link. */
+async function serve(headers, {root = `${web}/page`, coding} = {}) {
+  let free = 0, sent = 0;
+  async function sendSlowly(response, bytes) {
+    await sleep(kLink.delay);
+    for (let at = 0; at < bytes.length; at += kLink.chunk) {
+      const part = bytes.subarray(at, at + kLink.chunk);
+      free = Math.max(free, performance.now()) + 1000 * part.length / kLink.rate;
+      await sleep(Math.max(0, free - performance.now()));
+      sent += part.length;
+      response.write(part);
+    }
+    response.end();
+  }
   const server = createServer((request, response) => {
     const {pathname} = new URL(request.url, 'http://localhost');
     const name = path.join(root, path.normalize(pathname.slice(kPlace.length - 1).replace(/\/$/, '/index.html')));
     try {
       if (!pathname.startsWith(kPlace)) throw new Error('outside');
-      const bytes = readFileSync(name);
-      response.writeHead(200, {...headers, 'Content-Type': kTypes[path.extname(name)] || 'application/octet-stream'}).end(bytes);
+      const bytes = coding ? compressed(coding, name) : readFileSync(name);
+      response.writeHead(200, {...headers, ...(coding && {'Content-Encoding': coding, 'Cache-Control': 'max-age=600'}), 'Content-Type': kTypes[path.extname(name)] || 'application/octet-stream'});
+      if (coding) sendSlowly(response, bytes);
+      else response.end(bytes);
     } catch {
       response.writeHead(404).end();
     }
   });
   await new Promise(resolve => server.listen(0, '127.0.0.1', resolve));
-  return {server, base: `http://127.0.0.1:${server.address().port}${kPlace}`};
+  return {server, sent: () => sent, base: `http://127.0.0.1:${server.address().port}${kPlace}`, close: () => server.close() && server.closeAllConnections()};
 }
+
+for (const [coding, most] of Object.entries({br: 1250000, gzip: 1500000})) {
+  test(`a first visit shows a picture after ${most} bytes of ${coding}`, {timeout: 120000}, async t => {
+    for (const file of readdirSync(`${web}/page/engine`)) compressed(coding, path.join(web, 'page/engine', file));
+    const {close, sent, base} = await serve({}, {coding});
+    t.after(close);
+    const page = await (await (await openBrowser()).newContext()).newPage();
+    await page.goto(base, {waitUntil: 'commit'});
+    const milliseconds = await (await page.waitForFunction(() => (document.querySelector('#stage .stale, #stage.stale, #stage[data-revision]') ? performance.now() : 0))).jsonValue();
+    const bytes = sent();
+    t.diagnostic(`the first picture after ${Math.round(milliseconds)} ms at 10 Mbit/s and ${bytes} bytes of ${coding}`);
+    assert.ok(bytes <= most, `${bytes} bytes`);
+    await page.context().close();
+  });
+}
+
+test('the package in a page gives the native program\'s bytes, with a look and its own example', {timeout: 120000}, async t => {
+  const {close, base} = await serve({}, {root: `${web}/npm`});
+  t.after(close);
+  const page = await (await (await openBrowser()).newContext()).newPage();
+  await page.goto(`${base}example.html`);
+  await page.waitForFunction(() => document.querySelector('img').naturalWidth > 0);
+  const bytes = await page.evaluate(async () => Array.from(await (await import('./index.js')).render({text: 'Look', look: 'gold', size: 20})));
+  const native = path.join(folder, 'look.gif');
+  execFileSync(program, ['--look', 'gold', '--size', '20', '-q', '-o', native, 'Look'], {env: {...process.env, GLYPHMOTION_HOME: folder}});
+  assert.ok(readFileSync(native).equals(Buffer.from(bytes)));
+  await page.context().close();
+});
 
 for (const [name, headers] of [['without isolation', {}], ['isolated', kIsolation]]) {
   test(`${name}: a text becomes the native program's GIF, the dialogs wait, and work is kept`, {timeout: 300000}, async t => {
-    const {server, base} = await serve(headers), close = () => server.close() && server.closeAllConnections();
+    const {close, base} = await serve(headers);
     t.after(close);
     const page = await openPage(base);
     const asked = [];

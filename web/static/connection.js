@@ -3,14 +3,19 @@
 import {queueUp} from '../js/event_queue.js';
 import {toast} from '../js/toast.js';
 import {fontItems} from './font_menu.js';
-import {compileEngine, ownSession} from './opening.js';
+import {loadSupplies, ownSession} from './opening.js';
 import {keepFont} from './store.js';
-import {Workshop} from './workshop.js';
+import {Workshop, newWorker} from './workshop.js';
 
 /** @typedef {{[key: string]: any}} Json */
 /** @typedef {(message: Json, payload: Uint8Array) => void} Receive */
 
 const kMostRestarts = 3;  // of an engine that ends before it has shown anything
+
+/** For visits without a net. It loads the page's files once more, so the first picture goes first. */
+function keepPage() {
+  navigator.serviceWorker?.register('sw.js').catch(() => {});  // without one it works online
+}
 
 export class Connection {
   /**
@@ -31,35 +36,40 @@ export class Connection {
     this.uploads = new Map();
     /** @type {(() => void)[]} */
     this.saves = [];
-    /** @type {WebAssembly.Module|undefined} */
-    this.compiled = undefined;
+    /** @type {import('./opening.js').Supplies|undefined} */
+    this.supplies = undefined;
+    /** @type {Worker|undefined} */
+    this.worker = undefined;
   }
 
   /** @param {string} path */
   call(path) { return fetch(path === '/help' ? 'help.html' : path); }
 
   async start() {
-    if (navigator.serviceWorker) navigator.serviceWorker.register('sw.js').catch(() => {});  // without one it works online
+    this.hire();  // its own modules load meanwhile
     try {
-      [this.compiled, this.session] = await Promise.all([compileEngine(), ownSession()]);
-      this.workshop = new Workshop(this.compiled, this.receive);
+      [this.supplies, this.session] = await Promise.all([loadSupplies(), ownSession()]);
+      this.workshop = new Workshop(this.supplies, this.receive);
     } catch (error) {
       return this.changed('refused', error instanceof Error ? error.message : `${error}`);
     }
     this.open();
   }
 
-  open() {
-    this.sent = 0;
-    this.posting = false;
-    const worker = new Worker(new URL('./worker.js', import.meta.url), {type: 'module'});
+  hire() {
+    const worker = newWorker();
     worker.onmessage = ({data}) => this.hear(data);
     worker.onerror = event => {
       event.preventDefault();
       this.fail(event.message);
     };
-    worker.postMessage({open: {compiled: this.compiled, session: this.session}});
-    this.worker = worker;
+    return this.worker = worker;
+  }
+
+  open() {
+    this.sent = 0;
+    this.posting = false;
+    (this.worker ?? this.hire()).postMessage({open: {supplies: this.supplies, session: this.session}});
   }
 
   /** @param {any} data */
@@ -67,7 +77,10 @@ export class Connection {
     if (data.json) {
       this.take(JSON.parse(data.json), data.payload, data.files);
     } else if ('idle' in data) {
-      if (!this.live) this.changed('live');
+      if (!this.live) {
+        this.changed('live');
+        keepPage();
+      }
       this.live = true;
       this.posting = data.idle !== this.sent;
       if (!this.posting && this.queue.length) this.flush();
@@ -105,11 +118,13 @@ export class Connection {
   /** The engine is gone, most likely for lack of memory: another one takes up the document. @param {string} reason */
   fail(reason) {
     this.worker?.terminate();
+    this.worker = undefined;
     this.live = false;
     this.queue = [];
     for (const settle of [...this.uploads.values(), ...this.saves.splice(0)]) settle('');
     this.uploads.clear();
     console.error(reason);
+    if (!this.supplies) return;  // it was too early
     if (++this.failures > kMostRestarts) return this.changed('refused', 'The engine does not start in this browser. A newer one may help.');
     this.changed('lost', 'There was not enough memory for this. Your work is kept; a moment, please.');
     this.open();
@@ -144,6 +159,7 @@ export class Connection {
       this.worker?.postMessage({save: true});
     });
     this.worker?.terminate();
+    this.worker = undefined;
     this.workshop?.renew();
     this.open();
     toast(`${fonts.length === 1 ? fonts[0].name : `${fonts.length} styles`} can now be chosen under Font`);

@@ -15,14 +15,30 @@ export async function ownSession() {
   return own;
 }
 
+/** @typedef {{compiled: WebAssembly.Module, shipped: ArrayBuffer, fonts: Map<string, ArrayBuffer>}} Supplies  what every engine needs */
+
+const kFirstFonts = ['index.tsv', 'LiberationSans-Bold.ttf'];  // what a first picture is drawn with
+
+/** @param {string} name @returns {Promise<ArrayBuffer>} */
+async function load(name) {
+  const response = await fetch(new URL(`../${name}`, import.meta.url));
+  if (!response.ok) throw new Error(`${name} cannot be loaded (${response.status}); reload the page`);
+  return response.arrayBuffer();
+}
+
 /** @returns {Promise<WebAssembly.Module>} */
-export async function compileEngine() {
-  const address = new URL('../engine/page.wasm', import.meta.url);
+async function compileEngine() {
+  const name = 'engine/page.wasm';
   try {
-    return await WebAssembly.compileStreaming(fetch(address));
+    return await WebAssembly.compileStreaming(fetch(new URL(`../${name}`, import.meta.url)));
   } catch {  // a server that does not know the type
-    const response = await fetch(address);
-    if (!response.ok) throw new Error(`the engine cannot be loaded (${response.status}); reload the page`);
-    return WebAssembly.compile(await response.arrayBuffer());
+    return WebAssembly.compile(await load(name));
   }
+}
+
+/** All at once, so that none waits for another. @returns {Promise<Supplies>} */
+export async function loadSupplies() {
+  const [compiled, shipped, ...fonts] = await Promise.all([
+    compileEngine(), load('engine/page.data'), ...kFirstFonts.map(name => load(`fonts/${name}`))]);
+  return {compiled, shipped, fonts: new Map(fonts.map((bytes, at) => [kFirstFonts[at], bytes]))};
 }

@@ -26,8 +26,8 @@ function call(name, bytes) {
 /** @param {string} text */
 const terminated = text => encoder.encode(`${text}\0`);
 
-/** @param {{compiled: WebAssembly.Module, session?: string}} options */
-async function open({compiled, session}) {
+/** @param {{supplies: import('./opening.js').Supplies, session?: string}} options */
+async function open({supplies: {compiled, shipped, fonts}, session}) {
   const files = Store.open(session);
   engine = await createEngine({
     locateFile: (/** @type {string} */ name) => new URL(`../engine/${name}`, import.meta.url).href,
@@ -35,6 +35,7 @@ async function open({compiled, session}) {
       WebAssembly.instantiate(compiled, imports).then(done);
       return {};
     },
+    getPreloadedPackage: () => shipped,
     give(/** @type {string} */ json, /** @type {Uint8Array} */ payload) { postMessage({json, payload, files: filesOf(json)}, {transfer: [payload.buffer]}); },
     onAbort: fail,
     idle() {
@@ -42,7 +43,7 @@ async function open({compiled, session}) {
       store?.keep(engine.FS);
     },
   });
-  await lendFonts(engine.FS);
+  lendFonts(engine.FS, fonts);
   store = await files;
   store?.restore(engine.FS);
   if (session) engine.ccall('GlyphmotionPage', null, ['string'], [session], {async: true}).catch(fail);

@@ -3,12 +3,15 @@
 
 const kPause = 300;  // milliseconds after the last change
 
+export const newWorker = () => new Worker(new URL('./worker.js', import.meta.url), {type: 'module'});
+
+/** @typedef {import('./opening.js').Supplies} Supplies */
 /** @typedef {{order: any, files: [string, Uint8Array][]}} Order  with the files that it needs */
 
 class Bench {
-  /** @param {WebAssembly.Module} compiled @param {(message: any, payload: Uint8Array) => void} receive */
-  constructor(compiled, receive) {
-    this.compiled = compiled;
+  /** @param {Supplies} supplies @param {(message: any, payload: Uint8Array) => void} receive */
+  constructor(supplies, receive) {
+    this.supplies = supplies;
     this.receive = receive;
     /** @type {Order[]} */
     this.orders = [];
@@ -31,7 +34,7 @@ class Bench {
 
   open() {
     if (this.worker) return this.worker;
-    const worker = new Worker(new URL('./worker.js', import.meta.url), {type: 'module'});
+    const worker = newWorker();
     worker.onmessage = ({data}) => {
       if (data.json) this.receive(JSON.parse(data.json), data.payload);
       else if ('failed' in data) this.fail();
@@ -41,7 +44,7 @@ class Bench {
       event.preventDefault();
       this.fail();
     };
-    worker.postMessage({open: {compiled: this.compiled}});
+    worker.postMessage({open: {supplies: this.supplies}});
     return this.worker = worker;
   }
 
@@ -79,11 +82,11 @@ class Bench {
 }
 
 export class Workshop {
-  /** @param {WebAssembly.Module} compiled @param {(message: any, payload: Uint8Array) => void} receive */
-  constructor(compiled, receive) {
-    this.build = new Bench(compiled, receive);
-    this.picture = new Bench(compiled, receive);
-    this.export = new Bench(compiled, receive);
+  /** @param {Supplies} supplies @param {(message: any, payload: Uint8Array) => void} receive */
+  constructor(supplies, receive) {
+    this.build = new Bench(supplies, receive);
+    this.picture = new Bench(supplies, receive);
+    this.export = new Bench(supplies, receive);
     this.timer = 0;
     this.pause = 0;
   }

@@ -1,19 +1,22 @@
-# The libraries of the WebAssembly build, compiled from the sources that scripts/build-web unpacks below
-# GLYPHMOTION_WEB_SOURCES, under the names that find_package and pkg-config give them elsewhere.
-set(GLYPHMOTION_WEB_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/build/web-sources CACHE PATH "Unpacked sources of the libraries")
+# The libraries of builds for machines that Debian has no packages for, compiled from the sources that
+# scripts/fetch-libraries unpacks below GLYPHMOTION_LIBRARY_SOURCES, under the names that find_package and pkg-config give
+# them elsewhere.
+set(GLYPHMOTION_LIBRARY_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/build/library-sources CACHE PATH "Unpacked sources of the libraries")
 set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
-add_compile_options(-msimd128)
+if(EMSCRIPTEN)  # what every browser with SIMD has
+  add_compile_options(-msimd128 -mbulk-memory -msign-ext)
+endif()
 set(made ${CMAKE_BINARY_DIR}/libraries)
 
 function(find_sources variable library)
-  file(GLOB folder ${GLYPHMOTION_WEB_SOURCES}/${library}-*)
+  file(GLOB folder ${GLYPHMOTION_LIBRARY_SOURCES}/${library}-*)
   if(NOT IS_DIRECTORY "${folder}")
-    message(FATAL_ERROR "The sources of ${library} are missing; run scripts/build-web.")
+    message(FATAL_ERROR "The sources of ${library} are missing; run scripts/fetch-libraries.")
   endif()
   set(${variable} ${folder} PARENT_SCOPE)
 endfunction()
 
-function(add_web_library target)
+function(add_own_library target)
   cmake_parse_arguments(ARG "" "ALIAS" "INCLUDE;SOURCES;DEFINITIONS;OPTIONS" ${ARGN})
   add_library(${target} STATIC ${ARG_SOURCES})
   add_library(${ARG_ALIAS} ALIAS ${target})
@@ -24,26 +27,30 @@ endfunction()
 
 find_sources(zlib zlib)
 file(GLOB sources ${zlib}/*.c)
-add_web_library(web_zlib ALIAS ZLIB::ZLIB INCLUDE ${zlib} SOURCES ${sources} DEFINITIONS HAVE_UNISTD_H OPTIONS -O2)
+add_own_library(own_zlib ALIAS ZLIB::ZLIB INCLUDE ${zlib} SOURCES ${sources} DEFINITIONS HAVE_UNISTD_H OPTIONS -O2)
 
 # Archives, which come with zlib's source.
-add_web_library(web_minizip ALIAS web::minizip INCLUDE ${zlib}/contrib/minizip
+add_own_library(own_minizip ALIAS own::minizip INCLUDE ${zlib}/contrib/minizip
   SOURCES ${zlib}/contrib/minizip/zip.c ${zlib}/contrib/minizip/ioapi.c DEFINITIONS USE_FILE32API NOCRYPT OPTIONS -Oz)
-target_link_libraries(web_minizip PUBLIC web_zlib)
+target_link_libraries(own_minizip PUBLIC own_zlib)
 
 find_sources(png libpng1.6)
 configure_file(${png}/scripts/pnglibconf.h.prebuilt ${made}/png/pnglibconf.h COPYONLY)
 file(GLOB sources ${png}/png*.c)
 list(FILTER sources EXCLUDE REGEX "pngtest\\.c$")
-add_web_library(web_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources} OPTIONS -Os)
-target_link_libraries(web_png PUBLIC web_zlib)
+add_own_library(own_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources} OPTIONS -Os)
+target_link_libraries(own_png PUBLIC own_zlib)
 
 find_sources(webp libwebp)
 file(GLOB sources ${webp}/src/dec/*.c ${webp}/src/enc/*.c ${webp}/src/utils/*.c ${webp}/src/mux/*.c ${webp}/src/dsp/*.c
   ${webp}/sharpyuv/*.c)
-list(FILTER sources EXCLUDE REGEX "_(sse2|sse41|neon|msa|mips32|mips_dsp_r2)\\.c$")
-add_web_library(web_webp ALIAS PkgConfig::WEBP INCLUDE ${webp}/src SOURCES ${sources} OPTIONS -Os)
-target_include_directories(web_webp PRIVATE ${webp})
+set(others sse41|neon|msa|mips32|mips_dsp_r2)
+if(EMSCRIPTEN)
+  set(others sse2|${others})
+endif()
+list(FILTER sources EXCLUDE REGEX "_(${others})\\.c$")
+add_own_library(own_webp ALIAS PkgConfig::WEBP INCLUDE ${webp}/src SOURCES ${sources} OPTIONS -Os)
+target_include_directories(own_webp PRIVATE ${webp})
 
 # Fonts of TrueType and OpenType. The smooth rasteriser has two subdivisions of curves and picks one by the machine's
 # name; this name gives that of 64-bit machines, and with it their bytes.
@@ -71,17 +78,18 @@ FT_USE_MODULE( FT_Module_Class, sfnt_module_class )
 FT_USE_MODULE( FT_Renderer_Class, ft_smooth_renderer_class )
 FT_USE_MODULE( FT_Renderer_Class, ft_raster1_renderer_class )
 ")
-add_web_library(web_freetype ALIAS Freetype::Freetype INCLUDE ${made}/freetype ${freetype}/include SOURCES ${sources}
+add_own_library(own_freetype ALIAS Freetype::Freetype INCLUDE ${made}/freetype ${freetype}/include SOURCES ${sources}
   DEFINITIONS FT2_BUILD_LIBRARY FT_CONFIG_OPTION_SYSTEM_ZLIB FT_CONFIG_OPTION_USE_PNG "FT_CONFIG_MODULES_H=<ftmodules.h>"
     "FT_CONFIG_OPTIONS_H=<ftoptions.h>"
   OPTIONS -Os)
-target_link_libraries(web_freetype PUBLIC web_png)
+target_link_libraries(own_freetype PUBLIC own_png)
 
 find_sources(harfbuzz harfbuzz)
-add_web_library(web_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src SOURCES ${harfbuzz}/src/harfbuzz.cc
+add_own_library(own_harfbuzz ALIAS PkgConfig::HARFBUZZ INCLUDE ${harfbuzz}/src SOURCES ${harfbuzz}/src/harfbuzz.cc
   DEFINITIONS HB_DISABLE_DEPRECATED HB_NDEBUG HB_NO_BUFFER_MESSAGE HB_NO_BUFFER_SERIALIZE HB_NO_BUFFER_VERIFY HB_NO_COLOR
     HB_NO_DRAW HB_NO_GETENV HB_NO_LAYOUT_COLLECT_GLYPHS HB_NO_LAYOUT_UNUSED HB_NO_MATH HB_NO_META HB_NO_METRICS HB_NO_MMAP
     HB_NO_NAME HB_NO_OT_FONT_GLYPH_NAMES HB_NO_FACE_COLLECT_UNICODES HB_NO_ATEXIT HB_NO_ERRNO HB_NO_SETLOCALE HB_NO_STYLE HB_NO_VERTICAL HB_NO_LANGUAGE_LONG HB_OPTIMIZE_SIZE
+    __PRETTY_FUNCTION__=nullptr  # 130 KB of names for traces
   OPTIONS -Oz -fno-exceptions -fno-rtti -fno-threadsafe-statics)
 
 find_sources(fribidi fribidi)
@@ -94,7 +102,7 @@ set(FRIBIDI_MINOR_VERSION 0)
 set(FRIBIDI_MICRO_VERSION 8)
 set(FRIBIDI_INTERFACE_VERSION 4)
 configure_file(${fribidi}/lib/fribidi-config.h.in ${made}/fribidi/fribidi-config.h @ONLY)
-add_web_library(web_fribidi ALIAS PkgConfig::FRIBIDI INCLUDE ${made}/fribidi ${fribidi}/lib SOURCES ${sources} OPTIONS -Oz
+add_own_library(own_fribidi ALIAS PkgConfig::FRIBIDI INCLUDE ${made}/fribidi ${fribidi}/lib SOURCES ${sources} OPTIONS -Oz
   DEFINITIONS HAVE_STRINGIZE HAVE_STRING_H HAVE_STDLIB_H DONT_HAVE_FRIBIDI_CONFIG_H=0)
 
 file(MAKE_DIRECTORY ${made}/headers)
@@ -103,8 +111,8 @@ foreach(folder CLI nlohmann toml++)
   file(CREATE_LINK /usr/include/${folder} ${made}/headers/${folder} SYMBOLIC)
 endforeach()
 foreach(name CLI11 nlohmann_json tomlplusplus)
-  add_library(web_${name} INTERFACE)
-  target_include_directories(web_${name} SYSTEM INTERFACE ${made}/headers)
-  add_library(${name}::${name} ALIAS web_${name})
+  add_library(own_${name} INTERFACE)
+  target_include_directories(own_${name} SYSTEM INTERFACE ${made}/headers)
+  add_library(${name}::${name} ALIAS own_${name})
 endforeach()
 set(TOMLPLUSPLUS_INCLUDE_DIRS ${made}/headers)
