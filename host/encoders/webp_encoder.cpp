@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -83,8 +84,11 @@ Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
   picture.custom_ptr = &writer.memory;
   picture.progress_hook = MayGoOn;
   picture.user_data = const_cast<std::atomic<bool>*>(work.stop);
-  const bool done =
+  errno = 0;
+  const bool encoded =
       WebPPictureImportRGBA(&picture, pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
+  // When memory runs out, libwebp 1.2.4 may report success for a picture that it has cut short.
+  const bool done = encoded && errno != ENOMEM;
   WebPPictureFree(&picture);
   return done ? Bytes(writer.memory.mem, writer.memory.mem + writer.memory.size) : Bytes();
 }
@@ -247,8 +251,13 @@ class LossyWebp {
     picture.width = settings_.width;
     picture.height = settings_.height;
     picture.use_argb = 1;
-    const bool added = WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
-                       WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
+    errno = 0;
+    bool added = WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
+                 WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
+    if (added && errno == ENOMEM) {  // see FileOf
+      added = false;
+      picture.error_code = VP8_ENC_ERROR_OUT_OF_MEMORY;
+    }
     WebPPictureFree(&picture);
     time_ += image.delay * settings_.delayUnit;
     return added ? "" : Failure(picture.error_code);
