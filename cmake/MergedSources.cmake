@@ -10,7 +10,8 @@ set(sources_alone
   "src/shell/(exports|main_dialog|registration)"
   "src/effects/(colour_blend|iris_mask|twist)"
   "src/resources/.*"
-  "host/encoders/(gif_writer|lzw_lossy|webm|webp_encoder)"
+  "host/encoders/(gif_writer|lzw_lossy|webp_encoder)"
+  "host/encoders/(avif|webm).*"  # the fast program has its own instead
   "host/page/(command_words|page_fonts|page_session)"
   "host/program/swatch"
   "host/render/run_notes")
