@@ -7,7 +7,8 @@
 
 namespace glyphmotion {
 
-/// True when the words after the program's name ask for a swatch: "swatch" alone, or followed by a word that is not an option.
+/// True when the words after the program's name ask for a swatch: "swatch" alone, or followed by a word that is not an
+/// option.
 bool IsSwatch(const std::vector<std::string>& words);
 
 /// Draws the material (--width and --height in pixels, 256 by default) and writes the picture. Returns an empty text,
