@@ -85,8 +85,9 @@ typedef int (*glyphmotion_progress)(void* user, const char* stage, int64_t posit
 /* Sets or, with null, removes the job's callback. `user` is passed on as it is. */
 GLYPHMOTION_EXPORT void glyphmotion_job_on_progress(glyphmotion_job* job, glyphmotion_progress progress, void* user);
 
-/* Ends the current rendering of the job within about 50 milliseconds, or the next one if none is running. Any thread
- * and any signal handler may call it while the job exists. */
+/* Ends the current rendering of the job, or the next one if none is running, usually within 50 milliseconds; a PNG,
+ * WebP, AVIF or WebM picture that is being compressed is finished first. Any thread and any signal handler may call it
+ * while the job exists. */
 GLYPHMOTION_EXPORT void glyphmotion_job_cancel(glyphmotion_job* job);
 
 /* ---- Rendering. A job may be rendered any number of times. */

@@ -198,8 +198,8 @@ struct Sink {
   std::function<void(const HostCallEvent&)> call;                           ///< every call, before it is handled
   /// Polled at each of the plug-in's calls, on the run's thread; true ends the run as soon as possible.
   std::function<bool()> cancelled;
-  /// Once this is true the run ends as soon as possible: within 50 milliseconds, but for a picture that the library of
-  /// an AVIF, WebM or WebP encoder is compressing, which is finished first. Another thread, a signal handler or a
+  /// Once this is true the run ends as soon as possible: usually within 50 milliseconds, but a PNG, WebP, AVIF or WebM
+  /// picture that is being compressed is finished first. Another thread, a signal handler or a
   /// member of this sink may set it. It must outlive the call of Render; null: not used.
   const std::atomic<bool>* stop = nullptr;
 };
