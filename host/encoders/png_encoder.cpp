@@ -126,7 +126,7 @@ struct PngState {
   std::string AddKept() {
     const bool share = !kept.empty() && SharePalette();
     for (const KeptImage& image : kept) {
-      const std::string error = share ? AddPalette(image) : AddColour(ReadDib(image.dib), image);
+      std::string error = share ? AddPalette(image) : AddColour(ReadDib(image.dib), image);
       if (!error.empty()) return error;
     }
     return {};

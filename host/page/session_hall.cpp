@@ -32,7 +32,7 @@ std::string BytesOf(const PageMessage& message) {
 
 }  // namespace
 
-void Outbox::Put(PageMessage message) {
+void Outbox::Put(const PageMessage& message) {
   std::string bytes = BytesOf(message);
   const std::lock_guard<std::mutex> lock(mutex_);
   if (overflowed_ || bytes_ + bytes.size() > kMostWaiting) {
@@ -96,7 +96,7 @@ void SessionHall::Start(const std::string& key, bool spare) {
   if (!std::exchange(gaveFirst_, true)) start.path = options_.path;
   Outbox& outbox = member.outbox;
   member.session = std::make_unique<PageSession>(services_, store_, std::move(start),
-                                                 [&outbox](PageMessage message) { outbox.Put(std::move(message)); });
+                                                 [&outbox](const PageMessage& message) { outbox.Put(message); });
   member.alone = Clock::now();
   member.thread = std::thread([this, key, &member] {
     try {
@@ -123,7 +123,7 @@ std::string SessionHall::Enter(const std::string& key) {
       std::find_if(members_.begin(), members_.end(), [](const auto& each) { return each.second->spare; });
   const bool known = key.size() == 16 && key.find_first_not_of(kSmallHexDigits) == std::string::npos;
   const bool returns = known && found == members_.end();
-  const std::string fresh = returns ? key : spare != members_.end() ? spare->first : RandomKey(8);
+  std::string fresh = returns ? key : spare != members_.end() ? spare->first : RandomKey(8);
   hadOne_ = true;
   if (spare == members_.end()) return Start(fresh, false), fresh;
   // Who comes back from an earlier program has a document of his own; the first page's goes with it.

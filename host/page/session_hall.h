@@ -19,7 +19,7 @@ namespace glyphmotion {
 class Outbox {
  public:
   /// Never waits; when a page takes nothing for long, what it has missed is dropped and it gets a fresh snapshot.
-  void Put(PageMessage message);
+  void Put(const PageMessage& message);
   /// The next message as bytes of the stream, a beat when none comes for a while; empty when another page has taken the
   /// box over, or it is closed.
   std::string Next(int page);

@@ -94,12 +94,15 @@ std::vector<std::string> FontNotes(const Dialog& dialog, const std::string& aske
 }
 
 void ShortFrames::Add(int delay) {
-  run_ = delay <= limit_ ? run_ + 1 : 0;
+  const bool isShort = delay <= limit_;
+  run_ = isShort ? run_ + 1 : 0;
+  ++frames_;
+  short_ += isShort;
   longest_ = std::max(longest_, run_);
 }
 
 std::string ShortFrames::Note() const {
-  if (longest_ < 2) return {};
+  if (longest_ < 2 || 10 * short_ < 9 * frames_) return {};
   return std::to_string(longest_) + " frames in a row last 10 ms or less; most viewers show them slower, so choose a " +
          "delay of more than 10 ms";
 }

@@ -24,12 +24,13 @@ class ShortFrames {
  public:
   explicit ShortFrames(const Job& job) : limit_(job.paletteFormat ? 1 : 10) {}
   void Add(int delay);
-  /// A sentence when there are at least two such frames in a row, otherwise empty.
+  /// A sentence when at least two such frames come in a row and half of all are such, otherwise empty: an effect may
+  /// have short ones among longer by chance.
   std::string Note() const;
 
  private:
   int limit_;  // in the output's unit
-  int run_ = 0, longest_ = 0;
+  int run_ = 0, longest_ = 0, short_ = 0, frames_ = 0;
 };
 
 }  // namespace glyphmotion
