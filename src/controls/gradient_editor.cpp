@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "image/angles.h"
+
 namespace glyphmotion {
 namespace {
 
@@ -40,8 +42,6 @@ CentreStep CentreStepOf(const GradientSpec& gradient, int width, int height) {
   if (gradient.GradientType == 1) return {width / 100.0, -height / 100.0};
   return {width * 1.41421356 / 100.0, height * 1.41421356 / 100.0};
 }
-
-constexpr double kDegrees = 57.29577951308232;
 
 }  // namespace
 
@@ -121,7 +121,7 @@ PicturePlace HandleOfGradient(const GradientSpec& gradient, int width, int heigh
   double x = 0, y = 0;
   if (IsLinear(gradient)) {
     // At 0 degrees the start is at the upper edge; it rotates clockwise.
-    const double angle = gradient.Rotation / kDegrees, reach = std::min(width, height) * 0.375;
+    const double angle = gradient.Rotation / kDegreesPerRadian, reach = std::min(width, height) * 0.375;
     x = std::sin(angle) * reach;
     y = -std::cos(angle) * reach;
   } else {
@@ -138,7 +138,7 @@ std::optional<std::int32_t> GradientNumberAt(const GradientSpec& gradient, int c
   const CentreStep step = CentreStepOf(gradient, std::max(width, 1), std::max(height, 1));
   switch (control) {
     case GradientControl::Rotation:
-      return LimitGradientNumber(control, std::lround(std::atan2(x, -y) * kDegrees));
+      return LimitGradientNumber(control, std::lround(std::atan2(x, -y) * kDegreesPerRadian));
     case GradientControl::CenterX:
       return LimitGradientNumber(control, std::lround(x / step.x));
     case GradientControl::CenterY:

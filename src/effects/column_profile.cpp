@@ -5,17 +5,17 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <numbers>
+
+#include "image/angles.h"
 
 namespace glyphmotion {
-namespace {}  // namespace
 
 void SetBumpProfile(std::span<float> profile, int start, int length) noexcept {
   std::fill(profile.begin(), profile.end(), 0.0f);
   const auto end = static_cast<std::int64_t>(profile.size());
   for (std::int64_t j = 0, x = start; j < length && x >= 0 && x < end; ++j, ++x) {
     profile[static_cast<std::size_t>(x)] +=
-        static_cast<float>(std::sin(static_cast<double>(j) / length * 180.0 * std::numbers::pi / 180.0));
+        static_cast<float>(std::sin(Radians(static_cast<double>(j) / length * 180.0)));
   }
 }
 
@@ -23,7 +23,7 @@ void SetHorizonCurve(std::span<double> curve, double v, bool alternate, int radi
   std::fill(curve.begin(), curve.end(), 0.0);
   const int count = static_cast<int>(curve.size());
   const double height = v != kSampleHorizon ? v : alternate ? 0.6875 : 1.0;
-  const double angle = height * 90.0 * std::numbers::pi / 180.0;
+  const double angle = Radians(height * 90.0);
   const std::int64_t wanted =
       alternate ? static_cast<std::int64_t>(std::cos(angle) * count) + std::int64_t{count} * radius / 100
                 : static_cast<std::int64_t>(std::sin(angle) * count);
@@ -31,7 +31,7 @@ void SetHorizonCurve(std::span<double> curve, double v, bool alternate, int radi
   if (length < 1) return;
   const int start = (count - length) / 2;
   for (int k = 0; k < length; ++k) {
-    curve[static_cast<std::size_t>(start + k)] = std::sin(k * 180.0 / length * std::numbers::pi / 180.0) * height;
+    curve[static_cast<std::size_t>(start + k)] = std::sin(Radians(k * 180.0 / length)) * height;
   }
 }
 

@@ -10,7 +10,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "effects/angles.h"
+#include "image/angles.h"
 #include "image/resample_windows.h"
 #include "image/surface.h"
 #include "platform/run_state.h"

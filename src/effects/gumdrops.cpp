@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "effects/gumdrop_image.h"
 #include "effects/optional_colours.h"
 #include "effects/phase_run.h"
+#include "image/angles.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
 #include "resources/panel_gumdrops.h"

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <numbers>
 
+#include "image/angles.h"
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/run_state.h"
@@ -58,7 +58,7 @@ void DrawDiamonds(const Grid& grid) {
 }
 
 void DrawCircles(const Grid& grid) {
-  const double half = std::cos(grid.phase * 90.0 * std::numbers::pi / 180.0) * grid.cell * 0.5;
+  const double half = std::cos(Radians(grid.phase * 90.0)) * grid.cell * 0.5;
   const int r = static_cast<int>(std::sqrt(2.0 * (half * half)));
   ForEachCentre(grid, [&](int x, int y) { grid.surface.FillEllipse({x - r, y - r, x + r, y + r}, kWhite); });
 }

@@ -7,10 +7,10 @@
 #include <numbers>
 #include <utility>
 
-#include "effects/angles.h"
 #include "effects/colour_blend.h"
 #include "effects/effect_table.h"
 #include "effects/phase_run.h"
+#include "image/angles.h"
 #include "image/filters.h"
 #include "image/surface.h"
 #include "platform/run_state.h"

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <utility>
 
-#include "effects/angles.h"
+#include "image/angles.h"
 #include "image/filters.h"
 #include "platform/run_state.h"
 

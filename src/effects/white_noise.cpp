@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "effects/angles.h"
 #include "effects/effect_table.h"
+#include "image/angles.h"
 #include "platform/random.h"
 #include "platform/run_state.h"
 #include "resources/panel_white_noise.h"

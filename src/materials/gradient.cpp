@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 
+#include "image/angles.h"
 #include "image/surface.h"
 #include "materials/fountain.h"
 #include "platform/run_state.h"
@@ -98,6 +99,7 @@ struct Turn {
   float c, s;
   int cx, cy;
   explicit Turn(int rotation, int width, int height) : cx(width / 2), cy(height / 2) {
+    // A degree cut to seven digits: the nearest float would move corners by a pixel.
     const float angle = static_cast<float>(rotation) * 0.01745328f;
     c = static_cast<float>(std::cos(static_cast<double>(angle)));
     s = static_cast<float>(std::sin(static_cast<double>(angle)));
@@ -152,7 +154,7 @@ int ConeStep(const Cone& cone, int dy, int d) {
     a = dy < 1 ? 90.0f : 270.0f;
   } else {
     const float ratio = static_cast<float>(dy) / static_cast<float>(d);
-    a = static_cast<float>(std::atan(static_cast<double>(ratio)) * 57.29577951308232);
+    a = static_cast<float>(std::atan(static_cast<double>(ratio)) * kDegreesPerRadian);
     if (d > 0) a += 180.0f;
     while (a < 0.0f) a += 360.0f;
   }
@@ -176,7 +178,7 @@ GLYPHMOTION_CLONES void EstimateSteps(const Cone& cone, int dy, int width, float
     const float larger = std::max(std::max(dSize, ySize), 1.0f), z = std::min(dSize, ySize) / larger;
     const float z2 = z * z;
     float a = z * (0.9998660f + z2 * (-0.3302995f + z2 * (0.1801410f + z2 * (-0.0851330f + z2 * 0.0208351f))));
-    a *= 57.29578f;
+    a *= static_cast<float>(kDegreesPerRadian);
     a = ySize > dSize ? 90.0f - a : a;
     a = y * d < 0.0f ? -a : a;
     a = d > 0.0f ? a + 180.0f : a;
