@@ -21,6 +21,8 @@ struct Variable {
 
 /// The variable of a key (case counts), or null. The pointer is valid for the duration of the run.
 Variable* FindVariable(std::string_view key) noexcept;
+/// That of a key which is known to exist.
+inline Variable& VariableOf(std::string_view key) noexcept { return *FindVariable(key); }
 
 /// The variable of row i of the SettingsTable, 0 <= i < its size.
 Variable& VariableAt(std::size_t i) noexcept;

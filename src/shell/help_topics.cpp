@@ -1,22 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "shell/help_topics.h"
 
-#include <algorithm>
-
 #include "effects/effect_table.h"
+#include "shell/effect_panels.h"
 #include "shell/main_dialog.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {
 namespace {
 
-const EffectDescriptor& ChosenEffect(const Dialog& dialog) {
-  return EffectRow(std::clamp(GetSelection(dialog, ControlId::Effect), 0, kEffectCount - 1));
-}
-
-/// Converts "Event Horizon" to EVENT-HORIZON.
-std::string TopicOfEffect(const EffectDescriptor& effect) {
-  std::string topic = effect.name;
+/// The topic of the chosen effect: EVENT-HORIZON for "Event Horizon".
+std::string TopicOfEffect(const Dialog& dialog) {
+  std::string topic = EffectRow(ChosenEffect(dialog)).name;
   for (char& c : topic) c = c == ' ' ? '-' : c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   return topic;
 }
@@ -24,13 +19,12 @@ std::string TopicOfEffect(const EffectDescriptor& effect) {
 /// The topic of an option in a panel; options that most panels have share one section.
 std::string TopicOfOption(const Dialog& dialog, int id) {
   if (KindOf(dialog, id) == ControlKind::MaterialButton) return "MATERIALS";
-  const EffectDescriptor& effect = ChosenEffect(dialog);
-  const PanelRoles& roles = effect.panel->roles;
+  const PanelRoles& roles = EffectRow(ChosenEffect(dialog)).panel->roles;
   for (const int common : {roles.outline, roles.fillOpacity, roles.shadowOpacity, roles.softness, roles.shadowOffset,
                            roles.shadowDirection, roles.shadowEnable, roles.outlineEnable}) {
     if (id == common) return "COMMON";
   }
-  return TopicOfEffect(effect);
+  return TopicOfEffect(dialog);
 }
 
 }  // namespace
@@ -49,7 +43,7 @@ std::string HelpTopicOf(const Dialog& dialog, int id) {
     case ControlId::CharacterSpace:
       return "TEXT";
     case ControlId::Effect:
-      return TopicOfEffect(ChosenEffect(dialog));
+      return TopicOfEffect(dialog);
     case MainControl::OpenSave:
       return "FILES";
     case 0:

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The dialog's state is in its controls; kept here are only the host's table, the position of the panels and the size
-// of the file dialogs. From top to bottom: the host, options and their constraints, panels, documents, registration,
-// the start, the commands.
+// The dialog's state is in its controls; kept here are only the host's table and what a control does not show. From top
+// to bottom: the host, options and their constraints, registration, help and runs, the start, the commands.
 #include "shell/main_dialog.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <utility>
 
-#include "controls/direction_pickers.h"
 #include "controls/editor_services.h"
 #include "controls/families.h"
 #include "controls/fountain_control.h"
@@ -23,7 +20,6 @@
 #include "effects/effect_table.h"
 #include "image/fixed_palettes.h"
 #include "platform/encoding.h"
-#include "platform/folders.h"
 #include "platform/run_state.h"
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
@@ -32,7 +28,8 @@
 #include "shell/about_animation.h"
 #include "shell/about_box.h"
 #include "shell/build_driver.h"
-#include "shell/documents.h"
+#include "shell/document_menu.h"
+#include "shell/effect_panels.h"
 #include "shell/help_topics.h"
 #include "shell/registration.h"
 #include "shell/sample_window.h"
@@ -47,9 +44,7 @@ using namespace MainControl;
 constexpr int kSampleTimer = 15, kAboutTimer = 16;
 constexpr int kBestPaletteItem = kFixedPaletteCount;  // in the Palette combo
 constexpr int kTextLimit = 260, kTitleLimit = 260;
-constexpr int kSmallestFileDialog = 128;     // pixels; a smaller size is not remembered
 constexpr int kFirstOptionOfTheSample = 50;  // options with lower ids do not affect the sample
-constexpr const char* kUntitled = "untitled.gm4";
 constexpr const char* kHelpPage = "TLMPLGM4.HTML";
 constexpr const char* kHelpTopic = "PREFACE";
 constexpr std::size_t kPathBuffer = 261;  // size of the buffer for a host's path
@@ -61,7 +56,6 @@ struct MainDialogState {
   bool repaintPosted = false;
   bool running = false;            // a Build or a Test
   std::uint32_t fixedPalette = 0;  // number of the last fixed palette
-  int fileDialogWidth = 0, fileDialogHeight = 0;
   AboutLetters aboutLetters;
   unsigned aboutTick = 0;
 };
@@ -82,8 +76,6 @@ bool HostHas(std::uint32_t flag) { return (State().hostCalls->hostFlags & flag) 
 // --- Options ---
 
 void Report(Dialog& dialog, int text) { ShowMessage(&dialog, LoadText(text)); }
-
-Variable& VariableOf(const char* key) { return *FindVariable(key); }
 
 void RepaintSample(Dialog& dialog) {
   if (std::exchange(State().repaintPosted, true)) return;
@@ -127,116 +119,6 @@ void PickColour(Dialog& dialog, int id) {
   Store(dialog, id);
   Invalidate(dialog, id);
   RepaintSample(dialog);
-}
-
-// --- Panels ---
-
-void InstallControl(Dialog& dialog, const ControlTemplate& control) {
-  const ControlFamily* family = control.id == ControlId::Font ? &kFontFamily : FamilyOfKind(control.kind);
-  if (!family) return;
-  Variable* variable = control.key ? FindVariable(control.key) : nullptr;
-  switch (control.kind) {
-    case ControlKind::MaterialButton:
-      // Its user data is its material, which has a file of its own; a key only sets the initial colour.
-      InstallFamily(dialog, control.id, *family, nullptr);
-      InitialiseMaterial(dialog, control.id, variable ? variable->number : control.initial);
-      return;
-    case ControlKind::UpDown:
-      InstallFamily(dialog, control.id, *family, nullptr);
-      return;
-    case ControlKind::NumberEdit:
-      InstallFamily(dialog, control.id, *family, variable ? variable : &UnsavedVariable(control.id, control.initial));
-      return;
-    default:
-      InstallFamily(dialog, control.id, *family, variable);
-  }
-}
-
-// A fill or a direction without its block would read as another value, so a panel is created whole or not at all.
-bool InstallPanel(Dialog& dialog, const DialogTemplate& panel) {
-  if (!AddControls(dialog, panel, ControlId::Effect)) return false;
-  for (const ControlTemplate& control : panel.controls) {
-    InstallControl(dialog, control);
-    const bool keepsBlock = IsPicker(control.kind) || control.kind == ControlKind::MaterialButton;
-    if (keepsBlock && !GetData(dialog, control.id)) return false;
-  }
-  return true;
-}
-
-void ShowControls(Dialog& dialog, const DialogTemplate& panel, bool visible) {
-  for (const ControlTemplate& control : panel.controls) Show(dialog, control.id, visible);
-}
-
-int ChosenEffect(const Dialog& dialog) {
-  return std::clamp(GetSelection(dialog, ControlId::Effect), 0, kEffectCount - 1);
-}
-
-void ShowPanel(Dialog& dialog, int effect) {
-  for (int i = 0; i < kEffectCount; ++i) {
-    if (i != effect) ShowControls(dialog, *EffectRow(i).panel, false);
-  }
-  ShowControls(dialog, *EffectRow(effect).panel, true);
-  State().effect = effect;
-}
-
-// --- Documents ---
-
-std::size_t FilePartOf(const std::string& path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  return separator == std::string::npos ? 0 : separator + 1;
-}
-
-std::optional<std::string> AskDocument(Dialog& dialog, bool save) {
-  std::string& current = VariableOf("CurrentFileName").text;
-  FileQuestion question;
-  question.save = save;
-  question.filterName = LoadText(kTextDocumentFilter);
-  question.extension = "GM4";
-  question.folder = VariableOf("OpenPath").text;
-  question.fileName = current.substr(FilePartOf(current));
-  question.width = State().fileDialogWidth;
-  question.height = State().fileDialogHeight;
-  const std::optional<std::string> path = AskFile(&dialog, question);
-  if (question.width >= kSmallestFileDialog && question.height >= kSmallestFileDialog) {
-    State().fileDialogWidth = question.width;
-    State().fileDialogHeight = question.height;
-  }
-  return path;
-}
-
-// Only a document that was loaded or saved becomes current: Save overwrites the current document without asking.
-void RememberDocument(const std::string& path) {
-  VariableOf("CurrentFileName").text = path;
-  VariableOf("OpenPath").text = path.substr(0, FilePartOf(path));
-}
-
-void OpenDocument(Dialog& dialog) {
-  const auto path = AskDocument(dialog, false);
-  if (!path) return;
-  if (LoadDocument(dialog, *path)) RememberDocument(*path);
-}
-
-void SaveDocumentAs(Dialog& dialog) {
-  const auto path = AskDocument(dialog, true);
-  if (!path) return;
-  if (SaveDocument(dialog, *path)) RememberDocument(*path);
-}
-
-void SaveCurrentDocument(Dialog& dialog) {
-  const std::string path = VariableOf("CurrentFileName").text;
-  if (path.substr(FilePartOf(path)) == kUntitled) return SaveDocumentAs(dialog);
-  SaveDocument(dialog, path);
-}
-
-void ShowDocumentMenu(Dialog& dialog) {
-  const MenuItem items[] = {{Open, LoadText(kTextMenuOpen), false},
-                            {Save, LoadText(kTextMenuSave), false},
-                            {SaveAs, LoadText(kTextMenuSaveAs), false}};
-  // If the button is pressed by key, with the pointer elsewhere, the menu opens below it.
-  const ControlRectangle place = RectangleOf(dialog, OpenSave);
-  const int below = IsPointerOver(dialog, OpenSave) ? 0 : int{OpenSave};
-  const int chosen = PopupMenu(&dialog, below, 0, place.bottom - place.top, items);
-  if (chosen) PostCommand(dialog, chosen);
 }
 
 // --- Registration, help and the check of the program ---
@@ -317,12 +199,6 @@ PackedDib ChoosePictureOfHost(Dialog& dialog) {
 
 // --- The start ---
 
-void ResetPathsOnShift() {
-  if (!IsShiftDown()) return;
-  VariableOf("CurrentFileName").text = JoinPath(DocumentsFolder(), kUntitled);
-  VariableOf("OpenPath").text = DocumentsFolder();
-}
-
 // Selects the font by name, including one that is not listed but has a substitute.
 bool SelectFont(Dialog& dialog, const std::string& family) {
   if (SelectText(dialog, ControlId::Font, family) >= 0) return true;
@@ -400,10 +276,7 @@ void InstallPanels(Dialog& dialog) {
 void AskFileDialogSize() {
   std::int32_t size[2] = {0, 0};
   CallHost(HostOpGetFileDialogSize, 0, AddressOf(size));
-  int width = 0, height = 0;
-  ScreenSize(width, height);
-  State().fileDialogWidth = std::min<int>(size[0], width);
-  State().fileDialogHeight = std::min<int>(size[1], height);
+  SetFileDialogSize(size[0], size[1]);
 }
 
 void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
@@ -419,7 +292,7 @@ void Initialise(Dialog& dialog, const HostCallTable* hostCalls) {
     Report(dialog, kTextInternalError);
     PostCommand(dialog, Cancel);
   }
-  ResetPathsOnShift();
+  if (IsShiftDown()) ForgetDocument();
   for (const ControlTemplate& control : kMainDialogTemplate.controls) InstallControl(dialog, control);
   LimitToTrueColour(dialog);
   LimitText(dialog, ControlId::Text, kTextLimit);
@@ -443,7 +316,8 @@ void Refresh(Dialog& dialog) {
   } else if (IsShiftDown()) {
     SetDelays(dialog, 4, 100);
   }
-  ShowPanel(dialog, ChosenEffect(dialog));
+  State().effect = ChosenEffect(dialog);
+  ShowPanel(dialog, State().effect);
   EnableBuild(dialog);
   EnablePalette(dialog);
   StorePalette(dialog);
@@ -486,6 +360,7 @@ void OnText(Dialog& dialog, int code) {
 void OnEffect(Dialog& dialog, int code) {
   const int effect = ChosenEffect(dialog);
   if (code != kSelectionChanged || effect == State().effect) return;
+  State().effect = effect;
   ShowPanel(dialog, effect);
   VariableOf("MainEffect").number = static_cast<std::uint32_t>(effect);
   RepaintSample(dialog);
@@ -569,11 +444,7 @@ void OnDestroy(Dialog& dialog) {
   CheckRegistration();
   if (State().settingsLoaded) SaveSettings();
   UseSkin(false);
-  for (const EffectDescriptor* effect : Effects()) {
-    for (const ControlTemplate& control : effect->panel->controls) {
-      if (control.kind == ControlKind::MaterialButton) DestroyMaterial(dialog, control.id);
-    }
-  }
+  DestroyPanels(dialog);
   State() = {};
 }
 
