@@ -39,8 +39,10 @@ constexpr Reader kReaders[] = {
      "LookOptionNames KeepLook Folders LookFiles FirstLine Looks LookText"},
     {"material_files", ReadMaterialFiles, "src/materials/material.cpp", 4096,
      "SaveMaterial AverageBitmapColour MaterialToBitmap"},
-    {"material_texts", ReadMaterialTexts, "src/materials/material_text.cpp src/materials/colour_text.cpp", 4096,
-     "TextureNames TileNames FountainNames"},
+    {"material_texts", ReadMaterialTexts,
+     "src/materials/material_text.cpp src/materials/gradient_text.cpp src/materials/texture_text.cpp "
+     "src/materials/text_parts.cpp src/materials/colour_text.cpp",
+     4096, "TextureNames TileNames FountainNames"},
     {"page_events", ReadPageEvents, "host/page/page_events.cpp host/page/page_session.cpp host/page/page_documents.cpp",
      8192},
     {"pictures", ReadPictures, "host/render/image_loader.cpp host/render/image_pixels.cpp", 65536},
@@ -90,7 +92,7 @@ const std::string& FileOf(std::string_view bytes, const char* suffix) {
   std::string& path = paths[suffix];
   if (path.empty()) path = std::string(std::getenv("GLYPHMOTION_HOME")) + "/input" + suffix;
   if (std::FILE* file = std::fopen(path.c_str(), "wb")) {
-    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
     std::fclose(file);
   }
   return path;

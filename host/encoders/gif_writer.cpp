@@ -19,6 +19,7 @@
 
 #include "host/encoders/gif_file.h"
 #include "host/encoders/gif_frame.h"
+#include "host/encoders/gif_held_frame.h"
 #include "host/encoders/gif_lossy.h"
 #include "host/encoders/gif_palette.h"
 #include "platform/workers.h"
@@ -26,7 +27,7 @@
 namespace glyphmotion {
 namespace {
 
-using Id = std::uint16_t;
+using Id = GifColourId;
 constexpr Id kClear = 0xFFFF;    // nothing drawn: transparent
 constexpr Id kUnknown = 0xFFFE;  // equals no colour
 constexpr std::size_t kMostIds = kUnknown;
@@ -70,16 +71,6 @@ struct ColourIds {
   }
 };
 
-// A cropped frame that is kept until the palette is known.
-struct HeldFrame {
-  GifBox crop;
-  GifDisposal disposal = GifDisposal::Keep;
-  int delay = 0;
-  GifPixels pixels;     // symbols are frame-local numbers
-  std::vector<Id> ids;  // by that number; empty: the numbers are ids
-  Id IdOf(std::size_t symbol) const { return ids.empty() ? static_cast<Id>(symbol) : ids[symbol]; }
-};
-
 // --- Loops over pixels
 
 GLYPHMOTION_CLONES std::uint8_t LargestOf(const std::uint8_t* in, std::size_t count) {
@@ -110,72 +101,6 @@ GLYPHMOTION_CLONES void FindKinds(GifPixel* __restrict out, const Id* __restrict
   }
 }
 
-// The symbol with the fewest required pixels.
-std::uint8_t RarestSymbol(const GifPixels& pixels) {
-  std::array<std::size_t, 256> count{};
-  for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
-    if (pixels.kinds[i] == GifPixel::Colour) ++count[pixels.symbols[i]];
-  return static_cast<std::uint8_t>(std::min_element(count.begin(), count.end()) - count.begin());
-}
-
-template <typename Symbols>
-void LeaveToWildcard(GifPixels& pixels, Symbols symbols) {
-  for (std::size_t i = 0; i < pixels.symbols.size(); ++i)
-    if (symbols(pixels.symbols[i])) pixels.kinds[i] = GifPixel::Wildcard;
-  FindSlots(pixels);
-}
-
-// A local palette, required colours first.
-GifPalette OwnPalette(const HeldFrame& frame, std::span<const std::uint32_t> colours) {
-  GifPalette palette;
-  for (const bool must : {true, false})
-    for (std::size_t i = 0; i < 256; ++i)
-      if (must ? frame.pixels.must[i] : frame.pixels.may[i] && !frame.pixels.must[i])
-        palette.Append(frame.IdOf(i), colours[frame.IdOf(i)]);
-  return palette;
-}
-
-// Maps the frame's symbols to slots of the palette.
-void UseSlots(HeldFrame& frame, const GifPalette& palette) {
-  GifPixels& pixels = frame.pixels;
-  std::array<std::uint8_t, 256> slotOf{};
-  std::array<bool, 256> must{}, may{};
-  bool same = true;
-  for (std::size_t i = 0; i < 256; ++i) {
-    if (!pixels.must[i] && !pixels.may[i]) continue;
-    slotOf[i] = static_cast<std::uint8_t>(palette.SlotOf(frame.IdOf(i)));
-    same &= slotOf[i] == i;
-    must[slotOf[i]] = pixels.must[i];
-    may[slotOf[i]] = pixels.may[i];
-  }
-  if (!same)
-    for (std::uint8_t& symbol : pixels.symbols) symbol = slotOf[symbol];
-  pixels.must = must;
-  pixels.may = may;
-}
-
-// The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
-// ids. `index`: it has to declare a transparent index, used or not. `lossy`: instead of `compressor`, or null; takes
-// the frames in order. Consumes `frame`; threads share const data only.
-GifFileFrame EncodeFrame(HeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours, bool index,
-                         GifFrameCompressor& compressor, GifLossyCompressor* lossy) {
-  GifFileFrame out;
-  out.disposal = frame.disposal;
-  out.delay = frame.delay;
-  if (!common) out.own = OwnPalette(frame, colours);
-  const GifPalette& palette = common ? *common : *out.own;
-  UseSlots(frame, palette);
-  GifStream stream = lossy ? lossy->Compress(frame.pixels, palette, frame.crop, frame.disposal)
-                           : compressor.Compress(frame.pixels, palette.Bits());
-  out.crop = frame.crop;
-  out.wildcard = stream.wildcard;
-  if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);
-  out.codeSize = stream.codeSize;
-  out.bytes = std::move(stream.bytes);
-  if (out.own) out.own->Reserve(out.wildcard + 1);
-  return out;
-}
-
 }  // namespace
 
 struct GifWriter::State {
@@ -196,7 +121,7 @@ struct GifWriter::State {
   bool seeThrough = false;  // some pixel is transparent
   std::string comment;
   int loops = 0;
-  std::vector<HeldFrame> held;
+  std::vector<GifHeldFrame> held;
   std::size_t heldBytes = 0;
   std::vector<GifFileFrame> encoded;
   Workers workers;
@@ -216,9 +141,8 @@ struct GifWriter::State {
   void WriteBefore(const GifFrame& next);
   void WritePending(const GifBox& mustCover, GifDisposal disposal);
   void Hold(const GifBox& crop, GifDisposal disposal);
-  void HoldIds(const GifBox& crop, HeldFrame& frame) const;
-  void HoldNumbered(const GifBox& crop, HeldFrame& frame) const;
-  void SpareIndices();
+  void HoldIds(const GifBox& crop, GifHeldFrame& frame) const;
+  void HoldNumbered(const GifBox& crop, GifHeldFrame& frame) const;
   void Settle();
   std::vector<bool> ChoosePalettes();
 };
@@ -361,7 +285,7 @@ void GifWriter::State::WritePending(const GifBox& mustCover, GifDisposal disposa
 }
 
 void GifWriter::State::Hold(const GifBox& crop, GifDisposal disposal) {
-  HeldFrame& frame = held.emplace_back();
+  GifHeldFrame& frame = held.emplace_back();
   frame.crop = crop;
   frame.disposal = disposal;
   frame.delay = pendingDelay;
@@ -384,7 +308,7 @@ void GifWriter::State::Hold(const GifBox& crop, GifDisposal disposal) {
 }
 
 // With ids as symbols.
-void GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
+void GifWriter::State::HoldIds(const GifBox& crop, GifHeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   const auto columns = static_cast<std::size_t>(crop.Width());
   for (int y = crop.top; y < crop.bottom; ++y)
@@ -396,7 +320,7 @@ void GifWriter::State::HoldIds(const GifBox& crop, HeldFrame& frame) const {
 
 // With symbols ordered by frequency. Usually all colours of the crop get one; if a palette cannot hold them, only the
 // required ones do: the others are already on the screen.
-void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const {
+void GifWriter::State::HoldNumbered(const GifBox& crop, GifHeldFrame& frame) const {
   GifPixels& pixels = frame.pixels;
   std::vector<std::uint32_t> must(ids.colours.size()), may(must.size());
   const auto columns = static_cast<std::size_t>(crop.Width());
@@ -425,28 +349,6 @@ void GifWriter::State::HoldNumbered(const GifBox& crop, HeldFrame& frame) const 
   FindSlots(pixels);
 }
 
-// Frees an index in frames that need a transparent one and have 256 colours. A colour that only unchanged pixels have
-// is replaced by the wildcard. If all colours are new, the frame is split and the second part adds the rarest colour.
-// It follows after 20 ms if there is time, the shortest delay that viewers honour: most show a frame without a delay
-// for 100 ms.
-void GifWriter::State::SpareIndices() {
-  constexpr int kShortestDelay = 2;
-  for (std::size_t f = 0; f < held.size(); ++f) {
-    HeldFrame& frame = held[f];
-    if (!frame.pixels.hasWildcard && frame.disposal == GifDisposal::Keep) continue;
-    if (UnusedSlot(frame.pixels) >= 0) continue;
-    const std::uint8_t rarest = RarestSymbol(frame.pixels);
-    HeldFrame late = frame;
-    LeaveToWildcard(frame.pixels, [&](std::uint8_t symbol) { return symbol == rarest; });
-    if (!late.pixels.must[rarest]) continue;
-    LeaveToWildcard(late.pixels, [&](std::uint8_t symbol) { return symbol != rarest; });
-    frame.disposal = GifDisposal::Keep;
-    frame.delay = late.delay < 2 * kShortestDelay ? 0 : kShortestDelay;
-    late.delay -= frame.delay;
-    held.insert(held.begin() + static_cast<std::ptrdiff_t>(++f), std::move(late));
-  }
-}
-
 // Adds the colours of the kept frames to the common palette, as far as there is room. Returns the frames that need a
 // local palette.
 std::vector<bool> GifWriter::State::ChoosePalettes() {
@@ -454,7 +356,7 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
   std::vector<GifWants> wants;
   std::vector<bool> chosen(ids.colours.size());
   std::vector<Id> added;
-  for (const HeldFrame& frame : held) {
+  for (const GifHeldFrame& frame : held) {
     GifWants frameWants;
     std::vector<Id> missing;
     for (std::size_t i = 0; i < 256; ++i) {
@@ -479,7 +381,7 @@ std::vector<bool> GifWriter::State::ChoosePalettes() {
 // Compresses the kept frames, several at once: each depends only on its own pixels and the current common palette,
 // except with loss. Entries for their transparent indices are added afterwards.
 void GifWriter::State::Settle() {
-  SpareIndices();
+  SpareIndices(held);
   const std::vector<bool> own = ChoosePalettes();
   const std::size_t first = encoded.size();
   encoded.resize(first + held.size());
@@ -487,14 +389,14 @@ void GifWriter::State::Settle() {
   const auto encode = [&](int lane, int number) {
     if (Stopped()) return;
     const auto i = static_cast<std::size_t>(number);
-    HeldFrame frame = lossy ? held[i] : std::move(held[i]);
-    encoded[first + i] =
-        EncodeFrame(frame, commonOf(i), ids.colours, seeThrough, compressors[static_cast<std::size_t>(lane)], nullptr);
+    GifHeldFrame frame = lossy ? held[i] : std::move(held[i]);
+    encoded[first + i] = EncodeHeldFrame(frame, commonOf(i), ids.colours, seeThrough,
+                                         compressors[static_cast<std::size_t>(lane)], nullptr);
   };
   workers.InOrder(static_cast<int>(held.size()), encode, [](int) { return true; });
   if (lossy)
     for (std::size_t i = 0; i < held.size() && !Stopped(); ++i) {
-      lossyFrames.push_back(EncodeFrame(held[i], commonOf(i), ids.colours, seeThrough, compressors[0], &*lossy));
+      lossyFrames.push_back(EncodeHeldFrame(held[i], commonOf(i), ids.colours, seeThrough, compressors[0], &*lossy));
       held[i] = {};
       if (!lossyFrames.back().own) lossyReserved = std::max(lossyReserved, lossyFrames.back().wildcard + 1);
     }

@@ -13,6 +13,7 @@
 #include "controls/read_controls.h"
 #include "effects/effect_table.h"
 #include "materials/colour_text.h"
+#include "materials/gradient_text.h"
 #include "materials/material_text.h"
 #include "resources/templates.h"
 #include "shell/main_dialog.h"

@@ -12,7 +12,7 @@
 #include "host/page/carried_lines.h"
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
-#include "materials/material_text.h"
+#include "materials/gradient_text.h"
 #include "materials/tile.h"
 #include "resources/templates.h"
 #include "shell/documents.h"

@@ -14,7 +14,9 @@
 #include "host/options/names.h"
 #include "host/options/typed_words.h"
 #include "host/program/progress.h"
+#include "materials/gradient_text.h"
 #include "materials/material_text.h"
+#include "materials/texture_text.h"
 #include "platform/files.h"
 
 namespace glyphmotion {

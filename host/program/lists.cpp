@@ -7,7 +7,9 @@
 #include "effects/effect_table.h"
 #include "host/options/looks.h"
 #include "host/options/names.h"
+#include "materials/gradient_text.h"
 #include "materials/material_text.h"
+#include "materials/texture_text.h"
 
 namespace glyphmotion {
 namespace {

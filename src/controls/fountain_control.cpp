@@ -7,7 +7,6 @@
 #include <cstring>
 #include <span>
 
-#include "controls/face_painting.h"
 #include "materials/shipped.h"
 #include "materials/tile.h"
 #include "platform/clock.h"
@@ -21,7 +20,6 @@ namespace glyphmotion {
 namespace {
 
 constexpr int kWidth = 197, kHeight = 50;
-constexpr int kHandleHalf = 5, kHandleTop = 4, kHandleBottom = 11;
 constexpr int kPullOff = 24;  // pixels above or below the control at which a dragged marker is removed
 
 enum MenuId { kDeleteMarker = 100, kChangeColour, kAdjustPosition, kAddToLibrary, kManageLibrary };
@@ -41,10 +39,6 @@ struct Extent {
 Extent ExtentOf(const Dialog& dialog, int id) {
   const ControlRectangle place = RectangleOf(dialog, id);
   return {place.right - place.left, place.bottom - place.top};
-}
-
-int ColumnOf(const Rect& bar, std::uint32_t marker) {
-  return bar.left + static_cast<int>(MarkerPosition(marker) / 255.0 * bar.Width());
 }
 
 void FreePreview(FountainSpec& fountain) {
@@ -416,41 +410,12 @@ std::int64_t InputFountain(Dialog& dialog, int id, const Message& message) {
   }
 }
 
-// The face ------------------------------------------------------------------------------------------------------------
-
-// A flag on a pole: the colour, framed, and a stem down to the bar.
-void PaintHandle(const DrawRequest& request, int x, Colour colour, bool enabled) {
-  const Rect box = FountainHandle(x);
-  const Colour edge = GetSystemColour(enabled ? SystemColour::DarkShadow : SystemColour::ButtonShadow);
-  FrameFace(request, box, edge, edge);
-  FillFace(request, Shrunk(box, 1), enabled ? colour & 0xFFFFFF : GetSystemColour(SystemColour::ButtonFace));
-  for (int row = 0; row < 4; ++row) {
-    FillFace(request, {x - 3 + row, box.bottom + row, x + 4 - row, box.bottom + row + 1}, edge);
-  }
-}
-
 void PaintFountain(Dialog& dialog, int id, const DrawRequest& request) {
   const auto fountain = LockFountain(dialog, id);
   if (!fountain) return;
-  const Rect bar = FountainBar(request.width, request.height);
-  const bool enabled = IsEnabled(dialog, id);
-  const Colour shadow = GetSystemColour(SystemColour::ButtonShadow), light = GetSystemColour(SystemColour::Highlight);
-  FrameFace(request, Shrunk(bar, -1), shadow, light);
-  if (enabled) PaintBitmap(request, bar, DibView(HandleOf(fountain->Preview)));
-  PaintHandle(request, bar.left, fountain->StartColour, enabled);
-  const bool looped = fountain->Flags & kFountainLooped;
-  PaintHandle(request, bar.right, looped ? fountain->StartColour : fountain->EndColour, enabled && !looped);
-  for (int i = 0; i < MarkerCountOf(*fountain); ++i) {
-    PaintHandle(request, ColumnOf(bar, fountain->Markers[i]), fountain->Markers[i], enabled);
-  }
-  if (!enabled || FocusOf(dialog) != id) return;
-  const int chosen = ChosenHandle(*fountain);
-  const int x = chosen == kStartHandle ? bar.left
-                : chosen == kEndHandle ? bar.right
-                                       : ColumnOf(bar, fountain->Markers[chosen]);
-  const Colour mark = GetSystemColour(SystemColour::Selection);
-  FrameFace(request, Shrunk(FountainHandle(x), -1), mark, mark);
-  FrameFace(request, FountainHandle(x), mark, mark);
+  FountainLook look{IsEnabled(dialog, id), std::nullopt};
+  if (look.enabled && FocusOf(dialog) == id) look.chosen = ChosenHandle(*fountain);
+  PaintFountainFace(request, *fountain, look);
 }
 
 }  // namespace
@@ -459,22 +424,6 @@ const ControlFamily kFountainFamily = {"FOUNTB", SaveLine,      LoadLine,      n
                                        nullptr,  PaintFountain, InputFountain, DestroyFountain};
 
 void SetFountainWindows(const FountainWindows& windows) { Windows() = windows; }
-
-Rect FountainBar(int width, int height) noexcept { return {8, 16, width - 8, height - 4}; }
-
-Rect FountainHandle(int x) noexcept { return {x - kHandleHalf, kHandleTop, x + kHandleHalf + 1, kHandleBottom}; }
-
-FountainHit HitFountain(const FountainSpec& fountain, int width, int height, int x, int y) noexcept {
-  const Rect bar = FountainBar(width, height);
-  const auto within = [&](const Rect& box) { return x >= box.left && x < box.right && y >= box.top && y < box.bottom; };
-  for (int i = MarkerCountOf(fountain) - 1; i >= 0; --i) {
-    if (within(FountainHandle(ColumnOf(bar, fountain.Markers[i])))) return {FountainHit::Handle, i, 0};
-  }
-  if (within(FountainHandle(bar.left))) return {FountainHit::Handle, kStartHandle, 0};
-  if (within(FountainHandle(bar.right))) return {FountainHit::Handle, kEndHandle, 0};
-  if (within(bar)) return {FountainHit::Bar, 0, (x - bar.left) * 255 / std::max(bar.Width(), 1)};
-  return {};
-}
 
 LockedBlock<FountainSpec> LockFountain(const Dialog& dialog, int id) noexcept {
   return LockedBlock<FountainSpec>(HandleOf(GetData(dialog, id)));

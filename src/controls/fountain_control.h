@@ -9,6 +9,7 @@
 #include <string>
 
 #include "controls/families.h"
+#include "controls/fountain_face.h"
 #include "image/packed_dib.h"
 #include "materials/fountain.h"
 
@@ -28,22 +29,8 @@ enum FountainMessage : std::uint32_t {
   kMessageBarMenu = 0x59F
 };
 constexpr std::uint64_t kFountainOfOwnFile = 0x1000;
-constexpr int kStartHandle = -1, kEndHandle = -2;
 /// Posted to the dialog after each change; b: the control's id.
 constexpr std::uint32_t kMessageFillChanged = 0x52F;
-
-/// The part of the control at a position.
-struct FountainHit {
-  enum Part { Nowhere, Handle, Bar } part = Nowhere;
-  int index = 0;     ///< of a handle: a marker's index, kStartHandle or kEndHandle
-  int position = 0;  ///< of the bar: 0 to 255
-};
-
-/// In a control of this size: the bar, and the handle of a colour at column x.
-Rect FountainBar(int width, int height) noexcept;
-Rect FountainHandle(int x) noexcept;
-/// Markers before the two handles, the last marker first.
-FountainHit HitFountain(const FountainSpec& fountain, int width, int height, int x, int y) noexcept;
 
 /// The control's fountain, locked; empty when the control has none.
 LockedBlock<FountainSpec> LockFountain(const Dialog& dialog, int id) noexcept;

@@ -9,8 +9,7 @@
 //   fountain:#first,#c@position,...,#last   positions 0 to 255; colours between that name none are spread evenly
 //            both forms take the shape, the options of gradients and loop=1 as further parts
 //   texture:NAME                         an entry of the shipped texture library, or else of the user's own, in any
-//   case,
-//            "-" for blanks
+//            case, "-" for blanks
 //   texture:fractal2|fractal3|fractal4|fractal5|craters|perturbation
 //            both forms take fields as further parts: seed (of all layers, each one higher) and seed1 to seed5,
 //            size (of the matrix), back, fore1 to fore5 (colours), power and power1 to power5, density and density1 to
@@ -44,9 +43,7 @@ bool ParseMaterial(const std::string& text, Material& material, std::string& err
 using ImageLoader = std::function<PackedDib(const std::string& path, std::string& error)>;
 void SetImageLoader(ImageLoader loader);
 
-/// The valid names in texture:NAME, fountain:NAME and tile:#N. A tile's line has its number, size and, if any, name.
-std::vector<std::string> TextureNames();
-std::vector<std::string> FountainNames();
+/// The valid numbers in tile:#N, a line each with the tile's size and, if any, name.
 std::vector<std::string> TileNames();
 
 }  // namespace glyphmotion

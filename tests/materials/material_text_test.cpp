@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "materials/material_text.h"
+#include "materials/gradient_text.h"
+#include "materials/texture_text.h"
 
 #include <gtest/gtest.h>
 

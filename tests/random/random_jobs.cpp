@@ -19,7 +19,8 @@
 #include "host/decoders.h"
 #include "host/encoders/dib_reader.h"
 #include "host/encoders/encoders.h"
-#include "materials/material_text.h"
+#include "materials/gradient_text.h"
+#include "materials/texture_text.h"
 
 namespace glyphmotion {
 namespace {
