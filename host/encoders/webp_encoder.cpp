@@ -69,6 +69,16 @@ int MayGoOn(int, const WebPPicture* picture) {
   return !stop || !*stop;
 }
 
+// Runs a step of libwebp. When memory runs out, libwebp 1.2.4 may report success for a picture that it has cut short.
+template <typename Step>
+bool Whole(WebPPicture& picture, Step step) {
+  errno = 0;
+  const bool done = step();
+  if (errno != ENOMEM) return done;
+  picture.error_code = VP8_ENC_ERROR_OUT_OF_MEMORY;
+  return false;
+}
+
 Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
   WebPConfig config;
   WebPPicture picture;
@@ -84,11 +94,9 @@ Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
   picture.custom_ptr = &writer.memory;
   picture.progress_hook = MayGoOn;
   picture.user_data = const_cast<std::atomic<bool>*>(work.stop);
-  errno = 0;
-  const bool encoded =
-      WebPPictureImportRGBA(&picture, pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
-  // When memory runs out, libwebp 1.2.4 may report success for a picture that it has cut short.
-  const bool done = encoded && errno != ENOMEM;
+  const bool done = Whole(picture, [&] {
+    return WebPPictureImportRGBA(&picture, pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
+  });
   WebPPictureFree(&picture);
   return done ? Bytes(writer.memory.mem, writer.memory.mem + writer.memory.size) : Bytes();
 }
@@ -251,13 +259,10 @@ class LossyWebp {
     picture.width = settings_.width;
     picture.height = settings_.height;
     picture.use_argb = 1;
-    errno = 0;
-    bool added = WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
-                 WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
-    if (added && errno == ENOMEM) {  // see FileOf
-      added = false;
-      picture.error_code = VP8_ENC_ERROR_OUT_OF_MEMORY;
-    }
+    const bool added = Whole(picture, [&] {
+      return WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
+             WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
+    });
     WebPPictureFree(&picture);
     time_ += image.delay * settings_.delayUnit;
     return added ? "" : Failure(picture.error_code);
