@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How quick the page is: node figures.mjs [ROUNDS] prints a table of medians, with the load that the machine had.
+// How quick the page is: node bench/page_figures.mjs [ROUNDS] prints a table of medians, with the load that the machine had.
 import {execFileSync} from 'node:child_process';
 import {loadavg} from 'node:os';
 import {join} from 'node:path';
-import {built, closeBrowser, newFolder, openBrowser, openPage, program, settled, startProgram} from './fixture.mjs';
+import {built, closeBrowser, newFolder, openBrowser, openPage, program, settled, startProgram} from '../tests/page/fixture.mjs';
 
 const rounds = Number(process.argv[2]) || 9;
 const median = list => list.sort((a, b) => a - b)[list.length >> 1];
