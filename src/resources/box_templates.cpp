@@ -37,7 +37,7 @@ constexpr ControlTemplate kNameControls[] = {
 };
 
 constexpr ControlTemplate kRegistrationControls[] = {
-    Control(Kind::Paragraph, -1, "Type the name and the code exactly as they stand in your registration.", 7, 7, 206,
+    Control(Kind::Paragraph, -1, "Enter the name and the code exactly as they appear in your registration.", 7, 7, 206,
             18),
     Control(Kind::Label, -1, "&Name:", 7, 33, 32, 8),
     Control(Kind::Edit, Field, "", 41, 31, 172, 13),

@@ -36,9 +36,8 @@ constexpr TextRow kTexts[] = {
     {kTextDamagedProgram, "This plugin has been damaged. Please install it again."},
     {kTextHelpNotShown, "The help page could not be shown."},
     {kTextAbout,
-     "Glyphmotion #4, version %s\n\nAnimated text in twenty-one effects.\n\nFree software under the MIT license, "
-     "without "
-     "any warranty."},
+     "Glyphmotion #4, version %s\n\nAnimated text effects.\n\nFree software under the MIT license, without any "
+     "warranty."},
     {kTextBuilding, "Building"},
     {kTextQuantizing, "Quantizing"},
     {kTextSupercompressing, "Supercompressing"},

@@ -18,7 +18,7 @@ namespace glyphmotion {
 namespace {
 
 constexpr const char* kName = "Glyphmotion #4";
-constexpr const char* kAttribution = "Glyphmotion: animated text in twenty-one effects";
+constexpr const char* kAttribution = "Glyphmotion: animated text effects";
 constexpr std::uint32_t kMinimumMajorVersion = 16;
 
 static_assert(sizeof(PluginInfoRecord) == 333 && sizeof(HostTaskRecord) == 1080 && sizeof(HostImageRecord) == 112);

@@ -75,7 +75,7 @@ test('Two thousand random events leave no message, no leak and a session that an
       const events = [{op: 'type', id: f.id, text: f.range ? String(range[0] + random(Math.min(range[1] - range[0], 40) + 1)) : 'abc'.repeat(random(4))},
         {op: 'choose', id: f.id, index: random(4)}, {op: 'colour', id: f.id, value: colour, index: random(3) - 1}, {op: 'direction', id: f.id, index: random(8)},
         {op: 'kind', id: f.id, kind: random(4)}, {op: 'edit', id: f.id}, {op: 'key', id: f.id, key: ['left', 'up', 'down', 'space'][random(4)]},
-        {op: 'mouse', id: f.id, what: ['down', 'move', 'up'][random(3)], x: random(100), y: random(60)}, {op: 'effect', index: random(21), keep: true},
+        {op: 'mouse', id: f.id, what: ['down', 'move', 'up'][random(3)], x: random(100), y: random(60)}, {op: 'effect', index: random(model.hello.effects.length), keep: true},
         {op: ['undo', 'redo'][random(2)]}, {op: 'marker', id: f.id, do: ['add', 'delete', 'move'][random(3)], index: random(3), position: random(256), value: colour}];
       const buttons = f.kind === 'button' && ![16, 36].includes(f.id) && dialog.level > 1;
       model.post(buttons ? {op: 'click', id: f.id} : events[random(events.length)], dialog);
