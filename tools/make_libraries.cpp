@@ -337,7 +337,7 @@ Paint Rivets(double u, double v) {
   return plate;
 }
 Paint Leaves(double u, double v) {
-  Paint ground = Hex(0x12372A);
+  Paint base = Hex(0x12372A);
   for (int i = 0; i < 22; ++i) {
     double dx = u - Hash(i, 1, 71), dy = v - Hash(i, 2, 71);
     dx -= std::round(dx);
@@ -351,9 +351,9 @@ Paint Leaves(double u, double v) {
     const Paint leaf = Scaled(Mixed(Hex(0x2E6B3E), Hex(0xA7C26A), Hash(i, 5, 71)), b > 0 ? 1.06 : 0.9);
     const double veins = Smooth(0.015, 0.05, std::fabs(b)) *
                          (0.85 + 0.15 * Smooth(0.1, 0.25, std::fabs(Fraction(a * 5 - std::fabs(b) * 4) - 0.5)));
-    ground = Mixed(ground, Scaled(leaf, 0.7 + 0.3 * veins), Smooth(-0.03, 0.02, inside));
+    base = Mixed(base, Scaled(leaf, 0.7 + 0.3 * veins), Smooth(-0.03, 0.02, inside));
   }
-  return ground;
+  return base;
 }
 
 struct TileRow {

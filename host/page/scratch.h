@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A private folder for what is under way, gone with its owner.
+// A private folder for unfinished files, removed with its owner.
 #pragma once
 
 #include <filesystem>

@@ -72,7 +72,7 @@ std::string PictureOutput::Finish(const RenderResult& result) {
   if (!encoder_) return "no picture was made; use a text with visible characters";
   std::string error = order_ ? order_->Finish() : std::string();
   if (error.empty() && !Stopped()) error = encoder_->finish();
-  if (Stopped()) return {};  // what the encoder says of a stop is no error
+  if (Stopped()) return {};  // an encoder that was stopped may report anything
   if (!error.empty()) return error;
   error = output_.Keep();
   kept_ = error.empty();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Simple: the text scrolls once across the frame in one of four directions and stops for a moment where it stands at
-// rest. The reference case of the composer, which it uses without change.
+// Simple: the text scrolls once across the frame in one of four directions and pauses where it rests.
+// The reference case of the composer, which it uses without change.
 #include <algorithm>
 
 #include "effects/effect_table.h"

@@ -28,7 +28,7 @@ inline bool IsPath(std::string_view path) noexcept { return !path.empty() && pat
 /// The reason when memory ran out.
 inline constexpr std::string_view kNoMemoryReason = "out of memory";
 
-/// ReadWholeFile for a file whose absence is no error: throws std::bad_alloc when out of memory, so that a lack of
+/// ReadWholeFile for a file whose absence is not an error: throws std::bad_alloc when out of memory, so that a lack of
 /// memory is not taken for a lack of the file.
 inline std::optional<std::string> ReadFileIfAny(const std::string& path) {
   std::string why;

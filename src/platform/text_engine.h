@@ -53,8 +53,8 @@ struct GlyphPicture {
   double left = 0, top = 0, shownWidth = 0, shownHeight = 0;  ///< where it is to be shown in the box, pixels
 };
 
-/// Codes from here up stand for clusters, whatever number of characters and glyphs they are made of. They come from
-/// ShapeText, stand for the same in all of a run, and are measured and drawn where characters are.
+/// Codes from here up denote clusters of any number of characters and glyphs. They come from ShapeText, denote the same
+/// throughout a run, and are measured and drawn where characters are.
 constexpr char32_t kFirstCluster = 0x110000;
 constexpr bool IsCluster(char32_t code) { return code >= kFirstCluster; }
 

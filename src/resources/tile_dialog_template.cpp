@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Dialog 9981: the groups and the tiles of one of them on the left, the chosen tile on the right. The list gets its
-// height in pixels when the dialog stands; what is given here is the room for it and its scroll bar.
+// height in pixels once the dialog exists; the height given here is the room for it and its scroll bar.
 #include "resources/panel_layout.h"
 #include "resources/templates.h"
 #include "resources/tile_controls.h"

@@ -58,10 +58,10 @@ class GlyphCache {
   int Height(const FontRequest& font);
   /// The box's width in whole pixels as mode Measure gives it; false when the measure failed.
   bool Width(const FontRequest& font, char32_t character, int& width);
-  /// A cluster's box; null when the measure failed. Stands until the next call.
+  /// A cluster's box; null when the measure failed. Valid until the next call.
   const GlyphBox* Box(const FontRequest& font, char32_t cluster);
   /// The glyph: its coverage is what mode Glyph gives for a brush at full level. Null when it could not be drawn.
-  /// Stands until the next call.
+  /// Valid until the next call.
   const GlyphImage* Image(const FontRequest& font, bool antialias, char32_t character);
 
  private:
@@ -111,7 +111,7 @@ TextColours RasteriseColours(const TextLine& line, const TextMeasure& measure, i
 int BlockExtent(const TextLine& line, const TextMeasure& measure, GlyphCache& cache);
 
 /// The ring around the text at (x, y), four pixels wider than asked, its columns one to the right of the frame's.
-/// Inside the letters 255 minus the coverage stands, so that antialiased edges complement the fill.
+/// Inside the letters it holds 255 minus the coverage, so that antialiased edges complement the fill.
 PackedDib OutlineMask(const TextLine& line, const TextMeasure& measure, int x, int y, int width, int height, int level,
                       GlyphCache& cache);
 

@@ -57,7 +57,7 @@ TEST(Emoji, ColoursMoveWithTheMask) {
   }
 }
 
-// Pictures of a font of pictures are scaled from their one size, and stand where a letter would.
+// Pictures of a font of pictures are scaled from their one size, and placed where a letter would be.
 TEST(Emoji, PicturesStandOnTheLineInTheSizeOfLetters) {
   for (const int size : {24, 80}) {
     Job job = SmallJob("White Noise");

@@ -66,7 +66,7 @@ class Talk {
     EXPECT_TRUE(found) << type;
     return found ? heard_[at_++] : PageMessage{{{"type", "nothing"}}, {}};
   }
-  // The animation of the document that stands, as "width x height".
+  // The animation of the current document, as "width x height".
   std::string Size() {
     const Json document = Await("document").json;
     const Json build = Await("build", [&](const Json& each) {

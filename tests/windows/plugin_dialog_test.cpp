@@ -124,7 +124,7 @@ TEST(Numbers, ArrowsKeepToTheRangeAndWhatIsTypedIsClampedWhenRead) {
     Type(dialog, kPad, "1");
     for (int i = 0; i < 3; ++i) PressKey(dialog, kPad, VK_DOWN);
     EXPECT_EQ(TextOf(dialog, kPad), "0");
-    // Letters and signs go nowhere; what gets in all the same gives way to what is used.
+    // Letters and signs are refused; whatever gets in is replaced by the number that is used.
     SendDlgItemMessageA(dialog, kPad, EM_SETSEL, 0, -1);
     for (const char c : {'a', '-', '4', '.', '2'})
       SendDlgItemMessageA(dialog, kPad, WM_CHAR, static_cast<WPARAM>(c), 1);

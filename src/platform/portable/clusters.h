@@ -17,7 +17,7 @@ struct ClusterGlyph {
 
 struct Cluster {
   std::vector<ClusterGlyph> glyphs;
-  int start = 0, advance = 0;  ///< whole pixels from the line's beginning; the glyphs stand between pixels
+  int start = 0, advance = 0;  ///< whole pixels from the line's beginning; glyphs lie between pixels
   int cellHeight = 0;
   double em = 0;  ///< of the line's font
   bool joinsLeft = false, joinsRight = false;
