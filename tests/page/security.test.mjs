@@ -37,6 +37,7 @@ test('Another user, another origin and a rebound name are refused', async () => 
   const session = {method: 'POST', body: '{}'};
   assert.equal(server.token.length, 32);
   assert.equal((await ask('/api/session', {...session, headers: trusted()})).status, 200);
+  session.body = '{"listen": true}';
   const rows = [
     ['no token', {}],
     ['a wrong token', {'X-Glyphmotion-Token': `${server.token.slice(0, -1)}x`}],

@@ -67,3 +67,32 @@ export function sizeText(bytes) {
 let made = 0;
 /** An id that nothing else on the page has. */
 export const freshId = () => `x${++made}`;
+
+const kEcho = 700;  // milliseconds for which typing takes precedence over echoes
+
+/**
+ * Keeps a field's value, but never under the fingers of who types in it.
+ * @param {HTMLInputElement|HTMLTextAreaElement} field
+ */
+export function echo(field) {
+  let typed = 0, waiting = '', timer = 0;
+  field.addEventListener('input', () => { typed = performance.now(); });
+  const set = () => { if (field.value !== waiting) field.value = waiting; };
+  field.addEventListener('blur', () => setTimeout(set, 60));
+  return (/** @type {string} */ value) => {
+    waiting = value;
+    clearTimeout(timer);
+    const own = document.activeElement === field && performance.now() - typed < kEcho;
+    if (own) timer = window.setTimeout(set, kEcho);
+    else set();
+  };
+}
+
+/** A sentence that comes and goes. @param {string} text @param {'info'|'error'} [kind] @param {{text: string, action: () => void}[]} [buttons] */
+export function toast(text, kind = 'info', buttons = []) {
+  const element = make('div', {class: `toast ${kind}`}, make('p', {}, text),
+    ...buttons.map(button => make('button', {onclick: () => { element.remove(); button.action(); }}, button.text)));
+  byId('toasts').append(element);
+  if (!buttons.length) setTimeout(() => element.remove(), kind === 'error' ? 9000 : 4500);
+  return element;
+}

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is dropped on the page: a document, a picture for a tile, a font, or text.
-import {byId} from './dom.js';
+import {byId, toast} from './dom.js';
 import {isFontName} from './font_file.js';
-import {toast} from './toast.js';
 
 const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
 const kNoText = /[\0-\x08\x0e-\x1f\ufffd]/;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The document: its name, undo and redo, files in and out.
-import {byId, icon, make, sizeText} from './dom.js';
+import {byId, icon, make, sizeText, toast} from './dom.js';
 import {openMenu} from './menu.js';
-import {toast} from './toast.js';
 
 /** @typedef {import('./model.js').Model} Model */
 

@@ -2,7 +2,7 @@
 // The options of the main dialog, in sections. What there is, its names and its ranges come with the dialog.
 import {checkBox, rowOf} from './controls.js';
 import {icon, make} from './dom.js';
-import {isOfPalette, paletteRow} from './palette_row.js';
+import {isOfPalette, paletteRow} from './picture_options.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Facts} Facts */

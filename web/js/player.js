@@ -1,6 +1,20 @@
 // SPDX-License-Identifier: MIT
 // Plays the frames of a run on a canvas.
 
+/**
+ * @param {CanvasRenderingContext2D} context
+ * @param {{width: number, height: number}} message
+ * @param {Uint8Array} payload
+ */
+export function putPicture(context, message, payload) {
+  const {canvas} = context;
+  if (canvas.width !== message.width) canvas.width = message.width;
+  if (canvas.height !== message.height) canvas.height = message.height;
+  if (!message.width || !message.height) return;
+  const pixels = new Uint8ClampedArray(/** @type {ArrayBuffer} */ (payload.buffer), payload.byteOffset, payload.byteLength);
+  context.putImageData(new ImageData(pixels, message.width, message.height), 0, 0);
+}
+
 /** Viewers show frames of 10 ms and less for longer. */
 const seen = (/** @type {number} */ delay) => (delay <= 10 ? 100 : delay);
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The large picture: the animation as its file will show it, a still while it is built, and what one does to look closer.
 import {clamp, icon, make, sizeText} from './dom.js';
-import {putPicture} from './face.js';
-import {Animation, Player} from './player.js';
+import {Animation, Player, putPicture} from './player.js';
 
 const kBackgrounds = [['check', 'Checks'], ['light', 'White'], ['dark', 'Black'], ['page', 'Page']];
 

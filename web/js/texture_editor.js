@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The texture editor: the library on one side, the picture, and the numbers of the chosen kind.
-import {colourRow, comboRow, numberRow} from './controls.js';
+import {colourRow, comboRow, faceOf, numberRow} from './controls.js';
 import {drawnControl} from './drawn.js';
-import {faceOf} from './face.js';
 import {icon, make} from './dom.js';
 
 const kPreview = 101, kList = 102, kGroup = 103, kAdd = 104, kDelete = 105, kTypes = 106, kShow = 107;
