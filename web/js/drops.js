@@ -52,8 +52,9 @@ export class Drops {
   }
 
   /** Into the tile editor of the fill, which asks what group it goes to. @param {File} file */
-  picture(file) {
+  async picture(file) {
     const {model} = this;
+    if (!await createImageBitmap(file).catch(() => null)) return toast(`${file.name} is not a picture that a browser can read`, 'error');
     this.asks.dropped = file;
     if (model.top.template === kTileDialog) return model.post({op: 'click', id: kAddTile}, model.top);
     const fill = model.main.order.find(facts => facts.section === 'fill' && facts.kind === 'material' && facts.visible);

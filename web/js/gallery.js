@@ -22,12 +22,14 @@ class Tile {
       onclick: choose, onpointerenter: () => this.play(), onpointerleave: () => this.rest(), onfocus: () => this.play(), onblur: () => this.rest()},
     make('span', {class: 'shot'}, this.canvas), make('span', {class: 'caption'}, name));
     this.player = new Player(this.canvas);
+    this.poster = 0;  // frame
   }
 
   /** @param {any} message @param {Uint8Array} payload */
   show(message, payload) {
     const animation = new Animation(message, payload);
-    this.player.show(animation, animation.poster());
+    this.poster = animation.poster();
+    this.player.show(animation, this.poster);
     const first = animation.picture(0).data;
     this.canvas.parentElement.style.background = first[3] ? `rgb(${first[0]} ${first[1]} ${first[2]})` : '';
     this.element.classList.add('ready');
@@ -41,7 +43,7 @@ class Tile {
 
   rest() {
     this.player.pause();
-    if (this.player.animation) this.player.step(this.player.animation.poster());
+    if (this.player.animation) this.player.step(this.poster);
   }
 }
 
@@ -85,9 +87,11 @@ export class Gallery {
 
   /** Arrows go through the radio group. @param {KeyboardEvent} event */
   key(event) {
-    const columns = getComputedStyle(byId('effects')).gridTemplateColumns.split(' ').length;
+    const {gridAutoFlow, gridTemplateColumns, gridTemplateRows} = getComputedStyle(byId('effects'));
+    const byColumn = gridAutoFlow.startsWith('column'), line = (byColumn ? gridTemplateRows : gridTemplateColumns).split(' ').length;
+    const [across, down] = byColumn ? [line, 1] : [1, line];
     /** @type {{[key: string]: number}} */
-    const steps = {ArrowLeft: -1, ArrowRight: 1, ArrowUp: -columns, ArrowDown: columns};
+    const steps = {ArrowLeft: -across, ArrowRight: across, ArrowUp: -down, ArrowDown: down};
     const at = this.effects.findIndex(tile => tile.element === document.activeElement);
     if (!(event.key in steps) || at < 0) return;
     event.preventDefault();

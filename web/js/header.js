@@ -59,6 +59,7 @@ export class Header {
     byId('saved').textContent = message.saved ? (message.path ? 'Saved' : '') : 'Not saved yet';
     this.undo.disabled = !message.undo;
     this.redo.disabled = !message.redo;
+    for (const id of ['download', 'formats']) byId(id).disabled = !message.text;
     document.title = `${message.saved ? '' : '• '}${message.text || 'Glyphmotion'} – Glyphmotion`;
   }
 
@@ -118,7 +119,8 @@ export class Header {
       {line: true},
       ...(clear ? [{text: 'Transparent background', checked: !!clear.check, toggle: true, action: () => this.model.post({op: 'click', id: clear.id}, main)}, {line: true}] : []),
       {text: 'Copy this picture', action: () => this.copyPicture()},
-      {text: 'Copy the command line', action: () => this.copyCommand()},
+      {text: 'Copy HTML for a web page', action: () => this.copyText(this.html(), 'The HTML that shows this file is on the clipboard')},
+      {text: 'Copy the command line', action: () => this.copyText(this.model.document.command, 'The command line that makes this file is on the clipboard')},
     ]);
   }
 
@@ -143,12 +145,22 @@ export class Header {
     }
   }
 
-  async copyCommand() {
+  /** The picture as an element, for a page beside the file that Download gives. */
+  html() {
+    const {name, text} = this.model.document, {width, height} = this.stage.canvas;
+    const image = document.implementation.createHTMLDocument().createElement('img');  // of a document that loads nothing
+    const attributes = {src: encodeURI(name.replace(/\.gm4$/i, '.gif')), width, height, alt: text.replace(/\u2028/g, ' ')};
+    for (const [key, value] of Object.entries(attributes)) image.setAttribute(key, value);
+    return image.outerHTML;
+  }
+
+  /** @param {string} text @param {string} words  that say so */
+  async copyText(text, words) {
     try {
-      await navigator.clipboard.writeText(this.model.document.command);
-      toast('The command line that makes this file is on the clipboard');
+      await navigator.clipboard.writeText(text);
+      toast(words);
     } catch {
-      toast(this.model.document.command);
+      toast(text);
     }
   }
 }

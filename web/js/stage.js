@@ -102,11 +102,21 @@ export class Stage {
     this.empty.hidden = message.width > 0;
     this.canvas.hidden = message.width === 0;
     this.trouble.hidden = true;
-    if (message.revision === this.revision || !message.width) return;
+    this.place.classList.toggle('blank', !message.width);
+    if (message.revision === this.revision) return;
     this.player.pause();
+    if (!message.width) return this.clear();
     putPicture(this.player.context, message, payload);
     this.fit();
     this.place.classList.add('stale');
+  }
+
+  /** Nothing is shown, so there is nothing to say about it. */
+  clear() {
+    this.player.animation = null;
+    this.revision = -1;
+    this.busy.hidden = true;
+    this.facts.replaceChildren();
   }
 
   /** @param {any} message  of type build @param {Uint8Array} payload */
