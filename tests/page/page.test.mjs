@@ -72,6 +72,17 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   const value = id => facts(page, id);
   await page.getByRole('radio', {name: 'Simple'}).click();
   await settled(page);
+  for (const group of ['#effects', '#looks', '.chips']) {
+    const stop = page.locator(`${group} [tabindex="0"]`), name = () => stop.evaluate(each => each.ariaLabel ?? each.textContent);
+    assert.equal(await stop.count(), 1, group);
+    const first = await name();
+    await stop.press('ArrowRight');
+    await becomes(() => stop.evaluate(each => each === document.activeElement), true);
+    assert.notEqual(await name(), first);
+    await page.keyboard.press('ArrowLeft');
+    await becomes(name, first);
+  }
+  await becomes(async () => (await state(page)).effect, 'Simple');
   const size = page.getByRole('spinbutton', {name: 'Size'}), slider = page.getByRole('slider', {name: 'Size'});
   await size.fill('40');
   await settled(page);

@@ -64,6 +64,34 @@ export function sizeText(bytes) {
   return bytes < 999500 ? `${Math.round(bytes / 1000)} KB` : `${(bytes / 1e6).toFixed(2)} MB`;
 }
 
+/** What the program says in the middle of a line, on its own. @param {string} text */
+export const sentence = text => text.charAt(0).toUpperCase() + text.slice(1);
+
+/**
+ * Makes the buttons of a grid one stop of Tab; arrows go from one to the next.
+ * @param {HTMLElement} group @param {(index: number) => void} [moved]
+ */
+export function roam(group, moved = () => {}) {
+  const buttons = () => /** @type {HTMLElement[]} */ ([...group.children]);
+  const stopAt = (/** @type {EventTarget|null} */ target) => { for (const each of buttons()) each.tabIndex = each === target ? 0 : -1; };
+  stopAt(group.firstElementChild);
+  group.addEventListener('focusin', event => stopAt(event.target));
+  group.addEventListener('keydown', event => {
+    const {gridAutoFlow, gridTemplateColumns, gridTemplateRows} = getComputedStyle(group), all = buttons();
+    const byColumn = gridAutoFlow.startsWith('column'), line = (byColumn ? gridTemplateRows : gridTemplateColumns).split(' ').length;
+    const [across, down] = byColumn ? [line, 1] : [1, line];
+    const at = all.findIndex(each => each === event.target);
+    /** @type {{[key: string]: number}} */
+    const places = {ArrowLeft: at - across, ArrowRight: at + across, ArrowUp: at - down, ArrowDown: at + down, Home: 0, End: all.length - 1};
+    if (!(event.key in places) || at < 0) return;
+    event.preventDefault();
+    const to = places[event.key];
+    if (!all[to] || to === at) return;
+    all[to].focus();
+    moved(to);
+  });
+}
+
 let made = 0;
 /** An id that nothing else on the page has. */
 export const freshId = () => `x${++made}`;

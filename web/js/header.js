@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The document: its name, undo and redo, files in and out.
-import {byId, icon, make, sizeText, toast} from './dom.js';
+import {byId, icon, make, sentence, sizeText, toast} from './dom.js';
 import {openMenu} from './menu.js';
 
 /** @typedef {import('./model.js').Model} Model */
@@ -130,7 +130,7 @@ export class Header {
     button.setAttribute('aria-busy', 'true');
     const {message, payload} = await this.model.request({op: 'export', format});
     button.removeAttribute('aria-busy');
-    if (message.error) return toast(message.error, 'error');
+    if (message.error) return toast(sentence(message.error), 'error');
     download(message.name, new Blob([/** @type {any} */ (payload)], {type: message.mime}));
     toast(`${message.name}, ${sizeText(payload.length)}, is in your downloads`);
   }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The large picture: the animation as its file will show it, a still while it is built, and what one does to look closer.
-import {clamp, icon, make, sizeText} from './dom.js';
+import {clamp, icon, make, sentence, sizeText} from './dom.js';
 import {Animation, Player, putPicture} from './player.js';
 
 const kBackgrounds = [['check', 'Checks'], ['light', 'White'], ['dark', 'Black'], ['page', 'Page']];
@@ -15,8 +15,8 @@ export class Stage {
     this.zoom = 0;  // percent; 0: what fits
     this.calm = matchMedia('(prefers-reduced-motion: reduce)').matches;
     this.wantsToPlay = !this.calm;
-    this.view = make('div', {class: 'view'}, this.canvas);
     this.empty = make('p', {class: 'empty', hidden: true}, 'Type a few words above, and they move.');
+    this.view = make('div', {class: 'view'}, this.canvas, this.empty);
     this.trouble = make('p', {class: 'trouble', role: 'alert', hidden: true});
     this.busy = make('div', {class: 'busy', hidden: true});
     this.build();
@@ -41,7 +41,7 @@ export class Stage {
     this.backgrounds = make('div', {class: 'backgrounds', role: 'radiogroup', 'aria-label': 'Background of the preview'},
       ...kBackgrounds.map(([name, words]) => make('label', {class: `backdrop ${name}`, title: words},
         make('input', {type: 'radio', name: 'backdrop', value: name, 'aria-label': words, onchange: () => this.setBackground(name)}))));
-    this.place.append(this.view, this.empty, this.trouble, this.busy, make('div', {class: 'bar'},
+    this.place.append(this.view, make('div', {class: 'bar'}, this.trouble, this.busy,
       make('div', {class: 'transport'}, make('button', {class: 'icon', 'aria-label': 'One frame back', onclick: step(-1)}, icon('back')),
         this.toggle, make('button', {class: 'icon', 'aria-label': 'One frame on', onclick: step(1)}, icon('forward'))),
       this.counter, this.scrub, this.facts,
@@ -123,7 +123,7 @@ export class Stage {
   built(message, payload) {
     this.busy.hidden = message.state !== 'running';
     if (message.state === 'failed') {
-      this.trouble.textContent = message.message;
+      this.trouble.textContent = sentence(message.message);
       this.trouble.hidden = false;
     }
     if (message.state !== 'done') return;

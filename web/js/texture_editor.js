@@ -9,7 +9,7 @@ const kFirst = 501, kLast = 532, kRed = 525, kBlue = 527;
 
 /** @param {import('./model.js').Model} model @param {import('./model.js').Dialog} dialog */
 export function libraryButtons(model, dialog, /** @type {number} */ add, /** @type {number} */ remove, /** @type {string} */ what) {
-  const click = (/** @type {number} */ id, /** @type {boolean} */ shift) => () => model.post({op: 'click', id, shift}, dialog);
+  const click = (/** @type {number} */ id, /** @type {boolean} */ group) => (/** @type {MouseEvent} */ event) => model.post({op: 'click', id, shift: group || event.shiftKey}, dialog);
   return make('div', {class: 'library-buttons'},
     make('button', {class: 'quiet', onclick: click(add, false)}, icon('plus'), `Add ${what}`),
     make('button', {class: 'quiet', onclick: click(remove, false)}, icon('minus'), 'Delete'),

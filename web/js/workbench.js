@@ -9,7 +9,7 @@ import {Help} from './help.js';
 import {Layers} from './layers.js';
 import {Options} from './options.js';
 import {PictureOptions} from './picture_options.js';
-import {byId, toast} from './dom.js';
+import {byId, sentence, toast} from './dom.js';
 
 export class Workbench {
   /** @param {import('./model.js').Model} model @param {import('./stage.js').Stage} stage */
@@ -50,7 +50,7 @@ export class Workbench {
         return this.font.follow(message);
       case 'ask': return void this.asks.show(message);
       case 'answered': return this.asks.settle();
-      case 'notice': return toast(message.text, message.kind);
+      case 'notice': return toast(sentence(message.text), message.kind);
       case 'help': return this.layers.showHelp(message.topic);
     }
   }
