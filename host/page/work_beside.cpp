@@ -2,8 +2,9 @@
 // On threads: one builds, one makes pictures when that one rests, and each export has its own.
 #include "host/page/work_beside.h"
 
+#include <atomic>
+#include <list>
 #include <thread>
-#include <vector>
 
 #include "host/page/live_build.h"
 #include "host/page/wish_thread.h"
@@ -14,7 +15,11 @@ struct WorkBeside::State {
   WorkPlace place;
   LiveBuild build{place};
   WishThread<PictureWish> pictures{[this](const PictureWish& wish) { Make(wish); }};
-  std::vector<std::thread> exports;
+  struct ExportThread {
+    std::atomic<bool> done{false};
+    std::thread thread;
+  };
+  std::list<ExportThread> exports;
 
   explicit State(WorkPlace given) : place(std::move(given)) {}
   // The cores are the large picture's while it is built.
@@ -22,8 +27,24 @@ struct WorkBeside::State {
     build.AwaitPause(pictures.Cancelled());
     if (!pictures.Cancelled()) MakePicture(place, wish, pictures.Cancelled());
   }
+  void Begin(ExportOrder order) {
+    ReapExports();
+    ExportThread& made = exports.emplace_back();
+    made.thread = std::thread([this, &made, order = std::move(order)] {
+      MakeExport(place, order);
+      made.done = true;
+    });
+  }
+  // Those that are done; a session may go on for days.
+  void ReapExports() {
+    exports.remove_if([](ExportThread& each) {
+      if (!each.done) return false;
+      each.thread.join();
+      return true;
+    });
+  }
   ~State() {
-    for (std::thread& each : exports) each.join();
+    for (ExportThread& each : exports) each.thread.join();
   }
 };
 
@@ -42,7 +63,7 @@ void WorkBeside::Export(ExportOrder order, std::optional<int> built) {
   if (order.format == "gif" && built) {
     if (const auto gif = state_->build.GifOf(*built)) return SendGif(state_->place.send, order, *gif);
   }
-  state_->exports.emplace_back([place = &state_->place, order = std::move(order)] { MakeExport(*place, order); });
+  state_->Begin(std::move(order));
 }
 
 }  // namespace glyphmotion

@@ -51,10 +51,15 @@ int ExecuteBatch(const std::vector<std::string>& words) {
   return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
 }
 
+constexpr unsigned kServerGrace = 10;  // seconds: up to 16 sessions end, each with its threads
+
 int ServePage(const std::vector<std::string>& words) {
   bool usage = false;
-  const std::string trouble = Edit(
-      words, [] { return InterruptedCode() != 0; }, usage);
+  const auto interrupted = [] {
+    if (InterruptedCode() != 0) AllowToEnd(kServerGrace);
+    return InterruptedCode() != 0;
+  };
+  const std::string trouble = Edit(words, interrupted, usage);
   if (!trouble.empty()) return Fail(trouble, usage ? kExitUsage : kExitFailed);
   return InterruptedCode() ? InterruptedCode() : kExitDone;
 }

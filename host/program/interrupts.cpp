@@ -54,6 +54,8 @@ void CatchInterrupts() {
   sigprocmask(SIG_UNBLOCK, &ours, nullptr);
 }
 
+void AllowToEnd(unsigned seconds) noexcept { alarm(seconds); }
+
 int InterruptedCode() noexcept { return interruptedBy ? 128 + interruptedBy : 0; }
 
 const std::atomic<bool>& InterruptRequest() noexcept { return interrupted; }

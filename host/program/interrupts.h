@@ -11,6 +11,9 @@ namespace glyphmotion {
 /// past its limit and a closed pipe are plain errors.
 void CatchInterrupts();
 
+/// After such a signal: the run has this long from now on to end.
+void AllowToEnd(unsigned seconds) noexcept;
+
 /// 128 plus the number of the signal that asked the program to end; 0 when there was none.
 int InterruptedCode() noexcept;
 

@@ -15,7 +15,9 @@ export const newFolder = () => mkdtempSync(join(tmpdir(), 'glyphmotion-page-'));
 
 /** Starts `glyphmotion edit`; the address is its first line. */
 export async function startProgram({home = newFolder(), words = []} = {}) {
-  const child = spawn(program, ['edit', '--no-open', ...words], {env: {...process.env, GLYPHMOTION_HOME: home}, stdio: ['ignore', 'pipe', 'inherit']});
+  const child = spawn(program, ['edit', '--no-open', ...words], {env: {...process.env, GLYPHMOTION_HOME: home}, stdio: ['ignore', 'pipe', 'pipe']});
+  let said = '';
+  child.stderr.on('data', bytes => { said += bytes; });
   const ended = new Promise(resolve => child.once('exit', resolve));
   const address = await new Promise((resolve, reject) => {
     child.stdout.once('data', bytes => resolve(String(bytes).trim()));
@@ -25,6 +27,7 @@ export async function startProgram({home = newFolder(), words = []} = {}) {
   const stop = async () => {
     child.kill();
     await ended;
+    assert.equal(said, '', 'the program ends in silence');
     rmSync(home, {recursive: true, force: true});
   };
   return {address, base, token, child, ended, home, stop};

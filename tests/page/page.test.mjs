@@ -72,6 +72,17 @@ test('Each kind of control is used by mouse and by keyboard', async () => {
   const value = id => facts(page, id);
   await page.getByRole('radio', {name: 'Simple'}).click();
   await settled(page);
+  for (const group of ['#effects', '#looks', '.chips']) {
+    const stop = page.locator(`${group} [tabindex="0"]`), name = () => stop.evaluate(each => each.ariaLabel ?? each.textContent);
+    assert.equal(await stop.count(), 1, group);
+    const first = await name();
+    await stop.press('ArrowRight');
+    await becomes(() => stop.evaluate(each => each === document.activeElement), true);
+    assert.notEqual(await name(), first);
+    await page.keyboard.press('ArrowLeft');
+    await becomes(name, first);
+  }
+  await becomes(async () => (await state(page)).effect, 'Simple');
   const size = page.getByRole('spinbutton', {name: 'Size'}), slider = page.getByRole('slider', {name: 'Size'});
   await size.fill('40');
   await settled(page);
@@ -206,10 +217,11 @@ test('What is downloaded is what the program makes of the saved document, and th
   writeFileSync(file, document);
   execFileSync(program, ['--document', file, '-o', out, '-q'], {env: {...process.env, GLYPHMOTION_HOME: server.home}});
   assert.ok(gif.equals(readFileSync(out)), 'the document gives another picture');
-  const run = async () => {
+  const run = async (extension = '.gif') => {
     const {command} = await state(page);
-    execFileSync('sh', ['-c', command.replace(/^glyphmotion/, program)], {cwd: folder, env: {...process.env, GLYPHMOTION_HOME: server.home}});
-    return readFileSync(join(folder, 'untitled.gif'));
+    assert.match(command, /untitled\.gif/);
+    execFileSync('sh', ['-c', command.replace(/^glyphmotion/, program).replace('untitled.gif', `untitled${extension}`)], {cwd: folder, env: {...process.env, GLYPHMOTION_HOME: server.home}});
+    return readFileSync(join(folder, `untitled${extension}`));
   };
   assert.ok(gif.equals(await run()), 'the command gives another picture');
   for (const kind of [2, 3]) {
@@ -217,12 +229,17 @@ test('What is downloaded is what the program makes of the saved document, and th
     await built(page);
     assert.ok((await download(() => page.click('#download'))).equals(await run()), `kind ${kind}`);
   }
+  await page.getByRole('spinbutton', {name: 'Size'}).fill('20');
+  await page.getByRole('spinbutton', {name: 'Frames'}).fill('6');
+  await settled(page);
+  await built(page);
   const formats = await page.evaluate(() => window.glyphmotion.hello.formats);
-  for (const [format, name, start] of [['webp', 'Animated WebP', 'RIFF'], ['apng', 'Animated PNG', '\x89PNG'], ['avif', 'AVIF', '\0\0\0'], ['webm', 'WebM video', '\x1a\x45\xdf\xa3'], ['frames', 'Frames', 'PK']]) {
+  for (const [format, name, extension] of [['webp', 'Animated WebP', '.webp'], ['apng', 'Animated PNG', '.png'], ['avif', 'AVIF', '.avif'], ['webm', 'WebM video', '.webm'], ['frames', 'Frames']]) {
     if (format !== 'frames' && !formats.includes(format)) continue;  // built without its library
     await page.locator('#formats').click();
     const bytes = await download(() => page.getByRole('menuitem', {name}).click());
-    assert.equal(bytes.subarray(0, start.length).toString('latin1'), start);
+    if (extension) assert.ok(bytes.equals(await run(extension)), format);
+    else assert.equal(bytes.toString('latin1').match(/PK\x01\x02[^]{42}[\w-]+\.png/g)?.length, Number((await page.locator('.counter').textContent()).split(' / ')[1]), 'files in the ZIP');
   }
 });
 
@@ -253,6 +270,70 @@ test('Lines, a canvas and a loop are in the picture, the file and the command, a
   await becomes(async () => (await state(page)).text, 'One\u2028Two');
   await built(page);
   await becomes(size, plain);
+  assert.deepEqual(page.said, []);
+});
+
+test('Frames, zoom, backdrops and the clipboard show the picture as it is, and without a text there is none', async () => {
+  const stage = page.locator('#stage'), counter = () => stage.locator('.counter').textContent(), press = name => stage.getByRole('button', {name, exact: true}).click();
+  const pixel = () => stage.locator('canvas').evaluate(each => each.toDataURL());
+  await page.getByRole('radio', {name: 'Vortex'}).click();
+  await page.fill('#text', 'A "closer" look');
+  await becomes(async () => (await state(page)).effect, 'Vortex');
+  await built(page);
+  await press('Pause');
+  await stage.locator('.scrub').fill('3');
+  const count = Number((await counter()).split(' / ')[1]), fourth = await pixel();
+  assert.equal(await counter(), `4 / ${count}`);
+  await press('One frame on');
+  assert.equal(await counter(), `5 / ${count}`);
+  assert.notEqual(await pixel(), fourth);
+  await press('One frame back');
+  assert.equal(await pixel(), fourth);
+  await stage.locator('.scrub').fill('0');
+  await press('One frame back');
+  assert.equal(await counter(), `${count} / ${count}`);  // round the end
+  const shown = () => stage.locator('canvas').evaluate(each => [(each.clientWidth / each.width).toFixed(1), getComputedStyle(each).imageRendering].join());
+  await stage.locator('.zoom-text').click();
+  assert.equal(await shown(), '1.0,pixelated');
+  await press('Larger');
+  assert.equal(await shown(), '1.5,pixelated');
+  await press('Smaller');
+  await press('Smaller');
+  assert.equal(await shown(), '0.5,auto');
+  await stage.locator('.zoom-text').click();
+  const backdrop = () => stage.locator('.view').evaluate(each => getComputedStyle(each).backgroundImage);
+  const seen = new Set();
+  for (const name of ['White', 'Black', 'Page', 'Checks']) {
+    await stage.getByRole('radio', {name}).check();
+    seen.add(await backdrop());
+  }
+  assert.equal(seen.size, 4);
+  assert.match(await backdrop(), /conic/);
+  const menu = async name => {
+    await page.locator('#formats').click();
+    await page.getByRole('menuitem', {name}).click();
+    await page.locator('.toast', {hasText: 'is on the clipboard'}).last().waitFor();
+  };
+  await menu('Copy this picture');
+  const same = await page.evaluate(async () => {
+    const [item] = await navigator.clipboard.read(), bitmap = await createImageBitmap(await item.getType('image/png'));
+    const canvas = Object.assign(document.createElement('canvas'), {width: bitmap.width, height: bitmap.height});
+    canvas.getContext('2d').drawImage(bitmap, 0, 0);
+    return canvas.toDataURL() === document.querySelector('.picture').toDataURL();
+  });
+  assert.ok(same, 'the clipboard has another picture');
+  await page.locator('.toast').last().waitFor({state: 'detached'});
+  await menu('Copy HTML');
+  const [width, height] = await stage.locator('canvas').evaluate(each => [each.width, each.height]);
+  assert.equal(await page.evaluate(() => navigator.clipboard.readText()), `<img src="untitled.gif" width="${width}" height="${height}" alt="A &quot;closer&quot; look">`);
+  await page.fill('#text', '');
+  await stage.locator('.empty').waitFor();
+  assert.deepEqual([await stage.locator('.facts').isVisible(), await page.locator('#download').isDisabled()], [false, true]);
+  await page.fill('#text', 'Back');
+  await built(page);
+  await press('Play');
+  const before = await counter();
+  await page.waitForFunction(old => document.querySelector('.counter').textContent !== old, before);
   assert.deepEqual(page.said, []);
 });
 
@@ -294,6 +375,9 @@ test('A font, lines and a picture are dropped on the page', async () => {
   await page.locator('.toast', {hasText: 'mine.exe is not a document'}).waitFor();
   await drop('mine.ttf', 'font/ttf', [1, 2, 3]);
   await page.locator('.toast', {hasText: "'mine.ttf' is not a font"}).waitFor();
+  await drop('broken.png', 'image/png', [137, 80, 78, 71]);
+  await page.locator('.toast', {hasText: 'broken.png is not a picture'}).waitFor();
+  assert.equal(await layer(9981).count(), 0);
   const fill = await fillOf(), picture = await page.evaluate(async () => {
     const canvas = new OffscreenCanvas(9, 5);
     canvas.getContext('2d').fillRect(0, 0, 5, 5);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The line to the program: a stream of messages in, posts of events out. It comes back by itself.
 
-import {queueUp} from './event_queue.js';
+import {queueUp} from './model.js';
 
 /** @typedef {{[key: string]: any}} Json */
 /** @typedef {(message: Json, payload: Uint8Array) => void} Receive */
@@ -100,24 +100,24 @@ export class Connection {
     const gone = new AbortController();
     let silence = 0;
     try {
-      const entered = await this.call('/api/session', {method: 'POST', body: JSON.stringify({session: this.session})});
-      if (entered.status === 403) {
+      // One answer is both the session and its stream.
+      const response = await this.call('/api/session', {method: 'POST', body: JSON.stringify({session: this.session, listen: true}), signal: gone.signal});
+      if (response.status === 403) {
         this.changed('refused', 'This address has no key, or an old one. Open the one that the program printed last.');
         return 'refused';
       }
-      const answer = await entered.json();
-      if (!entered.ok) {
-        this.changed('refused', answer.error);
+      if (!response.ok) {
+        this.changed('refused', (await response.json()).error);
         return 'refused';
       }
-      if (answer.session !== this.session) {
+      const session = response.headers.get('X-Glyphmotion-Session') ?? '';
+      if (!session || !response.body) return 'lost';
+      if (session !== this.session) {
         this.queue = [];
-        if (navigator.locks) hold(answer.session);
+        if (navigator.locks) hold(session);
       }
-      this.session = answer.session;
-      sessionStorage.setItem('session', this.session);
-      const response = await this.call(`/api/stream?session=${this.session}`, {signal: gone.signal});
-      if (!response.ok || !response.body) return 'lost';
+      this.session = session;
+      sessionStorage.setItem('session', session);
       const bytes = new ByteReader(response.body.getReader());
       const text = new TextDecoder();
       const listening = () => {

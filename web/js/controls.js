@@ -1,31 +1,44 @@
 // SPDX-License-Identifier: MIT
 // A control of a dialog as an element of the page. Each function makes the element and keeps it up to date.
-import {clamp, freshId, icon, make} from './dom.js';
-import {faceOf} from './face.js';
+import {clamp, echo, freshId, icon, make} from './dom.js';
+import {putPicture} from './player.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Dialog} Dialog */
 /** @typedef {import('./model.js').Facts} Facts */
 
 const kShipped = 'tlmplgm4';  // the group that comes with the program
-const kEcho = 700;  // milliseconds for which typing takes precedence over echoes
 
 /**
- * Keeps a field's value, but never under the fingers of who types in it.
- * @param {HTMLInputElement|HTMLTextAreaElement} field
+ * A control's face at the size that the page has for it.
+ * @param {import('./model.js').Model} model
+ * @param {import('./model.js').Dialog} dialog
+ * @param {number} id
+ * @param {{width?: number, height?: number, item?: number, className?: string}} [options]
+ *   without a size: as large as the canvas is shown
+ * @returns {HTMLCanvasElement}
  */
-export function echo(field) {
-  let typed = 0, waiting = '', timer = 0;
-  field.addEventListener('input', () => { typed = performance.now(); });
-  const set = () => { if (field.value !== waiting) field.value = waiting; };
-  field.addEventListener('blur', () => setTimeout(set, 60));
-  return (/** @type {string} */ value) => {
-    waiting = value;
-    clearTimeout(timer);
-    const own = document.activeElement === field && performance.now() - typed < kEcho;
-    if (own) timer = window.setTimeout(set, kEcho);
-    else set();
+export function faceOf(model, dialog, id, options = {}) {
+  /** @type {HTMLCanvasElement} */
+  const canvas = make('canvas', {class: options.className || 'face'});
+  const context = /** @type {CanvasRenderingContext2D} */ (canvas.getContext('2d'));
+  const item = options.item ?? -1;
+  dialog.faces.set(`${id}/${item}`, (message, payload) => putPicture(context, message, payload));
+  let shown = '';
+  const subscribe = (/** @type {number} */ width, /** @type {number} */ height) => {
+    if (width < 2 || height < 2 || shown === `${width}x${height}`) return;
+    shown = `${width}x${height}`;
+    model.post({op: 'face', id, width, height, ...(item >= 0 ? {item} : {})}, dialog);
   };
+  if (options.width && options.height) {
+    subscribe(options.width, options.height);
+  } else {
+    new ResizeObserver(entries => {
+      const box = entries[0].contentRect;
+      subscribe(Math.round(box.width), Math.round(box.height));
+    }).observe(canvas);
+  }
+  return canvas;
 }
 
 /** Sliders of wide ranges are finer at their low end. @param {number[]} range */

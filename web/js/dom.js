@@ -64,6 +64,63 @@ export function sizeText(bytes) {
   return bytes < 999500 ? `${Math.round(bytes / 1000)} KB` : `${(bytes / 1e6).toFixed(2)} MB`;
 }
 
+/** What the program says in the middle of a line, on its own. @param {string} text */
+export const sentence = text => text.charAt(0).toUpperCase() + text.slice(1);
+
+/**
+ * Makes the buttons of a grid one stop of Tab; arrows go from one to the next.
+ * @param {HTMLElement} group @param {(index: number) => void} [moved]
+ */
+export function roam(group, moved = () => {}) {
+  const buttons = () => /** @type {HTMLElement[]} */ ([...group.children]);
+  const stopAt = (/** @type {EventTarget|null} */ target) => { for (const each of buttons()) each.tabIndex = each === target ? 0 : -1; };
+  stopAt(group.firstElementChild);
+  group.addEventListener('focusin', event => stopAt(event.target));
+  group.addEventListener('keydown', event => {
+    const {gridAutoFlow, gridTemplateColumns, gridTemplateRows} = getComputedStyle(group), all = buttons();
+    const byColumn = gridAutoFlow.startsWith('column'), line = (byColumn ? gridTemplateRows : gridTemplateColumns).split(' ').length;
+    const [across, down] = byColumn ? [line, 1] : [1, line];
+    const at = all.findIndex(each => each === event.target);
+    /** @type {{[key: string]: number}} */
+    const places = {ArrowLeft: at - across, ArrowRight: at + across, ArrowUp: at - down, ArrowDown: at + down, Home: 0, End: all.length - 1};
+    if (!(event.key in places) || at < 0) return;
+    event.preventDefault();
+    const to = places[event.key];
+    if (!all[to] || to === at) return;
+    all[to].focus();
+    moved(to);
+  });
+}
+
 let made = 0;
 /** An id that nothing else on the page has. */
 export const freshId = () => `x${++made}`;
+
+const kEcho = 700;  // milliseconds for which typing takes precedence over echoes
+
+/**
+ * Keeps a field's value, but never under the fingers of who types in it.
+ * @param {HTMLInputElement|HTMLTextAreaElement} field
+ */
+export function echo(field) {
+  let typed = 0, waiting = '', timer = 0;
+  field.addEventListener('input', () => { typed = performance.now(); });
+  const set = () => { if (field.value !== waiting) field.value = waiting; };
+  field.addEventListener('blur', () => setTimeout(set, 60));
+  return (/** @type {string} */ value) => {
+    waiting = value;
+    clearTimeout(timer);
+    const own = document.activeElement === field && performance.now() - typed < kEcho;
+    if (own) timer = window.setTimeout(set, kEcho);
+    else set();
+  };
+}
+
+/** A sentence that comes and goes. @param {string} text @param {'info'|'error'} [kind] @param {{text: string, action: () => void}[]} [buttons] */
+export function toast(text, kind = 'info', buttons = []) {
+  const element = make('div', {class: `toast ${kind}`}, make('p', {}, text),
+    ...buttons.map(button => make('button', {onclick: () => { element.remove(); button.action(); }}, button.text)));
+  byId('toasts').append(element);
+  if (!buttons.length) setTimeout(() => element.remove(), kind === 'error' ? 9000 : 4500);
+  return element;
+}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A part of a dialog that the program draws and that takes the pointer and the keys itself.
-import {faceOf} from './face.js';
+import {faceOf} from './controls.js';
 
 /** @type {{[key: string]: string}} */
 const kKeys = {ArrowLeft: 'left', ArrowRight: 'right', ArrowUp: 'up', ArrowDown: 'down', ' ': 'space', Delete: 'delete', Insert: 'insert', ContextMenu: 'menu'};

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is dropped on the page: a document, a picture for a tile, a font, or text.
-import {byId} from './dom.js';
+import {byId, toast} from './dom.js';
 import {isFontName} from './font_file.js';
-import {toast} from './toast.js';
 
 const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
 const kNoText = /[\0-\x08\x0e-\x1f\ufffd]/;
@@ -53,8 +52,9 @@ export class Drops {
   }
 
   /** Into the tile editor of the fill, which asks what group it goes to. @param {File} file */
-  picture(file) {
+  async picture(file) {
     const {model} = this;
+    if (!await createImageBitmap(file).catch(() => null)) return toast(`${file.name} is not a picture that a browser can read`, 'error');
     this.asks.dropped = file;
     if (model.top.template === kTileDialog) return model.post({op: 'click', id: kAddTile}, model.top);
     const fill = model.main.order.find(facts => facts.section === 'fill' && facts.kind === 'material' && facts.visible);

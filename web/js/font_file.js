@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Letters from a font file: chosen or dropped, shown by its name, taken away.
-import {make} from './dom.js';
+import {make, toast} from './dom.js';
 import {chooseFile} from './header.js';
-import {toast} from './toast.js';
 
 const kLargest = 32e6;  // bytes, as many as the program takes
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The bar of a fountain with its colours as handles: dragged by mouse, touched, or moved by keys.
 import {clamp, make} from './dom.js';
-import {faceOf} from './face.js';
-import {colourField} from './controls.js';
+import {colourField, faceOf} from './controls.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Dialog} Dialog */

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The effects and the looks as pictures of the person's own text, which play when pointed at.
-import {byId, make} from './dom.js';
+import {byId, make, roam} from './dom.js';
 import {Animation, Player} from './player.js';
 
 const kPause = 900;  // milliseconds after the last change
@@ -18,16 +18,18 @@ class Tile {
   /** @param {string} name @param {() => void} choose @param {boolean} radio */
   constructor(name, choose, radio) {
     this.canvas = make('canvas', {width: kWidth, height: kHeight, 'aria-hidden': 'true'});
-    this.element = make('button', {class: 'tile', ...(radio ? {role: 'radio', 'aria-checked': 'false', tabindex: '-1'} : {}),
+    this.element = make('button', {class: 'tile', ...(radio ? {role: 'radio', 'aria-checked': 'false'} : {}),
       onclick: choose, onpointerenter: () => this.play(), onpointerleave: () => this.rest(), onfocus: () => this.play(), onblur: () => this.rest()},
     make('span', {class: 'shot'}, this.canvas), make('span', {class: 'caption'}, name));
     this.player = new Player(this.canvas);
+    this.poster = 0;  // frame
   }
 
   /** @param {any} message @param {Uint8Array} payload */
   show(message, payload) {
     const animation = new Animation(message, payload);
-    this.player.show(animation, animation.poster());
+    this.poster = animation.poster();
+    this.player.show(animation, this.poster);
     const first = animation.picture(0).data;
     this.canvas.parentElement.style.background = first[3] ? `rgb(${first[0]} ${first[1]} ${first[2]})` : '';
     this.element.classList.add('ready');
@@ -41,7 +43,7 @@ class Tile {
 
   rest() {
     this.player.pause();
-    if (this.player.animation) this.player.step(this.player.animation.poster());
+    if (this.player.animation) this.player.step(this.poster);
   }
 }
 
@@ -61,7 +63,6 @@ export class Gallery {
     this.current = -1;
     this.keep = byId('keep');
     this.keep.addEventListener('change', () => this.refresh(0));
-    byId('effects').addEventListener('keydown', (/** @type {KeyboardEvent} */ event) => this.key(event));
   }
 
   /** @param {any} hello */
@@ -69,32 +70,20 @@ export class Gallery {
     if (this.effects.length) return;
     this.effects = hello.effects.map((/** @type {string} */ name, /** @type {number} */ index) => new Tile(name, () => this.choose(index), true));
     byId('effects').replaceChildren(...this.effects.map(tile => tile.element));
+    roam(byId('effects'), index => this.choose(index));
     for (const look of hello.looks) {
       const tile = new Tile(look.name, () => this.model.post({op: 'apply', look: look.name}), false);
       tile.element.title = look.about;
       this.looks.set(look.name, tile);
     }
     byId('looks').replaceChildren(...[...this.looks.values()].map(tile => tile.element));
+    roam(byId('looks'));
     byId('looks-shelf').hidden = this.looks.size === 0;
   }
 
   /** @param {number} index */
   choose(index) {
     this.model.post({op: 'effect', index, keep: this.keep.checked}, this.model.main);
-  }
-
-  /** Arrows go through the radio group. @param {KeyboardEvent} event */
-  key(event) {
-    const columns = getComputedStyle(byId('effects')).gridTemplateColumns.split(' ').length;
-    /** @type {{[key: string]: number}} */
-    const steps = {ArrowLeft: -1, ArrowRight: 1, ArrowUp: -columns, ArrowDown: columns};
-    const at = this.effects.findIndex(tile => tile.element === document.activeElement);
-    if (!(event.key in steps) || at < 0) return;
-    event.preventDefault();
-    const to = at + steps[event.key];
-    if (to < 0 || to >= this.effects.length) return;
-    this.effects[to].element.focus();
-    this.choose(to);
   }
 
   /** @param {any} message  of type document */

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The document: its name, undo and redo, files in and out.
-import {byId, icon, make, sizeText} from './dom.js';
+import {byId, icon, make, sentence, sizeText, toast} from './dom.js';
 import {openMenu} from './menu.js';
-import {toast} from './toast.js';
 
 /** @typedef {import('./model.js').Model} Model */
 
@@ -60,6 +59,7 @@ export class Header {
     byId('saved').textContent = message.saved ? (message.path ? 'Saved' : '') : 'Not saved yet';
     this.undo.disabled = !message.undo;
     this.redo.disabled = !message.redo;
+    for (const id of ['download', 'formats']) byId(id).disabled = !message.text;
     document.title = `${message.saved ? '' : '• '}${message.text || 'Glyphmotion'} – Glyphmotion`;
   }
 
@@ -119,7 +119,8 @@ export class Header {
       {line: true},
       ...(clear ? [{text: 'Transparent background', checked: !!clear.check, toggle: true, action: () => this.model.post({op: 'click', id: clear.id}, main)}, {line: true}] : []),
       {text: 'Copy this picture', action: () => this.copyPicture()},
-      {text: 'Copy the command line', action: () => this.copyCommand()},
+      {text: 'Copy HTML for a web page', action: () => this.copyText(this.html(), 'The HTML that shows this file is on the clipboard')},
+      {text: 'Copy the command line', action: () => this.copyText(this.model.document.command, 'The command line that makes this file is on the clipboard')},
     ]);
   }
 
@@ -129,7 +130,7 @@ export class Header {
     button.setAttribute('aria-busy', 'true');
     const {message, payload} = await this.model.request({op: 'export', format});
     button.removeAttribute('aria-busy');
-    if (message.error) return toast(message.error, 'error');
+    if (message.error) return toast(sentence(message.error), 'error');
     download(message.name, new Blob([/** @type {any} */ (payload)], {type: message.mime}));
     toast(`${message.name}, ${sizeText(payload.length)}, is in your downloads`);
   }
@@ -144,12 +145,22 @@ export class Header {
     }
   }
 
-  async copyCommand() {
+  /** The picture as an element, for a page beside the file that Download gives. */
+  html() {
+    const {name, text} = this.model.document, {width, height} = this.stage.canvas;
+    const image = document.implementation.createHTMLDocument().createElement('img');  // of a document that loads nothing
+    const attributes = {src: encodeURI(name.replace(/\.gm4$/i, '.gif')), width, height, alt: text.replace(/\u2028/g, ' ')};
+    for (const [key, value] of Object.entries(attributes)) image.setAttribute(key, value);
+    return image.outerHTML;
+  }
+
+  /** @param {string} text @param {string} words  that say so */
+  async copyText(text, words) {
     try {
-      await navigator.clipboard.writeText(this.model.document.command);
-      toast('The command line that makes this file is on the clipboard');
+      await navigator.clipboard.writeText(text);
+      toast(words);
     } catch {
-      toast(this.model.document.command);
+      toast(text);
     }
   }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The options of the main dialog, in sections. What there is, its names and its ranges come with the dialog.
 import {checkBox, rowOf} from './controls.js';
-import {icon, make} from './dom.js';
-import {isOfPalette, paletteRow} from './palette_row.js';
+import {icon, make, roam} from './dom.js';
+import {isOfPalette, paletteRow} from './picture_options.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Facts} Facts */
@@ -109,11 +109,12 @@ export class Options {
 
   /** @param {Facts[]} list */
   fill(list) {
-    const chips = make('div', {class: 'chips', role: 'group', 'aria-label': 'Ready fills'}, ...this.model.hello.fountains.map((/** @type {any} */ each) => {
+    const chips = make('div', {class: 'chips', role: 'toolbar', 'aria-label': 'Ready fills'}, ...this.model.hello.fountains.map((/** @type {any} */ each) => {
       const chip = make('button', {class: 'chip', title: each.name, 'aria-label': each.name, onclick: () => this.model.post({op: 'fill', role: 'fill', name: each.name}, this.model.main)});
       chip.style.background = gradientOf(each);
       return chip;
     }));
+    roam(chips);
     const [material, ...rest] = list.map(facts => this.row(facts));
     return material ? this.frame('fill', 'Fill', [material, chips, ...rest]) : null;
   }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A list whose items the program draws; their pictures are asked for as they come into view.
-import {faceOf} from './face.js';
+import {faceOf} from './controls.js';
 import {make} from './dom.js';
 
 /**

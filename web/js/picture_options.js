@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Options beside the dialog: the canvas, how lines are set, the file. Names, ranges, words and sentences come with them.
-import {clamp, freshId, make} from './dom.js';
-import {echo} from './controls.js';
+// Options beside the dialog: the canvas, how lines are set, the file, the palette. Names, ranges, words and sentences come with them.
+import {clamp, echo, freshId, make} from './dom.js';
 
 /**
  * @typedef {object} Option
@@ -34,6 +33,8 @@ const kElsewhere = ['width', 'height', 'palette'];
 const kBlank = {width: 'auto', height: 'auto', 'max-bytes': 'any'};
 /** @type {{[name: string]: string}} */
 const kUnits = {'line-space': '%', loop: '0: for ever', 'max-bytes': 'bytes'};
+
+const kList = 13, kCustom = 14;  // the palette of the dialog
 
 /** @param {string} name @param {string} word */
 const wordOf = (name, word) => kWords[name]?.[word] ?? word.charAt(0).toUpperCase() + word.slice(1);
@@ -132,4 +133,43 @@ export class PictureOptions {
     }
     return rows;
   }
+}
+
+/** Whether the row shows this control of the dialog. @param {number} id */
+export const isOfPalette = id => id === kList || id === kCustom;
+
+/**
+ * One list for where the colors of a GIF come from. The dialog has a check and a list for it, the program one word more.
+ * @param {import('./model.js').Model} model @param {PictureOptions} picture
+ */
+export function paletteRow(model, picture) {
+  const dialog = model.main, id = freshId();
+  const word = () => picture.options.get('palette')?.value ?? '';
+  const custom = () => !!dialog.get(kCustom).check;
+  const items = () => dialog.get(kList).items ?? [];
+  // One choice is one step of undo.
+  const post = (/** @type {{[key: string]: any}} */ event) => model.post({...event, step: 'palette'}, dialog);
+  const set = (/** @type {string} */ value) => { if (word() !== value) post({op: 'option', name: 'palette', value}); };
+  const list = (/** @type {number} */ index) => {
+    set('');
+    if (custom()) post({op: 'click', id: kCustom});
+    post({op: 'choose', id: kList, index});
+  };
+  const best = items().length - 1;
+  const own = [
+    {text: 'Made for the picture', chosen: () => custom() && !word(), choose: () => { set(''); if (!custom()) post({op: 'click', id: kCustom}); }},
+    {text: `${items()[best]}, larger file`, chosen: () => word() === 'best' || (!word() && !custom() && dialog.get(kList).selection === best), choose: () => list(best)},
+    {text: `${items()[best]} where it shows`, chosen: () => word() === 'auto', choose: () => set('auto')},
+  ];
+  const fixed = items().slice(0, best).map((text, index) => ({text, chosen: () => !word() && !custom() && dialog.get(kList).selection === index, choose: () => list(index)}));
+  const choices = [...own, ...fixed];
+  const select = make('select', {id, onchange: () => choices[select.selectedIndex].choose()}, ...choices.map(({text}) => make('option', {}, text)));
+  const show = () => {
+    select.selectedIndex = choices.findIndex(choice => choice.chosen());
+    select.disabled = !dialog.get(kCustom).enabled;
+  };
+  dialog.watch(kList, show);
+  dialog.watch(kCustom, show);
+  picture.watch('palette', show);
+  return make('div', {class: 'row wide'}, make('label', {class: 'label', for: id}, 'Palette'), select);
 }

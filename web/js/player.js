@@ -1,8 +1,25 @@
 // SPDX-License-Identifier: MIT
 // Plays the frames of a run on a canvas.
 
+/**
+ * @param {CanvasRenderingContext2D} context
+ * @param {{width: number, height: number}} message
+ * @param {Uint8Array} payload
+ */
+export function putPicture(context, message, payload) {
+  const {canvas} = context;
+  if (canvas.width !== message.width) canvas.width = message.width;
+  if (canvas.height !== message.height) canvas.height = message.height;
+  if (!message.width || !message.height) return;
+  const pixels = new Uint8ClampedArray(/** @type {ArrayBuffer} */ (payload.buffer), payload.byteOffset, payload.byteLength);
+  context.putImageData(new ImageData(pixels, message.width, message.height), 0, 0);
+}
+
 /** Viewers show frames of 10 ms and less for longer. */
 const seen = (/** @type {number} */ delay) => (delay <= 10 ? 100 : delay);
+
+const kSamples = 16, kSeen = 48;  // frames of which the poster is one; levels of all channels that an eye sees
+const kEnough = 0.7;  // a part of the text; where more of it has changed, what is plainest to see counts
 
 export class Animation {
   /** @param {any} message  of type build or thumb @param {Uint8Array} payload */
@@ -63,23 +80,24 @@ export class Animation {
     return this.delays.slice(0, frame).reduce((sum, delay) => sum + seen(delay), 0);
   }
 
-  /** A frame that shows what the effect does: of a few, one that differs from the first one, and that has something on it. */
+  /** The frame that shows best what the effect does: the one that differs most from the text at rest, which stays longest, with much still to be seen. */
   poster() {
-    const size = this.frames.length / Math.max(this.count, 1);
+    const rest = this.picture(this.delays.indexOf(Math.max(...this.delays))).data;
+    const differs = (/** @type {Uint8ClampedArray} */ pixels, /** @type {number} */ at, /** @type {Uint8ClampedArray} */ others, /** @type {number} */ from) =>
+      Math.abs(pixels[at] - others[from]) + Math.abs(pixels[at + 1] - others[from + 1]) + Math.abs(pixels[at + 2] - others[from + 2]) + Math.abs(pixels[at + 3] - others[from + 3]);
     let best = 0, most = -1;
-    for (let step = 1; step < 12; step++) {
-      const frame = Math.min(Math.floor(this.count * step / 12), this.count - 1);
-      const start = frame * size;
-      let difference = 0, ink = 0;
-      for (let i = 0; i < size; i += 7) {
-        if (this.frames[start + i] !== this.frames[i]) difference++;
-        if (this.frames[start + i] !== this.frames[start + i % 4]) ink++;
+    for (let sample = 0; sample < kSamples; sample++) {
+      const frame = Math.min(Math.floor(this.count * (sample + 0.5) / kSamples), this.count - 1), {data} = this.picture(frame);
+      let difference = 0, covered = 1, ink = 0;
+      for (let i = 0; i < data.length; i += 12) {
+        if (differs(data, i, rest, i) > kSeen) difference++;
+        if (differs(rest, i, rest, 0) > kSeen) covered++;
+        ink += differs(data, i, data, 0);
       }
-      const calm = difference * Math.sqrt(ink) * (1 - Math.abs(step - 5) / 14);
-      if (calm > most) {
-        most = calm;
-        best = frame;
-      }
+      const score = Math.min(difference / covered, kEnough) * ink;
+      if (score <= most) continue;
+      most = score;
+      best = frame;
     }
     return best;
   }

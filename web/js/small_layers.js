@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Small dialogs: what the program is, a marker's position, a texture in use.
-import {faceOf} from './face.js';
+import {faceOf, numberRow} from './controls.js';
 import {make} from './dom.js';
-import {numberRow} from './controls.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Dialog} Dialog */

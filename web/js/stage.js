@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The large picture: the animation as its file will show it, a still while it is built, and what one does to look closer.
-import {clamp, icon, make, sizeText} from './dom.js';
-import {putPicture} from './face.js';
-import {Animation, Player} from './player.js';
+import {clamp, icon, make, sentence, sizeText} from './dom.js';
+import {Animation, Player, putPicture} from './player.js';
 
 const kBackgrounds = [['check', 'Checks'], ['light', 'White'], ['dark', 'Black'], ['page', 'Page']];
 
@@ -16,8 +15,8 @@ export class Stage {
     this.zoom = 0;  // percent; 0: what fits
     this.calm = matchMedia('(prefers-reduced-motion: reduce)').matches;
     this.wantsToPlay = !this.calm;
-    this.view = make('div', {class: 'view'}, this.canvas);
     this.empty = make('p', {class: 'empty', hidden: true}, 'Type a few words above, and they move.');
+    this.view = make('div', {class: 'view'}, this.canvas, this.empty);
     this.trouble = make('p', {class: 'trouble', role: 'alert', hidden: true});
     this.busy = make('div', {class: 'busy', hidden: true});
     this.build();
@@ -42,7 +41,7 @@ export class Stage {
     this.backgrounds = make('div', {class: 'backgrounds', role: 'radiogroup', 'aria-label': 'Background of the preview'},
       ...kBackgrounds.map(([name, words]) => make('label', {class: `backdrop ${name}`, title: words},
         make('input', {type: 'radio', name: 'backdrop', value: name, 'aria-label': words, onchange: () => this.setBackground(name)}))));
-    this.place.append(this.view, this.empty, this.trouble, this.busy, make('div', {class: 'bar'},
+    this.place.append(this.view, make('div', {class: 'bar'}, this.trouble, this.busy,
       make('div', {class: 'transport'}, make('button', {class: 'icon', 'aria-label': 'One frame back', onclick: step(-1)}, icon('back')),
         this.toggle, make('button', {class: 'icon', 'aria-label': 'One frame on', onclick: step(1)}, icon('forward'))),
       this.counter, this.scrub, this.facts,
@@ -103,18 +102,28 @@ export class Stage {
     this.empty.hidden = message.width > 0;
     this.canvas.hidden = message.width === 0;
     this.trouble.hidden = true;
-    if (message.revision === this.revision || !message.width) return;
+    this.place.classList.toggle('blank', !message.width);
+    if (message.revision === this.revision) return;
     this.player.pause();
+    if (!message.width) return this.clear();
     putPicture(this.player.context, message, payload);
     this.fit();
     this.place.classList.add('stale');
+  }
+
+  /** Nothing is shown, so there is nothing to say about it. */
+  clear() {
+    this.player.animation = null;
+    this.revision = -1;
+    this.busy.hidden = true;
+    this.facts.replaceChildren();
   }
 
   /** @param {any} message  of type build @param {Uint8Array} payload */
   built(message, payload) {
     this.busy.hidden = message.state !== 'running';
     if (message.state === 'failed') {
-      this.trouble.textContent = message.message;
+      this.trouble.textContent = sentence(message.message);
       this.trouble.hidden = false;
     }
     if (message.state !== 'done') return;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The words: a field that grows with its lines.
-import {echo} from './controls.js';
+import {echo} from './dom.js';
 
 const kText = 52;
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The texture editor: the library on one side, the picture, and the numbers of the chosen kind.
-import {colourRow, comboRow, numberRow} from './controls.js';
+import {colourRow, comboRow, faceOf, numberRow} from './controls.js';
 import {drawnControl} from './drawn.js';
-import {faceOf} from './face.js';
 import {icon, make} from './dom.js';
 
 const kPreview = 101, kList = 102, kGroup = 103, kAdd = 104, kDelete = 105, kTypes = 106, kShow = 107;
@@ -10,7 +9,7 @@ const kFirst = 501, kLast = 532, kRed = 525, kBlue = 527;
 
 /** @param {import('./model.js').Model} model @param {import('./model.js').Dialog} dialog */
 export function libraryButtons(model, dialog, /** @type {number} */ add, /** @type {number} */ remove, /** @type {string} */ what) {
-  const click = (/** @type {number} */ id, /** @type {boolean} */ shift) => () => model.post({op: 'click', id, shift}, dialog);
+  const click = (/** @type {number} */ id, /** @type {boolean} */ group) => (/** @type {MouseEvent} */ event) => model.post({op: 'click', id, shift: group || event.shiftKey}, dialog);
   return make('div', {class: 'library-buttons'},
     make('button', {class: 'quiet', onclick: click(add, false)}, icon('plus'), `Add ${what}`),
     make('button', {class: 'quiet', onclick: click(remove, false)}, icon('minus'), 'Delete'),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The tile editor: small pictures in groups, and how the chosen one repeats.
-import {comboRow} from './controls.js';
-import {faceOf} from './face.js';
+import {comboRow, faceOf} from './controls.js';
 import {libraryButtons} from './texture_editor.js';
 import {make} from './dom.js';
 import {pictureList} from './picture_list.js';

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The line to the engine in a worker of this page, in place of the one to a program.
-import {queueUp} from '../js/event_queue.js';
-import {toast} from '../js/toast.js';
+import {toast} from '../js/dom.js';
+import {queueUp} from '../js/model.js';
 import {fontItems} from './font_menu.js';
 import {loadSupplies, ownSession} from './opening.js';
 import {keepFont} from './store.js';

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The fonts of the person's computer, where the browser lends them.
-import {make} from '../js/dom.js';
-import {toast} from '../js/toast.js';
+import {make, toast} from '../js/dom.js';
 
 /** @typedef {{family: string, fullName: string, postscriptName: string, blob: () => Promise<Blob>}} LocalFont */
 /** @typedef {{addFonts: (fonts: {name: string, blob: Blob}[]) => Promise<void>}} Taker */
