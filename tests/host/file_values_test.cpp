@@ -205,17 +205,15 @@ TEST(FileValues, EveryEffectKnowsWhetherItRestsAndKeepsTextStill) {
     const RenderResult result = Render(job, sink);
     return std::pair(delays, !result.notes.empty() && result.notes[0].find("changes nothing") != std::string::npos);
   };
-  int loops = 0, moving = 0;
+  std::size_t moving = 0;
   for (const std::string& effect : EffectNames()) {
     const auto one = delaysOf(effect, "MainPause", "1"), long_ = delaysOf(effect, "MainPause", "300");
     EXPECT_EQ(one.first == long_.first, long_.second) << effect << ": the note on Pause";
     const auto still = delaysOf(effect, "MainRolling", "0"), rolling = delaysOf(effect, "MainRolling", "1");
     EXPECT_EQ(still.first == rolling.first, still.second) << effect << ": the note on Animated";
-    loops += long_.second;
     moving += still.second;
   }
-  EXPECT_EQ(loops, 7);
-  EXPECT_EQ(moving, 20);
+  EXPECT_EQ(moving, EffectNames().size() - 1) << "all but Simple";
 }
 
 TEST(FileValues, OnlyAcceptedImagesCount) {

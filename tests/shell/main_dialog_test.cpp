@@ -104,7 +104,7 @@ TEST_F(MainDialogTest, OnePanelShowsAndItIsThatOfTheChosenEffect) {
       EXPECT_TRUE(IsVisible(dialog, ControlId::Text) && IsVisible(dialog, Build));
     }
   });
-  const std::pair<const char*, int> stored[] = {{"99", 20}, {"-5", 0}, {"16", 16}};
+  const std::pair<const char*, int> stored[] = {{"99", kEffectCount - 1}, {"-5", 0}, {"16", 16}};
   for (const auto& [number, shown] : stored) {
     AtomicWriteFile(Path("settings.ini"), std::string("MainEffect = ") + number + "\n");
     RunDialog(kBothHost, [&](Dialog& dialog) { EXPECT_EQ(VisiblePanels(dialog), std::vector<int>{shown}); });

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The effect of docs/new-effect.md, compiled from the page (see tests/CMakeLists.txt) and run in a dialog.
+#include <cctype>
+#include <cstring>
 #include <set>
 
 #include "controls/families.h"
@@ -21,6 +23,13 @@ void InstallPanel(Dialog& dialog, const Panel& panel) {
 }
 
 TEST_F(MainDialogTest, TheEffectOfThePageRuns) {
+  std::set<int> letters;
+  for (const DialogTemplate* shown : {&kMainDialogTemplate, static_cast<const DialogTemplate*>(kWobble.panel)}) {
+    for (const ControlTemplate& control : shown->controls) {
+      const char* mark = std::strchr(control.caption, '&');
+      EXPECT_TRUE(!mark || letters.insert(std::tolower(mark[1])).second) << control.caption;
+    }
+  }
   RunDialog(kBothHost, [&](Dialog& dialog) {
     InstallPanel(dialog, *kWobble.panel);
     FrameList frames;
