@@ -91,15 +91,27 @@ class Codes {
   }
 };
 
+/// By symbol: those that may be written for it.
+using Neighbours = std::array<std::vector<std::uint8_t>, 256>;
+
 }  // namespace
 
 struct LossyLzwCompressor::Memory {
   Tree tree;
   std::vector<Match> open;  // matches to be followed
-  std::array<std::vector<std::uint8_t>, 256> near;
+  Neighbours near;
 };
 
 namespace {
+
+void FindNear(Neighbours& near, unsigned literals, int wildcard, const SlotErrors& errors, unsigned most) {
+  for (unsigned a = 0; a < literals; ++a) {
+    near[a].clear();
+    for (unsigned b = 0; b < literals; ++b)
+      if (static_cast<int>(b) != wildcard && errors[std::size_t{a} << 8 | b] <= most)
+        near[a].push_back(static_cast<std::uint8_t>(b));
+  }
+}
 
 /// One frame's compression.
 struct Search {
@@ -108,7 +120,7 @@ struct Search {
   const LossyLimits& limits;
   const Tree& tree;
   std::vector<Match>& open;
-  const std::array<std::vector<std::uint8_t>, 256>& near;
+  const Neighbours& near;
   double bitsPerPixel = 4;  // what a pixel has taken lately
 
   unsigned ErrorAt(std::size_t i, std::uint8_t symbol) const {
@@ -158,12 +170,7 @@ void LossyLzwCompressor::Compress(const LossyPixels& pixels, const SlotErrors& e
   const std::size_t size = pixels.symbols.size();
   const unsigned literals = 1u << minCodeSize;
   Memory& memory = *memory_;
-  for (unsigned a = 0; a < literals; ++a) {
-    memory.near[a].clear();
-    for (unsigned b = 0; b < literals; ++b)
-      if (static_cast<int>(b) != pixels.wildcard && errors[std::size_t{a} << 8 | b] <= limits.most)
-        memory.near[a].push_back(static_cast<std::uint8_t>(b));
-  }
+  FindNear(memory.near, literals, pixels.wildcard, errors, limits.most);
   memory.tree.Clear(literals);
   Codes codes(out, minCodeSize, size);
   Search search{pixels, errors, limits, memory.tree, memory.open, memory.near};

@@ -34,17 +34,7 @@ Controls ControlsOf(const DialogTemplate& dialogTemplate) {
   return {dialogTemplate.controls.begin(), dialogTemplate.controls.end()};
 }
 
-Controls DialogWith(const DialogTemplate& panel) {
-  Controls all = ControlsOf(kMainDialogTemplate);
-  all.insert(all.end(), panel.controls.begin(), panel.controls.end());
-  return all;
-}
-
 std::string NameOf(const ControlTemplate& control) { return std::to_string(control.id) + " " + control.caption; }
-
-bool Overlap(const ControlTemplate& a, const ControlTemplate& b) {
-  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
-}
 
 // Widths of the dialog font's characters in pixels, at 6 by 13 base units.
 int CharacterWidth(char c) {
@@ -113,7 +103,7 @@ char MnemonicOf(const ControlTemplate& control) {
 }
 
 /// Controls that are visible together; every button that says something has a letter, and OK has Enter.
-void ExpectMnemonics(const char* dialog, const Controls& shown) {
+void ExpectMnemonics(const std::string& dialog, const Controls& shown) {
   std::map<char, std::string> taken;
   for (const ControlTemplate& control : shown) {
     const char letter = MnemonicOf(control);
@@ -130,19 +120,6 @@ std::vector<const DialogTemplate*> Panels() {
   std::vector<const DialogTemplate*> panels;
   for (const EffectDescriptor* effect : Effects()) panels.push_back(effect->panel);
   return panels;
-}
-
-TEST(Layout, EveryCaptionFitsItsControl) {
-  Controls all = ControlsOf(kMainDialogTemplate);
-  for (const DialogTemplate* panel : Panels()) {
-    all.insert(all.end(), panel->controls.begin(), panel->controls.end());
-  }
-  for (const ControlTemplate& control : all) {
-    if (control.kind != Kind::Label && !HasOwnCaption(control.kind)) continue;
-    int lines = 0;
-    EXPECT_LE(WrappedWidth(control.caption, RoomForText(control), lines), RoomForText(control)) << NameOf(control);
-    EXPECT_LE(lines * 8, control.height) << NameOf(control);
-  }
 }
 
 // A label comes directly before the control it names: that is how a mnemonic and a screen reader find it.
@@ -174,12 +151,6 @@ TEST(Layout, EveryControlOfAPersonHasALabelAndItsPlaceInTheTabOrder) {
   }
 }
 
-struct EditorLayout {
-  const DialogTemplate* dialog;
-  int kinds;  // the parameters of one at a time show
-  bool (*shows)(const ControlTemplate& control, int kind);
-};
-
 bool ShowsForTexture(const ControlTemplate& control, int type) {
   int id = control.id;
   for (const int offset : {kUpDownOffset, TextureControl::LabelOffset}) {
@@ -189,22 +160,36 @@ bool ShowsForTexture(const ControlTemplate& control, int type) {
   const auto shown = TextureControls(static_cast<std::uint32_t>(type));
   return std::find(shown.begin(), shown.end(), id) != shown.end();
 }
-bool ShowsAlways(const ControlTemplate&, int) { return true; }
+/// Controls that are visible together in a dialog of that size; those from `added` on are added to it.
+struct View {
+  std::string title;
+  Controls controls;
+  std::size_t added;
+  int width, height;
+};
 
-const EditorLayout kEditors[] = {{&kTextureDialogTemplate, 6, ShowsForTexture},
-                                 {&kTexturePreviewTemplate, 1, ShowsAlways},
-                                 {&kTileDialogTemplate, 1, ShowsAlways},
-                                 {&kGradientDialogTemplate, 1, ShowsAlways},
-                                 {&kMarkerPositionDialogTemplate, 1, ShowsAlways},
-                                 {&kFountainLibraryDialogTemplate, 1, ShowsAlways},
-                                 {&kNamePrompt, 1, ShowsAlways},
-                                 {&kRegistrationDialog, 1, ShowsAlways}};
-
-Controls ShownBy(const EditorLayout& editor, int kind) {
-  Controls shown;
-  std::copy_if(editor.dialog->controls.begin(), editor.dialog->controls.end(), std::back_inserter(shown),
-               [&](const ControlTemplate& control) { return editor.shows(control, kind); });
-  return shown;
+/// The main dialog with each panel, and the editors, that of textures with each type.
+std::vector<View> Views() {
+  std::vector<View> views;
+  const auto add = [&](const DialogTemplate& dialog) -> View& {
+    return views.emplace_back(
+        View{dialog.title, ControlsOf(dialog), dialog.controls.size(), dialog.width, dialog.height});
+  };
+  for (const DialogTemplate* panel : Panels()) {
+    View& view = add(kMainDialogTemplate);
+    view.title = panel->title;
+    view.controls.insert(view.controls.end(), panel->controls.begin(), panel->controls.end());
+  }
+  for (int type = 0; type < 6; ++type) {
+    std::erase_if(add(kTextureDialogTemplate).controls,
+                  [&](const ControlTemplate& control) { return !ShowsForTexture(control, type); });
+    views.back().added = views.back().controls.size();
+  }
+  for (const DialogTemplate* editor :
+       {&kTexturePreviewTemplate, &kTileDialogTemplate, &kGradientDialogTemplate, &kMarkerPositionDialogTemplate,
+        &kFountainLibraryDialogTemplate, &kNamePrompt, &kRegistrationDialog})
+    add(*editor);
+  return views;
 }
 
 // A label or an explanation before it, or a caption of its own; a number and its trackbar share one.
@@ -216,40 +201,21 @@ bool IsNamed(const Controls& shown, std::size_t i) {
   return i && (shown[i - 1].kind == Kind::Label || shown[i - 1].kind == Kind::Paragraph) && *shown[i - 1].caption;
 }
 
-TEST(Layout, EditorsKeepToTheirGridWithEveryKind) {
-  for (const auto& [dialog, kinds, shows] : kEditors) {
-    for (int kind = 0; kind < kinds; ++kind) {
-      const Controls shown = ShownBy({dialog, kinds, shows}, kind);
-      ExpectMnemonics(dialog->title, shown);
-      for (std::size_t i = 0; i < shown.size(); ++i) {
-        const ControlTemplate& control = shown[i];
-        const std::string name = std::string(dialog->title) + " " + std::to_string(kind) + ": " + NameOf(control);
-        EXPECT_TRUE(control.x >= kMargin && control.y >= kMargin && control.width > 0 && control.height > 0 &&
-                    control.x + control.width <= dialog->width - kMargin &&
-                    control.y + control.height <= dialog->height - kMargin)
-            << name;
-        for (std::size_t j = i + 1; j < shown.size(); ++j) {
-          if (control.kind == Kind::Group) break;  // it lies around others
-          EXPECT_FALSE(Overlap(control, shown[j])) << name << " / " << NameOf(shown[j]);
-        }
-        EXPECT_TRUE(!WantsLabel(control.kind) || IsNamed(shown, i)) << name;
-        if (control.kind != Kind::Label && control.kind != Kind::Paragraph && !HasOwnCaption(control.kind)) continue;
-        int lines = 0;
-        EXPECT_LE(WrappedWidth(control.caption, RoomForText(control), lines), RoomForText(control)) << name;
-        EXPECT_LE(lines * 8, control.height) << name;
-      }
-    }
-  }
-}
-
-TEST(Layout, EveryButtonHasALetterAndNoneIsSharedWithAnyPanel) {
-  for (const DialogTemplate* panel : Panels()) {
-    const Controls all = DialogWith(*panel);
-    ExpectMnemonics(panel->title, all);
-    for (const char* caption : {"A&dd comment", "&Build"}) {
-      EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const ControlTemplate& control) {
-        return !std::strcmp(control.caption, caption);
-      })) << caption;
+TEST(Layout, CaptionsFitButtonsHaveTheirOwnLettersAndMarginsAreKept) {
+  for (const View& view : Views()) {
+    ExpectMnemonics(view.title, view.controls);
+    for (std::size_t i = 0; i < view.controls.size(); ++i) {
+      const ControlTemplate& control = view.controls[i];
+      const std::string name = view.title + ": " + NameOf(control);
+      EXPECT_TRUE(control.x >= kMargin && control.y >= kMargin && control.width > 0 && control.height > 0 &&
+                  control.x + control.width <= view.width - kMargin &&
+                  control.y + control.height <= view.height - kMargin)
+          << name;
+      EXPECT_TRUE(!WantsLabel(control.kind) || IsNamed(view.controls, i)) << name;
+      if (control.kind != Kind::Label && control.kind != Kind::Paragraph && !HasOwnCaption(control.kind)) continue;
+      int lines = 0;
+      EXPECT_LE(WrappedWidth(control.caption, RoomForText(control), lines), RoomForText(control)) << name;
+      EXPECT_LE(lines * 8, control.height) << name;
     }
   }
 }
@@ -305,15 +271,7 @@ void ExpectNoSharedPixel(const std::string& name, const Controls& shown, std::si
 }
 
 TEST(Layout, NoPixelBelongsToTwoControlsOnAnyScreen) {
-  for (const DialogTemplate* panel : Panels()) {
-    ExpectNoSharedPixel(panel->title, DialogWith(*panel), kMainDialogTemplate.controls.size());
-  }
-  for (const EditorLayout& editor : kEditors) {
-    for (int kind = 0; kind < editor.kinds; ++kind) {
-      const Controls shown = ShownBy(editor, kind);
-      ExpectNoSharedPixel(editor.dialog->title, shown, shown.size());
-    }
-  }
+  for (const View& view : Views()) ExpectNoSharedPixel(view.title, view.controls, view.added);
   for (const DialogTemplate* box : {&kMessageBox, &kQuestionBox, &kAboutBox}) {
     ExpectNoSharedPixel(box->title, ControlsOf(*box), box->controls.size());
   }

@@ -39,8 +39,7 @@ TEST(Editors, NothingIsLeftOfThem) {
   ExpectNothingLeft(before, after);
 }
 
-// The host's window is closed, or the dialog itself is destroyed, while an editor is open over it. Its text in grey
-// would lie on its text in black.
+// Grey text would otherwise be painted over the black text.
 TEST(Editors, ALabelThatIsDisabledOrEnabledLeavesNothingOfWhatWasThere) {
   constexpr int kTwoColour = 118, kMultiColour = 119, kStartLabel = 207;
   constexpr COLORREF kInk = 0x0000FF;
@@ -69,6 +68,7 @@ TEST(Editors, ALabelThatIsDisabledOrEnabledLeavesNothingOfWhatWasThere) {
   });
 }
 
+// The host's window is closed, or the dialog itself is destroyed, while an editor is open over it.
 TEST(Editors, GoWithTheWindowsBelow) {
   for (const bool owners : {true, false}) {
     for (int editor = 0; editor < 3; ++editor) {
@@ -132,7 +132,7 @@ HGLOBAL Freed() {
 
 int TilesIn(HWND tiles) { return static_cast<int>(SendDlgItemMessageA(tiles, kTileList, LB_GETCOUNT, 0, 0)); }
 
-// A person presses the tile dialog's +, and the host answers with all sorts. What is a picture is taken.
+// A user presses + in the tile dialog, and the host answers with valid and invalid blocks.
 TEST(Editors, PicturesOfTheHostAreCheckedBeforeTheyAreRead) {
   const struct {
     const char* what;

@@ -146,7 +146,7 @@ void PumpEverything() {
   }
 }
 
-// Many a progress bar lets the system's messages through, and with them a second click of its impatient user.
+// A progress bar may pump messages, and with them a second click.
 TEST(Hostile, AHostThatPumpsMessagesStartsNoRunWithinARun) {
   RunDialog(kBothFormats, [](HWND dialog) {
     AskForQuickEffect(dialog);
