@@ -83,6 +83,16 @@ test('A document given at the start is opened and saved where it is', async () =
   await again.dispatchEvent('body', 'drop', {dataTransfer: drop});
   await again.waitForFunction(() => window.glyphmotion.document.text === 'From a file');
   assert.equal((await state(again)).name, 'dropped.gm4');
+  const menu = async (name, opened) => {
+    await again.locator('#files').click();
+    await again.getByRole('menuitem', {name}).click();
+    await again.waitForFunction(text => window.glyphmotion.document.text === text, opened);
+  };
+  await menu(/^New$/, 'Glyphmotion');
+  await menu(/^mine/, 'And changed');  // one of the last documents
+  again.once('filechooser', chooser => chooser.setFiles({name: 'chosen.gm4', mimeType: '', buffer: Buffer.from(text)}));
+  await menu(/^Open/, 'From a file');
+  assert.equal((await state(again)).name, 'chosen.gm4');
   assert.deepEqual(again.said, []);
   await again.context().close();
   await server.stop();
