@@ -3,11 +3,14 @@
 // as the same.
 #include "materials/material.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 
 #include "fuzz/readers.h"
+#include "host/render/image_loader.h"
+#include "materials/colour_text.h"
 #include "materials/fountain.h"
 #include "materials/material_text.h"
 #include "materials/texture_library.h"
@@ -41,13 +44,13 @@ void ReadFountains(std::string_view input) {
   std::vector<FountainSpec> again;
   ReadFountainLibrary(FileOf(written), again);
   Require(Written([&](auto& path) { return WriteFountainLibrary(path, again, 0); }) == written);
+  for (int mode : {1, 2}) DefaultFountain(fountains.emplace_back(), mode);
   for (FountainSpec& fountain : fountains) {
     FountainToBitmap(fountain, 60, 2);
-    FreePosition(fountain, 40);
+    for (int position : {0, 40, 100, 255}) FreePosition(fountain, position);
     SortMarkers(fountain);
     int positions[kMaxMarkers];
-    MarkerPositions(fountain, 60, positions);
-    while (RemoveMarker(fountain, static_cast<int>(fountain.MarkerCount / 2))) {
+    while (RemoveMarker(fountain, MarkerPositions(fountain, 60, positions) / 2)) {
     }
   }
 }
@@ -61,6 +64,7 @@ void ReadMaterialFiles(std::string_view input) {
   const MovableBlock decoded = HexDecode(HexEncode(input.data(), input.size()), input.size());
   const LockedBlock<std::uint8_t> bytes(decoded.Handle());
   Require(input.empty() || (bytes && std::memcmp(bytes.get(), input.data(), input.size()) == 0));
+  HexDecode(std::string(input), input.size());
   const LockedBlock<Material> material(block.Handle());
   if (!material) return;
   MakeSmall(material->Texture);
@@ -68,13 +72,21 @@ void ReadMaterialFiles(std::string_view input) {
   FreeBlock(reinterpret_cast<BlockHandle>(static_cast<std::uintptr_t>(material->Tile.TileBitmap)));
 }
 
+// The first line is the text, in which {FILE} is a file of the rest.
 void ReadMaterialTexts(std::string_view input) {
+  SetImageLoader(input.size() % 16 ? ImageLoader(LoadPicture) : ImageLoader());
+  const std::size_t end = std::min(input.find('\n'), input.size());
+  std::string text(input.substr(0, end));
+  if (const std::size_t at = text.find("{FILE}"); at != std::string::npos)
+    text.replace(at, 6, FileOf(input.substr(std::min(end + 1, input.size()))));
   Material material;
   DefaultMaterial(material, 0);
   std::string error;
-  const std::string text(input);
   const bool read = ParseMaterial(text, material, error);
   Require(read == error.empty());
+  FreeBlock(HandleOf(material.Tile.TileBitmap));
+  Colour colour = 0, again = 0;
+  if (ParseColour(text, colour)) Require(ParseColour(HexColour(colour), again) && again == colour);
   HexDecode(text, sizeof(Material));
 }
 
@@ -103,8 +115,10 @@ void ReadTiles(std::string_view input) {
   TileSpec named{};
   SetTilePath(named, std::string(input.substr(0, 300)));
   named.TileIndex = static_cast<std::uint32_t>(input.size() % 4);
-  LoadTileOf(named);
-  FreeBlock(HandleOf(named.TileBitmap));
+  for (int i = 0; i < 2; ++i) {  // the second time from what the run knows
+    LoadTileOf(named);
+    FreeBlock(HandleOf(named.TileBitmap));
+  }
   for (std::uint32_t i = 0; i < 3; ++i) {
     TileSpec tile{};
     tile.Right = tile.Bottom = 40;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What people and scripts write: words, lines of a batch, looks, KEY=VALUE.
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <utility>
 
@@ -47,14 +49,23 @@ void Parse(const std::vector<std::string>& words, const Catalogue& names = Names
 
 }  // namespace
 
-// A word a line.
+// A word a line; {FILE} is one that exists. {CATALOGUE 0} is a program without a pipe, {CATALOGUE 1} a library without
+// looks whose text may come later.
 void ReadArguments(std::string_view input) {
-  const std::vector<std::string> words = LinesOf(input);
-  Parse(words);
+  std::vector<std::string> words = LinesOf(input);
+  Catalogue names = Names();
+  if (!words.empty() && words[0].starts_with("{CATALOGUE ")) {
+    names.input = {};
+    if (words[0].ends_with("1}")) names.readLook = {}, names.hasFont = {}, names.textOptional = true;
+    words.erase(words.begin());
+  }
+  std::replace(words.begin(), words.end(), std::string("{FILE}"), FileOf("Text\r\n", ".txt"));
+  Parse(words, names);
   TypedWords typed;
   try {
-    for (std::size_t i = 0; i + 1 < words.size(); i += 2) SetLibraryOption(typed, words[i], words[i + 1]);
-    ReadOptions(std::move(typed), Names());
+    for (std::size_t i = 0; i + 1 < words.size(); i += 2)
+      SetLibraryOption(typed, words[i], words[i + 1] == "-" ? std::nullopt : std::optional(words[i + 1]));
+    ReadOptions(std::move(typed), names);
   } catch (const UsageError& error) {
     Require(!InLibraryTerms(error.sentence).empty());
   }
@@ -93,8 +104,9 @@ void ReadLooks(std::string_view input) {
   }
 }
 
-// The first byte is the effect's number, the second the host's formats and, in 4, a whole run with all lines; then
-// lines of KEY=VALUE, or --OPTION=VALUE. What follows a line that begins with "[" is a document.
+// The first byte is the effect's number (from 250: one that does not exist), the second the host's formats and, in 4, a
+// whole run with all lines; then lines of KEY=VALUE, or --OPTION=VALUE, where a bar is a line's end. What follows a
+// line that begins with "[" is a document.
 void ReadSetValues(std::string_view input) {
   static const std::vector<std::string> effects = EffectNames();
   static OpenDialog& open = *new OpenDialog;
@@ -105,7 +117,8 @@ void ReadSetValues(std::string_view input) {
   Job job;
   const std::string_view rest = numbers.Rest();
   const std::size_t end = rest.find("\n["), document = rest.find('\n', std::min(end, rest.size()) + 1);
-  for (const std::string& line : LinesOf(rest.substr(0, end))) {
+  for (std::string& line : LinesOf(rest.substr(0, end))) {
+    std::replace(line.begin(), line.end(), '|', '\n');
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) continue;
     if (!line.starts_with("--")) {
@@ -123,17 +136,27 @@ void ReadSetValues(std::string_view input) {
     job = std::move(ofOptions);
   } catch (const UsageError&) {
   }
-  if (!job.effect) job.effect = effects[effect % effects.size()];
+  if (!job.effect || effect >= 250) job.effect = effect >= 250 ? "none" : effects[effect % effects.size()];
+  if (kind & 128) {
+    job.size = effect;
+    job.delay = std::chrono::milliseconds(effect * 8);
+    job.palette = static_cast<Job::Palette>(effect % 12);
+  }
   job.settingsFile.clear();  // an input names no file that is written
-  job.saveDocumentFile = kind & 16 ? FileOf({}, ".saved.gm4") : std::string();
+  job.saveDocumentFile = !(kind & 16) ? std::string() : kind & 128 ? "/none/a.gm4" : FileOf({}, ".saved.gm4");
   job.documentFile = document < rest.size() ? FileOf(rest.substr(document + 1), ".gm4") : std::string();
   job.paletteFormat = !(kind & 1);
   job.trueColourFormat = kind & 2;
   if (kind & 32) job.defaults = {{"MainDelay", "4"}, {"MainPause", "100"}, {"MainFontSize", "9"}, {"14", "1"}};
   job.action = Job::Action::None;
   if (kind & 4) {
-    job.action = kind & 8 ? Job::Action::Sample : Job::Action::None;
-    const RenderResult result = Render(job, {});
+    constexpr Job::Action actions[] = {Job::Action::None, Job::Action::Sample, Job::Action::Build, Job::Action::Test};
+    job.action = actions[(kind >> 3 & 1) | (kind >> 5 & 2)];
+    std::atomic<bool> stop = false;  // any build may be long
+    Sink sink;
+    sink.stop = &stop;
+    sink.stage = [&](const std::string&) { stop = true; };
+    const RenderResult result = Render(job, sink);
     Require(result.blocks == 0 && result.locks == 0);
     Require((result.status == RenderStatus::Done) == result.message.empty());
     return;
@@ -144,7 +167,8 @@ void ReadSetValues(std::string_view input) {
     const std::vector<Job::Setting> settings = std::exchange(job.settings, {});
     const auto play = [&] {
       const std::vector<std::string> messages;
-      ScriptedUser user(job, messages, SummariseSettings(kind & 64 ? "[PlugIn]\nMainDelay = 3000\n" : ""));
+      ScriptedUser user(job, messages,
+                        SummariseSettings(kind & 64 ? "[PlugIn]\nMainDelay = 3000\nMainFontName = x\n" : ""));
       user.Play(dialog, {});
       Require(user.Played() == user.Error().empty());
     };

@@ -191,7 +191,7 @@ class Server {
       PageServerOptions options;
       options.webFolder = Home() + "web/";
       options.storeFolder = Home() + "page/";
-      options.graceMilliseconds = 200;
+      options.graceMilliseconds = 1000;
       options.interrupted = [] { return false; };
       options.ready = [this](const std::string& address) {
         const std::lock_guard lock(mutex_);
@@ -210,6 +210,31 @@ class Server {
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
   for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
     text.replace(at, from.size(), to);
+}
+
+// What the server answers to the bytes; of a stream, its first ones.
+std::string Exchange(int port, const std::string& bytes) {
+  const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  std::string answer;
+  if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+    timeval most{10, 0};
+    ::setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &most, sizeof most);
+    ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    ::shutdown(connection, SHUT_WR);
+    char part[4096];
+    for (int parts = 0; parts < 16; ++parts) {
+      const ssize_t got = ::recv(connection, part, sizeof part, 0);
+      if (got <= 0) break;
+      answer.append(part, static_cast<std::size_t>(got));
+      if (answer.find("octet-stream") != std::string::npos) break;
+    }
+  }
+  ::close(connection);
+  return answer;
 }
 
 }  // namespace
@@ -241,29 +266,32 @@ void ReadPageEvents(std::string_view input) {
   if (!page->Settle()) page.reset();
 }
 
-// The bytes of a connection; {TOKEN} and {PORT} become the server's own. It is closed, or answered, in the end.
+// The bytes of a connection; {TOKEN} and {PORT} become the server's own, {SESSION} a session that exists. It is closed,
+// or answered, in the end.
 void ReadRequests(std::string_view input) {
   static const Server server;
+  static std::string session;
   const auto [port, token] = server.Address();
+  const auto filled = [&, port = port, token = token](std::string text) {
+    ReplaceAll(text, "{TOKEN}", token);
+    ReplaceAll(text, "{PORT}", std::to_string(port));
+    ReplaceAll(text, "{SESSION}", session);
+    if (const std::size_t at = text.find("{LARGE}"); at != std::string::npos)
+      text.replace(at, 7, std::string((std::size_t{4} << 20) + 1, '1'));
+    return text;
+  };
   std::string bytes(input);
-  ReplaceAll(bytes, "{TOKEN}", token);
-  ReplaceAll(bytes, "{PORT}", std::to_string(port));
-  const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
-    timeval most{2, 0};  // a stream of messages does not end
-    ::setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &most, sizeof most);
-    ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    ::shutdown(connection, SHUT_WR);
-    char answer[4096];
-    // Its first bytes will do for a stream.
-    for (int parts = 0; parts < 16 && ::recv(connection, answer, sizeof answer, 0) > 0; ++parts) {
-    }
+  const bool joins = bytes.find("{SESSION}") != std::string::npos;
+  if (joins && session.empty()) {
+    const std::string answer =
+        Exchange(port, filled("POST /api/session HTTP/1.1\r\nHost: 127.0.0.1:{PORT}\r\nX-Glyphmotion-Token: {TOKEN}\r\n"
+                              "Content-Length: 2\r\n\r\n{}"));
+    constexpr std::string_view key = "\"session\":\"";
+    if (const std::size_t at = answer.find(key); at != std::string::npos)
+      session = answer.substr(at + key.size(), answer.find('"', at + key.size()) - at - key.size());
   }
-  ::close(connection);
+  const std::string answer = Exchange(port, filled(bytes));
+  if (joins && answer.find(" 200 ") == std::string::npos && answer.find(" 204 ") == std::string::npos) session.clear();
 }
 
 }  // namespace glyphmotion::fuzz

@@ -31,7 +31,8 @@ constexpr Reader kReaders[] = {
     {"gif_writer", WriteGifs,
      "host/encoders/gif_writer.cpp host/encoders/gif_frame.cpp host/encoders/gif_file.cpp "
      "host/encoders/gif_palette.cpp "
-     "host/encoders/lzw.cpp"},
+     "host/encoders/lzw.cpp",
+     4096, "SetStop"},
     {"host_answers", ReadHostAnswers, "src/shell/build_driver.cpp src/shell/exports.cpp", 4096,
      "PLUGIN16GetPluginParams"},
     {"host_records", ReadHostRecords, "host/recording/animation.cpp host/encoders/dib_reader.cpp"},

@@ -19,8 +19,9 @@ void ReadFonts(std::string_view input) {
   StopTextEngine();
   if (!StartTextEngine()) return;
   const std::string path = FileOf(input, ("." + std::to_string(number++) + ".ttf").c_str());
+  for (const char* face : {"#0", "#9", "#x", "/"}) OpenFontFile(path + face, CurrentTextRun().fontFile, error);
   if (OpenFontFile(path, CurrentTextRun().fontFile, error)) {
-    CurrentTextRun().axes = {{"wght", 650}};
+    CurrentTextRun().axes = {{"wght", input.size() % 2 ? 650.0 : 9999.0}, {"wdth", 80}};
     const FontRequest font{CurrentTextRun().fontFile.family, 20};
     AxesTrouble(font);
     const std::u32string codes =

@@ -99,8 +99,10 @@ std::vector<std::uint8_t> WritePng(const PngPicture& picture) {
   png_write_info(png, info);
   const std::size_t pixel = picture.kind == PngKind::Palette ? 1 : picture.kind == PngKind::Rgb ? 3 : 4;
   const std::size_t stride = pixel * static_cast<std::size_t>(picture.width);
-  for (int y = 0; y < picture.height; ++y)
+  for (int y = 0; y < picture.height; ++y) {
+    if (picture.stop && *picture.stop) png_error(png, "stopped");
     png_write_row(png, picture.pixels.data() + stride * static_cast<std::size_t>(y));
+  }
   png_write_end(png, nullptr);
   png_destroy_write_struct(&png, &info);
   return out;

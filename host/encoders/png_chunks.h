@@ -2,6 +2,7 @@
 // PNG pictures and animations in memory: libpng compresses, this adds the chunks of an animation (APNG).
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -15,12 +16,13 @@ struct PngPicture {
   int width = 0, height = 0;
   PngKind kind = PngKind::Rgba;
   std::span<const std::uint8_t> pixels;
-  std::span<const std::uint8_t> palette;  ///< 3 bytes an entry, at most 256; Palette only
-  int transparentIndex = -1;              ///< Palette only
-  int level = 6;                          ///< zlib's, 1 to 9
+  std::span<const std::uint8_t> palette;    ///< 3 bytes an entry, at most 256; Palette only
+  int transparentIndex = -1;                ///< Palette only
+  int level = 6;                            ///< zlib's, 1 to 9
+  const std::atomic<bool>* stop = nullptr;  ///< once it is true the picture is given up; null: not used
 };
 
-/// A whole PNG file; empty when libpng fails.
+/// A whole PNG file; empty when libpng fails, or it was given up.
 std::vector<std::uint8_t> WritePng(const PngPicture& picture);
 
 /// Position and duration of a frame of an animation.

@@ -22,8 +22,9 @@ using Bytes = std::vector<std::uint8_t>;
 int ZlibLevel(int effort) { return std::max(effort, 1); }
 
 // One image as a PNG of its own depth.
-Bytes PngOfImage(const DibPixels& dib, int transparentIndex, int effort) {
-  PngPicture picture{dib.width, dib.height, PngKind::Palette, {}, {}, transparentIndex, ZlibLevel(effort)};
+Bytes PngOfImage(const DibPixels& dib, int transparentIndex, const EncoderSettings& settings) {
+  PngPicture picture{dib.width, dib.height,       PngKind::Palette,           {},
+                     {},        transparentIndex, ZlibLevel(settings.effort), settings.stop};
   Bytes pixels;
   if (dib.bits < 9) {
     UnpackIndices(dib, pixels);
@@ -85,7 +86,7 @@ struct PngState {
   }
 
   std::string Add(PngWork& work, PngKind kind, const ScreenPart& part, int transparentIndex, int delay) {
-    work.picture = {part.width, part.height, kind, {}, {}, transparentIndex, ZlibLevel(settings.effort)};
+    work.picture = {part.width, part.height, kind, {}, {}, transparentIndex, ZlibLevel(settings.effort), settings.stop};
     work.place = {part.left, part.top, delay * settings.delayUnit};
     return batch.Add(work.pixels.size());
   }
@@ -157,9 +158,7 @@ struct FolderState {
         settings(wanted),
         batch(
             wanted.threads, wanted.stop,
-            [this](FolderWork& work) {
-              work.file = PngOfImage(ReadDib(work.dib), work.transparentIndex, settings.effort);
-            },
+            [this](FolderWork& work) { work.file = PngOfImage(ReadDib(work.dib), work.transparentIndex, settings); },
             [this](FolderWork& work) { return Keep(work); }) {}
 
   std::string Keep(const FolderWork& work) {
@@ -196,7 +195,7 @@ Encoder OpenPng(Output& output, const EncoderSettings& settings) {
     const DibPixels dib = ReadDib(image.dib);
     if (!dib) return kBadImage;
     if (state->settings.imageCount == 1) {
-      const auto bytes = PngOfImage(dib, image.transparentIndex, state->settings.effort);
+      const auto bytes = PngOfImage(dib, image.transparentIndex, state->settings);
       return bytes.empty() ? kOutOfMemory : KeepWriting(state->output, bytes);
     }
     KeptImage about{{}, image.delay, image.transparentIndex, image.standAlone};

@@ -49,8 +49,9 @@ class LookReader {
   explicit LookReader(std::string path) : path_(std::move(path)) {}
 
   void Read(Look& look) {
-    const std::optional<std::string> text = ReadWholeFile(path_);
-    if (!text) Refuse("the look '" + path_ + "' cannot be read; check its name and permissions");
+    std::string why;
+    const std::optional<std::string> text = ReadWholeFile(path_, kLargestFile, &why);
+    if (!text) Refuse("the look '" + path_ + "' cannot be read: " + why);
     if (text->size() > kMostLookBytes) Refuse("the look '" + path_ + "' is too long; it may have 64 KiB");
     try {
       const toml::table table = toml::parse(*text, path_);

@@ -88,7 +88,8 @@ class LineReader {
 
   explicit operator bool() const { return file_ != nullptr; }
   std::uint64_t Position() const { return position_; }
-  bool Broken() const { return std::ferror(file_) != 0; }
+  // Why no more lines can be read; empty at the end.
+  const std::string& Trouble() const { return trouble_; }
 
   // The next line that is not blank; one that is too long is cut.
   bool Next(BatchLine& line) {
@@ -96,11 +97,12 @@ class LineReader {
     do {
       line.text.clear();
       while ((c = getc_unlocked(file_)) != EOF && c != '\n') {
+        if (c == 0) return trouble_ = "it has NUL bytes, so it is not a text", false;
         if (line.text.size() <= kMostLineBytes) line.text += static_cast<char>(c);
         ++position_;
       }
       ++position_;
-      if (Broken()) return false;
+      if (std::ferror(file_)) return trouble_ = std::strerror(errno), false;
       line.number = ++number_;
     } while (c != EOF && line.text.find_first_not_of(" \t\r") == std::string::npos);
     return line.text.find_first_not_of(" \t\r") != std::string::npos;
@@ -110,6 +112,7 @@ class LineReader {
   std::FILE* file_;
   long number_ = 0;
   std::uint64_t position_ = 0;
+  std::string trouble_;
 };
 
 // Hands lines from the reader to the workers. Holds a few lines only.
@@ -273,7 +276,7 @@ BatchOutcome Batch::Run(LineReader& reader) {
   board_.Summarise();
   if (InterruptedCode())
     return {"interrupted; finished outputs stay, and --resume makes the others", InterruptedCode()};
-  if (reader.Broken()) return {"'" + options_.file + "' cannot be read: " + std::strerror(errno), kExitFailed};
+  if (!reader.Trouble().empty()) return {"'" + options_.file + "' cannot be read: " + reader.Trouble(), kExitFailed};
   if (const int trouble = board_.OutputTrouble()) {
     if (trouble == EPIPE) return {"", kExitFailed};  // the reader has had enough
     return {std::string("cannot write to standard output: ") + std::strerror(trouble), kExitFailed};

@@ -5,34 +5,34 @@
 #include <cmath>
 #include <numbers>
 
-#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kPiece = 4096;  // places between two looks whether the run shall end
-
 BulgeTables::Entry MakeEntry(int width, int height) {
   BulgeTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
-  entry.sine.resize(entry.quarter.distance.size());
-  for (std::size_t i = 0; i < entry.sine.size(); ++i) {
-    if (i % kPiece == 0 && EndRequested()) break;
-    entry.sine[i] = std::sin((entry.quarter.distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius);
-  }
-  entry.factor.resize(entry.sine.size());
+  const std::vector<double>& distance = entry.quarter.distance;
+  entry.sine.reserve(distance.size());
+  ForPlaces(distance.size(), [&](std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i)
+      entry.sine.push_back(std::sin((distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius));
+  });
   return entry;
 }
 
-void BulgeTo(BulgeTables::Entry& entry, int percent) {
-  if (entry.percent == percent) return;
+// False when the run is to end.
+bool BulgeTo(BulgeTables::Entry& entry, int percent) {
+  if (entry.percent == percent) return true;
   const double power = -(percent / 100.0);
-  for (std::size_t first = 0; first < entry.factor.size(); first += kPiece) {
-    if (EndRequested()) return;
-    for (std::size_t i = first; i < std::min(first + kPiece, entry.factor.size()); ++i)
+  entry.factor.reserve(entry.sine.size());
+  const bool done = ForPlaces(entry.sine.size(), [&](std::size_t begin, std::size_t end) {
+    GrowTo(entry.factor, end);
+    for (std::size_t i = begin; i < end; ++i)
       entry.factor[i] = entry.quarter.distance[i] > 0 ? std::pow(entry.sine[i], power) : 1.0;
-  }
-  entry.percent = percent;
+  });
+  if (done) entry.percent = percent;
+  return done;
 }
 
 GLYPHMOTION_CLONES
@@ -58,7 +58,7 @@ PackedDib BulgeBitmap(const PackedDib& source, int percent, BulgeTables& tables)
   if (!CanWarp(from) || !to) return {};
   BulgeTables::Entry& entry =
       tables.recent.Find(from.Width(), from.Height(), [&] { return MakeEntry(from.Width(), from.Height()); });
-  BulgeTo(entry, percent);
+  if (!BulgeTo(entry, percent)) return {};
   const DiscQuarter& quarter = entry.quarter;
   RowOffsets offsets(quarter.dx.size());
   for (int row = 0; row < quarter.Rows(); ++row) {

@@ -10,12 +10,14 @@
 // a mirrored place only.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "image/packed_dib.h"
+#include "platform/run_state.h"
 
 namespace glyphmotion {
 
@@ -36,6 +38,22 @@ struct DiscQuarter {
 };
 
 DiscQuarter MakeDiscQuarter(int width, int height);
+
+/// Calls work(begin, end) for pieces of a quarter's places; false, with the rest undone, once the run is to end. A
+/// table that grows piece by piece is also cleared that way: clearing one of a large picture at once takes a tenth of a
+/// second.
+template <typename Work>
+bool ForPlaces(std::size_t places, Work work) {
+  constexpr std::size_t kPiece = 4096;
+  for (std::size_t begin = 0; begin < places; begin += kPiece) {
+    if (EndRequested()) return false;
+    work(begin, std::min(begin + kPiece, places));
+  }
+  return true;
+}
+inline void GrowTo(std::vector<double>& table, std::size_t size) {
+  if (table.size() < size) table.resize(size);
+}
 
 /// The places of one row of a quarter; see DiscQuarter.
 struct DiscRow {

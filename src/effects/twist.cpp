@@ -8,41 +8,37 @@
 
 #include "image/angles.h"
 #include "image/filters.h"
-#include "platform/run_state.h"
 
 namespace glyphmotion {
 namespace {
 
-constexpr std::size_t kPiece = 4096;  // places between two looks whether the run shall end
-
 TwistTables::Entry MakeEntry(int width, int height) {
   TwistTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
-  entry.fall.resize(entry.quarter.distance.size());
-  for (std::size_t i = 0; i < entry.fall.size(); ++i)
-    entry.fall[i] = 1 - entry.quarter.distance[i] / entry.quarter.radius;
+  entry.fall = std::move(entry.quarter.distance);
   entry.quarter.distance = {};
+  ForPlaces(entry.fall.size(), [&](std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) entry.fall[i] = 1 - entry.fall[i] / entry.quarter.radius;
+  });
   return entry;
 }
 
 // The sines and cosines of a picture's places; masks of one size that turn by the same angle share them.
-void TurnTo(TwistTables::Entry& entry, int angleDegrees) {
-  if (entry.turned && entry.angle == angleDegrees) return;
+bool TurnTo(TwistTables::Entry& entry, int angleDegrees) {
+  if (entry.turned && entry.angle == angleDegrees) return true;
   const double angle = Radians(angleDegrees);
-  const std::size_t places = entry.fall.size();
-  entry.turned = false;
-  entry.cosine.resize(places);
-  entry.sine.resize(places);
-  for (std::size_t first = 0; first < places; first += kPiece) {
-    if (EndRequested()) return;
-    for (std::size_t i = first; i < std::min(first + kPiece, places); ++i) {
-      const double t = entry.fall[i], theta = t * angle * t;
-      entry.cosine[i] = std::cos(theta);
-      entry.sine[i] = std::sin(theta);
-    }
-  }
-  entry.turned = true;
   entry.angle = angleDegrees;
+  entry.cosine.reserve(entry.fall.size());
+  entry.sine.reserve(entry.fall.size());
+  return entry.turned = ForPlaces(entry.fall.size(), [&](std::size_t begin, std::size_t end) {
+           GrowTo(entry.cosine, end);
+           GrowTo(entry.sine, end);
+           for (std::size_t i = begin; i < end; ++i) {
+             const double t = entry.fall[i], theta = t * angle * t;
+             entry.cosine[i] = std::cos(theta);
+             entry.sine[i] = std::sin(theta);
+           }
+         });
 }
 
 // The places of one row, turned.
@@ -99,7 +95,7 @@ PackedDib Twist(const PackedDib& source, int angleDegrees, TwistTables& tables) 
   if (!CanWarp(from) || !to) return {};
   TwistTables::Entry& entry =
       tables.recent.Find(from.Width(), from.Height(), [&] { return MakeEntry(from.Width(), from.Height()); });
-  TurnTo(entry, angleDegrees);
+  if (!TurnTo(entry, angleDegrees)) return {};
   TwistInto(from, to, entry);
   return result;
 }

@@ -33,24 +33,16 @@ FileReader::FileReader(const std::string& path) noexcept {
 
 bool FileReader::Read(void* bytes, std::size_t count) noexcept {
   if (count > remaining_) return false;
-  try {
-    in_.read(static_cast<char*>(bytes), static_cast<std::streamsize>(count));
-    remaining_ -= count;
-    return static_cast<std::size_t>(in_.gcount()) == count;
-  } catch (...) {
-    return false;
-  }
+  in_.read(static_cast<char*>(bytes), static_cast<std::streamsize>(count));
+  remaining_ -= count;
+  return static_cast<std::size_t>(in_.gcount()) == count;
 }
 
 bool FileReader::Skip(std::uint64_t count) noexcept {
   if (count > remaining_) return false;
-  try {
-    in_.seekg(static_cast<std::streamoff>(count), std::ios::cur);
-    remaining_ -= count;
-    return in_.good();
-  } catch (...) {
-    return false;
-  }
+  in_.seekg(static_cast<std::streamoff>(count), std::ios::cur);
+  remaining_ -= count;
+  return in_.good();
 }
 
 bool FileExists(const std::string& path) noexcept {

@@ -6,6 +6,7 @@
 //                       =read   the N-th read of a file that is not the system's fails
 //                       =short  reads and writes pass N bytes at most
 //                       =again  every call is interrupted once before it is done
+//                       =clock  the time of day jumps by N seconds, there and back, at each look
 //   GLYPHMOTION_FILES_AT=N      from 1; 0 or nothing: nothing fails
 //   GLYPHMOTION_COUNT_FILE=F    at the end of the process F gets "calls bytes reads"
 //
@@ -25,10 +26,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 namespace {
 
-enum class Do { Nothing, Kill, Space, Read, Short, Again };
+enum class Do { Nothing, Kill, Space, Read, Short, Again, Clock };
 
 std::atomic<long> calls, bytes, reads;
 
@@ -39,8 +41,8 @@ struct Plan {
     const char* wish = std::getenv("GLYPHMOTION_FILES_DO");
     const char* number = std::getenv("GLYPHMOTION_FILES_AT");
     at = number ? std::strtol(number, nullptr, 10) : 0;
-    const char* const names[] = {"kill", "space", "read", "short", "again"};
-    for (int i = 0; wish && at > 0 && i < 5; ++i) {
+    const char* const names[] = {"kill", "space", "read", "short", "again", "clock"};
+    for (int i = 0; wish && at > 0 && i < 6; ++i) {
       if (std::strcmp(wish, names[i]) == 0) what = static_cast<Do>(i + 1);
     }
   }
@@ -139,6 +141,14 @@ ssize_t read(int file, void* data, std::size_t size) {
   if (!IsRegular(file) || IsOfSystem(file)) return real(file, data, size);
   if (++reads == Wish().at && Wish().what == Do::Read) return errno = EIO, -1;
   return real(file, data, Wish().what == Do::Short ? std::min(size, static_cast<std::size_t>(Wish().at)) : size);
+}
+
+int clock_gettime(clockid_t clock, timespec* time) {
+  static const auto real = Next(&clock_gettime, "clock_gettime");
+  static std::atomic<bool> ahead;
+  const int result = real(clock, time);
+  if (Wish().what == Do::Clock && clock == CLOCK_REALTIME && (ahead = !ahead)) time->tv_sec += Wish().at;
+  return result;
 }
 
 int open(const char* path, int flags, ...) {

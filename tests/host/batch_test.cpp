@@ -127,10 +127,13 @@ TEST(Batch, PartsTogetherAreTheWholeAndWordsAreRefusedAtOnce) {
     }
   }
   EXPECT_EQ(made.size(), 8u);
+  std::ofstream(folder / "huge.jsonl").close();
+  std::filesystem::resize_file(folder / "huge.jsonl", std::uintmax_t{5} << 30);
   const struct {
     const char *words, *error;
     int code;
   } rows[] = {{"", "there is no file of jobs", 2},
+              {"huge.jsonl", "'huge.jsonl' cannot be read: it has NUL bytes", 1},
               {"none.jsonl", "'none.jsonl' cannot be read: ", 2},
               {".", "'.' cannot be read: ", 1},
               {"jobs.jsonl --shard 4/3", "--shard 4/3 is not allowed", 2},

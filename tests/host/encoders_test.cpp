@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "host/decoders.h"
+#include "host/encoders/png_chunks.h"
 #include "host/host_helpers.h"
 
 namespace glyphmotion {
@@ -122,6 +123,15 @@ TEST(Encoders, PaletteImagesBecomePngs) {
       EXPECT_EQ(pixel(1, 1), variant == 0 ? 0xFFu : variant == 1 ? 0u : 0xFA0A14FFu);
     }
   }
+}
+
+TEST(Encoders, APngIsGivenUpBetweenItsRows) {
+  std::atomic<bool> stop = false;
+  const Bytes pixels(16);
+  const PngPicture picture{2, 2, PngKind::Rgba, pixels, {}, -1, 6, &stop};
+  EXPECT_FALSE(WritePng(picture).empty());
+  stop = true;
+  EXPECT_TRUE(WritePng(picture).empty());
 }
 
 TEST(Encoders, AGifRefusesTrueColourAndAnyEncoderRefusesRubbish) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program as people start it: exit codes, messages, files.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -8,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <span>
 
 #include "host/host_helpers.h"
 
@@ -317,22 +319,36 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
   unsetenv("FONTCONFIG_FILE");
 }
 
-// Pipes without a writer, devices and folders: one sentence, at once. `timeout` ends with 124 what waits.
-TEST(Program, OnlyRegularFilesAreTakenAsInput) {
+// Pipes without a writer, devices, folders and what is too large: one sentence, at once. `timeout` ends with 124 what
+// waits.
+TEST(Program, OnlyRegularFilesOfASensibleSizeAreReadAndWritten) {
   const TemporaryFolder folder;
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(folder / "folder");
-  for (const std::string& path : {folder / "pipe", folder / "folder", std::string("/dev/zero")}) {
-    for (const char* option : {"--settings ", "--document ", "--fill image:", "--fill mtrl:", "--fill tile:"}) {
-      const std::string tail = option == std::string("--fill tile:") ? "#1" : "";
-      const Outcome outcome = StartAfter("timeout 20 ", kSmall + (option + path) + tail + " -o " + folder / "a.gif");
-      EXPECT_EQ(outcome.code, 2) << option << path << ": " << outcome.output;
+  testing::WriteBytes(folder / "huge", {});
+  std::filesystem::resize_file(folder / "huge", std::uintmax_t{5} << 30);
+  const std::vector<std::string> paths = {folder / "pipe", folder / "folder", folder / "huge", "/dev/zero"};
+  const char* const options[] = {"--save-document ", "--save-look ", "-o ",          "--settings ",
+                                 "--document ",      "--look ",      "--font-file ", "--text-file ",
+                                 "--fill image:",    "--fill mtrl:", "--fill tile:"};
+  for (std::size_t i = 0; i < std::size(options); ++i) {
+    const std::string option = options[i];
+    for (const std::string& path : std::span(paths).first(i < 3 ? 2 : paths.size())) {
+      std::string tail = option.ends_with("tile:") ? "#1" : option == "-o " ? " --format gif" : "";
+      if (i >= 3) tail += " -o " + folder / "a.gif";
+      const char* text = option == "--text-file " ? "" : "Hi ";
+      const Outcome outcome =
+          StartAfter("timeout 20 ", std::string(" -e simple -s 20 --frames 6 ") + text + option + path + tail);
+      EXPECT_TRUE(outcome.code == 1 || outcome.code == 2) << option << path << ": " << outcome.output;
       EXPECT_EQ(outcome.output.rfind("glyphmotion: error: ", 0), 0u) << outcome.output;
       EXPECT_NE(outcome.output.find("'" + path + "'"), std::string::npos) << outcome.output;
       EXPECT_EQ(outcome.output.find('\n'), outcome.output.size() - 1) << outcome.output;
     }
   }
-  EXPECT_EQ(folder.Entries(), 2u);
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  EXPECT_LT(usage.ru_maxrss, 1 << 20) << "kilobytes: nothing reads all of a huge file";
+  EXPECT_EQ(folder.Entries(), 3u);
 }
 
 TEST(Program, SignalsEndItWithTheirCodesAndLeaveNothing) {
@@ -359,7 +375,7 @@ TEST(Program, SignalsEndItWithTheirCodesAndLeaveNothing) {
 TEST(Program, ClosedStreamsDoNotGetTheirNumbersInTheFile) {
   const TemporaryFolder folder;
   ASSERT_EQ(Start(kSmall + ("-o " + folder / "open.gif")).code, 0);
-  for (const char* closed : {"2>&-", "<&- >&- 2>&-"}) {
+  for (const char* closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
     const Outcome outcome = Shell(std::string("exec '" GLYPHMOTION_PROGRAM "'") + kSmall + "--progress -o " +
                                   folder / "closed.gif" + " " + closed);
     EXPECT_EQ(outcome.code, 0) << closed;

@@ -3,8 +3,9 @@
 // show progress, and the time to end once it was asked to. Each effect draws 260 letters in size 144, with each of its
 // numbers at its largest (--all: and its smallest), each check off and on, with slow materials, and with each palette.
 //
-//   limits [--effect NAME | --effect palettes] [--all] [--rows N] [--threads N]
+//   limits [--effect NAME | --effect palettes] [--option PART] [--all] [--rows N] [--threads N]
 //
+// --option runs only what has the part in its name.
 // Times are processor time, so that other programs do not count. Prints the slowest, and returns 1 if any is slower
 // than kLongestSilence or kLongestEnd.
 #include <CLI/CLI.hpp>
@@ -87,15 +88,27 @@ Job LargestJob(const std::string& effect) {
   return job;
 }
 
-std::vector<Row> TryEffect(const std::string& effect, int threads, bool all) {
+struct Wish {
+  std::string effect, option;
+  int threads = 1;
+  bool all = false;
+};
+
+void TryJob(std::vector<Row>& rows, const Wish& wish, const Job& job, const std::string& option, double seconds,
+            int fewest) {
+  if (option.find(wish.option) != std::string::npos)
+    rows.push_back({*job.effect, option, Measure(job, seconds, fewest)});
+}
+
+std::vector<Row> TryEffect(const std::string& effect, const Wish& wish) {
   std::vector<Row> rows;
   Job plain = LargestJob(effect);
-  plain.threads = threads;
-  rows.push_back({effect, "as it is", Measure(plain, kShort, kFewCalls)});
+  plain.threads = wish.threads;
+  TryJob(rows, wish, plain, "as it is", kShort, kFewCalls);
   const auto withSetting = [&](const std::string& key, const std::string& value, const std::string& name) {
     Job job = plain;
     job.settings.emplace_back(key, value);
-    rows.push_back({effect, name + " " + value, Measure(job, kShort, kFewCalls)});
+    TryJob(rows, wish, job, name + " " + value, kShort, kFewCalls);
   };
   for (const ControlInfo& control : Controls()) {
     const bool common = control.key == "MainPadding" || control.key == "MainFontSpace";
@@ -105,7 +118,7 @@ std::vector<Row> TryEffect(const std::string& effect, int threads, bool all) {
     if (comma == std::string::npos) {
       for (const char* value : {"0", "1"}) withSetting(std::to_string(control.id), value, name);
     } else {
-      if (all) withSetting(std::to_string(control.id), control.range.substr(0, comma), name);
+      if (wish.all) withSetting(std::to_string(control.id), control.range.substr(0, comma), name);
       withSetting(std::to_string(control.id),
                   control.range.substr(comma + 1, control.range.find(',', comma + 1) - comma - 1), name);
     }
@@ -114,19 +127,19 @@ std::vector<Row> TryEffect(const std::string& effect, int threads, bool all) {
                            "gradient:conical,#f00-#00f", "tile:#1"}) {
     Job job = plain;
     job.fill = fill;
-    rows.push_back({effect, fill, Measure(job, kShort, kFewCalls)});
+    TryJob(rows, wish, job, fill, kShort, kFewCalls);
   }
   return rows;
 }
 
 // Few frames, so that the run comes to its later stages, and is asked to end in each of them.
-std::vector<Row> TryPalettes(int threads) {
+std::vector<Row> TryPalettes(const Wish& wish) {
   std::vector<Row> rows;
   for (const Job::Palette palette : {Job::Palette::Custom, Job::Palette::Best, Job::Palette::Safe216}) {
     for (const bool dither : {false, true}) {
       for (const bool supercompress : {false, true}) {
         Job job = LargestJob("Vortex");
-        job.threads = threads;
+        job.threads = wish.threads;
         job.trueColour = false;
         job.trueColourFormat = false;
         job.frames = 2;
@@ -138,7 +151,7 @@ std::vector<Row> TryPalettes(int threads) {
           const std::string option = "palette " + std::to_string(static_cast<int>(palette)) +
                                      (dither ? ", dither" : "") + (supercompress ? ", supercompress" : "") + ", " +
                                      std::to_string(seconds).substr(0, 4) + " s";
-          rows.push_back({*job.effect, option, Measure(job, seconds, 0)});
+          TryJob(rows, wish, job, option, seconds, 0);
         }
       }
     }
@@ -156,14 +169,13 @@ void Print(std::vector<Row> rows, std::size_t most, double Times::*time, const c
 
 int Run(int argc, char** argv) {
   CLI::App app;
-  std::string only;
+  Wish wish;
   std::size_t most = 12;
-  int threads = 1;
-  bool all = false;
-  app.add_option("--effect", only);
+  app.add_option("--effect", wish.effect);
+  app.add_option("--option", wish.option);
   app.add_option("--rows", most);
-  app.add_option("--threads", threads);
-  app.add_flag("--all", all);
+  app.add_option("--threads", wish.threads);
+  app.add_flag("--all", wish.all);
   CLI11_PARSE(app, argc, argv);
   std::vector<Row> rows;
   const auto add = [&](std::vector<Row> more) {
@@ -173,9 +185,9 @@ int Run(int argc, char** argv) {
                    row.times.end);
   };
   for (const std::string& effect : EffectNames()) {
-    if (only.empty() || only == effect) add(TryEffect(effect, threads, all));
+    if (wish.effect.empty() || wish.effect == effect) add(TryEffect(effect, wish));
   }
-  if (only.empty() || only == "palettes") add(TryPalettes(threads));
+  if (wish.effect.empty() || wish.effect == "palettes") add(TryPalettes(wish));
   Print(rows, most, &Times::silence, "Longest time between two calls");
   Print(rows, most, &Times::end, "Time to end");
   const auto isSlow = [](const Row& row) { return row.times.silence > kLongestSilence || row.times.end > kLongestEnd; };

@@ -3,9 +3,10 @@
 // decoder than ours and compared with the frames that the engine handed over. Prints one checksum an effect, which is
 // the same on every machine and at any number of threads.
 //
-//   random_jobs [--first N] [--count N] [--threads N] [--describe]
+//   random_jobs [--first N] [--count N] [--threads N] [--expect FILE] [--describe]
 //
-// The exit code is 1 if any job failed; each failure names its number. --describe prints the jobs instead.
+// The exit code is 1 if any job failed, or a checksum is not that of FILE, which another build has printed; each
+// failure names its number. --describe prints the jobs instead.
 #include <CLI/CLI.hpp>
 #include <array>
 #include <atomic>
@@ -302,7 +303,7 @@ Outcome Run(const RandomJob& made, const std::string& path) {
 }
 
 // Seeds are taken in turn by all threads. A sum over jobs does not depend on their order.
-int RunAll(std::uint64_t first, std::uint64_t count, unsigned threads) {
+int RunAll(std::uint64_t first, std::uint64_t count, unsigned threads, const std::string& expected) {
   const testing::TemporaryFolder folder;
   std::atomic<std::uint64_t> next = first;
   std::mutex mutex;
@@ -325,8 +326,16 @@ int RunAll(std::uint64_t first, std::uint64_t count, unsigned threads) {
     for (unsigned i = 1; i < threads; ++i) team.emplace_back(work, i);
     work(0);
   }
-  for (const auto& [effect, sum] : sums)
-    std::printf("%s %016llx\n", effect.c_str(), static_cast<unsigned long long>(sum));
+  std::string lines;
+  for (const auto& [effect, sum] : sums) {
+    char line[64];
+    std::snprintf(line, sizeof line, "%s %016llx\n", effect.c_str(), static_cast<unsigned long long>(sum));
+    lines += line;
+    if (expected.empty() || expected.find(line) != std::string::npos) continue;
+    ++failed;
+    std::fprintf(stderr, "%s: the checksum is another one\n", effect.c_str());
+  }
+  std::fputs(lines.c_str(), stdout);
   std::fprintf(stderr, "%llu jobs, %llu failed\n", static_cast<unsigned long long>(count),
                static_cast<unsigned long long>(failed));
   return failed || ::testing::Test::HasFailure() ? 1 : 0;
@@ -342,11 +351,13 @@ int main(int argc, char** argv) {
   std::uint64_t first = 0, count = 1000;
   unsigned threads = std::max(1u, std::thread::hardware_concurrency());
   bool describe = false;
+  std::string expected;
   app.add_option("--first", first, "Number of the first job");
   app.add_option("--count", count, "How many jobs");
   app.add_option("--threads", threads, "How many at once")->check(CLI::Range(1u, 256u));
+  app.add_option("--expect", expected, "Checksums that another build has printed")->check(CLI::ExistingFile);
   app.add_flag("--describe", describe, "Print the jobs instead of running them");
   CLI11_PARSE(app, argc, argv);
-  if (!describe) return RunAll(first, count, threads);
+  if (!describe) return RunAll(first, count, threads, expected.empty() ? "" : glyphmotion::testing::ReadText(expected));
   for (std::uint64_t seed = first; seed < first + count; ++seed) std::puts(Describe(seed, JobOf(seed)).c_str());
 }
