@@ -89,7 +89,7 @@ TEST(FileValues, ATimeStaysATimeAndDefaultsHoldOnlyWhereNoFileSpeaks) {
       {"ms to palette", "", kUnit + "\nSPNBTN11=115\nSPNBTN23=2500\n", "a.gif", {}, 12, 262, false, "ms|115|2500|1"},
       {"ms settings", kUnit + "\nMainDelay = 80\n", "", "a.webp", {}, 80, 1080, false, "ms|80|1000|1"},
       {"option in ms", "", "SPNBTN11=11\nSPNBTN23=250\n", "a.webp", {"--delay", "15"}, 15, 2515, false, "ms|15|2500|1"},
-      {"option in cs", "", kUnit + "\nSPNBTN11=115\n", "a.gif", {"--delay", "3"}, 3, 103, false, "ms|30|1000|1"},
+      {"cs", "", kUnit + "\nSPNBTN11=115\nSPNBTN23=2500\n", "a.gif", {"--delay", "3"}, 3, 253, false, "ms|30|2500|1"},
       {"set", "", "SPNBTN11=11\n", "a.gif", {"--set", "11=5", "--add-comment"}, 5, 105, true, "5|100|1"},
       {"the default", "", "", "a.gif", {"--set", "AddDescriptiveCommentBlock=0"}, 4, 104, false, "4|100|0"},
       {"too long", "", "SPNBTN11=40\nSPNBTN23=2000\n", "a.webp", {}, 250, 10250, false, "40|2000|1"},
