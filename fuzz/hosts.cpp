@@ -256,11 +256,11 @@ void ReadHostRecords(std::string_view input) {
 void WriteGifs(std::string_view input) {
   Numbers numbers(input);
   const std::uint8_t wide = numbers.Byte(), high = numbers.Byte(), kind = numbers.Byte();
-  const int width = wide > 250 ? 160 : 1 + wide % 40, height = wide > 250 ? 100 : 1 + high % 24;
-  const bool many = high > 250, lossy = kind >= 200;
+  const int width = wide > 250 ? 120 : 1 + wide % 40, height = wide > 250 ? 60 : 1 + high % 24;
+  const bool many = high > 250 && wide <= 250, lossy = kind >= 200 && !many;
   GifWriter writer(width, height);
   if (lossy) writer.SetLoss(40);
-  writer.SetEffort(kind % 10);
+  writer.SetEffort(many ? 0 : kind % 10);
   if (kind >= 100) {
     writer.SetLoops(kind);
     writer.SetComment(std::string(kind * 2u, 'c'));
@@ -271,7 +271,7 @@ void WriteGifs(std::string_view input) {
   for (std::size_t i = 0; i < 256; ++i) palette[3 * i] = static_cast<std::uint8_t>(i);
   std::vector<Shown> meant;
   Screen screen(static_cast<std::size_t>(width * height));
-  for (int i = 0; i < (many ? 300 : 12) && (many || numbers.Any()); ++i) {
+  for (int i = 0; i < (many ? 270 : 12) && (many || numbers.Any()); ++i) {
     const std::uint8_t what = numbers.Byte();
     if (many) std::generate(palette.begin(), palette.end(), noise);
     // Colours of their own, of one byte each, from a place that varies.

@@ -280,18 +280,21 @@ void ReadRequests(std::string_view input) {
       text.replace(at, 7, std::string((std::size_t{4} << 20) + 1, '1'));
     return text;
   };
-  std::string bytes(input);
-  const bool joins = bytes.find("{SESSION}") != std::string::npos;
-  if (joins && session.empty()) {
-    const std::string answer =
-        Exchange(port, filled("POST /api/session HTTP/1.1\r\nHost: 127.0.0.1:{PORT}\r\nX-Glyphmotion-Token: {TOKEN}\r\n"
-                              "Content-Length: 2\r\n\r\n{}"));
-    constexpr std::string_view key = "\"session\":\"";
-    if (const std::size_t at = answer.find(key); at != std::string::npos)
-      session = answer.substr(at + key.size(), answer.find('"', at + key.size()) - at - key.size());
+  const std::string bytes(input);
+  if (bytes.find("{SESSION}") == std::string::npos) return void(Exchange(port, filled(bytes)));
+  constexpr std::string_view key = "\"session\":\"";
+  for (int tries = 0; tries < 2; ++tries) {  // the session may have ended since
+    if (session.empty()) {
+      const std::string answer = Exchange(
+          port, filled("POST /api/session HTTP/1.1\r\nHost: 127.0.0.1:{PORT}\r\nX-Glyphmotion-Token: {TOKEN}\r\n"
+                       "Content-Length: 2\r\n\r\n{}"));
+      const std::size_t at = answer.find(key);
+      if (at != std::string::npos)
+        session = answer.substr(at + key.size(), answer.find('"', at + key.size()) - at - key.size());
+    }
+    if (Exchange(port, filled(bytes)).find(" 404 ") == std::string::npos) return;
+    session.clear();
   }
-  const std::string answer = Exchange(port, filled(bytes));
-  if (joins && answer.find(" 200 ") == std::string::npos && answer.find(" 204 ") == std::string::npos) session.clear();
 }
 
 }  // namespace glyphmotion::fuzz

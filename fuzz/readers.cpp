@@ -29,8 +29,8 @@ constexpr Reader kReaders[] = {
     {"fountains", ReadFountains, "src/materials/fountain.cpp", 4096,
      "WriteFountainLibrary AddToFountainLibrary FountainToDisk FountainFromDisk"},
     {"gif_writer", WriteGifs,
-     "host/encoders/gif_writer.cpp host/encoders/gif_frame.cpp host/encoders/gif_file.cpp "
-     "host/encoders/gif_palette.cpp "
+     "host/encoders/gif_writer.cpp host/encoders/gif_held_frame.cpp host/encoders/gif_frame.cpp "
+     "host/encoders/gif_file.cpp host/encoders/gif_palette.cpp "
      "host/encoders/lzw.cpp",
      4096, "SetStop"},
     {"host_answers", ReadHostAnswers, "src/shell/build_driver.cpp src/shell/exports.cpp", 4096,
