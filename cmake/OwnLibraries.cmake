@@ -38,7 +38,7 @@ find_sources(png libpng1.6)
 configure_file(${png}/scripts/pnglibconf.h.prebuilt ${made}/png/pnglibconf.h COPYONLY)
 file(GLOB sources ${png}/png*.c)
 list(FILTER sources EXCLUDE REGEX "pngtest\\.c$")
-add_own_library(own_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources} OPTIONS -Os)
+add_own_library(own_png ALIAS PNG::PNG INCLUDE ${png} ${made}/png SOURCES ${sources} OPTIONS -Oz)
 target_link_libraries(own_png PUBLIC own_zlib)
 
 find_sources(webp libwebp)
@@ -50,6 +50,9 @@ if(EMSCRIPTEN)
 endif()
 list(FILTER sources EXCLUDE REGEX "_(${others})\\.c$")
 add_own_library(own_webp ALIAS PkgConfig::WEBP INCLUDE ${webp}/src SOURCES ${sources} OPTIONS -Os)
+set(rarely_used ${sources})
+list(FILTER rarely_used INCLUDE REGEX "/src/(dec|mux|utils)/")
+set_property(SOURCE ${rarely_used} APPEND PROPERTY COMPILE_OPTIONS -Oz)
 target_include_directories(own_webp PRIVATE ${webp})
 
 # Fonts of TrueType and OpenType. The smooth rasteriser has two subdivisions of curves and picks one by the machine's
@@ -62,11 +65,16 @@ foreach(file base/ftbase base/ftbbox base/ftbitmap base/ftdebug base/ftglyph bas
   list(APPEND sources ${freetype}/src/${file}.c)
 endforeach()
 set_source_files_properties(${freetype}/src/smooth/smooth.c PROPERTIES COMPILE_DEFINITIONS __aarch64__ COMPILE_OPTIONS -O2)
-# Glyphs are never hinted, and only of the formats below.
+# Glyphs are never hinted, and only of the formats below. On the web, characters come from a font's Unicode map alone and
+# not from the names of its glyphs, whose list is 28 KB compressed.
+set(web_alone "")
+if(EMSCRIPTEN)
+  set(web_alone FT_CONFIG_OPTION_ADOBE_GLYPH_LIST)
+endif()
 file(WRITE ${made}/freetype/ftoptions.h "#include <freetype/config/ftoption.h>\n")
 foreach(option TT_CONFIG_OPTION_BYTECODE_INTERPRETER TT_USE_BYTECODE_INTERPRETER TT_CONFIG_OPTION_SUBPIXEL_HINTING
     TT_SUPPORT_SUBPIXEL_HINTING_INFINALITY TT_SUPPORT_SUBPIXEL_HINTING_MINIMAL TT_CONFIG_OPTION_BDF FT_CONFIG_OPTION_MAC_FONTS
-    FT_CONFIG_OPTION_USE_LZW FT_CONFIG_OPTION_INCREMENTAL)
+    FT_CONFIG_OPTION_USE_LZW FT_CONFIG_OPTION_INCREMENTAL ${web_alone})
   file(APPEND ${made}/freetype/ftoptions.h "#undef ${option}\n")
 endforeach()
 file(WRITE ${made}/freetype/ftmodules.h "\
@@ -81,7 +89,7 @@ FT_USE_MODULE( FT_Renderer_Class, ft_raster1_renderer_class )
 add_own_library(own_freetype ALIAS Freetype::Freetype INCLUDE ${made}/freetype ${freetype}/include SOURCES ${sources}
   DEFINITIONS FT2_BUILD_LIBRARY FT_CONFIG_OPTION_SYSTEM_ZLIB FT_CONFIG_OPTION_USE_PNG "FT_CONFIG_MODULES_H=<ftmodules.h>"
     "FT_CONFIG_OPTIONS_H=<ftoptions.h>"
-  OPTIONS -Os)
+  OPTIONS -Oz)
 target_link_libraries(own_freetype PUBLIC own_png)
 
 find_sources(harfbuzz harfbuzz)

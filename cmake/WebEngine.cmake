@@ -14,6 +14,9 @@ set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
 # A module has one thread. With bulk memory the compiler would have variables of a thread in memory that threads share.
 set_property(SOURCE src/platform/portable/thread_state.cpp src/platform/run_state.cpp src/platform/web/font_families.cpp
   APPEND PROPERTY COMPILE_OPTIONS -mno-bulk-memory)
+# Without the streams of the C++ library, whose locales are a tenth of a module.
+set_property(SOURCE host/options/looks.cpp APPEND PROPERTY COMPILE_OPTIONS
+  -include ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/web/from_chars.h -DTOML_FLOAT_CHARCONV=1 -DTOML_INT_CHARCONV=1)
 set(module_flags -sALLOW_MEMORY_GROWTH=1 -sINITIAL_MEMORY=32MB -fexceptions)
 # Only words that people write are refused by an exception. Everywhere else one means that memory has run out, which ends
 # a module: its owner opens another.

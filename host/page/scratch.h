@@ -2,8 +2,8 @@
 // A private folder for unfinished files, removed with its owner.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -26,10 +26,10 @@ class ScratchFolder {
 
 /// Nobody waits for the disk. False when it refuses.
 inline bool WriteScratchFile(const std::string& path, std::string_view bytes) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  return file.good();
+  std::FILE* file = std::fopen(path.c_str(), "wbe");
+  if (!file) return false;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  return std::fclose(file) == 0 && written;
 }
 
 }  // namespace glyphmotion

@@ -3,10 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <limits>
-
-#include "platform/files.h"
 
 namespace glyphmotion {
 namespace {
@@ -24,25 +21,22 @@ FileReader::FileReader(const std::string& path) noexcept {
     // Only regular files: reading a pipe or a device might never end.
     if (!std::filesystem::is_regular_file(file)) return;
     remaining_ = std::min<std::uint64_t>(std::filesystem::file_size(file), kMaxLibraryBytes);
-    in_.open(file, std::ios::binary);
-    open_ = in_.is_open();
+    in_ = OpenToRead(path);
   } catch (...) {
   }
-  if (!open_) remaining_ = 0;
+  if (!in_) remaining_ = 0;
 }
 
 bool FileReader::Read(void* bytes, std::size_t count) noexcept {
-  if (count > remaining_) return false;
-  in_.read(static_cast<char*>(bytes), static_cast<std::streamsize>(count));
+  if (!in_ || count > remaining_) return false;
   remaining_ -= count;
-  return static_cast<std::size_t>(in_.gcount()) == count;
+  return std::fread(bytes, 1, count, in_.get()) == count;
 }
 
 bool FileReader::Skip(std::uint64_t count) noexcept {
-  if (count > remaining_) return false;
-  in_.seekg(static_cast<std::streamoff>(count), std::ios::cur);
+  if (!in_ || count > remaining_) return false;
   remaining_ -= count;
-  return in_.good();
+  return std::fseek(in_.get(), static_cast<long>(count), SEEK_CUR) == 0;
 }
 
 bool FileExists(const std::string& path) noexcept {

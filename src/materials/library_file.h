@@ -4,8 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <string>
+
+#include "platform/files.h"
 
 namespace glyphmotion {
 
@@ -17,16 +18,15 @@ constexpr std::size_t kMaxLibraryBytes = std::size_t{256} << 20;
 class FileReader {
  public:
   explicit FileReader(const std::string& path) noexcept;
-  explicit operator bool() const noexcept { return open_; }
+  explicit operator bool() const noexcept { return in_ != nullptr; }
   std::uint64_t Remaining() const noexcept { return remaining_; }
   /// False, with `bytes` unspecified, when fewer are left.
   bool Read(void* bytes, std::size_t count) noexcept;
   bool Skip(std::uint64_t count) noexcept;
 
  private:
-  std::ifstream in_;
+  ReadableFile in_;
   std::uint64_t remaining_ = 0;
-  bool open_ = false;
 };
 
 /// Whether something has this name; true also if that cannot be determined.

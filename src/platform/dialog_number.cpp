@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "platform/dialog_number.h"
 
-#include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 namespace glyphmotion {
 
 NumberRange ParseRange(const std::string& caption) noexcept {
   NumberRange range;
-  int minimum = 0, maximum = 0, initial = 0;
-  if (std::sscanf(caption.c_str(), "%d,%d,%d", &minimum, &maximum, &initial) == 3 && minimum <= maximum) {
-    range = {minimum, maximum, initial};
+  int numbers[3];
+  const char* at = caption.c_str();
+  for (int& number : numbers) {
+    if (&number != numbers && *at++ != ',') return range;
+    char* end = nullptr;
+    number = static_cast<int>(std::strtol(at, &end, 10));
+    if (end == at) return range;
+    at = end;
   }
+  if (numbers[0] <= numbers[1]) range = {numbers[0], numbers[1], numbers[2]};
   return range;
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <memory>
 #include <new>
 #include <optional>
@@ -21,6 +22,16 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 /// a folder, a pipe or a device (on which it never blocks), or when out of memory.
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit = kLargestFile,
                                          std::string* why = nullptr) noexcept;
+
+struct FileCloser {
+  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+
+/// A file to read piece by piece. The streams of C++ would bring their locales, a tenth of a WebAssembly module.
+using ReadableFile = std::unique_ptr<std::FILE, FileCloser>;
+
+/// Empty when the file cannot be opened.
+ReadableFile OpenToRead(const std::string& path) noexcept;
 
 /// Whether a file can have this name.
 inline bool IsPath(std::string_view path) noexcept { return !path.empty() && path.find('\0') == std::string::npos; }

@@ -143,6 +143,15 @@ ssize_t read(int file, void* data, std::size_t size) {
   return real(file, data, Wish().what == Do::Short ? std::min(size, static_cast<std::size_t>(Wish().at)) : size);
 }
 
+// The C library's own calls of read() pass by the one above.
+std::size_t fread(void* data, std::size_t size, std::size_t count, std::FILE* from) {
+  static const auto real = Next(&fread, "fread");
+  const int file = fileno(from);
+  if (!IsRegular(file) || IsOfSystem(file)) return real(data, size, count, from);
+  if (++reads == Wish().at && Wish().what == Do::Read) return errno = EIO, 0;
+  return real(data, size, count, from);
+}
+
 int clock_gettime(clockid_t clock, timespec* time) {
   static const auto real = Next(&clock_gettime, "clock_gettime");
   static std::atomic<bool> ahead;

@@ -67,7 +67,7 @@ async function serve(headers, {root = `${web}/page`, coding} = {}) {
   return {server, sent: () => sent, base: `http://127.0.0.1:${server.address().port}${kPlace}`, close: () => server.close() && server.closeAllConnections()};
 }
 
-for (const [coding, most] of Object.entries({br: 1250000, gzip: 1500000})) {
+for (const [coding, most] of Object.entries({br: 1180000, gzip: 1480000})) {
   test(`a first visit shows a picture after ${most} bytes of ${coding}`, {timeout: 120000}, async t => {
     for (const file of readdirSync(`${web}/page/engine`)) compressed(coding, path.join(web, 'page/engine', file));
     const {close, sent, base} = await serve({}, {coding});

@@ -11,10 +11,10 @@ const kBrotli = {params: {[constants.BROTLI_PARAM_QUALITY]: 11, [constants.BROTL
 
 // What, its files, and the most KB with Brotli and with gzip.
 const kLimits = [
-  ['The engine of the package', ['npm/engine.wasm'], 735, 915],
-  ['The engine of the page', ['page/engine/page.wasm'], 920, 1200],
-  ['A first visit', first, 1250, 1500],
-  ['The page with all its fonts', page, 2060, 2700],
+  ['The engine of the package', ['npm/engine.wasm'], 700, 870],
+  ['The engine of the page', ['page/engine/page.wasm'], 880, 1140],
+  ['A first visit', first, 1150, 1450],
+  ['The page with all its fonts', page, 2000, 2500],
 ];
 for (const [what, names, brotli, gzip] of kLimits) {
   const files = names.map(name => readFileSync(path.join(root, name)));

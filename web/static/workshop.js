@@ -87,6 +87,7 @@ export class Workshop {
     this.build = new Bench(supplies, receive);
     this.picture = new Bench(supplies, receive);
     this.export = new Bench(supplies, receive);
+    this.build.open();  // beside the dialog's engine
     this.timer = 0;
     this.pause = 0;
   }

@@ -68,6 +68,8 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   return std::nullopt;
 }
 
+ReadableFile OpenToRead(const std::string& path) noexcept { return ReadableFile(std::fopen(path.c_str(), "rbe")); }
+
 bool IsSpecialFile(const std::string& path) {
   struct stat status;
   return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);

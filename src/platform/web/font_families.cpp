@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
-#include <sstream>
 
 #include "platform/ascii.h"
 #include "platform/files.h"
@@ -47,14 +46,21 @@ int NumberOf(const std::string& text) {
   return number;
 }
 
+std::vector<std::string> Parts(std::string_view text, char end) {
+  std::vector<std::string> parts;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view part = text.substr(at, text.find(end, at) - at);
+    parts.emplace_back(part);
+    at += part.size() + 1;
+  }
+  return parts;
+}
+
 /// index.tsv names faces, so that their files can stay unread until one is used: file, index, family, style, weight,
 /// italic, variable, colour.
 void ReadIndex(const std::string& folder, std::vector<FolderFace>& faces) {
-  std::istringstream lines(ReadWholeFile(folder + "/index.tsv").value_or(std::string()));
-  for (std::string line; std::getline(lines, line);) {
-    std::vector<std::string> fields;
-    std::istringstream rest(line);
-    for (std::string field; std::getline(rest, field, '\t');) fields.push_back(field);
+  for (const std::string& line : Parts(ReadWholeFile(folder + "/index.tsv").value_or(std::string()), '\n')) {
+    const std::vector<std::string> fields = Parts(line, '\t');
     if (fields.size() < 8) continue;
     faces.push_back({{{folder + '/' + fields[0], NumberOf(fields[1]), {}}, fields[2], fields[3], fields[6] == "1"},
                      NumberOf(fields[4]),

@@ -234,6 +234,12 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
   return std::nullopt;
 }
 
+ReadableFile OpenToRead(const std::string& path) noexcept try {
+  return ReadableFile(_wfopen(WideOf(path).c_str(), L"rb"));
+} catch (const std::exception&) {
+  return {};
+}
+
 bool IsSpecialFile(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(WideOf(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DEVICE);
