@@ -348,6 +348,11 @@ void OperationSums::Warps() {
       const int percent = OneOf({0, -1, -50, -100, Any(-100, -1)});
       Take(BulgeBitmap(AnyPicture(bits, round % 2 ? 9 : 333, round % 3 ? 130 : 9), percent, bulges));
     });
+    Row("twist and bulge, wide" + depth, 6, [&] {
+      const PackedDib source = Picture(Any(600, 900), Any(5, 9), bits);
+      Take(TwistMask(source, Any(-1440, 1440), false, twists));
+      Take(BulgeBitmap(source, Any(-100, -1), bulges));
+    });
     Row("ripple" + depth, 60, [&] {
       const ElasticParams params{.centerX = OneOf({100, Any(-50, 250)}),
                                  .centerY = OneOf({100, Any(-50, 250)}),

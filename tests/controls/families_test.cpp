@@ -241,6 +241,7 @@ TEST(DirectionPickers, PressesAndArrowKeysChooseAndNotify) {
     Mouse(dialog, 109, kMessageLeftDown, 74, 74);
     EXPECT_EQ(ReadDirection(dialog, 109), 7);
     EXPECT_EQ(variables[109].number, 7u);
+    EXPECT_EQ(FocusOf(dialog), 109);
     Mouse(dialog, 109, kMessageLeftDown, 30, 30);
     EXPECT_EQ(ReadDirection(dialog, 109), 7) << "the centre is not a cell";
     Mouse(dialog, 109, kMessageLeftDown, 74, 74);

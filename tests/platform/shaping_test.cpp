@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 
 #include "platform/encoding.h"
 #include "platform/font_files.h"
@@ -177,6 +178,14 @@ TEST_F(Shaping, TextOfSimpleScriptsStaysAsItIs) {
                                U"1\u20E3", U"\u202Ea", U"\uFDFA"}) {
     EXPECT_TRUE(NeedsShaping(text));
   }
+}
+
+TEST_F(Shaping, FacesAreListedByFamilyAndStyle) {
+  const std::vector<FontFaceInfo> faces = FontFaces();
+  EXPECT_TRUE(std::is_sorted(faces.begin(), faces.end(), [](const FontFaceInfo& a, const FontFaceInfo& b) {
+    return std::tie(a.family, a.style) < std::tie(b.family, b.style);
+  }));
+  EXPECT_GT(faces.size(), 1u);
 }
 
 TEST_F(Shaping, CodesStandForTheSameInAllOfARun) {

@@ -118,7 +118,7 @@ std::string ValueFor(Random& random, const ControlInfo& control) {
 }
 
 void ChooseText(Random& random, Job& job) {
-  static const std::vector<std::string> texts = {"A",    "Hi",     "Größe", "i.",        "Sale!\n50 %", "Ωλ Жя",
+  static const std::vector<std::string> texts = {"A",    "Hi",     "Größe", "i.k",       "Sale!\n50 %", "Ωλ Жя",
                                                  "—",    "W W",    "mm",    "office",    "éàü",         "8888",
                                                  "שלום", "مرحبا",  "नमस्ते",  "❤️ Hi", "fjord",       "a\u0301b",
                                                  "\tx",  "  gap ", "@@",    "Q\nq\nQ",   "tiny",        "日本"};
