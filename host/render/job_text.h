@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a job says about its text and canvas, as members of the current run: for programs that show a dialog beside a run.
+// What a job says about its text and canvas, as members of the current run: for programs that show a dialog beside a
+// run.
 #pragma once
 
 #include <glyphmotion/render.h>

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <numbers>
 
-
 namespace glyphmotion {
 namespace {
 
