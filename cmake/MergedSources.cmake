@@ -14,6 +14,7 @@ set(sources_alone
   "host/encoders/(avif|webm).*"  # the fast program has its own instead
   "host/page/(command_words|page_fonts|page_session)"
   "host/program/swatch"
+  "host/quick/full_program"  # a second program has it, too
   "host/render/run_notes")
 list(JOIN sources_alone "|" sources_alone)
 
@@ -42,7 +43,7 @@ function(merge_sources list)
     if(NOT options)
       set(options "")
     endif()
-    set_source_files_properties(${file} PROPERTIES COMPILE_OPTIONS "${options};-Wno-error;-Wno-subobject-linkage")
+    set_source_files_properties(${file} PROPERTIES COMPILE_OPTIONS "${options};-Wno-subobject-linkage")
     set_property(GLOBAL APPEND PROPERTY merged_sources ${file})
     list(APPEND merged ${file})
   endforeach()

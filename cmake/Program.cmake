@@ -3,7 +3,7 @@
 # which has everything.
 
 # What every run needs; then the subcommands, and the page.
-set(line_sources host/recording/recorder.cpp)
+set(line_sources)
 foreach(name command_line help interrupts json_lines lists outcome program progress)
   list(APPEND line_sources host/program/${name}.cpp)
 endforeach()
@@ -40,6 +40,8 @@ foreach(format_library avif:libavif webm:vpx)
     list(APPEND quick_sources host/quick/${format}.cpp)
   endif()
 endforeach()
+list(TRANSFORM quick_sources PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+merge_sources(quick_sources)
 add_executable(glyphmotion_program ${quick_sources} $<TARGET_OBJECTS:glyphmotion_line>)
 set_target_properties(glyphmotion_program PROPERTIES OUTPUT_NAME glyphmotion)
 target_include_directories(glyphmotion_program PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)

@@ -27,7 +27,9 @@ bool NeedsFullProgram(int argc, char** argv) {
     if (command == argv[1]) return true;
   }
   for (int i = 1; i < argc; ++i) {
-    if (EndsWith(argv[i], "avif") || EndsWith(argv[i], "webm")) return true;
+    const std::string_view word = argv[i];
+    if (EndsWith(word, "avif") || EndsWith(word, "webm") || word == "--record" || word.starts_with("--record="))
+      return true;
   }
   return false;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program comes as two files. This one, `glyphmotion`, leaves out what few jobs need and every start and first
-// build would pay for: subcommands, and the page's server, AVIF and VP9 with their thirty shared libraries. It passes
-// such jobs on to `glyphmotion-full`.
+// build would pay for: subcommands, recordings, and the page's server, AVIF and VP9 with their thirty shared libraries.
+// It passes such jobs on to `glyphmotion-full`.
 #include <exception>
 
 #include "host/program/program.h"
