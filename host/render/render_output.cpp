@@ -37,6 +37,8 @@ std::string FileTrouble(const Job& job, const EncoderFormat& format) {
   };
   if (outside(job.effort, 9)) return range("effort", job.effort, 9);
   if (outside(job.loops, 65535)) return range("loops", job.loops, 65535);
+  if (job.start && *job.start < Job::kRest)
+    return "start takes a frame's number from 0, or kRest, not '" + std::to_string(*job.start) + "'";
   if (job.lossy && !gif && extension != ".webp" && extension != ".avif" && extension != ".webm")
     return "lossy is for gif, webp, avif and webm; leave it out";
   if (job.lossy && outside(*job.lossy, gif ? 200 : 100)) return range("lossy", *job.lossy, gif ? 200 : 100);

@@ -54,9 +54,14 @@ bool ParseTile(const std::string& text, Material& material, std::string& error) 
     return Fail(error, NoShippedLibrary(kTileLibraryName));
   } else {
     if (shipped) path = kTileLibraryName;
+    const std::string suggestion = Suggestion(path, {std::begin(kShippedTileNames), std::end(kShippedTileNames)});
+    if (hash == std::string::npos && path.find('.') == std::string::npos) {
+      return Fail(error, "there is no tile " + Quote(path) +
+                             "; write the name of a shipped tile, or a library and a number, such as FILE.mtx#2" +
+                             suggestion);
+    }
     return Fail(error, "cannot read tile " + std::to_string(index + 1) + " of " + Quote(path) +
-                           "; name an .mtx library with at least that many tiles, or a tile of --list tiles" +
-                           Suggestion(path, {std::begin(kShippedTileNames), std::end(kShippedTileNames)}));
+                           "; name an .mtx library with at least that many tiles" + suggestion);
   }
   if (path.size() >= sizeof(material.Tile.TilePath))
     return Fail(error, "the path " + Quote(path) + " is longer than 260 bytes; use a shorter one");

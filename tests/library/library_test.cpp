@@ -207,6 +207,7 @@ TEST(Library, MessagesNameTheFieldAndNoSwitch) {
        },
        "gif", "there is no control 9999"},
       {[](Job& job) { job.fill = "image:/nowhere.png"; }, "gif", "'/nowhere.png' cannot be read"},
+      {[](Job& job) { job.start = -7; }, "gif", "start takes a frame's number from 0, or kRest, not '-7'"},
       {[](Job& job) { job.lossy = 3; }, "png", "lossy is for gif, webp, avif and webm"},
       {[](Job& job) { job.lossy = 101; }, "webp", "lossy takes a whole number from 0 to 100, not '101'"},
       {[](Job& job) { job.maxBytes = 9; }, "webp", "maxBytes is for gif; leave it out"},
