@@ -93,7 +93,7 @@ const std::string& FileOf(std::string_view bytes, const char* suffix) {
   std::string& path = paths[suffix];
   if (path.empty()) path = std::string(std::getenv("GLYPHMOTION_HOME")) + "/input" + suffix;
   if (std::FILE* file = std::fopen(path.c_str(), "wb")) {
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), file);
     std::fclose(file);
   }
   return path;
