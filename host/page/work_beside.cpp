@@ -29,11 +29,13 @@ struct WorkBeside::State {
   }
   void Begin(ExportOrder order) {
     ReapExports();
-    ExportThread& made = exports.emplace_back();
+    std::list<ExportThread> fresh(1);  // joins the others once its thread runs: one that cannot start leaves nothing
+    ExportThread& made = fresh.front();
     made.thread = std::thread([this, &made, order = std::move(order)] {
       MakeExport(place, order);
       made.done = true;
     });
+    exports.splice(exports.end(), fresh);
   }
   // Those that are done; a session may go on for days.
   void ReapExports() {
