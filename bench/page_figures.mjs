@@ -15,6 +15,7 @@ async function keys(page) {
   for (let i = 0; i < rounds; i++) {
     await built(page);
     await page.focus('#text');
+    await page.keyboard.press('End');
     await page.evaluate(() => {
       const {connection, document: before} = window.glyphmotion, receive = connection.receive;
       const times = window.times = {key: 0, still: 0, build: 0};

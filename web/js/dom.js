@@ -103,7 +103,7 @@ const kEcho = 700;  // milliseconds for which typing takes precedence over echoe
  * @param {HTMLInputElement|HTMLTextAreaElement} field
  */
 export function echo(field) {
-  let typed = 0, waiting = '', timer = 0;
+  let typed = -Infinity, waiting = '', timer = 0;
   field.addEventListener('input', () => { typed = performance.now(); });
   const set = () => { if (field.value !== waiting) field.value = waiting; };
   field.addEventListener('blur', () => setTimeout(set, 60));
