@@ -34,8 +34,12 @@ test('Tabs have dialogs of their own, a reload keeps its own, and the last one e
   await two.fill('#text', 'Two');
   await settled(one);
   await settled(two);
+  await one.addInitScript(() => {  // the words of a field at the moment from which it takes keys
+    new MutationObserver(([{target}]) => { window.words = target.value; }).observe(document, {subtree: true, attributeFilter: ['readonly']});
+  });
   await one.reload();
   await one.waitForSelector('body.ready');
+  assert.equal(await one.evaluate(() => window.words), 'One');
   assert.equal((await state(one)).text, 'One');
   assert.equal((await state(two)).text, 'Two');
   const copy = await one.context().newPage();

@@ -25,15 +25,14 @@ export class TextField {
 
   /** @param {import('./model.js').Dialog} dialog */
   attach(dialog) {
+    this.field.readOnly = false;
+    if (document.activeElement === document.body) this.field.focus({preventScroll: true});
     const {limit} = dialog.get(kText);
     if (limit) this.field.maxLength = limit;
     dialog.watch(kText, facts => {
       const same = toDialog(this.field.value) === facts.text;
       this.show(same ? this.field.value : (facts.text || '').replace(/\u2028/g, '\n'));
     });
-    // Only now: a key before its words have come would replace them.
-    this.field.readOnly = false;
-    if (document.activeElement === document.body) this.field.focus({preventScroll: true});
   }
 
   grow() {
