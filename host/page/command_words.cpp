@@ -16,7 +16,6 @@
 #include "platform/ascii.h"
 #include "platform/number_text.h"
 #include "resources/templates.h"
-#include "shell/main_dialog.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {

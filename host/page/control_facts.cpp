@@ -16,7 +16,6 @@
 #include "materials/gradient_text.h"
 #include "materials/material_text.h"
 #include "resources/templates.h"
-#include "shell/main_dialog.h"
 
 namespace glyphmotion {
 namespace {

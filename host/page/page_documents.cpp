@@ -14,7 +14,7 @@
 #include "platform/files.h"
 #include "platform/text_engine.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "shell/sample.h"
 #include "text/compositing.h"
 

@@ -16,7 +16,6 @@
 #include "materials/tile.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
 
 namespace glyphmotion {
 namespace {

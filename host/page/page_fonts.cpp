@@ -11,7 +11,6 @@
 #include "platform/text_engine.h"
 #include "platform/text_run.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {

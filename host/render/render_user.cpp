@@ -24,7 +24,7 @@
 #include "resources/strings.h"
 #include "resources/templates.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "shell/sample.h"
 
 namespace glyphmotion {

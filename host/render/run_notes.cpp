@@ -11,7 +11,6 @@
 #include "effects/effect_table.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
-#include "shell/main_dialog.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {

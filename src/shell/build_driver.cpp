@@ -21,7 +21,7 @@
 #include "platform/shell_ui.h"
 #include "platform/workers.h"
 #include "resources/strings.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "shell/stamp.h"
 
 namespace glyphmotion {

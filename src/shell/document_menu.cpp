@@ -11,7 +11,7 @@
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
 #include "shell/documents.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 
 namespace glyphmotion {
 namespace {

@@ -12,7 +12,7 @@
 #include "platform/files.h"
 #include "platform/shell_ui.h"
 #include "resources/strings.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "shell/settings.h"
 #include "text/compositing.h"
 

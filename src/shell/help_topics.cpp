@@ -3,7 +3,7 @@
 
 #include "effects/effect_table.h"
 #include "shell/effect_panels.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "text/compositing.h"
 
 namespace glyphmotion {

@@ -31,6 +31,7 @@
 #include "shell/document_menu.h"
 #include "shell/effect_panels.h"
 #include "shell/help_topics.h"
+#include "shell/main_controls.h"
 #include "shell/registration.h"
 #include "shell/sample_window.h"
 #include "shell/settings.h"

@@ -7,7 +7,7 @@
 #include "controls/variables.h"
 #include "image/packed_dib.h"
 #include "platform/shell_ui.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "shell/sample.h"
 
 namespace glyphmotion {

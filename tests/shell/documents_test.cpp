@@ -11,7 +11,7 @@
 #include "platform/encoding.h"
 #include "platform/files.h"
 #include "platform/shell_ui.h"
-#include "shell/main_dialog.h"
+#include "shell/main_controls.h"
 #include "temporary_folder.h"
 
 namespace glyphmotion {

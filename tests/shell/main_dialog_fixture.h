@@ -17,6 +17,7 @@
 #include "platform/shell_ui.h"
 #include "platform/text_engine.h"
 #include "resources/templates.h"
+#include "shell/main_controls.h"
 #include "shell/main_dialog.h"
 #include "temporary_folder.h"
 
