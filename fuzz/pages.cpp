@@ -23,8 +23,8 @@ namespace glyphmotion::fuzz {
 namespace {
 
 const PageServices& Services() {
-  static const PageServices services = {JobOf, [](const std::vector<std::string>&) { return std::string("no"); },
-                                        LoadPicture};
+  static const PageServices services = {
+      JobOf, [](const std::vector<std::string>&, const std::atomic<bool>&) { return std::string("no"); }, LoadPicture};
   return services;
 }
 

@@ -61,7 +61,7 @@ void SendGif(const SendMessage& send, const ExportOrder& order, const std::strin
         {gif.begin(), gif.end()}});
 }
 
-void MakeExport(const WorkPlace& place, const ExportOrder& order) {
+void MakeExport(const WorkPlace& place, const ExportOrder& order, const std::atomic<bool>& stop) {
   const auto fail = [&](const std::string& sentence) {
     place.send({{{"type", "file"}, {"for", order.tag}, {"error", sentence}}, {}});
   };
@@ -74,7 +74,7 @@ void MakeExport(const WorkPlace& place, const ExportOrder& order) {
   std::vector<std::string> words = {"--document", base + ".gm4", "-q", "-o", base + (frames ? "" : format->extension)};
   if (frames) words.insert(words.end(), {"--frames-as", "png"});
   words.insert(words.end(), order.words.begin(), order.words.end());
-  std::string trouble = place.services.run(words);
+  std::string trouble = place.services.run(words, stop);
   if (trouble.empty() && frames) trouble = ZipFolder(base, base + ".zip");
   const std::string path = base + (frames ? ".zip" : format->extension);
   const auto bytes = trouble.empty() ? ReadWholeFile(path, std::size_t{1} << 30) : std::nullopt;

@@ -59,7 +59,7 @@ std::optional<std::string> BuildDocument(const WorkPlace& place, const BuildOrde
 void MakePicture(const WorkPlace& place, const PictureWish& wish, const std::atomic<bool>& cancel);
 
 /// A file, or a sentence that says why there is none.
-void MakeExport(const WorkPlace& place, const ExportOrder& order);
+void MakeExport(const WorkPlace& place, const ExportOrder& order, const std::atomic<bool>& stop);
 /// Gives a GIF that is there already.
 void SendGif(const SendMessage& send, const ExportOrder& order, const std::string& gif);
 

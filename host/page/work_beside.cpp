@@ -20,6 +20,7 @@ struct WorkBeside::State {
     std::thread thread;
   };
   std::list<ExportThread> exports;
+  std::atomic<bool> ending{false};
 
   explicit State(WorkPlace given) : place(std::move(given)) {}
   // The cores are the large picture's while it is built.
@@ -32,7 +33,7 @@ struct WorkBeside::State {
     std::list<ExportThread> fresh(1);  // joins the others once its thread runs: one that cannot start leaves nothing
     ExportThread& made = fresh.front();
     made.thread = std::thread([this, &made, order = std::move(order)] {
-      MakeExport(place, order);
+      MakeExport(place, order, ending);
       made.done = true;
     });
     exports.splice(exports.end(), fresh);
@@ -46,6 +47,7 @@ struct WorkBeside::State {
     });
   }
   ~State() {
+    ending = true;
     for (ExportThread& each : exports) each.thread.join();
   }
 };

@@ -46,7 +46,7 @@ int PrintPage(const std::vector<std::string>& words, const Catalogue& catalogue)
 
 int ExecuteBatch(const std::vector<std::string>& words) {
   // Standard input is not for texts: the lines may come from there.
-  const BatchOutcome outcome = RunBatch(words, LibraryCatalogue(), Perform);
+  const BatchOutcome outcome = RunBatch(words, LibraryCatalogue(), [](const Arguments& line) { return Perform(line); });
   if (!outcome.error.empty()) return Fail(outcome.error, outcome.code);
   return outcome.code == kExitDone ? PrintedWell(kExitDone) : outcome.code;
 }

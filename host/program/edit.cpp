@@ -97,7 +97,7 @@ std::string Edit(const std::vector<std::string>& words, const std::function<bool
   if (!read) return error;
   PageServices services;
   services.job = [](const std::vector<std::string>& line, std::string& sentence) { return JobOf(line, sentence); };
-  services.run = [](const std::vector<std::string>& line) { return RunWords(line); };
+  services.run = RunWords;
   services.picture = LoadPicture;
   const ScratchFolder scratch;
   PageServerOptions options;

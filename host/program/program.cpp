@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <optional>
@@ -48,14 +49,15 @@ std::optional<std::string> StandardInput(bool asked) {
 // The parts of one run.
 struct Run {
   const Arguments& arguments;
+  const std::atomic<bool>& stop;
   std::optional<Recorder> recorder;
   std::optional<PictureOutput> pictures;
   ProgressBar bar;
   std::int64_t units = 0;  // sum of the delays
   std::optional<ColourCount> colours;
 
-  explicit Run(const Arguments& given)
-      : arguments(given), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
+  Run(const Arguments& given, const std::atomic<bool>& givenStop)
+      : arguments(given), stop(givenStop), bar(!given.quiet && given.progress.value_or(ErrorsGoToTerminal())) {}
 };
 
 Sink CallsOf(Run& run) {
@@ -77,7 +79,7 @@ Sink CallsOf(Run& run) {
     run.units = 0;
     return true;
   };
-  sink.stop = &InterruptRequest();
+  sink.stop = &run.stop;
   return sink;
 }
 Sink SinkOf(Run& run) { return run.pictures->Attach(CallsOf(run)); }
@@ -133,12 +135,12 @@ bool KeepLook(const Arguments& arguments) {
 }
 
 // Writes a GIF of limited size; it is made in memory, because only the run that fits is written.
-void PerformWithin(const Arguments& arguments, RunReport& report) {
+void PerformWithin(const Arguments& arguments, const std::atomic<bool>& stop, RunReport& report) {
   Output output;
   report.error = OpenOutput(arguments, output);
   report.code = kExitFailed;
   if (!report.error.empty()) return;
-  Run run(arguments);
+  Run run(arguments, stop);
   const FittedPictures made = RenderWithin(arguments.job, CallsOf(run), arguments.json);
   run.bar.Clear();
   report.error = InOptionTerms(made.trouble, arguments);
@@ -160,8 +162,8 @@ void PerformWithin(const Arguments& arguments, RunReport& report) {
   report.colours = made.colours;
 }
 
-void PerformOnce(const Arguments& arguments, RunReport& report) {
-  Run run(arguments);
+void PerformOnce(const Arguments& arguments, const std::atomic<bool>& stop, RunReport& report) {
+  Run run(arguments, stop);
   RenderResult result;
   report.error = OpenOutputs(run);
   if (report.error.empty()) {
@@ -219,15 +221,15 @@ Catalogue ProgramCatalogue() {
   return catalogue;
 }
 
-RunReport Perform(const Arguments& arguments) {
+RunReport Perform(const Arguments& arguments, const std::atomic<bool>& stop) {
   const auto begin = std::chrono::steady_clock::now();
   RunReport report;
   report.file = arguments.output;
   report.notes = arguments.notes;
   if (arguments.job.maxBytes) {
-    PerformWithin(arguments, report);
+    PerformWithin(arguments, stop, report);
   } else {
-    PerformOnce(arguments, report);
+    PerformOnce(arguments, stop, report);
   }
   if (report.error.empty() && !KeepLook(arguments)) {
     report.error =
@@ -248,10 +250,10 @@ std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& err
   return parsed.arguments->job;
 }
 
-std::string RunWords(const std::vector<std::string>& words) {
+std::string RunWords(const std::vector<std::string>& words, const std::atomic<bool>& stop) {
   const ParsedArguments parsed = ParseArguments(words, LibraryCatalogue());
   if (!parsed.arguments) return parsed.error;
-  return Perform(*parsed.arguments).error;
+  return Perform(*parsed.arguments, stop).error;
 }
 
 int RunLine(const std::vector<std::string>& words) {

@@ -2,12 +2,14 @@
 // The command-line program: turns arguments into a job, and the job's images into a file.
 #pragma once
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "glyphmotion/render.h"
 #include "host/options/arguments.h"
+#include "host/program/interrupts.h"
 #include "host/program/outcome.h"
 #include "host/program/run_report.h"
 
@@ -30,13 +32,14 @@ int Main(int argc, char** argv) noexcept;
 std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& error);
 
 /// Runs the words of a command line with an output, without a word on standard error. Empty when done, else one
-/// sentence.
-std::string RunWords(const std::vector<std::string>& words);
+/// sentence; there is no file once `stop` is true.
+std::string RunWords(const std::vector<std::string>& words, const std::atomic<bool>& stop = InterruptRequest());
 
 /// What a line may name, and its text from standard input.
 Catalogue ProgramCatalogue();
 
-/// Everything between the arguments of a line and its report; prints nothing but the progress bar.
-RunReport Perform(const Arguments& arguments);
+/// Everything between the arguments of a line and its report; prints nothing but the progress bar, and writes nothing
+/// once `stop` is true.
+RunReport Perform(const Arguments& arguments, const std::atomic<bool>& stop = InterruptRequest());
 
 }  // namespace glyphmotion

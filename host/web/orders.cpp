@@ -38,8 +38,10 @@ void Perform(const WorkPlace& place, const Json& order) {
                  NumberIn(order, "width"), NumberIn(order, "height"), WordsIn(order, "options"), TextIn(order, "look")},
                 cancel);
   } else if (work == "export") {
-    MakeExport(place, {NumberIn(order, "number"), TextIn(order, "tag"), TextIn(order, "format"), TextIn(order, "name"),
-                       document, WordsIn(order, "words")});
+    MakeExport(place,
+               {NumberIn(order, "number"), TextIn(order, "tag"), TextIn(order, "format"), TextIn(order, "name"),
+                document, WordsIn(order, "words")},
+               cancel);
   }
 }
 

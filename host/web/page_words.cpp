@@ -56,15 +56,17 @@ std::optional<Job> JobOf(const std::vector<std::string>& words, std::string& err
   return arguments->job;
 }
 
-std::string Run(const std::vector<std::string>& words) {
+std::string Run(const std::vector<std::string>& words, const std::atomic<bool>& stop) {
   std::string error;
   const auto arguments = Read(words, error);
   if (!arguments) return error;
   Output output =
       arguments->framesAsPng ? Output::Folder(arguments->output, error) : Output::File(arguments->output, error);
   if (!error.empty()) return error;
+  Sink sink;
+  sink.stop = &stop;
   const RenderResult result =
-      RenderPictures(arguments->job, *FindFormat(arguments->extension), std::move(output), Sink{});
+      RenderPictures(arguments->job, *FindFormat(arguments->extension), std::move(output), sink);
   return result.status == RenderStatus::Done ? std::string() : InOptionTerms(result.message, *arguments);
 }
 

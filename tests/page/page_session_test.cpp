@@ -313,6 +313,43 @@ TEST(PageSession, APageThatComesLaterGetsTheAnimationThatIsThereAndAChangeEndsTh
   EXPECT_EQ(talk.Await("thumb").json["key"], "new");
 }
 
+TEST(PageSession, ABuildBegins300MillisecondsAfterTheLastChangeAndNoneBetween) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  Talk talk(store, "a");
+  talk.Size();
+  const auto begin = std::chrono::steady_clock::now();
+  auto last = begin;
+  for (const char* text : {"H", "He", "Hel", "Hell", "Hello"}) {
+    last = std::chrono::steady_clock::now();
+    talk.Post({{"op", "type"}, {"id", ControlId::Text}, {"text", text}});
+    talk.Await("document");
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  const bool inTime = std::chrono::steady_clock::now() - begin < std::chrono::milliseconds(800);
+  const Json build = talk.Await("build").json;
+  EXPECT_GE(std::chrono::steady_clock::now() - last, std::chrono::milliseconds(300));
+  EXPECT_EQ(build["state"], "running");
+  if (inTime) {
+    EXPECT_EQ(talk.Await("build").json["revision"], build["revision"]) << "built between two keys";
+  }
+}
+
+TEST(PageSession, ASessionThatEndsTakesItsExportsWithIt) {
+  const TemporaryFolder folder;
+  DocumentStore store(folder / "");
+  std::optional<Talk> talk(std::in_place, store, "a");
+  talk->Post({{"op", "type"}, {"id", ControlId::Text}, {"text", std::string(200, 'W')}});
+  talk->SetOption("width", "16000");
+  talk->SetOption("height", "2000");
+  talk->Post({{"op", "export"}, {"format", "gif"}, {"tag", "x"}});  // of four seconds
+  talk->SetOption("loop", "7");
+  talk->Await("options", [](const Json& each) { return OptionNamed(each, "loop")["value"] == "7"; });
+  const auto begin = std::chrono::steady_clock::now();
+  talk.reset();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
 TEST(ScratchFolder, ClearsWhatAKilledProcessHasLeft) {
   const ScratchFolder mine;
   const TemporaryFolder names;
