@@ -337,6 +337,30 @@ test('Frames, zoom, backdrops and the clipboard show the picture as it is, and w
   assert.deepEqual(page.said, []);
 });
 
+test('A new animation takes the place of the one before without a flash', async () => {
+  await built(page);
+  await page.evaluate(() => {
+    const canvas = document.querySelector('.picture'), context = document.createElement('canvas').getContext('2d', {willReadFrequently: true});
+    window.seen = {frames: 0, empty: 0, on: true};
+    const look = () => {
+      seen.frames++;
+      context.clearRect(0, 0, 1, 1);
+      context.drawImage(canvas, 0, 0);
+      if (!canvas.checkVisibility() || context.getImageData(0, 0, 1, 1).data[3] === 0) seen.empty++;
+      if (seen.on) requestAnimationFrame(look);
+    };
+    look();
+  });
+  for (const text of ['A', 'A longer line of text', 'B']) {
+    await page.fill('#text', text);
+    await becomes(async () => (await state(page)).text, text);
+    await built(page);
+  }
+  const {frames, empty} = await page.evaluate(() => Object.assign(seen, {on: false}));
+  assert.ok(frames > 20, `${frames} frames`);
+  assert.equal(empty, 0);
+});
+
 test('The palette is chosen in one place, in one step of undo', async () => {
   await section('output').evaluate(each => { each.open = true; });
   const palette = section('output').getByRole('combobox', {name: 'Palette'}), command = async () => (await state(page)).command;
