@@ -12,7 +12,7 @@ BulgeTables::Entry MakeEntry(int width, int height) {
   BulgeTables::Entry entry;
   entry.quarter = MakeDiscQuarter(width, height);
   const std::vector<double>& distance = entry.quarter.distance;
-  entry.sine.reserve(distance.size());
+  ReservePlaces(entry.sine, distance.size());
   ForPlaces(distance.size(), [&](std::size_t begin, std::size_t end) {
     for (std::size_t i = begin; i < end; ++i)
       entry.sine.push_back(std::sin((distance[i] * (std::numbers::pi / 2)) / entry.quarter.radius));
@@ -24,7 +24,7 @@ BulgeTables::Entry MakeEntry(int width, int height) {
 bool BulgeTo(BulgeTables::Entry& entry, int percent) {
   if (entry.percent == percent) return true;
   const double power = -(percent / 100.0);
-  entry.factor.reserve(entry.sine.size());
+  ReservePlaces(entry.factor, entry.sine.size());
   const bool done = ForPlaces(entry.sine.size(), [&](std::size_t begin, std::size_t end) {
     GrowTo(entry.factor, end);
     for (std::size_t i = begin; i < end; ++i)

@@ -193,7 +193,7 @@ DiscQuarter MakeDiscQuarter(int width, int height) {
   // The ellipse's area, and no more than a place for each pixel of its sides: growing would copy all.
   const double sides = static_cast<double>(quarter.dx.size() + quarter.dy.size());
   const double area = static_cast<double>(quarter.dx.size()) * static_cast<double>(quarter.dy.size());
-  quarter.distance.reserve(static_cast<std::size_t>(area * 0.7854 + sides));
+  ReservePlaces(quarter.distance, static_cast<std::size_t>(area * 0.7854 + sides));
   for (const double dy : quarter.dy) {
     quarter.start.push_back(quarter.distance.size());
     if (EndRequested()) continue;

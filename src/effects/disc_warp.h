@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "image/packed_dib.h"
+#include "platform/heap.h"
 #include "platform/run_state.h"
 
 namespace glyphmotion {
@@ -50,6 +51,11 @@ bool ForPlaces(std::size_t places, Work work) {
     work(begin, std::min(begin + kPiece, places));
   }
   return true;
+}
+inline void ReservePlaces(std::vector<double>& table, std::size_t size) {
+  if (table.capacity() >= size) return;
+  table.reserve(size);
+  PreferLargePages(table.data(), table.capacity() * sizeof(double));
 }
 inline void GrowTo(std::vector<double>& table, std::size_t size) {
   if (table.size() < size) table.resize(size);

@@ -28,8 +28,8 @@ bool TurnTo(TwistTables::Entry& entry, int angleDegrees) {
   if (entry.turned && entry.angle == angleDegrees) return true;
   const double angle = Radians(angleDegrees);
   entry.angle = angleDegrees;
-  entry.cosine.reserve(entry.fall.size());
-  entry.sine.reserve(entry.fall.size());
+  ReservePlaces(entry.cosine, entry.fall.size());
+  ReservePlaces(entry.sine, entry.fall.size());
   return entry.turned = ForPlaces(entry.fall.size(), [&](std::size_t begin, std::size_t end) {
            GrowTo(entry.cosine, end);
            GrowTo(entry.sine, end);

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <new>
 
+#include "platform/heap.h"
 #include "platform/portable/paged_memory.h"
 #include "platform/run_state.h"
 
@@ -108,6 +109,7 @@ Memory TakeMemory(std::size_t bytes) {
     if (void* paged = AllocatePaged(bytes)) return {paged, true};
   }
   void* heap = std::calloc(bytes ? bytes : 1, 1);
+  if (heap) PreferLargePages(heap, bytes);
   if (heap) table.onHeap.fetch_add(bytes, std::memory_order_relaxed);
   return {heap, false};
 }
