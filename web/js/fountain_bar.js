@@ -107,7 +107,10 @@ export class FountainBar {
       element.classList.remove('leaving');
       this.dragged = -100;
     });
-    element.addEventListener('pointercancel', () => { this.dragged = -100; });
+    element.addEventListener('pointercancel', () => {
+      element.classList.remove('leaving');
+      this.dragged = -100;
+    });
     element.addEventListener('dblclick', (/** @type {MouseEvent} */ event) => {
       event.stopPropagation();
       /** @type {any} */ (this.colour.element.querySelector('input[type=color]')).click();
