@@ -4,7 +4,7 @@ import assert from 'node:assert/strict';
 import {existsSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {after, test} from 'node:test';
-import {closeBrowser, newFolder, openPage, settled, startProgram, state} from './fixture.mjs';
+import {becomes, closeBrowser, newFolder, openPage, settled, startProgram, state} from './fixture.mjs';
 
 after(closeBrowser);
 
@@ -57,6 +57,29 @@ test('Tabs have dialogs of their own, a reload keeps its own, and the last one e
   await two.context().close();
   const code = await Promise.race([server.ended, new Promise(resolve => setTimeout(() => resolve('it lives'), 25000))]);
   assert.equal(code, 0);
+});
+
+test('A file that was on its way when the line was cut is given up, and the next one comes', async () => {
+  const server = await startProgram(), page = await openPage(server.address);
+  await settled(page);
+  const download = page.locator('#download'), busy = () => download.getAttribute('aria-busy');
+  await page.route('**/api/events*', route => (route.request().postData().includes('export') ? route.fulfill({status: 204}) : route.fallback()));
+  await download.click();
+  await becomes(busy, 'true');
+  await page.evaluate(async () => {  // another listener takes the stream over
+    const {connection} = window.glyphmotion;
+    const other = await connection.call('/api/session', {method: 'POST', body: JSON.stringify({session: connection.session, listen: true})});
+    await other.body.cancel();
+  });
+  await page.locator('.toast', {hasText: 'was cut'}).waitFor();
+  assert.equal(await busy(), null);
+  await page.unroute('**/api/events*');
+  await page.locator('#banner').waitFor({state: 'hidden'});
+  const file = page.waitForEvent('download');
+  await download.click();
+  assert.match((await file).suggestedFilename(), /\.gif$/);
+  await page.context().close();
+  await server.stop();
 });
 
 test('A document given at the start is opened and saved where it is', async () => {

@@ -108,6 +108,7 @@ export class Header {
     const path = this.model.document.path && !copy;
     if (path) return this.model.post({op: 'save', tag: ''}, this.model.main);
     const {message, payload} = await this.model.request({op: 'save', copy});
+    if (message.error) return toast(sentence(message.error), 'error');
     download(message.name, new Blob([/** @type {any} */ (payload)], {type: message.mime}));
   }
 

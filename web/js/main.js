@@ -64,6 +64,7 @@ function changed(state, words) {
   document.body.classList.toggle('lost', state !== 'live');
   banner.textContent = words || (state === 'lost' ? 'The program does not answer. Your work is kept; this page goes on as soon as it is back.' : '');
   if (state === 'live') connection.flush();
+  else model.dropRequests();
 }
 
 /** Fetches what a page does without until it is usable. */

@@ -114,6 +114,14 @@ export class Model {
       this.post({...event, tag});
     });
   }
+
+  /** What was asked for before the line was cut does not come any more: its answer may be lost. */
+  dropRequests() {
+    const {queue} = this.connection, files = [...this.files.values()];
+    if (queue) this.connection.queue = queue.filter(event => !this.files.has(event.tag));
+    this.files.clear();
+    for (const answer of files) answer({error: 'the line to the program was cut before the file came; ask for it once more'}, new Uint8Array());
+  }
 }
 
 /**
