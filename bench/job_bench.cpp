@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
-// One frame and the whole job at the default options: 64 frames of "This space for rent...", 56 px bold, blurred
+// One frame and the whole job at the default options, and a GIF of each effect: 64 frames of "This space for rent...", 56 px bold, blurred
 // shadow, outline.
 #include <benchmark/benchmark.h>
 #include <glyphmotion/render.h>
 
+#include <string>
 #include <vector>
+
 
 namespace {
 
@@ -57,5 +59,23 @@ void FramesInTheirOwnPaletteDithered(benchmark::State& state) {
   RunJob(state, job);
 }
 BENCHMARK(FramesInTheirOwnPaletteDithered)->Unit(benchmark::kMillisecond);
+
+// What bench/web_speed.mjs compares with WebAssembly: one thread, the fonts of both.
+void WholeGif(benchmark::State& state, const std::string& effect) {
+  glyphmotion::Job job;
+  job.text = "This space for rent...";
+  job.effect = effect;
+  job.threads = 1;
+  for (auto _ : state) {
+    const glyphmotion::RenderedBytes gif = glyphmotion::RenderToMemory(job, "gif");
+    if (gif.result.status != glyphmotion::RenderStatus::Done) state.SkipWithError(gif.result.message.c_str());
+    state.counters["bytes"] = static_cast<double>(gif.bytes.size());
+  }
+}
+const bool registered = [] {
+  for (const std::string& effect : glyphmotion::EffectNames())
+    benchmark::RegisterBenchmark(("WholeGif/" + effect).c_str(), WholeGif, effect)->Unit(benchmark::kMillisecond);
+  return true;
+}();
 
 }  // namespace
