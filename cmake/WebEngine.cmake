@@ -9,7 +9,7 @@ set(effect_sources ${engine_sources})
 list(FILTER effect_sources INCLUDE REGEX "src/effects/")
 list(REMOVE_ITEM small_sources ${fast_sources} ${effect_sources})
 set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
-set_property(SOURCE ${effect_sources} APPEND PROPERTY COMPILE_OPTIONS -Os)
+set_property(SOURCE ${effect_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
 set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
 # A module has one thread. With bulk memory the compiler would have variables of a thread in memory that threads share.
 set_property(SOURCE src/platform/portable/thread_state.cpp src/platform/run_state.cpp src/platform/web/font_families.cpp
