@@ -67,18 +67,25 @@ async function serve(headers, {root = `${web}/page`, coding} = {}) {
   return {server, sent: () => sent, base: `http://127.0.0.1:${server.address().port}${kPlace}`, close: () => server.close() && server.closeAllConnections()};
 }
 
+const kVisits = Number(process.env.VISITS ?? 1);  // of each coding: more than one for a figure that chance moves less
 for (const [coding, most] of Object.entries({br: 1180000, gzip: 1480000})) {
-  test(`a first visit shows a picture after ${most} bytes of ${coding}`, {timeout: 120000}, async t => {
-    for (const file of readdirSync(`${web}/page/engine`)) compressed(coding, path.join(web, 'page/engine', file));
-    const {close, sent, base} = await serve({}, {coding});
-    t.after(close);
-    const page = await (await (await openBrowser()).newContext()).newPage();
-    await page.goto(base, {waitUntil: 'commit'});
-    const milliseconds = await (await page.waitForFunction(() => (document.querySelector('#stage .stale, #stage.stale, #stage[data-revision]') ? performance.now() : 0))).jsonValue();
-    const bytes = sent();
-    t.diagnostic(`the first picture after ${Math.round(milliseconds)} ms at 10 Mbit/s and ${bytes} bytes of ${coding}`);
-    assert.ok(bytes <= most, `${bytes} bytes`);
-    await page.context().close();
+  test(`a first visit shows a picture after ${most} bytes of ${coding}`, {timeout: 60000 + 30000 * kVisits}, async t => {
+    // A host keeps its files compressed.
+    for (const name of readdirSync(`${web}/page`, {recursive: true})) if (/\.(?!otf)\w+$/.test(name)) compressed(coding, path.join(web, 'page', name));
+    const all = [];
+    for (let visit = 0; visit < kVisits; ++visit) {
+      const {close, sent, base} = await serve({}, {coding});
+      const page = await (await (await openBrowser()).newContext()).newPage();
+      await page.goto('about:blank');  // a person's browser runs already
+      await page.goto(base, {waitUntil: 'commit'});
+      const milliseconds = await (await page.waitForFunction(() => (document.querySelector('#stage .stale, #stage.stale, #stage[data-revision]') ? performance.now() : 0))).jsonValue();
+      const bytes = sent();
+      all.push(Math.round(milliseconds));
+      assert.ok(bytes <= most, `${bytes} bytes`);
+      await page.context().close();
+      close();
+    }
+    t.diagnostic(`the first picture after ${all.sort((a, b) => a - b)[all.length >> 1]} ms (${all.join(', ')}) at 10 Mbit/s with ${coding}`);
   });
 }
 
