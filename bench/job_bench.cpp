@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// One frame and the whole job at the default options, and a GIF of each effect: 64 frames of "This space for rent...", 56 px bold, blurred
-// shadow, outline.
+// One frame and the whole job at the default options, and a GIF of each effect: 64 frames of "This space for rent...",
+// 56 px bold, blurred shadow, outline.
 #include <benchmark/benchmark.h>
 #include <glyphmotion/render.h>
 
 #include <string>
 #include <vector>
-
 
 namespace {
 
