@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 #include "fuzz/readers.h"
@@ -212,15 +213,16 @@ void ReplaceAll(std::string& text, const std::string& from, const std::string& t
     text.replace(at, from.size(), to);
 }
 
-// What the server answers to the bytes; of a stream, its first ones.
-std::string Exchange(int port, const std::string& bytes) {
+// What the server answers to the bytes; of a stream, its first ones. Nothing when no server listens any more.
+std::optional<std::string> Exchange(int port, const std::string& bytes) {
   const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  std::string answer;
+  std::optional<std::string> answer;
   if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+    answer.emplace();
     timeval most{10, 0};
     ::setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &most, sizeof most);
     ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -229,8 +231,8 @@ std::string Exchange(int port, const std::string& bytes) {
     for (int parts = 0; parts < 16; ++parts) {
       const ssize_t got = ::recv(connection, part, sizeof part, 0);
       if (got <= 0) break;
-      answer.append(part, static_cast<std::size_t>(got));
-      if (answer.find("octet-stream") != std::string::npos) break;
+      answer->append(part, static_cast<std::size_t>(got));
+      if (answer->find("octet-stream") != std::string::npos) break;
     }
   }
   ::close(connection);
@@ -271,28 +273,34 @@ void ReadPageEvents(std::string_view input) {
 void ReadRequests(std::string_view input) {
   static const Server server;
   static std::string session;
-  const auto [port, token] = server.Address();
-  const auto filled = [&, port = port, token = token](std::string text) {
-    ReplaceAll(text, "{TOKEN}", token);
-    ReplaceAll(text, "{PORT}", std::to_string(port));
-    ReplaceAll(text, "{SESSION}", session);
-    if (const std::size_t at = text.find("{LARGE}"); at != std::string::npos)
-      text.replace(at, 7, std::string((std::size_t{4} << 20) + 1, '1'));
-    return text;
+  // A server that ends with its last session takes no connection until the next one has its address.
+  const auto ask = [&](const std::string& bytes) {
+    for (;;) {
+      const auto [port, token] = server.Address();
+      std::string text = bytes;
+      ReplaceAll(text, "{TOKEN}", token);
+      ReplaceAll(text, "{PORT}", std::to_string(port));
+      ReplaceAll(text, "{SESSION}", session);
+      if (const std::size_t at = text.find("{LARGE}"); at != std::string::npos)
+        text.replace(at, 7, std::string((std::size_t{4} << 20) + 1, '1'));
+      if (auto answer = Exchange(port, text)) return *std::move(answer);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
   };
   const std::string bytes(input);
-  if (bytes.find("{SESSION}") == std::string::npos) return void(Exchange(port, filled(bytes)));
+  if (bytes.find("{SESSION}") == std::string::npos) return void(ask(bytes));
   constexpr std::string_view key = "\"session\":\"";
   for (int tries = 0; tries < 2; ++tries) {  // the session may have ended since
     if (session.empty()) {
-      const std::string answer = Exchange(
-          port, filled("POST /api/session HTTP/1.1\r\nHost: 127.0.0.1:{PORT}\r\nX-Glyphmotion-Token: {TOKEN}\r\n"
-                       "Content-Length: 2\r\n\r\n{}"));
+      const std::string answer =
+          ask("POST /api/session HTTP/1.1\r\nHost: 127.0.0.1:{PORT}\r\nX-Glyphmotion-Token: {TOKEN}\r\n"
+              "Content-Length: 2\r\n\r\n{}");
       const std::size_t at = answer.find(key);
       if (at != std::string::npos)
         session = answer.substr(at + key.size(), answer.find('"', at + key.size()) - at - key.size());
     }
-    if (Exchange(port, filled(bytes)).find(" 404 ") == std::string::npos) return;
+    const std::string answer = ask(bytes);
+    if (!answer.empty() && answer.find(" 404 ") == std::string::npos) return;
     session.clear();
   }
 }
