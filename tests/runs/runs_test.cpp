@@ -46,8 +46,8 @@ Frames FramesOf(const Job& job, const std::function<void()>& atTask = {}) {
   return frames;
 }
 
-/// Effect i in a small picture, on one to three threads. The fills draw on the random generator and on tables that a run
-/// builds once.
+/// Effect i in a small picture, on one to three threads. The fills draw on the random generator and on tables that a
+/// run builds once.
 Job JobOf(std::size_t i) {
   const std::vector<std::string> effects = EffectNames();
   Job job;
