@@ -145,9 +145,9 @@ std::string DocumentStore::UnsavedPath(const std::string& session) const {
   return folder_ + "unsaved/" + own_ + "-" + session + ".json";
 }
 
-void DocumentStore::KeepUnsaved(const std::string& session, const KeptDocument& document) {
+bool DocumentStore::KeepUnsaved(const std::string& session, const KeptDocument& document) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  AtomicWriteFile(UnsavedPath(session), JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace));
+  return AtomicWriteFile(UnsavedPath(session), JsonOf(document).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void DocumentStore::DropUnsaved(const std::string& session) {

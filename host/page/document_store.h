@@ -38,8 +38,9 @@ class DocumentStore {
   std::string OptionsOf(const std::string& document) const;
 
   void Remember(const KeptDocument& document);
-  /// Keeps a session's unsaved document until it is dropped; `session` is a word of letters and digits.
-  void KeepUnsaved(const std::string& session, const KeptDocument& document);
+  /// Keeps a session's unsaved document until it is dropped; `session` is a word of letters and digits. False when it
+  /// cannot be written.
+  bool KeepUnsaved(const std::string& session, const KeptDocument& document);
   void DropUnsaved(const std::string& session);
   /// A session begins: what an earlier one of its name left unsaved. While it goes on, that is not offered to others.
   std::optional<KeptDocument> TakeUp(const std::string& session);

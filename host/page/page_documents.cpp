@@ -86,9 +86,10 @@ void PageSession::Settle(Dialog& dialog) {
   ++revision_;
   mirror_.Flush();
   SendStill(dialog);
+  ReadFacts(dialog);
+  KeepUnsaved();  // what the page shows as the document outlives a kill
   SendDocument(dialog);
   RequestBuild();
-  KeepUnsaved();
 }
 
 void PageSession::SendStill(Dialog& dialog) {
@@ -100,12 +101,16 @@ void PageSession::SendStill(Dialog& dialog) {
   send_(std::move(message));
 }
 
-void PageSession::SendDocument(Dialog& dialog) {
+void PageSession::ReadFacts(const Dialog& dialog) {
   text_ = GetText(dialog, ControlId::Text);
   effect_ = GetText(dialog, ControlId::Effect);
   transparent_ = GetCheck(dialog, MainControl::Transparent);
   bold_ = GetCheck(dialog, ControlId::Bold);
   italic_ = GetCheck(dialog, ControlId::Italic);
+}
+
+void PageSession::SendDocument(Dialog& dialog) {
+  ReadFacts(dialog);
   Send({{"type", "document"},
         {"name", name_},
         {"path", path_},
@@ -244,7 +249,10 @@ void PageSession::Export(const Json& event) {
 
 void PageSession::KeepUnsaved() {
   if (IsSaved()) return store_.DropUnsaved(start_.key);
-  store_.KeepUnsaved(start_.key, Kept());
+  const bool kept = store_.KeepUnsaved(start_.key, Kept());
+  if (!kept && !std::exchange(saidUnkept_, true))
+    Notice("this document is not kept should the program end; save it, and free some disk space");
+  if (kept) saidUnkept_ = false;
 }
 
 void PageSession::Save(Dialog& dialog, const Json& event) {

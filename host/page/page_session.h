@@ -84,6 +84,7 @@ class PageSession {
   void BeginDocument(Dialog& dialog);
   void Settle(Dialog& dialog);
   void SendStill(Dialog& dialog);
+  void ReadFacts(const Dialog& dialog);
   void SendDocument(Dialog& dialog);
   void SendLists();
   void RequestBuild();
@@ -127,7 +128,7 @@ class PageSession {
   std::string name_, path_, text_, effect_;
   int revision_ = 0;
   std::chrono::steady_clock::time_point changed_{};  ///< when the last event came
-  bool touched_ = false, transparent_ = false, bold_ = false, italic_ = false;
+  bool touched_ = false, saidUnkept_ = false, transparent_ = false, bold_ = false, italic_ = false;
   bool greeted_ = false;      ///< the first message, hello, is out; what comes earlier is part of it
   bool isSeen_ = false;       ///< a page has had a snapshot
   std::vector<Json> unseen_;  ///< notices from before

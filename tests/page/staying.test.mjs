@@ -13,7 +13,7 @@ test('A killed program offers the unsaved document at its next start', async () 
   const first = await startProgram({home});
   const page = await openPage(first.address);
   await page.fill('#text', 'Not saved');
-  await settled(page);
+  await page.waitForFunction(() => window.glyphmotion.document.text === 'Not saved');
   first.child.kill('SIGKILL');
   await first.ended;
   await page.locator('#banner').waitFor();
