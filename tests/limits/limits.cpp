@@ -34,7 +34,8 @@ double Now() {
 
 struct Times {
   double silence = 0, end = 0;
-  std::string after;  // the stage of the longest silence
+  bool refused = false;  // memory does not hold the run
+  std::string after;     // the stage of the longest silence
 };
 
 Times Measure(const Job& job, double seconds, int fewest) {
@@ -70,6 +71,7 @@ Times Measure(const Job& job, double seconds, int fewest) {
     last = std::min(last, stopped.load());
     if (stopped - last > times.silence) times.silence = stopped - last, times.after = stage;
   }
+  times.refused = result.status == RenderStatus::Failed;
   if (result.status == RenderStatus::BadJob) std::printf("not a job: %s\n", result.message.c_str());
   return times;
 }
@@ -96,8 +98,14 @@ struct Wish {
 
 void TryJob(std::vector<Row>& rows, const Wish& wish, const Job& job, const std::string& option, double seconds,
             int fewest) {
-  if (option.find(wish.option) != std::string::npos)
-    rows.push_back({*job.effect, option, Measure(job, seconds, fewest)});
+  if (option.find(wish.option) == std::string::npos) return;
+  Row row{*job.effect, option, Measure(job, seconds, fewest)};
+  for (Job smaller = job; row.times.refused && smaller.text->size() > 16;) {
+    smaller.text->resize(smaller.text->size() / 2);
+    row.option = option + " with " + std::to_string(smaller.text->size()) + " letters";
+    row.times = Measure(smaller, seconds, fewest);
+  }
+  rows.push_back(std::move(row));
 }
 
 std::vector<Row> TryEffect(const std::string& effect, const Wish& wish) {
