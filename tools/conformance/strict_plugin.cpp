@@ -108,7 +108,7 @@ class Run {
     const bool chosen = Call(nullptr, HostOpChooseImageFile, 0, Address(path)) != 0;
     Hold("host-path", path[261] == 'x' && std::memchr(path, 0, 261) && (!chosen || path[0]));
     const std::uint8_t palette[768] = {};
-    HostColorPickRecord colour{sizeof colour, HostInterfaceVersion, palette, 24, 0, 0x123456, 0, 0};
+    HostColorPickRecord colour{sizeof colour, HostInterfaceVersion, {palette}, 24, 0, 0x123456, 0, 0};
     Call(nullptr, HostOpPickColor, 0, Address(&colour));
     Hold("host-colour", colour.color <= 0xFFFFFF);
     Call(nullptr, HostOpIsRegistered, 0, 0);
