@@ -31,6 +31,8 @@ class DialogMirror {
 
   int Level() const { return static_cast<int>(levels_.size()); }
   Dialog* Top() const { return levels_.empty() ? nullptr : levels_.back().dialog; }
+  /// The dialog below all others, whose document it is.
+  Dialog* Main() const { return levels_.empty() ? nullptr : levels_.front().dialog; }
   int TopTemplate() const { return levels_.empty() ? 0 : levels_.back().templateId; }
 
  private:

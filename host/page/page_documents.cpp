@@ -63,9 +63,9 @@ void PageSession::Snapshot() {
         {"rescued", store_.Rescued()}});
   Send({{"type", "options"}, {"options", options_.Facts()}});
   mirror_.Snapshot();
-  if (Dialog* top = mirror_.Level() == 1 ? mirror_.Top() : nullptr) {
-    SendStill(*top);
-    SendDocument(*top);
+  if (Dialog* main = mirror_.Main()) {
+    SendStill(*main);
+    SendDocument(*main);
   }
   if (isSeen_) {
     for (Json& notice : unseen_) Send(std::move(notice));

@@ -42,6 +42,14 @@ test('Tabs have dialogs of their own, a reload keeps its own, and the last one e
   assert.equal(await one.evaluate(() => window.words), 'One');
   assert.equal((await state(one)).text, 'One');
   assert.equal((await state(two)).text, 'Two');
+  const editor = one.locator('dialog.t9995');
+  await one.locator('.section.fill .material .swatch').first().click();
+  await editor.waitFor();
+  await one.reload();
+  await editor.waitFor();
+  await one.waitForFunction(() => window.glyphmotion.document.text === 'One');  // behind an editor, too
+  await one.keyboard.press('Escape');
+  await editor.waitFor({state: 'detached'});
   const copy = await one.context().newPage();
   await copy.addInitScript(key => sessionStorage.setItem('session', key), await one.evaluate(() => window.glyphmotion.hello.session));
   await copy.goto(server.address);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The words: a field that grows with its lines.
-import {echo} from './dom.js';
+import {echo, toast} from './dom.js';
 
 const kText = 52;
 
@@ -19,6 +19,10 @@ export class TextField {
     field.addEventListener('input', () => {
       this.grow();
       model.post({op: 'type', id: kText, text: toDialog(field.value)}, model.main);
+    });
+    field.addEventListener('paste', event => {
+      const room = field.maxLength - field.value.length + field.selectionEnd - field.selectionStart;
+      if (field.maxLength > 0 && (event.clipboardData?.getData('text').length ?? 0) > room) toast(`A text has ${field.maxLength} characters at most; the rest was left out`);
     });
     addEventListener('resize', () => this.grow());
   }
