@@ -69,6 +69,13 @@ std::string Number(Random& random, const char* key, long first, long last) {
   return std::string(",") + key + "=" + std::to_string(random.From(first, last));
 }
 
+// Draws of a list come in its order; those of operands in whatever order a compiler likes.
+std::string Joined(std::initializer_list<std::string> parts) {
+  std::string text;
+  for (const std::string& part : parts) text += part;
+  return text;
+}
+
 std::string Material(Random& random) {
   static constexpr std::array<const char*, 4> shapes = {"linear", "conical", "elliptical", "rectangular"};
   static constexpr std::array<const char*, 6> types = {"fractal2", "fractal3", "fractal4",
@@ -76,9 +83,9 @@ std::string Material(Random& random) {
   static const std::vector<std::string> fountains = FountainNames(), textures = TextureNames();
   switch (random.From(0, 8)) {
     case 0:
-      return "gradient:" + std::string(random.Of(shapes)) + "," + Colour(random) + "-" + Colour(random) +
-             Number(random, "rotation", -360, 360) + Number(random, "pad", 0, 45) + Number(random, "mid", 1, 99) +
-             Number(random, "cx", -50, 50) + Number(random, "cy", -50, 50);
+      return Joined({"gradient:", random.Of(shapes), ",", Colour(random), "-", Colour(random),
+                     Number(random, "rotation", -360, 360), Number(random, "pad", 0, 45), Number(random, "mid", 1, 99),
+                     Number(random, "cx", -50, 50), Number(random, "cy", -50, 50)});
     case 1:
       return "fountain:" + random.Of(fountains);
     case 2: {
@@ -87,13 +94,13 @@ std::string Material(Random& random) {
         text += "," + Colour(random);
         if (random.Once(2)) text += "@" + std::to_string(random.From(0, 255));
       }
-      return text + "," + Colour(random) + "," + random.Of(shapes) + (random.Once(2) ? ",loop=1" : "");
+      return Joined({text, ",", Colour(random), ",", random.Of(shapes), random.Once(2) ? ",loop=1" : ""});
     }
     case 3:
       return "texture:" + random.Of(textures);
     case 4:
-      return std::string("texture:") + random.Of(types) + Number(random, "seed1", 0, 99999) +
-             ",fore1=" + Colour(random) + Number(random, "craters", 0, 40) + Number(random, "bubbles", 0, 30);
+      return Joined({"texture:", random.Of(types), Number(random, "seed1", 0, 99999), ",fore1=", Colour(random),
+                     Number(random, "craters", 0, 40), Number(random, "bubbles", 0, 30)});
     case 5:
       return "tile:tlmplgm4.mtx#" + std::to_string(random.From(1, 12));
     default:
