@@ -117,19 +117,25 @@ GLYPHMOTION_CLONES int CountChanges(const std::uint8_t* symbols, std::size_t cou
 
 // Writes the wildcard into runs of free pixels that change colour at least `often` times, where the colours would cost
 // more: along the edges of letters that do not move, for example. `open` also has the pixels that must be wildcards.
+// Returns whether there is such a run.
 template <int often>
-void WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* open, std::size_t count,
+bool WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint8_t* open, std::size_t count,
                  std::uint8_t wildcard) {
   std::memcpy(out, symbols, count);
+  bool any = false;
   for (std::size_t i = 0; i < count;) {
     const void* start = std::memchr(open + i, 1, count - i);
     if (!start) break;
     i = static_cast<std::size_t>(static_cast<const std::uint8_t*>(start) - open);
     const void* after = std::memchr(open + i, 0, count - i);
     const std::size_t end = after ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(after) - open) : count;
-    if (CountChanges(symbols + i, end - i) >= often) std::fill(out + i, out + end, wildcard);
+    if (CountChanges(symbols + i, end - i) >= often) {
+      std::fill(out + i, out + end, wildcard);
+      any = true;
+    }
     i = end;
   }
+  return any;
 }
 
 }  // namespace
@@ -168,11 +174,15 @@ void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, 
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
   if (!plain && !choice) {
     written_.resize(pixels.size());
-    const auto write = strategy == Strategy::Varied  ? WriteVaried<1>
-                       : strategy == Strategy::Often ? WriteVaried<3>
-                                                     : WriteWildcards;
-    const std::span<const std::uint8_t> where = strategy == Strategy::Wildcards ? task.free : task.open;
-    write(written_.data(), pixels.data(), where.data(), pixels.size(), task.wildcard);
+    if (strategy == Strategy::Wildcards) {
+      WriteWildcards(written_.data(), pixels.data(), task.free.data(), pixels.size(), task.wildcard);
+    } else {
+      const auto write = strategy == Strategy::Varied ? WriteVaried<1> : WriteVaried<3>;
+      const bool any = write(written_.data(), pixels.data(), task.open.data(), pixels.size(), task.wildcard);
+      const bool asPlain = !any && task.reached.data() == task.symbols.data() && task.codeSize == task.plainSize;
+      // Plain was tried against the same best attempt, unless that is Varied.
+      if (asPlain && best.strategy != Strategy::Varied) return;
+    }
     pixels = written_;
   }
   const std::size_t growth = plain ? 0 : task.growth;

@@ -1,70 +1,50 @@
 // SPDX-License-Identifier: MIT
-// The dictionary is a trie of strings. Most nodes have one child, so that one is kept in an array of 16 KiB, which
-// stays in the nearest cache; a hash table has the others. Codes are collected unpacked, with their length in bits only
-// counted: all but one of the attempts at a frame are discarded, and the winner may still change its literals before it
-// is packed.
+// The dictionary is a trie of strings. Codes are collected unpacked, with their length in bits only counted: all but
+// one of the attempts at a frame are discarded, and the winner may still change its literals before it is packed.
 #include "host/encoders/lzw.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace glyphmotion {
 namespace {
 
 constexpr unsigned kCodes = 4096;
+constexpr unsigned kNoChild = 0;  // no string of several symbols has the code of a literal
 constexpr unsigned kNone = 0xFFFF;
 
+// A table of all nodes and symbols. A look-up is one load: a hash table of 128 KiB, with the first children apart in
+// 16 KiB, was slower, because the branch between them is hard to predict.
 class Dictionary {
  public:
-  // Forgets all strings; those of one symbol are the nodes below `literals`.
-  void Clear(unsigned literals) {
-    std::fill_n(first_.begin(), literals, kChildless);
-    if (count_ < kFew)
-      for (std::size_t i = 0; i < count_; ++i) others_[used_[i]] = 0;
-    else
-      others_.fill(0);
+  Dictionary() : children_(static_cast<std::uint16_t*>(std::calloc(std::size_t{kCodes} << 8, sizeof(std::uint16_t)))) {
+    if (!children_) throw std::bad_alloc();
+  }
+  // Forgets all strings; those of one symbol, below 2^bits, are the first nodes.
+  void Clear(unsigned bits) {
+    for (std::size_t i = 0; i < count_; ++i) children_[used_[i]] = kNoChild;
     count_ = 0;
+    bits_ = bits;
   }
-  // The child's code, or kNone.
-  unsigned Child(unsigned node, unsigned symbol) const {
-    const std::uint32_t first = first_[node];
-    if ((first >> 12 & 0x1FF) == symbol) return first & 0xFFF;
-    if (!(first & kHasOthers)) return kNone;
-    const std::uint32_t key = node << 8 | symbol;
-    for (unsigned i = Hash(node, symbol);; i = (i + 1) & kMask) {
-      if (!others_[i]) return kNone;
-      if (others_[i] >> 12 == key) return others_[i] & 0xFFF;
-    }
-  }
+  // The child's code, or kNoChild.
+  unsigned Child(unsigned node, unsigned symbol) const { return children_[node << bits_ | symbol]; }
   // Adds a child, or gives it another code.
   void Insert(unsigned node, unsigned symbol, unsigned code) {
-    first_[code] = kChildless;
-    std::uint32_t& first = first_[node];
-    const bool isFirst = first == kChildless || (first >> 12 & 0x1FF) == symbol;
-    if (isFirst) {
-      first = (first & kHasOthers) | symbol << 12 | code;
-      return;
-    }
-    first |= kHasOthers;
-    const std::uint32_t key = node << 8 | symbol;
-    unsigned i = Hash(node, symbol);
-    while (others_[i] && others_[i] >> 12 != key) i = (i + 1) & kMask;
-    others_[i] = key << 12 | code;
-    if (count_ < kFew) used_[count_++] = static_cast<std::uint16_t>(i);
+    const std::uint32_t at = node << bits_ | symbol;
+    if (children_[at] == kNoChild) used_[count_++] = at;
+    children_[at] = static_cast<std::uint16_t>(code);
   }
 
  private:
-  static constexpr unsigned kBits = 15, kMask = (1u << kBits) - 1;
-  static constexpr std::uint32_t kChildless = 0x100u << 12, kHasOthers = 1u << 31;
-  static constexpr std::size_t kFew = 2048;  // up to this many entries are cleared one by one
-  static unsigned Hash(unsigned node, unsigned symbol) {
-    return node << (kBits - 12) ^ (symbol * 0x9E3779B1u) >> (32 - kBits);
-  }
-  std::size_t count_ = kFew;                 // of `used_`
-  std::array<std::uint32_t, kCodes> first_;  // by node: symbol << 12 | code, and kHasOthers
-  std::array<std::uint16_t, kFew> used_;
-  // (node << 8 | symbol) << 12 | code, or 0: free. Large for its few entries, so that a look-up mostly ends at once.
-  std::array<std::uint32_t, 1u << kBits> others_;
+  struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+  };
+  unsigned bits_ = 8;
+  std::size_t count_ = 0;                            // of `used_`
+  std::array<std::uint32_t, kCodes> used_;           // entries of `children_` that have a child
+  std::unique_ptr<std::uint16_t[], Free> children_;  // by node << bits_ | symbol
 };
 
 // Writes to memory with room for eight bytes past the end.
@@ -177,7 +157,7 @@ class CodeStream {
   void Restart(std::size_t position) {
     Put(clear_);
     SetWidth(FirstWidth(clear_), position);
-    dictionary_->Clear(clear_);
+    dictionary_->Clear(FirstWidth(clear_) - 1);
     runs_->Clear();
     next_ = clear_ + 2;
   }
@@ -300,10 +280,10 @@ class Matcher {
       if (match.end < runEnd && (!kChoice || length >= kLong)) return match;
     }
     while (match.end < pixels_.size) {
-      unsigned child = kNone;
+      unsigned child = kNoChild;
       if (pixels_.Free(match.end)) child = dictionary_.Child(match.node, pixels_.wildcard);
-      if (child == kNone) child = dictionary_.Child(match.node, pixels_.symbols[match.end]);
-      if (child == kNone) break;
+      if (child == kNoChild) child = dictionary_.Child(match.node, pixels_.symbols[match.end]);
+      if (child == kNoChild) break;
       match.parent = match.node;
       match.node = child;
       ++match.end;
@@ -374,7 +354,7 @@ std::size_t CompressGreedily(const Pixels<false>& pixels, Dictionary& dictionary
     while (i < size) {
       symbol = symbols[i];
       const unsigned child = dictionary.Child(node, symbol);
-      if (child == kNone) break;
+      if (child == kNoChild) break;
       node = child;
       ++i;
     }
