@@ -100,7 +100,7 @@ std::string WithLineEnds(std::string text) {
 }
 
 void AppendItem(std::string& text, const NamedTexture& texture) {
-  const std::string name = texture.name.empty() ? LoadText(kTextNamelessTexture) : TextFromBytes(texture.name);
+  const std::string name = texture.name.empty() ? LoadText(kTextNamelessTexture) : ToUtf8(texture.name);
   text += ":BEGINITEM\nTextureName=" + name + "\n";
   for (const TextureField& field : TextureFields()) {
     const auto* place = reinterpret_cast<const std::uint8_t*>(&texture.parameters) + field.offset;
@@ -126,9 +126,9 @@ std::string TextOfLibrary(const TextureLibrary& library, const LibraryStamp& sta
   if (!primary) text += "Writeable=1\n";
   text += "UpdateTimeDate=" + stamp.timeText.substr(0, 24) + "\n";
   text += std::string("RegisteredUser=") + (stamp.registered ? "1" : "0") + "\n";
-  text += "MachineName=" + TextFromBytes(stamp.machineName) + "\n";
-  text += "MachineOrganization=" + TextFromBytes(stamp.machineOrganization) + "\n";
-  text += "RegistrationName=" + TextFromBytes(stamp.registrationName) + "\n;Items begin\n";
+  text += "MachineName=" + ToUtf8(stamp.machineName) + "\n";
+  text += "MachineOrganization=" + ToUtf8(stamp.machineOrganization) + "\n";
+  text += "RegistrationName=" + ToUtf8(stamp.registrationName) + "\n;Items begin\n";
   for (const NamedTexture& texture : library.textures) AppendItem(text, texture);
   return WithLineEnds(text + ";Items end -- beyond this point be dragons.\n");
 }

@@ -64,11 +64,8 @@ bool IsUtf8(std::string_view bytes) noexcept {
   return true;
 }
 
-std::string TextFromBytes(std::string_view bytes) {
-  if (IsUtf8(bytes)) {
-    if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    return std::string(bytes);
-  }
+std::string ToUtf8(std::string_view bytes) {
+  if (IsUtf8(bytes)) return std::string(bytes);
   std::string text;
   text.reserve(bytes.size() + bytes.size() / 4);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -76,6 +73,11 @@ std::string TextFromBytes(std::string_view bytes) {
     AppendCodePoint(text, byte >= 0x80 && byte < 0xA0 ? kHighBytes[byte - 0x80] : byte);
   }
   return text;
+}
+
+std::string TextFromBytes(std::string_view bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF") && IsUtf8(bytes)) bytes.remove_prefix(3);
+  return ToUtf8(bytes);
 }
 
 std::string_view CutText(std::string_view text, std::size_t limit) noexcept {

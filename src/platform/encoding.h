@@ -11,9 +11,11 @@ namespace glyphmotion {
 /// Whether all of it is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool IsUtf8(std::string_view bytes) noexcept;
 
-/// The bytes of a text file as UTF-8: as they are (without a byte order mark) when they are UTF-8, otherwise each byte
-/// is a Windows-1252 character. The five bytes that Windows-1252 leaves undefined become the control characters of the
-/// same number.
+/// A piece of text as UTF-8: as it is when it is UTF-8, otherwise each byte is a Windows-1252 character. The five bytes
+/// that Windows-1252 leaves undefined become the control characters of the same number.
+std::string ToUtf8(std::string_view bytes);
+
+/// The bytes of a text file as UTF-8, without a byte order mark.
 std::string TextFromBytes(std::string_view bytes);
 
 /// Converts UTF-8 to code points; bytes that are not UTF-8 are read as Windows-1252.

@@ -39,7 +39,7 @@ std::string LineOfControl(Dialog& dialog, int id) {
   std::string line;
   SendToControl(dialog, id, {kMessageSaveControl, 0, PointerArgument(&line)});
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
-  if (!IsUtf8(line)) line = TextFromBytes(line);
+  line = ToUtf8(line);
   BlankLineEnds(line);
   return line;
 }

@@ -78,7 +78,7 @@ void ForEachLine(std::string_view bytes, Take take) {
 
 /// A text reduced to one line. Bytes that are not UTF-8 would make the whole file be read as Windows-1252.
 std::string OneLine(const std::string& text) {
-  std::string line = IsUtf8(text) ? text : TextFromBytes(text);
+  std::string line = ToUtf8(text);
   line = CutCharacters(line, kLongestText);
   for (char& character : line) {
     if (IsControl(character)) character = ' ';
