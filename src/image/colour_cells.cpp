@@ -108,7 +108,7 @@ bool MatchedRows::Fit(int newWidth, int newHeight) noexcept {
 
 bool PrepareMatching(ColourMatcher::State& state) noexcept {
   if (state.table) return true;
-  state.block.Reset(AllocateBlock(std::size_t{kCubeCount} * kCubeColours));
+  state.block.Reset(AllocateUnsetBlock(std::size_t{kCubeCount} * kCubeColours));
   state.table = static_cast<std::uint8_t*>(LockBlock(state.block.Handle()));
   return state.table != nullptr;
 }
@@ -121,6 +121,8 @@ void FillCube(ColourMatcher::State& state, std::uint32_t cube) noexcept {
     FillFast(state, place, indices);
   } else if (state.count > 0) {
     FillNearest(state, place, indices);
+  } else {
+    std::memset(indices, 0, kCubeColours);
   }
   state.known[cube] = true;
 }

@@ -28,7 +28,7 @@ BlockHandle DuplicateBlock(BlockHandle block) noexcept {
   if (!size) return nullptr;
   const void* source = LockBlock(block);
   if (!source) return nullptr;
-  BlockHandle copy = AllocateBlock(size);
+  BlockHandle copy = AllocateUnsetBlock(size);
   if (copy) {
     void* target = LockBlock(copy);
     const bool copied = target && CopyUnlessEnding(target, source, size);

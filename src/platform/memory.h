@@ -2,10 +2,10 @@
 // Movable memory blocks, which hold every image and most records and cross the host boundary.
 //
 // A handle survives the block's growth; its bytes may be touched only while it is locked. Locks nest. Blocks are
-// zero-filled when made and where they grow. The null handle is "nothing": locking it gives null, freeing it does
-// nothing. Handles that are not live blocks (a host may pass anything) behave like null, though the system may reuse
-// the handle of a freed block. Any thread may use any block, and several may lock one at once; only a thread that is
-// its sole user may resize or free a block.
+// zero-filled when made, unless asked otherwise, and where they grow. The null handle is "nothing": locking it gives
+// null, freeing it does nothing. Handles that are not live blocks (a host may pass anything) behave like null, though
+// the system may reuse the handle of a freed block. Any thread may use any block, and several may lock one at once;
+// only a thread that is its sole user may resize or free a block.
 #pragma once
 
 #include <cstddef>
@@ -29,6 +29,10 @@ inline std::uint64_t WordOf(BlockHandle block) noexcept {
 
 /// A new zeroed block of `bytes` bytes (0 is a valid block), owned by the caller; null when out of memory.
 BlockHandle AllocateBlock(std::size_t bytes) noexcept;
+
+/// The same with indeterminate bytes, for a caller that writes each byte before it is read: clearing memory that was
+/// used before costs as much as filling it.
+BlockHandle AllocateUnsetBlock(std::size_t bytes) noexcept;
 
 /// Grows or shrinks an unlocked block, keeping its handle; new bytes are zero. False, and the block unchanged, when out
 /// of memory.

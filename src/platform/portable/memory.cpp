@@ -103,12 +103,12 @@ struct Memory {
   bool paged = false;
 };
 
-/// Zeroed; empty when out of memory.
-Memory TakeMemory(std::size_t bytes) {
+/// Empty when out of memory.
+Memory TakeMemory(std::size_t bytes, bool zeroed) {
   if (bytes >= kSmallestPaged && table.onHeap.load(std::memory_order_relaxed) + bytes > kHeapLimit) {
     if (void* paged = AllocatePaged(bytes)) return {paged, true};
   }
-  void* heap = std::calloc(bytes ? bytes : 1, 1);
+  void* heap = zeroed ? std::calloc(bytes ? bytes : 1, 1) : std::malloc(bytes ? bytes : 1);
   if (heap) PreferLargePages(heap, bytes);
   if (heap) table.onHeap.fetch_add(bytes, std::memory_order_relaxed);
   return {heap, false};
@@ -133,11 +133,9 @@ BlockCounters Count(Counts counts) noexcept {
   return counters;
 }
 
-}  // namespace
-
-BlockHandle AllocateBlock(std::size_t bytes) noexcept {
+BlockHandle MakeBlock(std::size_t bytes, bool zeroed) noexcept {
   if (!MayAllocate()) return nullptr;
-  const Memory memory = TakeMemory(bytes);
+  const Memory memory = TakeMemory(bytes, zeroed);
   if (!memory.bytes) return nullptr;
   const std::uint64_t run = CurrentRun().Number();
   const std::lock_guard lock(table.mutex);
@@ -156,11 +154,17 @@ BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   return HandleOf(number, slot.generation);
 }
 
+}  // namespace
+
+BlockHandle AllocateBlock(std::size_t bytes) noexcept { return MakeBlock(bytes, true); }
+
+BlockHandle AllocateUnsetBlock(std::size_t bytes) noexcept { return MakeBlock(bytes, false); }
+
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
   Slot* slot = SlotOf(block);
   if (!slot || slot->locks.load(std::memory_order_relaxed) || !MayAllocate()) return false;
   if (slot->paged) {
-    const Memory memory = TakeMemory(bytes);
+    const Memory memory = TakeMemory(bytes, true);
     if (!memory.bytes) return false;
     std::memcpy(memory.bytes, slot->bytes, std::min(bytes, slot->size));
     GiveBack({slot->bytes, true}, slot->size);

@@ -80,12 +80,10 @@ BlockCounters Count(Counts counts) noexcept {
   return counters;
 }
 
-}  // namespace
-
-BlockHandle AllocateBlock(std::size_t bytes) noexcept {
+BlockHandle MakeBlock(std::size_t bytes, UINT flags) noexcept {
   if (!MayAllocate()) return nullptr;
   // For zero bytes the system would create a discarded block, which cannot be locked.
-  const BlockHandle block = GlobalAlloc(GHND, bytes ? bytes : 1);
+  const BlockHandle block = GlobalAlloc(flags, bytes ? bytes : 1);
   if (!block) return nullptr;
   try {
     const TableLock lock;
@@ -96,6 +94,12 @@ BlockHandle AllocateBlock(std::size_t bytes) noexcept {
   }
   return block;
 }
+
+}  // namespace
+
+BlockHandle AllocateBlock(std::size_t bytes) noexcept { return MakeBlock(bytes, GHND); }
+
+BlockHandle AllocateUnsetBlock(std::size_t bytes) noexcept { return MakeBlock(bytes, GMEM_MOVEABLE); }
 
 bool ResizeBlock(BlockHandle block, std::size_t bytes) noexcept {
   const TableLock lock;
