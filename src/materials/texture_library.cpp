@@ -73,7 +73,7 @@ float FloatOf(std::string_view text) {
 
 void SetField(NamedTexture& texture, std::string_view key, const std::string& value) {
   if (EqualsIgnoringCase(key, "TextureName")) {
-    texture.name = CutText(value, kLongestName);
+    texture.name = StripEnd(CutText(value, kLongestName));
     return;
   }
   for (const TextureField& field : TextureFields()) {
