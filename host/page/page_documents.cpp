@@ -85,11 +85,11 @@ void PageSession::Settle(Dialog& dialog) {
   if (tag_ != "history") history_.Record(document_ + settledOptions_, tag_);
   ++revision_;
   mirror_.Flush();
-  SendStill(dialog);
   ReadFacts(dialog);
   KeepUnsaved();  // what the page shows as the document outlives a kill
   SendDocument(dialog);
   RequestBuild();
+  SendStill(dialog);  // of a long text it takes a second or two
 }
 
 void PageSession::SendStill(Dialog& dialog) {

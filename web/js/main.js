@@ -40,7 +40,10 @@ const kHandlers = {
     if (!fetched) requestAnimationFrame(() => setTimeout(complete));
   },
   build(message, payload) { stage.built(message, payload); },
-  document(message) { model.document = message; },
+  document(message) {
+    model.document = message;
+    stage.expect(message.revision);
+  },
   ask() { complete(); },
   file(message, payload) {
     const waiting = model.files.get(message.for);

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
 // Plays the frames of a run on a canvas.
 
+const kWidest = 32767;  // pixels that every browser has a canvas for; a wider picture shows its beginning
+
+/** @param {HTMLCanvasElement} canvas @param {number} width @param {number} height */
+function setSize(canvas, width, height) {
+  const columns = Math.min(width, kWidest);
+  if (canvas.width !== columns) canvas.width = columns;
+  if (canvas.height !== height) canvas.height = height;
+}
+
 /**
  * @param {CanvasRenderingContext2D} context
  * @param {{width: number, height: number}} message
  * @param {Uint8Array} payload
  */
 export function putPicture(context, message, payload) {
-  const {canvas} = context;
-  if (canvas.width !== message.width) canvas.width = message.width;
-  if (canvas.height !== message.height) canvas.height = message.height;
+  setSize(context.canvas, message.width, message.height);
   if (!message.width || !message.height) return;
   const pixels = new Uint8ClampedArray(/** @type {ArrayBuffer} */ (payload.buffer), payload.byteOffset, payload.byteLength);
   context.putImageData(new ImageData(pixels, message.width, message.height), 0, 0);
@@ -57,11 +64,7 @@ export class Animation {
 
   /** @param {CanvasRenderingContext2D} context @param {number} frame */
   paint(context, frame) {
-    const {canvas} = context;
-    if (canvas.width !== this.width || canvas.height !== this.height) {
-      canvas.width = this.width;
-      canvas.height = this.height;
-    }
+    setSize(context.canvas, this.width, this.height);
     context.putImageData(this.picture(frame), 0, 0);
   }
 

@@ -3,6 +3,9 @@
 import {clamp, icon, make, sentence, sizeText} from './dom.js';
 import {Animation, Player, putPicture} from './player.js';
 
+const kLeastFit = 0.2;  // a longer line scrolls in its view, so that it can be read
+const kLate = 200;  // milliseconds until a picture is overdue
+
 const kBackgrounds = [['check', 'Checks'], ['light', 'White'], ['dark', 'Black'], ['page', 'Page']];
 
 export class Stage {
@@ -12,6 +15,7 @@ export class Stage {
     this.canvas = make('canvas', {class: 'picture', role: 'img', 'aria-label': 'The animation'});
     this.player = new Player(this.canvas, frame => this.showFrame(frame));
     this.revision = -1;
+    this.stillOf = -1;
     this.zoom = 0;  // percent; 0: what fits
     this.calm = matchMedia('(prefers-reduced-motion: reduce)').matches;
     this.wantsToPlay = !this.calm;
@@ -19,6 +23,8 @@ export class Stage {
     this.view = make('div', {class: 'view'}, this.canvas, this.empty);
     this.trouble = make('p', {class: 'trouble', role: 'alert', hidden: true});
     this.busy = make('div', {class: 'busy', hidden: true});
+    this.running = false;  // a build
+    this.late = 0;  // the timer of a still that is due
     this.build();
     new ResizeObserver(() => this.fit()).observe(this.view);
     const above = make('div', {class: 'above'});
@@ -84,7 +90,7 @@ export class Stage {
     if (!natural || room < 40) return;
     const stuck = this.place.classList.contains('stuck');
     const most = Math.min(room / natural, (stuck ? innerHeight * 0.24 - 16 : 340) / Math.max(this.canvas.height, 1));
-    const factor = this.zoom ? this.zoom / 100 : most >= 2 ? Math.min(Math.floor(most), 2) : Math.min(most, 1);
+    const factor = this.zoom ? this.zoom / 100 : most >= 2 ? Math.min(Math.floor(most), 2) : clamp(most, kLeastFit, 1);
     this.canvas.style.width = `${Math.round(natural * factor)}px`;
     this.canvas.classList.toggle('fine', factor < 1);
     this.zoomText.textContent = `${Math.round(factor * 100)} %`;
@@ -97,8 +103,27 @@ export class Stage {
     this.counter.textContent = count ? `${frame + 1} / ${count}` : '';
   }
 
+  showWork() {
+    const works = this.running || this.late < 0;
+    this.busy.hidden = !works;
+    this.view.setAttribute('aria-busy', `${works}`);
+  }
+
+  /** A picture of this revision follows; what takes long says so. @param {number} revision */
+  expect(revision) {
+    if (revision === this.revision || revision === this.stillOf || this.late) return;
+    this.late = window.setTimeout(() => {
+      this.late = -1;
+      this.showWork();
+    }, kLate);
+  }
+
   /** The sample, at once. @param {any} message @param {Uint8Array} payload */
   still(message, payload) {
+    clearTimeout(this.late);
+    this.late = 0;
+    this.stillOf = message.revision;
+    this.showWork();
     this.empty.hidden = message.width > 0;
     this.canvas.hidden = message.width === 0;
     this.trouble.hidden = true;
@@ -115,13 +140,15 @@ export class Stage {
   clear() {
     this.player.animation = null;
     this.revision = -1;
-    this.busy.hidden = true;
+    this.running = false;
+    this.showWork();
     this.facts.replaceChildren();
   }
 
   /** @param {any} message  of type build @param {Uint8Array} payload */
   built(message, payload) {
-    this.busy.hidden = message.state !== 'running';
+    this.running = message.state === 'running';
+    this.showWork();
     if (message.state === 'failed') {
       this.trouble.textContent = sentence(message.message);
       this.trouble.hidden = false;
