@@ -418,6 +418,11 @@ test('A font, lines and a picture are dropped on the page', async () => {
   await becomes(async () => (await state(page)).font, '');
   await drop('mine.exe', '', [77, 90, 0, 3]);
   await page.locator('.toast', {hasText: 'mine.exe is not a document'}).waitFor();
+  await drop('none.gm4', '', [10]);
+  await page.locator('.toast', {hasText: 'none.gm4 is empty'}).waitFor();
+  await drop('long.txt', 'text/plain', Array(5000).fill(97));
+  await page.locator('.toast', {hasText: 'A text has 4096 characters at most'}).waitFor();
+  await page.fill('#text', 'AAA');
   await drop('mine.ttf', 'font/ttf', [1, 2, 3]);
   await page.locator('.toast', {hasText: "'mine.ttf' is not a font"}).waitFor();
   await drop('broken.png', 'image/png', [137, 80, 78, 71]);

@@ -65,7 +65,7 @@ export class Connection {
   constructor(receive, changed) {
     this.receive = receive;
     this.changed = changed;
-    this.token = location.hash.slice(1) || sessionStorage.getItem('token') || '';
+    this.token = /^#([0-9a-f]{32})$/.exec(location.hash)?.[1] ?? sessionStorage.getItem('token') ?? '';
     sessionStorage.setItem('token', this.token);
     this.session = sessionStorage.getItem('session') || '';
     /** @type {Json[]} */

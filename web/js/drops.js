@@ -2,6 +2,7 @@
 // What is dropped on the page: a document, a picture for a tile, a font, or text.
 import {byId, toast} from './dom.js';
 import {isFontName} from './font_file.js';
+import {tooLong} from './text_field.js';
 
 const kText = 52, kTile = 3, kTileDialog = 9981, kAddTile = 103;
 const kNoText = /[\0-\x08\x0e-\x1f\ufffd]/;
@@ -37,10 +38,10 @@ export class Drops {
     if (isFontName(file.name)) return this.font.take(file);
     if (file.size > 8e6) return toast(`${file.name} is too large for a document`, 'error');
     const words = await file.text();
+    if (!words.trim()) return toast(`${file.name} is empty`, 'error');
     if (/\.gm4$/i.test(file.name) || words.startsWith(';This is a document')) {
       return this.model.post({op: 'open', name: file.name, document: words}, this.model.main);
     }
-    if (!words.trim()) return toast(`${file.name} is empty`, 'error');
     if (kNoText.test(words)) return toast(`${file.name} is not a document, a picture, a font or text`, 'error');
     this.text(words);
   }
@@ -48,7 +49,9 @@ export class Drops {
   /** @param {string} words */
   text(words) {
     const text = words.trim().split(/\r?\n/).filter(line => line.trim()).join('\u2028');
-    if (text) this.model.post({op: 'type', id: kText, text: text.slice(0, this.model.main.get(kText).limit || text.length)}, this.model.main);
+    const {limit} = this.model.main.get(kText);
+    if (limit && text.length > limit) toast(tooLong(limit));
+    if (text) this.model.post({op: 'type', id: kText, text: text.slice(0, limit || text.length)}, this.model.main);
   }
 
   /** Into the tile editor of the fill, which asks what group it goes to. @param {File} file */

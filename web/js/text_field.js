@@ -7,6 +7,9 @@ const kText = 52;
 // A line that has only been begun is not part of the picture yet.
 const toDialog = (/** @type {string} */ text) => text.replace(/\s*\n\s*$/, '').replace(/\r?\n/g, '\u2028');
 
+/** @param {number} limit */
+export const tooLong = limit => `A text has ${limit} characters at most; the rest was left out`;
+
 export class TextField {
   /** @param {import('./model.js').Model} model @param {HTMLTextAreaElement} field */
   constructor(model, field) {
@@ -22,7 +25,7 @@ export class TextField {
     });
     field.addEventListener('paste', event => {
       const room = field.maxLength - field.value.length + field.selectionEnd - field.selectionStart;
-      if (field.maxLength > 0 && (event.clipboardData?.getData('text').length ?? 0) > room) toast(`A text has ${field.maxLength} characters at most; the rest was left out`);
+      if (field.maxLength > 0 && (event.clipboardData?.getData('text').length ?? 0) > room) toast(tooLong(field.maxLength));
     });
     addEventListener('resize', () => this.grow());
   }
