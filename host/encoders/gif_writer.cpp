@@ -116,7 +116,7 @@ struct GifWriter::State {
   std::vector<std::uint8_t> twins;  // indices that differ from their ids
   std::array<std::uint8_t, 768> lastPalette{};
   int lastTransparent = -1;
-  bool idsStand = false;
+  bool idsValid = false;
   GifPalette common;
   bool seeThrough = false;  // some pixel is transparent
   std::string comment;
@@ -171,12 +171,12 @@ void GifWriter::SetLoops(int loops) { state_->loops = std::clamp(loops, 0, 65535
 
 // Builds the table from palette index to id. In the first palette ids equal indices.
 const std::array<Id, 256>& GifWriter::State::IdsOf(const GifFrame& frame) {
-  const bool same = idsStand && frame.transparentIndex == lastTransparent &&
+  const bool same = idsValid && frame.transparentIndex == lastTransparent &&
                     std::equal(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
   if (same) return idOfIndex;
   std::copy(frame.palette.begin(), frame.palette.end(), lastPalette.begin());
   lastTransparent = frame.transparentIndex;
-  idsStand = true;
+  idsValid = true;
   const bool first = ids.colours.empty();
   for (std::size_t i = 0; i < 256; ++i) {
     const std::uint32_t colour = ColourIds::ColourAt(frame.palette, i);
@@ -198,7 +198,7 @@ void GifWriter::State::StartAfresh(const GifFrame& next) {
       before.begin(), before.end(), [](Id id) { return id != kClear; }, kUnknown);
   shown = before;
   ids = {};
-  idsStand = false;
+  idsValid = false;
   common.slotOfId.clear();
 }
 

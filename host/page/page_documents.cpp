@@ -251,7 +251,7 @@ void PageSession::KeepUnsaved() {
   if (IsSaved()) return store_.DropUnsaved(start_.key);
   const bool kept = store_.KeepUnsaved(start_.key, Kept());
   if (!kept && !std::exchange(saidUnkept_, true))
-    Notice("this document is not kept should the program end; save it, and free some disk space");
+    Notice("this document will be lost if the program ends; save it, and free some disk space");
   if (kept) saidUnkept_ = false;
 }
 

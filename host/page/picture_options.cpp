@@ -59,7 +59,7 @@ Json WordList(const Offer& offer) {
   return words;
 }
 
-// What a file without frames of its own time cannot say.
+// Whether the format can express it.
 bool IsTakenBy(const Offer& offer, std::string_view extension) {
   if (offer.gifOnly) return extension == ".gif";
   return std::string_view(offer.name) != "loop" || extension == ".gif" || extension == ".png" || extension == ".webp";

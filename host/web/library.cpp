@@ -3,6 +3,7 @@
 #include <emscripten/emscripten.h>
 
 #include "glyphmotion/glyphmotion.h"
+#include "glyphmotion/render.h"
 #include "host/options/library_options.h"
 #include "host/options/option_table.h"
 
@@ -10,12 +11,13 @@
 /// "value", with tabs between. It stays.
 extern "C" EMSCRIPTEN_KEEPALIVE const char* GlyphmotionOptionTable() {
   static const std::string table = [] {
-    std::string lines;
+    std::string lines, effects;
+    for (const std::string& effect : glyphmotion::EffectNames()) effects += (effects.empty() ? "" : ",") + effect;
     for (const std::string& name : glyphmotion::LibraryOptionNames()) {
       const glyphmotion::OptionRow* row = glyphmotion::FindOption(name);
       if (!row || name == "text") continue;
       lines += name + '\t' + row->help + '\t' + std::to_string(row->minimum) + '\t' + std::to_string(row->maximum) +
-               '\t' + row->words + '\t' +
+               '\t' + (name == "effect" ? effects : row->words) + '\t' +
                (!row->form     ? "flag"
                 : row->repeats ? "repeats"
                                : "value") +

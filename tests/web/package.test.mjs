@@ -53,6 +53,8 @@ const kSets = [
 
 test('every effect gives the native program\'s bytes with each set of options', async () => {
   assert.ok(effects.length > 1);
+  const [, named] = /'effect'\?: (.*);/.exec(readFileSync(path.join(root, 'build/web/npm/index.d.ts'), 'utf8'));
+  assert.deepEqual(named.split(' | '), effects.map((effect) => `'${effect}'`));
   const other = [];
   for (const effect of effects) {
     for (const set of kSets) {
