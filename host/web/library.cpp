@@ -5,6 +5,7 @@
 #include "glyphmotion/glyphmotion.h"
 #include "glyphmotion/render.h"
 #include "host/options/library_options.h"
+#include "host/options/names.h"
 #include "host/options/option_table.h"
 
 /// A line for each option of a job but the text: name, help, least and greatest number, words, "flag", "repeats" or
@@ -12,7 +13,8 @@
 extern "C" EMSCRIPTEN_KEEPALIVE const char* GlyphmotionOptionTable() {
   static const std::string table = [] {
     std::string lines, effects;
-    for (const std::string& effect : glyphmotion::EffectNames()) effects += (effects.empty() ? "" : ",") + effect;
+    for (const std::string& effect : glyphmotion::EffectNames())
+      effects += (effects.empty() ? "" : ",") + glyphmotion::OptionForm(effect);
     for (const std::string& name : glyphmotion::LibraryOptionNames()) {
       const glyphmotion::OptionRow* row = glyphmotion::FindOption(name);
       if (!row || name == "text") continue;
