@@ -36,15 +36,43 @@ void BlendBytes(std::uint8_t* under, int blue, int green, int red, int a) {
   under[2] = BlendChannel(under[2], red, a);
 }
 
-// Blends `count` 24-bit pixels with the weights of a mask's row.
+// Calls work(x, weight) for each weight of a mask's row that is not zero. Most are, so groups of eight are skipped.
+template <typename Work>
+void ForEachWeight(const std::uint8_t* mask, int count, Work work) {
+  constexpr int kGroup = 8;
+  for (int x = 0; x < count;) {
+    const int end = std::min(x + kGroup, count);
+    std::uint64_t weights = 1;
+    if (end == x + kGroup) std::memcpy(&weights, mask + x, kGroup);
+    if (weights == 0) x = end;
+    for (; x < end; ++x) {
+      if (mask[x]) work(x, mask[x]);
+    }
+  }
+}
+
+// Blends `count` 24-bit pixels with the weights of a mask's row, most of which are none or all of the weight.
 void BlendRow(std::uint8_t* under, const std::uint8_t* over, const std::uint8_t* mask, int count) {
-  for (int x = 0; x < count; ++x, under += 3, over += 3) {
-    const int a = mask[x];
-    if (a == 0) continue;
-    if (a == 255) {
-      std::memcpy(under, over, 3);
-    } else {
-      BlendBytes(under, over[0], over[1], over[2], a);
+  constexpr int kGroup = 8;
+  for (int x = 0; x < count;) {
+    const int end = std::min(x + kGroup, count);
+    if (end == x + kGroup) {
+      std::uint64_t weights;
+      std::memcpy(&weights, mask + x, kGroup);
+      if (weights == ~std::uint64_t{0}) std::memcpy(under + 3 * x, over + 3 * x, 3 * kGroup);
+      if (weights == 0 || weights == ~std::uint64_t{0}) {
+        x = end;
+        continue;
+      }
+    }
+    for (; x < end; ++x) {
+      const int a = mask[x];
+      if (a == 0) continue;
+      if (a == 255) {
+        std::memcpy(under + 3 * x, over + 3 * x, 3);
+      } else {
+        BlendBytes(under + 3 * x, over[3 * x], over[3 * x + 1], over[3 * x + 2], a);
+      }
     }
   }
 }
@@ -377,9 +405,7 @@ bool FrameComposer::PaintOutline(const TextMeasure& measure, const FrameGeometry
     if (EndRequested()) return false;
     const std::uint8_t* row = levels.Row(y) + 1;  // the mask's column x + 1 belongs to the frame's column x
     std::uint8_t* pixel = frame.Row(y);
-    for (int x = 0; x < right; ++x, pixel += 3) {
-      if (row[x]) BlendBytes(pixel, blue, green, red, row[x]);
-    }
+    ForEachWeight(row, right, [&](int x, int a) { BlendBytes(pixel + 3 * x, blue, green, red, a); });
     if (alpha && right > 0) RaiseAlphaRow(alpha->Row(y), row, right);
   }
   return !afterOutline || afterOutline({frame, alpha, levels, geometry});
