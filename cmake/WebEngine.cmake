@@ -3,7 +3,7 @@
 set_property(SOURCE ${engine_sources} APPEND PROPERTY COMPILE_OPTIONS -fno-rtti)
 set(small_sources ${engine_sources})
 set(fast_sources ${engine_sources})
-list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text)/|encoders/(lzw|gif_frame|gif_held_frame|gif_writer)\\.cpp")
+list(FILTER fast_sources INCLUDE REGEX "src/(image|materials|text)/|encoders/(lzw|gif_frame|gif_held_frame|gif_lossy|gif_writer)\\.cpp|web/(fast_vectors|memcmp)\\.cpp")
 list(FILTER fast_sources EXCLUDE REGEX "materials/(.*_text|text_parts|shipped|.*library.*|material_cache)\\.cpp")
 set(effect_sources ${engine_sources})
 list(FILTER effect_sources INCLUDE REGEX "src/effects/")
@@ -11,6 +11,8 @@ list(REMOVE_ITEM small_sources ${fast_sources} ${effect_sources})
 set_property(SOURCE ${fast_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
 set_property(SOURCE ${effect_sources} APPEND PROPERTY COMPILE_OPTIONS -O2)
 set_property(SOURCE ${small_sources} APPEND PROPERTY COMPILE_OPTIONS -Oz)
+set_property(SOURCE ${engine_sources} APPEND PROPERTY COMPILE_OPTIONS
+  -include ${CMAKE_CURRENT_SOURCE_DIR}/src/platform/web/fast_vectors.h)
 # A module has one thread. With bulk memory the compiler would have variables of a thread in memory that threads share.
 set_property(SOURCE src/platform/portable/thread_state.cpp src/platform/run_state.cpp src/platform/web/font_families.cpp
   APPEND PROPERTY COMPILE_OPTIONS -mno-bulk-memory)
