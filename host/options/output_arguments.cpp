@@ -118,6 +118,8 @@ void ReadFormat(Reading& reading) {
     Refuse("-o - needs a format; add --format gif, png, webp, avif, webm, y4m or rgba");
   } else if (!arguments.output.empty()) {
     arguments.extension = Lowered(std::filesystem::path(arguments.output).extension().string());
+    if (arguments.extension == ".gm4")
+      Refuse("'" + arguments.output + "' is a document, not a picture; write --save-document in place of -o");
     if (!FindFormat(arguments.extension))
       Refuse("'" + arguments.output +
              "' has an unknown file type; use a name that ends in .gif, .png, .apng, .webp, .avif, .webm, .y4m or "

@@ -291,6 +291,7 @@ TEST(Program, MessagesAndExitCodesNameTheCause) {
       {"Hi --fill texture:fractal2 --fail-allocation 34 -e breaker " + out, 1, "error"},
       {"swatch '#fff' -o " + folder / "no/a.png", 1, "no/a.png' cannot be written"},
       {"swatch '#fff' -o " + folder / "a.gif", 2, "unknown file type for a swatch"},
+      {"Hi -o " + folder / "a.gm4", 2, "write --save-document in place of -o"},
       {"swatch", 2, "swatch needs a material; write swatch MATERIAL"},
       {"swatch tomato", 2, "swatch needs an output; write swatch MATERIAL"},
       {"swatch tomato " + out + "--width 0", 2, "--width 0 is not allowed: it takes a whole number from 1 to 8192"},
