@@ -36,7 +36,8 @@ void BlendBytes(std::uint8_t* under, int blue, int green, int red, int a) {
   under[2] = BlendChannel(under[2], red, a);
 }
 
-// Calls work(x, weight) for each weight of a mask's row that is not zero. Most are, so groups of eight are skipped.
+// Calls work(x, pixels, weight) for the weights of a mask's row that are not zero, in order. Most are none or all of
+// the weight: groups of eight zeros are skipped, and eight full weights come in one call.
 template <typename Work>
 void ForEachWeight(const std::uint8_t* mask, int count, Work work) {
   constexpr int kGroup = 8;
@@ -44,37 +45,29 @@ void ForEachWeight(const std::uint8_t* mask, int count, Work work) {
     const int end = std::min(x + kGroup, count);
     std::uint64_t weights = 1;
     if (end == x + kGroup) std::memcpy(&weights, mask + x, kGroup);
-    if (weights == 0) x = end;
+    if (weights == 0) {
+      x = end;
+    } else if (weights == ~std::uint64_t{0}) {
+      work(x, kGroup, 255);
+      x = end;
+    }
     for (; x < end; ++x) {
-      if (mask[x]) work(x, mask[x]);
+      if (mask[x]) work(x, 1, mask[x]);
     }
   }
 }
 
-// Blends `count` 24-bit pixels with the weights of a mask's row, most of which are none or all of the weight.
+// Blends `count` 24-bit pixels with the weights of a mask's row.
 void BlendRow(std::uint8_t* under, const std::uint8_t* over, const std::uint8_t* mask, int count) {
-  constexpr int kGroup = 8;
-  for (int x = 0; x < count;) {
-    const int end = std::min(x + kGroup, count);
-    if (end == x + kGroup) {
-      std::uint64_t weights;
-      std::memcpy(&weights, mask + x, kGroup);
-      if (weights == ~std::uint64_t{0}) std::memcpy(under + 3 * x, over + 3 * x, 3 * kGroup);
-      if (weights == 0 || weights == ~std::uint64_t{0}) {
-        x = end;
-        continue;
-      }
+  ForEachWeight(mask, count, [&](int x, int pixels, int a) {
+    std::uint8_t* to = under + 3 * x;
+    const std::uint8_t* from = over + 3 * x;
+    if (a == 255) {
+      std::memcpy(to, from, 3 * static_cast<std::size_t>(pixels));
+    } else {
+      BlendBytes(to, from[0], from[1], from[2], a);
     }
-    for (; x < end; ++x) {
-      const int a = mask[x];
-      if (a == 0) continue;
-      if (a == 255) {
-        std::memcpy(under + 3 * x, over + 3 * x, 3);
-      } else {
-        BlendBytes(under + 3 * x, over[3 * x], over[3 * x + 1], over[3 * x + 2], a);
-      }
-    }
-  }
+  });
 }
 
 // The same where a part of the mask, `painted`, has colours of its own, which come times that part.
@@ -405,7 +398,9 @@ bool FrameComposer::PaintOutline(const TextMeasure& measure, const FrameGeometry
     if (EndRequested()) return false;
     const std::uint8_t* row = levels.Row(y) + 1;  // the mask's column x + 1 belongs to the frame's column x
     std::uint8_t* pixel = frame.Row(y);
-    ForEachWeight(row, right, [&](int x, int a) { BlendBytes(pixel + 3 * x, blue, green, red, a); });
+    ForEachWeight(row, right, [&](int x, int pixels, int a) {
+      for (int i = x; i < x + pixels; ++i) BlendBytes(pixel + 3 * i, blue, green, red, a);
+    });
     if (alpha && right > 0) RaiseAlphaRow(alpha->Row(y), row, right);
   }
   return !afterOutline || afterOutline({frame, alpha, levels, geometry});
