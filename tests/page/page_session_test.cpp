@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
@@ -42,12 +43,20 @@ class Talk {
         thread_([this] { session_.Run(); }) {
     Post({{"op", "snapshot"}});
   }
-  ~Talk() {
-    session_.End();
-    thread_.join();
-  }
+  ~Talk() { End(); }
   Talk(const Talk&) = delete;
   Talk& operator=(const Talk&) = delete;
+
+  void End() {
+    session_.End();
+    if (thread_.joinable()) thread_.join();
+  }
+  // How many files have come whole.
+  long Files() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::count_if(heard_.begin(), heard_.end(),
+                         [](const PageMessage& each) { return each.json["type"] == "file" && !each.payload.empty(); });
+  }
 
   PageSession& Session() { return session_; }
   void Post(Json event) { session_.Post(std::move(event)); }
@@ -338,18 +347,18 @@ TEST(PageSession, ABuildBegins300MillisecondsAfterTheLastChangeAndNoneBetween) {
 TEST(PageSession, ASessionThatEndsTakesItsExportsWithIt) {
   const TemporaryFolder folder;
   DocumentStore store(folder / "");
-  std::optional<Talk> talk(std::in_place, store, "a");
-  talk->Post({{"op", "type"}, {"id", ControlId::Text}, {"text", std::string(200, 'W')}});
-  talk->Post({{"op", "choose"}, {"id", ControlId::Effect}, {"index", 11}});  // Nebula
-  talk->SetOption("width", "4000");
-  talk->SetOption("height", "1000");
-  talk->SetOption("effort", "9");
-  talk->Post({{"op", "export"}, {"format", "webp"}, {"tag", "x"}});  // of a minute
-  talk->SetOption("loop", "7");
-  talk->Await("options", [](const Json& each) { return OptionNamed(each, "loop")["value"] == "7"; });
+  Talk talk(store, "a");
+  talk.Post({{"op", "type"}, {"id", ControlId::Text}, {"text", std::string(200, 'W')}});
+  talk.Post({{"op", "choose"}, {"id", ControlId::Effect}, {"index", 11}});  // Nebula
+  talk.SetOption("width", "4000");
+  talk.SetOption("height", "1000");
+  talk.Post({{"op", "export"}, {"format", "webp"}, {"tag", "x"}});  // of seconds
+  talk.SetOption("loop", "7");
+  talk.Await("options", [](const Json& each) { return OptionNamed(each, "loop")["value"] == "7"; });
   const auto begin = std::chrono::steady_clock::now();
-  talk.reset();
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(8));
+  talk.End();
+  EXPECT_EQ(talk.Files(), 0) << "the export went on to its end";
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
 }
 
 TEST(ScratchFolder, ClearsWhatAKilledProcessHasLeft) {
