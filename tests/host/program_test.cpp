@@ -146,6 +146,8 @@ TEST(Program, WhatIsWrittenPlaysInAnotherProgram) {
   } rows[] = {{"frames --frames-as png", "frames/frames.ffconcat", 0},
               {"a.avif", "a.avif", 0},
               {"b.avif --lossy 60", "b.avif", 4},
+              {"c.avif --effort 3", "c.avif", 0},
+              {"d.avif --effort 0 --lossy 99", "d.avif", 2},
               {"a.y4m", "a.y4m", 2},
               {"a.webm", "a.webm", 6}};
   for (const auto& row : rows) {
