@@ -7,6 +7,7 @@
 // A lossy animation goes through libwebp's own animation encoder, which compares pictures after compression.
 #include "host/encoders/webp_encoder.h"
 
+#include <webp/decode.h>
 #include <webp/encode.h>
 #include <webp/mux.h>
 
@@ -69,14 +70,25 @@ int MayGoOn(int, const WebPPicture* picture) {
   return !stop || !*stop;
 }
 
-// Runs a step of libwebp. When memory runs out, libwebp 1.2.4 may report success for a picture that it has cut short.
+// When memory runs out, libwebp 1.2.4 may report success for a picture that it has cut short. An allocation that failed
+// leaves ENOMEM behind, but so does one that succeeded at the second attempt, as in a thread whose heap is full: the
+// picture is read again then.
 template <typename Step>
-bool Whole(WebPPicture& picture, Step step) {
+bool Succeeds(Step step, bool& allocationFailed) {
   errno = 0;
   const bool done = step();
-  if (errno != ENOMEM) return done;
-  picture.error_code = VP8_ENC_ERROR_OUT_OF_MEMORY;
-  return false;
+  allocationFailed = errno == ENOMEM;
+  return done;
+}
+
+bool Shows(const Bytes& file, const Bytes& pixels) {
+  int width = 0, height = 0;
+  std::uint8_t* const read = WebPDecodeRGBA(file.data(), file.size(), &width, &height);
+  bool equal = read && static_cast<std::size_t>(width) * height * 4 == pixels.size();
+  for (std::size_t i = 0; equal && i < pixels.size(); i += 4)
+    equal = pixels[i + 3] == read[i + 3] && (pixels[i + 3] == 0 || std::memcmp(&pixels[i], &read[i], 3) == 0);
+  WebPFree(read);
+  return equal;
 }
 
 Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
@@ -94,11 +106,15 @@ Bytes FileOf(const Bytes& pixels, const WebpWork& work, const Level& level) {
   picture.custom_ptr = &writer.memory;
   picture.progress_hook = MayGoOn;
   picture.user_data = const_cast<std::atomic<bool>*>(work.stop);
-  const bool done = Whole(picture, [&] {
+  bool allocationFailed = false;
+  const auto encode = [&] {
     return WebPPictureImportRGBA(&picture, pixels.data(), work.part.width * 4) && WebPEncode(&config, &picture);
-  });
+  };
+  Bytes file;
+  if (Succeeds(encode, allocationFailed)) file.assign(writer.memory.mem, writer.memory.mem + writer.memory.size);
   WebPPictureFree(&picture);
-  return done ? Bytes(writer.memory.mem, writer.memory.mem + writer.memory.size) : Bytes();
+  if (allocationFailed && !Shows(file, pixels)) file.clear();
+  return file;
 }
 
 void Compress(WebpWork& work) {
@@ -259,13 +275,16 @@ class LossyWebp {
     picture.width = settings_.width;
     picture.height = settings_.height;
     picture.use_argb = 1;
-    const bool added = Whole(picture, [&] {
+    bool allocationFailed = false;
+    const auto add = [&] {
       return WebPPictureImportRGBA(&picture, screen_.pixels.data(), settings_.width * 4) &&
              WebPAnimEncoderAdd(encoder_, &picture, time_, &config_);
-    });
+    };
+    const bool added = Succeeds(add, allocationFailed);
+    isDoubtful_ |= allocationFailed;
     WebPPictureFree(&picture);
     time_ += image.delay * settings_.delayUnit;
-    return added ? "" : Failure(picture.error_code);
+    return added ? "" : allocationFailed ? kOutOfMemory : Failure(picture.error_code);
   }
 
   std::string Finish() {
@@ -274,7 +293,7 @@ class LossyWebp {
     if (!encoder_ || !WebPAnimEncoderAdd(encoder_, nullptr, time_, nullptr) ||
         !WebPAnimEncoderAssemble(encoder_, &data))
       return Failure();
-    std::string error = KeepWriting(output_, {data.bytes, data.size});
+    std::string error = isDoubtful_ && !IsReadable(data) ? Failure() : KeepWriting(output_, {data.bytes, data.size});
     WebPDataClear(&data);
     return error;
   }
@@ -287,9 +306,27 @@ class LossyWebp {
     return std::string("the .webp could not be made: ") + WebPAnimEncoderGetError(encoder_);
   }
 
+  static bool IsReadable(const WebPData& animation) {
+    WebPMux* const mux = WebPMuxCreate(&animation, 0);
+    int count = 0;
+    bool readable = mux && WebPMuxNumChunks(mux, WEBP_CHUNK_ANMF, &count) == WEBP_MUX_OK;
+    for (int i = 1; readable && i <= std::max(count, 1); ++i) {
+      WebPMuxFrameInfo frame{};
+      int width = 0, height = 0;
+      readable = WebPMuxGetFrame(mux, i, &frame) == WEBP_MUX_OK;
+      std::uint8_t* const read = WebPDecodeRGBA(frame.bitstream.bytes, frame.bitstream.size, &width, &height);
+      readable &= read != nullptr;
+      WebPFree(read);
+      WebPDataClear(&frame.bitstream);
+    }
+    WebPMuxDelete(mux);
+    return readable;
+  }
+
   Output& output_;
   EncoderSettings settings_;
   Screen screen_;
+  bool isDoubtful_ = false;
   WebPConfig config_{};
   WebPAnimEncoder* encoder_ = nullptr;
   int time_ = 0;  // milliseconds
