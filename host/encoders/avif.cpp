@@ -46,7 +46,7 @@ constexpr int kHeldPictures = 36;
 constexpr std::int64_t kBufferedPixels = 3'000'000;  // of a picture with its borders: 56 buffers of them are 500 MB
 constexpr int kBorder = 288;
 // Nanoseconds for a pixel in the good mode, by speed, where all of the picture changes; and what a last call may take.
-constexpr std::array<std::int64_t, 7> kPixelTime = {60'000, 20'000, 7'000, 4'000, 2'500, 2'000, 1'500};
+constexpr std::array<std::int64_t, 7> kPixelTime = {60'000, 30'000, 10'000, 4'000, 2'500, 2'000, 1'500};
 constexpr std::int64_t kLongestCall = 10'000'000'000;
 
 bool FitsGoodMode(const EncoderSettings& settings, int speed) {

@@ -265,8 +265,7 @@ std::string Explain(const Job& job, const Session& session, const std::vector<st
     return "the text does not fit " + PixelsOf(job) +
            " at any size; use a shorter text, less padding or a larger canvas";
   if (FontFamilies().empty()) return "no font is installed; install one, for example the package fonts-liberation";
-  return "out of memory, or the effect makes no frame with these options: try another size or another number of "
-         "frames";
+  return "the effect made no frame: give it more frames or another size, or close other programs if memory is short";
 }
 
 // As in PLUGIN16DoBuild: whatever the dialog throws has been reported already, or is std::bad_alloc.

@@ -168,7 +168,9 @@ class Run {
     const Rgb background = RgbOf(options_.background);
     colourCount_ = n;
     if (!options_.maskBackground) {
-      AddBackground(background, options_.bestPalette ? most : most - 2, n);
+      // The best palette may have the reserved entry besides its own, but a picture has no more than 256.
+      const int room = options_.bestPalette ? std::min(most, reserve ? kMostColours - 1 : kMostColours) : most - 2;
+      AddBackground(background, room, n);
       colourCount_ = n;
     }
     SortPaletteByBrightness(palette_, n);
