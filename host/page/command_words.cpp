@@ -9,6 +9,7 @@
 
 #include "effects/effect_table.h"
 #include "host/page/control_facts.h"
+#include "host/render/file_values.h"
 #include "materials/colour_text.h"
 #include "materials/material.h"
 #include "materials/shipped.h"
@@ -183,7 +184,7 @@ std::string CommandFor(const Dialog& dialog, const std::string& blank, const std
   const EffectDescriptor& effect = EffectRow(GetSelection(dialog, ControlId::Effect));
   std::string option = effect.name;
   for (char& c : option) c = c == ' ' ? '-' : ToLower(c);
-  const std::string text = GetText(dialog, ControlId::Text);
+  const std::string text = UnguardedText(GetText(dialog, ControlId::Text));
   std::string command = "glyphmotion " + std::string(text.starts_with('-') ? "-- " : "");
   std::string words = " -e " + option;
   const bool hasFontFile = std::find(options.begin(), options.end(), "--font-file") != options.end();

@@ -8,6 +8,7 @@
 #include "host/page/command_words.h"
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
+#include "host/render/file_values.h"
 #include "host/render/job_text.h"
 #include "host/render/render_user.h"
 #include "platform/encoding.h"
@@ -102,7 +103,7 @@ void PageSession::SendStill(Dialog& dialog) {
 }
 
 void PageSession::ReadFacts(const Dialog& dialog) {
-  text_ = GetText(dialog, ControlId::Text);
+  text_ = UnguardedText(GetText(dialog, ControlId::Text));
   effect_ = GetText(dialog, ControlId::Effect);
   transparent_ = GetCheck(dialog, MainControl::Transparent);
   bold_ = GetCheck(dialog, ControlId::Bold);

@@ -12,6 +12,7 @@
 #include "host/page/carried_lines.h"
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
+#include "host/render/file_values.h"
 #include "materials/gradient_text.h"
 #include "materials/tile.h"
 #include "resources/templates.h"
@@ -80,7 +81,10 @@ void PageSession::Handle(Dialog& dialog, const Json& event) {
 
 bool PageSession::HandleControl(Dialog& dialog, const std::string& op, const Json& event) {
   const int id = NumberIn(event, "id"), index = NumberIn(event, "index");
-  if (op == "type") return Type(dialog, id, TextIn(event, "text")), true;
+  if (op == "type") {
+    const std::string text = TextIn(event, "text");
+    return Type(dialog, id, id == ControlId::Text ? GuardedText(text) : text), true;
+  }
   if (op == "click") return Click(dialog, id), true;
   if (op == "choose") return Choose(dialog, id, index), true;
   if (op == "double") return DoubleClick(dialog, id, index), true;

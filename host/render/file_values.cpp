@@ -33,7 +33,17 @@ std::string LineStart(int control) {
   return family ? family->stem + std::to_string(control) : std::string();
 }
 
+constexpr std::string_view kGuard = "\u200B";
+
 }  // namespace
+
+std::string GuardedText(const std::string& text) {
+  return text.starts_with(' ') || text.starts_with('=') ? std::string(kGuard) + text : text;
+}
+
+std::string UnguardedText(const std::string& text) {
+  return text.starts_with(kGuard) ? text.substr(kGuard.size()) : text;
+}
 
 bool FileValues::IsSaid(const char* key, int control) const {
   return (key && settings_.keys.contains(key)) || document_.controls.contains(LineStart(control));
@@ -114,8 +124,10 @@ std::vector<FileValues::Saved> FileValues::SavedNumbers() const {
   return saved;
 }
 
-DocumentChanges FileValues::ForDocument() const {
+DocumentChanges FileValues::ForDocument(const Dialog& dialog) const {
   DocumentChanges changes;
+  const std::string text = GetText(dialog, ControlId::Text), guarded = GuardedText(text);
+  if (guarded != text) changes.values.emplace_back(ControlId::Text, guarded);
   if (SavesMilliseconds()) changes.remark = kMillisecondsRemark;
   for (const Saved& saved : SavedNumbers()) {
     changes.values.emplace_back(saved.kept->control, std::to_string(saved.number));

@@ -16,6 +16,12 @@
 
 namespace glyphmotion {
 
+/// A line of a document loses the blanks and equals signs that its value begins with. A zero-width space before them,
+/// which no picture shows, keeps them.
+std::string GuardedText(const std::string& text);
+/// The text as it was typed.
+std::string UnguardedText(const std::string& text);
+
 class FileValues {
  public:
   FileValues(const Job& job, SettingsSummary settings) : job_(job), settings_(std::move(settings)) {}
@@ -33,7 +39,7 @@ class FileValues {
   void TakeOption(const std::string& key);
 
   /// The changes to write into the document.
-  DocumentChanges ForDocument() const;
+  DocumentChanges ForDocument(const Dialog& dialog) const;
   /// Gives the variables the values that the settings file gets. Returns the remark to write, or empty.
   std::string_view ForSettings() const;
 

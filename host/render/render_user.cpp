@@ -409,7 +409,7 @@ bool ScriptedUser::SetByLine(Dialog& dialog, int id, const std::string& value) {
 
 bool ScriptedUser::Finish(Dialog& dialog, const std::function<void(const PackedDib&)>& sample) {
   const std::string& document = job_.saveDocumentFile;
-  if (!document.empty() && !SaveDocument(dialog, document, values_.ForDocument())) {
+  if (!document.empty() && !SaveDocument(dialog, document, values_.ForDocument(dialog))) {
     const bool memory = !messages_.empty() && messages_.back() == LoadText(kTextMemoryError);
     return FailRun(memory ? kOutOfMemory
                           : "the document " + Quote(document) +

@@ -250,6 +250,10 @@ TEST(Program, ADocumentSavedAgainIsTheSameDocument) {
   ASSERT_EQ(Start("--document " + first + " --save-document " + second).code, 0);
   EXPECT_EQ(testing::ReadText(first), testing::ReadText(second));
   EXPECT_NE(testing::ReadText(first).find("SPNBTN57=20"), std::string::npos);
+  // What a line of a document would drop.
+  ASSERT_EQ(Start("' =) a' -s 12 -e fuse --frames 2 -o " + folder / "a.rgba --save-document " + first).code, 0);
+  ASSERT_EQ(Start("--document " + first + " -o " + folder / "b.rgba").code, 0);
+  EXPECT_TRUE(testing::ReadBytes(folder / "a.rgba") == testing::ReadBytes(folder / "b.rgba"));
 }
 
 TEST(Program, APipeThatClosesLeavesTheWholeFileAndNothingElse) {

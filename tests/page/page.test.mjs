@@ -235,6 +235,11 @@ test('What is downloaded is what the program makes of the saved document, and th
     return readFileSync(join(folder, `untitled${extension}`));
   };
   assert.ok(gif.equals(await run()), 'the command gives another picture');
+  await page.fill('#text', ' =) two');
+  await settled(page);
+  await built(page);
+  assert.deepEqual([(await state(page)).text, await page.inputValue('#text')], [' =) two', ' =) two']);
+  assert.ok((await download(() => page.click('#download'))).equals(await run()), 'a blank and a sign in front');
   for (const kind of [2, 3]) {
     await setKind(kind);
     await built(page);

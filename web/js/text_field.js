@@ -37,8 +37,9 @@ export class TextField {
     const {limit} = dialog.get(kText);
     if (limit) this.field.maxLength = limit;
     dialog.watch(kText, facts => {
-      const same = toDialog(this.field.value) === facts.text;
-      this.show(same ? this.field.value : (facts.text || '').replace(/\u2028/g, '\n'));
+      // The session guards a text that begins with a blank by a zero-width space.
+      const text = (facts.text || '').replace(/^\u200b(?=[ =])/, '');
+      this.show(toDialog(this.field.value) === text ? this.field.value : text.replace(/\u2028/g, '\n'));
     });
   }
 
