@@ -163,14 +163,13 @@ class Run {
     // A single frame drops Supercompress only after the count was wanted.
     const bool reserve = options_.supercompress || options_.maskBackground;
     const int most = CurrentPaletteRun().colours;
-    int n = reserve ? most - 1 : most;
+    const int unreserved = reserve ? most - 1 : most;
+    int n = unreserved;
     if (!Quantise(n)) return FailMemory();
     const Rgb background = RgbOf(options_.background);
     colourCount_ = n;
     if (!options_.maskBackground) {
-      // The best palette may have the reserved entry besides its own, but a picture has no more than 256.
-      const int room = options_.bestPalette ? std::min(most, reserve ? kMostColours - 1 : kMostColours) : most - 2;
-      AddBackground(background, room, n);
+      AddBackground(background, options_.bestPalette ? unreserved : most - 2, n);
       colourCount_ = n;
     }
     SortPaletteByBrightness(palette_, n);

@@ -22,6 +22,7 @@
 #include "host/encoders/encoders.h"
 #include "materials/gradient_text.h"
 #include "materials/texture_text.h"
+#include "random/avif_decoder.h"
 
 namespace glyphmotion {
 namespace {
@@ -57,6 +58,7 @@ class Random {
 struct RandomJob {
   Job job;
   std::string extension;
+  int effort = 6;
 };
 
 std::string Colour(Random& random) {
@@ -161,19 +163,41 @@ void ChooseColours(Random& random, Job& job) {
   if (job.paletteFormat) sometimes("MainTransparent", 4), sometimes("MainSupercompress", 4);
 }
 
+// What the dialog does not have.
+void ChooseRun(Random& random, RandomJob& made) {
+  Job& job = made.job;
+  made.effort = static_cast<int>(random.From(0, 9));
+  job.threads = static_cast<int>(random.From(1, 3));
+  if (job.paletteFormat) {
+    if (random.Once(2)) job.palette = random.Once(2) ? Job::Palette::Best : Job::Palette::Automatic;
+    if (random.Once(3)) job.colours = static_cast<int>(random.From(2, 256));
+    job.dithering = static_cast<Job::Dithering>(random.From(0, 2));
+  }
+  if (random.Once(4)) job.lineSpace = static_cast<int>(random.From(10, 500));
+  job.textDirection = static_cast<Job::TextDirection>(random.From(0, 2));
+  job.colourEmoji = random.Once(2);
+  if (!random.Once(5)) return;
+  job.fit = Job::Fit::None;
+  job.width = static_cast<int>(random.From(0, 200));
+  job.height = static_cast<int>(random.From(0, 90));
+  job.verticalAlign = static_cast<Job::VerticalAlign>(random.From(0, 2));
+}
+
 RandomJob JobOf(std::uint64_t seed) {
   static const std::vector<std::string> effects = EffectNames();
   static const std::vector<ControlInfo> controls = Controls();
   Random random(seed);
   RandomJob made;
-  static constexpr std::array<const char*, 4> formats = {".gif", ".gif", ".png", ".webp"};
+  static constexpr std::array<const char*, 6> formats = {".gif", ".gif", ".gif", ".png", ".webp", ".avif"};
   made.extension = random.Of(formats);
+  if (FindFormat(made.extension)->lacks) made.extension = ".png";
   Job& job = made.job;
   job.paletteFormat = FindFormat(made.extension)->paletteFormat;
   job.trueColourFormat = !job.paletteFormat;
   job.effect = effects[seed % effects.size()];
   ChooseText(random, job);
   ChooseColours(random, job);
+  ChooseRun(random, made);
   job.settings.emplace_back("MainDelay", std::to_string(random.From(1, 25)));
   if (random.Once(2)) job.settings.emplace_back("MainPause", std::to_string(random.From(1, 300)));
   for (const ControlInfo& control : controls) {
@@ -188,6 +212,9 @@ RandomJob JobOf(std::uint64_t seed) {
 std::string Describe(std::uint64_t seed, const RandomJob& made) {
   std::string text = std::to_string(seed) + " " + made.extension + " '" + *made.job.text + "' " + *made.job.effect;
   for (const auto& [key, value] : made.job.settings) text += " " + key + "=" + value;
+  for (const int number : {made.effort, made.job.threads, static_cast<int>(made.job.palette), made.job.colours,
+                           static_cast<int>(made.job.dithering), made.job.lineSpace, made.job.width, made.job.height})
+    text += " " + std::to_string(number);
   return text;
 }
 
@@ -255,7 +282,9 @@ Show Decode(const std::string& extension, const Bytes& file) {
     show.Add(testing::DecodePng(file, width, height), 0);
     return show;
   }
-  const testing::Shown shown = extension == ".png" ? testing::DecodeApng(file) : testing::DecodeWebp(file);
+  const testing::Shown shown = extension == ".png"    ? testing::DecodeApng(file)
+                               : extension == ".avif" ? testing::DecodeAvif(file)
+                                                      : testing::DecodeWebp(file);
   for (std::size_t i = 0; i < shown.screens.size(); ++i) show.Add(shown.screens[i], shown.delays[i]);
   return show;
 }
@@ -292,7 +321,8 @@ Outcome Run(const RandomJob& made, const std::string& path) {
   sink.task = [&](const Task& task) {
     meant.Open(task.width, task.height);
     encoder = FindFormat(made.extension)
-                  ->open(output, {task.width, task.height, task.imageCount, made.job.paletteFormat ? 10 : 1, -1});
+                  ->open(output, {task.width, task.height, task.imageCount, made.job.paletteFormat ? 10 : 1, -1, 0,
+                                  made.job.threads, 0, made.effort});
     return true;
   };
   sink.image = [&](const Image& image) {

@@ -193,14 +193,14 @@ TEST(BuildDriver, TheBestPaletteServesFewColoursAndNumbersOfColoursHaveBounds) {
     job.palette = Job::Palette::Automatic;
     EXPECT_EQ(Record(job).pixels == octree, colours == 256);
     EXPECT_EQ(Record(job).pixels == best, colours == 4);
-    // The entry for unchanged pixels is one more.
+    // The entry for unchanged pixels is one of them.
     Job marked = PaletteJob({{"19", "1"}, {"MainPadding", "120"}});
     marked.background = "gradient:#00ff00-#ff00ff-#204060";
     marked.palette = Job::Palette::Best;
     marked.colours = colours;
     const Calls calls = Record(marked);
     ASSERT_EQ(calls.result.status, RenderStatus::Done) << calls.result.message;
-    EXPECT_EQ(calls.images[1].transparentIndex, std::min(colours, 255));
+    EXPECT_EQ(calls.images[1].transparentIndex, colours - 1);
   }
   Job wrong = PaletteJob();
   for (wrong.colours = 1; wrong.colours < 300; wrong.colours += 256)
