@@ -239,6 +239,7 @@ struct Show {
 class Meant {
  public:
   Show show;
+  long leastDelay = 0;  // of the format
   std::uint64_t hash = 14695981039346656037u;
 
   void Open(int width, int height) {
@@ -257,7 +258,7 @@ class Meant {
         if (image.transparentIndex < 0 || from[3]) std::copy_n(from, 4, &screen_[4 * width_ * y + x]);
       }
     }
-    show.Add(screen_, image.delay);
+    show.Add(screen_, std::max(leastDelay, long{image.delay}));
     for (const std::uint8_t byte : image.dib) hash = (hash ^ byte) * 1099511628211u;
     hash = (hash ^ static_cast<std::uint64_t>(image.delay)) * 1099511628211u;
   }
@@ -313,6 +314,7 @@ struct Outcome {
 
 Outcome Run(const RandomJob& made, const std::string& path) {
   Meant meant;
+  meant.leastDelay = made.extension == ".avif";
   std::string error, refused;
   Output output = Output::File(path, error);
   if (!output) return {error, 0};
