@@ -13,6 +13,7 @@
 #include "host/page/event_fields.h"
 #include "host/page/page_session.h"
 #include "host/render/file_values.h"
+#include "materials/fountain.h"
 #include "materials/gradient_text.h"
 #include "materials/tile.h"
 #include "resources/templates.h"
@@ -180,7 +181,12 @@ void PageSession::SetMarker(Dialog& dialog, const Json& event) {
   } else if (what == "position" && index >= 0) {
     send(kMessageFountainPosition, index);
   } else if (what == "menu") {
-    index >= 0 ? send(kMessageMarkerMenu, index) : send(kMessageBarMenu, 0);
+    if (index >= 0) return send(kMessageMarkerMenu, index);
+    std::vector<FountainSpec> before, after;
+    ReadFountainLibrary(FountainLibraryPath(), before);
+    send(kMessageBarMenu, 0);
+    ReadFountainLibrary(FountainLibraryPath(), after);
+    if (after.size() > before.size()) Notice("the fountain is in the library now", "info");
   }
 }
 

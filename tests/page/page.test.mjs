@@ -173,6 +173,9 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await openEditor(1, 9995);
   await layer(9995).getByRole('radio', {name: 'Multi-color'}).check();
   await layer(9995).getByRole('button', {name: 'Library…'}).click();
+  await page.getByRole('menuitem').nth(0).click();
+  await layer(9995).getByText('The fountain is in the library now').waitFor();
+  await layer(9995).getByRole('button', {name: 'Library…'}).click();
   await page.getByRole('menuitem').nth(1).click();
   await layer(9997).waitFor();
   await layer(9997).getByRole('option').nth(3).click();
@@ -198,6 +201,7 @@ test('Every editor opens, changes, is cancelled and confirmed', async () => {
   await layer(9994).waitFor({state: 'detached'});
   await layer(9998).getByRole('button', {name: 'Add this'}).click();
   await page.locator('dialog.ask .main').click();  // the shipped group is protected
+  await becomes(() => page.evaluate(() => document.activeElement.textContent), 'Add this');
   await layer(9998).getByRole('button', {name: 'New group'}).click();
   await page.locator('dialog.ask input').fill('Mine');
   await page.locator('dialog.ask .main').click();

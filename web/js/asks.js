@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Questions of the dialogs: messages, yes or no, names, colours, menus, pictures.
-import {make} from './dom.js';
+import {make, raiseToasts, removeLayer} from './dom.js';
 import {chooseFile} from './header.js';
 import {closeMenu, openMenu} from './menu.js';
 import {colourField} from './controls.js';
@@ -68,6 +68,7 @@ export class Asks {
         onclick: i === buttons.length - 1 ? null : () => this.answer(message.ask, value)}, text)))));
     document.body.append(box);
     box.showModal();
+    raiseToasts();
     if (fields[0] instanceof HTMLInputElement) fields[0].select();
     this.box = box;
   }
@@ -80,7 +81,7 @@ export class Asks {
 
   /** The question is answered, here or elsewhere. */
   settle() {
-    this.box?.remove();
+    if (this.box) removeLayer(this.box);
     this.box = null;
     closeMenu();
   }

@@ -116,10 +116,25 @@ export function echo(field) {
   };
 }
 
+/** The sentences stand in the uppermost layer, since what is below one is dimmed and silent. @param {Element} [leaving]  a layer that closes */
+export function raiseToasts(leaving) {
+  const open = [...document.querySelectorAll('dialog[open]')].filter(layer => layer !== leaving);
+  const host = open[open.length - 1] || document.body;
+  if (byId('toasts').parentElement !== host) host.append(byId('toasts'));
+}
+
+/** Takes a layer away, but not the sentences in it; the focus goes back to where it was. @param {HTMLDialogElement} layer */
+export function removeLayer(layer) {
+  layer.close();
+  raiseToasts(layer);
+  layer.remove();
+}
+
 /** A sentence that comes and goes. @param {string} text @param {'info'|'error'} [kind] @param {{text: string, action: () => void}[]} [buttons] */
 export function toast(text, kind = 'info', buttons = []) {
   const element = make('div', {class: `toast ${kind}`}, make('p', {}, text),
     ...buttons.map(button => make('button', {onclick: () => { element.remove(); button.action(); }}, button.text)));
+  raiseToasts();
   byId('toasts').append(element);
   if (!buttons.length) setTimeout(() => element.remove(), kind === 'error' ? 9000 : 4500);
   return element;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The dialogs above the main one, each a layer of the page.
-import {icon, make} from './dom.js';
+import {icon, make, raiseToasts, removeLayer} from './dom.js';
 
 /** @typedef {import('./model.js').Model} Model */
 /** @typedef {import('./model.js').Dialog} Dialog */
@@ -46,26 +46,27 @@ export class Layers {
     this.open.push({level: dialog.level, element, before: document.activeElement});
     document.body.append(element);
     element.showModal();
+    raiseToasts();
     const first = element.querySelector('.layer-body :is(input, select, button, [tabindex="0"]):not(:disabled)');
     (first || element.querySelector('.ok'))?.focus();
   }
 
   /** The topic of the manual, above whatever is open. @param {string} topic */
   showHelp(topic) {
-    const close = () => element.remove();
+    const close = () => removeLayer(element);
     const element = make('dialog', {class: 'layer manual-layer', 'aria-label': 'Help', onclose: close},
       make('header', {class: 'layer-head'}, make('h2', {}, 'Help'), make('button', {class: 'icon', 'aria-label': 'Close', onclick: () => element.close()}, icon('close'))),
       make('div', {class: 'layer-body', tabindex: '0', role: 'region', 'aria-label': 'Help'}, this.help.topic(topic)));
     document.body.append(element);
     element.showModal();
+    raiseToasts();
   }
 
   /** @param {number} level */
   closeFrom(level) {
     while (this.open.length && this.open[this.open.length - 1].level >= level) {
       const {element, before} = /** @type {any} */ (this.open.pop());
-      element.close();
-      element.remove();
+      removeLayer(element);
       before?.focus?.();
     }
   }
