@@ -56,6 +56,7 @@ export class FountainBar {
   show(facts) {
     this.facts = facts;
     this.element.classList.toggle('off', !facts.enabled);
+    const focused = this.handles.contains(document.activeElement) || document.activeElement === this.remove;
     const stops = this.stops();
     if (this.chosen >= facts.fountain.markers.length) this.chosen = kStart;
     if (this.handles.children.length !== stops.length) this.handles.replaceChildren(...stops.map(stop => this.handle(stop.index)));
@@ -75,6 +76,9 @@ export class FountainBar {
     this.colour.show(chosen.colour, facts.enabled);
     this.remove.disabled = chosen.index < 0 || !facts.enabled;
     this.place.textContent = `at ${chosen.position}`;
+    if (focused && (this.remove.disabled || document.activeElement !== this.remove) && !this.handles.contains(document.activeElement)) {
+      /** @type {HTMLElement} */ (this.handles.children[stops.indexOf(chosen)]).focus();
+    }
   }
 
   /** @param {number} index */

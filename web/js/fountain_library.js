@@ -14,7 +14,10 @@ export function buildFountainLibrary(model, dialog) {
       model.post({op: 'click', id}, dialog);
       if (moves) setTimeout(refresh, 120);
     }}, dialog.get(id).label);
-    dialog.watch(id, facts => { element.disabled = !facts.enabled; });
+    dialog.watch(id, facts => {
+      if (!facts.enabled && document.activeElement === element) list.focus();
+      element.disabled = !facts.enabled;
+    });
     return element;
   };
   return make('div', {class: 'layer-body fountains'}, list, make('div', {class: 'library-buttons'}, ...[kUse, kUp, kDown, kDelete].map(button)));

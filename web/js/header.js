@@ -37,6 +37,8 @@ export class Header {
     this.model = model;
     this.stage = stage;
     this.name = byId('name');
+    /** @type {Set<string>} */
+    this.exporting = new Set();
     this.undo = byId('undo');
     this.redo = byId('redo');
     this.undo.append(icon('undo'));
@@ -57,8 +59,11 @@ export class Header {
     if (document.activeElement !== this.name) this.name.value = message.name.replace(/\.gm4$/i, '');
     this.name.style.width = `${Math.min(Math.max(this.name.value.length, 6), 28) + 1.5}ch`;
     byId('saved').textContent = message.saved ? (message.path ? 'Saved' : '') : 'Not saved yet';
+    const focused = document.activeElement;
+    const own = (focused === this.undo && !message.undo) || (focused === this.redo && !message.redo);
     this.undo.disabled = !message.undo;
     this.redo.disabled = !message.redo;
+    if (own) (this.undo.disabled ? this.redo : this.undo).focus();  // a button that is off would drop the focus
     for (const id of ['download', 'formats']) byId(id).disabled = !message.text;
     document.title = `${message.saved ? '' : '• '}${message.text || 'Glyphmotion'} – Glyphmotion`;
   }
@@ -127,10 +132,14 @@ export class Header {
 
   /** @param {string} format */
   async export(format) {
+    const order = `${format} ${this.model.document.revision}`;
+    if (this.exporting.has(order)) return;  // a second click on what is on its way
+    this.exporting.add(order);
     const button = byId('download');
     button.setAttribute('aria-busy', 'true');
     const {message, payload} = await this.model.request({op: 'export', format});
-    button.removeAttribute('aria-busy');
+    this.exporting.delete(order);
+    if (!this.exporting.size) button.removeAttribute('aria-busy');
     if (message.error) return toast(sentence(message.error), 'error');
     download(message.name, new Blob([/** @type {any} */ (payload)], {type: message.mime}));
     toast(`${message.name}, ${sizeText(payload.length)}, is in your downloads`);
