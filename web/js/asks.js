@@ -7,6 +7,8 @@ import {colourField} from './controls.js';
 
 /** @typedef {import('./model.js').Model} Model */
 
+const kMostPixels = 2 ** 24;  // more than any tile has; to pack a larger picture would hold up the dialog for a minute until it refuses it
+
 export class Asks {
   /** @param {Model} model */
   constructor(model) {
@@ -91,8 +93,9 @@ export class Asks {
 export async function asPng(file) {
   try {
     const bitmap = await createImageBitmap(file);
-    const canvas = new OffscreenCanvas(bitmap.width, bitmap.height);
-    /** @type {OffscreenCanvasRenderingContext2D} */ (canvas.getContext('2d')).drawImage(bitmap, 0, 0);
+    const share = Math.min(1, Math.sqrt(kMostPixels / (bitmap.width * bitmap.height)));
+    const canvas = new OffscreenCanvas(Math.max(1, Math.round(bitmap.width * share)), Math.max(1, Math.round(bitmap.height * share)));
+    /** @type {OffscreenCanvasRenderingContext2D} */ (canvas.getContext('2d')).drawImage(bitmap, 0, 0, canvas.width, canvas.height);
     return await canvas.convertToBlob({type: 'image/png'});
   } catch {
     return file;
