@@ -7,7 +7,8 @@ const kOutOfMemory = 4;
 /** @type {Promise<unknown>} */ let last = Promise.resolve();
 
 /** @type {typeof import('./index.d.ts').render} */
-export function render(options = {}) {
+export async function render(options = {}) {
+  if (typeof options !== 'object' || !options) throw new Error("render takes an object of options, such as { text: 'Hello' }");
   const mine = last.then(() => renderNow(options));
   last = mine.catch(() => {});
   return mine;
@@ -19,16 +20,28 @@ const textOf = (value) => (typeof value === 'boolean' ? String(Number(value)) : 
 /** All pairs of an option and a value. @param {Record<string, any>} options */
 function* settingsOf(options) {
   for (const [name, value] of Object.entries(options)) {
-    if (value === undefined || name === 'files' || name === 'format' || name === 'onNote') continue;
+    if (value === undefined || value === null || name === 'files' || name === 'format' || name === 'onNote') continue;
     if (Array.isArray(value)) for (const each of value) yield [name, textOf(each)];
     else if (typeof value === 'object') for (const [key, each] of Object.entries(value)) yield [name, `${key}=${textOf(each)}`];
     else yield [name, textOf(value)];
   }
 }
 
+/** @param {any} FS @param {string} name @param {any} bytes */
+function lendFile(FS, name, bytes) {
+  if (/^\.{0,2}$|[/\0]/.test(name)) throw new Error(`files: '${name}' is not a file's name; give one without a folder`);
+  if (bytes instanceof ArrayBuffer) bytes = new Uint8Array(bytes);
+  if (typeof bytes !== 'string' && !ArrayBuffer.isView(bytes)) throw new Error(`files: '${name}' takes a Uint8Array or a string`);
+  FS.writeFile(`/job/${name}`, bytes);
+}
+
 /** @param {import('./index.d.ts').RenderOptions} options */
 async function renderNow(options) {
-  const { module, FS, withFonts } = await (engine ??= openModule('engine'));
+  engine ??= openModule('engine').catch((error) => {
+    engine = undefined;  // the next job asks for the files again
+    throw error;
+  });
+  const { module, FS, withFonts } = await engine;
   FS.mkdirTree('/job');
   FS.chdir('/job');
   const job = module._glyphmotion_job_new(), places = module._malloc(8);
@@ -37,17 +50,17 @@ async function renderNow(options) {
     if (status !== 0) throw new Error(module.ccall('glyphmotion_job_error', 'string', ['number'], [job]));
   };
   try {
-    for (const [name, bytes] of Object.entries(options.files ?? {})) FS.writeFile(`/job/${name.replaceAll('/', '_')}`, bytes);
+    for (const [name, bytes] of Object.entries(options.files ?? {})) lendFile(FS, name, bytes);
     for (const setting of settingsOf(options)) {
       check(module.ccall('glyphmotion_job_set', 'number', ['number', 'string', 'string'], [job, ...setting]));
     }
     const draw = () => module.ccall('glyphmotion_render_to_memory', 'number', ['number', 'string', 'number', 'number'],
       [job, options.format ?? 'gif', places, places + 4]);
     check(await withFonts(draw));
-    for (let i = 0, note; (note = module.ccall('glyphmotion_job_note', 'string', ['number', 'number'], [job, i])); ++i) options.onNote?.(note);
     const bytes = module.getValue(places, '*'), size = module.getValue(places + 4, 'i32');
     const file = module.HEAPU8.slice(bytes, bytes + size);
     module._free(bytes);
+    for (let i = 0, note; (note = module.ccall('glyphmotion_job_note', 'string', ['number', 'number'], [job, i])); ++i) options.onNote?.(note);
     return file;
   } finally {
     module._glyphmotion_job_free(job);

@@ -24,7 +24,7 @@ export interface RenderOptions {
   /** UTF-8, 4,096 characters at most; each line break begins a new line */
   text?: string;
   /** Files that other options name: documents, fonts, pictures */
-  files?: Record<string, Uint8Array | string>;
+  files?: Record<string, Uint8Array | ArrayBuffer | string>;
   /** Called with one sentence where the result differs from what was asked for */
   onNote?: (note: string) => void;
 ${table.trimEnd().split('\n').map(field).join('')}}

@@ -2,12 +2,12 @@
 // A WebAssembly module of this package with its files: the shipped libraries and looks, and fonts that are read when used.
 
 const inNode = typeof process === 'object' && Boolean(process.versions?.node);
-const disk = inNode ? await import(/* webpackIgnore: true */ 'node:fs') : null;
+const fs = inNode ? import(/* webpackIgnore: true */ 'node:fs') : null;  // a promise: require() takes no module that awaits
 const kLibraries = ['FountainLibrary.fll', 'tlmplgm4.fft', 'tlmplgm4.mtx'];
 
 /** @param {string} name a file of this package */
 async function load(name) {
-  const url = new URL(name, import.meta.url);
+  const url = new URL(name, import.meta.url), disk = await fs;
   if (disk) return new Uint8Array(disk.readFileSync(url));
   const response = await fetch(url);
   if (!response.ok) throw new Error(`'${url}' cannot be loaded: ${response.status} ${response.statusText}`);
@@ -20,7 +20,7 @@ async function load(name) {
  * @param {any} FS
  */
 async function lendFonts(FS) {
-  const index = await load('fonts/index.tsv');
+  const index = await load('fonts/index.tsv'), disk = await fs;
   const names = new Set(new TextDecoder().decode(index).split('\n').map((line) => line.split('\t')[0]).filter(Boolean));
   /** @type {Set<string>} */ const wanted = new Set();
   FS.mkdirTree('/fonts');

@@ -80,8 +80,19 @@ test('materials, files, several lines, shaped text and numbers as text come thro
 test('a wrong job is rejected with the program\'s sentence, and the next one runs', async () => {
   await assert.rejects(render({ text: 'x', effect: 'vortx' }), /there is no effect 'vortx'; did you mean 'vortex'\?/);
   await assert.rejects(render({ text: 'x', output: 'y.gif' }), /there is no option 'output'/);
+  for (const name of ['', '..', 'a/b.png']) await assert.rejects(render({ files: { [name]: '' } }), /is not a file's name/);
+  await assert.rejects(render(null), /takes an object of options/);
   const [first, second] = await Promise.all([render({ text: 'A' }), render({ text: 'B' })]);
   assert.notDeepEqual(first, second);
+});
+
+test('a script that requires the package renders, and a load that fails is tried again', () => {
+  const script = `const { renameSync } = require('fs'), { render } = require('./build/web/npm/index.js');
+    const index = 'build/web/npm/fonts/index.tsv', away = process.argv[1];
+    renameSync(index, away);
+    render().then(() => process.exit(3), () => {}).finally(() => renameSync(away, index)).then(() => render({ text: 'a' }));`;
+  const run = spawnSync(process.execPath, ['-e', script, path.join(root, 'build/web/npm/fonts/away')], { cwd: root, encoding: 'utf8' });
+  assert.deepEqual([run.status, run.stderr.replace(/\(node.*ExperimentalWarning.*\n.*\n/, '')], [0, '']);
 });
 
 test('the command is the program', {skip: !existsSync(path.join(root, 'build/web/npm/program.wasm')) && 'it was not built'}, () => {
