@@ -17,10 +17,12 @@ export async function render(options = {}) {
 /** The value of an option as the library's text. @param {any} value */
 const textOf = (value) => (typeof value === 'boolean' ? String(Number(value)) : String(value));
 
+const kOfTheCall = ['files', 'format', 'onNote', 'signal'];
+
 /** All pairs of an option and a value. @param {Record<string, any>} options */
 function* settingsOf(options) {
   for (const [name, value] of Object.entries(options)) {
-    if (value === undefined || value === null || name === 'files' || name === 'format' || name === 'onNote') continue;
+    if (value === undefined || value === null || kOfTheCall.includes(name)) continue;
     if (Array.isArray(value)) for (const each of value) yield [name, textOf(each)];
     else if (typeof value === 'object') for (const [key, each] of Object.entries(value)) yield [name, `${key}=${textOf(each)}`];
     else yield [name, textOf(value)];
@@ -37,6 +39,7 @@ function lendFile(FS, name, bytes) {
 
 /** @param {import('./index.d.ts').RenderOptions} options */
 async function renderNow(options) {
+  options.signal?.throwIfAborted();
   engine ??= openModule('engine').catch((error) => {
     engine = undefined;  // the next job asks for the files again
     throw error;
@@ -52,6 +55,7 @@ async function renderNow(options) {
   try {
     for (const [name, bytes] of Object.entries(options.files ?? {})) lendFile(FS, name, bytes);
     for (const setting of settingsOf(options)) {
+      if (setting[1].includes('\0')) throw new Error(`'${setting[0]}' has a NUL character; leave it out`);
       check(module.ccall('glyphmotion_job_set', 'number', ['number', 'string', 'string'], [job, ...setting]));
     }
     const draw = () => module.ccall('glyphmotion_render_to_memory', 'number', ['number', 'string', 'number', 'number'],
@@ -62,9 +66,14 @@ async function renderNow(options) {
     module._free(bytes);
     for (let i = 0, note; (note = module.ccall('glyphmotion_job_note', 'string', ['number', 'number'], [job, i])); ++i) options.onNote?.(note);
     return file;
+  } catch (error) {
+    if (error instanceof WebAssembly.RuntimeError) engine = undefined;  // it fell in the middle of something
+    throw error;
   } finally {
-    module._glyphmotion_job_free(job);
-    module._free(places);
+    if (engine) {
+      module._glyphmotion_job_free(job);
+      module._free(places);
+    }
     for (const name of FS.readdir('/job')) if (!/^\.\.?$/.test(name)) FS.unlink(`/job/${name}`);
   }
 }

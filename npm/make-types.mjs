@@ -27,6 +27,8 @@ export interface RenderOptions {
   files?: Record<string, Uint8Array | ArrayBuffer | string>;
   /** Called with one sentence where the result differs from what was asked for */
   onNote?: (note: string) => void;
+  /** A job that has not begun when this is aborted does not begin */
+  signal?: AbortSignal;
 ${table.trimEnd().split('\n').map(field).join('')}}
 
 /** The bytes of a picture file, a GIF without \`format\`. Rejects with one sentence that says what is wrong. */
