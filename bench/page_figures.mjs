@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // How quick the page is: node bench/page_figures.mjs [ROUNDS] prints a table of medians, with the load that the machine had.
+// Where scripts/build-web has been run, the page with the engine in the browser is measured beside it.
 import {execFileSync} from 'node:child_process';
+import {existsSync, readFileSync} from 'node:fs';
+import {createServer} from 'node:http';
 import {loadavg} from 'node:os';
-import {join} from 'node:path';
+import {extname, join} from 'node:path';
 import {built, closeBrowser, newFolder, openBrowser, openPage, program, settled, startProgram} from '../tests/page/fixture.mjs';
 
 const rounds = Number(process.argv[2]) || 9;
@@ -20,14 +23,16 @@ async function keys(page) {
       const {connection, document: before} = window.glyphmotion, receive = connection.receive;
       const times = window.times = {key: 0, still: 0, build: 0};
       addEventListener('keydown', event => { times.key = event.timeStamp; }, {once: true, capture: true});
-      connection.receive = (message, payload) => {
+      const ends = [connection, connection.workshop?.build].filter(Boolean);  // in the browser, builds come from another worker
+      const hear = (message, payload) => {
         receive(message, payload);
         const wanted = message.type === 'still' || (message.type === 'build' && message.state === 'done');
         if (!wanted || message.revision <= before.revision || times[message.type]) return;
         // The task after a frame's callbacks runs once that frame is painted.
         requestAnimationFrame(() => setTimeout(() => { times[message.type] ||= performance.now(); }));
-        if (message.type === 'build') connection.receive = receive;
+        if (message.type === 'build') for (const end of ends) end.receive = receive;
       };
+      for (const end of ends) end.receive = hear;
     });
     await page.keyboard.press(i % 2 ? 'Backspace' : 'x');
     await page.waitForFunction(() => window.times.build && window.times.still, null, {timeout: 60000});
@@ -92,12 +97,34 @@ async function withJob(words, work) {
   return figures;
 }
 
+const kStatic = new URL('../build/web/page', import.meta.url).pathname;
+
+/** The same keys where the engine is in the browser: the sample, and the animation. */
+async function inTheBrowser(words) {
+  const types = {'.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css', '.wasm': 'application/wasm'};
+  const server = createServer((request, response) => {
+    const name = join(kStatic, new URL(request.url, 'http://localhost').pathname.replace(/\/$/, '/index.html'));
+    if (!existsSync(name)) return response.writeHead(404).end();
+    response.writeHead(200, {'Content-Type': types[extname(name)] || 'application/octet-stream'}).end(readFileSync(name));
+  });
+  await new Promise(resolve => server.listen(0, '127.0.0.1', resolve));
+  execFileSync(program, [...words, '--save-document', document], {env: {...process.env, GLYPHMOTION_HOME: home}});
+  const page = await openPage(`http://127.0.0.1:${server.address().port}/`);
+  await page.evaluate(text => window.glyphmotion.post({op: 'open', name: 'job.gm4', document: text}), readFileSync(document, 'latin1'));
+  await settled(page);
+  const figures = await keys(page);
+  await page.context().close();
+  server.close();
+  return figures;
+}
+
 const load = () => loadavg()[0].toFixed(1);
 const before = load();
 const [sample56] = await withJob(['Glyphmotion', '-s', '56'], keys);
 const [, playing] = await withJob(['This space for rent...'], keys);
 const [shown, moving] = await ready();
 const rate = await withJob(['Glyphmotion'], drag);
+const web = existsSync(kStatic) && await inTheBrowser(['This space for rent...']);
 console.log(`Load ${before} to ${load()}, medians of ${rounds}\n
 | | Measured | Aim |
 |---|---|---|
@@ -105,5 +132,7 @@ console.log(`Load ${before} to ${load()}, medians of ${rounds}\n
 | Key press to the playing animation, default job | ${playing.toFixed(0)} ms | 400 ms |
 | Page ready: text that takes keys, the sample painted | ${shown.toFixed(0)} ms | 300 ms |
 | Its animation plays | ${moving.toFixed(0)} ms | |
-| Frames a second while a marker is dragged | ${rate.toFixed(0)} | 60 |`);
+| Frames a second while a marker is dragged | ${rate.toFixed(0)} | 60 |${web ? `
+| The engine in the browser, default job: key press to the repainted sample | ${web[0].toFixed(0)} ms | 150 ms |
+| The same, to the playing animation | ${web[1].toFixed(0)} ms | |` : ''}`);
 await closeBrowser();
