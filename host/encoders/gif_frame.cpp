@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every frame is compressed with each strategy for its free pixels, and the best strategy then with the compressor's
-// other modes. That is affordable because the bits of an attempt are only counted, not packed, and because most
+// A frame is compressed with each strategy for its free pixels, and the best strategy then with the compressor's other
+// modes. That is affordable because the bits of an attempt are only counted, not packed, and because most
 // attempts soon fall behind the best one and are abandoned.
 #include "host/encoders/gif_frame.h"
 
@@ -140,15 +140,6 @@ bool WriteVaried(std::uint8_t* out, const std::uint8_t* symbols, const std::uint
 
 }  // namespace
 
-// How free pixels are written.
-enum class GifFrameCompressor::Strategy : std::uint8_t {
-  Plain,      // as their colours
-  Choice,     // as either, whichever gives the longer match in the dictionary
-  Varied,     // as wildcards where a run of them changes colour
-  Often,      // as wildcards where a run of them changes colour several times
-  Wildcards,  // as wildcards
-};
-
 // What all attempts at a frame share.
 struct GifFrameCompressor::Task {
   std::span<const std::uint8_t> symbols;  // colours, and the wildcard where it is required
@@ -163,25 +154,24 @@ struct GifFrameCompressor::Task {
 
 struct GifFrameCompressor::Best {
   std::size_t cost = SIZE_MAX;  // bytes
-  Strategy strategy = Strategy::Plain;
-  LzwMode mode;
+  GifWay way;
 };
 
 // Compresses the frame and keeps the result if it is shorter than the best so far.
-void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, Best& best) {
+void GifFrameCompressor::Try(const Task& task, GifWay way, Best& best) {
   if (stop_ && *stop_ && best.cost != SIZE_MAX) return;
-  const bool plain = strategy == Strategy::Plain, choice = strategy == Strategy::Choice;
+  const bool plain = way.strategy == GifStrategy::Plain, choice = way.strategy == GifStrategy::Choice;
   std::span<const std::uint8_t> pixels = plain ? task.symbols : task.reached;
   if (!plain && !choice) {
     written_.resize(pixels.size());
-    if (strategy == Strategy::Wildcards) {
+    if (way.strategy == GifStrategy::Wildcards) {
       WriteWildcards(written_.data(), pixels.data(), task.free.data(), pixels.size(), task.wildcard);
     } else {
-      const auto write = strategy == Strategy::Varied ? WriteVaried<1> : WriteVaried<3>;
+      const auto write = way.strategy == GifStrategy::Varied ? WriteVaried<1> : WriteVaried<3>;
       const bool any = write(written_.data(), pixels.data(), task.open.data(), pixels.size(), task.wildcard);
       const bool asPlain = !any && task.reached.data() == task.symbols.data() && task.codeSize == task.plainSize;
       // Plain was tried against the same best attempt, unless that is Varied.
-      if (asPlain && best.strategy != Strategy::Varied) return;
+      if (asPlain && best.way.strategy != GifStrategy::Varied) return;
     }
     pixels = written_;
   }
@@ -189,11 +179,11 @@ void GifFrameCompressor::Try(const Task& task, Strategy strategy, LzwMode mode, 
   LzwRival rival;
   if (best.cost != SIZE_MAX) rival = {best.cost * 8, best_.marks};
   lzw_.Compress(pixels, choice ? task.free : std::span<const std::uint8_t>{}, task.wildcard,
-                plain ? task.plainSize : task.codeSize, mode, rival, attempt_);
+                plain ? task.plainSize : task.codeSize, way.mode, rival, attempt_);
   const std::size_t cost = (attempt_.bits + 7) / 8 + growth;
   if (cost >= best.cost) return;
   std::swap(best_, attempt_);
-  best = {cost, strategy, mode};
+  best = {cost, way};
 }
 
 // Writes the wildcard into `pixels` where it is required.
@@ -242,29 +232,41 @@ void GifFrameCompressor::FindFreedom(const GifPixels& pixels, Task& task) {
   task.open = open_;
 }
 
-GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits) {
-  const int wildcard = ChooseWildcard(pixels);
-  const Task task = TaskOf(pixels, wildcard, paletteBits);
-  const bool small = effort_ > 5 && task.symbols.size() <= kSmall;
-  Best best;
-  // The fast strategies first, so that the slow one is abandoned early where it loses.
+// The fast strategies first, so that the slow one is abandoned early where it loses.
+void GifFrameCompressor::TryAll(const Task& task, bool small, Best& best) {
   const auto tryStrategies = [&](LzwMode mode) {
-    if (task.free.empty()) return Try(task, Strategy::Plain, mode, best);
-    constexpr Strategy kOrder[] = {Strategy::Wildcards, Strategy::Plain, Strategy::Varied, Strategy::Often,
-                                   Strategy::Choice};
+    if (task.free.empty()) return Try(task, {GifStrategy::Plain, mode}, best);
+    constexpr GifStrategy kOrder[] = {GifStrategy::Wildcards, GifStrategy::Plain, GifStrategy::Varied,
+                                      GifStrategy::Often, GifStrategy::Choice};
     constexpr std::size_t kTried[] = {1, 2, 4, 5};  // by effort
-    for (const Strategy strategy : std::span(kOrder).first(kTried[std::min(effort_, 3)]))
-      Try(task, strategy, mode, best);
+    for (const GifStrategy strategy : std::span(kOrder).first(kTried[std::min(effort_, 3)]))
+      Try(task, {strategy, mode}, best);
   };
   if (!small) {
     tryStrategies({false, Lookahead::Never});
-    if (effort_ > 3) Try(task, best.strategy, {false, Lookahead::Always}, best);
-    if (effort_ > 4 && best_.count > kFullDictionary) Try(task, best.strategy, {true, best.mode.lookahead}, best);
+    if (effort_ > 3) Try(task, {best.way.strategy, {false, Lookahead::Always}}, best);
+    if (effort_ > 4 && best_.count > kFullDictionary)
+      Try(task, {best.way.strategy, {true, best.way.mode.lookahead}}, best);
   }
   if (small || effort_ > 6) tryStrategies({false, Lookahead::Always});
   if (small || effort_ > 7) tryStrategies({true, Lookahead::Always});
   if (effort_ > 8) tryStrategies({true, Lookahead::WhenFull});
-  GifStream stream{best.strategy != Strategy::Plain || pixels.hasWildcard ? wildcard : -1, best_.minCodeSize, {}};
+}
+
+GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits, GifSearch& search) {
+  const int wildcard = ChooseWildcard(pixels);
+  const Task task = TaskOf(pixels, wildcard, paletteBits);
+  const bool small = effort_ > 5 && task.symbols.size() <= kSmall;
+  Best best;
+  if (small || search.likely.empty()) {
+    TryAll(task, small, best);
+  } else {
+    for (const GifWay& way : search.likely)
+      Try(task, {task.free.empty() ? GifStrategy::Plain : way.strategy, way.mode}, best);
+  }
+  if (!small) search.best = best.way;
+  GifStream stream{
+      best.way.strategy != GifStrategy::Plain || pixels.hasWildcard ? wildcard : -1, best_.minCodeSize, {}};
   PackLzw(best_, stream.bytes);
   return stream;
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -37,6 +38,28 @@ int UnusedSlot(const GifPixels& pixels);
 /// The initial code size for slots up to `largest`, 2 to 8 bits.
 int GifCodeSize(int largest);
 
+/// How free pixels are written.
+enum class GifStrategy : std::uint8_t {
+  Plain,      ///< as their colours
+  Choice,     ///< as either, whichever gives the longer match in the dictionary
+  Varied,     ///< as wildcards where a run of them changes colour
+  Often,      ///< as wildcards where a run of them changes colour several times
+  Wildcards,  ///< as wildcards
+};
+
+/// One attempt at a frame.
+struct GifWay {
+  GifStrategy strategy = GifStrategy::Plain;
+  LzwMode mode;
+  friend bool operator==(const GifWay&, const GifWay&) = default;
+};
+
+/// Which attempts are made, and which of them was the shortest.
+struct GifSearch {
+  std::vector<GifWay> likely;  ///< if there are any, a frame that is not small is compressed in these ways only
+  std::optional<GifWay> best;  ///< set by the compressor, unless the frame is small
+};
+
 /// A frame's compressed pixels.
 struct GifStream {
   int wildcard = -1;                ///< slot of the transparent index; -1: not among the codes
@@ -48,22 +71,22 @@ struct GifStream {
 /// result does not depend on how many there are.
 class GifFrameCompressor {
  public:
-  /// 0 to 9: how many attempts are made at a frame. More never make it larger.
+  /// 0 to 9: how many attempts are made at a frame, unless its ways are given. More never make it larger.
   void SetEffort(int effort) { effort_ = effort; }
   /// Once `stop` is true the first attempt that is complete is the last; null: not used.
   void SetStop(const std::atomic<bool>* stop) { stop_ = stop; }
 
   /// May change `pixels`. A wildcard of 2^paletteBits or more makes the palette grow.
-  GifStream Compress(GifPixels& pixels, int paletteBits);
+  GifStream Compress(GifPixels& pixels, int paletteBits, GifSearch& search);
 
  private:
   struct Task;
   struct Best;
-  enum class Strategy : std::uint8_t;
 
   Task TaskOf(GifPixels& pixels, int wildcard, int paletteBits);
   void FindFreedom(const GifPixels& pixels, Task& task);
-  void Try(const Task& task, Strategy strategy, LzwMode mode, Best& best);
+  void Try(const Task& task, GifWay way, Best& best);
+  void TryAll(const Task& task, bool small, Best& best);
 
   int effort_ = 6;
   const std::atomic<bool>* stop_ = nullptr;

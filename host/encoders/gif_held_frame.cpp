@@ -73,7 +73,7 @@ void SpareIndices(std::vector<GifHeldFrame>& held) {
 }
 
 GifFileFrame EncodeHeldFrame(GifHeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours,
-                             bool index, GifFrameCompressor& compressor, GifLossyCompressor* lossy) {
+                             bool index, GifFrameCompressor& compressor, GifSearch& search, GifLossyCompressor* lossy) {
   GifFileFrame out;
   out.disposal = frame.disposal;
   out.delay = frame.delay;
@@ -81,7 +81,7 @@ GifFileFrame EncodeHeldFrame(GifHeldFrame& frame, const GifPalette* common, std:
   const GifPalette& palette = common ? *common : *out.own;
   UseSlots(frame, palette);
   GifStream stream = lossy ? lossy->Compress(frame.pixels, palette, frame.crop, frame.disposal)
-                           : compressor.Compress(frame.pixels, palette.Bits());
+                           : compressor.Compress(frame.pixels, palette.Bits(), search);
   out.crop = frame.crop;
   out.wildcard = stream.wildcard;
   if (out.wildcard < 0 && index) out.wildcard = UnusedSlot(frame.pixels);

@@ -34,8 +34,8 @@ void SpareIndices(std::vector<GifHeldFrame>& held);
 
 /// The frame as it is in the file. `common`: the palette, or null if the frame needs one of its own. `colours`: of all
 /// ids. `index`: it has to declare a transparent index, used or not. `lossy`: instead of `compressor`, or null; takes
-/// the frames in order. Consumes `frame`; threads share const data only.
+/// the frames in order, and does not use `search`. Consumes `frame`; threads share const data only.
 GifFileFrame EncodeHeldFrame(GifHeldFrame& frame, const GifPalette* common, std::span<const std::uint32_t> colours,
-                             bool index, GifFrameCompressor& compressor, GifLossyCompressor* lossy);
+                             bool index, GifFrameCompressor& compressor, GifSearch& search, GifLossyCompressor* lossy);
 
 }  // namespace glyphmotion

@@ -183,7 +183,8 @@ GifStream GifLossyCompressor::Compress(GifPixels& pixels, const GifPalette& pale
   Frame shown = ShownBy(near, palette, disposal);
   for (Frame* const frame : {&exact, &shown}) {
     GifPixels copy = frame->pixels;  // the compressor writes into it
-    frame->stream = exact_.Compress(copy, palette.Bits());
+    GifSearch all;
+    frame->stream = exact_.Compress(copy, palette.Bits(), all);
   }
   near.pixels.symbols = written_;
   FindSlots(near.pixels);
