@@ -12,10 +12,33 @@
 
 namespace glyphmotion {
 
+namespace {
+
+#ifdef __GLIBC__
+// Extends the heap by memory in large pages, of which nothing is used yet: frames of a usual animation then cost a
+// quarter of the time to clear. More would be wasted on tables that are hardly touched.
+void BeginWithLargePages() noexcept {
+#ifdef MADV_HUGEPAGE
+  constexpr int kLarge = 16 << 20, kAsked = 4 << 20;
+  mallopt(M_TOP_PAD, kLarge - kAsked);
+  if (void* const memory = std::malloc(kAsked)) {
+    constexpr std::uintptr_t kPage = 4096;
+    const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(memory) + kPage - 1) / kPage * kPage;
+    madvise(reinterpret_cast<void*>(begin), kLarge - kPage, MADV_HUGEPAGE);
+    std::free(memory);
+  }
+#endif
+}
+#endif
+
+}  // namespace
+
 void KeepFreedMemory() noexcept {
 #ifdef __GLIBC__
   mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the largest accepted value
   mallopt(M_TRIM_THRESHOLD, 256 << 20);
+  mallopt(M_ARENA_MAX, 1);  // a heap for all threads, so that they share what is freed
+  BeginWithLargePages();
   mallopt(M_TOP_PAD, 1 << 20);
 #endif
 }
