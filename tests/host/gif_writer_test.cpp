@@ -443,6 +443,24 @@ TEST(GifWriter, LossyFilesAreSmallerThanFromGifsicleAtTheSameError) {
     }
 }
 
+// A search that alike frames share.
+TEST(GifWriter, LittleEffortShowsTheSameInNearlyAsFewBytes) {
+  for (const char* const effect : {"nebula", "cubist", "fuse", "background-iris", "pulse"}) {
+    const Animation animation = Effect(effect, "This space for rent...", "30");
+    const int width = animation[0].width, height = animation[0].height;
+    const auto write = [&](int effort, int threads) {
+      GifWriter writer(width, height, threads);
+      writer.SetEffort(effort);
+      for (const Picture& p : animation) writer.Add({p.width, p.height, p.indices, p.palette, p.delay});
+      return writer.Finish();
+    };
+    const Bytes full = write(6, 1), shared = write(5, 1);
+    EXPECT_TRUE(shared == write(5, 3)) << effect;
+    EXPECT_LT(shared.size(), full.size() * 102 / 100) << effect;
+    EXPECT_TRUE(DecodeGif(shared).screens == DecodeGif(full).screens) << effect;
+  }
+}
+
 // Threads rely on it.
 TEST(GifWriter, AFrameIsCompressedTheSameWhateverCameBefore) {
   GifFrameCompressor used;
