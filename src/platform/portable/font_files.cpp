@@ -151,7 +151,7 @@ std::string AxesTrouble(const FontRequest& font) {
   for (const AxisValue& value : wanted) {
     const auto axis = std::find_if(axes.begin(), axes.end(), [&](const FontAxis& a) { return a.tag == value.tag; });
     if (axis == axes.end()) return "the font '" + font.family + "' has no axis '" + value.tag + "'; it has " + known;
-    if (!(value.value >= axis->minimum && value.value <= axis->maximum))  // also what is no number
+    if (!(value.value >= axis->minimum && value.value <= axis->maximum))  // also refuses NaN
       return "the font '" + font.family + "' has no " + value.tag + " of " + ShortText(value.value) + "; it has " +
              known;
   }
