@@ -155,6 +155,7 @@ struct GifFrameCompressor::Task {
 struct GifFrameCompressor::Best {
   std::size_t cost = SIZE_MAX;  // bytes
   GifWay way;
+  bool triedPlain = false;  // in one mode or another
 };
 
 // Compresses the frame and keeps the result if it is shorter than the best so far.
@@ -170,11 +171,12 @@ void GifFrameCompressor::Try(const Task& task, GifWay way, Best& best) {
       const auto write = way.strategy == GifStrategy::Varied ? WriteVaried<1> : WriteVaried<3>;
       const bool any = write(written_.data(), pixels.data(), task.open.data(), pixels.size(), task.wildcard);
       const bool asPlain = !any && task.reached.data() == task.symbols.data() && task.codeSize == task.plainSize;
-      // Plain was tried against the same best attempt, unless that is Varied.
-      if (asPlain && best.way.strategy != GifStrategy::Varied) return;
+      // Plain, if tried, was so against the same best attempt, unless that is Varied.
+      if (asPlain && best.triedPlain && best.way.strategy != GifStrategy::Varied) return;
     }
     pixels = written_;
   }
+  best.triedPlain |= plain;
   const std::size_t growth = plain ? 0 : task.growth;
   LzwRival rival;
   if (best.cost != SIZE_MAX) rival = {best.cost * 8, best_.marks};
@@ -183,7 +185,8 @@ void GifFrameCompressor::Try(const Task& task, GifWay way, Best& best) {
   const std::size_t cost = (attempt_.bits + 7) / 8 + growth;
   if (cost >= best.cost) return;
   std::swap(best_, attempt_);
-  best = {cost, way};
+  best.cost = cost;
+  best.way = way;
 }
 
 // Writes the wildcard into `pixels` where it is required.
@@ -233,7 +236,8 @@ void GifFrameCompressor::FindFreedom(const GifPixels& pixels, Task& task) {
 }
 
 // The fast strategies first, so that the slow one is abandoned early where it loses.
-void GifFrameCompressor::TryAll(const Task& task, bool small, Best& best) {
+void GifFrameCompressor::TryAll(const Task& task, Best& best) {
+  const bool small = effort_ > 5 && task.symbols.size() <= kSmall;
   const auto tryStrategies = [&](LzwMode mode) {
     if (task.free.empty()) return Try(task, {GifStrategy::Plain, mode}, best);
     constexpr GifStrategy kOrder[] = {GifStrategy::Wildcards, GifStrategy::Plain, GifStrategy::Varied,
@@ -256,15 +260,11 @@ void GifFrameCompressor::TryAll(const Task& task, bool small, Best& best) {
 GifStream GifFrameCompressor::Compress(GifPixels& pixels, int paletteBits, GifSearch& search) {
   const int wildcard = ChooseWildcard(pixels);
   const Task task = TaskOf(pixels, wildcard, paletteBits);
-  const bool small = effort_ > 5 && task.symbols.size() <= kSmall;
   Best best;
-  if (small || search.likely.empty()) {
-    TryAll(task, small, best);
-  } else {
-    for (const GifWay& way : search.likely)
-      Try(task, {task.free.empty() ? GifStrategy::Plain : way.strategy, way.mode}, best);
-  }
-  if (!small) search.best = best.way;
+  if (search.likely.empty()) TryAll(task, best);
+  for (const GifWay& way : search.likely)
+    Try(task, {task.free.empty() ? GifStrategy::Plain : way.strategy, way.mode}, best);
+  search.best = best.way;
   GifStream stream{
       best.way.strategy != GifStrategy::Plain || pixels.hasWildcard ? wildcard : -1, best_.minCodeSize, {}};
   PackLzw(best_, stream.bytes);

@@ -6,7 +6,6 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -56,8 +55,8 @@ struct GifWay {
 
 /// Which attempts are made, and which of them was the shortest.
 struct GifSearch {
-  std::vector<GifWay> likely;  ///< if there are any, a frame that is not small is compressed in these ways only
-  std::optional<GifWay> best;  ///< set by the compressor, unless the frame is small
+  std::vector<GifWay> likely;  ///< if there are any, the frame is compressed in these ways only
+  GifWay best;                 ///< set by the compressor
 };
 
 /// A frame's compressed pixels.
@@ -86,7 +85,7 @@ class GifFrameCompressor {
   Task TaskOf(GifPixels& pixels, int wildcard, int paletteBits);
   void FindFreedom(const GifPixels& pixels, Task& task);
   void Try(const Task& task, GifWay way, Best& best);
-  void TryAll(const Task& task, bool small, Best& best);
+  void TryAll(const Task& task, Best& best);
 
   int effort_ = 6;
   const std::atomic<bool>* stop_ = nullptr;

@@ -24,8 +24,8 @@ struct GifGuides {
   /// A frame whose neighbours tell how to compress it.
   struct Guided {
     std::size_t frame;
-    std::size_t before,
-        after;  ///< searched frames that it is like, at least one of them; the same if there is only one
+    std::size_t before;  ///< the searched frame before it that it is like
+    std::size_t after;   ///< one after it; if there is none, `before` again
   };
   std::vector<std::size_t> searched;  ///< frames that are compressed in all ways
   std::vector<Guided> guided;

@@ -391,8 +391,8 @@ void GifWriter::State::Settle() {
   const std::size_t first = encoded.size();
   encoded.resize(first + held.size());
   std::vector<GifSearch> searches(held.size());
-  std::vector<GifLikeness> likenesses;
-  for (const GifHeldFrame& frame : held) likenesses.push_back(LikenessOf(frame.pixels));
+  std::vector<GifLikeness> likenesses(held.size());
+  for (std::size_t i = 0; i < held.size() && reach > 1; ++i) likenesses[i] = LikenessOf(held[i].pixels);
   const GifGuides guides = ChooseGuides(likenesses, reach);
   const auto commonOf = [&](std::size_t i) { return own[i] ? nullptr : &common; };
   const auto encode = [&](int lane, std::size_t i) {
@@ -408,8 +408,8 @@ void GifWriter::State::Settle() {
     const GifGuides::Guided& guided = guides.guided[static_cast<std::size_t>(number)];
     std::vector<GifWay>& likely = searches[guided.frame].likely;
     for (const std::size_t guide : {guided.before, guided.after}) {
-      const std::optional<GifWay>& best = searches[guide].best;
-      if (best && (likely.empty() || likely.front() != *best)) likely.push_back(*best);
+      const GifWay& best = searches[guide].best;
+      if (likely.empty() || likely.front() != best) likely.push_back(best);
     }
     encode(lane, guided.frame);
   };

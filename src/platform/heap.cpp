@@ -12,26 +12,32 @@
 
 namespace glyphmotion {
 
+#ifdef __GLIBC__
 namespace {
 
-#ifdef __GLIBC__
+// For the whole pages of memory that nothing has been written to.
+void AdviseLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
+#ifdef MADV_HUGEPAGE
+  constexpr std::uintptr_t kPage = 4096;
+  const auto first = reinterpret_cast<std::uintptr_t>(memory);
+  const std::uintptr_t begin = (first + kPage - 1) / kPage * kPage, end = (first + bytes) / kPage * kPage;
+  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#endif
+}
+
 // Extends the heap by memory in large pages, of which nothing is used yet: frames of a usual animation then cost a
 // quarter of the time to clear. More would be wasted on tables that are hardly touched.
 void BeginWithLargePages() noexcept {
-#ifdef MADV_HUGEPAGE
   constexpr int kLarge = 16 << 20, kAsked = 4 << 20;
   mallopt(M_TOP_PAD, kLarge - kAsked);
   if (void* const memory = std::malloc(kAsked)) {
-    constexpr std::uintptr_t kPage = 4096;
-    const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(memory) + kPage - 1) / kPage * kPage;
-    madvise(reinterpret_cast<void*>(begin), kLarge - kPage, MADV_HUGEPAGE);
+    AdviseLargePages(memory, kLarge);
     std::free(memory);
   }
-#endif
 }
-#endif
 
 }  // namespace
+#endif
 
 void KeepFreedMemory() noexcept {
 #ifdef __GLIBC__
@@ -44,13 +50,9 @@ void KeepFreedMemory() noexcept {
 }
 
 void PreferLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
-#if defined(__GLIBC__) && defined(MADV_HUGEPAGE)
+#ifdef __GLIBC__
   constexpr std::size_t kFewest = std::size_t{32} << 20;
-  constexpr std::uintptr_t kPage = 4096;
-  if (bytes < kFewest) return;
-  const auto first = reinterpret_cast<std::uintptr_t>(memory);
-  const std::uintptr_t begin = (first + kPage - 1) / kPage * kPage, end = (first + bytes) / kPage * kPage;
-  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+  if (bytes >= kFewest) AdviseLargePages(memory, bytes);
 #endif
 }
 
